@@ -1,0 +1,168 @@
+# shellcheck shell=bash
+# Functions that run, test, bench and .ci/run share. Sourced by bash, from the root of the repository.
+# They ask whether a command, a header or a library is there, never whether a package is: a machine may have
+# its tools from elsewhere. What is missing is then installed from the packages of Debian 12.
+
+missing_things=()
+missing_packages=()
+
+say() { printf '%s\n' "$*" >&2; }
+
+die() {
+  say "error: $*"
+  exit 1
+}
+
+# need command|header|library NAME PACKAGE: remembers PACKAGE as missing unless NAME is there.
+need() {
+  "has_$1" "$2" && return
+  missing_things+=("$1 $2")
+  missing_packages+=("$3")
+}
+
+has_command() { command -v "$1" >/dev/null; }
+
+has_header() { has_file "/$1" "${CPATH-}:${CPLUS_INCLUDE_PATH-}:$(below_prefixes include)"; }
+
+has_library() {
+  local places
+  places="${LIBRARY_PATH-}:$(below_prefixes lib):$(printf '%s:' /usr/lib/*-linux-gnu /usr/lib/clang/14*/lib/linux)"
+  has_file "/lib$1.so" "$places" || has_file "/lib$1.a" "$places"
+}
+
+# The folder of that name below each prefix that CMake searches, joined by colons.
+below_prefixes() {
+  local prefix prefixes
+  IFS=';:' read -ra prefixes <<<"${CMAKE_PREFIX_PATH-}"
+  for prefix in "${prefixes[@]}" /usr/local /usr; do printf '%s/%s:' "$prefix" "$1"; done
+}
+
+has_file() {
+  local place places
+  IFS=: read -ra places <<<"$2"
+  for place in "${places[@]}"; do
+    [ -n "$place" ] && [ -e "$place$1" ] && return
+  done
+  return 1
+}
+
+need_for_program() {
+  local compiler=${CXX:-c++}
+  need command "${compiler%% *}" g++
+  need command cmake cmake
+  need command ninja ninja-build
+  need header expat.h libexpat1-dev
+  need library expat libexpat1-dev
+  need header CLI/CLI.hpp libcli11-dev
+  need header fmt/format.h libfmt-dev
+  need library fmt libfmt-dev
+  need header nlohmann/json.hpp nlohmann-json3-dev
+}
+
+need_for_tests() {
+  need header gtest/gtest.h libgtest-dev
+  need library gtest libgtest-dev
+  need command xmllint libxml2-utils
+  need command nm binutils
+}
+
+need_for_benchmarks() {
+  need header benchmark/benchmark.h libbenchmark-dev
+  need library benchmark libbenchmark-dev
+  need command xmllint libxml2-utils
+}
+
+need_for_checks() {
+  need command clang++-14 clang-14
+  need command clang-format-14 clang-format-14
+  need command clang-tidy-14 clang-tidy-14
+  need library "clang_rt.fuzzer-$(uname -m)" libclang-rt-14-dev
+}
+
+# Installs what the calls of need found missing, and looks again afterwards.
+install_missing() {
+  [ ${#missing_packages[@]} -eq 0 ] && return
+  local packages things thing as_root=()
+  mapfile -t packages < <(printf '%s\n' "${missing_packages[@]}" | sort -u)
+  things=("${missing_things[@]}")
+  missing_things=()
+  missing_packages=()
+
+  local wanted
+  wanted="missing here: $(join_by ', ' "${things[@]}")
+These packages of Debian 12 bring them: ${packages[*]}"
+  has_command apt-get || die "$wanted
+There is no apt-get to install them with; install what is missing in this system's own way and try again."
+  if [ "$(id -u)" -ne 0 ]; then
+    has_command sudo || die "$wanted
+Installing them needs root or sudo. As root: apt-get install ${packages[*]}"
+    as_root=(sudo)
+    # Without a terminal nobody can type a password.
+    [ -t 0 ] || as_root+=(-n)
+  fi
+
+  say "Installing ${packages[*]} ..."
+  local log
+  log=$(mktemp)
+  # Updating may fail for a source that has nothing to do with these packages: only installing must succeed.
+  if ! { run_apt update || true; run_apt install -y --no-install-recommends "${packages[@]}"; } >"$log" 2>&1; then
+    tail -n 30 "$log" >&2
+    rm -f "$log"
+    die "$wanted
+Installing them failed; the last lines of apt-get are above."
+  fi
+  rm -f "$log"
+  hash -r
+  for thing in "${things[@]}"; do
+    "has_${thing% *}" "${thing#* }" || die "the packages are installed, but the $thing is still not found"
+  done
+}
+
+run_apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 "$@" </dev/null; }
+
+join_by() {
+  local separator=$1 text=$2
+  shift 2
+  printf '%s' "$text" "${@/#/$separator}"
+}
+
+# configure PRESET FOLDER [CMAKE ARGUMENTS]: makes or renews a build folder.
+configure() {
+  local preset=$1 folder=$2
+  shift 2
+  quietly "$folder" cmake --preset "$preset" -B "$folder" "$@"
+}
+
+# build FOLDER [TARGETS]: says nothing and takes no time when everything is up to date.
+build() {
+  local folder=$1
+  shift
+  [ "$(cd "$folder" && ninja -n "$@" 2>&1)" = 'ninja: no work to do.' ] && return
+  say "Building in $folder/ ..."
+  if [ -t 2 ]; then
+    locked "$folder" ninja -C "$folder" "$@" >&2 || die "the build failed"
+  else
+    quietly "$folder" ninja -C "$folder" "$@"
+  fi
+}
+
+# quietly FOLDER COMMAND: shows what the command printed only when it fails.
+quietly() {
+  local folder=$1 log
+  shift
+  mkdir -p "$folder"
+  log=$(mktemp)
+  if ! locked "$folder" "$@" </dev/null >"$log" 2>&1; then
+    tail -n 200 "$log" >&2
+    rm -f "$log"
+    die "this command failed: $*"
+  fi
+  rm -f "$log"
+}
+
+# Two builds in one folder at the same time would spoil it: the second waits for the first.
+locked() {
+  local folder=$1
+  shift
+  flock "$folder/.lock" "$@"
+}
