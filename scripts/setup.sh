@@ -109,7 +109,7 @@ Installing them needs root or sudo. As root: apt-get install ${packages[*]}"
     tail -n 30 "$log" >&2
     rm -f "$log"
     die "$wanted
-Installing them failed; the last lines of apt-get are above."
+Installing them failed; the last lines of apt-get are above. As root: apt-get install ${packages[*]}"
   fi
   rm -f "$log"
   hash -r
