@@ -8,9 +8,9 @@ constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
 bool sameIgnoringCase(std::string_view a, std::string_view b) noexcept {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(),
-                    [](char x, char y) { return tav::foldCase(x) == tav::foldCase(y); });
+  return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+           return tav::foldCase(x) == tav::foldCase(y);
+         });
 }
 
 bool same(std::string_view a, std::string_view b, bool caseSensitive) noexcept {
@@ -56,15 +56,25 @@ TAVString TAVString::mid(std::int32_t start, std::int32_t count) const {
   return view().substr(static_cast<std::size_t>(start), static_cast<std::size_t>(count));
 }
 
-TAVString TAVString::mid(std::int32_t start) const { return mid(start, length()); }
+TAVString TAVString::mid(std::int32_t start) const {
+  return mid(start, length());
+}
 
-TAVString TAVString::left(std::int32_t count) const { return mid(0, count); }
+TAVString TAVString::left(std::int32_t count) const {
+  return mid(0, count);
+}
 
-TAVString TAVString::trim() const { return withoutTrailing(withoutLeading(text_, kWhiteSpace), kWhiteSpace); }
+TAVString TAVString::trim() const {
+  return withoutTrailing(withoutLeading(text_, kWhiteSpace), kWhiteSpace);
+}
 
-TAVString TAVString::trimSpaces() const { return withoutTrailing(withoutLeading(text_, kBlanks), kBlanks); }
+TAVString TAVString::trimSpaces() const {
+  return withoutTrailing(withoutLeading(text_, kBlanks), kBlanks);
+}
 
-TAVString TAVString::trimLeadingSpaces() const { return withoutLeading(text_, kBlanks); }
+TAVString TAVString::trimLeadingSpaces() const {
+  return withoutLeading(text_, kBlanks);
+}
 
 TAVString TAVString::toUpper() const {
   std::string upper = text_;
@@ -73,7 +83,9 @@ TAVString TAVString::toUpper() const {
   return upper;
 }
 
-TAVString TAVString::toLower() const { return tav::foldCase(view()); }
+TAVString TAVString::toLower() const {
+  return tav::foldCase(view());
+}
 
 TAVString TAVString::replaceAll(std::string_view from, std::string_view to) const {
   if (from.empty()) return *this;

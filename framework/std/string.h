@@ -14,9 +14,9 @@
 class TAV_API TAVString {
  public:
   TAVString() = default;
-  TAVString(const char* text) : text_(text ? text : "") {}                         // NOLINT(google-explicit-constructor)
-  TAVString(std::string_view text) : text_(text) {}                                // NOLINT(google-explicit-constructor)
-  TAVString(std::string text) noexcept : text_(std::move(text)) {}                 // NOLINT(google-explicit-constructor)
+  TAVString(const char* text) : text_(text ? text : "") {}          // NOLINT(google-explicit-constructor)
+  TAVString(std::string_view text) : text_(text) {}                 // NOLINT(google-explicit-constructor)
+  TAVString(std::string text) noexcept : text_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
   explicit TAVString(char character) : text_(1, character) {}
 
   /// One shared empty string, for operations that return a reference to a value that is absent.
@@ -75,8 +75,7 @@ class TAV_API TAVString {
   std::string text_;
 };
 
-template <>
-struct std::hash<TAVString> {
+template <> struct std::hash<TAVString> {
   std::size_t operator()(const TAVString& s) const noexcept { return std::hash<std::string_view>{}(s); }
 };
 

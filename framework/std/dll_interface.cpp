@@ -1,0 +1,3 @@
+#include "framework/std/dll_interface.h"
+
+KORVDllInterface::~KORVDllInterface() = default;
