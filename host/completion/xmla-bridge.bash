@@ -1,0 +1,38 @@
+# Completion of xmla-bridge for bash.
+_xmla_bridge() {
+  local commands='import export test describe help'
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
+  for ((i = 1; i < COMP_CWORD; ++i)); do
+    if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
+      command=${COMP_WORDS[i]}
+      break
+    fi
+  done
+
+  local words=''
+  case $before in
+    --format) words='json' ;;
+    --log-format) words='text json' ;;
+    -o | --output) ;;
+    *)
+      case $command in
+        '') words="$commands --help --version" ;;
+        help) words='import export test describe' ;;
+        import) words='-o --quiet --log-format --help' ;;
+        export) words='-o --format --quiet --log-format --help' ;;
+        test) words='--quiet --log-format --help' ;;
+        describe) words='--json --help' ;;
+      esac
+      # After a command, options are offered only when asked for: its first argument is a file.
+      if [[ -n $command && $command != help && $word != -* ]]; then words=''; fi
+      ;;
+  esac
+
+  if [[ -n $words ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+  else
+    compopt -o filenames
+    mapfile -t COMPREPLY < <(compgen -f -- "$word")
+  fi
+}
+complete -F _xmla_bridge xmla-bridge
