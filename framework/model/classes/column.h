@@ -1,0 +1,17 @@
+#pragma once
+
+#include "framework/model/classes/structural_feature.h"
+#include "framework/model/link.h"
+
+/// A column of a data source view's table.
+class TAV_API TAVColumn : public TAVStructuralFeature {
+ public:
+  TAVColumn() : TAVStructuralFeature(tav::classId<TAVColumn>) {}
+  /// The expression of a column that the view computes.
+  TAVString expression;
+};
+
+template <> struct tav::Meta<TAVColumn> {
+  static constexpr std::array attributes{attribute<&TAVColumn::expression>("expression")};
+  static constexpr std::array<LinkRow, 0> links{};
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "framework/model/classes/structural_feature.h"
+#include "framework/model/link.h"
+
+/// A measure of a measure group or cube, a calculated measure, or a value of a KPI.
+class TAV_API TAVMeasure : public TAVStructuralFeature {
+ public:
+  TAVMeasure() : TAVStructuralFeature(tav::classId<TAVMeasure>) {}
+  TAVAggregationOperatorType aggregation;
+  bool hidden = false;
+  /// The expression that computes the measure, kept when its map goes.
+  TAVString expression;
+  /// The names in the expression that were not found, a line each, in the order of the text.
+  TAVString unresolved;
+};
+
+template <> struct tav::Meta<TAVMeasure> {
+  static constexpr std::array attributes{
+      attribute<&TAVMeasure::aggregation>("aggregation"), attribute<&TAVMeasure::hidden>("hidden"),
+      attribute<&TAVMeasure::expression>("expression"), attribute<&TAVMeasure::unresolved>("unresolved")};
+  static constexpr std::array<LinkRow, 0> links{};
+};
