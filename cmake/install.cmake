@@ -24,4 +24,4 @@ install(FILES docs/model.xsd DESTINATION ${CMAKE_INSTALL_DATADIR}/xmla-bridge)
 install(FILES host/completion/xmla-bridge.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         RENAME xmla-bridge)
 install(FILES host/completion/_xmla-bridge DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
-install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/xmla-bridge)

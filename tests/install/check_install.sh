@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# check_install.sh BUILD SOURCE COMPILER: installs the build, moves the installed tree to another place, and uses it
+# there: runs the program, and builds and runs a host of its own against the package.
+set -euo pipefail
+build=$1 source=$2 compiler=$3
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+
+cmake --install "$build" --prefix "$work/first" >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+mv "$work/first" "$work/second place"
+tree="$work/second place"
+
+diff - <(cd "$tree" && find . \( -type f -o -type l \) -not -path './include/*' -not -path './lib/cmake/*' |
+  sed 's,^\./,,; s,\.so\.[0-9.]*$,.so.VERSION,' | LC_ALL=C sort -u) <<'END' || fail 'the installed files differ'
+bin/xmla-bridge
+lib/libTAVMicrosoftSqlServerXMLAImport.so
+lib/libtav_framework.so
+lib/libtav_framework.so.VERSION
+share/bash-completion/completions/xmla-bridge
+share/doc/xmla-bridge/CHANGELOG.md
+share/doc/xmla-bridge/LICENSE
+share/doc/xmla-bridge/README.md
+share/man/man1/xmla-bridge.1
+share/xmla-bridge/model.xsd
+share/zsh/site-functions/_xmla-bridge
+END
+
+"$tree/bin/xmla-bridge" import "$source/examples/lost-property-create.xmla" -o "$work/model.xml" >/dev/null
+[ -s "$work/model.xml" ] || fail 'the installed program saved no model'
+
+{
+  cmake -S "$source/tests/install/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$tree" \
+    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Debug
+  cmake --build "$work/consumer"
+} >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+version=$("$work/consumer/consumer")
+[[ $version == '10.0.1 - '* ]] || fail "the consumer printed '$version'"
