@@ -102,12 +102,6 @@ bool isDefault(const Value& value) noexcept {
   return !std::get<bool>(value);
 }
 
-std::int32_t countAt(const LinkRow& row, const TAVObject& object) {
-  std::int32_t count = 0;
-  forEachAt(row, object, [&](TAVObject& /*other*/) { ++count; });
-  return count;
-}
-
 Owned<TAVObject> copyTree(const TAVObject& object) {
   Owned<TAVObject> root = classInfo(object.classId()).create();
   Copies copies{{&object, root.get()}};

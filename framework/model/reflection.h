@@ -34,15 +34,10 @@ TAV_API const ClassInfo* findClass(std::string_view name) noexcept;
 /// Whether the attribute has its default, which is neither saved nor exported.
 TAV_API bool isDefault(const Value& value) noexcept;
 
-/// The objects at one end, in order; calls `visit(TAVObject&)` for each.
-template <class F> void forEachAt(const LinkRow& row, const TAVObject& object, F visit);
-
-/// The number of objects at one end.
-TAV_API std::int32_t countAt(const LinkRow& row, const TAVObject& object);
-
 /// A walk through the objects at one end.
 class TAV_API EndWalk {
  public:
+  EndWalk() = default;
   EndWalk(const LinkRow& row, const TAVObject& object);
   /// The next object, or null behind the last.
   TAVObject* next() noexcept;
@@ -52,6 +47,7 @@ class TAV_API EndWalk {
   const Slot* end_ = nullptr;
 };
 
+/// Calls `visit(TAVObject&)` for each object at one end, in order.
 template <class F> void forEachAt(const LinkRow& row, const TAVObject& object, F visit) {
   EndWalk walk(row, object);
   while (TAVObject* other = walk.next()) visit(*other);

@@ -1,0 +1,244 @@
+#include "framework/serialization/model_reader.h"
+
+#include <expat.h>
+
+#include <charconv>
+#include <unordered_map>
+
+#include "framework/dom/dom.h"
+#include "framework/model/reflection.h"
+#include "framework/serialization/model_format.h"
+#include "framework/std/file_reader.h"
+
+namespace tav {
+namespace {
+
+template <class Number> bool parseNumber(std::string_view text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+/// "NAME 11.0.0"; the name may hold blanks.
+bool parseDataStore(std::string_view text, TAVDataStore& store) {
+  const std::size_t blank = text.rfind(' ');
+  if (blank == text.npos) return false;
+  store.name = text.substr(0, blank);
+  std::string_view version = text.substr(blank + 1);
+  for (int* part : {&store.major, &store.minor}) {
+    const std::size_t dot = version.find('.');
+    if (dot == version.npos || !parseNumber(version.substr(0, dot), *part)) return false;
+    version.remove_prefix(dot + 1);
+  }
+  return parseNumber(version, store.release);
+}
+
+class Loader {
+ public:
+  explicit Loader(std::string_view name) : name_(name) {}
+
+  Owned<TAVMultiModel> load(const TAVDOMElement& root) {
+    if (root.getTagName() != typeText<TAVMultiModel>()) failAt(root, "this is no saved model");
+    if (root.getAttribute(kFormatAttribute) != kFormat)
+      failAt(root, "the format '" + std::string(root.getAttribute(kFormatAttribute)) + "' is not known");
+    auto multiModel = make<TAVMultiModel>();
+    openObject(root, *multiModel);
+    while (!open_.empty()) readNext();
+    resolve();
+    return multiModel;
+  }
+
+ private:
+  /// A role element whose objects are being read, and who gets them.
+  struct Role {
+    const TAVDOMElement* element;
+    TAVObject* owner;
+    const LinkInfo* link;
+    std::int32_t next = 0;
+  };
+  struct Pending {
+    const TAVDOMElement* element;
+    TAVObject* from;
+    const LinkInfo* link;
+    std::string_view ids;
+  };
+
+  [[noreturn]] void failAt(const TAVDOMElement& element, std::string_view cause) const {
+    fail("TAVXML_F0002",
+         std::string(name_) + ":" + std::to_string(element.getLine()) + ": " + std::string(cause));
+  }
+
+  void readNext() {
+    Role& role = open_.back();
+    const TAVDOMElement* element = role.element->getElement(role.next++);
+    if (!element) {
+      open_.pop_back();
+      return;
+    }
+    const ClassInfo* info = findClass(element->getTagName());
+    if (!info || !info->create || !derives(info->id, role.link->row->target))
+      failAt(*element, "'" + std::string(element->getTagName()) + "' cannot stand in '" +
+                           std::string(role.link->row->name) + "'");
+    Owned<TAVObject> made = info->create();
+    TAVObject& object = *made;
+    readAttributes(*element, object, *info);
+    linkObjects(role.link->number, *role.owner, object);
+    static_cast<void>(made.release());
+    openObject(*element, object);
+  }
+
+  /// Opens the roles of an object, the last first, so that they are read in the order of the document.
+  void openObject(const TAVDOMElement& element, TAVObject& object) {
+    for (std::int32_t i = element.getElementCount(); i-- > 0;) {
+      const TAVDOMElement& role = *element.getElement(i);
+      const LinkInfo* link = findLinkOf(object, role.getTagName(), LinkKind::contained);
+      if (!link)
+        failAt(role, std::string(object.getMetaClass()) + " has no '" + std::string(role.getTagName()) + "'");
+      open_.push_back({&role, &object, link});
+    }
+  }
+
+  static const LinkInfo* findLinkOf(const TAVObject& object, std::string_view name, LinkKind kind) {
+    for (const LinkInfo& link : classInfo(object.classId()).links)
+      if (link.row->kind == kind && link.row->name == name) return &link;
+    return nullptr;
+  }
+
+  void readAttributes(const TAVDOMElement& element, TAVObject& object, const ClassInfo& info) {
+    for (const DomAttribute& attribute : element.getAttributes()) {
+      const std::string_view name = attribute.name->written;
+      if (name == kIdAttribute) {
+        readId(element, object, attribute.value);
+      } else if (name == kNameAttribute) {
+        object.setName(attribute.value);
+      } else if (const AttributeRow* row = findAttribute(info, name)) {
+        readAttribute(element, object, *row, attribute.value);
+      } else if (const LinkInfo* link = findLinkOf(object, name, LinkKind::reference)) {
+        pending_.push_back({&element, &object, link, attribute.value});
+      } else if (name != kElementTypeAttribute) {
+        failAt(element, std::string(info.name) + " has no '" + std::string(name) + "'");
+      }
+    }
+  }
+
+  static const AttributeRow* findAttribute(const ClassInfo& info, std::string_view name) {
+    for (const AttributeRow* row : info.attributes)
+      if (row->name == name) return row;
+    return nullptr;
+  }
+
+  void readId(const TAVDOMElement& element, TAVObject& object, std::string_view text) {
+    std::uint32_t id = 0;
+    if (!parseNumber(text, id)) failAt(element, "the id '" + std::string(text) + "' is no number");
+    if (!objects_.emplace(id, &object).second)
+      failAt(element, "the id " + std::string(text) + " is there twice");
+  }
+
+  void readAttribute(const TAVDOMElement& element, TAVObject& object, const AttributeRow& row,
+                     std::string_view text) {
+    const auto bad = [&](std::string_view expected) {
+      failAt(element,
+             "'" + std::string(row.name) + "' is '" + std::string(text) + "', not " + std::string(expected));
+    };
+    Value value = text;
+    if (row.kind == AttributeKind::flag) {
+      if (text != "true" && text != "false") bad("true or false");
+      value = text == "true";
+    } else if (row.kind == AttributeKind::number) {
+      std::int64_t number = 0;
+      if (!parseNumber(text, number)) bad("a number");
+      value = number;
+    } else if (row.kind == AttributeKind::dataStore) {
+      TAVDataStore store;
+      if (!parseDataStore(text, store)) bad("a data store with its version");
+      value = store;
+    }
+    try {
+      row.set(object, value);
+    } catch (const TAVException& refused) {
+      failAt(element, refused.getMessage());
+    }
+  }
+
+  void resolve() {
+    for (const Pending& pending : pending_) {
+      std::string_view ids = pending.ids;
+      while (!ids.empty()) {
+        const std::size_t end = std::min(ids.find(' '), ids.size());
+        linkTo(pending, ids.substr(0, end));
+        ids.remove_prefix(std::min(end + 1, ids.size()));
+      }
+    }
+  }
+
+  void linkTo(const Pending& pending, std::string_view text) {
+    std::uint32_t id = 0;
+    const auto found = parseNumber(text, id) ? objects_.find(id) : objects_.end();
+    if (found == objects_.end())
+      failAt(*pending.element, "'" + std::string(pending.link->row->name) + "' names the object '" +
+                                   std::string(text) + "', which is not there");
+    TAVObject& target = *found->second;
+    if (!derives(target.classId(), pending.link->row->target))
+      failAt(*pending.element, "'" + std::string(pending.link->row->name) + "' names object " +
+                                   std::string(text) + ", a " + std::string(target.getMetaClass()));
+    linkObjects(pending.link->number, *pending.from, target);
+  }
+
+  std::string_view name_;
+  std::vector<Role> open_;
+  std::vector<Pending> pending_;
+  std::unordered_map<std::uint32_t, TAVObject*> objects_;
+};
+
+Owned<TAVModel> onlyModelOf(const TAVMultiModel& multiModel, std::string_view name) {
+  const TAVModelContent* content = multiModel.contents.first();
+  TAVModel* model = content ? content->models.first() : nullptr;
+  if (!model) fail("TAVXML_F0002", std::string(name) + ": the document holds no model");
+  return model->removeContent();
+}
+
+/// Stops at the first start tag and keeps its name.
+struct RootFinder {
+  XML_Parser parser;
+  std::string root;
+};
+
+void XMLCALL rootFound(void* data, const XML_Char* name, const XML_Char** /*attributes*/) noexcept {
+  auto& finder = *static_cast<RootFinder*>(data);
+  finder.root = name;
+  XML_StopParser(finder.parser, XML_FALSE);
+}
+
+}  // namespace
+
+Owned<TAVMultiModel> loadMultiModel(const TAVString& path) {
+  TAVDOM dom(nullptr);
+  return Loader(path).load(*dom.parseFile(TAVFile(path)));
+}
+
+Owned<TAVModel> loadModel(const TAVString& path) {
+  return onlyModelOf(*loadMultiModel(path), path);
+}
+
+Owned<TAVModel> loadModelText(std::string_view text, std::string_view name) {
+  TAVDOM dom(nullptr);
+  return onlyModelOf(*Loader(name).load(*dom.parseText(text, name)), name);
+}
+
+bool isSavedModel(const TAVString& path) {
+  FileReader file;
+  if (!file.open(path.str())) return false;
+  const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate(nullptr),
+                                                                            &XML_ParserFree);
+  if (!parser) return false;
+  RootFinder finder{parser.get(), {}};
+  XML_SetUserData(parser.get(), &finder);
+  XML_SetStartElementHandler(parser.get(), &rootFound);
+  std::array<char, 4096> bytes{};
+  for (;;) {
+    const std::size_t size = file.read(bytes.data(), bytes.size());
+    const auto status = XML_Parse(parser.get(), bytes.data(), static_cast<int>(size), size == 0);
+    if (status != XML_STATUS_OK || size == 0) return finder.root == typeText<TAVMultiModel>();
+  }
+}
+
+}  // namespace tav

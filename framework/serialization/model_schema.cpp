@@ -1,0 +1,109 @@
+#include "framework/serialization/model_schema.h"
+
+#include "framework/model/reflection.h"
+#include "framework/serialization/model_format.h"
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kHead = R"(<?xml version="1.0" encoding="UTF-8"?>
+<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema">
+ <xs:annotation>
+  <xs:documentation>
+   A saved model. Each object is an element named after its class; its attributes and its references to other
+   objects, by their ids, are attributes; what it contains stands in elements named after its roles. An
+   attribute is left out when it has its default: the empty text, 0, false. Ids are given in document order.
+  </xs:documentation>
+ </xs:annotation>
+ <xs:simpleType name="id">
+  <xs:restriction base="xs:unsignedInt">
+   <xs:minInclusive value="1"/>
+  </xs:restriction>
+ </xs:simpleType>
+ <xs:simpleType name="ids">
+  <xs:restriction>
+   <xs:simpleType>
+    <xs:list itemType="id"/>
+   </xs:simpleType>
+   <xs:minLength value="1"/>
+  </xs:restriction>
+ </xs:simpleType>
+ <xs:simpleType name="flag">
+  <xs:restriction base="xs:string">
+   <xs:enumeration value="true"/>
+  </xs:restriction>
+ </xs:simpleType>
+ <xs:simpleType name="dataStore">
+  <xs:restriction base="xs:string">
+   <xs:pattern value=".* [0-9]+\.[0-9]+\.[0-9]+"/>
+  </xs:restriction>
+ </xs:simpleType>
+)";
+
+std::string_view typeOf(AttributeKind kind) {
+  switch (kind) {
+    case AttributeKind::flag:
+      return "flag";
+    case AttributeKind::number:
+      return "xs:int";
+    case AttributeKind::text:
+      return "xs:string";
+    case AttributeKind::dataStore:
+      return "dataStore";
+  }
+  return {};
+}
+
+void writeAttribute(std::ostream& out, std::string_view name, std::string_view type,
+                    std::string_view more = "") {
+  out << "  <xs:attribute name=\"" << name << "\" type=\"" << type << "\"" << more << "/>\n";
+}
+
+void writeRole(std::ostream& out, const LinkRow& row) {
+  out << "   <xs:element name=\"" << row.name << "\" minOccurs=\"0\">\n"
+      << "    <xs:complexType>\n     <xs:choice maxOccurs=\"unbounded\">\n";
+  for (ClassId id = row.target; id <= kClassRanges[row.target].last; ++id) {
+    const ClassInfo& info = classInfo(id);
+    if (info.create) out << "      <xs:element name=\"" << info.name << "\" type=\"" << info.name << "\"/>\n";
+  }
+  out << "     </xs:choice>\n    </xs:complexType>\n   </xs:element>\n";
+}
+
+void writeClass(std::ostream& out, const ClassInfo& info) {
+  const bool ofDocument = info.id == classId<TAVMultiModel> || info.id == classId<TAVModelContent>;
+  out << " <xs:complexType name=\"" << info.name << "\">\n";
+  out << "  <xs:sequence>\n";
+  for (const LinkInfo& link : info.links)
+    if (link.row->kind == LinkKind::contained) writeRole(out, *link.row);
+  out << "  </xs:sequence>\n";
+  if (ofDocument) {
+    const std::string fixed =
+        " use=\"required\" fixed=\"" + std::to_string(kClassRanges[info.id].code) + "\"";
+    writeAttribute(out, kElementTypeAttribute, "xs:int", fixed);
+    if (info.id == classId<TAVMultiModel>)
+      writeAttribute(out, kFormatAttribute, "xs:string",
+                     " use=\"required\" fixed=\"" + std::string(kFormat) + "\"");
+  } else {
+    writeAttribute(out, kIdAttribute, "id", " use=\"required\"");
+    writeAttribute(out, kNameAttribute, "xs:string");
+  }
+  for (const AttributeRow* row : info.attributes) writeAttribute(out, row->name, typeOf(row->kind));
+  for (const LinkInfo& link : info.links)
+    if (link.row->kind == LinkKind::reference)
+      writeAttribute(out, link.row->name, link.row->isMany() ? "ids" : "id");
+  out << " </xs:complexType>\n";
+}
+
+}  // namespace
+
+void writeModelSchema(std::ostream& out) {
+  out << kHead;
+  for (ClassId id = 0; id < kClassCount; ++id)
+    if (classInfo(id).create) writeClass(out, classInfo(id));
+  const std::string_view root = classInfo(classId<TAVMultiModel>).name;
+  out << " <xs:element name=\"" << root << "\" type=\"" << root << "\">\n"
+      << "  <xs:unique name=\"ids\">\n   <xs:selector xpath=\".//*\"/>\n   <xs:field xpath=\"@id\"/>\n"
+      << "  </xs:unique>\n </xs:element>\n</xs:schema>\n";
+}
+
+}  // namespace tav

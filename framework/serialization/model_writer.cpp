@@ -1,0 +1,139 @@
+#include "framework/serialization/model_writer.h"
+
+#include <algorithm>
+
+#include "framework/model/tree_walk.h"
+#include "framework/serialization/model_format.h"
+#include "framework/serialization/replacing_file.h"
+#include "framework/serialization/xml_text.h"
+
+namespace tav {
+namespace {
+
+constexpr std::size_t kFlushSize = std::size_t{1} << 18;
+constexpr std::size_t kDeepestIndent = 40;  // beyond it, indentation would outgrow the document
+
+class Writer {
+ public:
+  explicit Writer(std::ostream& out) : out_(out) { text_.reserve(kFlushSize + (kFlushSize >> 3)); }
+
+  void write(const TAVModel& model) {
+    const ClassInfo& root = classInfo(classId<TAVMultiModel>);
+    const ClassInfo& content = classInfo(classId<TAVModelContent>);
+    text_ += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    openDocumentElement(root);
+    attribute(kFormatAttribute, kFormat);
+    text_ += ">\n <contents>\n  ";
+    openDocumentElement(content);
+    text_ += ">\n   <models>";
+    depth_ = 4;
+    numberTree(model, [](const TAVObject& /*object*/) { return false; });
+    walkTree(model, *this);
+    text_ += "\n   </models>\n  </";
+    text_.append(content.name).append(">\n </contents>\n</").append(root.name).append(">\n");
+    flush();
+  }
+
+  void enter(const TAVObject& object) {
+    const ClassInfo& info = classInfo(object.classId());
+    startTag(info.name);
+    number(kIdAttribute, Numbering::get(object));
+    if (!object.getName().empty()) attribute(kNameAttribute, object.getName());
+    for (const AttributeRow* row : info.attributes) value(row->name, row->get(object));
+    for (const LinkInfo& link : info.links)
+      if (link.row->kind == LinkKind::reference) references(*link.row, object);
+  }
+  void enterRole(const LinkRow& row) { startTag(row.name); }
+  void leaveRole(const LinkRow& row) { endTag(row.name); }
+  void leave(const TAVObject& object) {
+    endTag(classInfo(object.classId()).name);
+    if (text_.size() > kFlushSize) flush();
+  }
+
+ private:
+  void openDocumentElement(const ClassInfo& info) {
+    text_.append("<").append(info.name);
+    number(kElementTypeAttribute, kClassRanges[info.id].code);
+  }
+
+  void startTag(std::string_view tag) {
+    if (tagOpen_) text_ += '>';
+    newLine();
+    text_.append("<").append(tag);
+    tagOpen_ = true;
+    ++depth_;
+  }
+
+  void endTag(std::string_view tag) {
+    --depth_;
+    if (tagOpen_) {
+      text_ += "/>";
+    } else {
+      newLine();
+      text_.append("</").append(tag).append(">");
+    }
+    tagOpen_ = false;
+  }
+
+  void newLine() { text_.append("\n").append(std::min(depth_, kDeepestIndent), ' '); }
+
+  void attribute(std::string_view name, std::string_view text) {
+    text_.append(" ").append(name).append("=\"");
+    appendAttributeText(text_, text);
+    text_ += '"';
+  }
+  void number(std::string_view name, std::int64_t number) {
+    text_.append(" ").append(name).append("=\"").append(std::to_string(number)).append("\"");
+  }
+
+  void value(std::string_view name, const Value& value) {
+    if (isDefault(value)) return;
+    if (const auto* text = std::get_if<std::string_view>(&value))
+      attribute(name, *text);
+    else if (const auto* amount = std::get_if<std::int64_t>(&value))
+      number(name, *amount);
+    else if (const auto* store = std::get_if<TAVDataStore>(&value))
+      attribute(name, store->name.str() + " " + std::to_string(store->major) + "." +
+                          std::to_string(store->minor) + "." + std::to_string(store->release));
+    else
+      attribute(name, "true");
+  }
+
+  void references(const LinkRow& row, const TAVObject& object) {
+    EndWalk walk(row, object);
+    const TAVObject* target = walk.next();
+    if (!target) return;
+    text_.append(" ").append(row.name).append("=\"");
+    for (;;) {
+      text_ += std::to_string(Numbering::get(*target));
+      target = walk.next();
+      if (!target) break;
+      text_ += ' ';
+    }
+    text_ += '"';
+  }
+
+  void flush() {
+    out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+    text_.clear();
+  }
+
+  std::ostream& out_;
+  std::string text_;
+  std::size_t depth_ = 0;
+  bool tagOpen_ = false;
+};
+
+}  // namespace
+
+void writeModel(const TAVModel& model, std::ostream& out) {
+  Writer(out).write(model);
+}
+
+void saveModel(const TAVModel& model, const TAVString& path) {
+  ReplacingFile file(path);
+  writeModel(model, file.stream());
+  file.commit();
+}
+
+}  // namespace tav

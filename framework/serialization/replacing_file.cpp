@@ -1,0 +1,176 @@
+#include "framework/serialization/replacing_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <utility>
+#include <vector>
+
+#include "framework/std/exception.h"
+
+namespace tav {
+namespace {
+
+constexpr std::size_t kBufferSize = std::size_t{1} << 20;
+
+// A signal handler may read these, so they are plain atomics: no lock, no allocation.
+constexpr std::size_t kMostFiles = 16;
+std::array<std::atomic<const char*>, kMostFiles> temporaries;
+
+void enlist(const char* path) noexcept {
+  for (auto& place : temporaries) {
+    const char* empty = nullptr;
+    if (place.compare_exchange_strong(empty, path)) return;
+  }
+}
+
+void strike(const char* path) noexcept {
+  for (auto& place : temporaries) {
+    const char* expected = path;
+    if (place.compare_exchange_strong(expected, nullptr)) return;
+  }
+}
+
+[[noreturn]] void failWith(const std::string& path, std::string_view cause) {
+  fail("TAVXML_F0001", path + ": " + std::string(cause));
+}
+
+std::string reason() {
+  return std::error_code(errno, std::generic_category()).message();
+}
+
+/// The file that a chain of links ends at, so that the link itself is kept.
+std::string followed(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path real = std::filesystem::canonical(path, error);
+  return error ? path : real.string();
+}
+
+mode_t modeOfNewFiles() noexcept {
+  const mode_t mask = umask(0);
+  umask(mask);
+  return 0666 & ~mask;
+}
+
+void syncFolderOf(const std::string& path) {
+  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+  const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor < 0) return;  // some file systems do not let a folder be opened; the file itself is on disk
+  fsync(descriptor);
+  close(descriptor);
+}
+
+}  // namespace
+
+/// The descriptor that is written to, with the path that it will have.
+class ReplacingFile::Buffer : public std::streambuf {
+ public:
+  explicit Buffer(const TAVString& target) : target_(followed(target.str())), bytes_(kBufferSize) {
+    struct stat status {};
+    const bool there = stat(target_.c_str(), &status) == 0;
+    if (there && S_ISDIR(status.st_mode)) failWith(target_, "it is a folder");
+    if (there && !S_ISREG(status.st_mode)) {
+      descriptor_ = open(target_.c_str(), O_WRONLY | O_CLOEXEC);
+      if (descriptor_ < 0) failWith(target_, reason());
+    } else {
+      createBeside(there ? status.st_mode & 07777 : modeOfNewFiles());
+    }
+    setp(bytes_.data(), bytes_.data() + bytes_.size());
+  }
+  Buffer(const Buffer&) = delete;
+  Buffer& operator=(const Buffer&) = delete;
+
+  ~Buffer() override {
+    if (descriptor_ >= 0) close(descriptor_);
+    if (temporary_.empty()) return;
+    unlink(temporary_.c_str());
+    strike(temporary_.c_str());
+  }
+
+  void commit() {
+    writeOut();
+    if (temporary_.empty()) return;
+    if (fsync(descriptor_) != 0) failWith(target_, reason());
+    if (close(std::exchange(descriptor_, -1)) != 0) failWith(target_, reason());
+    if (rename(temporary_.c_str(), target_.c_str()) != 0) failWith(target_, reason());
+    strike(temporary_.c_str());
+    temporary_.clear();
+    syncFolderOf(target_);
+  }
+
+ protected:
+  int_type overflow(int_type character) override {
+    writeOut();
+    if (traits_type::eq_int_type(character, traits_type::eof())) return traits_type::not_eof(character);
+    *pptr() = traits_type::to_char_type(character);
+    pbump(1);
+    return character;
+  }
+
+  int sync() override {
+    writeOut();
+    return 0;
+  }
+
+ private:
+  void createBeside(mode_t mode) {
+    temporary_ = target_ + ".XXXXXX";
+    descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
+    if (descriptor_ < 0) {
+      temporary_.clear();
+      failWith(target_, reason());
+    }
+    enlist(temporary_.c_str());
+    // A file system without modes refuses this; the file is then as that file system makes files.
+    static_cast<void>(fchmod(descriptor_, mode));
+  }
+
+  void writeOut() {
+    const char* from = pbase();
+    while (from != pptr()) {
+      const ssize_t written = write(descriptor_, from, static_cast<std::size_t>(pptr() - from));
+      if (written > 0) {
+        from += written;
+      } else if (errno != EINTR) {
+        const std::string cause = reason();
+        setp(bytes_.data(), bytes_.data() + bytes_.size());
+        failWith(target_, cause);
+      }
+    }
+    setp(bytes_.data(), bytes_.data() + bytes_.size());
+  }
+
+  std::string target_;
+  std::string temporary_;  // empty once it is in place, or when the target is written to directly
+  std::vector<char> bytes_;
+  int descriptor_ = -1;
+};
+
+ReplacingFile::ReplacingFile(const TAVString& target)
+    : buffer_(std::make_unique<Buffer>(target)), stream_(std::make_unique<std::ostream>(buffer_.get())) {
+  stream_->exceptions(std::ios::badbit);  // hands the buffer's own exception on
+}
+
+ReplacingFile::~ReplacingFile() = default;
+
+std::ostream& ReplacingFile::stream() noexcept {
+  return *stream_;
+}
+
+void ReplacingFile::commit() {
+  buffer_->commit();
+}
+
+void removeTemporaryFiles() noexcept {
+  for (auto& place : temporaries)
+    if (const char* path = place.load()) unlink(path);
+}
+
+}  // namespace tav
