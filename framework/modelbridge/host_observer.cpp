@@ -1,0 +1,32 @@
+#include "framework/modelbridge/host_observer.h"
+
+namespace tav {
+namespace {
+
+HostObserver* last = nullptr;
+
+}  // namespace
+
+HostObserver::HostObserver() noexcept : before_(last) {
+  last = this;
+}
+
+HostObserver::~HostObserver() {
+  last = before_;
+}
+
+void HostObserver::onParsed(std::uint64_t /*read*/, std::uint64_t /*total*/) {}
+
+bool HostObserver::onModel(const TAVStoreModel& /*model*/) {
+  return true;
+}
+
+void reportParsed(std::uint64_t read, std::uint64_t total) {
+  if (last) last->onParsed(read, total);
+}
+
+bool reportModel(const TAVStoreModel& model) {
+  return !last || last->onModel(model);
+}
+
+}  // namespace tav
