@@ -30,14 +30,15 @@ class DomNames {
   /// Takes an attribute that may declare a namespace; any other one is passed over.
   void declare(std::string_view attribute, std::string_view value);
 
-  const DomName* tag(std::string_view written);
-  const DomName* attribute(std::string_view written);
+  const DomName* tag(const char* written);
+  const DomName* attribute(const char* written);
 
  private:
   struct Written {
-    std::string_view text;
+    std::string_view text;  // a NUL follows it
     std::string_view local;
     std::size_t prefix;  // in spaces_
+    Written* follower = nullptr;
     const DomName* lastTag = nullptr;
     const DomName* lastAttribute = nullptr;
   };
@@ -48,13 +49,15 @@ class DomNames {
 
   static constexpr std::size_t kNoPrefix = 0;
 
-  Written& find(std::string_view text);
+  Written& find(const char* text);
+  Written& findHashed(std::string_view text);
   std::size_t prefixIndex(std::string_view prefix);
   std::string_view keepSpace(std::string_view space);
   const DomName* make(const Written& written, std::string_view space);
 
   Arena& arena_;
   std::unordered_map<std::string_view, Written> written_;
+  Written* last_ = nullptr;  // what find gave last
   std::unordered_map<std::string_view, std::size_t> prefixes_;
   std::vector<std::string_view> spaces_;  // what each prefix stands for now
   std::vector<Declared> declared_;        // innermost last

@@ -17,7 +17,11 @@ namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
 constexpr std::size_t kMaxChunk = std::size_t{256} << 20;  // Expat counts a buffer in an int
-constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+bool isBlank(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
+}
 
 template <class Number, class Value> bool fits(Value value) {
   return value <= static_cast<Value>(std::numeric_limits<Number>::max());
@@ -176,7 +180,7 @@ void DomParser::end() {
   const std::span<const TAVDOMElement> children = std::span(closed_).subspan(frame.firstChild);
   // Between child elements there is indentation only: a third of a typical file.
   std::string_view own = std::string_view(text_).substr(frame.textStart);
-  if (!children.empty() && own.find_first_not_of(kWhiteSpace) == own.npos) own = {};
+  if (!children.empty() && isBlank(own)) own = {};
   element.value_ = storage_.arena.copy(own).data();
   element.valueSize_ = static_cast<std::uint32_t>(own.size());
   if (!children.empty()) placeChildren(element, children);
