@@ -1,0 +1,70 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+
+#include "framework/std/date.h"
+#include "framework/std/exception.h"
+#include "framework/std/java_path.h"
+#include "framework/std/literal.h"
+#include "framework/std/log.h"
+#include "tests/support/corpus.h"
+
+namespace {
+
+TEST(Date, Corpus) {
+  tav::test::checkCorpus("std/dates.txt", [](const std::string& seconds) {
+    return TAVDate(std::stoll(seconds)).getPstTimestamp().str();
+  });
+}
+
+TEST(Literal, ParameterizedTextCorpus) {
+  tav::test::checkCorpus("std/literals.txt", [](const std::string& input) {
+    std::istringstream lines(input);
+    std::string text;
+    std::getline(lines, text);
+    TAVStringArray arguments;
+    for (std::string argument; std::getline(lines, argument);) arguments.add(argument);
+    return TAVParameterizedTextLiteral("key", text).createParameterizedText(arguments).str();
+  });
+}
+
+TEST(Literal, CollectionFindsListsAndRefusesAKeyTwice) {
+  TAVTextLiteralsCollection literals("Module", "Collection");
+  TAVTextLiteral first("b", "first");
+  TAVMessageLiteral second("a", "second {0}", "WARNING");
+  literals.add(first);
+  literals.add(second);
+  literals.init();
+  EXPECT_EQ(literals.get("a"), &second);
+  EXPECT_EQ(literals.get("c"), nullptr);
+  second.update("changed");
+  EXPECT_EQ(literals.get("a")->getText(), "changed");
+  TAVVector all;
+  literals.listAllLiterals(all);
+  ASSERT_EQ(all.getCount(), 2);
+  EXPECT_EQ(all[0], static_cast<TAVTextLiteral*>(&first));
+
+  TAVTextLiteral again("b", "another");
+  literals.add(again);
+  EXPECT_THROW(literals.init(), TAVException);
+}
+
+TEST(Log, SeverityNamesAndNumbersGoTogether) {
+  for (std::int32_t n = tav::kSeverityFatal; n <= tav::kSeverityDebug; ++n)
+    EXPECT_EQ(tav::severityOf(tav::severityName(n)), n);
+  EXPECT_EQ(tav::severityName(tav::kSeverityWarning), "WARNING");
+  EXPECT_EQ(tav::severityName(0), "");
+  EXPECT_EQ(tav::severityName(7), "");
+  EXPECT_EQ(tav::severityOf("warning"), std::nullopt);
+  EXPECT_THROW(TAVMessageLiteral("1", "text", "LOUD"), TAVException);
+}
+
+TEST(JavaPath, LiesBesideTheFoldersOfTheLibrary) {
+  const std::filesystem::path path = getTAVJavaPath().str();
+  EXPECT_TRUE(path.string().ends_with("/share/xmla-bridge/java")) << path;
+  const std::filesystem::path root = path.parent_path().parent_path().parent_path();
+  EXPECT_TRUE(std::filesystem::exists(root / "lib")) << path;
+}
+
+}  // namespace
