@@ -2,6 +2,7 @@
 
 // The string that crosses every border between the framework and its plug-ins.
 
+#include <concepts>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -64,8 +65,10 @@ class TAV_API TAVString {
   [[nodiscard]] TAVString replaceAll(std::string_view from, std::string_view to) const;
 
   friend bool operator==(const TAVString& a, const TAVString& b) noexcept { return a.text_ == b.text_; }
-  friend bool operator==(const TAVString& a, std::string_view b) noexcept { return a.text_ == b; }
-  friend bool operator==(const TAVString& a, const char* b) noexcept { return a.text_ == b; }
+  template <std::convertible_to<std::string_view> Text>
+  friend bool operator==(const TAVString& a, const Text& b) noexcept {
+    return a.text_ == std::string_view(b);
+  }
   friend auto operator<=>(const TAVString& a, const TAVString& b) noexcept { return a.text_ <=> b.text_; }
   friend TAVString operator+(const TAVString& a, const TAVString& b) { return {a.text_ + b.text_}; }
   friend TAVString operator+(const TAVString& a, const char* b) { return {a.text_ + b}; }

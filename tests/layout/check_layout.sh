@@ -20,7 +20,13 @@ code() { find bridge framework reader dimensions cubes expressions exports host 
 # The folder that a rule speaks of: two names below framework/, one elsewhere.
 allowed_includes() {
   awk -v table="$directions" '
-    function folder(path,   part) { split(path, part, "/"); return part[1] == "framework" ? part[1] "/" part[2] : part[1] }
+    function folder(path,   part, stem) {
+      stem = path
+      sub(/\.[a-z]+$/, "", stem)
+      if (stem in known) return stem
+      split(path, part, "/")
+      return part[1] == "framework" ? part[1] "/" part[2] : part[1]
+    }
     BEGIN {
       while ((getline line < table) > 0) {
         if (line ~ /^#/ || line == "") continue

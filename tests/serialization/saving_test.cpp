@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+
+#include "framework/serialization/model_writer.h"
+#include "framework/serialization/replacing_file.h"
+#include "framework/std/exception.h"
+#include "tests/support/corpus.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::size_t filesIn(const fs::path& folder) {
+  return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+std::string failureOfSaving(const TAVModel& model, const fs::path& path) {
+  try {
+    tav::saveModel(model, TAVString(path.string()));
+    return "saved";
+  } catch (const TAVException& failure) {
+    return failure.getMessage().str();
+  }
+}
+
+/// Limits the size of files while it lives, so that a write fails as on a full disk.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, SIG_DFL);
+  }
+
+ private:
+  rlimit before_{};
+};
+
+class Saving : public testing::Test {
+ protected:
+  tav::Owned<TAVStoreModel> model_ = tav::make<TAVStoreModel>("m");
+  tav::test::TemporaryFolder folder_;
+};
+
+TEST_F(Saving, AFailedWriteLeavesTheOldFileAndNothingElse) {
+  for (int i = 0; i < 1000; ++i)  // more than one buffer, so that it fails in the middle
+    model_->addDesignPackageUniqueName(tav::make<TAVDesignPackage>(std::string(4000, 'x')), '/');
+  const fs::path path = folder_.write("model.xml", "old");
+  {
+    const FileSizeLimit limit(1U << 20);
+    EXPECT_EQ(failureOfSaving(*model_, path), "[TAVXML_F0001] " + path.string() + ": File too large");
+  }
+  EXPECT_EQ(tav::test::readFile(path), "old");
+  EXPECT_EQ(filesIn(folder_.path()), 1U);
+  EXPECT_EQ(failureOfSaving(*model_, path), "saved");
+  EXPECT_EQ(filesIn(folder_.path()), 1U);
+}
+
+TEST_F(Saving, WhatCannotBeWrittenToIsSaidInWords) {
+  const fs::path missing = folder_.path() / "missing" / "model.xml";
+  EXPECT_EQ(failureOfSaving(*model_, missing),
+            "[TAVXML_F0001] " + missing.string() + ": No such file or directory");
+  EXPECT_EQ(failureOfSaving(*model_, folder_.path()),
+            "[TAVXML_F0001] " + folder_.path().string() + ": it is a folder");
+  EXPECT_EQ(failureOfSaving(*model_, "/dev/full"), "[TAVXML_F0001] /dev/full: No space left on device");
+  EXPECT_EQ(filesIn(folder_.path()), 0U);
+}
+
+TEST_F(Saving, ADeviceIsWrittenToAndStaysADevice) {
+  EXPECT_EQ(failureOfSaving(*model_, "/dev/null"), "saved");
+  EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+TEST_F(Saving, ALinkAndTheModeOfTheOldFileAreKept) {
+  const fs::path path = folder_.write("model.xml", "old");
+  chmod(path.c_str(), 0604);
+  fs::create_symlink("model.xml", folder_.path() / "link.xml");
+  EXPECT_EQ(failureOfSaving(*model_, folder_.path() / "link.xml"), "saved");
+  EXPECT_TRUE(fs::is_symlink(folder_.path() / "link.xml"));
+  EXPECT_NE(tav::test::readFile(path), "old");
+  EXPECT_EQ(static_cast<int>(fs::status(path).permissions()), 0604);
+}
+
+TEST_F(Saving, AnInterruptedProcessCanRemoveItsUnfinishedFiles) {
+  tav::ReplacingFile file(TAVString((folder_.path() / "a.xml").string()));
+  EXPECT_EQ(filesIn(folder_.path()), 1U);
+  tav::removeTemporaryFiles();
+  EXPECT_EQ(filesIn(folder_.path()), 0U);
+}
+
+}  // namespace
