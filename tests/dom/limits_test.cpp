@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "framework/dom/dom.h"
+#include "framework/std/exception.h"
+
+namespace {
+
+double seconds(const std::function<void()>& work) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+std::string repeated(std::string_view text, std::size_t times) {
+  std::string result;
+  result.reserve(text.size() * times);
+  for (std::size_t i = 0; i < times; ++i) result += text;
+  return result;
+}
+
+TEST(DomLimits, DepthCostsNoCallStack) {
+  constexpr std::size_t kDepth = 500000;
+  TAVDOM dom(nullptr);
+  const TAVDOMElement* element =
+      dom.parseText(repeated("<a>", kDepth) + "x" + repeated("</a>", kDepth), "deep");
+  std::size_t depth = 1;
+  for (; element->getElementCount() > 0; ++depth) element = element->getElement(0);
+  EXPECT_EQ(depth, kDepth);
+  EXPECT_EQ(element->getValue(), "x");
+}
+
+TEST(DomLimits, HugeTextAndHugeAttributeAreWhole) {
+  const std::string huge(std::size_t{50} << 20, 'x');
+  TAVDOM dom(nullptr);
+  const TAVDOMElement* root = dom.parseText("<a b=\"" + huge + "\">" + huge + "</a>", "huge");
+  EXPECT_EQ(root->getValue().size(), huge.size());
+  EXPECT_EQ(root->getAttribute("b").size(), huge.size());
+}
+
+// A walk would need 10,000 million comparisons.
+TEST(DomLimits, LookUpsStayFastAmongManyTags) {
+  constexpr int kTags = 100000;
+  std::string document = "<r>";
+  for (int i = 0; i < kTags; ++i) document += "<t" + std::to_string(i) + "/>";
+  TAVDOM dom(nullptr);
+  const TAVDOMElement& root = *dom.parseText(document + "</r>", "wide");
+  EXPECT_LT(seconds([&] {
+              for (int i = 0; i < kTags; ++i)
+                ASSERT_EQ(root.getFirstElement("t" + std::to_string(i)), root.getElement(i));
+            }),
+            10.0);
+}
+
+void expectTooMuch(const std::string& document) {
+  TAVDOM dom(nullptr);
+  try {
+    dom.parseText(document, "bomb");
+    FAIL() << "no exception";
+  } catch (const TAVException& e) {
+    EXPECT_GT(e.getMessage().find("its entities expand to too much text"), 0) << e.getMessage().str();
+  }
+}
+
+TEST(DomLimits, EntitiesCannotBlowUp) {
+  std::string nested = "<!DOCTYPE a [<!ENTITY e0 \"lol\">";
+  for (int i = 1; i < 10; ++i)
+    nested +=
+        "<!ENTITY e" + std::to_string(i) + " \"" + repeated("&e" + std::to_string(i - 1) + ";", 10) + "\">";
+  expectTooMuch(nested + "]><a>&e9;</a>");
+  expectTooMuch(nested + "]><a b=\"&e9;\"/>");
+  const std::string flat = "<!DOCTYPE a [<!ENTITY e \"" + std::string(100000, 'x') + "\">]><a>";
+  expectTooMuch(flat + repeated("&e;", 10000) + "</a>");
+}
+
+// 40 bytes a tag would be 100 KB a tag if each had a copy.
+TEST(DomLimits, DefaultValuesAreKeptOnce) {
+  const std::string value(100000, 'x');
+  TAVDOM dom(nullptr);
+  const TAVDOMElement* root = dom.parseText(
+      "<!DOCTYPE r [<!ATTLIST a b CDATA '" + value + "'>]><r>" + repeated("<a/>", 1000) + "</r>", "defaults");
+  EXPECT_EQ(root->getElement(0)->getAttribute("b"), value);
+  EXPECT_EQ(root->getElement(0)->getAttribute("b").data(), root->getElement(999)->getAttribute("b").data());
+}
+
+// The first tag of every chunk begins in the one before: its line must be counted there.
+TEST(DomLimits, LinesAreCountedThroughAllChunks) {
+  constexpr int kLines = 300000;
+  TAVDOM dom(nullptr);
+  const TAVDOMElement& root = *dom.parseText("<r>\n" + repeated("<abc\nd='1'/>\n", kLines) + "</r>", "lines");
+  ASSERT_EQ(root.getElementCount(), kLines);
+  for (std::int32_t i = 0; i < kLines; ++i)
+    ASSERT_EQ(root.getElement(i)->getLine(), static_cast<std::uint32_t>(2 + 2 * i));
+}
+
+}  // namespace
