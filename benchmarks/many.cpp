@@ -11,6 +11,11 @@ namespace {
 constexpr std::uint64_t kReferencesOfMember = 10;
 constexpr std::size_t kLevels = 3;
 
+std::string label(std::string_view prefix, std::uint64_t number) {
+  std::string text(prefix);
+  return text += std::to_string(number);
+}
+
 Area plainArea() {
   Area area;
   area.name = "Many";
@@ -21,17 +26,17 @@ Area plainArea() {
 }
 
 Table plainTable(std::uint64_t number) {
-  const std::string name = "T" + std::to_string(number);
+  const std::string name = label("T", number);
   return {"dbo_" + name, name, name, "", {}};
 }
 
 std::size_t addColumn(Table& table) {
-  table.columns.push_back({"C" + std::to_string(table.columns.size()), "int", 0, ""});
+  table.columns.push_back({label("C", table.columns.size()), "int", 0, ""});
   return table.columns.size() - 1;
 }
 
 void addAttribute(Dimension& dimension, std::size_t column) {
-  const std::string name = "A" + std::to_string(dimension.attributes.size());
+  const std::string name = label("A", dimension.attributes.size());
   dimension.attributes.push_back({name, name, {column}, Attribute::kNone, Attribute::kNone});
 }
 
@@ -48,7 +53,7 @@ Area equalNames(std::uint64_t count) {
     area.tables.push_back(plainTable(i));
     area.tables.back().friendlyName = "Customer";
     Dimension dimension;
-    dimension.id = "D" + std::to_string(i);
+    dimension.id = label("D", i);
     dimension.name = "Customer";
     dimension.table = i;
     addAttribute(dimension, addColumn(area.tables.back()));
@@ -87,7 +92,7 @@ Area manyMeasures(std::uint64_t count) {
   group.id = group.name = "Facts";
   for (std::uint64_t i = 0; i < count; ++i) {
     Measure measure;
-    measure.id = measure.name = "M" + std::to_string(i);
+    measure.id = measure.name = label("M", i);
     measure.column = addColumn(area.tables.front());
     group.measures.push_back(std::move(measure));
   }

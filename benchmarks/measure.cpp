@@ -1,0 +1,229 @@
+// xmla-bench: measures the import on made-up definitions, beside `xmllint --noout` on the same files in the
+// same run, because machines differ. Every time is the best of several runs: whatever disturbs a run makes it
+// longer. The programs take turns, so that a disturbance does not meet one of them alone.
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "benchmarks/definition.h"
+#include "benchmarks/process.h"
+#include "benchmarks/temporary_folder.h"
+
+namespace tav::bench {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double kMegabyte = 1e6;
+constexpr double kSmallest =
+    .01;  // MB; so little that an import of it is the start of the program and its end
+constexpr std::uint64_t kSeed = 1;
+constexpr std::array<const char*, 5> kKinds{"equal-names", "attributes", "tables", "measures", "references"};
+// The room that the largest files and the models made of them take, with much to spare.
+constexpr std::uintmax_t kRoom = std::uintmax_t{2} << 30;
+
+struct Settings {
+  std::vector<double> sizes{1, 10, 100};                   // MB, beside kSmallest
+  std::vector<std::uint64_t> counts{1000, 10000, 100000};  // objects
+  unsigned repeat = 5;
+  bool check = false;
+  fs::path program;
+  fs::path parser;
+};
+
+/// The best of several runs of one program.
+struct Best {
+  void take(const Cost& cost) {
+    if (runs++ == 0 || cost.wall < wall) wall = cost.wall;
+    processor = runs == 1 ? cost.processor : std::min(processor, cost.processor);
+    peakBytes = std::max(peakBytes, cost.peakBytes);
+  }
+  double wall = 0, processor = 0;  // seconds
+  std::uint64_t peakBytes = 0;
+  unsigned runs = 0;
+};
+
+struct Row {
+  double megabytes = 0;  // of the file as it came out
+  Best xmllint, parse, import;
+};
+
+class Bench {
+ public:
+  explicit Bench(Settings settings) : settings_(std::move(settings)), folder_(kRoom) {}
+
+  /// Prints the tables; false when a bound is not kept.
+  bool measure();
+
+ private:
+  template <class Write> double generate(Write write) const;
+  Row measureSize(double megabytes) const;
+  void printSizes() const;
+  bool printBounds() const;
+  void printScaling() const;
+  std::vector<std::string> importCommand() const;
+  /// The row of that size, or null when it was not measured.
+  const Row* at(double megabytes) const;
+  /// What the program takes to start and end, in seconds.
+  double startTime() const { return rows_.at(kSmallest).import.wall; }
+
+  Settings settings_;
+  TemporaryFolder folder_;
+  std::string file_ = folder_.path() / "definition.asdatabase";
+  std::string model_ = folder_.path() / "model.xml";
+  std::map<double, Row> rows_;  // by the size asked for
+};
+
+/// Writes the definition anew; its size in MB.
+template <class Write> double Bench::generate(Write write) const {
+  std::ofstream out(file_, std::ios::binary);
+  write(out);
+  out.close();
+  if (!out) throw std::runtime_error("cannot write " + file_);
+  return static_cast<double>(fs::file_size(file_)) / kMegabyte;
+}
+
+std::vector<std::string> Bench::importCommand() const {
+  return {settings_.program, "import", file_, "-o", model_, "--quiet"};
+}
+
+const Row* Bench::at(double megabytes) const {
+  const auto found = rows_.find(megabytes);
+  return found == rows_.end() ? nullptr : &found->second;
+}
+
+Row Bench::measureSize(double megabytes) const {
+  Row row;
+  row.megabytes = generate([&](std::ostream& out) {
+    writeEstate(out, static_cast<std::uint64_t>(std::llround(megabytes * kMegabyte)), kSeed);
+  });
+  // Short runs are disturbed more, and more of them take no time.
+  const unsigned runs = settings_.repeat * (megabytes <= 1 ? 4 : megabytes <= 10 ? 2 : 1);
+  for (unsigned i = 0; i < runs; ++i) {
+    row.xmllint.take(run({"xmllint", "--noout", file_}, folder_.path()));
+    row.parse.take(run({settings_.parser, file_}, folder_.path()));
+    row.import.take(run(importCommand(), folder_.path()));
+  }
+  return row;
+}
+
+void Bench::printSizes() const {
+  fmt::print("{:>10} {:>10} {:>10} {:>10} {:>10} {:>8} {:>9} {:>6}\n", "size MB", "xmllint s", "parse s",
+             "import s", "cpu s", "ratio", "peak MB", "/size");
+  for (const auto& [size, row] : rows_) {
+    const double peak = static_cast<double>(row.import.peakBytes) / kMegabyte;
+    fmt::print("{:>10.3f} {:>10.4f} {:>10.4f} {:>10.4f} {:>10.4f} {:>8.2f} {:>9.1f} {:>6.1f}\n",
+               row.megabytes, row.xmllint.wall, row.parse.wall, row.import.wall, row.import.processor,
+               row.import.wall / row.xmllint.wall, peak, peak / row.megabytes);
+  }
+  fmt::print("ratio: import / xmllint. cpu: processor time of the import, user and system.\n\n");
+}
+
+bool Bench::printBounds() const {
+  bool kept = true;
+  const auto bound = [&kept](const std::string& what, double measured, double most, const char* unit) {
+    const bool ok = measured <= most;
+    kept = kept && ok;
+    fmt::print("{:<52} {:>8.2f}{:<3} {:>9.2f}{:<3} {}\n", what, most, unit, measured, unit,
+               ok ? "ok" : "OVER");
+  };
+  fmt::print("{:<52} {:>8}    {:>9}\n", "measure", "at most", "measured");
+  for (const double size : {10., 100.})
+    if (const Row* row = at(size))
+      bound(fmt::format("import / xmllint --noout at {:.0f} MB", size), row->import.wall / row->xmllint.wall,
+            1.0, "");
+  const Row *one = at(1), *hundred = at(100);
+  if (one && hundred) {
+    const auto perMegabyte = [&](const Row& row) { return (row.import.wall - startTime()) / row.megabytes; };
+    bound("cost per MB at 100 MB / at 1 MB, start taken off", perMegabyte(*hundred) / perMegabyte(*one), 1.1,
+          "");
+  }
+  if (hundred)
+    bound("peak memory / file size at 100 MB",
+          static_cast<double>(hundred->import.peakBytes) / kMegabyte / hundred->megabytes, 3, "");
+  bound("start of the program to its exit on 10 KB", startTime() * 1000, 20, " ms");
+  fmt::print("\n");
+  return kept;
+}
+
+void Bench::printScaling() const {
+  fmt::print("{:<14}", "microseconds");
+  for (const std::uint64_t count : settings_.counts) fmt::print(" {:>14}", fmt::format("{} of them", count));
+  fmt::print(" {:>11}\n", "last/before");
+  for (const char* kind : kKinds) {
+    fmt::print("{:<14}", kind);
+    double before = 0, last = 0;
+    for (const std::uint64_t count : settings_.counts) {
+      generate([&](std::ostream& out) { writeMany(out, kind, count); });
+      Best best;
+      for (unsigned i = 0; i < std::max(2u, settings_.repeat / 2); ++i)
+        best.take(run(importCommand(), folder_.path()));
+      before = last;
+      last = std::max(0., best.wall - startTime()) / static_cast<double>(count) * 1e6;
+      fmt::print(" {:>14.2f}", last);
+      std::fflush(stdout);
+    }
+    if (before > 0)
+      fmt::print(" {:>11.2f}\n", last / before);
+    else
+      fmt::print("\n");
+  }
+  fmt::print("One thing many times in a file: the whole import by the object, start taken off.\n");
+}
+
+bool Bench::measure() {
+  fmt::print(
+      "Made-up definitions in {}, {}; xmllint, parse-definition and xmla-bridge import in turn,\n"
+      "the best of {} runs or more.\n\n",
+      folder_.path().string(), folder_.isInMemory() ? "in memory" : "on a disk", settings_.repeat);
+  settings_.sizes.push_back(kSmallest);
+  for (const double size : settings_.sizes)
+    if (!at(size)) rows_[size] = measureSize(size);
+  printSizes();
+  const bool kept = printBounds();
+  if (!settings_.counts.empty()) printScaling();
+  return kept;
+}
+
+}  // namespace
+}  // namespace tav::bench
+
+int main(int count, char** arguments) try {
+  tav::bench::Settings settings;
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+  settings.program = folder / "xmla-bridge";
+  settings.parser = folder / "parse-definition";
+
+  CLI::App app("Measures the import beside xmllint on made-up definitions.", "xmla-bench");
+  app.add_option("--sizes", settings.sizes, "Sizes of definitions in MB, beside 0.01")
+      ->delimiter(',')
+      ->check(CLI::Range(.01, 10000.));
+  app.add_option("--counts", settings.counts, "Numbers of objects for the last table; 0: no such table")
+      ->delimiter(',');
+  app.add_option("--repeat", settings.repeat, "Runs at 100 MB; smaller files get more")
+      ->check(CLI::Range(1, 1000));
+  app.add_option("--program", settings.program, "The xmla-bridge to measure")->check(CLI::ExistingFile);
+  app.add_flag("--check", settings.check, "End with exit code 1 when a bound is not kept");
+  CLI11_PARSE(app, count, arguments);
+  std::erase(settings.counts, 0u);
+
+  tav::bench::catchSignals();
+  const bool check = settings.check;
+  return tav::bench::Bench(std::move(settings)).measure() || !check ? 0 : 1;
+} catch (const tav::bench::Interrupted& interrupted) {
+  return 128 + interrupted.signal;
+} catch (const std::exception& error) {
+  fmt::print(stderr, "{}\n", error.what());
+  return 1;
+}
