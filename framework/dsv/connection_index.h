@@ -1,9 +1,11 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
-#include "framework/model/classes/store_model.h"
+#include "framework/model/class_list.h"
+#include "framework/std/string.h"
 
 namespace tav {
 

@@ -7,9 +7,7 @@
 
 #include "framework/dom/dom.h"
 #include "framework/dsv/connection_index.h"
-#include "framework/model/classes/column.h"
 #include "framework/model/classes/design_package.h"
-#include "framework/model/classes/table.h"
 #include "framework/types/data_type_converter.h"
 
 /// Turns a DataSourceView element into a package of tables and columns. A copy shares the model, the log and
