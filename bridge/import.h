@@ -1,0 +1,26 @@
+#pragma once
+
+// One import, in three steps: which kind of definition a file holds, a model for it, and the reading.
+
+#include "framework/model/model.h"
+#include "framework/std/file.h"
+#include "framework/std/log.h"
+
+/// Imports a file by its content: one whose first character other than white space is "{" holds a tabular
+/// definition, any other an XML one. The caller owns the model; null when the import gave none. Throws a
+/// TAVException when the file cannot be read.
+TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log);
+/// The same with the kind given: `json` for a tabular definition. This version reads none of those: it throws
+/// a TAVException "[TAVBRIDGE_F0002] ...".
+TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log,
+                                    bool json);
+/// Stamps `model` and fills it from an XML definition. Always true.
+TAV_API bool execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVStoreModel* model,
+                          TAVLog* log);
+
+namespace tav {
+
+/// The origin of a model that this plug-in reads from `inputFile`.
+Owned<TAVMetadataOrigin> describeOrigin(const TAVString& bridgeIdentifier, const TAVFile& inputFile);
+
+}  // namespace tav

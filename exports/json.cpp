@@ -1,0 +1,132 @@
+#include "exports/json.h"
+
+#include "exports/json_text.h"
+#include "exports/mask.h"
+#include "framework/model/tree_walk.h"
+
+namespace tav {
+namespace {
+
+constexpr std::size_t kFlushSize = std::size_t{1} << 16;
+
+/// Values of user properties are members of their element's object, not objects of their own.
+bool isPropertyValue(const TAVObject& object) {
+  return is<TAVPropertyValue>(object);
+}
+
+class JsonExport {
+ public:
+  explicit JsonExport(std::ostream& out) : out_(out) {}
+
+  void write(const TAVModel& model) {
+    numberTree(model, isPropertyValue);
+    text_ = R"({"format":"tav-model/1","model":)";
+    first_ = true;
+    walkTree(model, *this);
+    text_ += "}\n";
+    flush();
+  }
+
+  // What walkTree tells.
+  void enter(const TAVObject& object) {
+    if (isPropertyValue(object)) return;
+    text_ += first_ ? "\n{" : ",\n{";
+    const ClassInfo& info = classInfo(object.classId());
+    text_ += "\"id\":" + std::to_string(Numbering::get(object));
+    member("class", info.name);
+    member("name", object.getName());
+    for (const AttributeRow* row : info.attributes) attribute(*row, object);
+    if (const auto* element = as<TAVElement>(&object)) properties(*element);
+    for (const LinkInfo& link : info.links)
+      if (link.row->kind == LinkKind::reference) references(*link.row, object);
+    if (text_.size() >= kFlushSize) flush();
+  }
+  void leave(const TAVObject& object) {
+    if (isPropertyValue(object)) return;
+    text_ += '}';
+    first_ = false;
+  }
+  void enterRole(const LinkRow& row) {
+    if (row.target == classId<TAVPropertyValue>) return;
+    key(row.name);
+    text_ += '[';
+    first_ = true;
+  }
+  void leaveRole(const LinkRow& row) {
+    if (row.target == classId<TAVPropertyValue>) return;
+    text_ += "\n]";
+    first_ = false;
+  }
+
+ private:
+  void key(std::string_view name) { text_.append(",\"").append(name).append("\":"); }
+
+  void member(std::string_view name, std::string_view value) {
+    key(name);
+    appendJsonText(text_, value);
+  }
+
+  void attribute(const AttributeRow& row, const TAVObject& object) {
+    const Value value = row.get(object);
+    if (isDefault(value)) return;
+    if (const auto* text = std::get_if<std::string_view>(&value))
+      return member(row.name, maskPasswords(*text));
+    key(row.name);
+    if (const auto* store = std::get_if<TAVDataStore>(&value))
+      dataStore(*store);
+    else if (const auto* number = std::get_if<std::int64_t>(&value))
+      text_ += std::to_string(*number);
+    else
+      text_ += "true";
+  }
+
+  void dataStore(const TAVDataStore& store) {
+    text_ += R"({"name":)";
+    appendJsonText(text_, store.name);
+    text_ += ",\"version\":[" + std::to_string(store.major) + "," + std::to_string(store.minor) + "," +
+             std::to_string(store.release) + "]}";
+  }
+
+  void properties(const TAVElement& element) {
+    if (element.propertyValues.empty()) return;
+    key("properties");
+    char separator = '{';
+    for (const TAVPropertyValue& value : element.propertyValues) {
+      text_ += separator;
+      separator = ',';
+      const TAVPropertyType* type = value.propertyType.get();
+      appendJsonText(text_, type ? type->getName() : value.getName());
+      text_ += ':';
+      appendJsonText(text_, maskPasswords(value.value));
+    }
+    text_ += '}';
+  }
+
+  void references(const LinkRow& row, const TAVObject& object) {
+    EndWalk walk(row, object);
+    const TAVObject* other = walk.next();
+    if (!other) return;
+    key(row.name);
+    if (row.isMany()) text_ += '[';
+    text_ += std::to_string(Numbering::get(*other));
+    while ((other = walk.next())) text_ += "," + std::to_string(Numbering::get(*other));
+    if (row.isMany()) text_ += ']';
+  }
+
+  void flush() {
+    out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
+    text_.clear();
+  }
+
+  std::ostream& out_;
+  std::string text_;    // what is not yet handed to the stream
+  bool first_ = false;  // whether the next object is the first of its list
+};
+
+}  // namespace
+
+void exportJson(const TAVModel& model, std::ostream& out) {
+  JsonExport(out).write(model);
+}
+
+}  // namespace tav

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tav {
+
+/// Appends `value` to `text` as a JSON string, quotes included. UTF-8 stays as it is; a byte that is none
+/// becomes U+FFFD.
+void appendJsonText(std::string& text, std::string_view value);
+
+}  // namespace tav

@@ -1,0 +1,30 @@
+#include "host/command.h"
+
+#include <CLI/Error.hpp>
+#include <filesystem>
+
+namespace host {
+namespace {
+
+bool isSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  if (std::filesystem::equivalent(a, b, error)) return true;
+  const auto plain = [](const std::string& path) {
+    return std::filesystem::absolute(path).lexically_normal();
+  };
+  return plain(a) == plain(b);
+}
+
+}  // namespace
+
+void checkOutput(const std::string& input, const std::string& output) {
+  if (output.empty()) throw CLI::ValidationError("-o", "the name of the output file is empty");
+  if (isSameFile(input, output)) throw CLI::ValidationError("-o", "the output would replace the input");
+}
+
+void checkDefinition(const std::string& input) {
+  if (input == "-")
+    throw CLI::ValidationError("INPUT", "a definition is read from a file, not from standard input");
+}
+
+}  // namespace host

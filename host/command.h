@@ -1,0 +1,38 @@
+#pragma once
+
+// What the commands of the program have in common. Each command has a file of its own, which registers its
+// arguments; main.cpp runs the one that the user chose.
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <functional>
+
+#include "host/message_log.h"
+
+namespace host {
+
+inline constexpr int kDone = 0;
+inline constexpr int kFailed = 1;
+inline constexpr int kWrongUsage = 2;
+inline constexpr int kNoDefinition = 3;
+inline constexpr int kSignalBase = 128;  // plus the number of the signal that ended the program
+
+/// A registered command: its parser, and what to do once that has read the arguments. `run` gives an exit
+/// code and throws a CLI::ParseError for wrong usage, any other exception for a failure.
+struct Command {
+  CLI::App* parser;
+  std::function<int(MessageLog& log)> run;
+};
+
+Command addImport(CLI::App& program);
+Command addExport(CLI::App& program);
+Command addTest(CLI::App& program);
+Command addDescribe(CLI::App& program);
+
+/// Throws a usage error when `output` is empty or names the file `input`, itself or through links.
+void checkOutput(const std::string& input, const std::string& output);
+/// Throws a usage error when `input` stands for standard input, which definitions are not read from.
+void checkDefinition(const std::string& input);
+
+}  // namespace host

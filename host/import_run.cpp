@@ -1,0 +1,60 @@
+#include "host/import_run.h"
+
+#include "framework/modelbridge/host_observer.h"
+#include "framework/std/exception.h"
+#include "host/command.h"
+#include "host/plugin.h"
+
+namespace host {
+namespace {
+
+bool holdsNothing(const TAVStoreModel& model) {
+  return model.nativeId.empty() && model.dataPackages.empty() && model.designPackages.empty() &&
+         model.storeConnections.empty();
+}
+
+class Observer : public tav::HostObserver {
+ public:
+  Observer(const std::string& input, MessageLog& log, const ModelVisitor& visit)
+      : step_("Reading " + input), log_(log), visit_(visit) {}
+
+  void onParsed(std::uint64_t read, std::uint64_t total) override {
+    if (total > 0)
+      log_.showProgress(step_,
+                        static_cast<int>(100.0 * static_cast<double>(read) / static_cast<double>(total)));
+  }
+
+  bool onModel(const TAVStoreModel& model) override {
+    empty = holdsNothing(model);
+    log_.clearProgress();
+    return visit_(model);
+  }
+
+  bool empty = false;
+
+ private:
+  std::string step_;
+  MessageLog& log_;
+  const ModelVisitor& visit_;
+};
+
+}  // namespace
+
+int runImport(const std::string& input, const std::string& output, MessageLog& log,
+              const ModelVisitor& visit) {
+  TAVImportBridgeDllInterface& plugin = loadPlugin();
+  TAVOptionList options = optionsFor(input);
+  TAVFile file{TAVString(output)};
+  Observer observer(input, log, visit);
+  const bool done = plugin.run(kBridgeIdentifier, file, options, log);
+  log.clearProgress();
+  if (!done) tav::fail("XMLABRIDGE_F0004", input + ": the import gave no model.");
+  if (!observer.empty) return kDone;
+  log.logEvent({input +
+                    ": no database definition was found; expected a Create or Alter script of a Database, "
+                    "or a Database document.",
+                "XMLABRIDGE_E0005", tav::kSeverityError, TAVString()});
+  return kNoDefinition;
+}
+
+}  // namespace host

@@ -1,0 +1,22 @@
+#pragma once
+
+// One run of the plug-in over a definition.
+
+#include <functional>
+#include <string>
+
+#include "framework/model/model.h"
+#include "host/message_log.h"
+
+namespace host {
+
+/// What is done with the model of a run before it is saved; whether it is to be saved.
+using ModelVisitor = std::function<bool(const TAVStoreModel& model)>;
+
+/// Lets the plug-in read `input`, shows the model to `visit` and saves it in `output` unless that says no.
+/// Returns an exit code: done, or that the input holds no database definition, which is then logged as an
+/// error. Throws when the import fails.
+int runImport(const std::string& input, const std::string& output, MessageLog& log,
+              const ModelVisitor& visit);
+
+}  // namespace host

@@ -1,0 +1,99 @@
+#include <CLI/Error.hpp>
+#include <array>
+#include <exception>
+#include <iostream>
+#include <map>
+#include <new>
+
+#include "framework/std/exception.h"
+#include "host/command.h"
+#include "host/signals.h"
+#include "host/standard_output.h"
+
+namespace host {
+namespace {
+
+constexpr const char* kVersion = "xmla-bridge " XMLA_VERSION;
+
+/// The options that every command has, also in front of the command.
+void addMessageOptions(CLI::App& parser, MessageLog& log) {
+  static const std::map<std::string, LogFormat> kFormats{{"text", LogFormat::text},
+                                                         {"json", LogFormat::json}};
+  parser.add_flag("--quiet", log.quiet, "Show errors only");
+  parser
+      .add_option_function<std::string>(
+          "--log-format", [&log](const std::string& name) { log.format = kFormats.at(name); },
+          "How messages are written")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"text", "json"}));
+}
+
+const CLI::App* findCommand(const CLI::App& program, const std::string& name) {
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App* /*command*/) { return true; }))
+    if (command->get_name() == name) return command;
+  return nullptr;
+}
+
+Command addHelp(CLI::App& program) {
+  auto name = std::make_shared<std::string>();
+  CLI::App* parser = program.add_subcommand("help", "Show the help of a command");
+  parser->add_option("COMMAND", *name, "The command");
+  return {parser, [&program, name](MessageLog& /*log*/) {
+            const CLI::App* shown = name->empty() ? &program : findCommand(program, *name);
+            if (!shown)
+              throw CLI::ValidationError("COMMAND", "there is no command '" + printable(*name) + "'");
+            StandardOutput out;
+            const std::string title = name->empty() ? "xmla-bridge" : "xmla-bridge " + *name;
+            // App::help() would show the help of the command that was run, which is this one.
+            out.stream() << shown->get_formatter()->make_help(shown, title, CLI::AppFormatMode::Normal);
+            out.finish();
+            return kDone;
+          }};
+}
+
+int runProgram(int argc, char** argv, MessageLog& log) {
+  CLI::App program("Turns Analysis Services definitions into metadata models with lineage.", "xmla-bridge");
+  program.set_version_flag("--version", kVersion, "Show the version");
+  program.set_help_flag("-h,--help", "Show help, of the program or of a command");
+  program.require_subcommand(0, 1);
+  addMessageOptions(program, log);
+  const std::array commands{addImport(program), addExport(program), addTest(program), addDescribe(program),
+                            addHelp(program)};
+  for (const Command& command : commands) addMessageOptions(*command.parser, log);
+  try {
+    program.parse(argc, argv);
+    for (const Command& command : commands)
+      if (command.parser->parsed()) return command.run(log);
+    throw CLI::RequiredError("A command");
+  } catch (const CLI::Success& answer) {
+    StandardOutput out;
+    program.exit(answer, out.stream(), std::cerr);
+    out.finish();
+    return kDone;
+  } catch (const CLI::ParseError& error) {
+    std::cerr << "xmla-bridge: " << printable(error.what()) << "\nTry: xmla-bridge --help\n";
+    return kWrongUsage;
+  }
+}
+
+int runGuarded(int argc, char** argv) {
+  MessageLog log;
+  try {
+    return runProgram(argc, argv, log);
+  } catch (const TAVException& error) {
+    log.logFailure(error.getMessage());
+  } catch (const std::bad_alloc&) {
+    log.logFailure("[XMLABRIDGE_F0006] There is not enough memory.");
+  } catch (const std::exception& error) {
+    log.logFailure(std::string("[XMLABRIDGE_F0007] ") + error.what());
+  }
+  return kFailed;
+}
+
+}  // namespace
+}  // namespace host
+
+int main(int argc, char** argv) {
+  host::handleSignals();
+  return host::runGuarded(argc, argv);
+}

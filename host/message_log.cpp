@@ -1,0 +1,128 @@
+#include "host/message_log.h"
+
+#include <fmt/format.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+
+#include "exports/mask.h"
+#include "framework/std/utf8.h"
+
+namespace host {
+namespace {
+
+constexpr std::string_view kUnresolvedId = "QVT_SSXMLA_W0013";
+constexpr std::chrono::milliseconds kRenewal{
+    50};  // more often, and drawing would take longer than the import
+constexpr std::string_view kClearLine = "\r\x1b[K";
+constexpr std::string_view kRed = "\x1b[31m";
+constexpr std::string_view kYellow = "\x1b[33m";
+constexpr std::string_view kPlain = "\x1b[0m";
+
+void writeError(std::string_view text) {
+  // There is no place left to tell that standard error cannot be written.
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+}
+
+std::size_t terminalWidth() {
+  winsize size{};
+  const bool known = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return known ? size.ws_col : 80;
+}
+
+/// The beginning of UTF-8 text, at most `count` characters of it.
+std::string_view beginning(std::string_view text, std::size_t count) {
+  std::size_t bytes = 0;
+  for (; count > 0 && bytes < text.size(); --count)
+    bytes += std::max<std::size_t>(1, tav::utf8Length(text.substr(bytes)));
+  return text.substr(0, bytes);
+}
+
+bool hasColours() {
+  const char* refused = std::getenv("NO_COLOR");
+  const char* terminal = std::getenv("TERM");
+  return (!refused || !*refused) && terminal && std::string_view(terminal) != "dumb";
+}
+
+}  // namespace
+
+MessageLog::MessageLog() : terminal_(isatty(STDERR_FILENO) == 1), colours_(terminal_ && hasColours()) {}
+
+MessageLog::~MessageLog() {
+  clearProgress();
+}
+
+void MessageLog::logEvent(const TAVLogEvent& event) {
+  if (event.getMessageId() == kUnresolvedId) ++unresolved_;
+  if (quiet && event.getSeverity() > tav::kSeverityError) return;
+  if (terminal_ && format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus)
+    renewProgress(printable(tav::maskPasswords(event.getText())), true);
+  else
+    writeLine(event);
+}
+
+void MessageLog::logFailure(std::string_view message) {
+  std::string_view identifier;
+  const std::size_t close = message.find("] ");
+  if (message.starts_with('[') && close != message.npos) {
+    identifier = message.substr(1, close - 1);
+    message.remove_prefix(close + 2);
+  }
+  logEvent({message, identifier, tav::kSeverityFatal, TAVString()});
+}
+
+void MessageLog::writeLine(const TAVLogEvent& event) {
+  const std::string text = tav::maskPasswords(event.getText());
+  if (format == LogFormat::json) {
+    const nlohmann::ordered_json line{{"level", tav::severityName(event.getSeverity())},
+                                      {"id", event.getMessageId().view()},
+                                      {"text", text}};
+    return writeError(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
+  }
+  std::string line = printable(text);
+  if (!event.getMessageId().empty()) line = fmt::format("[{}] {}", event.getMessageId().view(), line);
+  if (colours_ && event.getSeverity() <= tav::kSeverityWarning)
+    line = fmt::format("{}{}{}", event.getSeverity() < tav::kSeverityWarning ? kRed : kYellow, line, kPlain);
+  if (progress_.empty()) return writeError(line + "\n");
+  writeError(fmt::format("{}{}\n", kClearLine, line));
+  renewProgress(std::string(progress_), true);
+}
+
+void MessageLog::showProgress(const std::string& step, int percent) {
+  if (!terminal_ || quiet || format == LogFormat::json) return;
+  renewProgress(fmt::format("{} {} %", printable(step), percent), false);
+}
+
+void MessageLog::renewProgress(const std::string& text, bool must) {
+  const Clock::time_point now = Clock::now();
+  if (!must && now - renewed_ < kRenewal) return;
+  renewed_ = now;
+  progress_ = text;
+  const std::string time = fmt::format("  {:.1f} s", std::chrono::duration<double>(now - start_).count());
+  const std::size_t width = terminalWidth() - 1;  // the last column would make some terminals wrap
+  const std::string_view shown = beginning(text, width > time.size() ? width - time.size() : 0);
+  writeError(fmt::format("{}{}{}", kClearLine, shown, time));
+}
+
+void MessageLog::clearProgress() {
+  if (!progress_.empty()) writeError(kClearLine);
+  progress_.clear();
+}
+
+std::string printable(std::string_view text) {
+  std::string shown;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x20 && byte != 0x7F)
+      shown += c;
+    else if (c == '\n' || c == '\t' || c == '\r')
+      shown.append({'\\', c == '\n' ? 'n' : c == '\t' ? 't' : 'r'});
+    else
+      shown += fmt::format("\\x{:02x}", byte);
+  }
+  return shown;
+}
+
+}  // namespace host

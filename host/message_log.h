@@ -1,0 +1,54 @@
+#pragma once
+
+// Messages for people and scripts, on standard error.
+
+#include <chrono>
+#include <string>
+
+#include "framework/std/log.h"
+
+namespace host {
+
+enum class LogFormat { text, json };
+
+/// Writes each event as a line, or as a JSON object of its own line. On a terminal, progress is one line that
+/// renews itself, and text has colours. Passwords are masked.
+class MessageLog : public TAVLog {
+ public:
+  MessageLog();
+  MessageLog(const MessageLog&) = delete;
+  MessageLog& operator=(const MessageLog&) = delete;
+  ~MessageLog() override;
+
+  /// Where the command line's options go; until it is parsed, messages are text and none is held back.
+  bool quiet = false;  ///< errors only
+  LogFormat format = LogFormat::text;
+
+  void logEvent(const TAVLogEvent& event) override;
+  /// Reports a failure whose message reads "[identifier] text".
+  void logFailure(std::string_view message);
+  /// A step under way, with its share of the whole in percent; shown on a terminal only.
+  void showProgress(const std::string& step, int percent);
+  /// Takes the progress line away.
+  void clearProgress();
+
+  /// How many references the plug-in has reported as unresolved.
+  [[nodiscard]] std::size_t getUnresolvedCount() const noexcept { return unresolved_; }
+
+ private:
+  void writeLine(const TAVLogEvent& event);
+  void renewProgress(const std::string& text, bool must);
+
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point start_ = Clock::now();
+  Clock::time_point renewed_;
+  std::string progress_;  // what the progress line shows; empty when there is none
+  std::size_t unresolved_ = 0;
+  bool terminal_;
+  bool colours_;
+};
+
+/// `text` on one line, safe for a terminal: control characters are shown as "\n", "\t" or "\x1b".
+std::string printable(std::string_view text);
+
+}  // namespace host

@@ -1,0 +1,53 @@
+#include "host/plugin.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+
+#include "framework/std/exception.h"
+
+namespace host {
+namespace {
+
+constexpr const char* kLibrary = "libTAVMicrosoftSqlServerXMLAImport.so";
+constexpr const char* kFactory = "getTAVMicrosoftSqlServerXMLAImportInterface";
+
+[[noreturn]] void failToLoad(const std::string& cause) {
+  tav::fail("XMLABRIDGE_F0002", "The plug-in cannot be loaded: " + cause);
+}
+
+TAVImportBridgeDllInterface& load() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  if (error) failToLoad("the program's own place is unknown: " + error.message());
+  const std::filesystem::path library = program.parent_path().parent_path() / "lib" / kLibrary;
+  // It stays loaded: messages and models may refer to it until the program ends.
+  void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!handle) failToLoad(dlerror());
+  using Factory = TAVImportBridgeDllInterface* (*)();
+  const auto factory = reinterpret_cast<Factory>(dlsym(handle, kFactory));
+  if (!factory) failToLoad(library.string() + " has no factory " + kFactory);
+  TAVImportBridgeDllInterface* plugin = factory();
+  if (!plugin) failToLoad(library.string() + " gives no interface");
+  return *plugin;
+}
+
+}  // namespace
+
+TAVImportBridgeDllInterface& loadPlugin() {
+  static TAVImportBridgeDllInterface& plugin = load();
+  return plugin;
+}
+
+TAVOptionList optionsFor(const std::string& input) {
+  TAVOptionList options;
+  loadPlugin().getOptionList(options);
+  for (TAVOption& option : options) {
+    if (option.getType() != OptionType::file || option.getOpenMode() != OpenMode::read) continue;
+    option.setValue(input);
+    return options;
+  }
+  tav::fail("XMLABRIDGE_F0003", "The plug-in has no option for a file to read.");
+}
+
+}  // namespace host

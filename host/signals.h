@@ -1,0 +1,9 @@
+#pragma once
+
+namespace host {
+
+/// From now on SIGINT, SIGTERM and SIGHUP, unless the program's parent has them ignored, remove temporary
+/// files and end the program with 128 + the signal's number; a closed pipe is an error of the write.
+void handleSignals();
+
+}  // namespace host

@@ -1,0 +1,146 @@
+#include "host/summary.h"
+
+#include <fmt/ostream.h>
+
+#include <vector>
+
+#include "exports/mask.h"
+#include "framework/model/tree_walk.h"
+#include "host/message_log.h"
+
+namespace host {
+namespace {
+
+/// The features of a model that some path of feature maps leads from to a column.
+class ColumnReach {
+ public:
+  explicit ColumnReach(std::uint32_t objects) : reached_(objects + 1) {}
+
+  void addColumn(const TAVColumn& column) {
+    reached_[tav::Numbering::get(column)] = true;
+    waiting_.push_back(&column);
+  }
+
+  /// Goes from the columns to everything that they feed, each feature once, so cycles end.
+  void spread() {
+    while (!waiting_.empty()) {
+      const TAVFeature* source = waiting_.back();
+      waiting_.pop_back();
+      for (const TAVFeatureMap& map : source->sourceOf) {
+        const TAVFeature* fed = map.destinationFeature.get();
+        if (!fed || reached_[tav::Numbering::get(*fed)]) continue;
+        reached_[tav::Numbering::get(*fed)] = true;
+        waiting_.push_back(fed);
+      }
+    }
+  }
+
+  [[nodiscard]] bool contains(const TAVFeature& feature) const {
+    return reached_[tav::Numbering::get(feature)];
+  }
+
+ private:
+  std::vector<bool> reached_;  // by the objects' numbers
+  std::vector<const TAVFeature*> waiting_;
+};
+
+template <class F> class Visitor {
+ public:
+  explicit Visitor(F visit) : visit_(visit) {}
+  void enter(const TAVObject& object) { visit_(object); }
+  void enterRole(const tav::LinkRow& /*row*/) {}
+  void leaveRole(const tav::LinkRow& /*row*/) {}
+  void leave(const TAVObject& /*object*/) {}
+
+ private:
+  F visit_;
+};
+
+/// Whether a dimension stands in one of the folders of a cube that are called and typed `folder`.
+bool isIn(const TAVClassifier& dimension, std::string_view folder) {
+  const TAVNamespace* package = dimension.nameSpace.get();
+  return package && package->nativeType == folder;
+}
+
+class Counter {
+ public:
+  explicit Counter(const ColumnReach& reach) : reach_(reach) {}
+
+  void operator()(const TAVObject& object) {
+    summary.dataSources += tav::is<TAVStoreConnection>(object);
+    summary.tables += tav::is<TAVTable>(object);
+    summary.columns += tav::is<TAVColumn>(object);
+    summary.cubes += tav::is<TAVCube>(object);
+    if (const auto* dimension = tav::as<TAVDimension>(&object)) countDimension(*dimension);
+    if (const auto* attribute = tav::as<TAVDimensionAttribute>(&object))
+      count(*attribute, summary.attributes);
+    if (const auto* measure = tav::as<TAVMeasure>(&object)) countMeasure(*measure);
+  }
+
+  Summary summary;
+
+ private:
+  void countDimension(const TAVDimension& dimension) {
+    summary.dimensions += dimension.nativeType == "Dimension";
+    summary.kpis += isIn(dimension, "KPIs");
+  }
+
+  void countMeasure(const TAVMeasure& measure) {
+    const auto* dimension = tav::as<TAVDimension>(measure.classifier.get());
+    if (!dimension) return;
+    if (dimension->measureGroup) {
+      count(measure, summary.measures);
+      summary.rowCounts += measure.expression == "COUNT(*)" && !reach_.contains(measure);
+    } else if (isIn(*dimension, "Calculated Measures")) {
+      count(measure, summary.calculatedMeasures);
+    }
+  }
+
+  void count(const TAVFeature& feature, Summary::Reach& kind) const {
+    ++kind.count;
+    kind.reached += reach_.contains(feature);
+  }
+
+  const ColumnReach& reach_;
+};
+
+void writeCount(std::ostream& out, std::string_view label, std::size_t count, const std::string& more = {}) {
+  fmt::print(out, "  {:<22}{:>9}{}{}\n", label, count, more.empty() ? "" : "   ", more);
+}
+
+std::string reachText(const Summary::Reach& kind) {
+  return kind.count == 0 ? "" : fmt::format("{} lead back to a column", kind.reached);
+}
+
+}  // namespace
+
+Summary summarize(const TAVStoreModel& model) {
+  ColumnReach reach(tav::numberTree(model, [](const TAVObject& /*object*/) { return false; }));
+  tav::walkTree(model, Visitor([&reach](const TAVObject& object) {
+                  if (const auto* column = tav::as<TAVColumn>(&object)) reach.addColumn(*column);
+                }));
+  reach.spread();
+  Counter counter(reach);
+  counter.summary.database = model.getName().str();
+  tav::walkTree(model, Visitor([&counter](const TAVObject& object) { counter(object); }));
+  return counter.summary;
+}
+
+void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& out) {
+  fmt::print(out, "Database {}\n", printable(tav::maskPasswords(summary.database)));
+  writeCount(out, "Data sources", summary.dataSources);
+  writeCount(out, "Tables", summary.tables);
+  writeCount(out, "Columns", summary.columns);
+  writeCount(out, "Dimensions", summary.dimensions);
+  writeCount(out, "Attributes", summary.attributes.count, reachText(summary.attributes));
+  writeCount(out, "Cubes", summary.cubes);
+  std::string measures = reachText(summary.measures);
+  if (summary.rowCounts > 0) measures += fmt::format(", {} count rows", summary.rowCounts);
+  writeCount(out, "Measures", summary.measures.count, measures);
+  writeCount(out, "Calculated measures", summary.calculatedMeasures.count,
+             reachText(summary.calculatedMeasures));
+  writeCount(out, "KPIs", summary.kpis);
+  writeCount(out, "Unresolved references", unresolved);
+}
+
+}  // namespace host

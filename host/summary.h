@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+
+#include "framework/model/model.h"
+
+namespace host {
+
+/// What an import found. Copies in cubes, linked measures and conditions are not counted.
+struct Summary {
+  /// Things of one kind, and how many of them lead back to a column: some path of feature maps from them ends
+  /// in one.
+  struct Reach {
+    std::size_t count = 0;
+    std::size_t reached = 0;
+  };
+  std::string database;
+  std::size_t dataSources = 0;
+  std::size_t tables = 0;
+  std::size_t columns = 0;
+  std::size_t dimensions = 0;
+  std::size_t cubes = 0;
+  std::size_t kpis = 0;
+  std::size_t rowCounts = 0;  ///< of the measures, those that count rows and have no column by nature
+  Reach attributes;
+  Reach measures;
+  Reach calculatedMeasures;
+};
+
+/// Counts in one walk over the model. Renumbers it (see tav::Numbering).
+Summary summarize(const TAVStoreModel& model);
+
+/// Writes the summary for people, with the number of references that could not be resolved.
+void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& out);
+
+}  // namespace host
