@@ -104,7 +104,7 @@ TEST(RoundTrip, ACopyIsSavedAsItsOriginal) {
 
 TEST(RoundTrip, CharactersThatXmlCannotHoldAreReplaced) {
   auto model = tav::make<TAVStoreModel>("x");
-  model->description = std::string_view("a\0b\x01\xEF\xBF\xBF\xED\xA0\x80\xC0\x80\xFFz", 16);
+  model->description = std::string_view("a\0b\x01\xEF\xBF\xBF\xED\xA0\x80\xC0\x80\xFFz", 14);
   const auto loaded = tav::loadModelText(saved(*model), "x");
   const TAVString r("\xEF\xBF\xBD");
   EXPECT_EQ(loaded->description, "a" + r + "b" + r + r + r + r + r + r + r + r + "z");
@@ -150,8 +150,7 @@ TEST(Loading, ASavedModelIsToldByItsRoot) {
   const auto isSaved = [&](std::string_view content) {
     return tav::isSavedModel(folder.write("f", content));
   };
-  EXPECT_TRUE(isSaved("<?xml version='1.0'?><!-- " + std::string(10000, '-').replace(0, 10000, 10000, ' ') +
-                      " --><TAVMultiModel>"));
+  EXPECT_TRUE(isSaved("<?xml version='1.0'?><!-- " + std::string(10000, ' ') + " --><TAVMultiModel>"));
   EXPECT_FALSE(isSaved("<Database><TAVMultiModel/></Database>"));
   EXPECT_FALSE(isSaved("{ \"name\": 1 }"));
   EXPECT_FALSE(isSaved(""));
