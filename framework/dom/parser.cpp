@@ -194,7 +194,7 @@ void DomParser::end() {
 void DomParser::placeChildren(TAVDOMElement& element, std::span<const TAVDOMElement> children) {
   if (!fits<std::int32_t>(children.size())) return stop("an element has more than 2,147,483,647 children");
   const bool indexed = children.size() >= kIndexedChildren;
-  const std::size_t front = indexed ? sizeof(const ChildIndex*) : 0;
+  const std::size_t front = indexed ? sizeof(Front) : 0;
   auto* place =
       static_cast<std::byte*>(storage_.arena.allocate(front + children.size_bytes(), alignof(TAVDOMElement)));
   auto* first = reinterpret_cast<TAVDOMElement*>(place + front);
@@ -203,12 +203,12 @@ void DomParser::placeChildren(TAVDOMElement& element, std::span<const TAVDOMElem
   element.count_ = static_cast<std::uint32_t>(children.size());
   if (indexed) {
     const ChildIndex* index = ChildIndex::build({first, children.size()}, storage_.arena);
-    std::construct_at(reinterpret_cast<const ChildIndex**>(place), index);
+    std::construct_at(reinterpret_cast<Front*>(place), Front{index});
   }
 }
 
 const ChildIndex* DomParser::indexBefore(const TAVDOMElement* children) noexcept {
-  return reinterpret_cast<const ChildIndex* const*>(children)[-1];
+  return (reinterpret_cast<const Front*>(children) - 1)->index;
 }
 
 void DomParser::warn(std::string_view text) const {

@@ -47,6 +47,9 @@ class DomParser {
 
  private:
   struct Callbacks;
+  struct Front {  // what lies in front of many children
+    const ChildIndex* index;
+  };
   struct Frame {
     TAVDOMElement element;
     std::size_t firstChild;  // in closed_

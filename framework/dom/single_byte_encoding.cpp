@@ -20,7 +20,7 @@ class Converter {
     if (isOpen()) iconv_close(handle_);
   }
 
-  [[nodiscard]] bool isOpen() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+  [[nodiscard]] bool isOpen() const { return reinterpret_cast<std::intptr_t>(handle_) != -1; }
 
   /// Whether the byte is a whole character or none; then `character` is that character or -1.
   bool convert(char byte, int& character) {

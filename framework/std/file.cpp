@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::size_t kChunk = 64 * 1024;
+constexpr std::size_t kChunk = std::size_t{64} << 10;
 constexpr int kReadMode = 1;
 constexpr char32_t kReplacement = 0xFFFD;
 

@@ -6,7 +6,8 @@ TAVStringHashSet::TAVStringHashSet(std::int32_t capacity) {
   members_.reserve(static_cast<std::size_t>(std::max(capacity, 0)));
 }
 
-TAVStringHashSet::TAVStringHashSet(const TAVStringHashSet& other) : _TAVContainer(other), TAVContainer() {
+TAVStringHashSet::TAVStringHashSet(const TAVStringHashSet& other)
+    : _TAVContainer(other), TAVContainer(other) {
   *this = other;
 }
 

@@ -91,7 +91,13 @@ TEST(Dom, LookUpsFindTheFirstAmongManyChildren) {
     std::string document = "<r>";
     for (int i = 0; i < 2 * tags + 30; ++i) {
       const std::string tag = "t" + std::to_string(i % tags);
-      document += "<" + tag + ">" + std::to_string(i) + "</" + tag + ">";
+      document.append("<")
+          .append(tag)
+          .append(">")
+          .append(std::to_string(i))
+          .append("</")
+          .append(tag)
+          .append(">");
     }
     TAVDOM dom(nullptr);
     const TAVDOMElement& root = *dom.parseText(document + "</r>", "");

@@ -47,8 +47,9 @@ TEST(DomLimits, LookUpsStayFastAmongManyTags) {
   TAVDOM dom(nullptr);
   const TAVDOMElement& root = *dom.parseText(document + "</r>", "wide");
   EXPECT_LT(seconds([&] {
-              for (int i = 0; i < kTags; ++i)
+              for (int i = 0; i < kTags; ++i) {
                 ASSERT_EQ(root.getFirstElement("t" + std::to_string(i)), root.getElement(i));
+              }
             }),
             10.0);
 }
