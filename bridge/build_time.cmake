@@ -1,6 +1,6 @@
-# cmake -D SOURCE=ROOT -D OUTPUT=HEADER -P build_time.cmake: writes the time that the plug-in's version shows, in
-# seconds since 1970: SOURCE_DATE_EPOCH where the environment sets it, else the time of the last commit. Outside
-# of a checkout the files' own time counts, which an archive of a commit takes from the commit.
+# cmake -D SOURCE=ROOT -D OUTPUT=SOURCE -P build_time.cmake: writes the function that gives the build time:
+# SOURCE_DATE_EPOCH where the environment sets it, else the time of the last commit. Outside of a checkout the
+# files' own time counts, which an archive of a commit takes from the commit.
 set(time "$ENV{SOURCE_DATE_EPOCH}")
 if(time STREQUAL "" AND EXISTS ${SOURCE}/.git)
   execute_process(COMMAND git -C ${SOURCE} log -1 --format=%ct
@@ -10,13 +10,9 @@ if(NOT time MATCHES "^[0-9]+$")
   file(TIMESTAMP ${SOURCE}/CMakeLists.txt time "%s" UTC)
 endif()
 file(CONFIGURE OUTPUT ${OUTPUT} @ONLY CONTENT [[
-#pragma once
+#include "bridge/build_time.h"
 
-#include <cstdint>
-
-namespace tav {
-
-inline constexpr std::int64_t kBuildTime = @time@;
-
-}  // namespace tav
+std::int64_t tav::getBuildTime() noexcept {
+  return @time@;
+}
 ]])

@@ -25,7 +25,7 @@ Interface* getTAVMicrosoftSqlServerXMLAImportInterface() {
 }
 
 const TAVString& Interface::getBuildVersion() {
-  if (buildVersion_.empty()) buildVersion_ = "10.0.1 - " + TAVDate(tav::kBuildTime).getPstTimestamp();
+  if (buildVersion_.empty()) buildVersion_ = "10.0.1 - " + TAVDate(tav::getBuildTime()).getPstTimestamp();
   return buildVersion_;
 }
 
