@@ -74,7 +74,7 @@ TAVConcreteType& tav::fetchBaseType(TAVModel& model, const TAVString& name) {
 TAVDerivedType& tav::fetchDerivedType(TAVModel& model, std::string_view typeName,
                                       std::string_view nativeDataType, std::int32_t length) {
   std::string name(typeName);
-  if (length > 0) name += "(" + std::to_string(length) + ")";
+  if (length > 0) name.append("(").append(std::to_string(length)).append(")");
   if (auto* type = as<TAVDerivedType>(getType(model, name, TypeKind::derived))) return *type;
   auto made = make<TAVDerivedType>(std::move(name));
   made->dataType = typeName;

@@ -172,8 +172,8 @@ TAVDerivedType& TAVDsvReader::importType(const TAVDOMElement& column) {
   return tav::fetchDerivedType(*model_, types_.getImportTypeName(native), native, length);
 }
 
-TAVString TAVDsvReader::stringEscape(TAVString text) {
-  return tav::encodeName(text.str());
+TAVString TAVDsvReader::stringEscape(std::string_view text) {
+  return tav::encodeName(text);
 }
 
 TAVString TAVDsvReader::stringUnescape(std::string_view name) {

@@ -30,7 +30,7 @@ class TAV_API TAVDsvReader {
   /// written _xHHHH_ (_xHHHHHHHH_ above U+FFFF). Text that is written so already stays as it is, so escaping
   /// twice gives the same. Names are those of XML 1.0 up to its fourth edition, without the colon, as the
   /// tools that write definitions have them.
-  static TAVString stringEscape(TAVString text);
+  static TAVString stringEscape(std::string_view text);
   /// The text that an escaped name stands for. A code that is no character of XML stays as it is written.
   static TAVString stringUnescape(std::string_view name);
 

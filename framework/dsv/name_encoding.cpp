@@ -89,11 +89,10 @@ Code codeAt(std::string_view text) {
 
 }  // namespace
 
-std::string encodeName(std::string text) {
+std::string encodeName(std::string_view text) {
   const std::size_t strange = findStrange(text);
-  if (strange == text.size()) return text;
-  std::string name = text.substr(0, strange);
-  for (std::string_view rest = std::string_view(text).substr(strange); !rest.empty();) {
+  std::string name(text.substr(0, strange));
+  for (std::string_view rest = text.substr(strange); !rest.empty();) {
     const std::size_t length = utf8Length(rest);
     const char32_t character = characterAt(rest, length);
     if (isNameCharacter(character, name.empty()))
