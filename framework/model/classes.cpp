@@ -103,6 +103,10 @@ void TAVFeature::addType(TAVType& dataType) {
   link<&TAVFeature::type>(*this, dataType);
 }
 
+TAVFeatureMap* TAVFeature::getDestinationOfFeatureMap() const {
+  return destinationOf.get();
+}
+
 void TAVLevelAttribute::addDimensionAttribute(TAVDimensionAttribute& attribute) {
   link<&TAVLevelAttribute::dimensionAttribute>(*this, attribute);
 }

@@ -23,7 +23,9 @@ template <class Derived> class Enumeration : public EnumerationBase {
   }
   static constexpr bool isValid(int value) { return value >= 0 && value <= Derived::kLast; }
   [[nodiscard]] constexpr int value() const { return value_; }
-  friend constexpr bool operator==(const Enumeration& a, const Enumeration& b) = default;
+  friend constexpr bool operator==(const Enumeration& a, const Enumeration& b) {
+    return a.value_ == b.value_;
+  }
 
  private:
   int value_ = 0;

@@ -16,7 +16,7 @@ class TAV_API TAVFeature : public TAVModelObject {
 
   void addType(TAVType& dataType);
   /// The map that computes this feature, or null.
-  [[nodiscard]] TAVFeatureMap* getDestinationOfFeatureMap() const { return destinationOf.get(); }
+  [[nodiscard]] TAVFeatureMap* getDestinationOfFeatureMap() const;
 
  protected:
   using TAVModelObject::TAVModelObject;
