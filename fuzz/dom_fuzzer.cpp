@@ -43,6 +43,8 @@ void check(const TAVDOMElement& root, std::size_t lines) {
 
 }  // namespace
 
+// libFuzzer gives the name.
+// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   TAVDOM dom(nullptr);

@@ -62,19 +62,19 @@ struct DomParser::Callbacks {
                       int /*hasInternalPart*/) {
     if (!systemId) return;
     guarded(self, [=](DomParser& p) {
-      p.warn("The external part of the document type, '" + std::string(systemId) + "', is not read.");
+      p.warn("The external part of the document type, '" + TAVString(systemId) + "', is not read.");
     });
   }
   static int externalEntity(XML_Parser parser, const char* context, const char* /*base*/,
                             const char* /*systemId*/, const char* /*publicId*/) {
     guarded(XML_GetUserData(parser), [=](DomParser& p) {
-      p.stop("external entities are not read, but '" + std::string(context ? context : "") + "' is one");
+      p.stop("external entities are not read, but '" + TAVString(context) + "' is one");
     });
     return XML_STATUS_ERROR;
   }
   static void skippedEntity(void* self, const char* name, int isParameterEntity) {
     if (isParameterEntity) return;  // it belongs to the document type alone
-    guarded(self, [=](DomParser& p) { p.stop("the entity '" + std::string(name) + "' is not declared"); });
+    guarded(self, [=](DomParser& p) { p.stop("the entity '" + TAVString(name) + "' is not declared"); });
   }
   static int unknownEncoding(void* /*data*/, const char* name, XML_Encoding* encoding) {
     return mapSingleByteEncoding(name, encoding->map) ? XML_STATUS_OK : XML_STATUS_ERROR;
@@ -223,26 +223,24 @@ void DomParser::stop(std::string_view cause) {
   XML_StopParser(parser_.get(), XML_FALSE);
 }
 
-std::string DomParser::causeOf(int error) const {
+TAVString DomParser::causeOf(int error) const {
   const auto openElement = [this] {
     const TAVDOMElement& element = open_.back().element;
-    return "<" + std::string(element.getTagName()) + ">, which begins on line " +
-           std::to_string(element.getLine());
+    return TAVString(element.getTagName()) + ">, which begins on line " + std::to_string(element.getLine());
   };
-  if (error == XML_ERROR_TAG_MISMATCH) return "the end tag does not belong to " + openElement();
-  if (error == XML_ERROR_NO_ELEMENTS && !open_.empty()) return "the document ends inside " + openElement();
+  if (error == XML_ERROR_TAG_MISMATCH) return TAVString("the end tag does not belong to <") + openElement();
+  if (error == XML_ERROR_NO_ELEMENTS && !open_.empty())
+    return TAVString("the document ends inside <") + openElement();
   if (error == XML_ERROR_NO_ELEMENTS) return "the document has no element";
   if (error == XML_ERROR_INCORRECT_ENCODING) return "the document is not in the encoding that it declares";
   if (error == XML_ERROR_UNKNOWN_ENCODING) return "the declared encoding is unknown";
   if (error == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) return "its entities expand to too much text";
   const char* words = XML_ErrorString(static_cast<XML_Error>(error));
-  return words ? words : "parser error " + std::to_string(error);
+  return words ? words : TAVString("parser error ") + std::to_string(error);
 }
 
 void DomParser::failAt(std::uint64_t line, std::uint64_t column, std::string_view cause) const {
-  failForDocument(
-      TAVString(document_) + ":" + std::to_string(line).c_str() + ":" + std::to_string(column).c_str(),
-      cause);
+  failForDocument(TAVString(document_) + ":" + std::to_string(line) + ":" + std::to_string(column), cause);
 }
 
 }  // namespace tav

@@ -66,7 +66,7 @@ class DomParser {
   void placeChildren(TAVDOMElement& element, std::span<const TAVDOMElement> children);
   void warn(std::string_view text) const;
   void stop(std::string_view cause);
-  [[nodiscard]] std::string causeOf(int error) const;
+  [[nodiscard]] TAVString causeOf(int error) const;
   [[noreturn]] void failAt(std::uint64_t line, std::uint64_t column, std::string_view cause) const;
 
   DomStorage& storage_;
