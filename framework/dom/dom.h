@@ -102,7 +102,8 @@ class TAV_API TAVDOMElement {
 /// warning in the log; a reference to an external entity, or in element content to an entity that is not
 /// declared, is an error. (Only in an attribute value, and only under a document type with an external part,
 /// is an undeclared entity dropped silently.) Entities declared in the document are replaced, up to
-/// kMaxAmplification times the document's size once kAmplificationThreshold bytes were made.
+/// kMaxAmplification times the document's size once kAmplificationThreshold bytes were made; the same bound
+/// holds for the attributes that only the document type gives.
 ///
 /// Limits: 4 GB of text in one element, 2,147,483,647 children of one element, 1 GB in one tag. Depth is
 /// limited by memory only.

@@ -148,6 +148,12 @@ void DomParser::start(const char* name, const char** attributes) {
 
 void DomParser::readAttributes(const char** attributes, std::size_t count, TAVDOMElement& element) {
   const auto specified = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_.get())) / 2;
+  // Many default values of one tag would cost every empty element of it more than the document itself.
+  defaultBytes_ += (count - specified) * sizeof(DomAttribute);
+  const auto parsed = static_cast<float>(XML_GetCurrentByteIndex(parser_.get()));
+  if (defaultBytes_ > TAVDOM::kAmplificationThreshold &&
+      static_cast<float>(defaultBytes_) > TAVDOM::kMaxAmplification * parsed)
+    return stop("its document type gives too many attribute values");
   auto* place = static_cast<DomAttribute*>(
       storage_.arena.allocate(count * sizeof(DomAttribute), alignof(DomAttribute)));
   for (std::size_t i = 0; i < count; ++i) {

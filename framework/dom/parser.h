@@ -80,7 +80,8 @@ class DomParser {
   std::vector<TAVDOMElement> closed_;  // elements whose parent is still open
   std::string text_;
   std::unordered_map<const char*, std::string_view> defaults_;  // attribute values of the document type
-  std::string cause_;                                           // why a handler stopped the parser, and where
+  std::uint64_t defaultBytes_ = 0;
+  std::string cause_;  // why a handler stopped the parser, and where
   std::exception_ptr failure_;
   std::uint64_t causeLine_ = 0;
   std::uint64_t causeColumn_ = 0;

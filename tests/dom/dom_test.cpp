@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <random>
 
 #include "framework/std/exception.h"
 #include "tests/dom/dump.h"
@@ -44,6 +45,25 @@ TEST(Dom, EveryTruncationIsAnErrorWithItsPlace) {
       TAVDOM dom(nullptr);
       EXPECT_THROW(dom.parseText(document.substr(0, n), "doc"), TAVException)
           << c.name << ", " << n << " bytes";
+    }
+  }
+}
+
+// Any other exception, and whatever the sanitizers see, fails it.
+TEST(Dom, DamagedDocumentsAreATreeOrOneError) {
+  std::mt19937 random(1);
+  for (const auto& c : tav::test::loadCorpus("dom/documents.txt")) {
+    const std::string document = tav::test::unescape(c.input);
+    for (int round = 0; round < 200 && !document.empty(); ++round) {
+      std::string damaged = document;
+      for (int i = 0; i < 3; ++i) {
+        const std::size_t at = random() % damaged.size();
+        const std::string part = damaged.substr(at, 1 + random() % 8);
+        if (random() % 3 == 0) damaged[at] = static_cast<char>(random());
+        if (random() % 3 == 0) damaged.insert(random() % damaged.size(), part);
+        if (random() % 3 == 0 && part.size() < damaged.size()) damaged.erase(at, part.size());
+      }
+      EXPECT_NE(parseAndDump(damaged), "") << c.name << ", round " << round;
     }
   }
 }
