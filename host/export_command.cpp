@@ -1,11 +1,14 @@
+#include <unistd.h>
+
+#include <algorithm>
 #include <array>
-#include <iostream>
-#include <iterator>
-#include <optional>
+#include <cerrno>
+#include <system_error>
 
 #include "exports/json.h"
 #include "framework/serialization/model_reader.h"
 #include "framework/serialization/replacing_file.h"
+#include "framework/std/exception.h"
 #include "host/command.h"
 #include "host/import_run.h"
 #include "host/standard_output.h"
@@ -40,8 +43,18 @@ void write(const TAVModel& model, const Arguments& arguments) {
 }
 
 std::string readStandardInput() {
-  std::string text(std::istreambuf_iterator<char>(std::cin), {});
-  return text;
+  constexpr std::size_t kStep = std::size_t{1} << 16;
+  std::string text;
+  for (;;) {
+    const std::size_t size = text.size();
+    text.resize(size + kStep);
+    const ssize_t count = read(STDIN_FILENO, text.data() + size, kStep);
+    if (count < 0 && errno != EINTR)
+      tav::fail("XMLABRIDGE_F0008", "Standard input cannot be read: " +
+                                        std::error_code(errno, std::generic_category()).message());
+    text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (count == 0) return text;
+  }
 }
 
 int exportModel(const Arguments& arguments, MessageLog& log) {

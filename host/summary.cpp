@@ -109,7 +109,7 @@ void writeCount(std::ostream& out, std::string_view label, std::size_t count, co
 }
 
 std::string reachText(const Summary::Reach& kind) {
-  return kind.count == 0 ? "" : fmt::format("{} lead back to a column", kind.reached);
+  return kind.count == 0 ? "" : fmt::format("{} with lineage to a column", kind.reached);
 }
 
 }  // namespace
@@ -135,7 +135,7 @@ void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& 
   writeCount(out, "Attributes", summary.attributes.count, reachText(summary.attributes));
   writeCount(out, "Cubes", summary.cubes);
   std::string measures = reachText(summary.measures);
-  if (summary.rowCounts > 0) measures += fmt::format(", {} count rows", summary.rowCounts);
+  if (summary.rowCounts > 0) measures += fmt::format(", {} counting rows", summary.rowCounts);
   writeCount(out, "Measures", summary.measures.count, measures);
   writeCount(out, "Calculated measures", summary.calculatedMeasures.count,
              reachText(summary.calculatedMeasures));
