@@ -12,7 +12,13 @@ void TAVSQLServerXMLAImportBridge::importDatabase(const TAVDOMElement& database,
   importDataSourceViews(database);
   deleteForeignSchemas(schema);
   importDimensions(database, schema);
-  importCubes();
+
+  const TAVDOMElement* cubes = database.getFirstElement(kCubes);
+  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_CUBES.log(*log_);
+  TAVDesignPackage& folder = addFolder("Cubes");
+  if (cubes) importCubes(*cubes, folder);
+  analyzer_.setCubesFolder(folder);
+  resolveMeasures(folder);
 }
 
 TAVDesignPackage& TAVSQLServerXMLAImportBridge::addFolder(const TAVString& name) {
@@ -72,12 +78,21 @@ void TAVSQLServerXMLAImportBridge::importDimensions(const TAVDOMElement& databas
   QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_DIMENSIONS.log(*log_);
   TAVDesignPackage& folder = addFolder("Dimensions");
   if (!dimensions) return;
-  for (const TAVDOMElement& element : dimensions->getElements())
-    if (tav::Owned<TAVDimension> dimension = importDimension(element, schema))
-      folder.addNamespaceElementUniqueName(std::move(dimension), '/');
+  for (const TAVDOMElement& element : dimensions->getElements()) {
+    if (tav::Owned<TAVDimension> made = importDimension(element, schema)) {
+      TAVDimension& dimension = folder.addNamespaceElementUniqueName(std::move(made), '/');
+      dimensionsById_.add(dimension, dimension.nativeId);
+    }
+  }
 }
 
-void TAVSQLServerXMLAImportBridge::importCubes() {
-  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_CUBES.log(*log_);
-  addFolder("Cubes");
+void TAVSQLServerXMLAImportBridge::importCubes(const TAVDOMElement& cubes, TAVDesignPackage& folder) {
+  std::vector<TAVCube*> imported;
+  for (const TAVDOMElement& element : cubes.getElements())
+    if (TAVCube* cube = importCube(element, folder)) imported.push_back(cube);
+  names_.emplace(*model_);
+  for (TAVCube* cube : imported) {
+    importLinkedMeasureGroups(*cube->sourceElement, *cube);
+    resolveCubeExpressions(*cube);
+  }
 }

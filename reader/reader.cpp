@@ -24,7 +24,7 @@ void dropMapWithoutSource(TAVFeature& feature) {
 }  // namespace
 
 TAVSQLServerXMLAImportBridge::TAVSQLServerXMLAImportBridge(TAVLog* log)
-    : log_(log), registry_(kRegistryBuckets) {}
+    : analyzer_(log), log_(log), registry_(kRegistryBuckets) {}
 
 TAVSQLServerXMLAImportBridge::~TAVSQLServerXMLAImportBridge() = default;
 

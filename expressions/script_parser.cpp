@@ -1,0 +1,162 @@
+#include "expressions/script_parser.h"
+
+#include <algorithm>
+#include <array>
+
+#include "framework/bridgelib/names.h"
+
+namespace {
+
+constexpr TAVElementType kFeatureType = 77;
+constexpr int kUsualNames = 5;
+
+struct KpiFunction {
+  std::string_view function;
+  std::string_view measure;
+};
+
+constexpr std::array kKpiFunctions{KpiFunction{"KpiValue", "Value"}, KpiFunction{"KpiGoal", "Goal"},
+                                   KpiFunction{"KpiStatus", "Status"}, KpiFunction{"KpiTrend", "Trend"}};
+
+const KpiFunction* findKpiFunction(const TAVString& name) {
+  const auto* row = std::find_if(kKpiFunctions.begin(), kKpiFunctions.end(),
+                                 [&](const KpiFunction& kpi) { return name.equals(kpi.function, false); });
+  return row == kKpiFunctions.end() ? nullptr : row;
+}
+
+/// The first parts of a reference, split at every dot, also those inside brackets, and unquoted.
+std::array<TAVString, 3> partsOf(std::string_view text) {
+  std::array<TAVString, 3> parts;
+  for (TAVString& part : parts) {
+    const std::size_t dot = text.find('.');
+    part = removeQuotes(text.substr(0, dot));
+    if (dot == text.npos) break;
+    text.remove_prefix(dot + 1);
+  }
+  return parts;
+}
+
+bool meansEveryLevel(const TAVString& part) {
+  return part.equals("CurrentMember", false) || part.equals("NextMember", false) ||
+         part.equals("PrevMember", false);
+}
+
+bool isStringLiteral(const TAVString& text) {
+  return text.startsWith("\"", true) && text.endsWith("\"", true);
+}
+
+/// The attribute behind the first key of a level, or null.
+TAVDimensionAttribute* keyAttributeOf(const TAVLevel& level) {
+  const TAVLevelKey* key = level.levelKeys.first();
+  const TAVLevelAttribute* attribute = key ? key->levelAttributes.first() : nullptr;
+  return attribute ? attribute->dimensionAttribute.get() : nullptr;
+}
+
+}  // namespace
+
+cScriptParser::cScriptParser(TAVLog* log, TAVDesignPackage& cubePackage, tav::ModelNames& names)
+    : TAVExpressionAnalyzer(log, TAVExpressionToolType(TAVExpressionToolType::kAnalysisServices),
+                            TAVExpressionLangType(TAVExpressionLangType::kMdx)),
+      cubePackage_(cubePackage),
+      names_(names),
+      measures_(cubePackage),
+      unresolvedNames_(kUsualNames) {}
+
+cScriptParser::~cScriptParser() = default;
+
+void cScriptParser::setCurrentMap(TAVFeatureMap& map) {
+  currentMap_ = &map;
+  unresolvedNames_.clear();
+}
+
+void cScriptParser::getSrcElements(TAVOperationNode* operation, TAVVector& /*result*/) {
+  // The texts of nested calls hold each other: they are copied for the functions that read them, no others.
+  if (!findKpiFunction(operation->getName())) return;
+  std::vector<TAVString> texts;
+  for (int i = 0; i < operation->getExpressionNodeCount(); ++i)
+    texts.emplace_back(operation->getExpressionNodeByPosition(i)->getText());
+  TAVVector arguments;
+  for (TAVString& text : texts) arguments.add(&text, true, nullptr);
+  TAVVector unused;
+  getFunctionElements(operation->getName(), arguments, kFeatureType,
+                      TAVArgumentType(TAVArgumentType::kSource), unused);
+}
+
+void cScriptParser::getSrcElements(TAVElementNode* node, const TAVVector& scope, TAVVector& result) {
+  const int count = node->getElementNamePartCount();
+  const TAVElementNamePart* last = node->getElementNamePartByPosition(count - 1);
+  getElementByName(node->getName(), last ? last->getName() : TAVString::getEmptyString(), count,
+                   node->getExpectedElementType(), TAVArgumentType(TAVArgumentType::kSource), scope, result);
+}
+
+TAVFeature* cScriptParser::getDstFeature(TAVClassifier* classifier, const TAVString& name, int /*reserved*/) {
+  TAVVector scope;
+  scope.add(classifier, true, nullptr);
+  TAVVector result;
+  getElementByName(name, name, 1, kFeatureType, TAVArgumentType(TAVArgumentType::kDestination), scope,
+                   result);
+  return result.getCount() == 1 ? static_cast<TAVFeature*>(result[0]) : nullptr;
+}
+
+void cScriptParser::getFunctionElements(const TAVString& functionName, const TAVVector& arguments,
+                                        TAVElementType /*elementType*/, TAVArgumentType /*argumentType*/,
+                                        TAVVector& /*result*/) {
+  const KpiFunction* function = findKpiFunction(functionName);
+  if (!function || arguments.getCount() != 1) return;
+  const TAVString name = removeQuotes(*static_cast<const TAVString*>(arguments[0]));
+  const TAVPackage* folder = cubePackage_.getChildPackage("KPIs");
+  const auto* kpi = folder ? tav::as<TAVDimension>(folder->namespaceElements.get(name)) : nullptr;
+  if (!kpi || kpi->dimensionType.value() != TAVDimensionType::kMeasures || kpi->nativeType != "KPI") return;
+  if (TAVFeature* measure = kpi->features.get(function->measure)) linkSource(*measure);
+}
+
+void cScriptParser::getElementByName(const TAVString& text, const TAVString& /*name*/, int partCount,
+                                     TAVElementType /*elementType*/, TAVArgumentType /*argumentType*/,
+                                     const TAVVector& /*scope*/, TAVVector& result) {
+  const auto [first, second, third] = partsOf(text);
+  Features found;
+  if (TAVDimension* dimension = names_.findDimension(first))
+    findInDimension(*dimension, second, third, found, result);
+  if (found.empty() && (partCount == 1 || first.equals("Measures", false))) {
+    if (TAVFeature* measure = findMeasure(second.empty() ? first : second)) {
+      found.push_back(measure);
+      result.add(measure, true, nullptr);
+    }
+  }
+  if (result.getCount() == 0)
+    for (TAVFeature* feature : found) linkSource(*feature);
+  if (result.getCount() == 0 && found.empty() && !isStringLiteral(text)) unresolvedNames_.add(text);
+}
+
+void cScriptParser::findInDimension(TAVDimension& dimension, const TAVString& member, const TAVString& level,
+                                    Features& found, TAVVector& result) {
+  if (const TAVHierarchy* hierarchy = dimension.hierarchies.get(member)) {
+    findLevelAttributes(*hierarchy, level, found);
+  } else if (TAVFeature* attribute = dimension.features.get(member)) {
+    found.push_back(attribute);
+    result.add(attribute, true, nullptr);
+  }
+}
+
+void cScriptParser::findLevelAttributes(const TAVHierarchy& hierarchy, const TAVString& level,
+                                        Features& found) {
+  const auto take = [&](const TAVLevel* used) {
+    if (TAVDimensionAttribute* attribute = used ? keyAttributeOf(*used) : nullptr) found.push_back(attribute);
+  };
+  if (!meansEveryLevel(level)) return take(names_.findLevel(hierarchy, level));
+  for (const TAVHierarchyLevelAssociation& association : hierarchy.hierarchyLevelAssociations)
+    take(association.level.get());
+}
+
+TAVFeature* cScriptParser::findMeasure(const TAVString& name) const {
+  TAVFeature* measure = measures_.findInMeasureGroups(name);
+  return measure ? measure : measures_.findCalculated(name);
+}
+
+void cScriptParser::linkSource(TAVFeature& feature) {
+  if (currentMap_->sourceFeatures.contains(feature)) return;
+  currentMap_->addSourceFeature(feature);
+  TAVClassifierMap* map = currentMap_->classifierMap.get();
+  TAVClassifier* owner = feature.classifier.get();
+  if (map && owner && !map->sourceClassifiers.contains(*owner)) map->addSourceClassifier(*owner);
+}
