@@ -22,6 +22,11 @@ bool isJson(TAVFile file) {
   return false;
 }
 
+[[noreturn]] void failTabular(const TAVFile& file) {
+  tav::fail("TAVBRIDGE_F0002",
+            file.getPath() + ": this is a tabular definition (JSON), which this version does not read yet.");
+}
+
 }  // namespace
 
 TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log) {
@@ -30,10 +35,7 @@ TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile
 }
 
 TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log, bool json) {
-  if (json)
-    tav::fail("TAVBRIDGE_F0002", inputFile.getPath() +
-                                     ": this is a tabular definition (JSON), which this version does not "
-                                     "read yet.");
+  if (json) failTabular(inputFile);
   auto model = tav::make<TAVStoreModel>();
   execAsImport(bridgeIdentifier, std::move(inputFile), model.get(), log);
   return model.release();

@@ -44,10 +44,11 @@ void writeText(const Description& description, std::ostream& out) {
   for (const TAVDataStoreList::Entry& store : description.dataStores)
     fmt::print(out, "Data store    {} {}.{}.{}, \"{}\"\n", store.dataStore.view(), store.major, store.minor,
                store.release, store.label.view());
-  for (const TAVOption& option : description.options)
+  for (const TAVOption& option : description.options) {
     fmt::print(out, "Option        {} ({}{}): {} Extensions: {}\n", option.getKey().view(),
                option.getName().view(), option.isMandatory() ? ", mandatory" : "",
                option.getDescription().view(), joined(option.getExtensions()));
+  }
   fmt::print(out, "Mapping       {}\n\n{}", description.mapping.view(),
              specification.getDescription().view());
 }
@@ -98,10 +99,11 @@ void writeJson(const Description& description, std::ostream& out) {
                                   {"dataStores", nlohmann::ordered_json::array()},
                                   {"mappingSpecification", description.mapping.str()}};
   for (const TAVOption& option : description.options) document["options"].push_back(asJson(option));
-  for (const TAVDataStoreList::Entry& store : description.dataStores)
+  for (const TAVDataStoreList::Entry& store : description.dataStores) {
     document["dataStores"].push_back({{"label", store.label.str()},
                                       {"name", store.dataStore.str()},
                                       {"version", {store.major, store.minor, store.release}}});
+  }
   out << document.dump(2) << '\n';
 }
 

@@ -78,6 +78,7 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
 Command addExport(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   std::vector<std::string> formats;
+  formats.reserve(kFormats.size());
   for (const Format& format : kFormats) formats.emplace_back(format.name);
   CLI::App* parser =
       program.add_subcommand("export", "Write a saved model or a definition in another format");

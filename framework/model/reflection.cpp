@@ -77,9 +77,10 @@ void copyReferences(const Copies& copies) {
   for (const auto& [original, copy] : copies) {
     for (const LinkInfo& link : classInfo(original->classId()).links) {
       if (link.row->kind != LinkKind::reference) continue;
-      forEachAt(*link.row, *original, [&](TAVObject& target) {
+      // Named anew: clang 14 cannot capture what a structured binding names.
+      forEachAt(*link.row, *original, [&, &from = *copy](TAVObject& target) {
         const auto inside = copies.find(&target);
-        linkObjects(link.number, *copy, inside == copies.end() ? target : *inside->second);
+        linkObjects(link.number, from, inside == copies.end() ? target : *inside->second);
       });
     }
   }

@@ -30,8 +30,8 @@ class TAV_API TAVBridgeDllInterface : public KORVDllInterface {
   virtual TAVString getMappingSpecificationXmlFile() = 0;
 
   /// Shows the model to the host's observer (see host_observer.h) and, unless that takes it over, saves it:
-  /// the file is afterwards the whole new model, or what it was before when a TAVException is thrown. Failures
-  /// are thrown, so the log, which may be null, gets nothing.
+  /// the file is afterwards the whole new model, or what it was before when a TAVException is thrown.
+  /// Failures are thrown, so the log, which may be null, gets nothing.
   static void saveStoreModel(const TAVFile& file, const TAVModel& model, TAVLog* log);
 };
 

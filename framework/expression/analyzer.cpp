@@ -1,0 +1,116 @@
+#include "framework/expression/analyzer.h"
+
+#include <algorithm>
+
+#include "framework/expression/parser.h"
+#include "framework/model/classes/classifier_map.h"
+#include "framework/model/link.h"
+
+namespace {
+
+using tav::ExpressionNode;
+using tav::ExpressionTree;
+
+TAVString pathOfDestination(const TAVFeatureMap& map) {
+  return map.destinationFeature ? map.destinationFeature->getPath(true) : TAVString();
+}
+
+/// "line 2, column 7", columns in characters.
+TAVString placeOf(std::string_view text, std::size_t offset) {
+  const std::string_view before = text.substr(0, offset);
+  const auto line = std::count(before.begin(), before.end(), '\n') + 1;
+  const std::string_view inLine = before.substr(before.rfind('\n') + 1);
+  const auto column = std::count_if(inLine.begin(), inLine.end(),
+                                    [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
+  return "line " + std::to_string(line) + ", column " + std::to_string(column + 1);
+}
+
+TAVOperationNode operationNode(const ExpressionTree& tree, const ExpressionNode& call) {
+  std::vector<TAVExpressionNode> arguments;
+  arguments.reserve(call.count);
+  for (std::uint32_t i = call.first; i != ExpressionNode::kNone; i = tree.nodes[i].next)
+    arguments.emplace_back(tree.textOf(tree.nodes[i]));
+  return {tree.textOf(call), call.name, std::move(arguments)};
+}
+
+void linkSources(TAVFeatureMap& map, const TAVVector& features) {
+  for (void* object : features) {
+    auto& feature = *static_cast<TAVFeature*>(object);
+    if (!map.sourceFeatures.contains(feature)) map.addSourceFeature(feature);
+    TAVClassifierMap* owner = map.classifierMap.get();
+    TAVClassifier* classifier = feature.classifier.get();
+    if (owner && classifier && !owner->sourceClassifiers.contains(*classifier))
+      owner->addSourceClassifier(*classifier);
+  }
+}
+
+}  // namespace
+
+TAVExpressionAnalyzer::TAVExpressionAnalyzer(TAVLog* log, TAVExpressionToolType tool,
+                                             TAVExpressionLangType language)
+    : log_(log), tool_(tool), language_(language) {}
+
+TAVExpressionAnalyzer::~TAVExpressionAnalyzer() = default;
+
+void TAVExpressionAnalyzer::getSrcElements(TAVOperationNode* /*operation*/, TAVVector& /*result*/) {}
+
+TAVCondition* TAVExpressionAnalyzer::getDstCondition(TAVClassifier* /*classifier*/) {
+  return nullptr;
+}
+
+void TAVExpressionAnalyzer::setDstClassifier(TAVElementNode* /*node*/) {}
+
+void TAVExpressionAnalyzer::setUnknownOperation(TAVOperationNode* /*operation*/) {}
+
+void TAVExpressionAnalyzer::startStatement(TAVStatementNode* /*statement*/) {}
+
+bool TAVExpressionAnalyzer::isStarCandidate(TAVFeature* /*feature*/, bool /*qualified*/) {
+  return true;
+}
+
+bool TAVExpressionAnalyzer::isClassifierDefined(TAVClassifier* /*classifier*/) {
+  return false;
+}
+
+bool TAVExpressionAnalyzer::optimizeSimpleExpression() {
+  return false;
+}
+
+void TAVExpressionAnalyzer::setParsingError(const TAVString& feature, const TAVString& place,
+                                            const TAVString& expected) {
+  if (!log_) return;
+  const TAVString subject = feature.empty() ? TAVString("Expression") : "Expression of '" + feature + "'";
+  log_->logEvent(
+      {subject + ", " + place + ": expected " + expected, "TAVEXPR_W0001", tav::kSeverityWarning, {}});
+}
+
+void TAVExpressionAnalyzer::parse(TAVFeatureMap* map) {
+  if (!map) return;
+  const TAVString text = map->operation;  // a visit may change the map
+  const bool sql = language_.value() == TAVExpressionLangType::kSql;
+  const ExpressionTree tree =
+      tav::parseExpression(text, sql ? tav::ExpressionLanguage::sql : tav::ExpressionLanguage::mdx);
+  if (tree.fault)
+    setParsingError(pathOfDestination(*map), placeOf(text, tree.fault.offset), tree.fault.expected);
+  TAVStatementNode statement(tree.source);
+  startStatement(&statement);
+
+  const TAVVector scope;
+  std::vector<std::uint32_t> left;
+  if (tree.root != ExpressionNode::kNone) left.push_back(tree.root);
+  while (!left.empty()) {
+    const ExpressionNode& node = tree.nodes[left.back()];
+    left.pop_back();
+    if (node.next != ExpressionNode::kNone) left.push_back(node.next);
+    if (node.first != ExpressionNode::kNone) left.push_back(node.first);
+    TAVVector result;
+    if (node.kind == ExpressionNode::Kind::reference) {
+      TAVElementNode element(node.name);
+      getSrcElements(&element, scope, result);
+    } else if (node.kind == ExpressionNode::Kind::call) {
+      TAVOperationNode operation = operationNode(tree, node);
+      getSrcElements(&operation, result);
+    }
+    linkSources(*map, result);
+  }
+}

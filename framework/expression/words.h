@@ -1,0 +1,27 @@
+#pragma once
+
+// Words that mean something in one place only; elsewhere they are names like any other. Letter case is
+// ignored.
+
+#include <string_view>
+
+#include "framework/expression/operators.h"
+
+namespace tav {
+
+/// Whether `text` is `upper`, a text in capitals.
+bool isWord(std::string_view text, std::string_view upper) noexcept;
+
+/// A whole argument of a call that says how the call works, such as DESC or SELF_AND_AFTER.
+bool isFlagWord(std::string_view text) noexcept;
+
+/// A SQL function whose first argument is a data type or a part of a date, not a value.
+bool takesWordFirst(std::string_view function) noexcept;
+
+/// The word of a SQL escape, `{fn NOW()}` or `{d '2024-01-31'}`; `following` is the character behind it.
+bool isEscapeWord(std::string_view text, char following) noexcept;
+
+/// The SQL operator behind a value that is written as this word, or Op::none. `negated`: behind NOT.
+Op sqlOperatorOf(std::string_view text, bool negated) noexcept;
+
+}  // namespace tav
