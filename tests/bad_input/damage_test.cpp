@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 
-#include "tests/bad_input/element_spans.h"
 #include "tests/support/checked_import.h"
+#include "tests/support/damage.h"
 
 namespace {
 
-using tav::test::Span;
+using tav::test::Damage;
 
 struct Document {
   std::string name;
@@ -40,45 +39,6 @@ std::vector<Document> documents() {
       {"example", tav::test::readFile(tav::test::testFile("../examples/lost-property-create.xmla"))});
   return all;
 }
-
-class Damage {
- public:
-  explicit Damage(unsigned seed) : random_(seed) {}
-
-  /// Changes, doubles or drops some bytes.
-  std::string bytes(std::string text) {
-    for (std::size_t left = below(4) + 1; left > 0 && !text.empty(); --left) {
-      const std::size_t at = below(text.size());
-      const std::string part = text.substr(at, 1 + below(16));
-      const std::size_t kind = below(3);
-      if (kind == 0) text[at] = static_cast<char>(below(256));
-      if (kind == 1) text.insert(below(text.size()), part);
-      if (kind == 2) text.erase(at, part.size());
-    }
-    return text;
-  }
-
-  /// Drops elements, doubles them, and puts them inside or in place of others; what was well-formed stays it.
-  std::string elements(std::string text) {
-    for (std::size_t left = below(4) + 1; left > 0; --left) {
-      const std::vector<Span> spans = tav::test::findElements(text);
-      const Span& from = spans[below(spans.size())];
-      const Span& to = spans[below(spans.size())];
-      const std::string part = text.substr(from.begin, from.end - from.begin);
-      const std::size_t kind = below(4);
-      if (kind == 0 && to.begin > 0) text.erase(to.begin, to.end - to.begin);
-      if (kind == 1 && to.begin > 0) text.insert(to.end, part);
-      if (kind == 2 && !to.isOneTag()) text.insert(to.contentBegin, part);
-      if (kind == 3) text.replace(to.begin, to.end - to.begin, part);
-    }
-    return text;
-  }
-
- private:
-  std::size_t below(std::size_t bound) { return random_() % bound; }
-
-  std::mt19937 random_;
-};
 
 // What each of these runs checks is in the import itself: a model that keeps the laws, or one TAVException.
 TEST(Damage, OfBytesGivesAModelOrOneError) {

@@ -4,8 +4,8 @@
 #include <set>
 #include <sstream>
 
-#include "tests/bad_input/element_spans.h"
 #include "tests/support/checked_import.h"
+#include "tests/support/element_spans.h"
 #include "tests/support/model_text.h"
 
 namespace {

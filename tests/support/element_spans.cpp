@@ -1,4 +1,4 @@
-#include "tests/bad_input/element_spans.h"
+#include "tests/support/element_spans.h"
 
 #include <map>
 

@@ -1,0 +1,35 @@
+// Any bytes are a saved model that keeps the laws, or one exception that names the document.
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+#include "framework/serialization/model_reader.h"
+#include "framework/std/exception.h"
+#include "tests/support/model_laws.h"
+
+namespace {
+
+void require(bool holds, const char* text) {
+  if (holds) return;
+  std::fprintf(stderr, "%s\n", text);
+  std::abort();
+}
+
+}  // namespace
+
+// libFuzzer gives the name.
+// NOLINTNEXTLINE(readability-identifier-naming)
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  try {
+    const auto model = tav::loadModelText({reinterpret_cast<const char*>(data), size}, "fuzz");
+    const std::string broken = tav::test::brokenLaw(*model);
+    require(broken.empty(), broken.c_str());
+  } catch (const TAVException& failure) {
+    const TAVString& message = failure.getMessage();
+    require(
+        message.startsWith("[TAVDOM_F0001] fuzz:", true) || message.startsWith("[TAVXML_F0002] fuzz:", true),
+        failure.what());
+  }
+  return 0;
+}
