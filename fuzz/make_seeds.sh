@@ -16,11 +16,14 @@ split() {
 # tags NAME...: start and end tags, as a dictionary has them.
 tags() { sed 's,.*,"<&>"\n"</&>",'; }
 
-for target in dom import model; do
+for target in dom mdx sql import model; do
   mkdir -p "$folder/seeds/$target"
   if [ -d "$root/fuzz/seeds/$target" ]; then cp "$root/fuzz/seeds/$target"/* "$folder/seeds/$target/"; fi
   if [ -f "$root/fuzz/$target.dict" ]; then cp "$root/fuzz/$target.dict" "$folder/"; else : >"$folder/$target.dict"; fi
 done
+
+for corpus in mdx functions references; do split "expression/$corpus.txt" mdx '' ''; done
+for corpus in sql sql_references; do split "expression/$corpus.txt" sql '' ''; done
 
 for corpus in reader/documents reader/sources reader/dimensions bad_input/elements; do
   split "$corpus.txt" import '' ''

@@ -257,14 +257,17 @@ Token Lexer::closeReference(Token token, bool lastIsWord) {
   token.bare = token.parts == 1 && lastIsWord;
   token.kind = token.parts == 0 ? Token::Kind::unknown : Token::Kind::reference;
   if (token.bare) {
-    if (const Word* word = findWord(token.text)) {
+    const Word* word = findWord(token.text);
+    // MDX has a function of this name too.
+    const bool function = word && word->op == Op::distinct && language_ == ExpressionLanguage::mdx && peek() == '(';
+    if (word && !function) {
       token.kind = word->kind;
       token.op = word->op;
       return token;
     }
   }
-  if (at(place_) == '!' && takeLibraryFunction(token)) return token;
-  if (lastIsWord && at(place_) == '(') token.kind = Token::Kind::call;
+  if (peek() == '!' && takeLibraryFunction(token)) return token;
+  if (lastIsWord && peek() == '(') token.kind = Token::Kind::call;
   return token;
 }
 
@@ -275,6 +278,7 @@ bool Lexer::takeLibraryFunction(Token& token) noexcept {
   const std::size_t following = skipBlanks(end);
   if (at(following) != '(') return false;
   token.kind = Token::Kind::call;
+  token.bare = false;
   token.end = end;
   token.text = source_.substr(begin, end - begin);
   token.parts = 1;

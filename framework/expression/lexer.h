@@ -7,6 +7,7 @@
 #include <memory>
 #include <string_view>
 
+#include "framework/api.h"
 #include "framework/expression/language.h"
 #include "framework/expression/operators.h"
 
@@ -59,7 +60,7 @@ struct Token {
 class PieceBuffer {
  public:
   void startPiece(std::size_t capacity) {
-    if (!block_) block_ = std::make_unique<char[]>(capacity);
+    if (!block_) block_ = std::make_unique_for_overwrite<char[]>(capacity);
     start_ = used_;
   }
   void append(std::string_view text) noexcept {
@@ -74,7 +75,7 @@ class PieceBuffer {
   std::size_t used_ = 0;
 };
 
-class Lexer {
+class TAV_API Lexer {
  public:
   /// The source, and the texts of references that are laid out otherwise in it, must outlive the tokens.
   Lexer(std::string_view source, ExpressionLanguage language, PieceBuffer& pieces);
@@ -118,11 +119,11 @@ class Lexer {
   std::string_view source_;
   ExpressionLanguage language_;
   PieceBuffer& pieces_;
-  std::size_t place_ = 0;  // where the next token begins
   ExpressionFault fault_;
+  std::size_t place_;  // where the next token begins
 };
 
 /// The length of the part that a reference, laid out as the text of a token, begins with.
-std::size_t namePartLength(std::string_view reference) noexcept;
+TAV_API std::size_t namePartLength(std::string_view reference) noexcept;
 
 }  // namespace tav

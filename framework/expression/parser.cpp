@@ -38,6 +38,10 @@ bool isPrefixOnly(Op op) noexcept {
   return op == Op::logicalNot || op == Op::distinct || op == Op::existing || op == Op::complement;
 }
 
+bool isBetween(Op op) noexcept {
+  return op == Op::between || op == Op::notBetween;
+}
+
 // What should follow each part of a CASE.
 constexpr std::array<std::string_view, 4> kCaseWords{"WHEN", "THEN", "WHEN, ELSE or END", "END"};
 
@@ -356,10 +360,12 @@ void Parser::operation() {
 bool Parser::completesBetween() {
   reduceTo(operatorOf(Op::between).binding + 1);
   if (pending_.size() == frame().operators) return false;
-  const Pending top = pending_.back();
-  if ((top.op != Op::between && top.op != Op::notBetween) || top.hasAnd) return false;
+  Pending& top = pending_.back();
+  if (!isBetween(top.op) || top.hasAnd) return false;
+  top.hasAnd = true;
+  const Pending rest = top;
   reduce();
-  pending_.push_back({top.op, false, true, top.begin});
+  pending_.push_back(rest);  // what follows the AND joins the same node
   wantsValue_ = true;
   return true;
 }
@@ -386,6 +392,7 @@ void Parser::reduce() {
     values_.back() = id;
     return;
   }
+  if (isBetween(made.op) && !made.hasAnd) fail("AND");
   values_.pop_back();
   NodeId& left = values_.back();
   // A chain of equal operators grows one node.
@@ -486,7 +493,8 @@ void Parser::closeFrame(bool missing) {
   }
   node(top.node).end = missing ? lastEnd_ : token_.end;
   frames_.pop_back();
-  pushValue(top.node, top.open == Open::call || top.open == Open::set ? After::indexable : After::closed);
+  const bool indexable = top.open == Open::call || top.open == Open::set || isPending(Op::index);
+  pushValue(top.node, indexable ? After::indexable : After::closed);
 }
 
 // CASE.
