@@ -14,8 +14,9 @@ std::string script(std::int64_t bytes) {
   std::string text = "0";
   for (int i = 0; static_cast<std::int64_t>(text.size()) < bytes; ++i) {
     const std::string number = std::to_string(i);
-    text += "\n + IIF([Measures].[Sales " + number + "] = 0, NULL, -- no sales, no margin\n";
-    text += "  ([Measures].[Sales " + number + "] - [Measures].[Cost " + number + "]) / [Measures].[Sales])";
+    text.append("\n + IIF([Measures].[Sales ").append(number).append("] = 0, NULL, -- no sales, no margin\n");
+    text.append("  ([Measures].[Sales ").append(number).append("] - [Measures].[Cost ").append(number);
+    text += "]) / [Measures].[Sales])";
     text += " + CASE WHEN [Date].[Calendar].CurrentMember IS [Date].[Calendar].&[2009] THEN .5";
     text += " ELSE VBA!Round(Sum(PeriodsToDate([Date].[Calendar].[Year]), [Measures].[Cost]), 2) END";
   }

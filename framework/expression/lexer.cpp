@@ -17,9 +17,9 @@ constexpr std::array<CharClass, 256> classify() {
   for (std::size_t c = 0x80; c < 0x100; ++c) classes[c] = CharClass::high;
   for (std::size_t c = '0'; c <= '9'; ++c) classes[c] = CharClass::digit;
   for (std::size_t i = 0; i < 26; ++i) classes['A' + i] = classes['a' + i] = CharClass::word;
-  for (const char c : {'_', '$', '@', '#'}) classes[static_cast<std::size_t>(c)] = CharClass::word;
+  for (const char c : {'_', '$', '@', '#'}) classes[static_cast<unsigned char>(c)] = CharClass::word;
   for (const char c : {' ', '\t', '\n', '\v', '\f', '\r'})
-    classes[static_cast<std::size_t>(c)] = CharClass::blank;
+    classes[static_cast<unsigned char>(c)] = CharClass::blank;
   return classes;
 }
 constexpr std::array<CharClass, 256> kClasses = classify();
@@ -259,7 +259,8 @@ Token Lexer::closeReference(Token token, bool lastIsWord) {
   if (token.bare) {
     const Word* word = findWord(token.text);
     // MDX has a function of this name too.
-    const bool function = word && word->op == Op::distinct && language_ == ExpressionLanguage::mdx && peek() == '(';
+    const bool function =
+        word && word->op == Op::distinct && language_ == ExpressionLanguage::mdx && peek() == '(';
     if (word && !function) {
       token.kind = word->kind;
       token.op = word->op;

@@ -90,13 +90,14 @@ std::string references(const std::string& text, ExpressionLanguage language) {
 }
 
 TEST(ExpressionLaw, EveryPrefixIsRead) {
-  for (const Sample& sample : samples())
+  for (const Sample& sample : samples()) {
     for (std::size_t size = 0; size <= sample.text.size(); ++size) {
       const std::string prefix = sample.text.substr(0, size);
       const ExpressionTree tree = parseExpression(prefix, sample.language);
       references(tree);
       EXPECT_TRUE(!tree.fault || tree.fault.offset <= size) << prefix;
     }
+  }
 }
 
 /// The text with something between its tokens, and around the dots of its references.
@@ -144,7 +145,8 @@ TEST(ExpressionLaw, AFaultLosesNoReferenceBeforeOrBehindIt) {
     if (parseExpression(piece, sample.language).fault) continue;
     const std::string once = references(piece, sample.language);
     for (const std::string& fault : faults) {
-      const std::string text = piece + fault + piece;
+      std::string text = piece;
+      text.append(fault).append(piece);
       EXPECT_TRUE(parseExpression(text, sample.language).fault) << text;
       EXPECT_EQ(references(text, sample.language), once + once) << text;
     }
@@ -153,11 +155,12 @@ TEST(ExpressionLaw, AFaultLosesNoReferenceBeforeOrBehindIt) {
 }
 
 TEST(ExpressionLaw, DamagedExpressionsAreRead) {
-  const std::string pieces[] = {"[",   "]",    "(", ")",    "{",    "}",       "'",  "\"",
-                                ".",   ",",    ";", "&",    "!",    "/*",      "*/", "--",
-                                "END", "CASE", " ", "\xE2", "\x00", "BETWEEN", "AS "};
+  const std::string pieces[] = {
+      "[",  "]",       "(",  ")",  "{",  "}",    "'",     "\"",   ".",    ",",
+      ";",  "&",       "!",  "/*", "*/", "--",   " ",     "\xE2", "END",  "CASE",
+      "AS", "BETWEEN", "IN", "N'", "1.", "&[1]", "OVER(", ":",    "\x7F", std::string(1, '\0')};
   std::mt19937 random(1);
-  for (const Sample& sample : samples())
+  for (const Sample& sample : samples()) {
     for (int round = 0; round < 40; ++round) {
       std::string text = sample.text;
       for (int i = 0; i < 3; ++i) {
@@ -166,6 +169,7 @@ TEST(ExpressionLaw, DamagedExpressionsAreRead) {
       }
       references(text, sample.language);
     }
+  }
 }
 
 std::string repeated(std::string_view text, int times) {
