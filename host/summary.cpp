@@ -71,6 +71,7 @@ class Counter {
     summary.tables += tav::is<TAVTable>(object);
     summary.columns += tav::is<TAVColumn>(object);
     summary.cubes += tav::is<TAVCube>(object);
+    summary.perspectives += tav::is<TAVSynonym>(object);
     if (const auto* dimension = tav::as<TAVDimension>(&object)) countDimension(*dimension);
     if (const auto* attribute = tav::as<TAVDimensionAttribute>(&object))
       count(*attribute, summary.attributes);
@@ -88,6 +89,7 @@ class Counter {
   void countMeasure(const TAVMeasure& measure) {
     const auto* dimension = tav::as<TAVDimension>(measure.classifier.get());
     if (!dimension) return;
+    summary.openExpressions += !measure.unresolved.empty();
     if (dimension->measureGroup) {
       count(measure, summary.measures);
       summary.rowCounts += measure.expression == "COUNT(*)" && !reach_.contains(measure);
@@ -109,7 +111,9 @@ void writeCount(std::ostream& out, std::string_view label, std::size_t count, co
 }
 
 std::string reachText(const Summary::Reach& kind) {
-  return kind.count == 0 ? "" : fmt::format("{} with lineage to a column", kind.reached);
+  if (kind.count == 0) return "";
+  const std::size_t percent = kind.reached * 100 / kind.count;  // rounded down: 100 % means all
+  return fmt::format("{} ({} %) with lineage to a column", kind.reached, percent);
 }
 
 }  // namespace
@@ -134,13 +138,17 @@ void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& 
   writeCount(out, "Dimensions", summary.dimensions);
   writeCount(out, "Attributes", summary.attributes.count, reachText(summary.attributes));
   writeCount(out, "Cubes", summary.cubes);
+  writeCount(out, "Perspectives", summary.perspectives);
   std::string measures = reachText(summary.measures);
   if (summary.rowCounts > 0) measures += fmt::format(", {} counting rows", summary.rowCounts);
   writeCount(out, "Measures", summary.measures.count, measures);
   writeCount(out, "Calculated measures", summary.calculatedMeasures.count,
              reachText(summary.calculatedMeasures));
   writeCount(out, "KPIs", summary.kpis);
-  writeCount(out, "Unresolved references", unresolved);
+  writeCount(out, "Unresolved references", unresolved,
+             unresolved == 0 ? ""
+                             : fmt::format("in {} expression{}", summary.openExpressions,
+                                           summary.openExpressions == 1 ? "" : "s"));
 }
 
 }  // namespace host

@@ -22,8 +22,10 @@ struct Summary {
   std::size_t columns = 0;
   std::size_t dimensions = 0;
   std::size_t cubes = 0;
+  std::size_t perspectives = 0;
   std::size_t kpis = 0;
-  std::size_t rowCounts = 0;  ///< of the measures, those that count rows and have no column by nature
+  std::size_t rowCounts = 0;        ///< of the measures, those that count rows and have no column by nature
+  std::size_t openExpressions = 0;  ///< those with references that could not be resolved
   Reach attributes;
   Reach measures;
   Reach calculatedMeasures;
