@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "expressions/name_resolution.h"
 #include "framework/bridgelib/names.h"
 
 namespace {
 
-constexpr TAVElementType kFeatureType = 77;
+constexpr TAVElementType kFeatureType = tav::kClassRanges[tav::classId<TAVFeature>].code;
 constexpr int kUsualNames = 5;
 
 struct KpiFunction {
@@ -83,19 +84,11 @@ void cScriptParser::getSrcElements(TAVOperationNode* operation, TAVVector& /*res
 }
 
 void cScriptParser::getSrcElements(TAVElementNode* node, const TAVVector& scope, TAVVector& result) {
-  const int count = node->getElementNamePartCount();
-  const TAVElementNamePart* last = node->getElementNamePartByPosition(count - 1);
-  getElementByName(node->getName(), last ? last->getName() : TAVString::getEmptyString(), count,
-                   node->getExpectedElementType(), TAVArgumentType(TAVArgumentType::kSource), scope, result);
+  tav::resolveReference(*this, *node, scope, result);
 }
 
 TAVFeature* cScriptParser::getDstFeature(TAVClassifier* classifier, const TAVString& name, int /*reserved*/) {
-  TAVVector scope;
-  scope.add(classifier, true, nullptr);
-  TAVVector result;
-  getElementByName(name, name, 1, kFeatureType, TAVArgumentType(TAVArgumentType::kDestination), scope,
-                   result);
-  return result.getCount() == 1 ? static_cast<TAVFeature*>(result[0]) : nullptr;
+  return tav::resolveDestination(*this, classifier, name);
 }
 
 void cScriptParser::getFunctionElements(const TAVString& functionName, const TAVVector& arguments,
