@@ -19,10 +19,14 @@ std::string inXml(std::string_view text) {
 }
 
 /// Elements in one another, the outermost first, around `inside`.
-std::string nested(std::initializer_list<const char*> tags, std::string inside) {
-  for (const char* const* tag = tags.end(); tag-- != tags.begin();)
-    inside = "<" + std::string(*tag) + ">" + inside + "</" + std::string(*tag) + ">";
-  return inside;
+std::string nested(std::initializer_list<const char*> tags, const std::string& inside) {
+  std::string front;
+  std::string back;
+  for (const std::string tag : tags) {
+    front.append("<").append(tag).append(">");
+    back.insert(0, "</" + tag + ">");
+  }
+  return front + inside + back;
 }
 
 /// A definition in which everything has the same name and ID; a database column feeds an attribute and a
