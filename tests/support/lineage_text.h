@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include "framework/model/model.h"
+
+namespace tav::test {
+
+/// The lineage of the features in a folder of a cube, such as "Calculated Measures": a feature a line, behind
+/// it its sources by path ("<-") and the names that were not found ("?"), each in the order of the
+/// expression. A feature is named with its classifier, unless that is called like the folder.
+std::string lineageText(const TAVPackage& folder);
+
+/// The cube packages of an imported model in order.
+std::vector<TAVPackage*> cubePackages(const TAVStoreModel& model);
+
+}  // namespace tav::test
