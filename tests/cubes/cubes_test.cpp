@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "bridge/import.h"
+#include "tests/support/checked_import.h"
 #include "tests/support/corpus.h"
 #include "tests/support/lineage_text.h"
 #include "tests/support/model_laws.h"
@@ -160,6 +161,13 @@ std::string showLineage(const std::string& script) {
 
 TEST(Cubes, CalculatedMeasuresHaveTheNamesInTheirExpressionsAsSources) {
   tav::test::checkCorpus("cubes/expressions.txt", showLineage);
+}
+
+TEST(Cubes, OfTheExamplesCalculateFromTheirSources) {
+  tav::test::checkCorpus("cubes/examples.txt", [](const std::string& name) {
+    const auto imported = tav::test::importFile(tav::test::testFile("../examples/" + name));
+    return imported.model ? tav::test::lineageText(*imported.model) : imported.error;
+  });
 }
 
 }  // namespace

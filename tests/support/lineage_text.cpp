@@ -37,6 +37,15 @@ std::string lineageText(const TAVPackage& folder) {
   return text;
 }
 
+std::string lineageText(const TAVStoreModel& model) {
+  std::string text;
+  for (const TAVPackage* cube : cubePackages(model))
+    for (const char* name : {"Calculated Measures", "KPIs"})
+      if (const TAVPackage* folder = cube->getChildPackage(name))
+        text += folder->getPath(true).str() + "\n" + lineageText(*folder);
+  return text;
+}
+
 std::vector<TAVPackage*> cubePackages(const TAVStoreModel& model) {
   const TAVPackage* folder = model.designPackages.get("Cubes");
   return folder ? folder->getChildPackages() : std::vector<TAVPackage*>();

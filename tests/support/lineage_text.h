@@ -11,6 +11,10 @@ namespace tav::test {
 /// expression. A feature is named with its classifier, unless that is called like the folder.
 std::string lineageText(const TAVPackage& folder);
 
+/// The lineage of what the cubes of a model calculate, each folder of calculated measures and KPIs under its
+/// path.
+std::string lineageText(const TAVStoreModel& model);
+
 /// The cube packages of an imported model in order.
 std::vector<TAVPackage*> cubePackages(const TAVStoreModel& model);
 
