@@ -57,11 +57,12 @@ std::int32_t sourcesOfFirst(const Imported& imported) {
 
 TEST(HostileCubes, QuotesAndBracketsThatNothingCloses) {
   DocumentImporter importer;
-  for (const char* open : {"\"", "'", "[", "(", "{", "/*", "CASE ", "f(", "&[", "[m].", "("})
+  for (const char* open : {"\"", "'", "[", "(", "{", "/*", "CASE ", "f(", "&[", "[m].", "("}) {
     for (const char* close : {"", ")", "}", "]", "\"", " END", "*/", "]]", "''"}) {
       const std::string expression = "[m] + " + std::string(open) + " [m] " + close + " + [m]";
       EXPECT_EQ(sourcesOfFirst(importer.import(withExpression(expression))), 1) << expression;
     }
+  }
 }
 
 TEST(HostileCubes, NestingOfAnyDepth) {
@@ -133,8 +134,9 @@ TEST(HostileCubes, ScriptOfTenMegabytesWithManyMembers) {
   std::string script;
   for (int i = 0; i < kMembers; ++i) {
     const std::string number = std::to_string(i);
-    script += "CREATE MEMBER CURRENTCUBE.[Measures].[Calculated " + number + "]\n AS [m] + [Calculated " +
-              std::to_string(i / 2) + "] - [Gone " + number + "], VISIBLE = 1;\n";
+    script.append("CREATE MEMBER CURRENTCUBE.[Measures].[Calculated ").append(number);
+    script.append("]\n AS [m] + [Calculated ").append(std::to_string(i / 2)).append("] - [Gone ");
+    script.append(number).append("], VISIBLE = 1;\n");
   }
   ASSERT_GT(script.size(), 10000000U);
   DocumentImporter importer;

@@ -1,5 +1,7 @@
 #include "tests/support/lineage_text.h"
 
+#include <algorithm>
+
 namespace tav::test {
 
 namespace {
@@ -11,17 +13,20 @@ void append(std::string& text, std::string_view mark, std::string_view name) {
 void appendLineage(std::string& text, const TAVFeature& feature) {
   if (const TAVFeatureMap* map = feature.getDestinationOfFeatureMap())
     for (const TAVFeature& source : map->sourceFeatures) append(text, "  <- ", source.getPath(true));
-  const auto* measure = as<TAVMeasure>(&feature);
-  if (!measure || measure->unresolved.empty()) return;
-  std::string_view names = measure->unresolved;
-  for (std::size_t end = names.find('\n'); end != names.npos; end = names.find('\n')) {
-    append(text, "  ?  ", names.substr(0, end));
-    names.remove_prefix(end + 1);
-  }
-  append(text, "  ?  ", names);
+  for (const std::string_view name : unresolvedNames(feature)) append(text, "  ?  ", name);
 }
 
 }  // namespace
+
+std::vector<std::string_view> unresolvedNames(const TAVFeature& feature) {
+  std::vector<std::string_view> names;
+  const auto* measure = as<TAVMeasure>(&feature);
+  for (std::string_view rest = measure ? measure->unresolved.view() : ""; !rest.empty();) {
+    names.push_back(rest.substr(0, rest.find('\n')));
+    rest.remove_prefix(std::min(rest.size(), names.back().size() + 1));
+  }
+  return names;
+}
 
 std::string lineageText(const TAVPackage& folder) {
   std::string text;
@@ -39,10 +44,11 @@ std::string lineageText(const TAVPackage& folder) {
 
 std::string lineageText(const TAVStoreModel& model) {
   std::string text;
-  for (const TAVPackage* cube : cubePackages(model))
+  for (const TAVPackage* cube : cubePackages(model)) {
     for (const char* name : {"Calculated Measures", "KPIs"})
       if (const TAVPackage* folder = cube->getChildPackage(name))
         text += folder->getPath(true).str() + "\n" + lineageText(*folder);
+  }
   return text;
 }
 

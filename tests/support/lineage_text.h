@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "framework/model/model.h"
 
@@ -14,6 +16,9 @@ std::string lineageText(const TAVPackage& folder);
 /// The lineage of what the cubes of a model calculate, each folder of calculated measures and KPIs under its
 /// path.
 std::string lineageText(const TAVStoreModel& model);
+
+/// The names in the feature's expression that were not found, in order.
+std::vector<std::string_view> unresolvedNames(const TAVFeature& feature);
 
 /// The cube packages of an imported model in order.
 std::vector<TAVPackage*> cubePackages(const TAVStoreModel& model);
