@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <functional>
 
 #include "framework/model/class_table.h"
 #include "framework/model/name_index.h"
@@ -133,13 +134,19 @@ bool containsObject(ManyData& data, TAVObject& object) {
   return indexes.members->contains(&object);
 }
 
-/// Takes an object that goes out of every link with an object that stays.
+/// Takes an object that goes with its container out of the slots that name it. Of those that go too nothing
+/// but the slot is put right.
 void leaveLinks(TAVObject& object) {
   const auto leave = [&](const LinkInfo& link, std::uint32_t place) {
     const Slot& slot = LinkAccess::slot(link.number, object, place);
-    if (slot.other && !LinkAccess::doomed(*slot.other)) removeSlot(link.opposite, *slot.other, slot.peer);
+    if (!slot.other) return;
+    if (LinkAccess::doomed(*slot.other))
+      LinkAccess::slot(link.opposite, *slot.other, slot.peer).other = nullptr;
+    else
+      removeSlot(link.opposite, *slot.other, slot.peer);
   };
   for (const LinkInfo& link : classInfo(object.classId()).links) {
+    if (link.row->kind == LinkKind::contained || link.row->kind == LinkKind::container) continue;
     if (!link.row->isMany()) {
       leave(link, 0);
     } else if (ManyData* data = LinkAccess::many(link.number, object).get()) {
@@ -148,13 +155,24 @@ void leaveLinks(TAVObject& object) {
   }
 }
 
-std::vector<TAVObject*> treeOf(TAVObject& root) {
-  std::vector<TAVObject*> tree{&root};
-  for (std::size_t i = 0; i < tree.size(); ++i)
-    for (const LinkInfo& link : classInfo(tree[i]->classId()).links)
-      if (link.row->kind == LinkKind::contained)
-        forEachAt(*link.row, *tree[i], [&](TAVObject& part) { tree.push_back(&part); });
+/// Marks an object and all that it contains as going, and lists them.
+std::vector<TAVObject*> doom(TAVObject& root) {
+  std::vector<TAVObject*> tree;
+  std::vector<TAVObject*> waiting{&root};
+  while (!waiting.empty()) {
+    TAVObject& object = *waiting.back();
+    waiting.pop_back();
+    LinkAccess::doomed(object) = true;
+    tree.push_back(&object);
+    for (const LinkInfo& link : classInfo(object.classId()).parts)
+      forEachAt(*link.row, object, [&](TAVObject& part) { waiting.push_back(&part); });
+  }
   return tree;
+}
+
+void leaveContainer(TAVObject& object) noexcept {
+  for (const LinkInfo& link : classInfo(object.classId()).links)
+    if (link.row->kind == LinkKind::container) clearLink(link.number, object);
 }
 
 }  // namespace
@@ -227,16 +245,20 @@ TAVString uniqueNameIn(TAVSdkCollection& collection, const TAVString& name, char
 }
 
 Owned<TAVObject> takeOut(TAVObject& object) noexcept {
-  for (const LinkInfo& link : classInfo(object.classId()).links)
-    if (link.row->kind == LinkKind::container) clearLink(link.number, object);
+  leaveContainer(object);
   return Owned<TAVObject>(&object);
 }
 
 void DestroyTree::operator()(TAVObject* object) const noexcept {
-  const std::vector<TAVObject*> tree = treeOf(*object);
-  for (TAVObject* part : tree) LinkAccess::doomed(*part) = true;
-  for (TAVObject* part : tree) leaveLinks(*part);
-  for (TAVObject* part : tree) delete part;
+  leaveContainer(*object);
+  std::vector<TAVObject*> tree = doom(*object);
+  // Objects given back in the order of memory let the allocator join their places at once: a tenth of the
+  // time of an import with many measures.
+  std::sort(tree.begin(), tree.end(), std::less<>());
+  for (TAVObject* part : tree) {
+    leaveLinks(*part);
+    delete part;
+  }
 }
 
 void DeleteIndexes::operator()(Indexes* indexes) const noexcept {

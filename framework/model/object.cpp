@@ -45,9 +45,8 @@ void TAVObject::depthTraversal(TAVTraversalOperation& operation) {
     waiting.pop_back();
     operation.visit(object);
     const auto mark = static_cast<std::ptrdiff_t>(waiting.size());
-    for (const tav::LinkInfo& link : tav::classInfo(object.classId()).links)
-      if (link.row->kind == tav::LinkKind::contained)
-        tav::forEachAt(*link.row, object, [&](TAVObject& part) { waiting.push_back(&part); });
+    for (const tav::LinkInfo& link : tav::classInfo(object.classId()).parts)
+      tav::forEachAt(*link.row, object, [&](TAVObject& part) { waiting.push_back(&part); });
     std::reverse(waiting.begin() + mark, waiting.end());
   }
 }

@@ -18,7 +18,7 @@ template <class Entry> constexpr auto creatorOf() -> Owned<TAVObject> (*)() {
     return nullptr;
 }
 
-/// The rows of every class, inherited ones first, in two arrays that the classes' spans point into.
+/// The rows of every class, inherited ones first, in arrays that the classes' spans point into.
 class ClassTable {
  public:
   ClassTable() {
@@ -39,6 +39,7 @@ class ClassTable {
                                                  classId<typename Entries::Type>,
                                                  {},
                                                  {},
+                                                 {},
                                                  creatorOf<Entries>()}),
      ...);
   }
@@ -51,13 +52,18 @@ class ClassTable {
     std::vector<LinkInfo>& links = links_[info.id];
     for (std::uint8_t i = 0; i < kLinks.size(); ++i)
       if (derives(info.id, kLinks[i].owner)) links.push_back({&kLinks[i], i, kOpposite[i]});
+    std::vector<LinkInfo>& parts = parts_[info.id];
+    for (const LinkInfo& link : links)
+      if (link.row->kind == LinkKind::contained) parts.push_back(link);
     info.attributes = attributes;
     info.links = links;
+    info.parts = parts;
   }
 
   std::array<ClassInfo, kClassCount> infos_;
   std::array<std::vector<const AttributeRow*>, kClassCount> attributes_;
   std::array<std::vector<LinkInfo>, kClassCount> links_;
+  std::array<std::vector<LinkInfo>, kClassCount> parts_;
   std::unordered_map<std::string_view, const ClassInfo*> byName_;
 };
 
@@ -112,8 +118,7 @@ Owned<TAVObject> copyTree(const TAVObject& object) {
     waiting.pop_back();
     TAVObject& copy = *copies.at(&original);
     copyAttributes(original, copy);
-    for (const LinkInfo& link : classInfo(original.classId()).links) {
-      if (link.row->kind != LinkKind::contained) continue;
+    for (const LinkInfo& link : classInfo(original.classId()).parts) {
       forEachAt(*link.row, original, [&](TAVObject& part) {
         Owned<TAVObject> made = classInfo(part.classId()).create();
         linkObjects(link.number, copy, *made);

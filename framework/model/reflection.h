@@ -23,6 +23,8 @@ struct ClassInfo {
   /// Inherited rows first, each class's own in the order in which it lists them.
   std::span<const AttributeRow* const> attributes;
   std::span<const LinkInfo> links;
+  /// Those of the links that hold what an object owns: all that a walk through a tree has to look at.
+  std::span<const LinkInfo> parts;
   /// Makes a blank object; null on a class that has no objects of its own.
   Owned<TAVObject> (*create)() = nullptr;
 };

@@ -22,7 +22,7 @@ template <class Visitor> void walkTree(const TAVObject& root, Visitor&& visitor)
   std::vector<Frame> open;
   const auto enter = [&](const TAVObject& object) {
     visitor.enter(object);
-    open.push_back({&object, classInfo(object.classId()).links, 0, EndWalk(), false});
+    open.push_back({&object, classInfo(object.classId()).parts, 0, EndWalk(), false});
   };
   const auto leaveRole = [&](Frame& frame) {
     if (frame.inRole) visitor.leaveRole(*frame.roles[frame.role - 1].row);
@@ -32,7 +32,6 @@ template <class Visitor> void walkTree(const TAVObject& root, Visitor&& visitor)
   const auto nextRole = [&](Frame& frame) {
     while (frame.role < frame.roles.size()) {
       const LinkRow& row = *frame.roles[frame.role++].row;
-      if (row.kind != LinkKind::contained) continue;
       EndWalk parts(row, *frame.object);
       if (!EndWalk(parts).next()) continue;
       frame.parts = parts;
