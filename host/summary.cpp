@@ -11,14 +11,26 @@
 namespace host {
 namespace {
 
-/// The features of a model that some path of feature maps leads from to a column.
+/// The features of a model in the order of the model, each with its place here as its number.
+using Features = std::vector<const TAVFeature*>;
+
+/// Those features that some path of feature maps leads from to a column.
 class ColumnReach {
  public:
-  explicit ColumnReach(std::uint32_t objects) : reached_(objects + 1) {}
+  explicit ColumnReach(const Features& features) : reached_(features.size()) {
+    for (const TAVFeature* feature : features)
+      if (tav::is<TAVColumn>(*feature)) add(*feature);
+    spread();
+  }
 
-  void addColumn(const TAVColumn& column) {
-    reached_[tav::Numbering::get(column)] = true;
-    waiting_.push_back(&column);
+  [[nodiscard]] bool contains(const TAVFeature& feature) const {
+    return reached_[tav::Numbering::get(feature)];
+  }
+
+ private:
+  void add(const TAVFeature& feature) {
+    reached_[tav::Numbering::get(feature)] = true;
+    waiting_.push_back(&feature);
   }
 
   /// Goes from the columns to everything that they feed, each feature once, so cycles end.
@@ -28,20 +40,13 @@ class ColumnReach {
       waiting_.pop_back();
       for (const TAVFeatureMap& map : source->sourceOf) {
         const TAVFeature* fed = map.destinationFeature.get();
-        if (!fed || reached_[tav::Numbering::get(*fed)]) continue;
-        reached_[tav::Numbering::get(*fed)] = true;
-        waiting_.push_back(fed);
+        if (fed && !contains(*fed)) add(*fed);
       }
     }
   }
 
-  [[nodiscard]] bool contains(const TAVFeature& feature) const {
-    return reached_[tav::Numbering::get(feature)];
-  }
-
- private:
-  std::vector<bool> reached_;  // by the objects' numbers
-  std::vector<const TAVFeature*> waiting_;
+  std::vector<bool> reached_;  // by the features' numbers
+  Features waiting_;
 };
 
 template <class F> class Visitor {
@@ -62,39 +67,40 @@ bool isIn(const TAVClassifier& dimension, std::string_view folder) {
   return package && package->nativeType == folder;
 }
 
-class Counter {
+void countDimension(const TAVDimension& dimension, Summary& summary) {
+  summary.dimensions += dimension.nativeType == "Dimension";
+  summary.kpis += isIn(dimension, "KPIs");
+}
+
+void countObject(const TAVObject& object, Summary& summary) {
+  summary.dataSources += tav::is<TAVStoreConnection>(object);
+  summary.tables += tav::is<TAVTable>(object);
+  summary.columns += tav::is<TAVColumn>(object);
+  summary.cubes += tav::is<TAVCube>(object);
+  summary.perspectives += tav::is<TAVSynonym>(object);
+  if (const auto* dimension = tav::as<TAVDimension>(&object)) countDimension(*dimension, summary);
+}
+
+/// Counts the features of which the summary tells how many lead back to a column.
+class ReachCounter {
  public:
-  explicit Counter(const ColumnReach& reach) : reach_(reach) {}
+  ReachCounter(const ColumnReach& reach, Summary& summary) : reach_(reach), summary_(summary) {}
 
-  void operator()(const TAVObject& object) {
-    summary.dataSources += tav::is<TAVStoreConnection>(object);
-    summary.tables += tav::is<TAVTable>(object);
-    summary.columns += tav::is<TAVColumn>(object);
-    summary.cubes += tav::is<TAVCube>(object);
-    summary.perspectives += tav::is<TAVSynonym>(object);
-    if (const auto* dimension = tav::as<TAVDimension>(&object)) countDimension(*dimension);
-    if (const auto* attribute = tav::as<TAVDimensionAttribute>(&object))
-      count(*attribute, summary.attributes);
-    if (const auto* measure = tav::as<TAVMeasure>(&object)) countMeasure(*measure);
+  void operator()(const TAVFeature& feature) {
+    if (tav::is<TAVDimensionAttribute>(feature)) count(feature, summary_.attributes);
+    if (const auto* measure = tav::as<TAVMeasure>(&feature)) countMeasure(*measure);
   }
-
-  Summary summary;
 
  private:
-  void countDimension(const TAVDimension& dimension) {
-    summary.dimensions += dimension.nativeType == "Dimension";
-    summary.kpis += isIn(dimension, "KPIs");
-  }
-
   void countMeasure(const TAVMeasure& measure) {
     const auto* dimension = tav::as<TAVDimension>(measure.classifier.get());
     if (!dimension) return;
-    summary.openExpressions += !measure.unresolved.empty();
+    summary_.openExpressions += !measure.unresolved.empty();
     if (dimension->measureGroup) {
-      count(measure, summary.measures);
-      summary.rowCounts += measure.expression == "COUNT(*)" && !reach_.contains(measure);
+      count(measure, summary_.measures);
+      summary_.rowCounts += measure.expression == "COUNT(*)" && !reach_.contains(measure);
     } else if (isIn(*dimension, "Calculated Measures")) {
-      count(measure, summary.calculatedMeasures);
+      count(measure, summary_.calculatedMeasures);
     }
   }
 
@@ -104,6 +110,7 @@ class Counter {
   }
 
   const ColumnReach& reach_;
+  Summary& summary_;
 };
 
 void writeCount(std::ostream& out, std::string_view label, std::size_t count, const std::string& more = {}) {
@@ -119,15 +126,20 @@ std::string reachText(const Summary::Reach& kind) {
 }  // namespace
 
 Summary summarize(const TAVStoreModel& model) {
-  ColumnReach reach(tav::numberTree(model, [](const TAVObject& /*object*/) { return false; }));
-  tav::walkTree(model, Visitor([&reach](const TAVObject& object) {
-                  if (const auto* column = tav::as<TAVColumn>(&object)) reach.addColumn(*column);
+  Summary summary;
+  summary.database = model.getName().str();
+  Features features;
+  tav::walkTree(model, Visitor([&](const TAVObject& object) {
+                  countObject(object, summary);
+                  if (const auto* feature = tav::as<TAVFeature>(&object)) {
+                    tav::Numbering::set(*feature, static_cast<std::uint32_t>(features.size()));
+                    features.push_back(feature);
+                  }
                 }));
-  reach.spread();
-  Counter counter(reach);
-  counter.summary.database = model.getName().str();
-  tav::walkTree(model, Visitor([&counter](const TAVObject& object) { counter(object); }));
-  return counter.summary;
+  const ColumnReach reach(features);
+  ReachCounter count(reach, summary);
+  for (const TAVFeature* feature : features) count(*feature);
+  return summary;
 }
 
 void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& out) {

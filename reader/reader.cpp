@@ -7,19 +7,36 @@ namespace {
 // As many as a database of some hundred objects needs; the table grows beyond.
 constexpr int kRegistryBuckets = 1024;
 
-/// Every object of the model that is a T, in the order of the model.
-template <class T> std::vector<T*> collect(TAVStoreModel& model) {
-  TAVObjectCollector collector(tav::kClassRanges[tav::classId<T>].code);
-  model.depthTraversal(collector);
-  std::vector<T*> objects;
-  for (TAVObject* object : collector.getObjects()) objects.push_back(static_cast<T*>(object));
-  return objects;
-}
+/// Takes the definition's IDs off a model and notes what is to be deleted because nothing leads to it. One
+/// walk does it all: a large model is seldom in the cache, so that each walk costs as much as the work
+/// itself.
+class Cleaner : public TAVTraversalOperation {
+ public:
+  void visit(TAVObject& object) override {
+    if (auto* element = tav::as<TAVNamespaceElement>(&object)) {
+      element->nativeId = "";
+      if (auto* cube = tav::as<TAVCube>(element)) cube->sourceElement = nullptr;
+    } else if (auto* feature = tav::as<TAVFeature>(&object)) {
+      feature->nativeId = "";
+      TAVFeatureMap* map = feature->getDestinationOfFeatureMap();
+      if (map && map->sourceFeatures.empty()) empty_.push_back(map);
+    } else if (auto* map = tav::as<TAVClassifierMap>(&object)) {
+      map->nativeId = "";
+      if (map->sourceClassifiers.empty()) emptyOwners_.push_back(map);
+    } else if (auto* connection = tav::as<TAVStoreConnection>(&object)) {
+      if (connection->connectionClassifiers.empty()) emptyOwners_.push_back(connection);
+    }
+  }
 
-void dropMapWithoutSource(TAVFeature& feature) {
-  TAVFeatureMap* map = feature.getDestinationOfFeatureMap();
-  if (map && map->sourceFeatures.empty()) tav::destroy(*map);
-}
+  void deleteEmpty() {
+    for (TAVObject* map : empty_) tav::destroy(*map);
+    for (TAVObject* owner : emptyOwners_) tav::destroy(*owner);
+  }
+
+ private:
+  std::vector<TAVObject*> empty_;
+  std::vector<TAVObject*> emptyOwners_;  // which may own some of the others, and so go after them
+};
 
 }  // namespace
 
@@ -39,21 +56,9 @@ void TAVSQLServerXMLAImportBridge::cleanUp() {
   recordsOfDimension_.clear();
   columns_.clear();
 
-  for (TAVClassifier* classifier : collect<TAVClassifier>(*model_)) {
-    classifier->nativeId = "";
-    if (auto* cube = tav::as<TAVCube>(classifier)) cube->sourceElement = nullptr;
-  }
-  for (TAVNamespaceElement* element : collect<TAVNamespaceElement>(*model_)) element->nativeId = "";
-  for (TAVFeature* feature : collect<TAVFeature>(*model_)) {
-    feature->nativeId = "";
-    dropMapWithoutSource(*feature);
-  }
-  for (TAVClassifierMap* map : collect<TAVClassifierMap>(*model_)) {
-    map->nativeId = "";
-    if (map->sourceClassifiers.empty()) tav::destroy(*map);
-  }
-  for (TAVStoreConnection* connection : collect<TAVStoreConnection>(*model_))
-    if (connection->connectionClassifiers.empty()) tav::destroy(*connection);
+  Cleaner cleaner;
+  model_->depthTraversal(cleaner);
+  cleaner.deleteEmpty();
 
   root_ = nullptr;
   dom_.reset();
