@@ -10,13 +10,16 @@ namespace tav::bench {
 /// bytes for the same arguments on every platform.
 void writeEstate(std::ostream& out, std::uint64_t bytes, std::uint64_t seed);
 
-/// Writes a definition with `count` of one thing and little else. Throws std::invalid_argument for a kind
-/// that is none of:
-///   equal-names  dimensions that all have one name, over as many tables with one friendly name
-///   attributes   attributes of one dimension, each over a column of its own
-///   tables       tables of one view, with one dimension whose attributes are spread over them
-///   measures     measures of one cube, each over a column of its own
-///   references   references in the expressions of one script
+/// Writes a definition with `count` of one thing and little else, the same bytes on every platform. Throws
+/// std::invalid_argument for a kind that is none of:
+///   equal-names     dimensions that all have one name, over as many tables with one friendly name
+///   attributes      attributes of one dimension, each over a column of its own
+///   tables          tables of one view, with one dimension whose attributes are spread over them
+///   measures        measures of one cube, each over a column of its own
+///   equal-measures  the same, all of one name
+///   references      references in the expressions of one script
+///   cubes           cubes of 100 measures and 100 calculated members over the same dimensions
+///   script          bytes of one script, as scripts are
 void writeMany(std::ostream& out, std::string_view kind, std::uint64_t count);
 
 }  // namespace tav::bench

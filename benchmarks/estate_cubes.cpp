@@ -10,6 +10,7 @@ constexpr std::size_t kPerspectives = 4;
 constexpr std::size_t kAggregations = 9;
 constexpr std::size_t kPartitions = 3;
 constexpr std::size_t kUsedAttributes = 9;
+constexpr std::size_t kMembers = 110;
 
 void writeCubeDimensions(XmlWriter& to, const Area& area, Random& random) {
   const Element dimensions(to, "Dimensions");
@@ -223,7 +224,7 @@ void writeScript(XmlWriter& to, const Area& area, Random& random, Scale scale) {
   writeStamps(to);
   const Element commands(to, "Commands");
   const Element command(to, "Command");
-  to.leaf("Text", scriptText(area, random, scale));
+  to.leaf("Text", scriptText(area, random, scaled(kMembers, scale, 1)));
 }
 
 }  // namespace

@@ -25,8 +25,10 @@ std::string_view dataType(const Column& column);
 void writeDimension(XmlWriter& to, const Area& area, const Dimension& dimension, Random& random);
 /// `linked` is the area whose first measure group this cube links, or null.
 void writeCube(XmlWriter& to, const Area& area, const Area* linked, Random& random, Scale scale);
-/// The script of the cube: calculated members, sets and scopes over the area's measures and dimensions.
-std::string scriptText(const Area& area, Random& random, Scale scale);
+/// A script of that many calculated members, with sets and scopes, over the area's measures and dimensions.
+std::string scriptText(const Area& area, Random& random, std::size_t members);
+/// The same, of as many members as make at least `bytes`.
+std::string scriptOfSize(const Area& area, Random& random, std::uint64_t bytes);
 void writeKpis(XmlWriter& to, const Area& area, Random& random, Scale scale);
 void writeDataSource(XmlWriter& to, const Area& area);
 void writeView(XmlWriter& to, const Area& area, Random& random);

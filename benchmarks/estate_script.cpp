@@ -6,7 +6,6 @@
 namespace tav::bench {
 namespace {
 
-constexpr std::size_t kMembers = 110;
 constexpr std::size_t kKpis = 20;
 
 std::string measureOf(const Area& area, Random& random) {
@@ -68,24 +67,36 @@ void addMember(std::string& text, const Area& area, std::size_t number, Random& 
   text += ",\nVISIBLE = 1 ,  DISPLAY_FOLDER = '" + random.pick(area.groups).name + "' ;\n\n";
 }
 
+std::string scriptHead(const Area& area) {
+  return "/*\nThe script of the cube " + area.name +
+         ": what is summed up from the leaves comes first.\n*/\nCALCULATE;\n\n";
+}
+
+/// A member and, now and then, a set or a scope behind it.
+void addStatements(std::string& text, const Area& area, std::size_t number, Random& random) {
+  addMember(text, area, number, random);
+  const Dimension& dimension = random.pick(area.dimensions);
+  if (random.chance(9))
+    text += "CREATE DYNAMIC SET CURRENTCUBE.[Best " + std::to_string(number) + "]\n AS TopCount( [" +
+            dimension.name + "].[" + dimension.attributes[0].name + "].Members, 10, " +
+            measureOf(area, random) + " ) ;\n\n";
+  if (random.chance(6)) {
+    const std::string where = measureOf(area, random), what = measureOf(area, random);
+    text += "SCOPE ( " + where + " );\n    This = " + what + " * 1.1; -- planned growth\nEND SCOPE;\n\n";
+  }
+}
+
 }  // namespace
 
-std::string scriptText(const Area& area, Random& random, Scale scale) {
-  std::string text = "/*\nThe script of the cube " + area.name +
-                     ": what is summed up from the leaves comes first.\n*/\nCALCULATE;\n\n";
-  const std::size_t members = scaled(kMembers, scale, 1);
-  for (std::size_t i = 0; i < members; ++i) {
-    addMember(text, area, i, random);
-    const Dimension& dimension = random.pick(area.dimensions);
-    if (random.chance(9))
-      text += "CREATE DYNAMIC SET CURRENTCUBE.[Best " + std::to_string(i) + "]\n AS TopCount( [" +
-              dimension.name + "].[" + dimension.attributes[0].name + "].Members, 10, " +
-              measureOf(area, random) + " ) ;\n\n";
-    if (random.chance(6)) {
-      const std::string where = measureOf(area, random), what = measureOf(area, random);
-      text += "SCOPE ( " + where + " );\n    This = " + what + " * 1.1; -- planned growth\nEND SCOPE;\n\n";
-    }
-  }
+std::string scriptText(const Area& area, Random& random, std::size_t members) {
+  std::string text = scriptHead(area);
+  for (std::size_t i = 0; i < members; ++i) addStatements(text, area, i, random);
+  return text;
+}
+
+std::string scriptOfSize(const Area& area, Random& random, std::uint64_t bytes) {
+  std::string text = scriptHead(area);
+  for (std::size_t i = 0; text.size() < bytes; ++i) addStatements(text, area, i, random);
   return text;
 }
 

@@ -1,6 +1,6 @@
 // generate-definition SIZE SEED [KIND]: writes a made-up definition to standard output. SIZE is in MB for the
-// kind "database" (0.01 is 10 KB), else a number of objects. The same arguments give the same bytes
-// everywhere.
+// kinds "database" (0.01 is 10 KB) and "script", else a number of objects. The same arguments give the same
+// bytes everywhere.
 
 #include <charconv>
 #include <cstdint>
@@ -24,8 +24,9 @@ template <class Number> std::optional<Number> number(std::string_view text) {
 
 int usage() {
   std::cerr << "usage: generate-definition SIZE SEED [KIND] > FILE\n"
-               "  KIND database (as if not given): SIZE in MB, such as 0.01 or 100\n"
-               "  KIND equal-names, attributes, tables, measures or references: SIZE objects\n";
+               "  KIND database (as if not given) or script: SIZE in MB, such as 0.01 or 100\n"
+               "  KIND equal-names, attributes, tables, measures, equal-measures, references or cubes:\n"
+               "    SIZE objects\n";
   return 2;
 }
 
@@ -37,10 +38,11 @@ int main(int count, char** arguments) try {
   const auto seed = number<std::uint64_t>(arguments[2]);
   const std::string_view kind = count == 4 ? arguments[3] : "database";
   if (!size || !(*size > 0) || *size > kLargest || !seed) return usage();
+  const auto bytes = static_cast<std::uint64_t>(*size * 1e6 + .5);
   if (kind == "database")
-    tav::bench::writeEstate(std::cout, static_cast<std::uint64_t>(*size * 1e6 + .5), *seed);
+    tav::bench::writeEstate(std::cout, bytes, *seed);
   else
-    tav::bench::writeMany(std::cout, kind, static_cast<std::uint64_t>(*size));
+    tav::bench::writeMany(std::cout, kind, kind == "script" ? bytes : static_cast<std::uint64_t>(*size));
   if (std::cout.flush()) return 0;
   std::cerr << "the definition could not be written\n";
   return 1;

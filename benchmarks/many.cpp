@@ -4,25 +4,35 @@
 
 #include "benchmarks/definition.h"
 #include "benchmarks/estate_parts.h"
+#include "benchmarks/plain.h"
 
 namespace tav::bench {
 namespace {
 
 constexpr std::uint64_t kReferencesOfMember = 10;
 constexpr std::size_t kLevels = 3;
+constexpr std::size_t kMeasuresOfCube = 100;
+constexpr std::size_t kMembersOfCube = 100;
+// What scripts are about: an area of a few dimensions and measure groups.
+constexpr Scale kScriptScale = 250;
+
+struct Plan {
+  Area area;
+  std::vector<PlainCube> cubes;
+  bool spread = false;  // the attributes of a dimension over as many tables
+};
 
 std::string label(std::string_view prefix, std::uint64_t number) {
   std::string text(prefix);
   return text += std::to_string(number);
 }
 
-Area plainArea() {
-  Area area;
-  area.name = "Many";
-  area.viewId = "Many View";
-  area.sourceId = "Many DW";
-  area.cubeId = "Many Cube";
-  return area;
+Plan plainPlan() {
+  Plan plan;
+  plan.area.name = "Many";
+  plan.area.viewId = "Many View";
+  plan.area.sourceId = "Many DW";
+  return plan;
 }
 
 Table plainTable(std::uint64_t number) {
@@ -47,163 +57,122 @@ void addHierarchy(Dimension& dimension) {
   dimension.hierarchies.push_back(std::move(hierarchy));
 }
 
-Area equalNames(std::uint64_t count) {
-  Area area = plainArea();
+Plan equalNames(std::uint64_t count) {
+  Plan plan = plainPlan();
   for (std::uint64_t i = 0; i < count; ++i) {
-    area.tables.push_back(plainTable(i));
-    area.tables.back().friendlyName = "Customer";
+    plan.area.tables.push_back(plainTable(i));
+    plan.area.tables.back().friendlyName = "Customer";
     Dimension dimension;
     dimension.id = label("D", i);
     dimension.name = "Customer";
     dimension.table = i;
-    addAttribute(dimension, addColumn(area.tables.back()));
-    area.dimensions.push_back(std::move(dimension));
+    addAttribute(dimension, addColumn(plan.area.tables.back()));
+    plan.area.dimensions.push_back(std::move(dimension));
   }
-  return area;
+  return plan;
 }
 
-Area manyAttributes(std::uint64_t count) {
-  Area area = plainArea();
-  area.tables.push_back(plainTable(0));
+Plan manyAttributes(std::uint64_t count) {
+  Plan plan = plainPlan();
+  plan.area.tables.push_back(plainTable(0));
   Dimension dimension;
   dimension.id = dimension.name = "Wide";
-  for (std::uint64_t i = 0; i < count; ++i) addAttribute(dimension, addColumn(area.tables.front()));
+  for (std::uint64_t i = 0; i < count; ++i) addAttribute(dimension, addColumn(plan.area.tables.front()));
   addHierarchy(dimension);
-  area.dimensions.push_back(std::move(dimension));
-  return area;
+  plan.area.dimensions.push_back(std::move(dimension));
+  return plan;
 }
 
-Area manyTables(std::uint64_t count) {
-  Area area = plainArea();
+Plan manyTables(std::uint64_t count) {
+  Plan plan = plainPlan();
+  plan.spread = true;
   Dimension dimension;
   dimension.id = dimension.name = "Spread";
   for (std::uint64_t i = 0; i < count; ++i) {
-    area.tables.push_back(plainTable(i));
-    addAttribute(dimension, addColumn(area.tables.back()));
+    plan.area.tables.push_back(plainTable(i));
+    addAttribute(dimension, addColumn(plan.area.tables.back()));
   }
-  area.dimensions.push_back(std::move(dimension));
-  return area;
+  plan.area.dimensions.push_back(std::move(dimension));
+  return plan;
 }
 
-Area manyMeasures(std::uint64_t count) {
-  Area area = plainArea();
-  area.tables.push_back(plainTable(0));
+/// A measure group over a new table. Its measures are called by their IDs, or all by `name`.
+MeasureGroup addGroup(Area& area, std::uint64_t measures, const std::string& name = {}) {
   MeasureGroup group;
   group.id = group.name = "Facts";
-  for (std::uint64_t i = 0; i < count; ++i) {
+  group.table = area.tables.size();
+  area.tables.push_back(plainTable(area.tables.size()));
+  for (std::uint64_t i = 0; i < measures; ++i) {
     Measure measure;
-    measure.id = measure.name = label("M", i);
-    measure.column = addColumn(area.tables.front());
+    measure.id = label("M", i);
+    measure.name = name.empty() ? measure.id : name;
+    measure.column = addColumn(area.tables.back());
     group.measures.push_back(std::move(measure));
   }
-  area.groups.push_back(std::move(group));
-  return area;
+  return group;
 }
 
-void writePlainAttribute(XmlWriter& to, const Dimension& dimension, std::size_t number, const Table& table) {
-  const Attribute& attribute = dimension.attributes[number];
-  const Element element(to, "Attribute");
-  to.leaf("ID", attribute.id);
-  to.leaf("Name", attribute.name);
-  {
-    const Element keys(to, "KeyColumns");
-    writeBinding(to, "KeyColumn", table, attribute.keys[0]);
-  }
-  if (number > 0 || dimension.attributes.size() == 1) return;
-  const Element relationships(to, "AttributeRelationships");
-  for (std::size_t i = 1; i < dimension.attributes.size(); ++i) {
-    const Element relationship(to, "AttributeRelationship");
-    to.leaf("AttributeID", dimension.attributes[i].id);
-  }
+Plan manyMeasures(std::uint64_t count, const std::string& name = {}) {
+  Plan plan = plainPlan();
+  plan.cubes.push_back({"Many Cube", "Many", {addGroup(plan.area, count, name)}, false, ""});
+  return plan;
 }
 
-/// A dimension without anything that nobody reads. When `spread`, each attribute is over a table of its own.
-void writePlainDimension(XmlWriter& to, const Area& area, const Dimension& dimension, bool spread) {
-  const Element element(to, "Dimension");
-  to.leaf("ID", dimension.id);
-  to.leaf("Name", dimension.name);
-  {
-    const Element source(to, "Source", R"( xsi:type="DataSourceViewBinding")");
-    to.leaf("DataSourceViewID", area.viewId);
-  }
-  {
-    const Element attributes(to, "Attributes");
-    for (std::size_t i = 0; i < dimension.attributes.size(); ++i)
-      writePlainAttribute(to, dimension, i, area.tables[spread ? i : dimension.table]);
-  }
-  if (dimension.hierarchies.empty()) return;
-  const Element hierarchies(to, "Hierarchies");
-  const Element hierarchy(to, "Hierarchy");
-  to.leaf("Name", dimension.hierarchies[0].name);
-  const Element levels(to, "Levels");
-  for (const std::size_t level : dimension.hierarchies[0].levels) {
-    const Element one(to, "Level");
-    to.leaf("Name", dimension.attributes[level].name);
-    to.leaf("SourceAttributeID", dimension.attributes[level].id);
-  }
-}
-
-/// The cube of `references`: a few measures and members that each name ten of them.
-void writeReferences(XmlWriter& to, const Area& area, std::uint64_t count) {
+/// A few measures and members that each name ten of them.
+Plan manyReferences(std::uint64_t count) {
+  Plan plan = manyMeasures(std::max<std::uint64_t>(1, count / kReferencesOfMember));
+  PlainCube& cube = plan.cubes.front();
   Random random(1);
-  std::string script = "CALCULATE;\n\n";
+  cube.script = "CALCULATE;\n\n";
   for (std::uint64_t i = 0; i < count; i += kReferencesOfMember) {
-    script += "CREATE MEMBER CURRENTCUBE.[Measures].[R" + std::to_string(i / kReferencesOfMember) + "]\n AS ";
+    cube.script += label("CREATE MEMBER CURRENTCUBE.[Measures].[R", i / kReferencesOfMember) + "]\n AS ";
     for (std::uint64_t j = i; j < std::min(i + kReferencesOfMember, count); ++j)
-      script +=
-          (j > i ? " + [Measures].[" : "[Measures].[") + random.pick(area.groups[0].measures).name + "]";
-    script += ",\nFORMAT_STRING = \"0\" ;\n\n";
+      cube.script +=
+          (j > i ? " + [Measures].[" : "[Measures].[") + random.pick(cube.groups[0].measures).name + "]";
+    cube.script += ",\nFORMAT_STRING = \"0\" ;\n\n";
   }
-  const Element scripts(to, "MdxScripts");
-  const Element one(to, "MdxScript");
-  const Element commands(to, "Commands");
-  const Element command(to, "Command");
-  to.leaf("Text", script);
+  return plan;
 }
 
-void writeGroups(XmlWriter& to, const Area& area) {
-  const Element groups(to, "MeasureGroups");
-  for (const MeasureGroup& group : area.groups) {
-    const Table& table = area.tables[group.table];
-    const Element element(to, "MeasureGroup");
-    to.leaf("ID", group.id);
-    to.leaf("Name", group.name);
-    const Element measures(to, "Measures");
-    for (const Measure& measure : group.measures) {
-      const Element one(to, "Measure");
-      to.leaf("ID", measure.id);
-      to.leaf("Name", measure.name);
-      writeBinding(to, "Source", table, measure.column);
-    }
+Plan manyCubes(std::uint64_t count) {
+  Plan plan{planArea(1, 0, kScriptScale), {}, false};
+  Area seen = plan.area;  // what the script of one cube may name
+  for (std::uint64_t i = 0; i < count; ++i) {
+    Random random(i);
+    seen.groups = {addGroup(plan.area, kMeasuresOfCube)};
+    plan.cubes.push_back(
+        {label("C", i), label("Cube ", i), seen.groups, true, scriptText(seen, random, kMembersOfCube)});
   }
+  return plan;
 }
 
-void writeManyCube(XmlWriter& to, const Area& area, std::uint64_t references) {
-  const Element cubes(to, "Cubes");
-  const Element cube(to, "Cube");
-  to.leaf("ID", area.cubeId);
-  to.leaf("Name", area.name);
-  writeGroups(to, area);
-  {
-    const Element source(to, "Source");
-    to.leaf("DataSourceViewID", area.viewId);
-  }
-  if (references) writeReferences(to, area, references);
+Plan longScript(std::uint64_t bytes) {
+  Plan plan{planArea(1, 0, kScriptScale), {}, false};
+  for (MeasureGroup& group : plan.area.groups)
+    for (Measure& measure : group.measures)
+      if (measure.column == Attribute::kNone) measure.column = 0;
+  Random random(1);
+  plan.cubes.push_back({"Many Cube", "Many", plan.area.groups, true, scriptOfSize(plan.area, random, bytes)});
+  return plan;
 }
 
-Area planMany(std::string_view kind, std::uint64_t count) {
+Plan planMany(std::string_view kind, std::uint64_t count) {
   if (kind == "equal-names") return equalNames(count);
   if (kind == "attributes") return manyAttributes(count);
   if (kind == "tables") return manyTables(count);
   if (kind == "measures") return manyMeasures(count);
-  if (kind == "references") return manyMeasures(std::max<std::uint64_t>(1, count / kReferencesOfMember));
+  if (kind == "equal-measures") return manyMeasures(count, "Sales");
+  if (kind == "references") return manyReferences(count);
+  if (kind == "cubes") return manyCubes(count);
+  if (kind == "script") return longScript(count);
   throw std::invalid_argument("no kind of definition is called " + std::string(kind));
 }
 
 }  // namespace
 
 void writeMany(std::ostream& out, std::string_view kind, std::uint64_t count) {
-  const Area area = planMany(kind, count);
+  const Plan plan = planMany(kind, count);
+  const Area& area = plan.area;
   Random random(1);
   XmlWriter to(&out);
   const Element database(to, "Database", rootNamespaces());
@@ -211,10 +180,12 @@ void writeMany(std::ostream& out, std::string_view kind, std::uint64_t count) {
   to.leaf("Name", "Many");
   {
     const Element dimensions(to, "Dimensions");
-    for (const Dimension& dimension : area.dimensions)
-      writePlainDimension(to, area, dimension, kind == "tables");
+    for (const Dimension& dimension : area.dimensions) writePlainDimension(to, area, dimension, plan.spread);
   }
-  if (!area.groups.empty()) writeManyCube(to, area, kind == "references" ? count : 0);
+  if (!plan.cubes.empty()) {
+    const Element cubes(to, "Cubes");
+    for (const PlainCube& cube : plan.cubes) writePlainCube(to, area, cube);
+  }
   {
     const Element sources(to, "DataSources");
     writeDataSource(to, area);
