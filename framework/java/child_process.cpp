@@ -24,7 +24,7 @@ constexpr int kLookMilliseconds = 100;
 constexpr std::string_view kLocale = "LC_ALL=";
 
 [[noreturn]] void failToRun(const std::string& program, int error) {
-  fail("TAVJAVA_F0001", program + ": " + std::generic_category().message(error));
+  fail("TAVJAVA_F0001", "Unable to run '" + program + "': " + std::generic_category().message(error));
 }
 
 struct Pipe {

@@ -39,7 +39,7 @@ struct ProcessEnd {
 class ChildProcess {
  public:
   /// Starts the executable file `program`, without a shell: every argument reaches it as it is. Its standard
-  /// input is empty, its locale is C.UTF-8. Throws a TAVException "[TAVJAVA_F0001] program: cause".
+  /// input is empty, its locale is C.UTF-8. Throws a TAVException "[TAVJAVA_F0001] ...".
   ChildProcess(const std::string& program, const std::vector<std::string>& arguments);
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;

@@ -6,10 +6,12 @@ namespace tav {
 namespace {
 
 constexpr const char* kOtherOutput = "TAVJAVA_I0008";
-constexpr std::size_t kKeptHead = 2048;
+constexpr std::size_t kKeptHead = 4096;
+constexpr std::size_t kLongestSummary = 500;
 constexpr std::size_t kKeptTail = std::size_t{16} << 10;
 constexpr std::string_view kBlanks = " \t\r";
 constexpr std::string_view kCut = " ...";
+constexpr std::string_view kIdentifierCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
 
 TAVLogEvent eventOf(std::string_view line) {
   const std::size_t first = line.find('\t');
@@ -33,7 +35,8 @@ template <class Visit> void forEachLine(std::string_view text, Visit visit) {
 
 bool isFailure(std::string_view line) {
   const std::size_t close = line.find("] ");
-  return line.starts_with('[') && close != line.npos && close > 1 && line.find_first_of(kBlanks) == close + 1;
+  return line.starts_with('[') && close != line.npos && close > 1 &&
+         line.find_first_not_of(kIdentifierCharacters, 1) == close;
 }
 
 }  // namespace
@@ -63,21 +66,14 @@ void MessageLines::finish() {
 }
 
 void ErrorText::add(std::string_view bytes) {
-  const std::size_t room = std::min(bytes.size(), kKeptHead - head_.size());
-  head_ += bytes.substr(0, room);
-  tail_ += bytes.substr(room);
-  if (tail_.size() <= 2 * kKeptTail) return;  // cutting off in larger pieces makes the whole linear
-  tail_.erase(0, tail_.size() - kKeptTail);
-  gap_ = true;
-}
-
-std::string ErrorText::text() const {
-  return gap_ ? head_ + std::string(kCut) + "\n" + tail_ : head_ + tail_;
+  head_ += bytes.substr(0, kKeptHead - head_.size());
+  tail_ += bytes;
+  if (tail_.size() > 2 * kKeptTail) tail_.erase(0, tail_.size() - kKeptTail);
 }
 
 std::string ErrorText::failure() const {
   std::string found;
-  forEachLine(text(), [&found](std::string_view line) {
+  forEachLine(tail_, [&found](std::string_view line) {
     if (isFailure(line)) found = line;
   });
   return found;
@@ -85,12 +81,12 @@ std::string ErrorText::failure() const {
 
 std::string ErrorText::summary() const {
   std::string shown;
-  forEachLine(text(), [&shown](std::string_view line) {
+  forEachLine(head_, [&shown](std::string_view line) {
     if (line.starts_with("\tat ") || line.find_first_not_of(kBlanks) == line.npos) return;
     shown += (shown.empty() ? "" : "; ") + std::string(line);
   });
-  constexpr std::size_t kLongest = 4000;
-  if (shown.size() > kLongest) shown = shown.substr(0, kLongest) + std::string(kCut);
+  if (shown.size() > kLongestSummary || head_.size() == kKeptHead)
+    shown = shown.substr(0, kLongestSummary) + std::string(kCut);
   return shown;
 }
 

@@ -37,15 +37,12 @@ class ErrorText {
   /// The last line that reads "[identifier] text", which is the importer's own failure; empty when there is
   /// none.
   [[nodiscard]] std::string failure() const;
-  /// All of it as one line, without the frames of Java's stack traces; empty when nothing was said.
+  /// Its beginning as one line, without the frames of Java's stack traces; empty when nothing was said.
   [[nodiscard]] std::string summary() const;
 
  private:
-  [[nodiscard]] std::string text() const;
-
   std::string head_;
   std::string tail_;
-  bool gap_ = false;
 };
 
 }  // namespace tav
