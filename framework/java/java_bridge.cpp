@@ -28,7 +28,8 @@ std::string said(const tav::ErrorText& errors) {
 
 }  // namespace
 
-TAVJavaBridge::TAVJavaBridge(TAVString mainClass, TAVString classPath, TAVLog* log, int javaVersion)
+TAVJavaBridge::TAVJavaBridge(TAVString mainClass, TAVString classPath, TAVLog* log,
+                             TAVJavaExe::JavaVersion javaVersion)
     : mainClass_(std::move(mainClass)),
       classPath_(std::move(classPath)),
       log_(log),

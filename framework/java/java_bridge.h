@@ -22,7 +22,7 @@ class TAV_API TAVJavaBridge {
  public:
   /// `classPath` is what appendClassPathElement() made; `log` must outlive the bridge and may be null; Java
   /// is at least of version `javaVersion`.
-  TAVJavaBridge(TAVString mainClass, TAVString classPath, TAVLog* log, int javaVersion);
+  TAVJavaBridge(TAVString mainClass, TAVString classPath, TAVLog* log, TAVJavaExe::JavaVersion javaVersion);
 
   /// Runs the importer to its end, its messages going to the log as they come. The origin may be null and has
   /// no meaning: importers write their own. Throws a TAVException when the class path is empty, when there is
@@ -34,5 +34,5 @@ class TAV_API TAVJavaBridge {
   TAVString mainClass_;
   TAVString classPath_;
   TAVLog* log_;
-  int javaVersion_;
+  TAVJavaExe::JavaVersion javaVersion_;
 };

@@ -100,7 +100,7 @@ std::string faultOf(const std::string& java, int leastVersion) {
 
 }  // namespace
 
-TAVString TAVJavaExe::find(int leastVersion) {
+TAVString TAVJavaExe::find(JavaVersion leastVersion) {
   if (const std::string set = variable(kSetting); !set.empty()) {
     if (!isExecutable(set)) failToFind(leastVersion, "'" + set + "' is no program");
     if (const std::string fault = faultOf(set, leastVersion); !fault.empty()) failToFind(leastVersion, fault);
