@@ -13,11 +13,6 @@ install(TARGETS xmla-bridge RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # Folders without a header would be made all the same.
 install(DIRECTORY framework DESTINATION include/xmla-bridge
         FILES_MATCHING PATTERN "*.h" PATTERN framework/java/importer EXCLUDE)
-if(EXISTS ${PROJECT_SOURCE_DIR}/framework/java/importer/CMakeLists.txt)
-  # The importer of tabular definitions, and the archives that its manifest names.
-  install(DIRECTORY ${PROJECT_BINARY_DIR}/share/xmla-bridge/java DESTINATION ${CMAKE_INSTALL_DATADIR}/xmla-bridge
-          FILES_MATCHING PATTERN "*.jar")
-endif()
 install(EXPORT xmlaBridgeTargets NAMESPACE xmlaBridge:: DESTINATION ${package_folder})
 configure_package_config_file(
   ${CMAKE_CURRENT_LIST_DIR}/xmlaBridgeConfig.cmake.in ${PROJECT_BINARY_DIR}/xmlaBridgeConfig.cmake
