@@ -76,7 +76,7 @@ final class JsonReader {
   private static void addTo(Json parent, ArrayDeque<String> names, Json value) {
     if (parent.kind == Json.Kind.OBJECT) {
       String name = names.pop();
-      if (STAMPS.contains(name)) return;
+      if (STAMPS.contains(name) && value.values == null) return;
       parent.names.add(name);
     }
     parent.values.add(value);
