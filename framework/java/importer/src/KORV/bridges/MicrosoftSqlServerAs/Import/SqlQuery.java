@@ -26,8 +26,8 @@ final class SqlQuery {
   private static final Set<String> OPERATORS =
       Set.of("case", "when", "then", "else", "end", "and", "or", "not", "null", "is", "in", "like", "between", "as", "over",
           "partition", "by", "order", "asc", "desc", "rows", "range", "unbounded", "preceding", "following", "current",
-          "row", "exists", "all", "any", "some", "distinct", "escape", "at", "time", "zone", "within", "group", "true",
-          "false", "interval", "from", "top", "percent", "select", "where", "with", "ties");
+          "row", "exists", "all", "any", "some", "distinct", "escape", "within", "group", "true",
+          "false", "from", "top", "percent", "select", "where", "with", "ties");
   /** Functions whose first argument is a date part or a type. */
   private static final Set<String> WORD_FIRST =
       Set.of("datepart", "datename", "dateadd", "datediff", "datediff_big", "datetrunc", "convert", "try_convert", "extract");
@@ -217,6 +217,8 @@ final class SqlQuery {
         i = close;
       } else if (token.isWord("COLLATE")) {
         ++i;
+      } else if (token.isWord("AT") && tokens.get(i + 1).isWord("TIME")) {
+        i += 2;
       } else if (token.isWord("AS")) {
         i = skipType(i + 1);
       } else if (token.isName() && !isOperator(token)) {
@@ -341,6 +343,7 @@ final class SqlQuery {
 
   /** The place behind a token, or behind all that a parenthesis opens. */
   private int after(int i, int end) {
+    if (i >= end) return i + 1;
     return tokens.get(i).isSign('(') ? Math.min(closing(i, end), end - 1) + 1 : i + 1;
   }
 
