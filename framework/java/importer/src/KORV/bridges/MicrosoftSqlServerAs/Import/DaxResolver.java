@@ -62,6 +62,15 @@ final class DaxResolver {
     return found == null ? null : found.columns.get(Names.fold(column));
   }
 
+  ModelObject findColumn(Table table, String column) {
+    return table.columns.get(Names.fold(column));
+  }
+
+  /** The column that an expression takes over from one of the tables that it names. */
+  ModelObject findTaken(DaxExpression expression, String name) {
+    return expression.makesColumn(name) ? null : findInUsedTables(expression, name);
+  }
+
   /** `home` is the table that the expression belongs to, `rows` whether its columns are meant first. */
   Lineage resolve(DaxExpression expression, Table home, boolean rows) {
     Lineage lineage = new Lineage();

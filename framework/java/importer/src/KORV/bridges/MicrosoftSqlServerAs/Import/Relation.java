@@ -72,6 +72,17 @@ final class Relation {
     plain = false;
   }
 
+  /** The key of the connection that the rows come through; empty when no table tells it. */
+  String connection() {
+    Relation at = this;
+    while (at.table == null && !at.bases.isEmpty()) at = at.bases.get(0);
+    if (at.table != null) return at.table.connection;
+    for (Output output : at.outputs.values()) {
+      for (Column column : output.sources) return column.table.connection;
+    }
+    return "";
+  }
+
   boolean isPlain() {
     return plain;
   }
