@@ -137,6 +137,8 @@ final class CubeImport {
     ModelObject measure = new ModelObject("TAVMeasure", part).set("nativeType", "KPI " + part).set("expression", expression);
     measure.refer("type", catalog.type(""));
     kpi.addFeature(measure);
+    // The server keeps a KPI's parts as hidden measures, and expressions may name them.
+    tables.resolver.addMeasure("_" + kpi.name() + " " + part, measure);
     addComputed(table, measure, kpi.name() + " " + part);
   }
 
