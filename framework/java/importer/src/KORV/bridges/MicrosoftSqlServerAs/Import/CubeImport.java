@@ -57,7 +57,7 @@ final class CubeImport {
 
   private void addAlias(TableImport.Made table) {
     ModelObject dimension = table.dimension();
-    String description = dimension.attributes.get("description");
+    String description = dimension.get("description");
     ModelObject association = new ModelObject("TAVCubeDimensionAssociation", dimension.name());
     association.set("description", description).set("physicalName", table.dimension().name());
     association.refer("dimension", dimension);
@@ -67,7 +67,7 @@ final class CubeImport {
     aliases.add(cubePackage.addUnique(ModelObject.Role.namespaceElements, alias));
     for (ModelObject attribute : dimension.parts(ModelObject.Role.features)) {
       ModelObject feature = new ModelObject("TAVAliasFeature", attribute.name());
-      feature.set("description", attribute.attributes.get("description"));
+      feature.set("description", attribute.get("description"));
       alias.addUnique(ModelObject.Role.features, feature);
       maps.link(feature, "", List.of(attribute));
     }
@@ -106,7 +106,7 @@ final class CubeImport {
   /** The cube's own copy stands for the measure in the cube. */
   private void addComputed(TableImport.Made table, ModelObject measure, String nameInCube) {
     ModelObject copy = new ModelObject("TAVMeasure", nameInCube);
-    for (String attribute : List.of("description", "nativeType", "hidden")) copy.set(attribute, measure.attributes.get(attribute));
+    for (String attribute : List.of("description", "nativeType", "hidden")) copy.set(attribute, measure.get(attribute));
     copy.refer("type", measure.references().get("type"));
     cube.addFeature(copy);
     computed.add(new Computed(table, measure, copy));
@@ -144,7 +144,7 @@ final class CubeImport {
 
   void resolveExpressions() {
     for (Computed one : computed) {
-      String text = one.measure.attributes.getOrDefault("expression", "");
+      String text = one.measure.get("expression") == null ? "" : one.measure.get("expression");
       DaxExpression expression = new DaxExpression(text);
       DaxResolver.Lineage lineage = tables.resolver.resolve(expression, one.table.names(), false);
       tables.report(expression, lineage, one.measure);

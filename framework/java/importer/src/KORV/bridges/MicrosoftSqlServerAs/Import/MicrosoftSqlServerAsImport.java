@@ -51,6 +51,8 @@ public final class MicrosoftSqlServerAsImport {
       return failure.describe(input);
     } catch (IOException failure) {
       return new ImportException(ImportException.FILE, 0, 0, reason(failure)).describe(input);
+    } catch (RuntimeException | StackOverflowError failure) {
+      return new ImportException(ImportException.FILE, 0, 0, "the importer failed: " + failure).describe(input);
     } catch (OutOfMemoryError failure) {
       return new ImportException(ImportException.FILE, 0, 0, "the definition does not fit into Java's memory (option -Xmx)")
           .describe(input);

@@ -13,11 +13,15 @@ final class ModelObject {
   enum Role {
     propertyValues, synonyms, metadataOrigins, storeConnections, types, propertyTypes, dataPackages, designPackages,
     namespaceElements, features, classifierMaps, hierarchies, levels, levelKeys, hierarchyLevelAssociations,
-    cubeDimensionAssociations, featureMaps
+    cubeDimensionAssociations, featureMaps;
+
+    /** All of them; values() would copy. */
+    static final List<Role> ALL = List.of(values());
   }
 
   final String className;
-  final Map<String, String> attributes = new LinkedHashMap<>(6);
+  /** Names and values by turns: an object has few, and there are many objects. */
+  private final ArrayList<String> attributes = new ArrayList<>(8);
   private Map<String, List<ModelObject>> references;
   private List<List<ModelObject>> parts;
   private Map<String, Integer> nextNumbers;
@@ -32,15 +36,35 @@ final class ModelObject {
   }
 
   String name() {
-    return attributes.getOrDefault("name", "");
+    String name = get("name");
+    return name == null ? "" : name;
+  }
+
+  /** An attribute, null when it has its default. */
+  String get(String attribute) {
+    for (int i = 0; i < attributes.size(); i += 2) {
+      if (attributes.get(i).equals(attribute)) return attributes.get(i + 1);
+    }
+    return null;
+  }
+
+  /** Names and values by turns. */
+  List<String> attributes() {
+    return attributes;
   }
 
   /** Sets an attribute; the empty text is the default and is left out. */
   ModelObject set(String attribute, String value) {
+    int i = 0;
+    while (i < attributes.size() && !attributes.get(i).equals(attribute)) i += 2;
+    boolean known = i < attributes.size();
     if (value == null || value.isEmpty()) {
-      attributes.remove(attribute);
+      if (known) attributes.subList(i, i + 2).clear();
+    } else if (known) {
+      attributes.set(i + 1, value);
     } else {
-      attributes.put(attribute, value);
+      attributes.add(attribute);
+      attributes.add(value);
     }
     return this;
   }

@@ -30,7 +30,7 @@ final class ModelWriter {
   /** Gives numbers in document order; the depth of a model does not depend on its input. */
   private static int number(ModelObject object, int last) {
     object.id = ++last;
-    for (ModelObject.Role role : ModelObject.Role.values()) {
+    for (ModelObject.Role role : ModelObject.Role.ALL) {
       for (ModelObject part : object.parts(role)) last = number(part, last);
     }
     return last;
@@ -39,14 +39,15 @@ final class ModelWriter {
   private void writeObject(ModelObject object, int depth) throws IOException {
     indent(depth);
     out.write("<" + object.className + " id=\"" + object.id + "\"");
-    for (Map.Entry<String, String> attribute : object.attributes.entrySet()) {
-      out.write(" " + attribute.getKey() + "=\"");
-      writeText(attribute.getValue());
+    List<String> attributes = object.attributes();
+    for (int i = 0; i < attributes.size(); i += 2) {
+      out.write(" " + attributes.get(i) + "=\"");
+      writeText(attributes.get(i + 1));
       out.write("\"");
     }
     for (Map.Entry<String, List<ModelObject>> reference : object.references().entrySet()) writeReference(reference);
     boolean open = false;
-    for (ModelObject.Role role : ModelObject.Role.values()) {
+    for (ModelObject.Role role : ModelObject.Role.ALL) {
       List<ModelObject> parts = object.parts(role);
       if (parts.isEmpty()) continue;
       if (!open) out.write(">\n");

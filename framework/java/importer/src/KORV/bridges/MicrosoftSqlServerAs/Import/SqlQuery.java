@@ -67,6 +67,7 @@ final class SqlQuery {
       parts.add(part);
       start = tokens.get(i + 1).isWord("ALL") ? i + 2 : i + 1;
     }
+    if (parts.isEmpty()) return null;
     return parts.size() == 1 ? parts.get(0) : combine(parts);
   }
 

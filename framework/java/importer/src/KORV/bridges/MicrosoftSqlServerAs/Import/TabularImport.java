@@ -109,7 +109,7 @@ final class TabularImport {
 
   private void addCubeSchema(CubeImport cube) {
     ModelObject schema = new ModelObject("TAVOlapSchema", cube.cube().name());
-    schema.set("description", cube.cube().attributes.get("description")).set("nativeType", "Cube");
+    schema.set("description", cube.cube().get("description")).set("nativeType", "Cube");
     List<ModelObject> elements = new ArrayList<>(cube.aliases());
     elements.add(cube.cube());
     schema.refer("importedNamespaceElements", elements);
