@@ -109,6 +109,10 @@ void Descriptor::reset(int number) noexcept {
   number_ = number;
 }
 
+int Descriptor::release() noexcept {
+  return std::exchange(number_, -1);
+}
+
 ChildProcess::ChildProcess(const std::string& program, const std::vector<std::string>& arguments) {
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
@@ -120,7 +124,7 @@ void ChildProcess::start(const std::string& program, char* const* arguments, cha
   Pipe output, errors, report;
   for (Pipe* pipe : {&output, &errors, &report}) open(*pipe, program);
   Descriptor input(::open("/dev/null", O_RDONLY | O_CLOEXEC));
-  // Where standard input is closed here, this is 0 and would be closed again in the child.
+  // Where standard input is closed here, this is 0, and closing it on exec would undo its own dup2.
   if (input.get() >= 0 && input.get() <= STDERR_FILENO)
     input.reset(fcntl(input.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
   if (input.get() < 0) failToRun(program, errno);
@@ -143,8 +147,8 @@ void ChildProcess::start(const std::string& program, char* const* arguments, cha
     collect();
     failToRun(program, error);
   }
-  output_.reset(fcntl(output.from.get(), F_DUPFD_CLOEXEC, 0));
-  errors_.reset(fcntl(errors.from.get(), F_DUPFD_CLOEXEC, 0));
+  output_.reset(output.from.release());
+  errors_.reset(errors.from.release());
 }
 
 ChildProcess::~ChildProcess() {

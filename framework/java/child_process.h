@@ -23,6 +23,8 @@ class Descriptor {
   [[nodiscard]] int get() const noexcept { return number_; }
   void close() noexcept;
   void reset(int number) noexcept;
+  /// Gives the descriptor to the caller.
+  [[nodiscard]] int release() noexcept;
 
  private:
   int number_ = -1;
