@@ -158,7 +158,7 @@ TAVFeature* cScriptParser::findMeasure(const TAVString& name) const {
 }
 
 void cScriptParser::linkSource(TAVFeature& feature) {
-  if (currentMap_->sourceFeatures.contains(feature)) return;
+  if (!currentMap_ || currentMap_->sourceFeatures.contains(feature)) return;
   currentMap_->addSourceFeature(feature);
   TAVClassifierMap* map = currentMap_->classifierMap.get();
   TAVClassifier* owner = feature.classifier.get();
