@@ -70,7 +70,8 @@ TEST(TabularDefinition, DeepTextsInADefinitionEndInAModel) {
                       {"measures", json::array({{{"name", piece}, {"expression", deep}}})},
                       {"partitions", sources}});
   }
-  const ImporterRun run = tav::test::importText(json{{"name", "Deep"}, {"model", {{"tables", tables}}}}.dump());
+  const ImporterRun run =
+      tav::test::importText(json{{"name", "Deep"}, {"model", {{"tables", tables}}}}.dump());
   EXPECT_EQ(run.exitCode, 0) << run.errors;
 }
 
@@ -82,7 +83,8 @@ TEST(TabularDefinition, TenThousandTablesEachWithAMeasureOverTheLast) {
     json source = {{"query", "SELECT * FROM dbo.T" + number}, {"dataSource", "D"}};
     tables.push_back({{"name", "T" + number},
                       {"columns", json::array({{{"name", "c"}, {"sourceColumn", "c"}}})},
-                      {"measures", json::array({{{"name", "M" + number}, {"expression", "SUM(T" + number + "[c]) + " + before}}})},
+                      {"measures", json::array({{{"name", "M" + number},
+                                                 {"expression", "SUM(T" + number + "[c]) + " + before}}})},
                       {"partitions", json::array({{{"source", source}}})}});
   }
   json model = {{"dataSources", json::array({{{"name", "D"}}})}, {"tables", tables}};
@@ -90,8 +92,9 @@ TEST(TabularDefinition, TenThousandTablesEachWithAMeasureOverTheLast) {
   ASSERT_EQ(run.exitCode, 0) << run.errors;
   EXPECT_EQ(run.messages, "");
   const tav::test::Sources sources = tav::test::sourcesOf(*run.model);
-  EXPECT_EQ(sources.at("/Cubes/Model/Calculated Measures/T9999/M9999"),
-            (std::vector<std::string>{"/Dimensions/T9999/c", "/Cubes/Model/Calculated Measures/T9998/M9998"}));
+  EXPECT_EQ(
+      sources.at("/Cubes/Model/Calculated Measures/T9999/M9999"),
+      (std::vector<std::string>{"/Dimensions/T9999/c", "/Cubes/Model/Calculated Measures/T9998/M9998"}));
 }
 
 TEST(TabularDefinition, AMissingFileIsOneLine) {

@@ -87,9 +87,10 @@ ImporterRun runImporter(const std::string& path) {
   const std::string errors = folder.path() / "errors";
   const std::string options = folder.write("options", optionLine(path));
   ImporterRun run;
-  run.exitCode = runProgram({JAVA_PROGRAM, "-cp", JAVA_FOLDER "/MicrosoftSqlServerAs.jar",
-                             "KORV.bridges.MicrosoftSqlServerAs.Import.MicrosoftSqlServerAsImport", options, target},
-                            out, errors);
+  run.exitCode =
+      runProgram({JAVA_PROGRAM, "-cp", JAVA_FOLDER "/MicrosoftSqlServerAs.jar",
+                  "KORV.bridges.MicrosoftSqlServerAs.Import.MicrosoftSqlServerAsImport", options, target},
+                 out, errors);
   run.messages = withoutStatus(readFile(out));
   run.errors = readFile(errors);
   const std::string place = std::filesystem::path(path).parent_path().string() + "/";

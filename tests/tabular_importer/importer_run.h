@@ -14,8 +14,8 @@ namespace tav::test {
 
 struct ImporterRun {
   int exitCode = -1;
-  std::string messages;  ///< standard output but for its STATUS lines, a tab showing as a blank
-  std::string errors;    ///< standard error, the folder of the input left out
+  std::string messages;   ///< standard output but for its STATUS lines, a tab showing as a blank
+  std::string errors;     ///< standard error, the folder of the input left out
   Owned<TAVModel> model;  ///< null when the importer failed
 };
 

@@ -1,5 +1,5 @@
-// What the names in DAX expressions, SQL queries and M queries lead to. All cases of a corpus are one model, so
-// that Java starts once: a case is a measure or column, or a table with the partition that the case shows.
+// What the names in DAX expressions, SQL queries and M queries lead to. All cases of a corpus are one model,
+// so that Java starts once: a case is a measure or column, or a table with the partition that the case shows.
 
 #include <gtest/gtest.h>
 
@@ -42,8 +42,11 @@ json daxModel(const std::vector<CorpusCase>& cases, bool columns) {
     if (columns) computed["type"] = "calculated";
     tables[0][columns ? "columns" : "measures"].push_back(computed);
   }
-  json functions = json::array({{{"name", "Local.Margin"}, {"expression", "( t : TABLEREF ) => SUM(Sales[Cost]) + [Total]"}}});
-  return {{"name", "DAX"}, {"compatibilityLevel", 1702}, {"model", {{"tables", tables}, {"functions", functions}}}};
+  json functions = json::array(
+      {{{"name", "Local.Margin"}, {"expression", "( t : TABLEREF ) => SUM(Sales[Cost]) + [Total]"}}});
+  return {{"name", "DAX"},
+          {"compatibilityLevel", 1702},
+          {"model", {{"tables", tables}, {"functions", functions}}}};
 }
 
 /// What a case comes to: a line for each source, then the warnings about it.
@@ -88,8 +91,9 @@ json queryModel(const std::vector<CorpusCase>& cases, const std::string& type) {
                       {"columns", columns},
                       {"partitions", json::array({{{"name", "p"}, {"source", source}}})}});
   }
-  json shared = json::array({{{"name", "Server"}, {"expression", "\"db.example\" meta [IsParameterQuery=true]"}},
-                             {{"name", "Base"}, {"expression", "DW{[Schema=\"dbo\",Item=\"Base\"]}[Data]"}}});
+  json shared =
+      json::array({{{"name", "Server"}, {"expression", "\"db.example\" meta [IsParameterQuery=true]"}},
+                   {{"name", "Base"}, {"expression", "DW{[Schema=\"dbo\",Item=\"Base\"]}[Data]"}}});
   json dataSources = json::array({{{"name", "DW"}, {"connectionString", "Data Source=dw.example"}}});
   return {{"name", "Queries"},
           {"model", {{"dataSources", dataSources}, {"tables", tables}, {"expressions", shared}}}};
@@ -127,9 +131,17 @@ void checkQueries(const std::string& file, const std::string& type) {
   tav::test::checkCorpus(file, [&](const std::string& input) { return results[input]; });
 }
 
-TEST(TabularLineage, MeasuresLeadToWhatTheyName) { checkDax("tabular_importer/measures.txt", false); }
-TEST(TabularLineage, CalculatedColumnsMeanTheirOwnTableFirst) { checkDax("tabular_importer/columns.txt", true); }
-TEST(TabularLineage, SqlLeadsToTables) { checkQueries("tabular_importer/sql.txt", "query"); }
-TEST(TabularLineage, MLeadsToTables) { checkQueries("tabular_importer/m.txt", "m"); }
+TEST(TabularLineage, MeasuresLeadToWhatTheyName) {
+  checkDax("tabular_importer/measures.txt", false);
+}
+TEST(TabularLineage, CalculatedColumnsMeanTheirOwnTableFirst) {
+  checkDax("tabular_importer/columns.txt", true);
+}
+TEST(TabularLineage, SqlLeadsToTables) {
+  checkQueries("tabular_importer/sql.txt", "query");
+}
+TEST(TabularLineage, MLeadsToTables) {
+  checkQueries("tabular_importer/m.txt", "m");
+}
 
 }  // namespace

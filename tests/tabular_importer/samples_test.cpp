@@ -45,9 +45,10 @@ TEST(TabularSamples, EveryReferenceOfOneModelIsTheOneReadByHand) {
   ASSERT_EQ(run.exitCode, 0) << run.errors;
   const Sources sources = tav::test::sourcesOf(*run.model);
   std::string text;
-  for (const char* folder : {"/Cubes/Model/Calculated Measures/", "/Cubes/Model/KPIs/"}) text += listSources(sources, folder);
-  for (const char* column : {"FactInternetSales/Margin", "DimProduct/ProductCategoryName", "DimProduct/ProductSubCategoryName",
-                             "DimCustomer/CustomerKey"})
+  for (const char* folder : {"/Cubes/Model/Calculated Measures/", "/Cubes/Model/KPIs/"})
+    text += listSources(sources, folder);
+  for (const char* column : {"FactInternetSales/Margin", "DimProduct/ProductCategoryName",
+                             "DimProduct/ProductSubCategoryName", "DimCustomer/CustomerKey"})
     text += listSources(sources, std::string("/Dimensions/") + column);
   EXPECT_EQ(text, tav::test::readFile(tav::test::testFile("tabular_importer/aw-internet-sales.txt")));
 }

@@ -42,8 +42,8 @@ public final class MicrosoftSqlServerAsImport {
     String input = optionFile;
     try {
       input = readInputPath(optionFile);
-      Json root = JsonReader.read(Path.of(input));
-      ModelObject model = new TabularImport(messages, input).importDefinition(root);
+      // Nothing here holds on to the definition, so that its memory is free while the model is written.
+      ModelObject model = new TabularImport(messages, input).importDefinition(JsonReader.read(Path.of(input)));
       input = target.toString();
       ModelWriter.write(model, target);
       return null;
