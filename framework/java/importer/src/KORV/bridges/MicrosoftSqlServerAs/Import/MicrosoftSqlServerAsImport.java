@@ -32,7 +32,6 @@ public final class MicrosoftSqlServerAsImport {
         new BufferedOutputStream(new FileOutputStream(FileDescriptor.out)), false, StandardCharsets.UTF_8);
     MessageOutput messages = new MessageOutput(output);
     String failure = run(arguments[0], Path.of(arguments[1]), messages);
-    messages.flush();
     if (failure == null) return;
     errors.println(failure);
     System.exit(1);
