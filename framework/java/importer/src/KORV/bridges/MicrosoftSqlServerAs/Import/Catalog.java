@@ -7,16 +7,14 @@ import java.util.Set;
 /** The types and user properties of a model, each made once. */
 final class Catalog {
   /** Element type codes of the classes that carry user properties. */
-  private static final Map<String, Integer> CODES =
-      Map.ofEntries(
-          Map.entry("TAVStoreModel", 7), Map.entry("TAVStoreConnection", 216), Map.entry("TAVCube", 85),
-          Map.entry("TAVDimension", 87), Map.entry("TAVLevel", 86), Map.entry("TAVSynonym", 21),
-          Map.entry("TAVMeasure", 97), Map.entry("TAVDimensionAttribute", 95), Map.entry("TAVHierarchy", 89));
+  private static final Map<String, Integer> CODES = Map.ofEntries(Map.entry("TAVStoreModel", 7),
+      Map.entry("TAVStoreConnection", 216), Map.entry("TAVCube", 85), Map.entry("TAVDimension", 87),
+      Map.entry("TAVLevel", 86), Map.entry("TAVSynonym", 21), Map.entry("TAVMeasure", 97),
+      Map.entry("TAVDimensionAttribute", 95), Map.entry("TAVHierarchy", 89));
 
   /** The framework's type names for the data types of a definition. */
-  private static final Map<String, String> TYPES =
-      Map.of("string", "VARCHAR", "int64", "BIGINT", "double", "DOUBLE", "decimal", "DECIMAL", "boolean", "BOOLEAN",
-          "dateTime", "TIMESTAMP", "binary", "VARBINARY");
+  private static final Map<String, String> TYPES = Map.of("string", "VARCHAR", "int64", "BIGINT", "double",
+      "DOUBLE", "decimal", "DECIMAL", "boolean", "BOOLEAN", "dateTime", "TIMESTAMP", "binary", "VARBINARY");
   private static final String UNDEFINED = "undefined";
 
   private final ModelObject model;
@@ -53,7 +51,9 @@ final class Catalog {
     ModelObject type = propertyTypes.get(key);
     if (type == null) {
       type = new ModelObject("TAVPropertyType", name);
-      type.set("elementType", CODES.get(object.className)).set("group", "User").set("dataType", "SQL_VARCHAR");
+      type.set("elementType", CODES.get(object.className))
+          .set("group", "User")
+          .set("dataType", "SQL_VARCHAR");
       propertyTypes.put(key, model.add(ModelObject.Role.propertyTypes, type));
     }
     ModelObject property = new ModelObject("TAVPropertyValue", "").set("value", value);
@@ -67,7 +67,8 @@ final class Catalog {
     for (String name : definition.names) {
       if (!done.add(name)) continue;
       Json value = definition.get(name);
-      boolean lines = value.kind == Json.Kind.ARRAY && value.values.stream().allMatch(line -> line.kind == Json.Kind.STRING);
+      boolean lines = value.kind == Json.Kind.ARRAY
+          && value.values.stream().allMatch(line -> line.kind == Json.Kind.STRING);
       property(object, name, lines ? definition.text(name) : value.display());
     }
   }

@@ -7,11 +7,13 @@ import java.util.Set;
 
 /** The model as a cube: the tables under their names, measures, KPIs and perspectives. */
 final class CubeImport {
-  private static final Set<String> MEASURE_PLACED = Set.of("name", "description", "expression", "isHidden", "dataType", "kpi");
-  private static final Set<String> KPI_PLACED = Set.of("description", "targetExpression", "statusExpression", "trendExpression");
+  private static final Set<String> MEASURE_PLACED =
+      Set.of("name", "description", "expression", "isHidden", "dataType", "kpi");
+  private static final Set<String> KPI_PLACED =
+      Set.of("description", "targetExpression", "statusExpression", "trendExpression");
   private static final Set<String> PERSPECTIVE_PLACED = Set.of("name", "description");
-  private static final Map<String, String> KPI_PARTS =
-      new java.util.TreeMap<>(Map.of("Goal", "targetExpression", "Status", "statusExpression", "Trend", "trendExpression"));
+  private static final Map<String, String> KPI_PARTS = new java.util.TreeMap<>(
+      Map.of("Goal", "targetExpression", "Status", "statusExpression", "Trend", "trendExpression"));
   private static final String MEASURES = "Calculated Measures";
   private static final String KPIS = "KPIs";
 
@@ -27,8 +29,10 @@ final class CubeImport {
   private final List<Computed> computed = new ArrayList<>();
 
   CubeImport(String name, ModelObject folder, TableImport tables, Catalog catalog, LineageMaps maps) {
-    cubePackage = folder.addUnique(ModelObject.Role.namespaceElements, new ModelObject("TAVDesignPackage", name).set("nativeType", "Cube"));
-    cube = cubePackage.addUnique(ModelObject.Role.namespaceElements, new ModelObject("TAVCube", name).set("nativeType", "Cube"));
+    cubePackage = folder.addUnique(ModelObject.Role.namespaceElements,
+        new ModelObject("TAVDesignPackage", name).set("nativeType", "Cube"));
+    cube = cubePackage.addUnique(
+        ModelObject.Role.namespaceElements, new ModelObject("TAVCube", name).set("nativeType", "Cube"));
     this.tables = tables;
     this.catalog = catalog;
     this.maps = maps;
@@ -48,7 +52,8 @@ final class CubeImport {
     addMeasures();
     addKpis();
     for (Json perspective : definition.objects("perspectives")) {
-      ModelObject synonym = new ModelObject("TAVSynonym", perspective.text("name")).set("nativeType", "Perspective");
+      ModelObject synonym =
+          new ModelObject("TAVSynonym", perspective.text("name")).set("nativeType", "Perspective");
       synonym.set("description", perspective.text("description"));
       catalog.keep(synonym, perspective, PERSPECTIVE_PLACED);
       cube.add(ModelObject.Role.synonyms, synonym);
@@ -62,7 +67,8 @@ final class CubeImport {
     association.set("description", description).set("physicalName", table.dimension().name());
     association.refer("dimension", dimension);
     cube.add(ModelObject.Role.cubeDimensionAssociations, association);
-    ModelObject alias = new ModelObject("TAVAliasClassifier", dimension.name()).set("nativeType", "Dimension");
+    ModelObject alias =
+        new ModelObject("TAVAliasClassifier", dimension.name()).set("nativeType", "Dimension");
     alias.set("description", description);
     aliases.add(cubePackage.addUnique(ModelObject.Role.namespaceElements, alias));
     for (ModelObject attribute : dimension.parts(ModelObject.Role.features)) {
@@ -79,21 +85,23 @@ final class CubeImport {
       List<Json> measures = table.definition().objects("measures");
       if (measures.isEmpty()) continue;
       if (folder == null) folder = addFolder(MEASURES);
-      ModelObject group = new ModelObject("TAVDimension", table.dimension().name()).set("nativeType", MEASURES);
+      ModelObject group =
+          new ModelObject("TAVDimension", table.dimension().name()).set("nativeType", MEASURES);
       folder.addUnique(ModelObject.Role.namespaceElements, group);
       for (Json definition : measures) addMeasure(table, definition, group);
     }
   }
 
   private ModelObject addFolder(String name) {
-    return cubePackage.addUnique(
-        ModelObject.Role.namespaceElements, new ModelObject("TAVDesignPackage", name).set("nativeType", name));
+    return cubePackage.addUnique(ModelObject.Role.namespaceElements,
+        new ModelObject("TAVDesignPackage", name).set("nativeType", name));
   }
 
   private void addMeasure(TableImport.Made table, Json definition, ModelObject group) throws ImportException {
     String name = definition.text("name");
     ModelObject measure = new ModelObject("TAVMeasure", name).set("nativeType", "Calculated Measure");
-    measure.set("description", definition.text("description")).set("expression", definition.text("expression"));
+    measure.set("description", definition.text("description"))
+        .set("expression", definition.text("expression"));
     measure.set("hidden", definition.flag("isHidden"));
     measure.refer("type", catalog.type(definition.text("dataType")));
     group.addFeature(measure);
@@ -106,7 +114,8 @@ final class CubeImport {
   /** The cube's own copy stands for the measure in the cube. */
   private void addComputed(TableImport.Made table, ModelObject measure, String nameInCube) {
     ModelObject copy = new ModelObject("TAVMeasure", nameInCube);
-    for (String attribute : List.of("description", "nativeType", "hidden")) copy.set(attribute, measure.get(attribute));
+    for (String attribute : List.of("description", "nativeType", "hidden"))
+      copy.set(attribute, measure.get(attribute));
     copy.refer("type", measure.references().get("type"));
     cube.addFeature(copy);
     computed.add(new Computed(table, measure, copy));
@@ -130,11 +139,13 @@ final class CubeImport {
     folder.addUnique(ModelObject.Role.namespaceElements, kpi);
     catalog.keep(kpi, definition, KPI_PLACED);
     addPart(table, kpi, "Value", "[" + measure.text("name").replace("]", "]]") + "]");
-    for (Map.Entry<String, String> part : KPI_PARTS.entrySet()) addPart(table, kpi, part.getKey(), definition.text(part.getValue()));
+    for (Map.Entry<String, String> part : KPI_PARTS.entrySet())
+      addPart(table, kpi, part.getKey(), definition.text(part.getValue()));
   }
 
   private void addPart(TableImport.Made table, ModelObject kpi, String part, String expression) {
-    ModelObject measure = new ModelObject("TAVMeasure", part).set("nativeType", "KPI " + part).set("expression", expression);
+    ModelObject measure =
+        new ModelObject("TAVMeasure", part).set("nativeType", "KPI " + part).set("expression", expression);
     measure.refer("type", catalog.type(""));
     kpi.addFeature(measure);
     // The server keeps a KPI's parts as hidden measures, and expressions may name them.

@@ -22,8 +22,8 @@ final class DaxExpression {
   record Range(int begin, int end) {}
 
   /** Words that cannot be the table in front of a bracket. */
-  private static final Set<String> KEYWORDS =
-      Set.of("return", "in", "not", "var", "evaluate", "define", "measure", "order", "by", "asc", "desc", "and", "or");
+  private static final Set<String> KEYWORDS = Set.of("return", "in", "not", "var", "evaluate", "define",
+      "measure", "order", "by", "asc", "desc", "and", "or");
 
   final String fault;
   final List<Reference> references = new ArrayList<>();
@@ -84,7 +84,8 @@ final class DaxExpression {
     }
     Set<Reference> found = new LinkedHashSet<>();
     for (Range range : waiting) {
-      for (int i = firstReference(range.begin); i < references.size() && references.get(i).place < range.end; ++i) {
+      for (int i = firstReference(range.begin); i < references.size() && references.get(i).place < range.end;
+           ++i) {
         found.add(references.get(i));
       }
     }
@@ -131,7 +132,8 @@ final class DaxExpression {
     if (!tokens.get(end).isSign('=') || !tokens.get(end + 1).isSign('>')) return;
     for (int i = 1; i < end; ++i) {
       boolean first = tokens.get(i - 1).isSign('(') || tokens.get(i - 1).isSign(',');
-      if (first && tokens.get(i).kind() == DaxTokens.Kind.WORD) parameters.add(Names.fold(tokens.get(i).value()));
+      if (first && tokens.get(i).kind() == DaxTokens.Kind.WORD)
+        parameters.add(Names.fold(tokens.get(i).value()));
     }
   }
 
@@ -151,7 +153,8 @@ final class DaxExpression {
       }
       if (opens) openName[++depth] = null;
       if (closes && depth > 0) --depth;
-      if (token.isWord("VAR") && tokens.get(i + 1).kind() == DaxTokens.Kind.WORD && tokens.get(i + 2).isSign('=')) {
+      if (token.isWord("VAR") && tokens.get(i + 1).kind() == DaxTokens.Kind.WORD
+          && tokens.get(i + 2).isSign('=')) {
         openName[depth] = Names.fold(tokens.get(i + 1).value());
         openAt[depth] = i + 3;
       }
@@ -188,7 +191,8 @@ final class DaxExpression {
   private int qualified(int i) {
     DaxTokens.Token table = tokens.get(i);
     // An empty table name, and a variable's, stand for columns that the expression makes.
-    boolean local = table.value().isEmpty() || table.kind() == DaxTokens.Kind.WORD && isLocalName(table.value());
+    boolean word = table.kind() == DaxTokens.Kind.WORD;
+    boolean local = table.value().isEmpty() || word && isLocalName(table.value());
     if (!local) references.add(new Reference(table.value(), tokens.get(i + 1).value(), i));
     return skipVariation(i + 1);
   }

@@ -95,17 +95,16 @@ final class DaxResolver {
     return lineage;
   }
 
-  private void resolveOne(
-      DaxExpression expression, List<DaxExpression.Reference> references, Table home, boolean rows, Lineage lineage) {
+  private void resolveOne(DaxExpression expression, List<DaxExpression.Reference> references, Table home,
+      boolean rows, Lineage lineage) {
     for (DaxExpression.Reference reference : references) {
       if (reference.column() == null) {
         resolveTable(expression, reference, lineage);
         continue;
       }
-      ModelObject found =
-          reference.table() == null
-              ? findUnqualified(expression, reference.column(), home, rows)
-              : findQualified(reference.table(), reference.column());
+      ModelObject found = reference.table() == null
+          ? findUnqualified(expression, reference.column(), home, rows)
+          : findQualified(reference.table(), reference.column());
       if (found != null) {
         lineage.features.add(found);
         lineage.classifiers.add(found.owner);

@@ -122,7 +122,8 @@ final class DaxTokens {
     while (at < text.length() && (Names.isDigit(text.charAt(at)) || text.charAt(at) == '.')) ++at;
     if (at < text.length() && (text.charAt(at) == 'e' || text.charAt(at) == 'E')) {
       int exponent = at + 1;
-      if (exponent < text.length() && (text.charAt(exponent) == '+' || text.charAt(exponent) == '-')) ++exponent;
+      if (exponent < text.length() && (text.charAt(exponent) == '+' || text.charAt(exponent) == '-'))
+        ++exponent;
       if (exponent < text.length() && Names.isDigit(text.charAt(exponent))) {
         at = exponent;
         while (at < text.length() && Names.isDigit(text.charAt(at))) ++at;

@@ -87,8 +87,8 @@ final class Json {
 
   Json expect(Kind wanted, String name) throws ImportException {
     if (kind == wanted) return this;
-    throw new ImportException(
-        ImportException.DEFINITION, line, column, "\"" + name + "\" is " + kind.description + ", expected " + wanted.description);
+    throw new ImportException(ImportException.DEFINITION, line, column,
+        "\"" + name + "\" is " + kind.description + ", expected " + wanted.description);
   }
 
   /** The value as text for a property: a plain value or lines of text as they are, the rest as JSON. */

@@ -20,9 +20,8 @@ final class JsonReader {
   private static final int MAX_DEPTH = 500;
 
   /** Members that are passed over: the server's own stamps, which say when and not what. */
-  private static final Set<String> STAMPS =
-      Set.of("modifiedTime", "structureModifiedTime", "refreshedTime", "createdTimestamp", "lastUpdate", "lastSchemaUpdate",
-          "lastProcessed", "state", "errorMessage");
+  private static final Set<String> STAMPS = Set.of("modifiedTime", "structureModifiedTime", "refreshedTime",
+      "createdTimestamp", "lastUpdate", "lastSchemaUpdate", "lastProcessed", "state", "errorMessage");
 
   private JsonReader() {}
 
@@ -39,7 +38,8 @@ final class JsonReader {
     } catch (JsonEOFException fault) {
       throw at(fault.getLocation(), "the text ends before the definition does");
     } catch (JsonProcessingException fault) {
-      throw at(fault.getLocation(), fault.getOriginalMessage().replaceAll("\\s*\\(?\\[Source:[^]]*\\]\\)?", ""));
+      throw at(
+          fault.getLocation(), fault.getOriginalMessage().replaceAll("\\s*\\(?\\[Source:[^]]*\\]\\)?", ""));
     } catch (java.io.CharConversionException fault) {
       throw new ImportException(ImportException.SYNTAX, 0, 0, fault.getMessage());
     }
@@ -65,7 +65,8 @@ final class JsonReader {
       if (value.values == null) {
         if (open.isEmpty()) root = value;
       } else {
-        if (open.size() == MAX_DEPTH) throw at(parser.getTokenLocation(), "more than " + MAX_DEPTH + " levels of nesting");
+        if (open.size() == MAX_DEPTH)
+          throw at(parser.getTokenLocation(), "more than " + MAX_DEPTH + " levels of nesting");
         open.push(value);
       }
     }
@@ -98,6 +99,7 @@ final class JsonReader {
 
   private static ImportException at(JsonLocation place, String cause) {
     if (place == null) return new ImportException(ImportException.SYNTAX, 1, 1, cause);
-    return new ImportException(ImportException.SYNTAX, Math.max(place.getLineNr(), 1), Math.max(place.getColumnNr(), 1), cause);
+    return new ImportException(
+        ImportException.SYNTAX, Math.max(place.getLineNr(), 1), Math.max(place.getColumnNr(), 1), cause);
   }
 }

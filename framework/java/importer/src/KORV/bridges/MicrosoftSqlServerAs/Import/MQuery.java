@@ -30,14 +30,14 @@ final class MQuery {
   private static final int MAX_DEPTH = 200;
 
   /** Functions whose result has the columns of their first argument, some left out or changed in place. */
-  private static final Set<String> SAME_COLUMNS =
-      Set.of("Table.RemoveColumns", "Table.SelectColumns", "Table.SelectRows", "Table.TransformColumnTypes",
-          "Table.ReorderColumns", "Table.Sort", "Table.Distinct", "Table.Buffer", "Table.ReplaceValue",
-          "Table.ReplaceErrorValues", "Table.RemoveRowsWithErrors", "Table.SelectRowsWithErrors", "Table.FirstN",
-          "Table.LastN", "Table.Skip", "Table.Range", "Table.TransformColumns", "Table.FillDown", "Table.FillUp",
-          "Table.StopFolding", "Table.RemoveFirstN", "Table.RemoveLastN", "Table.ReverseRows", "Table.AlternateRows",
-          "Table.AddKey", "Table.View", "Value.ReplaceType", "Table.NestedJoin", "Table.AddIndexColumn",
-          "Table.AddColumn", "Table.DuplicateColumn", "Table.RenameColumns", "Table.ExpandTableColumn");
+  private static final Set<String> SAME_COLUMNS = Set.of("Table.RemoveColumns", "Table.SelectColumns",
+      "Table.SelectRows", "Table.TransformColumnTypes", "Table.ReorderColumns", "Table.Sort",
+      "Table.Distinct", "Table.Buffer", "Table.ReplaceValue", "Table.ReplaceErrorValues",
+      "Table.RemoveRowsWithErrors", "Table.SelectRowsWithErrors", "Table.FirstN", "Table.LastN", "Table.Skip",
+      "Table.Range", "Table.TransformColumns", "Table.FillDown", "Table.FillUp", "Table.StopFolding",
+      "Table.RemoveFirstN", "Table.RemoveLastN", "Table.ReverseRows", "Table.AlternateRows", "Table.AddKey",
+      "Table.View", "Value.ReplaceType", "Table.NestedJoin", "Table.AddIndexColumn", "Table.AddColumn",
+      "Table.DuplicateColumn", "Table.RenameColumns", "Table.ExpandTableColumn");
 
   /** A value: at most one of the members is set, none when it is unknown. */
   private static final class Value {
@@ -96,7 +96,9 @@ final class MQuery {
     int meta = find(begin, end, "meta");
     if (meta < end) return evaluate(begin, meta, environment, depth + 1);
     int and = findSign(begin, end, '&');
-    if (and < end) return join(evaluate(begin, and, environment, depth + 1), evaluate(and + 1, end, environment, depth + 1));
+    if (and < end)
+      return join(
+          evaluate(begin, and, environment, depth + 1), evaluate(and + 1, end, environment, depth + 1));
     return evaluateOperand(begin, end, environment, depth);
   }
 
@@ -171,13 +173,15 @@ final class MQuery {
       value.text = token.value();
     } else if (token.isSign('{') || token.isSign('[') || token.isSign('(')) {
       int close = closing(begin, end);
-      value = token.isSign('(') ? evaluate(begin + 1, close, environment, depth + 1) : collect(begin, close, environment, depth);
+      value = token.isSign('(') ? evaluate(begin + 1, close, environment, depth + 1)
+                                : collect(begin, close, environment, depth);
       i = close + 1;
     }
     while (i < end) {
       if (!tokens.get(i).isSign('{') && !tokens.get(i).isSign('[')) return Value.UNKNOWN;
       int close = closing(i, end);
-      value = tokens.get(i).isSign('{') ? pickItem(value, i, close, environment, depth) : pickField(value, i, close);
+      value = tokens.get(i).isSign('{') ? pickItem(value, i, close, environment, depth)
+                                        : pickField(value, i, close);
       i = close + 1;
     }
     return value;
@@ -188,12 +192,14 @@ final class MQuery {
     Value value = new Value();
     if (tokens.get(open).isSign('{')) {
       value.list = new ArrayList<>();
-      for (int[] range : arguments(open, close)) value.list.add(evaluate(range[0], range[1], environment, depth + 1));
+      for (int[] range : arguments(open, close))
+        value.list.add(evaluate(range[0], range[1], environment, depth + 1));
     } else {
       value.record = new LinkedHashMap<>();
       for (int[] range : arguments(open, close)) {
         if (!tokens.get(range[0] + 1).isSign('=')) continue;
-        value.record.put(tokens.get(range[0]).value(), evaluate(range[0] + 2, range[1], environment, depth + 1));
+        value.record.put(
+            tokens.get(range[0]).value(), evaluate(range[0] + 2, range[1], environment, depth + 1));
       }
     }
     return value;
@@ -219,7 +225,8 @@ final class MQuery {
       picked.schema = isSchema ? name : value.schema;
       return picked;
     }
-    picked.relation = Relation.ofTable(new Relation.Table(value.connection, schema != null ? schema : value.schema, name));
+    picked.relation =
+        Relation.ofTable(new Relation.Table(value.connection, schema != null ? schema : value.schema, name));
     return picked;
   }
 
@@ -238,8 +245,10 @@ final class MQuery {
     for (int[] range : ranges) arguments.add(evaluate(range[0], range[1], environment, depth + 1));
     if (function.equals("Value.NativeQuery")) return nativeQuery(arguments);
     if (function.equals("Table.Combine")) return combine(arguments);
-    if (function.startsWith("Table.") || function.startsWith("Value.")) return transform(function, arguments, ranges);
-    if (function.endsWith(".Database") || function.endsWith(".Databases") || function.equals("Odbc.DataSource")) {
+    if (function.startsWith("Table.") || function.startsWith("Value."))
+      return transform(function, arguments, ranges);
+    if (function.endsWith(".Database") || function.endsWith(".Databases")
+        || function.equals("Odbc.DataSource")) {
       return connect(function, arguments);
     }
     return Value.UNKNOWN;
@@ -261,7 +270,8 @@ final class MQuery {
   }
 
   private static Value nativeQuery(List<Value> arguments) {
-    if (arguments.size() < 2 || arguments.get(0).connection == null || arguments.get(1).text == null) return Value.UNKNOWN;
+    if (arguments.size() < 2 || arguments.get(0).connection == null || arguments.get(1).text == null)
+      return Value.UNKNOWN;
     return Value.of(SqlQuery.read(arguments.get(1).text, arguments.get(0).connection));
   }
 
@@ -276,14 +286,16 @@ final class MQuery {
   }
 
   private Value transform(String function, List<Value> arguments, List<int[]> ranges) {
-    if (!SAME_COLUMNS.contains(function) || arguments.isEmpty() || arguments.get(0).relation == null) return Value.UNKNOWN;
+    if (!SAME_COLUMNS.contains(function) || arguments.isEmpty() || arguments.get(0).relation == null)
+      return Value.UNKNOWN;
     Value source = arguments.get(0);
     Relation relation = Relation.over(source.relation);
     Value result = Value.of(relation);
     result.nested = source.nested;
     switch (function) {
       case "Table.RenameColumns" -> rename(source.relation, relation, argument(arguments, 1));
-      case "Table.AddColumn", "Table.AddIndexColumn" -> addColumn(source.relation, relation, arguments, ranges);
+      case "Table.AddColumn", "Table.AddIndexColumn" ->
+        addColumn(source.relation, relation, arguments, ranges);
       case "Table.DuplicateColumn" -> {
         String old = argument(arguments, 1).text;
         String copy = argument(arguments, 2).text;
@@ -317,7 +329,8 @@ final class MQuery {
     boolean single = pairs.list.size() == 2 && pairs.list.get(0).text != null;
     List<Value> all = single ? List.of(pairs) : pairs.list;
     for (Value pair : all) {
-      if (pair.list != null && pair.list.size() == 2 && pair.list.get(0).text != null) to.put(pair.list.get(0).text, Set.of());
+      if (pair.list != null && pair.list.size() == 2 && pair.list.get(0).text != null)
+        to.put(pair.list.get(0).text, Set.of());
     }
     for (Value pair : all) {
       if (pair.list == null || pair.list.size() != 2) continue;
@@ -337,7 +350,8 @@ final class MQuery {
       if (!tokens.get(i).isSign('[') || tokens.get(i + 2).isSign('=')) continue;
       int close = closing(i, ranges.get(2)[1]);
       StringBuilder field = new StringBuilder();
-      for (int at = i + 1; at < close; ++at) field.append(at > i + 1 ? " " : "").append(tokens.get(at).value());
+      for (int at = i + 1; at < close; ++at)
+        field.append(at > i + 1 ? " " : "").append(tokens.get(at).value());
       sources.addAll(known(from, field.toString()));
       i = close;
     }

@@ -7,7 +7,10 @@ import java.util.List;
 final class MTokens {
   enum Kind { WORD, NAME, TEXT, NUMBER, SIGN, END }
 
-  /** `Table.RenameColumns` is one word, #"Changed Type" a name without its marks, and NAME is never a keyword. */
+  /**
+   * `Table.RenameColumns` is one word, #"Changed Type" a name without its marks, and NAME is never a
+   * keyword.
+   */
   record Token(Kind kind, String value) {
     boolean isSign(char sign) {
       return kind == Kind.SIGN && value.charAt(0) == sign;
@@ -82,7 +85,10 @@ final class MTokens {
     tokens.add(new Token(kind, unescape(value.toString())));
   }
 
-  /** #(tab), #(lf), #(cr), #(#) and #(00A0) stand for characters; several may stand in one pair of parentheses. */
+  /**
+   * #(tab), #(lf), #(cr), #(#) and #(00A0) stand for characters; several may stand in one pair of
+   * parentheses.
+   */
   private static String unescape(String text) {
     if (!text.contains("#(")) return text;
     StringBuilder plain = new StringBuilder();

@@ -2,7 +2,10 @@ package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import java.io.PrintStream;
 
-/** Messages for the program that started the importer: "LEVEL TAB IDENTIFIER TAB text", one a line. */
+/**
+ * Messages for the program that started the importer: "LEVEL TAB IDENTIFIER TAB text", one a line, each sent as
+ * soon as it is made.
+ */
 final class MessageOutput {
   private final PrintStream out;
 
@@ -18,11 +21,8 @@ final class MessageOutput {
     write("WARNING", identifier, text);
   }
 
-  void flush() {
-    out.flush();
-  }
-
   private void write(String level, String identifier, String text) {
     out.print(level + "\t" + identifier + "\t" + Escapes.escape(text) + "\n");
+    out.flush();
   }
 }

@@ -22,16 +22,16 @@ public final class MicrosoftSqlServerAsImport {
   private MicrosoftSqlServerAsImport() {}
 
   public static void main(String[] arguments) {
-    PrintStream errors = new PrintStream(new FileOutputStream(FileDescriptor.err), true, StandardCharsets.UTF_8);
+    PrintStream errors =
+        new PrintStream(new FileOutputStream(FileDescriptor.err), true, StandardCharsets.UTF_8);
     if (arguments.length != 2) {
       errors.println("usage: MicrosoftSqlServerAsImport OPTION_FILE OUTPUT_FILE");
       System.exit(2);
     }
-    PrintStream output =
-        new PrintStream(new BufferedOutputStream(new FileOutputStream(FileDescriptor.out)), false, StandardCharsets.UTF_8);
+    PrintStream output = new PrintStream(
+        new BufferedOutputStream(new FileOutputStream(FileDescriptor.out)), false, StandardCharsets.UTF_8);
     MessageOutput messages = new MessageOutput(output);
     String failure = run(arguments[0], Path.of(arguments[1]), messages);
-    messages.flush();
     if (failure == null) return;
     errors.println(failure);
     System.exit(1);
@@ -43,7 +43,8 @@ public final class MicrosoftSqlServerAsImport {
     try {
       input = readInputPath(optionFile);
       // Nothing here holds on to the definition, so that its memory is free while the model is written.
-      ModelObject model = new TabularImport(messages, input).importDefinition(JsonReader.read(Path.of(input)));
+      ModelObject model =
+          new TabularImport(messages, input).importDefinition(JsonReader.read(Path.of(input)));
       input = target.toString();
       ModelWriter.write(model, target);
       return null;
@@ -52,9 +53,11 @@ public final class MicrosoftSqlServerAsImport {
     } catch (IOException failure) {
       return new ImportException(ImportException.FILE, 0, 0, reason(failure)).describe(input);
     } catch (RuntimeException | StackOverflowError failure) {
-      return new ImportException(ImportException.FILE, 0, 0, "the importer failed: " + failure).describe(input);
+      return new ImportException(ImportException.FILE, 0, 0, "the importer failed: " + failure)
+          .describe(input);
     } catch (OutOfMemoryError failure) {
-      return new ImportException(ImportException.FILE, 0, 0, "the definition does not fit into Java's memory (option -Xmx)")
+      return new ImportException(
+          ImportException.FILE, 0, 0, "the definition does not fit into Java's memory (option -Xmx)")
           .describe(input);
     }
   }
@@ -62,7 +65,8 @@ public final class MicrosoftSqlServerAsImport {
   private static String readInputPath(String optionFile) throws IOException, ImportException {
     for (String line : Files.readAllLines(Path.of(optionFile), StandardCharsets.UTF_8)) {
       int tab = line.indexOf('\t');
-      if (tab > 0 && line.substring(0, tab).equals(INPUT_OPTION)) return Escapes.unescape(line.substring(tab + 1));
+      if (tab > 0 && line.substring(0, tab).equals(INPUT_OPTION))
+        return Escapes.unescape(line.substring(tab + 1));
     }
     throw new ImportException(ImportException.FILE, 0, 0, "the option " + INPUT_OPTION + " is missing");
   }

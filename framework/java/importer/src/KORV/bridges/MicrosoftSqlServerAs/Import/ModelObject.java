@@ -11,9 +11,23 @@ import java.util.Map;
 final class ModelObject {
   /** The roles in the order in which the model's schema wants them, whatever the class. */
   enum Role {
-    propertyValues, synonyms, metadataOrigins, storeConnections, types, propertyTypes, dataPackages, designPackages,
-    namespaceElements, features, classifierMaps, hierarchies, levels, levelKeys, hierarchyLevelAssociations,
-    cubeDimensionAssociations, featureMaps;
+    propertyValues,
+    synonyms,
+    metadataOrigins,
+    storeConnections,
+    types,
+    propertyTypes,
+    dataPackages,
+    designPackages,
+    namespaceElements,
+    features,
+    classifierMaps,
+    hierarchies,
+    levels,
+    levelKeys,
+    hierarchyLevelAssociations,
+    cubeDimensionAssociations,
+    featureMaps;
 
     /** All of them; values() would copy. */
     static final List<Role> ALL = List.of(values());
@@ -91,7 +105,8 @@ final class ModelObject {
   }
 
   List<ModelObject> parts(Role role) {
-    if (parts == null || parts.size() <= role.ordinal() || parts.get(role.ordinal()) == null) return List.of();
+    if (parts == null || parts.size() <= role.ordinal() || parts.get(role.ordinal()) == null)
+      return List.of();
     return parts.get(role.ordinal());
   }
 

@@ -20,7 +20,9 @@ final class ModelWriter {
   static void write(ModelObject model, Path target) throws IOException {
     number(model, 0);
     try (BufferedWriter out = Files.newBufferedWriter(target, StandardCharsets.UTF_8)) {
-      out.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<TAVMultiModel elementType=\"286\" format=\"tav-model/1\">\n"
+      out.write(
+          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+          + "<TAVMultiModel elementType=\"286\" format=\"tav-model/1\">\n"
           + " <contents>\n  <TAVModelContent elementType=\"295\">\n   <models>\n");
       new ModelWriter(out).writeObject(model, 4);
       out.write("   </models>\n  </TAVModelContent>\n </contents>\n</TAVMultiModel>\n");
@@ -45,7 +47,8 @@ final class ModelWriter {
       writeText(attributes.get(i + 1));
       out.write("\"");
     }
-    for (Map.Entry<String, List<ModelObject>> reference : object.references().entrySet()) writeReference(reference);
+    for (Map.Entry<String, List<ModelObject>> reference : object.references().entrySet())
+      writeReference(reference);
     boolean open = false;
     for (ModelObject.Role role : ModelObject.Role.ALL) {
       List<ModelObject> parts = object.parts(role);
@@ -89,7 +92,8 @@ final class ModelWriter {
         case '\n' -> out.write("&#10;");
         case '\r' -> out.write("&#13;");
         default -> {
-          if (Character.isHighSurrogate(c) && i + 1 < text.length() && Character.isLowSurrogate(text.charAt(i + 1))) {
+          boolean second = i + 1 < text.length() && Character.isLowSurrogate(text.charAt(i + 1));
+          if (Character.isHighSurrogate(c) && second) {
             out.write(c);
             out.write(text.charAt(++i));
           } else {

@@ -33,7 +33,8 @@ final class Names {
   }
 
   static boolean isBlank(char c) {
-    return c <= ' ' || Character.isWhitespace(c) || Character.isSpaceChar(c) || c == '\uFEFF' || c == '\u200B';
+    return c <= ' ' || Character.isWhitespace(c) || Character.isSpaceChar(c) || c == '\uFEFF'
+        || c == '\u200B';
   }
 
   private static boolean isUpper(char c) {

@@ -44,7 +44,8 @@ final class PhysicalLayer {
   void addDataSource(Json definition) throws ImportException {
     String name = definition.text("name");
     boolean structured = definition.text("type").equals("structured");
-    ModelObject connection = addConnection(name, structured ? address(definition.object("connectionDetails")) : definition.text("connectionString"));
+    ModelObject connection = addConnection(name,
+        structured ? address(definition.object("connectionDetails")) : definition.text("connectionString"));
     connection.set("description", definition.text("description"));
     String protocol = definition.object("connectionDetails").text("protocol");
     String provider = setting(definition.text("connectionString"), "provider");
@@ -76,7 +77,8 @@ final class PhysicalLayer {
   private static String setting(String connectionString, String name) {
     for (String part : connectionString.split(";")) {
       int equal = part.indexOf('=');
-      if (equal > 0 && Names.same(part.substring(0, equal).trim(), name)) return Names.fold(part.substring(equal + 1).trim());
+      if (equal > 0 && Names.same(part.substring(0, equal).trim(), name))
+        return Names.fold(part.substring(equal + 1).trim());
     }
     return "";
   }
@@ -102,7 +104,8 @@ final class PhysicalLayer {
   /** A column of a database table; table and column are made on the first use. */
   ModelObject column(Relation.Column column, ModelObject type) {
     Relation.Table name = column.table();
-    Relation.Table key = new Relation.Table(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
+    Relation.Table key =
+        new Relation.Table(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
     Table table = tables.get(key);
     if (table == null) {
       table = addTable(name.connection(), name.name(), "Table");
@@ -113,7 +116,8 @@ final class PhysicalLayer {
   }
 
   private Table addTable(String connection, String name, String tableType) {
-    ModelObject object = new ModelObject("TAVTable", name).set("physicalName", name).set("tableType", tableType);
+    ModelObject object =
+        new ModelObject("TAVTable", name).set("physicalName", name).set("tableType", tableType);
     object.set("dataSourceId", connections.containsKey(connection) ? connections.get(connection).name() : "");
     viewPackage(connection).addUnique(ModelObject.Role.namespaceElements, object);
     ModelObject source = connections.get(connection);
@@ -134,7 +138,8 @@ final class PhysicalLayer {
   private ModelObject column(Table table, String name, ModelObject type, boolean structural) {
     ModelObject known = table.columns.get(Names.fold(name));
     if (known != null) return known;
-    ModelObject column = new ModelObject("TAVColumn", name).set("physicalName", name).set("structural", structural);
+    ModelObject column =
+        new ModelObject("TAVColumn", name).set("physicalName", name).set("structural", structural);
     if (type != null) column.refer("type", type);
     table.object.addFeature(column);
     table.columns.put(Names.fold(name), column);
@@ -145,13 +150,14 @@ final class PhysicalLayer {
   record Source(String connection, Relation relation, String name, String query) {}
 
   /**
-   * The columns that a table's column is read from: of the database where the partition only chooses and renames,
-   * of the partition's query where it computes, or cannot be understood.
+   * The columns that a table's column is read from: of the database where the partition only chooses and
+   * renames, of the partition's query where it computes, or cannot be understood.
    */
   List<ModelObject> columnsFor(Source source, String sourceColumn, ModelObject type) {
     Relation relation = source.relation;
     Set<Relation.Column> direct = relation == null ? null : relation.sourcesOf(sourceColumn);
-    if (relation != null && relation.isPlain() && direct != null && !direct.isEmpty()) return physical(direct, type);
+    if (relation != null && relation.isPlain() && direct != null && !direct.isEmpty())
+      return physical(direct, type);
     return List.of(column(query(source), sourceColumn, type, direct == null || direct.size() == 1));
   }
 

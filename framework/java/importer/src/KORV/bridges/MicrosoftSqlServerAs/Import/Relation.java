@@ -22,8 +22,10 @@ final class Relation {
   private final Map<String, Output> outputs = new LinkedHashMap<>();
   /** Relations whose columns all come along under their own names. */
   private final List<Relation> bases = new ArrayList<>(1);
-  /** Whether the bases' rows stand one behind the other, so that a column comes from all of them. Otherwise
-   * they are joined, and a column that two of them may have is not told. */
+  /**
+   * Whether the bases' rows stand one behind the other, so that a column comes from all of them. Otherwise
+   * they are joined, and a column that two of them may have is not told.
+   */
   private boolean appended;
   /** Set on a relation that is a physical table. */
   private Table table;

@@ -8,29 +8,28 @@ import java.util.Map;
 import java.util.Set;
 
 /**
- * Reads where the columns of an SQL query come from. What it does not understand gives no lineage rather than a
- * guess.
+ * Reads where the columns of an SQL query come from. What it does not understand gives no lineage rather than
+ * a guess.
  */
 final class SqlQuery {
   /** Queries inside queries; each level is a call. */
   private static final int MAX_DEPTH = 100;
 
-  private static final Set<String> CLAUSES =
-      Set.of("where", "group", "having", "order", "union", "except", "intersect", "option", "for", "window", "limit",
-          "offset", "fetch", "qualify");
+  private static final Set<String> CLAUSES = Set.of("where", "group", "having", "order", "union", "except",
+      "intersect", "option", "for", "window", "limit", "offset", "fetch", "qualify");
   private static final Set<String> SET_OPERATORS = Set.of("union", "except", "intersect");
-  private static final Set<String> AFTER_TABLE =
-      Set.of("on", "with", "left", "right", "inner", "full", "cross", "outer", "natural", "using", "join", "apply", "pivot",
-          "unpivot", "tablesample", "where", "group", "order", "having", "union", "hash", "loop", "merge");
+  private static final Set<String> AFTER_TABLE = Set.of("on", "with", "left", "right", "inner", "full",
+      "cross", "outer", "natural", "using", "join", "apply", "pivot", "unpivot", "tablesample", "where",
+      "group", "order", "having", "union", "hash", "loop", "merge");
   /** Words of expressions that are no column names. */
   private static final Set<String> OPERATORS =
-      Set.of("case", "when", "then", "else", "end", "and", "or", "not", "null", "is", "in", "like", "between", "as", "over",
-          "partition", "by", "order", "asc", "desc", "rows", "range", "unbounded", "preceding", "following", "current",
-          "row", "exists", "all", "any", "some", "distinct", "escape", "within", "group", "true",
-          "false", "from", "top", "percent", "select", "where", "with", "ties");
+      Set.of("case", "when", "then", "else", "end", "and", "or", "not", "null", "is", "in", "like", "between",
+          "as", "over", "partition", "by", "order", "asc", "desc", "rows", "range", "unbounded", "preceding",
+          "following", "current", "row", "exists", "all", "any", "some", "distinct", "escape", "within",
+          "group", "true", "false", "from", "top", "percent", "select", "where", "with", "ties");
   /** Functions whose first argument is a date part or a type. */
-  private static final Set<String> WORD_FIRST =
-      Set.of("datepart", "datename", "dateadd", "datediff", "datediff_big", "datetrunc", "convert", "try_convert", "extract");
+  private static final Set<String> WORD_FIRST = Set.of("datepart", "datename", "dateadd", "datediff",
+      "datediff_big", "datetrunc", "convert", "try_convert", "extract");
 
   private final SqlTokens tokens;
   private final String connection;
@@ -172,8 +171,8 @@ final class SqlQuery {
   }
 
   /** One item of the select list; says whether it is more than a column under another name. */
-  private boolean readItem(
-      int begin, int end, Scope scope, Map<String, Relation> names, List<Relation.Output> outputs, int depth) {
+  private boolean readItem(int begin, int end, Scope scope, Map<String, Relation> names,
+      List<Relation.Output> outputs, int depth) {
     if (end <= begin) return false;
     String name = "";
     int last = end;
@@ -201,8 +200,10 @@ final class SqlQuery {
     if (!token.isName() && token.kind() != SqlTokens.Kind.TEXT || token.isWord("END")) return false;
     SqlTokens.Token before = tokens.get(place - 1);
     if (before.isSign(')') || before.isWord("END") || before.isWord("NULL")) return true;
-    boolean operand = before.isName() || before.kind() == SqlTokens.Kind.NUMBER || before.kind() == SqlTokens.Kind.TEXT;
-    return operand && !(before.kind() == SqlTokens.Kind.WORD && OPERATORS.contains(Names.fold(before.value())));
+    boolean operand =
+        before.isName() || before.kind() == SqlTokens.Kind.NUMBER || before.kind() == SqlTokens.Kind.TEXT;
+    return operand
+        && !(before.kind() == SqlTokens.Kind.WORD && OPERATORS.contains(Names.fold(before.value())));
   }
 
   /** Collects the columns that an expression names; true when it is one column and nothing else. */
@@ -238,7 +239,8 @@ final class SqlQuery {
   }
 
   private static boolean isOperator(SqlTokens.Token token) {
-    return token.kind() == SqlTokens.Kind.WORD && (OPERATORS.contains(Names.fold(token.value())) || token.value().startsWith("@"));
+    return token.kind() == SqlTokens.Kind.WORD
+        && (OPERATORS.contains(Names.fold(token.value())) || token.value().startsWith("@"));
   }
 
   /** The type in CAST(x AS decimal(18, 2)): the place of its name. */
@@ -273,7 +275,8 @@ final class SqlQuery {
     Scope scope = new Scope(new HashMap<>(), new ArrayList<>(), outer);
     int piece = begin;
     for (int i = begin; i <= end && begin < end; i = after(i, end)) {
-      boolean separator = tokens.get(i).isSign(',') || tokens.get(i).isWord("JOIN") || tokens.get(i).isWord("APPLY");
+      boolean separator =
+          tokens.get(i).isSign(',') || tokens.get(i).isWord("JOIN") || tokens.get(i).isWord("APPLY");
       if (i < end && (tokens.get(i).isWord("PIVOT") || tokens.get(i).isWord("UNPIVOT"))) return null;
       if (i < end && !separator) continue;
       if (!readTable(piece, i, scope, names, depth)) return null;
@@ -282,12 +285,15 @@ final class SqlQuery {
     return scope;
   }
 
-  /** A table, a query or a join in parentheses, with its alias; what follows it (ON ...) is of no interest. */
+  /**
+   * A table, a query or a join in parentheses, with its alias; what follows it (ON ...) is of no interest.
+   */
   private boolean readTable(int begin, int end, Scope scope, Map<String, Relation> names, int depth) {
     if (depth > MAX_DEPTH) return false;
     if (tokens.get(begin).isSign('(')) {
       int close = closing(begin, end);
-      boolean query = tokens.get(begin + 1).isWord("SELECT") || tokens.get(begin + 1).isWord("WITH") || tokens.get(begin + 1).isSign('(');
+      boolean query = tokens.get(begin + 1).isWord("SELECT") || tokens.get(begin + 1).isWord("WITH")
+          || tokens.get(begin + 1).isSign('(');
       if (!query) return readJoin(begin + 1, close, scope, names, depth);
       Relation relation = readQuery(begin + 1, close, names, scope.outer, depth + 1);
       return relation != null && addTable(relation, "", close + 1, end, scope);
@@ -305,7 +311,8 @@ final class SqlQuery {
     String name = tokens.get(last).value();
     Relation common = begin == last ? names.get(Names.fold(name)) : null;
     String schema = last > begin && tokens.get(last - 2).isName() ? tokens.get(last - 2).value() : "";
-    Relation relation = common != null ? common : Relation.ofTable(new Relation.Table(connection, schema, name));
+    Relation relation =
+        common != null ? common : Relation.ofTable(new Relation.Table(connection, schema, name));
     return addTable(relation, name, last + 1, end, scope);
   }
 
@@ -331,7 +338,8 @@ final class SqlQuery {
   }
 
   private boolean isOneOf(int place, Set<String> words) {
-    return tokens.get(place).kind() == SqlTokens.Kind.WORD && words.contains(Names.fold(tokens.get(place).value()));
+    return tokens.get(place).kind() == SqlTokens.Kind.WORD
+        && words.contains(Names.fold(tokens.get(place).value()));
   }
 
   /** The first of some words outside parentheses, or `end`. */

@@ -56,7 +56,9 @@ final class SqlTokens {
       enclosed(Kind.QUOTED, ']');
     } else if (Names.startsWord(c) || c == '@' || c == '#') {
       int start = at++;
-      while (at < text.length() && (Names.continuesWord(text.charAt(at)) || "@#$".indexOf(text.charAt(at)) >= 0)) ++at;
+      while (
+          at < text.length() && (Names.continuesWord(text.charAt(at)) || "@#$".indexOf(text.charAt(at)) >= 0))
+        ++at;
       tokens.add(new Token(Kind.WORD, text.substring(start, at)));
     } else if (Names.isDigit(c)) {
       int start = at++;

@@ -10,8 +10,10 @@ import java.util.Set;
 
 /** Tables as dimensions: columns, hierarchies, and where their data comes from. */
 final class TableImport {
-  private static final Set<String> TABLE_PLACED = Set.of("name", "description", "columns", "measures", "hierarchies");
-  private static final Set<String> COLUMN_PLACED = Set.of("name", "description", "dataType", "type", "sourceColumn");
+  private static final Set<String> TABLE_PLACED =
+      Set.of("name", "description", "columns", "measures", "hierarchies");
+  private static final Set<String> COLUMN_PLACED =
+      Set.of("name", "description", "dataType", "type", "sourceColumn");
   private static final Set<String> HIERARCHY_PLACED = Set.of("name", "description", "levels");
   private static final Set<String> LEVEL_PLACED = Set.of("name", "description", "column", "ordinal");
   private static final Map<String, String> KINDS =
@@ -33,8 +35,8 @@ final class TableImport {
   final DaxResolver resolver = new DaxResolver();
   final List<Made> tables = new ArrayList<>();
 
-  TableImport(
-      Json model, ModelObject folder, PhysicalLayer physical, Catalog catalog, LineageMaps maps, MessageOutput messages) {
+  TableImport(Json model, ModelObject folder, PhysicalLayer physical, Catalog catalog, LineageMaps maps,
+      MessageOutput messages) {
     this.model = model;
     this.folder = folder;
     this.physical = physical;
@@ -48,8 +50,10 @@ final class TableImport {
   }
 
   void importTables() throws ImportException {
-    for (Json shared : model.objects("expressions")) sharedExpressions.putIfAbsent(shared.text("name"), shared.text("expression"));
-    for (Json function : model.objects("functions")) resolver.addFunction(function.text("name"), function.text("expression"));
+    for (Json shared : model.objects("expressions"))
+      sharedExpressions.putIfAbsent(shared.text("name"), shared.text("expression"));
+    for (Json function : model.objects("functions"))
+      resolver.addFunction(function.text("name"), function.text("expression"));
     for (Json table : model.objects("tables")) {
       messages.status("QVT_SSXMLA_S0009", "Importing dimension '" + table.text("name") + "' ...");
       importTable(table);
@@ -76,16 +80,19 @@ final class TableImport {
   }
 
   void warnSameName(String kind, String name, ModelObject owner) {
-    messages.warning("TAVTAB_W0001", "Two " + kind + "s of '" + owner.path() + "' are called '" + name + "': expressions mean the first");
+    messages.warning("TAVTAB_W0001",
+        "Two " + kind + "s of '" + owner.path() + "' are called '" + name + "': expressions mean the first");
   }
 
   /** The DAX expression of a calculated table, or empty; other partitions go into `sources`. */
-  private String readPartitions(Json definition, ModelObject dimension, List<PhysicalLayer.Source> sources) throws ImportException {
+  private String readPartitions(Json definition, ModelObject dimension, List<PhysicalLayer.Source> sources)
+      throws ImportException {
     List<Json> partitions = definition.objects("partitions");
     String expression = "";
     for (Json partition : partitions) {
       Json source = partition.object("source");
-      String name = partitions.size() == 1 || partition.text("name").isEmpty() ? dimension.name() : partition.text("name");
+      String name = partitions.size() == 1 || partition.text("name").isEmpty() ? dimension.name()
+                                                                               : partition.text("name");
       String dataSource = source.text("dataSource");
       switch (source.text("type")) {
         case "calculated" -> expression = source.text("expression");
@@ -140,7 +147,8 @@ final class TableImport {
     }
   }
 
-  private void importColumn(Made table, Json definition, List<PhysicalLayer.Source> sources) throws ImportException {
+  private void importColumn(Made table, Json definition, List<PhysicalLayer.Source> sources)
+      throws ImportException {
     String name = definition.text("name");
     ModelObject attribute = new ModelObject("TAVDimensionAttribute", name);
     String sourceColumn = definition.text("sourceColumn");
@@ -156,7 +164,8 @@ final class TableImport {
       computed.add(new Column(table, definition, attribute));
     } else if (!sourceColumn.isEmpty()) {
       Set<ModelObject> columns = new LinkedHashSet<>();
-      for (PhysicalLayer.Source source : sources) columns.addAll(physical.columnsFor(source, sourceColumn, type));
+      for (PhysicalLayer.Source source : sources)
+        columns.addAll(physical.columnsFor(source, sourceColumn, type));
       maps.link(attribute, "", columns);
     }
   }
@@ -171,7 +180,8 @@ final class TableImport {
     levels.sort(Comparator.comparing(places::get));
     ModelObject association = null;
     for (Json definitionOfLevel : levels) {
-      association = new ModelObject("TAVHierarchyLevelAssociation", "").set("position", places.get(definitionOfLevel));
+      association =
+          new ModelObject("TAVHierarchyLevelAssociation", "").set("position", places.get(definitionOfLevel));
       association.refer("level", importLevel(table, definitionOfLevel));
       if (hierarchy.references().isEmpty()) hierarchy.refer("topHierarchyLevelAssociation", association);
       hierarchy.add(ModelObject.Role.hierarchyLevelAssociations, association);
@@ -239,8 +249,10 @@ final class TableImport {
   private void resolveTableColumn(Column column, DaxExpression expression) throws ImportException {
     String sourceColumn = column.definition.text("sourceColumn");
     int bracket = sourceColumn.indexOf('[');
-    String table = bracket < 0 ? "" : sourceColumn.substring(0, bracket).replaceAll("^'|'$", "").replace("''", "'");
-    String name = bracket < 0 ? sourceColumn : sourceColumn.substring(bracket + 1).replaceAll("\\]$", "").replace("]]", "]");
+    String table =
+        bracket < 0 ? "" : sourceColumn.substring(0, bracket).replaceAll("^'|'$", "").replace("''", "'");
+    String name = bracket < 0 ? sourceColumn
+                              : sourceColumn.substring(bracket + 1).replaceAll("\\]$", "").replace("]]", "]");
     if (!table.isEmpty()) {
       ModelObject source = resolver.findColumn(table, name);
       if (source != null) maps.link(column.attribute, "", List.of(source));
@@ -266,9 +278,9 @@ final class TableImport {
       messages.warning("TAVEXPR_W0001", "Expression of '" + destination.path() + "', " + expression.fault);
     }
     for (String name : lineage.unresolved) {
-      messages.warning(
-          "QVT_SSXMLA_W0013",
-          "Could not find source feature '" + name + "' used in calculated expression '" + destination.path() + "'");
+      messages.warning("QVT_SSXMLA_W0013",
+          "Could not find source feature '" + name + "' used in calculated expression '" + destination.path()
+              + "'");
     }
   }
 }

@@ -9,7 +9,8 @@ final class TabularImport {
   private static final int FIRST_LEVEL = 1200;
   private static final Set<String> COMMANDS = Set.of("create", "createOrReplace", "alter");
   private static final Set<String> DATABASE_PLACED = Set.of("name", "id", "description", "model");
-  private static final Set<String> MODEL_PLACED = Set.of("name", "description", "dataSources", "tables", "perspectives");
+  private static final Set<String> MODEL_PLACED =
+      Set.of("name", "description", "dataSources", "tables", "perspectives");
 
   private final MessageOutput messages;
   private final String path;
@@ -60,9 +61,9 @@ final class TabularImport {
   }
 
   private static ImportException noDatabase(Json place) {
-    return new ImportException(
-        ImportException.DEFINITION, place.line, place.column,
-        "no tabular database: expected \"model\", or \"create\" or \"createOrReplace\" with a \"database\" that has one");
+    return new ImportException(ImportException.DEFINITION, place.line, place.column,
+        "no tabular database: expected \"model\", or \"create\" or \"createOrReplace\" with a \"database\" "
+            + "that has one");
   }
 
   private static void checkLevel(Json database) throws ImportException {
@@ -70,8 +71,7 @@ final class TabularImport {
     if (level.kind == Json.Kind.NULL) return;
     boolean number = level.kind == Json.Kind.OTHER && level.text.matches("[0-9]{1,9}");
     if (number && Integer.parseInt(level.text) >= FIRST_LEVEL) return;
-    throw new ImportException(
-        ImportException.DEFINITION, level.line, level.column,
+    throw new ImportException(ImportException.DEFINITION, level.line, level.column,
         "compatibility level " + level.display() + ": expected a number from " + FIRST_LEVEL);
   }
 
@@ -90,9 +90,11 @@ final class TabularImport {
     for (Json dataSource : definition.objects("dataSources")) physical.addDataSource(dataSource);
 
     messages.status("QVT_SSXMLA_S0008", "Importing dimensions...");
-    TableImport tables = new TableImport(definition, addFolder("Dimensions"), physical, catalog, maps, messages);
+    TableImport tables =
+        new TableImport(definition, addFolder("Dimensions"), physical, catalog, maps, messages);
     tables.importTables();
-    ModelObject shared = new ModelObject("TAVOlapSchema", "").set("description", definition.text("description"));
+    ModelObject shared =
+        new ModelObject("TAVOlapSchema", "").set("description", definition.text("description"));
     model.add(ModelObject.Role.dataPackages, shared);
     shared.refer("importedNamespaceElements", tables.dimensions());
 
@@ -117,7 +119,8 @@ final class TabularImport {
   }
 
   private ModelObject addFolder(String name) {
-    ModelObject folder = new ModelObject("TAVDesignPackage", name).set("nativeType", name).set("folder", true);
+    ModelObject folder =
+        new ModelObject("TAVDesignPackage", name).set("nativeType", name).set("folder", true);
     return model.addUnique(ModelObject.Role.designPackages, folder);
   }
 }
