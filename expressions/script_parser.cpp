@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <array>
 
+#include "expressions/name_resolution.h"
 #include "framework/bridgelib/names.h"
 
 namespace {
 
-constexpr TAVElementType kFeatureType = 77;
+constexpr TAVElementType kFeatureType = tav::kClassRanges[tav::classId<TAVFeature>].code;
 constexpr int kUsualNames = 5;
+constexpr std::string_view kKpis = "KPIs";
 
 struct KpiFunction {
   std::string_view function;
@@ -60,7 +62,11 @@ cScriptParser::cScriptParser(TAVLog* log, TAVDesignPackage& cubePackage, tav::Mo
       cubePackage_(cubePackage),
       names_(names),
       measures_(cubePackage),
-      unresolvedNames_(kUsualNames) {}
+      unresolvedNames_(kUsualNames) {
+  if (const TAVPackage* folder = cubePackage.getChildPackage(kKpis))
+    for (const TAVNamespaceElement& kpi : folder->namespaceElements)
+      kpiNameLengths_.insert(kpi.getName().view().size());
+}
 
 cScriptParser::~cScriptParser() = default;
 
@@ -70,32 +76,30 @@ void cScriptParser::setCurrentMap(TAVFeatureMap& map) {
 }
 
 void cScriptParser::getSrcElements(TAVOperationNode* operation, TAVVector& /*result*/) {
-  // The texts of nested calls hold each other: they are copied for the functions that read them, no others.
-  if (!findKpiFunction(operation->getName())) return;
-  std::vector<TAVString> texts;
-  for (int i = 0; i < operation->getExpressionNodeCount(); ++i)
-    texts.emplace_back(operation->getExpressionNodeByPosition(i)->getText());
+  if (!findKpiFunction(operation->getName()) || operation->getExpressionNodeCount() != 1) return;
+  const std::string_view argument = operation->getExpressionNodeByPosition(0)->getText();
+  if (!mayNameKpi(argument)) return;
+  TAVString text(argument);
   TAVVector arguments;
-  for (TAVString& text : texts) arguments.add(&text, true, nullptr);
+  arguments.add(&text, true, nullptr);
   TAVVector unused;
   getFunctionElements(operation->getName(), arguments, kFeatureType,
                       TAVArgumentType(TAVArgumentType::kSource), unused);
 }
 
 void cScriptParser::getSrcElements(TAVElementNode* node, const TAVVector& scope, TAVVector& result) {
-  const int count = node->getElementNamePartCount();
-  const TAVElementNamePart* last = node->getElementNamePartByPosition(count - 1);
-  getElementByName(node->getName(), last ? last->getName() : TAVString::getEmptyString(), count,
-                   node->getExpectedElementType(), TAVArgumentType(TAVArgumentType::kSource), scope, result);
+  tav::resolveReference(*this, *node, scope, result);
 }
 
 TAVFeature* cScriptParser::getDstFeature(TAVClassifier* classifier, const TAVString& name, int /*reserved*/) {
-  TAVVector scope;
-  scope.add(classifier, true, nullptr);
-  TAVVector result;
-  getElementByName(name, name, 1, kFeatureType, TAVArgumentType(TAVArgumentType::kDestination), scope,
-                   result);
-  return result.getCount() == 1 ? static_cast<TAVFeature*>(result[0]) : nullptr;
+  return tav::resolveDestination(*this, classifier, name);
+}
+
+/// Whether a KPI has a name as long as the text, with or without quotes. The texts of nested calls hold each
+/// other; those that can name nothing are not even copied.
+bool cScriptParser::mayNameKpi(std::string_view text) const {
+  return kpiNameLengths_.contains(text.size()) ||
+         (text.size() >= 2 && kpiNameLengths_.contains(text.size() - 2));
 }
 
 void cScriptParser::getFunctionElements(const TAVString& functionName, const TAVVector& arguments,
@@ -104,7 +108,7 @@ void cScriptParser::getFunctionElements(const TAVString& functionName, const TAV
   const KpiFunction* function = findKpiFunction(functionName);
   if (!function || arguments.getCount() != 1) return;
   const TAVString name = removeQuotes(*static_cast<const TAVString*>(arguments[0]));
-  const TAVPackage* folder = cubePackage_.getChildPackage("KPIs");
+  const TAVPackage* folder = cubePackage_.getChildPackage(kKpis);
   const auto* kpi = folder ? tav::as<TAVDimension>(folder->namespaceElements.get(name)) : nullptr;
   if (!kpi || kpi->dimensionType.value() != TAVDimensionType::kMeasures || kpi->nativeType != "KPI") return;
   if (TAVFeature* measure = kpi->features.get(function->measure)) linkSource(*measure);
@@ -154,7 +158,7 @@ TAVFeature* cScriptParser::findMeasure(const TAVString& name) const {
 }
 
 void cScriptParser::linkSource(TAVFeature& feature) {
-  if (currentMap_->sourceFeatures.contains(feature)) return;
+  if (!currentMap_ || currentMap_->sourceFeatures.contains(feature)) return;
   currentMap_->addSourceFeature(feature);
   TAVClassifierMap* map = currentMap_->classifierMap.get();
   TAVClassifier* owner = feature.classifier.get();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unordered_set>
+
 #include "framework/expression/analyzer.h"
 #include "framework/std/hash_set.h"
 #include "reader/model_names.h"
@@ -37,6 +39,7 @@ class cScriptParser : public TAVExpressionAnalyzer {
  private:
   using Features = std::vector<TAVFeature*>;
 
+  [[nodiscard]] bool mayNameKpi(std::string_view text) const;
   void findInDimension(TAVDimension& dimension, const TAVString& member, const TAVString& level,
                        Features& found, TAVVector& result);
   void findLevelAttributes(const TAVHierarchy& hierarchy, const TAVString& level, Features& found);
@@ -46,6 +49,7 @@ class cScriptParser : public TAVExpressionAnalyzer {
   TAVDesignPackage& cubePackage_;
   tav::ModelNames& names_;
   tav::MeasureNames measures_;
+  std::unordered_set<std::size_t> kpiNameLengths_;
   TAVStringHashSet unresolvedNames_;
   TAVFeatureMap* currentMap_ = nullptr;
 };

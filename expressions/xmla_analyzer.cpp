@@ -1,13 +1,8 @@
+#include "expressions/name_resolution.h"
 #include "framework/bridgelib/names.h"
 #include "reader/reader.h"
 
 using Analyzer = TAVSQLServerXMLAImportBridge::XMLAExpressionAnalyzer;
-
-namespace {
-
-constexpr TAVElementType kFeatureType = 77;
-
-}  // namespace
 
 Analyzer::XMLAExpressionAnalyzer(TAVLog* log)
     : TAVExpressionAnalyzer(log, TAVExpressionToolType(TAVExpressionToolType::kDatabase),
@@ -28,19 +23,11 @@ void Analyzer::setCubesFolder(const TAVDesignPackage& folder) {
 }
 
 void Analyzer::getSrcElements(TAVElementNode* node, const TAVVector& scope, TAVVector& result) {
-  const int count = node->getElementNamePartCount();
-  const TAVElementNamePart* last = node->getElementNamePartByPosition(count - 1);
-  getElementByName(node->getName(), last ? last->getName() : TAVString::getEmptyString(), count,
-                   node->getExpectedElementType(), TAVArgumentType(TAVArgumentType::kSource), scope, result);
+  tav::resolveReference(*this, *node, scope, result);
 }
 
 TAVFeature* Analyzer::getDstFeature(TAVClassifier* classifier, const TAVString& name, int /*reserved*/) {
-  TAVVector scope;
-  scope.add(classifier, true, nullptr);
-  TAVVector result;
-  getElementByName(name, name, 1, kFeatureType, TAVArgumentType(TAVArgumentType::kDestination), scope,
-                   result);
-  return result.getCount() == 1 ? static_cast<TAVFeature*>(result[0]) : nullptr;
+  return tav::resolveDestination(*this, classifier, name);
 }
 
 bool Analyzer::isStarCandidate(TAVFeature* /*feature*/, bool /*qualified*/) {

@@ -18,27 +18,43 @@ std::string inXml(std::string_view text) {
   return result;
 }
 
-/// A definition in which everything has the same name, and a database column feeds the attribute.
+/// Elements in one another, the outermost first, around `inside`.
+std::string nested(std::initializer_list<const char*> tags, const std::string& inside) {
+  std::string front;
+  std::string back;
+  for (const std::string tag : tags) {
+    front.append("<").append(tag).append(">");
+    back.insert(0, "</" + tag + ">");
+  }
+  return front + inside + back;
+}
+
+/// A definition in which everything has the same name and ID; a database column feeds an attribute and a
+/// measure.
 std::string definitionOf(const std::string& name) {
-  const std::string id = "<ID>" + inXml(name) + "</ID>";
-  const std::string both = id + "<Name>" + inXml(name) + "</Name>";
+  const std::string written = inXml(name);
+  const std::string both = nested({"ID"}, written) + nested({"Name"}, written);
   const std::string escaped = inXml(TAVDsvReader::stringEscape(name));
   const auto viewElement = [&](const std::string& inside) {
-    return "<xs:element name=\"" + escaped + "\"><xs:complexType>" + inside +
-           "</xs:complexType></xs:element>";
+    return "<element name=\"" + escaped + "\">" + nested({"complexType"}, inside) + "</element>";
   };
-  return "<Database xmlns:xs='http://www.w3.org/2001/XMLSchema'>" + both + "<DataSources><DataSource>" +
-         both + "</DataSource></DataSources><DataSourceViews><DataSourceView>" + both + "<DataSourceID>" +
-         inXml(name) + "</DataSourceID><Schema><xs:schema>" +
-         viewElement("<xs:choice>" + viewElement("<xs:sequence>" + viewElement("") + "</xs:sequence>") +
-                     "</xs:choice>") +
-         "</xs:schema></Schema></DataSourceView></DataSourceViews><Dimensions><Dimension>" + both +
-         "<Source><DataSourceViewID>" + inXml(name) + "</DataSourceViewID></Source><Attributes><Attribute>" +
-         both + "<NameColumn><Source><TableID>" + escaped + "</TableID><ColumnID>" + escaped +
-         "</ColumnID></Source></NameColumn></Attribute></Attributes><Hierarchies><Hierarchy>" + both +
-         "<Levels><Level>" + both + "<SourceAttributeID>" + inXml(name) +
-         "</SourceAttributeID></Level></Levels></Hierarchy></Hierarchies></Dimension></Dimensions></"
-         "Database>";
+  const std::string tables = nested({"choice"}, viewElement(nested({"sequence"}, viewElement(""))));
+  const std::string view = nested({"Source", "DataSourceViewID"}, written);
+  const std::string column = nested({"Source"}, nested({"TableID"}, escaped) + nested({"ColumnID"}, escaped));
+  const std::string level = both + nested({"SourceAttributeID"}, written);
+  return nested(
+      {"Database"},
+      both + nested({"DataSources", "DataSource"}, both) +
+          nested(
+              {"DataSourceViews", "DataSourceView"},
+              both + nested({"DataSourceID"}, written) + nested({"Schema", "schema"}, viewElement(tables))) +
+          nested({"Dimensions", "Dimension"},
+                 both + view + nested({"Attributes", "Attribute"}, both + nested({"NameColumn"}, column)) +
+                     nested({"Hierarchies", "Hierarchy"}, both + nested({"Levels", "Level"}, level))) +
+          nested({"Cubes", "Cube"},
+                 both + view + nested({"Perspectives", "Perspective"}, both) +
+                     nested({"MeasureGroups", "MeasureGroup"},
+                            both + nested({"Measures", "Measure"}, both + nested({"Source"}, column)))));
 }
 
 struct NameCounter {
@@ -49,7 +65,7 @@ struct NameCounter {
   void enter(const TAVObject& object) {
     if (object.getName() == name) ++named;
     if (const auto* map = tav::as<TAVFeatureMap>(&object))
-      columnsThatFeed += static_cast<int>(map->sourceFeatures.getCount());
+      for (const TAVFeature& source : map->sourceFeatures) columnsThatFeed += tav::is<TAVColumn>(source);
   }
   void enterRole(const tav::LinkRow& /*row*/) {}
   void leaveRole(const tav::LinkRow& /*row*/) {}
@@ -72,7 +88,9 @@ std::vector<std::string> names() {
 }
 
 TEST(BadNames, AreKeptInEveryPlaceAndFoundAgain) {
-  constexpr int kObjects = 10;  // from the database down to the level's attribute
+  // Database, source, view, table, column; dimension, attribute, hierarchy, level and its attribute; the cube
+  // with its schema, package and perspective; measure group, measure and its copy.
+  constexpr int kObjects = 17;
   tav::test::DocumentImporter importer;
   for (const std::string& name : names()) {
     SCOPED_TRACE(tav::test::escape(name, true));
@@ -81,7 +99,7 @@ TEST(BadNames, AreKeptInEveryPlaceAndFoundAgain) {
     NameCounter counter{name};
     tav::walkTree(*result.model, counter);
     EXPECT_EQ(counter.named, kObjects);
-    EXPECT_EQ(counter.columnsThatFeed, 1);
+    EXPECT_EQ(counter.columnsThatFeed, 2);
   }
 }
 
