@@ -84,8 +84,8 @@ struct Query {
   /// WHERE, ON and HAVING in the order of the text. One inside another condition's sub-query belongs to that.
   std::vector<QueryPart> conditions;
   QueryPart others;  ///< what else is named, as in GROUP BY and ORDER BY
-  std::uint32_t main =
-      kNoQuery;           ///< the query that gives the result, which has a block; none without a SELECT
+  /// The query that gives the result, which has a block; none without a SELECT.
+  std::uint32_t main = kNoQuery;
   ExpressionFault fault;  ///< the first one
   PieceBuffer pieces;
 

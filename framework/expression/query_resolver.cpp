@@ -84,9 +84,14 @@ QueryResolver::QueryResolver(const Query& query)
       firstStar_(query.blocks.size(), kNoQuery),
       expressions_(query.queries.size()),
       maxSteps_(50'000 + 20 * query.source.size()) {
-  for (std::size_t i = 0; i < query.queries.size(); ++i)
-    for (const QueryExpression& expression : query.queries[i].expressions)
+  for (std::uint32_t i = 0; i < query.queries.size(); ++i) {
+    const QueryUnion& current = query.queries[i];
+    for (const QueryExpression& expression : current.expressions)
       expressions_[i].emplace(foldedName(expression.name), &expression);
+    // A query stands behind the one around it.
+    const std::uint32_t outer = current.parent == kNoQuery ? kNoQuery : scopes_[current.parent];
+    scopes_.push_back(current.expressions.empty() ? outer : i);
+  }
   for (std::size_t i = 0; i < query.blocks.size(); ++i) {
     const auto& columns = query.blocks[i].columns;
     const auto star =
@@ -106,10 +111,12 @@ QueryResolver::QueryResolver(const Query& query)
 
 /// Finds the common table expression that a name means inside `query`, or null.
 const QueryExpression* QueryResolver::findExpression(std::uint32_t query, const std::string& name) const {
-  for (std::size_t depth = 0; query != kNoQuery && depth <= kMaxExpressionDepth;
-       ++depth, query = query_.queries[query].parent) {
+  query = scopes_[query];
+  for (std::size_t depth = 0; query != kNoQuery && depth <= kMaxExpressionDepth; ++depth) {
     const auto found = expressions_[query].find(name);
     if (found != expressions_[query].end()) return found->second;
+    const std::uint32_t outer = query_.queries[query].parent;
+    query = outer == kNoQuery ? kNoQuery : scopes_[outer];
   }
   return nullptr;
 }

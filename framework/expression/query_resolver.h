@@ -107,6 +107,7 @@ class TAV_API QueryResolver {
   std::vector<bool> hasColumns_;
   std::vector<std::uint32_t> firstStar_;
   std::vector<std::unordered_map<std::string, const QueryExpression*>> expressions_;  // by query
+  std::vector<std::uint32_t> scopes_;  // by query, the innermost around it that has expressions
 
   // Of one look-up.
   std::vector<const QueryPart*> parts_;

@@ -61,18 +61,27 @@ std::string show(const std::string& sql, const std::vector<std::string>& known) 
   return text;
 }
 
-/// Lines "known NAME" stand in front of the statement.
-std::string showCase(const std::string& input) {
-  std::vector<std::string> known;
+struct Statement {
   std::string sql;
+  std::vector<std::string> known;
+};
+
+/// Lines "known NAME" stand in front of the statement.
+Statement readCase(const std::string& input) {
+  Statement read;
   std::istringstream lines(input);
   for (std::string line; std::getline(lines, line);) {
     if (line.starts_with("known "))
-      known.push_back(tav::foldCase(line.substr(6)));
+      read.known.push_back(tav::foldCase(line.substr(6)));
     else
-      (sql += sql.empty() ? "" : "\n") += tav::test::unescape(line);
+      (read.sql += read.sql.empty() ? "" : "\n") += tav::test::unescape(line);
   }
-  return show(sql, known);
+  return read;
+}
+
+std::string showCase(const std::string& input) {
+  const Statement read = readCase(input);
+  return show(read.sql, read.known);
 }
 
 TEST(Query, Corpus) {
@@ -83,11 +92,12 @@ TEST(Query, EveryPrefixAndEveryDamageIsRead) {
   std::mt19937 random(7);
   const std::string pieces = "()[].,;'\"*=-/ {}@";
   for (const tav::test::CorpusCase& given : tav::test::loadCorpus("expression/queries.txt")) {
-    for (std::size_t size = 0; size <= given.input.size(); ++size) showCase(given.input.substr(0, size));
+    const std::string sql = readCase(given.input).sql;
+    for (std::size_t size = 0; size <= sql.size(); ++size) show(sql.substr(0, size), {});
     for (int round = 0; round < 200; ++round) {
-      std::string damaged = given.input;
+      std::string damaged = sql;
       damaged[random() % damaged.size()] = pieces[random() % pieces.size()];
-      showCase(damaged.erase(random() % damaged.size(), random() % 8));
+      show(damaged.erase(random() % damaged.size(), random() % 8), {});
     }
   }
 }
@@ -99,7 +109,7 @@ std::string repeated(const std::string& text, int times) {
 }
 
 TEST(Query, DepthCostsHeapAlone) {
-  constexpr int kDepth = 100'000;
+  constexpr int kDepth = 20'000;
   const std::string opens = repeated("(", kDepth);
   EXPECT_NE(show("SELECT a FROM t WHERE " + opens + "b", {}).find("\n  reads t.b\n"), std::string::npos);
   const std::string derived =
@@ -113,13 +123,13 @@ TEST(Query, DepthCostsHeapAlone) {
 
 TEST(Query, LengthIsNoFaultAndWhatLeadsEverywhereIsLimited) {
   std::string columns = "c0";
-  for (int i = 1; i < 5000; ++i) columns += ",c" + std::to_string(i);
+  for (int i = 1; i < 1000; ++i) columns += ",c" + std::to_string(i);
   const std::string wide = show("SELECT " + columns + " FROM t", {});
-  EXPECT_NE(wide.find("\nc4999: t.c4999"), std::string::npos);
+  EXPECT_NE(wide.find("\nc999: t.c999"), std::string::npos);
   std::string sum = columns;
   std::replace(sum.begin(), sum.end(), ',', '+');
   std::string uses = "x AS a0";
-  for (int i = 1; i < 5000; ++i) uses += ",x AS a" + std::to_string(i);
+  for (int i = 1; i < 1000; ++i) uses += ",x AS a" + std::to_string(i);
   EXPECT_TRUE(
       show("SELECT " + uses + " FROM (SELECT " + sum + " AS x FROM t) s", {}).ends_with("\nincomplete"));
 }
