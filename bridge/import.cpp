@@ -1,9 +1,9 @@
 #include "bridge/import.h"
 
 #include "bridge/interface.h"
+#include "bridge/tabular_import.h"
 #include "framework/bridgelib/model_stamps.h"
 #include "framework/modelbridge/bridge_constants.h"
-#include "framework/std/exception.h"
 #include "reader/reader.h"
 
 namespace {
@@ -22,11 +22,6 @@ bool isJson(TAVFile file) {
   return false;
 }
 
-[[noreturn]] void failTabular(const TAVFile& file) {
-  tav::fail("TAVBRIDGE_F0002",
-            file.getPath() + ": this is a tabular definition (JSON), which this version does not read yet.");
-}
-
 }  // namespace
 
 TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log) {
@@ -35,7 +30,7 @@ TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile
 }
 
 TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log, bool json) {
-  if (json) failTabular(inputFile);
+  if (json) return importTabularModel(log, inputFile);
   auto model = tav::make<TAVStoreModel>();
   execAsImport(bridgeIdentifier, std::move(inputFile), model.get(), log);
   return model.release();

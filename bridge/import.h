@@ -10,8 +10,7 @@
 /// definition, any other an XML one. The caller owns the model; null when the import gave none. Throws a
 /// TAVException when the file cannot be read.
 TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log);
-/// The same with the kind given: `json` for a tabular definition. This version reads none of those: it throws
-/// a TAVException "[TAVBRIDGE_F0002] ...".
+/// The same with the kind given: `json` for a tabular definition, which the Java importer reads.
 TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log,
                                     bool json);
 /// Stamps `model` and fills it from an XML definition. Always true.

@@ -10,7 +10,9 @@ target_compile_features(tav_framework INTERFACE cxx_std_20)
 install(TARGETS tav_framework xmla_import EXPORT xmlaBridgeTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS xmla-bridge RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-install(DIRECTORY framework DESTINATION include/xmla-bridge FILES_MATCHING PATTERN "*.h")
+# Folders without a header would be made all the same.
+install(DIRECTORY framework DESTINATION include/xmla-bridge
+        FILES_MATCHING PATTERN "*.h" PATTERN framework/java/importer EXCLUDE)
 install(EXPORT xmlaBridgeTargets NAMESPACE xmlaBridge:: DESTINATION ${package_folder})
 configure_package_config_file(
   ${CMAKE_CURRENT_LIST_DIR}/xmlaBridgeConfig.cmake.in ${PROJECT_BINARY_DIR}/xmlaBridgeConfig.cmake

@@ -36,7 +36,9 @@ int import(const Arguments& arguments, MessageLog& log) {
 Command addImport(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* parser = program.add_subcommand("import", "Read a definition and save its model");
-  parser->add_option("INPUT", arguments->input, "The definition: an XMLA script or an .asdatabase file")
+  parser
+      ->add_option("INPUT", arguments->input,
+                   "The definition: an XMLA script, an .asdatabase file or a tabular model")
       ->type_name("FILE")
       ->required();
   parser->add_option("-o,--output", arguments->output, "The file to save the model in")

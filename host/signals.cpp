@@ -5,7 +5,7 @@
 #include <csignal>
 #include <initializer_list>
 
-#include "framework/serialization/replacing_file.h"
+#include "framework/std/interruption.h"
 #include "host/command.h"
 
 namespace host {
@@ -13,7 +13,7 @@ namespace {
 
 // Only what is safe at any moment: no allocation, no lock, no output through a buffer.
 extern "C" void endBySignal(int signal) {
-  tav::removeTemporaryFiles();
+  tav::endUnfinishedWork();
   _exit(kSignalBase + signal);
 }
 
@@ -21,6 +21,8 @@ extern "C" void endBySignal(int signal) {
 
 void handleSignals() {
   std::signal(SIGPIPE, SIG_IGN);
+  // A parent may have it ignored: then nobody could tell how a process that the program started has ended.
+  std::signal(SIGCHLD, SIG_DFL);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction action {};
     if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;

@@ -13,7 +13,7 @@ die() {
   exit 1
 }
 
-# need command|header|library NAME PACKAGE: remembers PACKAGE as missing unless NAME is there.
+# need command|header|library|archive NAME PACKAGE: remembers PACKAGE as missing unless NAME is there.
 need() {
   "has_$1" "$2" && return
   missing_things+=("$1 $2")
@@ -29,6 +29,9 @@ has_library() {
   places="${LIBRARY_PATH-}:$(below_prefixes lib):$(printf '%s:' /usr/lib/*-linux-gnu /usr/lib/clang/14*/lib/linux)"
   has_file "/lib$1.so" "$places" || has_file "/lib$1.a" "$places"
 }
+
+# A Java archive where Debian puts it.
+has_archive() { has_file "/$1.jar" /usr/share/java; }
 
 # The folder of that name below each prefix that CMake searches, joined by colons.
 below_prefixes() {
@@ -57,6 +60,12 @@ need_for_program() {
   need header fmt/format.h libfmt-dev
   need library fmt libfmt-dev
   need header nlohmann/json.hpp nlohmann-json3-dev
+  # The importer of tabular definitions.
+  need command javac openjdk-17-jdk-headless
+  need command jar openjdk-17-jdk-headless
+  need archive jackson-core libjackson2-core-java
+  need archive jackson-annotations libjackson2-annotations-java
+  need archive jackson-databind libjackson2-databind-java
 }
 
 need_for_tests() {

@@ -93,9 +93,31 @@ TAVDsvReader::TAVDsvReader(TAVStoreModel* model, TAVLog* log, bool readAllSource
       readAllSources_(readAllSources),
       keepIds_(keepIds),
       types_(log, viewStore(), TAVDataTypeConstants::TOOL_MICROSOFT_DSV),
-      connections_(std::move(connections)) {
+      connections_(std::move(connections)),
+      analyzer_(this, log) {
   assert(model);
   if (!connections_) connections_ = std::make_shared<tav::ConnectionIndex>(*model);
+}
+
+TAVDsvReader::TAVDsvReader(const TAVDsvReader& other)
+    : model_(other.model_),
+      readAllSources_(other.readAllSources_),
+      keepIds_(other.keepIds_),
+      types_(other.types_),
+      connections_(other.connections_),
+      analyzer_(other.analyzer_) {
+  analyzer_.reader_ = this;
+}
+
+TAVDsvReader& TAVDsvReader::operator=(const TAVDsvReader& other) {
+  model_ = other.model_;
+  readAllSources_ = other.readAllSources_;
+  keepIds_ = other.keepIds_;
+  types_ = other.types_;
+  connections_ = other.connections_;
+  analyzer_ = other.analyzer_;
+  analyzer_.reader_ = this;
+  return *this;
 }
 
 tav::Owned<TAVDesignPackage> TAVDsvReader::importDataSourceView(const TAVDOMElement* element) {
@@ -114,6 +136,7 @@ tav::Owned<TAVDesignPackage> TAVDsvReader::importDataSourceView(const TAVDOMElem
                  if (TAVStoreConnection* connection = connections_->find(placed.dataSourceId))
                    tav::link<&TAVStoreConnection::connectionClassifiers>(*connection, placed);
                });
+  addLineage(*view);
   return view;
 }
 

@@ -1,7 +1,5 @@
 #include "framework/expression/analyzer.h"
 
-#include <algorithm>
-
 #include "framework/expression/parser.h"
 #include "framework/model/classes/classifier_map.h"
 #include "framework/model/link.h"
@@ -13,16 +11,6 @@ using tav::ExpressionTree;
 
 TAVString pathOfDestination(const TAVFeatureMap& map) {
   return map.destinationFeature ? map.destinationFeature->getPath(true) : TAVString();
-}
-
-/// "line 2, column 7", columns in characters.
-TAVString placeOf(std::string_view text, std::size_t offset) {
-  const std::string_view before = text.substr(0, offset);
-  const auto line = std::count(before.begin(), before.end(), '\n') + 1;
-  const std::string_view inLine = before.substr(before.rfind('\n') + 1);
-  const auto column = std::count_if(inLine.begin(), inLine.end(),
-                                    [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
-  return "line " + std::to_string(line) + ", column " + std::to_string(column + 1);
 }
 
 TAVOperationNode operationNode(const ExpressionTree& tree, const ExpressionNode& call) {
@@ -91,7 +79,7 @@ void TAVExpressionAnalyzer::parse(TAVFeatureMap* map) {
   const ExpressionTree tree =
       tav::parseExpression(text, sql ? tav::ExpressionLanguage::sql : tav::ExpressionLanguage::mdx);
   if (tree.fault)
-    setParsingError(pathOfDestination(*map), placeOf(text, tree.fault.offset), tree.fault.expected);
+    setParsingError(pathOfDestination(*map), tav::placeInText(text, tree.fault.offset), tree.fault.expected);
   TAVStatementNode statement(tree.source);
   startStatement(&statement);
 

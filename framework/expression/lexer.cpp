@@ -1,5 +1,6 @@
 #include "framework/expression/lexer.h"
 
+#include <algorithm>
 #include <array>
 
 #include "framework/expression/words.h"
@@ -348,6 +349,15 @@ Token Lexer::sqlSymbol() {
       break;
   }
   return finish(Token::Kind::unknown, place_ + 1);
+}
+
+TAVString placeInText(std::string_view text, std::size_t offset) {
+  const std::string_view before = text.substr(0, offset);
+  const auto line = std::count(before.begin(), before.end(), '\n') + 1;
+  const std::string_view inLine = before.substr(before.rfind('\n') + 1);
+  const auto column = std::count_if(inLine.begin(), inLine.end(),
+                                    [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
+  return "line " + std::to_string(line) + ", column " + std::to_string(column + 1);
 }
 
 std::size_t namePartLength(std::string_view reference) noexcept {

@@ -10,6 +10,7 @@
 #include "framework/api.h"
 #include "framework/expression/language.h"
 #include "framework/expression/operators.h"
+#include "framework/std/string.h"
 
 namespace tav {
 
@@ -122,6 +123,9 @@ class TAV_API Lexer {
   ExpressionFault fault_;
   std::size_t place_;  // where the next token begins
 };
+
+/// A place in a text as "line 2, column 7", columns in characters; `offset` in bytes.
+TAV_API TAVString placeInText(std::string_view text, std::size_t offset);
 
 /// The length of the part that a reference, laid out as the text of a token, begins with.
 TAV_API std::size_t namePartLength(std::string_view reference) noexcept;

@@ -4,39 +4,19 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
-#include <atomic>
 #include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <utility>
 #include <vector>
 
 #include "framework/std/exception.h"
+#include "framework/std/interruption.h"
 
 namespace tav {
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{1} << 20;
-
-// A signal handler may read these, so they are plain atomics: no lock, no allocation.
-constexpr std::size_t kMostFiles = 16;
-std::array<std::atomic<const char*>, kMostFiles> temporaries;
-
-void enlist(const char* path) noexcept {
-  for (auto& place : temporaries) {
-    const char* empty = nullptr;
-    if (place.compare_exchange_strong(empty, path)) return;
-  }
-}
-
-void strike(const char* path) noexcept {
-  for (auto& place : temporaries) {
-    const char* expected = path;
-    if (place.compare_exchange_strong(expected, nullptr)) return;
-  }
-}
 
 [[noreturn]] void failWith(const std::string& path, std::string_view cause) {
   fail("TAVXML_F0001", path + ": " + std::string(cause));
@@ -91,7 +71,7 @@ class ReplacingFile::Buffer : public std::streambuf {
     if (descriptor_ >= 0) close(descriptor_);
     if (temporary_.empty()) return;
     unlink(temporary_.c_str());
-    strike(temporary_.c_str());
+    strikeTemporary(temporary_.c_str());
   }
 
   void commit() {
@@ -100,7 +80,7 @@ class ReplacingFile::Buffer : public std::streambuf {
     if (fsync(descriptor_) != 0) failWith(target_, reason());
     if (close(std::exchange(descriptor_, -1)) != 0) failWith(target_, reason());
     if (rename(temporary_.c_str(), target_.c_str()) != 0) failWith(target_, reason());
-    strike(temporary_.c_str());
+    strikeTemporary(temporary_.c_str());
     temporary_.clear();
     syncFolderOf(target_);
   }
@@ -121,13 +101,14 @@ class ReplacingFile::Buffer : public std::streambuf {
 
  private:
   void createBeside(mode_t mode) {
+    const HeldSignals held;
     temporary_ = target_ + ".XXXXXX";
     descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
     if (descriptor_ < 0) {
       temporary_.clear();
       failWith(target_, reason());
     }
-    enlist(temporary_.c_str());
+    enlistTemporary(temporary_.c_str());
     // A file system without modes refuses this; the file is then as that file system makes files.
     static_cast<void>(fchmod(descriptor_, mode));
   }
@@ -166,11 +147,6 @@ std::ostream& ReplacingFile::stream() noexcept {
 
 void ReplacingFile::commit() {
   buffer_->commit();
-}
-
-void removeTemporaryFiles() noexcept {
-  for (auto& place : temporaries)
-    if (const char* path = place.load()) unlink(path);
 }
 
 }  // namespace tav

@@ -11,8 +11,9 @@
 namespace tav {
 
 /// Writes a file beside `target` and puts it in place with commit(). Without commit, or when anything
-/// throws, the target is untouched and nothing is left behind. A link is followed to the file it names;
-/// a target that exists and is no regular file (a terminal, a pipe) is written to as it is.
+/// throws, the target is untouched and nothing is left behind, nor by endUnfinishedWork(). A link is followed
+/// to the file it names; a target that exists and is no regular file (a terminal, a pipe) is written to as it
+/// is.
 ///
 /// Every failure is a TAVException "[TAVXML_F0001] path: cause".
 class TAV_API ReplacingFile {
@@ -32,8 +33,5 @@ class TAV_API ReplacingFile {
   std::unique_ptr<Buffer> buffer_;
   std::unique_ptr<std::ostream> stream_;
 };
-
-/// Removes the unfinished files of the process. Safe to call from a signal handler that ends the process.
-TAV_API void removeTemporaryFiles() noexcept;
 
 }  // namespace tav

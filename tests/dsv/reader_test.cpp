@@ -16,20 +16,44 @@ std::string field(const char* label, const TAVString& text) {
   return text.empty() ? "" : " " + std::string(label) + "=" + escape(text.view());
 }
 
+/// The features that feed one, and what a query reads of the database for it.
+std::string lineage(const TAVFeature& feature, const TAVString& querySources) {
+  std::string text;
+  if (const TAVFeatureMap* map = feature.getDestinationOfFeatureMap()) {
+    text = field("as", map->operation) + " <-";
+    for (const TAVFeature& source : map->sourceFeatures)
+      text += " " + source.classifier->getName().str() + "." + source.getName().str();
+  }
+  return text + field("database", querySources);
+}
+
 void showColumn(std::ostream& out, const TAVColumn& column) {
   const auto* type = tav::as<TAVDerivedType>(column.type.get());
   out << "    " << column.position << " " << column.getName().view() << ": " << type->getName().view()
       << (column.structural ? "" : " computed") << field("id", column.nativeId)
       << field("column", column.physicalName) << field("description", column.description)
-      << field("expression", column.expression) << "\n";
+      << field("expression", column.expression) << lineage(column, column.querySources) << "\n";
 }
 
 void showTable(std::ostream& out, const TAVTable& table) {
   out << "  " << (table.tableType.empty() ? "?" : table.tableType.str()) << " " << table.getName().view()
       << field("id", table.nativeId) << field("table", table.physicalName)
       << field("schema", table.schemaName) << field("source", table.dataSourceId)
-      << field("description", table.description) << field("query", table.query) << "\n";
-  for (const TAVFeature& feature : table.features) showColumn(out, *tav::as<TAVColumn>(&feature));
+      << field("description", table.description) << field("query", table.query)
+      << field("database", table.querySources) << "\n";
+  for (const TAVFeature& feature : table.features) {
+    if (const auto* condition = tav::as<TAVCondition>(&feature))
+      out << "    " << condition->getName().view() << field("column", condition->physicalName)
+          << field("expression", condition->expression) << lineage(*condition, condition->querySources)
+          << "\n";
+    else
+      showColumn(out, *tav::as<TAVColumn>(&feature));
+  }
+  for (const TAVClassifierMap& map : table.classifierMaps) {
+    out << "    reads";
+    for (const TAVClassifier& source : map.sourceClassifiers) out << " " << source.getName().view();
+    out << "\n";
+  }
 }
 
 void showView(std::ostream& out, const TAVDesignPackage& view) {

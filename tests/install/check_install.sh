@@ -26,12 +26,19 @@ share/doc/xmla-bridge/CHANGELOG.md
 share/doc/xmla-bridge/LICENSE
 share/doc/xmla-bridge/README.md
 share/man/man1/xmla-bridge.1
+share/xmla-bridge/java/MicrosoftSqlServerAs.jar
+share/xmla-bridge/java/jackson-annotations.jar
+share/xmla-bridge/java/jackson-core.jar
+share/xmla-bridge/java/jackson-databind.jar
 share/xmla-bridge/model.xsd
 share/zsh/site-functions/_xmla-bridge
 END
 
 "$tree/bin/xmla-bridge" import "$source/examples/lost-property-create.xmla" -o "$work/model.xml" >/dev/null
 [ -s "$work/model.xml" ] || fail 'the installed program saved no model'
+"$tree/bin/xmla-bridge" import --quiet "$source/examples/ferry-line.bim" -o "$work/tabular.xml" ||
+  fail 'the installed program runs no importer of tabular definitions'
+[ -s "$work/tabular.xml" ] || fail 'the installed importer saved no model'
 
 {
   cmake -S "$source/tests/install/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$tree" \

@@ -7,6 +7,7 @@
 #include "framework/serialization/model_writer.h"
 #include "framework/serialization/replacing_file.h"
 #include "framework/std/exception.h"
+#include "framework/std/interruption.h"
 #include "tests/support/corpus.h"
 
 namespace {
@@ -94,7 +95,7 @@ TEST_F(Saving, ALinkAndTheModeOfTheOldFileAreKept) {
 TEST_F(Saving, AnInterruptedProcessCanRemoveItsUnfinishedFiles) {
   tav::ReplacingFile file(TAVString((folder_.path() / "a.xml").string()));
   EXPECT_EQ(filesIn(folder_.path()), 1U);
-  tav::removeTemporaryFiles();
+  tav::endUnfinishedWork();
   EXPECT_EQ(filesIn(folder_.path()), 0U);
 }
 

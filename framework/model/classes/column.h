@@ -9,9 +9,13 @@ class TAV_API TAVColumn : public TAVStructuralFeature {
   TAVColumn() : TAVStructuralFeature(tav::classId<TAVColumn>) {}
   /// The expression of a column that the view computes.
   TAVString expression;
+  /// The columns of the database that feed a named query's column, one a line: `dbo.[Fact Sales].Amount`, or
+  /// the column's name alone when the query does not tell whose it is.
+  TAVString querySources;
 };
 
 template <> struct tav::Meta<TAVColumn> {
-  static constexpr std::array attributes{attribute<&TAVColumn::expression>("expression")};
+  static constexpr std::array attributes{attribute<&TAVColumn::expression>("expression"),
+                                         attribute<&TAVColumn::querySources>("querySources")};
   static constexpr std::array<LinkRow, 0> links{};
 };

@@ -15,11 +15,15 @@ class TAV_API TAVTable : public TAVClassifier {
   TAVString query;
   /// The ID of the data source that feeds the table.
   TAVString dataSourceId;
+  /// The tables, views and functions of the database that a named query reads, one a line: their names as the
+  /// query has them, `dbo.[Fact Sales]`.
+  TAVString querySources;
 };
 
 template <> struct tav::Meta<TAVTable> {
   static constexpr std::array attributes{
       attribute<&TAVTable::schemaName>("schemaName"), attribute<&TAVTable::tableType>("tableType"),
-      attribute<&TAVTable::query>("query"), attribute<&TAVTable::dataSourceId>("dataSourceId")};
+      attribute<&TAVTable::query>("query"), attribute<&TAVTable::dataSourceId>("dataSourceId"),
+      attribute<&TAVTable::querySources>("querySources")};
   static constexpr std::array<LinkRow, 0> links{};
 };

@@ -1,0 +1,52 @@
+#include "bridge/tabular_import.h"
+
+#include <array>
+
+#include "bridge/literals.h"
+#include "framework/bridgelib/class_path.h"
+#include "framework/java/java_bridge.h"
+#include "framework/serialization/multi_model_serialization.h"
+#include "framework/std/java_path.h"
+#include "framework/std/temporary_folder.h"
+
+namespace {
+
+constexpr const char* kMainClass = "KORV.bridges.MicrosoftSqlServerAs.Import.MicrosoftSqlServerAsImport";
+constexpr std::array kArchives{"MicrosoftSqlServerAs.jar", "TAVStatisticsUtil.jar", "TAVSummaryUtil.jar",
+                               "TAVEtlBridgeLib.jar", "Json/json-simple-1.1.1.jar"};
+
+TAVString classPathOfImporter(TAVLog* log) {
+  TAVString classPath;
+  const TAVString folder = getTAVJavaPath();
+  for (const char* archive : kArchives) appendClassPathElement(classPath, folder, archive, log);
+  return classPath;
+}
+
+/// The importer is told of the file, and of nothing else that the host was asked.
+TAVOptionList optionsOfImporter(const TAVFile& inputFile) {
+  TAVOptionList options;
+  options.add(QVT_SSXMLA::BP_FILE.generateOption(true)).setValue(inputFile.getPath());
+  return options;
+}
+
+/// The model is taken out of the document, which is deleted.
+TAVStoreModel* loadFrom(const TAVFile& folder, TAVLog* log) {
+  TAVMultiModelSerialization serialization(log, folder, MixOptimizationLevel::none);
+  const tav::Owned<TAVObject> root =
+      serialization.load(serialization.getFile(), tav::kClassRanges[tav::classId<TAVMultiModel>].code, true);
+  const auto* document = tav::as<TAVMultiModel>(root.get());
+  auto* content = document ? tav::as<TAVModelContent>(document->contents.first()) : nullptr;
+  auto* model = content ? tav::as<TAVStoreModel>(serialization.loadModel(*content)) : nullptr;
+  if (!model) return nullptr;
+  static_cast<void>(model->removeContent().release());  // it is `model` itself, the caller's from now on
+  return model;
+}
+
+}  // namespace
+
+TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile) {
+  const tav::TemporaryFolder folder("MicrosoftSqlServerXMLAImport");
+  TAVJavaBridge importer(kMainClass, classPathOfImporter(log), log, TAVJavaExe::JAVA_VERSION_6);
+  importer.javaImport(folder.folder().getFile("main.xml"), optionsOfImporter(inputFile), nullptr);
+  return loadFrom(folder.folder(), log);
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "framework/model/model.h"
+#include "framework/std/file.h"
+#include "framework/std/log.h"
+
+/// Lets the Java importer read a tabular definition, and loads the model that it writes. The caller owns the
+/// model; null when the importer's document holds none. Throws a TAVException when there is no Java, when the
+/// importer fails, and when what it wrote is no saved model. The temporary folder is gone in any case.
+TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile);

@@ -1,0 +1,404 @@
+#include "framework/expression/query_resolver.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "framework/expression/parser.h"
+#include "framework/std/string.h"
+
+namespace tav {
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(" \t\r\n");
+  if (begin == text.npos) return {};
+  return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
+}
+
+/// A name without the quotes around it; a doubled closing quote inside is one.
+std::string unquoted(std::string_view name) {
+  if (name.starts_with("N'")) name.remove_prefix(1);
+  const char open = name.empty() ? '\0' : name.front();
+  const char close = open == '[' ? ']' : open;
+  if (name.size() < 2 || (open != '[' && open != '"' && open != '\'') || name.back() != close)
+    return std::string(name);
+  std::string text;
+  for (std::size_t i = 1; i + 1 < name.size(); ++i) {
+    text += name[i];
+    if (name[i] == close && i + 2 < name.size() && name[i + 1] == close) ++i;
+  }
+  return text;
+}
+
+std::string foldedName(std::string_view name) {
+  return foldCase(unquoted(name));
+}
+
+bool isPlain(std::string_view name) {
+  const auto isLetter = [](char c) {
+    const char folded = foldCase(c);
+    return (folded >= 'a' && folded <= 'z') || c == '_' || c == '#' || static_cast<unsigned char>(c) >= 0x80U;
+  };
+  return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), [&](char c) {
+    return isLetter(c) || (c >= '0' && c <= '9') || c == '$' || c == '@';
+  });
+}
+
+}  // namespace
+
+std::vector<std::string> namePartsOf(std::string_view name) {
+  std::vector<std::string> parts;
+  for (std::size_t place = 0; place <= name.size();) {
+    const std::string_view rest = name.substr(place);
+    const std::size_t blanks =
+        rest.size() - rest.substr(std::min(rest.size(), rest.find_first_not_of(" \t\r\n"))).size();
+    const std::size_t length = blanks + namePartLength(rest.substr(blanks));
+    parts.push_back(unquoted(trimmed(rest.substr(0, length))));
+    place += length + 1;
+  }
+  return parts;
+}
+
+std::string joinNameParts(const std::vector<std::string>& parts) {
+  std::string name;
+  for (const std::string& part : parts) {
+    if (&part != &parts.front()) name += '.';
+    if (part.empty() || isPlain(part)) {
+      name += part;
+      continue;
+    }
+    name += '[';
+    for (const char c : part) name.append(c == ']' ? 2 : 1, c);
+    name += ']';
+  }
+  return name;
+}
+
+QueryResolver::QueryResolver(const Query& query)
+    : query_(query),
+      tables_(query.blocks.size()),
+      byAlias_(query.blocks.size()),
+      columns_(query.blocks.size()),
+      hasColumns_(query.blocks.size()),
+      firstStar_(query.blocks.size(), kNoQuery),
+      expressions_(query.queries.size()),
+      maxSteps_(50'000 + 20 * query.source.size()) {
+  for (std::uint32_t i = 0; i < query.queries.size(); ++i) {
+    const QueryUnion& current = query.queries[i];
+    for (const QueryExpression& expression : current.expressions)
+      expressions_[i].emplace(foldedName(expression.name), &expression);
+    // A query stands behind the one around it.
+    const std::uint32_t outer = current.parent == kNoQuery ? kNoQuery : scopes_[current.parent];
+    scopes_.push_back(current.expressions.empty() ? outer : i);
+  }
+  for (std::size_t i = 0; i < query.blocks.size(); ++i) {
+    const auto& columns = query.blocks[i].columns;
+    const auto star =
+        std::find_if(columns.begin(), columns.end(), [](const auto& column) { return column.star; });
+    if (star != columns.end()) firstStar_[i] = static_cast<std::uint32_t>(star - columns.begin());
+    for (const QueryTable& table : query.blocks[i].tables) {
+      Table& made = tables_[i].emplace_back();
+      for (const std::string& part : namePartsOf(table.name)) made.parts.push_back(foldCase(part));
+      made.alias = table.alias.empty() ? made.parts.back() : foldedName(table.alias);
+      if (table.kind == QueryTable::Kind::table && made.parts.size() == 1)
+        made.expression = findExpression(query.blocks[i].query, made.parts.front());
+      byAlias_[i].emplace(made.alias, static_cast<std::uint32_t>(tables_[i].size() - 1));
+    }
+  }
+  addObjects();
+}
+
+/// Finds the common table expression that a name means inside `query`, or null.
+const QueryExpression* QueryResolver::findExpression(std::uint32_t query, const std::string& name) const {
+  query = scopes_[query];
+  for (std::size_t depth = 0; query != kNoQuery && depth <= kMaxExpressionDepth; ++depth) {
+    const auto found = expressions_[query].find(name);
+    if (found != expressions_[query].end()) return found->second;
+    const std::uint32_t outer = query_.queries[query].parent;
+    query = outer == kNoQuery ? kNoQuery : scopes_[outer];
+  }
+  return nullptr;
+}
+
+void QueryResolver::addObjects() {
+  struct Place {
+    std::size_t begin;
+    std::uint32_t block, table;
+  };
+  std::vector<Place> places;
+  for (std::uint32_t b = 0; b < tables_.size(); ++b) {
+    for (std::uint32_t t = 0; t < tables_[b].size(); ++t) {
+      const QueryTable& table = query_.blocks[b].tables[t];
+      // Functions of one name are the database's own; those of users stand in a schema. A table variable or a
+      // temporary table is none of the database.
+      const bool object = (table.kind == QueryTable::Kind::table && !tables_[b][t].expression) ||
+                          (table.kind == QueryTable::Kind::function && tables_[b][t].parts.size() > 1);
+      if (object && table.name.front() != '@' && table.name.front() != '#')
+        places.push_back({table.begin, b, t});
+    }
+  }
+  std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.begin < b.begin; });
+  std::unordered_map<std::string, std::uint32_t> known;
+  for (const Place& place : places) {
+    Table& table = tables_[place.block][place.table];
+    const auto [entry, isNew] =
+        known.emplace(joinNameParts(table.parts), static_cast<std::uint32_t>(objects_.size()));
+    if (isNew) objects_.push_back({namePartsOf(query_.blocks[place.block].tables[place.table].name)});
+    table.object = entry->second;
+  }
+}
+
+// Results by name.
+
+/// The first column of the name in a block's list, or none.
+std::uint32_t QueryResolver::findPlace(std::uint32_t block, const std::string& name) {
+  if (!hasColumns_[block]) {
+    hasColumns_[block] = true;
+    const auto& columns = query_.blocks[block].columns;
+    for (std::uint32_t i = 0; i < columns.size(); ++i)
+      if (!columns[i].name.empty()) columns_[block].emplace(foldedName(columns[i].name), i);
+  }
+  const auto found = columns_[block].find(name);
+  return found == columns_[block].end() ? kNoQuery : found->second;
+}
+
+std::uint32_t QueryResolver::placeIn(const std::vector<std::string_view>& names, const std::string& folded) {
+  steps_ += names.size();
+  const auto found = std::find_if(names.begin(), names.end(),
+                                  [&](std::string_view name) { return foldedName(name) == folded; });
+  return found == names.end() ? kNoQuery : static_cast<std::uint32_t>(found - names.begin());
+}
+
+const QueryColumn* QueryResolver::findColumn(std::string_view name) {
+  if (query_.main == kNoQuery) return nullptr;
+  const std::uint32_t block = query_.queries[query_.main].blocks.front();
+  const std::uint32_t place = findPlace(block, foldCase(name));
+  return place == kNoQuery ? nullptr : &query_.blocks[block].columns[place];
+}
+
+std::vector<QuerySource> QueryResolver::sourcesOf(std::string_view name) {
+  start();
+  if (query_.main != kNoQuery) addTarget({query_.main, std::string(name), kNoQuery});
+  return follow();
+}
+
+std::vector<QuerySource> QueryResolver::conditionSources() {
+  start();
+  for (const QueryPart& condition : query_.conditions) addPart(condition);
+  return follow();
+}
+
+// Following.
+
+void QueryResolver::start() {
+  parts_.clear();
+  targets_.clear();
+  seenParts_.clear();
+  seenTargets_.clear();
+  seenSources_.clear();
+  sources_.clear();
+}
+
+std::vector<QuerySource> QueryResolver::follow() {
+  // Both lists grow while they are read.
+  for (std::size_t part = 0, target = 0;
+       isComplete() && (part < parts_.size() || target < targets_.size());) {
+    if (part == parts_.size()) {
+      visitTarget(Target(targets_[target++]));
+      continue;
+    }
+    const QueryPart& current = *parts_[part++];
+    for (const QueryReference& reference : current.references)
+      visitReference(reference.block, namePartsOf(reference.name));
+    for (const std::uint32_t query : current.queries)
+      for (const std::uint32_t block : query_.queries[query].blocks)
+        for (const QueryColumn& column : query_.blocks[block].columns) addPart(column);
+  }
+  return std::move(sources_);
+}
+
+void QueryResolver::addPart(const QueryPart& part) {
+  ++steps_;
+  if (seenParts_.insert(&part).second) parts_.push_back(&part);
+}
+
+void QueryResolver::addTarget(Target target) {
+  ++steps_;
+  std::string key = std::to_string(target.query);
+  if (target.place == kNoQuery)
+    key += " " + foldCase(target.name);
+  else
+    key += "#" + std::to_string(target.place);
+  if (seenTargets_.insert(std::move(key)).second) targets_.push_back(std::move(target));
+}
+
+void QueryResolver::addSource(std::uint32_t object, const std::string& column) {
+  if (seenSources_.insert(std::to_string(object) + " " + foldCase(column)).second)
+    sources_.push_back({object, column});
+}
+
+void QueryResolver::visitTarget(const Target& target) {
+  const auto& blocks = query_.queries[target.query].blocks;
+  if (blocks.empty()) return;
+  // The first SELECT names the columns of them all.
+  const std::uint32_t first = blocks.front();
+  std::uint32_t place = target.place;
+  if (place == kNoQuery) place = findPlace(first, foldCase(target.name));
+  const bool counted = place != kNoQuery && firstStar_[first] > place;
+  for (const std::uint32_t block : blocks) {
+    const auto& columns = query_.blocks[block].columns;
+    if (counted && place < columns.size() && firstStar_[block] > place)
+      addPart(columns[place]);
+    else if (!target.name.empty())
+      visitByName(block, target.name);
+  }
+}
+
+void QueryResolver::visitByName(std::uint32_t block, const std::string& name) {
+  const auto& columns = query_.blocks[block].columns;
+  const std::uint32_t place = findPlace(block, foldCase(name));
+  if (place != kNoQuery) return addPart(columns[place]);
+  std::vector<std::uint32_t> candidates;
+  for (std::size_t i = firstStar_[block]; i < columns.size() && candidates.size() < kMaxTables; ++i) {
+    ++steps_;
+    if (!columns[i].star) continue;
+    if (columns[i].qualifier.empty()) {
+      visitUnqualified(block, name);
+      return;
+    }
+    std::vector<std::string> parts = namePartsOf(columns[i].qualifier);
+    parts.push_back(name);
+    const std::uint32_t table = findQualified(block, parts);
+    if (table != kNoQuery) candidates.push_back(table);
+  }
+  choose(block, candidates, name);
+}
+
+/// A name that the block's tables do not know may belong to those of the blocks around it.
+void QueryResolver::visitReference(std::uint32_t block, const std::vector<std::string>& parts) {
+  for (std::size_t depth = 0; block != kNoQuery && depth <= kMaxExpressionDepth; ++depth) {
+    ++steps_;
+    if (parts.size() == 1) {
+      if (visitUnqualified(block, parts.front())) return;
+    } else if (const std::uint32_t table = findQualified(block, parts); table != kNoQuery) {
+      return visitNamed(block, table, parts.back());
+    }
+    block = query_.blocks[block].parent;
+  }
+}
+
+/// The table that the parts before the last name, or none.
+std::uint32_t QueryResolver::findQualified(std::uint32_t block, const std::vector<std::string>& parts) {
+  const auto [first, last] = byAlias_[block].equal_range(foldCase(parts[parts.size() - 2]));
+  std::uint32_t found = kNoQuery;
+  for (auto entry = first; entry != last; ++entry) {
+    ++steps_;
+    const Table& table = tables_[block][entry->second];
+    const std::size_t count = parts.size() - 1;
+    // Of dbo.t.c the parts before the last are the end of the table's own name.
+    bool same = count == 1 ||
+                (count <= table.parts.size() && query_.blocks[block].tables[entry->second].alias.empty());
+    for (std::size_t i = 0; same && count > 1 && i < count; ++i)
+      same = foldCase(parts[i]) == table.parts[table.parts.size() - count + i];
+    if (same) found = std::min(found, entry->second);
+  }
+  return found;
+}
+
+/// Follows a column of the table that the statement names for it.
+void QueryResolver::visitNamed(std::uint32_t block, std::uint32_t table, const std::string& name) {
+  const bool turned = query_.blocks[block].tables[table].kind == QueryTable::Kind::pivot;
+  if (turned && has(block, table, foldCase(name)) == Has::no)
+    visitUnqualified(block, name);  // it is not turned: a column of a table before it
+  else
+    visitTable(block, table, name);
+}
+
+bool QueryResolver::visitUnqualified(std::uint32_t block, const std::string& name) {
+  std::vector<std::uint32_t> all(std::min(tables_[block].size(), kMaxTables));
+  std::iota(all.begin(), all.end(), 0U);
+  return choose(block, all, name);
+}
+
+/// Follows a column of the one table that has it, or else may have it; false when none can.
+bool QueryResolver::choose(std::uint32_t block, const std::vector<std::uint32_t>& tables,
+                           const std::string& name) {
+  const std::string folded = foldCase(name);
+  std::vector<std::uint32_t> possible;
+  for (const std::uint32_t table : tables) {
+    ++steps_;
+    const Has answer = has(block, table, folded);
+    if (answer == Has::yes) {
+      visitTable(block, table, name);
+      return true;
+    }
+    if (answer == Has::perhaps) possible.push_back(table);
+  }
+  if (possible.empty()) return false;
+  if (possible.size() == 1)
+    visitTable(block, possible.front(), name);
+  else
+    addSource(QuerySource::kUnknown, name);
+  return true;
+}
+
+QueryResolver::Has QueryResolver::queryHas(std::uint32_t query, const std::vector<std::string_view>& names,
+                                           const std::string& folded) {
+  if (!names.empty()) return placeIn(names, folded) == kNoQuery ? Has::no : Has::yes;
+  if (query == kNoQuery || query_.queries[query].blocks.empty()) return Has::no;
+  const std::uint32_t block = query_.queries[query].blocks.front();
+  if (findPlace(block, folded) != kNoQuery) return Has::yes;
+  return firstStar_[block] != kNoQuery ? Has::perhaps : Has::no;
+}
+
+QueryResolver::Has QueryResolver::has(std::uint32_t block, std::uint32_t table, const std::string& folded) {
+  const QueryTable& written = query_.blocks[block].tables[table];
+  const Table& known = tables_[block][table];
+  if (known.expression) {
+    const auto& names = written.columns.empty() ? known.expression->columns : written.columns;
+    return queryHas(known.expression->query, names, folded);
+  }
+  switch (written.kind) {
+    case QueryTable::Kind::query:
+      return queryHas(written.query, written.columns, folded);
+    case QueryTable::Kind::values:
+    case QueryTable::Kind::pivot:
+      return placeIn(written.columns, folded) == kNoQuery ? Has::no : Has::yes;
+    default:
+      break;
+  }
+  if (known.object != QuerySource::kUnknown && hasColumn_ && hasColumn_(known.object, folded))
+    return Has::yes;
+  const bool renamed = written.kind == QueryTable::Kind::function && !written.columns.empty();
+  if (renamed) return placeIn(written.columns, folded) == kNoQuery ? Has::no : Has::yes;
+  return Has::perhaps;
+}
+
+void QueryResolver::visitTableQuery(std::uint32_t query, const std::vector<std::string_view>& names,
+                                    const std::string& name) {
+  if (query == kNoQuery) return;
+  if (names.empty()) return addTarget({query, name, kNoQuery});
+  const std::uint32_t place = placeIn(names, foldCase(name));
+  if (place != kNoQuery) addTarget({query, {}, place});
+}
+
+void QueryResolver::visitTable(std::uint32_t block, std::uint32_t table, const std::string& name) {
+  const QueryTable& written = query_.blocks[block].tables[table];
+  const Table& known = tables_[block][table];
+  if (known.expression) {
+    const auto& names = written.columns.empty() ? known.expression->columns : written.columns;
+    return visitTableQuery(known.expression->query, names, name);
+  }
+  switch (written.kind) {
+    case QueryTable::Kind::query:
+      return visitTableQuery(written.query, written.columns, name);
+    case QueryTable::Kind::values:
+    case QueryTable::Kind::pivot:
+      return addPart(written.inputs);
+    default:
+      if (known.object != QuerySource::kUnknown) addSource(known.object, name);
+  }
+}
+
+}  // namespace tav

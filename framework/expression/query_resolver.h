@@ -1,0 +1,123 @@
+#pragma once
+
+// What the results and the conditions of a statement are fed from: columns of the tables of the database,
+// traced through sub-queries, common table expressions and the columns that `*` stands for.
+
+#include <functional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "framework/expression/query.h"
+
+namespace tav {
+
+/// A table, view or function of the database.
+struct QueryObject {
+  std::vector<std::string>
+      parts;  ///< of its name, without quotes; the last is the object's, one may be empty
+};
+
+/// A column of the database.
+struct QuerySource {
+  static constexpr std::uint32_t kUnknown = 0xFFFFFFFF;
+  std::uint32_t object =
+      kUnknown;        ///< whose column, a place in the list of objects; unknown when several may have it
+  std::string column;  ///< without quotes, as the statement spells it
+};
+
+/// The parts of a dotted name without their quotes.
+TAV_API std::vector<std::string> namePartsOf(std::string_view name);
+
+/// A name of such parts, each in brackets unless it is a plain word: `dbo.[Fact Sales]`.
+TAV_API std::string joinNameParts(const std::vector<std::string>& parts);
+
+/// Follows the names of a statement, ignoring letter case. A name without a table belongs to the one table
+/// that has such a column for certain, else to the one table that may have it.
+class TAV_API QueryResolver {
+ public:
+  /// Whether an object of the list is known to have a column, whose name is given in small letters.
+  using HasColumn = std::function<bool(std::uint32_t object, const std::string& column)>;
+
+  /// The statement must outlive the resolver. Nothing is known of the objects until `setHasColumn`.
+  explicit QueryResolver(const Query& query);
+  void setHasColumn(HasColumn hasColumn) { hasColumn_ = std::move(hasColumn); }
+
+  /// What the statement reads, each once, in the order of the text.
+  [[nodiscard]] const std::vector<QueryObject>& objects() const noexcept { return objects_; }
+
+  /// The column of the result that has this name, or null; a column that `*` stands for is none.
+  [[nodiscard]] const QueryColumn* findColumn(std::string_view name);
+  /// What feeds the column of the result that has this name, each once.
+  [[nodiscard]] std::vector<QuerySource> sourcesOf(std::string_view name);
+  /// The columns that the conditions name, each once.
+  [[nodiscard]] std::vector<QuerySource> conditionSources();
+  /// False when a statement made to be expensive was not followed to its end.
+  [[nodiscard]] bool isComplete() const noexcept { return steps_ < maxSteps_; }
+
+ private:
+  static constexpr std::size_t kMaxTables = 256;  // of one SELECT; the database allows no more
+
+  /// A column that waits to be followed: of a query by name, or by place among its columns.
+  struct Target {
+    std::uint32_t query = 0;
+    std::string name;
+    std::uint32_t place = kNoQuery;
+  };
+
+  void addObjects();
+  [[nodiscard]] const QueryExpression* findExpression(std::uint32_t query, const std::string& name) const;
+  [[nodiscard]] std::uint32_t findPlace(std::uint32_t block, const std::string& name);
+  [[nodiscard]] std::uint32_t placeIn(const std::vector<std::string_view>& names, const std::string& folded);
+
+  std::vector<QuerySource> follow();
+  void start();
+  void addPart(const QueryPart& part);
+  void addTarget(Target target);
+  void visitTarget(const Target& target);
+  void visitByName(std::uint32_t block, const std::string& name);
+  void visitReference(std::uint32_t block, const std::vector<std::string>& parts);
+  [[nodiscard]] std::uint32_t findQualified(std::uint32_t block, const std::vector<std::string>& parts);
+  void visitNamed(std::uint32_t block, std::uint32_t table, const std::string& name);
+  bool visitUnqualified(std::uint32_t block, const std::string& name);
+  bool choose(std::uint32_t block, const std::vector<std::uint32_t>& tables, const std::string& name);
+  void visitTable(std::uint32_t block, std::uint32_t table, const std::string& name);
+  void visitTableQuery(std::uint32_t query, const std::vector<std::string_view>& names,
+                       const std::string& name);
+  enum class Has : std::uint8_t { no, perhaps, yes };
+  [[nodiscard]] Has has(std::uint32_t block, std::uint32_t table, const std::string& folded);
+  [[nodiscard]] Has queryHas(std::uint32_t query, const std::vector<std::string_view>& names,
+                             const std::string& folded);
+  void addSource(std::uint32_t object, const std::string& column);
+
+  /// What was found out about a table of a block.
+  struct Table {
+    std::uint32_t object = QuerySource::kUnknown;
+    const QueryExpression* expression = nullptr;
+    std::vector<std::string> parts;  // in small letters
+    std::string alias;               // the last name that it goes by, in small letters
+  };
+
+  const Query& query_;
+  HasColumn hasColumn_;
+  std::vector<QueryObject> objects_;
+  std::vector<std::vector<Table>> tables_;  // by block
+  std::vector<std::unordered_multimap<std::string, std::uint32_t>> byAlias_;
+  std::vector<std::unordered_map<std::string, std::uint32_t>> columns_;  // by block, made when asked for
+  std::vector<bool> hasColumns_;
+  std::vector<std::uint32_t> firstStar_;
+  std::vector<std::unordered_map<std::string, const QueryExpression*>> expressions_;  // by query
+  std::vector<std::uint32_t> scopes_;  // by query, the innermost around it that has expressions
+
+  // Of one look-up.
+  std::vector<const QueryPart*> parts_;
+  std::vector<Target> targets_;
+  std::unordered_set<const QueryPart*> seenParts_;
+  std::unordered_set<std::string> seenTargets_;
+  std::unordered_set<std::string> seenSources_;
+  std::vector<QuerySource> sources_;
+  std::size_t steps_ = 0;
+  std::size_t maxSteps_;  // of all look-ups of one statement, in proportion to its length
+};
+
+}  // namespace tav

@@ -1,0 +1,167 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import;
+
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Map;
+import java.util.Set;
+
+/** The model as a cube: the tables under their names, measures, KPIs and perspectives. */
+final class CubeImport {
+  private static final Set<String> MEASURE_PLACED =
+      Set.of("name", "description", "expression", "isHidden", "dataType", "kpi");
+  private static final Set<String> KPI_PLACED =
+      Set.of("description", "targetExpression", "statusExpression", "trendExpression");
+  private static final Set<String> PERSPECTIVE_PLACED = Set.of("name", "description");
+  private static final Map<String, String> KPI_PARTS = new java.util.TreeMap<>(
+      Map.of("Goal", "targetExpression", "Status", "statusExpression", "Trend", "trendExpression"));
+  private static final String MEASURES = "Calculated Measures";
+  private static final String KPIS = "KPIs";
+
+  /** A measure or a part of a KPI, whose expression is resolved when all names are known. */
+  private record Computed(TableImport.Made table, ModelObject measure, ModelObject copy) {}
+
+  private final ModelObject cube;
+  private final ModelObject cubePackage;
+  private final TableImport tables;
+  private final Catalog catalog;
+  private final LineageMaps maps;
+  private final List<ModelObject> aliases = new ArrayList<>();
+  private final List<Computed> computed = new ArrayList<>();
+
+  CubeImport(String name, ModelObject folder, TableImport tables, Catalog catalog, LineageMaps maps) {
+    cubePackage = folder.addUnique(ModelObject.Role.namespaceElements,
+        new ModelObject("TAVDesignPackage", name).set("nativeType", "Cube"));
+    cube = cubePackage.addUnique(
+        ModelObject.Role.namespaceElements, new ModelObject("TAVCube", name).set("nativeType", "Cube"));
+    this.tables = tables;
+    this.catalog = catalog;
+    this.maps = maps;
+  }
+
+  ModelObject cube() {
+    return cube;
+  }
+
+  List<ModelObject> aliases() {
+    return aliases;
+  }
+
+  void importCube(Json definition) throws ImportException {
+    cube.set("description", definition.text("description"));
+    for (TableImport.Made table : tables.tables) addAlias(table);
+    addMeasures();
+    addKpis();
+    for (Json perspective : definition.objects("perspectives")) {
+      ModelObject synonym =
+          new ModelObject("TAVSynonym", perspective.text("name")).set("nativeType", "Perspective");
+      synonym.set("description", perspective.text("description"));
+      catalog.keep(synonym, perspective, PERSPECTIVE_PLACED);
+      cube.add(ModelObject.Role.synonyms, synonym);
+    }
+  }
+
+  private void addAlias(TableImport.Made table) {
+    ModelObject dimension = table.dimension();
+    String description = dimension.get("description");
+    ModelObject association = new ModelObject("TAVCubeDimensionAssociation", dimension.name());
+    association.set("description", description).set("physicalName", table.dimension().name());
+    association.refer("dimension", dimension);
+    cube.add(ModelObject.Role.cubeDimensionAssociations, association);
+    ModelObject alias =
+        new ModelObject("TAVAliasClassifier", dimension.name()).set("nativeType", "Dimension");
+    alias.set("description", description);
+    aliases.add(cubePackage.addUnique(ModelObject.Role.namespaceElements, alias));
+    for (ModelObject attribute : dimension.parts(ModelObject.Role.features)) {
+      ModelObject feature = new ModelObject("TAVAliasFeature", attribute.name());
+      feature.set("description", attribute.get("description"));
+      alias.addUnique(ModelObject.Role.features, feature);
+      maps.link(feature, "", List.of(attribute));
+    }
+  }
+
+  private void addMeasures() throws ImportException {
+    ModelObject folder = null;
+    for (TableImport.Made table : tables.tables) {
+      List<Json> measures = table.definition().objects("measures");
+      if (measures.isEmpty()) continue;
+      if (folder == null) folder = addFolder(MEASURES);
+      ModelObject group =
+          new ModelObject("TAVDimension", table.dimension().name()).set("nativeType", MEASURES);
+      folder.addUnique(ModelObject.Role.namespaceElements, group);
+      for (Json definition : measures) addMeasure(table, definition, group);
+    }
+  }
+
+  private ModelObject addFolder(String name) {
+    return cubePackage.addUnique(ModelObject.Role.namespaceElements,
+        new ModelObject("TAVDesignPackage", name).set("nativeType", name));
+  }
+
+  private void addMeasure(TableImport.Made table, Json definition, ModelObject group) throws ImportException {
+    String name = definition.text("name");
+    ModelObject measure = new ModelObject("TAVMeasure", name).set("nativeType", "Calculated Measure");
+    measure.set("description", definition.text("description"))
+        .set("expression", definition.text("expression"));
+    measure.set("hidden", definition.flag("isHidden"));
+    measure.refer("type", catalog.type(definition.text("dataType")));
+    group.addFeature(measure);
+    catalog.keep(measure, definition, MEASURE_PLACED);
+    if (tables.resolver.findMeasure(name) != null) tables.warnSameName("measure", name, cube);
+    tables.resolver.addMeasure(name, measure);
+    addComputed(table, measure, measure.name());
+  }
+
+  /** The cube's own copy stands for the measure in the cube. */
+  private void addComputed(TableImport.Made table, ModelObject measure, String nameInCube) {
+    ModelObject copy = new ModelObject("TAVMeasure", nameInCube);
+    for (String attribute : List.of("description", "nativeType", "hidden"))
+      copy.set(attribute, measure.get(attribute));
+    copy.refer("type", measure.references().get("type"));
+    cube.addFeature(copy);
+    computed.add(new Computed(table, measure, copy));
+  }
+
+  private void addKpis() throws ImportException {
+    ModelObject folder = null;
+    for (TableImport.Made table : tables.tables) {
+      for (Json measure : table.definition().objects("measures")) {
+        if (!measure.has("kpi")) continue;
+        if (folder == null) folder = addFolder(KPIS);
+        addKpi(table, measure, folder);
+      }
+    }
+  }
+
+  private void addKpi(TableImport.Made table, Json measure, ModelObject folder) throws ImportException {
+    Json definition = measure.object("kpi");
+    ModelObject kpi = new ModelObject("TAVDimension", measure.text("name")).set("nativeType", "KPI");
+    kpi.set("description", definition.text("description"));
+    folder.addUnique(ModelObject.Role.namespaceElements, kpi);
+    catalog.keep(kpi, definition, KPI_PLACED);
+    addPart(table, kpi, "Value", "[" + measure.text("name").replace("]", "]]") + "]");
+    for (Map.Entry<String, String> part : KPI_PARTS.entrySet())
+      addPart(table, kpi, part.getKey(), definition.text(part.getValue()));
+  }
+
+  private void addPart(TableImport.Made table, ModelObject kpi, String part, String expression) {
+    ModelObject measure =
+        new ModelObject("TAVMeasure", part).set("nativeType", "KPI " + part).set("expression", expression);
+    measure.refer("type", catalog.type(""));
+    kpi.addFeature(measure);
+    // The server keeps a KPI's parts as hidden measures, and expressions may name them.
+    tables.resolver.addMeasure("_" + kpi.name() + " " + part, measure);
+    addComputed(table, measure, kpi.name() + " " + part);
+  }
+
+  void resolveExpressions() {
+    for (Computed one : computed) {
+      String text = one.measure.get("expression") == null ? "" : one.measure.get("expression");
+      DaxExpression expression = new DaxExpression(text);
+      DaxResolver.Lineage lineage = tables.resolver.resolve(expression, one.table.names(), false);
+      tables.report(expression, lineage, one.measure);
+      one.measure.set("unresolved", String.join("\n", lineage.unresolved));
+      tables.link(one.measure, text, lineage);
+      maps.link(one.copy, "", List.of(one.measure));
+    }
+  }
+}

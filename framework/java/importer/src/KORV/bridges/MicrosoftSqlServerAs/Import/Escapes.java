@@ -1,0 +1,24 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import;
+
+/** The backslash escapes of the option file and of messages: \\ \n \r \t. */
+final class Escapes {
+  private Escapes() {}
+
+  static String escape(String text) {
+    return text.replace("\\", "\\\\").replace("\n", "\\n").replace("\r", "\\r").replace("\t", "\\t");
+  }
+
+  static String unescape(String text) {
+    StringBuilder plain = new StringBuilder(text.length());
+    for (int i = 0; i < text.length(); ++i) {
+      char c = text.charAt(i);
+      if (c != '\\' || i + 1 == text.length()) {
+        plain.append(c);
+        continue;
+      }
+      char escaped = text.charAt(++i);
+      plain.append(escaped == 'n' ? '\n' : escaped == 'r' ? '\r' : escaped == 't' ? '\t' : escaped);
+    }
+    return plain.toString();
+  }
+}

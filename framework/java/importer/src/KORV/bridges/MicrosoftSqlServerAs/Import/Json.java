@@ -1,0 +1,144 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import;
+
+import java.util.ArrayList;
+import java.util.List;
+
+/** A value of the definition, with its place in the text. */
+final class Json {
+  enum Kind {
+    OBJECT("an object"),
+    ARRAY("an array"),
+    STRING("a text"),
+    OTHER("a number or a flag"),
+    NULL("null");
+
+    final String description;
+
+    Kind(String description) {
+      this.description = description;
+    }
+  }
+
+  static final Json NOTHING = new Json(Kind.NULL, "", 0, 0);
+
+  final Kind kind;
+  /** The text of a string; the literal of a number or flag. */
+  final String text;
+  final int line;
+  final int column;
+  /** The values of an object or array, and beside them the names of an object's members. */
+  final ArrayList<Json> values;
+  final ArrayList<String> names;
+
+  Json(Kind kind, String text, int line, int column) {
+    this.kind = kind;
+    this.text = text;
+    this.line = line;
+    this.column = column;
+    boolean structured = kind == Kind.OBJECT || kind == Kind.ARRAY;
+    values = structured ? new ArrayList<>(structured && kind == Kind.OBJECT ? 4 : 2) : null;
+    names = kind == Kind.OBJECT ? new ArrayList<>(4) : null;
+  }
+
+  /** The member of an object; null stands for absent. The last of equal names counts. */
+  Json get(String name) {
+    if (kind != Kind.OBJECT) return NOTHING;
+    int i = names.lastIndexOf(name);
+    return i < 0 ? NOTHING : values.get(i);
+  }
+
+  boolean has(String name) {
+    return get(name).kind != Kind.NULL;
+  }
+
+  /** A member that is an object, or an empty object. */
+  Json object(String name) throws ImportException {
+    Json value = get(name);
+    if (value.kind == Kind.NULL) return new Json(Kind.OBJECT, "", line, column);
+    return value.expect(Kind.OBJECT, name);
+  }
+
+  /** The objects of a member that is an array of them; none when it is absent. */
+  List<Json> objects(String name) throws ImportException {
+    Json array = get(name);
+    if (array.kind == Kind.NULL) return List.of();
+    for (Json value : array.expect(Kind.ARRAY, name).values) value.expect(Kind.OBJECT, name);
+    return array.values;
+  }
+
+  /** A member as text: a string, a number, a flag, or the lines of an array; empty when it is absent. */
+  String text(String name) throws ImportException {
+    Json value = get(name);
+    if (value.kind == Kind.ARRAY) {
+      StringBuilder lines = new StringBuilder();
+      for (int i = 0; i < value.values.size(); ++i) {
+        Json part = value.values.get(i);
+        if (part.values != null) part.expect(Kind.STRING, name);
+        lines.append(i == 0 ? "" : "\n").append(part.text);
+      }
+      return lines.toString();
+    }
+    return value.kind == Kind.OBJECT ? value.expect(Kind.STRING, name).text : value.text;
+  }
+
+  boolean flag(String name) throws ImportException {
+    return text(name).equals("true");
+  }
+
+  Json expect(Kind wanted, String name) throws ImportException {
+    if (kind == wanted) return this;
+    throw new ImportException(ImportException.DEFINITION, line, column,
+        "\"" + name + "\" is " + kind.description + ", expected " + wanted.description);
+  }
+
+  /** The value as text for a property: a plain value or lines of text as they are, the rest as JSON. */
+  String display() {
+    if (kind == Kind.OBJECT || kind == Kind.ARRAY) {
+      StringBuilder out = new StringBuilder();
+      append(out);
+      return out.toString();
+    }
+    return text;
+  }
+
+  /** Recursion is bounded by the reader's limit of nesting. */
+  private void append(StringBuilder out) {
+    switch (kind) {
+      case STRING -> appendString(out, text);
+      case OBJECT, ARRAY -> {
+        out.append(names != null ? '{' : '[');
+        for (int i = 0; i < values.size(); ++i) {
+          if (i > 0) out.append(',');
+          if (names != null) {
+            appendString(out, names.get(i));
+            out.append(':');
+          }
+          values.get(i).append(out);
+        }
+        out.append(names != null ? '}' : ']');
+      }
+      default -> out.append(kind == Kind.NULL ? "null" : text);
+    }
+  }
+
+  private static void appendString(StringBuilder out, String text) {
+    out.append('"');
+    for (int i = 0; i < text.length(); ++i) {
+      char c = text.charAt(i);
+      switch (c) {
+        case '"', '\\' -> out.append('\\').append(c);
+        case '\n' -> out.append("\\n");
+        case '\r' -> out.append("\\r");
+        case '\t' -> out.append("\\t");
+        default -> {
+          if (c < 0x20) {
+            out.append(String.format("\\u%04x", (int) c));
+          } else {
+            out.append(c);
+          }
+        }
+      }
+    }
+    out.append('"');
+  }
+}

@@ -1,0 +1,105 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import;
+
+import com.fasterxml.jackson.core.JsonFactory;
+import com.fasterxml.jackson.core.JsonLocation;
+import com.fasterxml.jackson.core.JsonParser;
+import com.fasterxml.jackson.core.JsonProcessingException;
+import com.fasterxml.jackson.core.JsonToken;
+import com.fasterxml.jackson.core.io.JsonEOFException;
+import com.fasterxml.jackson.core.json.JsonReadFeature;
+import java.io.IOException;
+import java.io.InputStream;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayDeque;
+import java.util.Set;
+
+/** Reads a definition token by token, so that neither its size nor its depth costs call stack. */
+final class JsonReader {
+  /** Real definitions nest about 15 deep; more than this is a damaged file. */
+  private static final int MAX_DEPTH = 500;
+
+  /** Members that are passed over: the server's own stamps, which say when and not what. */
+  private static final Set<String> STAMPS = Set.of("modifiedTime", "structureModifiedTime", "refreshedTime",
+      "createdTimestamp", "lastUpdate", "lastSchemaUpdate", "lastProcessed", "state", "errorMessage");
+
+  private JsonReader() {}
+
+  /** The root value of a file. Comments, line ends inside texts and a byte order mark are accepted. */
+  static Json read(Path path) throws IOException, ImportException {
+    JsonFactory factory =
+        JsonFactory.builder()
+            .enable(JsonReadFeature.ALLOW_JAVA_COMMENTS)
+            .enable(JsonReadFeature.ALLOW_UNESCAPED_CONTROL_CHARS)
+            .enable(JsonReadFeature.ALLOW_TRAILING_COMMA)
+            .build();
+    try (InputStream in = Files.newInputStream(path); JsonParser parser = factory.createParser(in)) {
+      return readTree(parser);
+    } catch (JsonEOFException fault) {
+      throw at(fault.getLocation(), "the text ends before the definition does");
+    } catch (JsonProcessingException fault) {
+      throw at(
+          fault.getLocation(), fault.getOriginalMessage().replaceAll("\\s*\\(?\\[Source:[^]]*\\]\\)?", ""));
+    } catch (java.io.CharConversionException fault) {
+      throw new ImportException(ImportException.SYNTAX, 0, 0, fault.getMessage());
+    }
+  }
+
+  private static Json readTree(JsonParser parser) throws IOException, ImportException {
+    ArrayDeque<Json> open = new ArrayDeque<>();
+    ArrayDeque<String> names = new ArrayDeque<>();
+    Json root = null;
+    for (JsonToken token = parser.nextToken(); token != null; token = parser.nextToken()) {
+      if (root != null) throw at(parser.getTokenLocation(), "more text after the end of the definition");
+      if (token == JsonToken.FIELD_NAME) {
+        names.push(parser.currentName());
+        continue;
+      }
+      if (token == JsonToken.END_OBJECT || token == JsonToken.END_ARRAY) {
+        Json done = open.pop();
+        if (open.isEmpty()) root = done;
+        continue;
+      }
+      Json value = makeValue(token, parser);
+      if (!open.isEmpty()) addTo(open.peek(), names, value);
+      if (value.values == null) {
+        if (open.isEmpty()) root = value;
+      } else {
+        if (open.size() == MAX_DEPTH)
+          throw at(parser.getTokenLocation(), "more than " + MAX_DEPTH + " levels of nesting");
+        open.push(value);
+      }
+    }
+    if (root == null) throw at(parser.getCurrentLocation(), "the file is empty");
+    return root;
+  }
+
+  private static void addTo(Json parent, ArrayDeque<String> names, Json value) {
+    if (parent.kind == Json.Kind.OBJECT) {
+      String name = names.pop();
+      if (STAMPS.contains(name) && value.values == null) return;
+      parent.names.add(name);
+    }
+    parent.values.add(value);
+  }
+
+  private static Json makeValue(JsonToken token, JsonParser parser) throws IOException {
+    JsonLocation place = parser.getTokenLocation();
+    Json.Kind kind =
+        switch (token) {
+          case START_OBJECT -> Json.Kind.OBJECT;
+          case START_ARRAY -> Json.Kind.ARRAY;
+          case VALUE_STRING -> Json.Kind.STRING;
+          case VALUE_NULL -> Json.Kind.NULL;
+          default -> Json.Kind.OTHER;
+        };
+    boolean plain = kind == Json.Kind.STRING || kind == Json.Kind.OTHER;
+    return new Json(kind, plain ? parser.getText() : "", place.getLineNr(), place.getColumnNr());
+  }
+
+  private static ImportException at(JsonLocation place, String cause) {
+    if (place == null) return new ImportException(ImportException.SYNTAX, 1, 1, cause);
+    return new ImportException(
+        ImportException.SYNTAX, Math.max(place.getLineNr(), 1), Math.max(place.getColumnNr(), 1), cause);
+  }
+}

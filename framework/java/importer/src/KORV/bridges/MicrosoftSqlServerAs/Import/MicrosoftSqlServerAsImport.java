@@ -1,0 +1,80 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import;
+
+import java.io.BufferedOutputStream;
+import java.io.FileDescriptor;
+import java.io.FileOutputStream;
+import java.io.IOException;
+import java.io.PrintStream;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.Files;
+import java.nio.file.Path;
+
+/**
+ * Reads a tabular model definition (JSON) and writes it as a saved metadata model.
+ *
+ * <p>Two arguments: the option file, lines "key TAB value" with BP_FILE as the definition's path, and the
+ * file to write. Messages go to standard output. A failure is one line on standard error and exit code 1,
+ * wrong usage exit code 2.
+ */
+public final class MicrosoftSqlServerAsImport {
+  private static final String INPUT_OPTION = "BP_FILE";
+
+  private MicrosoftSqlServerAsImport() {}
+
+  public static void main(String[] arguments) {
+    PrintStream errors =
+        new PrintStream(new FileOutputStream(FileDescriptor.err), true, StandardCharsets.UTF_8);
+    if (arguments.length != 2) {
+      errors.println("usage: MicrosoftSqlServerAsImport OPTION_FILE OUTPUT_FILE");
+      System.exit(2);
+    }
+    PrintStream output = new PrintStream(
+        new BufferedOutputStream(new FileOutputStream(FileDescriptor.out)), false, StandardCharsets.UTF_8);
+    MessageOutput messages = new MessageOutput(output);
+    String failure = run(arguments[0], Path.of(arguments[1]), messages);
+    if (failure == null) return;
+    errors.println(failure);
+    System.exit(1);
+  }
+
+  /** Runs the import; null, or the line that tells why it failed. */
+  private static String run(String optionFile, Path target, MessageOutput messages) {
+    String input = optionFile;
+    try {
+      input = readInputPath(optionFile);
+      // Nothing here holds on to the definition, so that its memory is free while the model is written.
+      ModelObject model =
+          new TabularImport(messages, input).importDefinition(JsonReader.read(Path.of(input)));
+      input = target.toString();
+      ModelWriter.write(model, target);
+      return null;
+    } catch (ImportException failure) {
+      return failure.describe(input);
+    } catch (IOException failure) {
+      return new ImportException(ImportException.FILE, 0, 0, reason(failure)).describe(input);
+    } catch (RuntimeException | StackOverflowError failure) {
+      return new ImportException(ImportException.FILE, 0, 0, "the importer failed: " + failure)
+          .describe(input);
+    } catch (OutOfMemoryError failure) {
+      return new ImportException(
+          ImportException.FILE, 0, 0, "the definition does not fit into Java's memory (option -Xmx)")
+          .describe(input);
+    }
+  }
+
+  private static String readInputPath(String optionFile) throws IOException, ImportException {
+    for (String line : Files.readAllLines(Path.of(optionFile), StandardCharsets.UTF_8)) {
+      int tab = line.indexOf('\t');
+      if (tab > 0 && line.substring(0, tab).equals(INPUT_OPTION))
+        return Escapes.unescape(line.substring(tab + 1));
+    }
+    throw new ImportException(ImportException.FILE, 0, 0, "the option " + INPUT_OPTION + " is missing");
+  }
+
+  private static String reason(IOException failure) {
+    if (failure instanceof java.nio.file.NoSuchFileException) return "no such file";
+    if (failure instanceof java.nio.file.AccessDeniedException) return "permission denied";
+    String message = failure.getMessage();
+    return message == null || message.isEmpty() ? "cannot be read or written" : message;
+  }
+}

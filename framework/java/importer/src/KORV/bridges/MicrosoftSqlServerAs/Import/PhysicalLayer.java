@@ -1,0 +1,195 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import;
+
+import java.util.ArrayList;
+import java.util.HashMap;
+import java.util.LinkedHashSet;
+import java.util.List;
+import java.util.Map;
+import java.util.Set;
+
+/** Data sources, and the tables and queries that a model reads from them. */
+final class PhysicalLayer {
+  private static final Set<String> PLACED =
+      Set.of("name", "description", "connectionString", "type", "credential", "password");
+  private static final String SQL_SERVER = "MICROSOFT_SQL_SERVER 11.0.0";
+  private static final String ORACLE = "ORACLE 11.0.0";
+  /** The package of queries that name no data source. */
+  private static final String NO_SOURCE = "Queries";
+
+  private static final class Table {
+    final ModelObject object;
+    final Map<String, ModelObject> columns = new HashMap<>();
+
+    Table(ModelObject object) {
+      this.object = object;
+    }
+  }
+
+  private final ModelObject model;
+  private final ModelObject views;
+  private final Catalog catalog;
+  private final LineageMaps maps;
+  private final Map<String, ModelObject> connections = new HashMap<>();
+  private final Map<String, ModelObject> packages = new HashMap<>();
+  private final Map<Relation.Table, Table> tables = new HashMap<>();
+  private final Map<String, Table> queries = new HashMap<>();
+
+  PhysicalLayer(ModelObject model, ModelObject views, Catalog catalog, LineageMaps maps) {
+    this.model = model;
+    this.views = views;
+    this.catalog = catalog;
+    this.maps = maps;
+  }
+
+  void addDataSource(Json definition) throws ImportException {
+    String name = definition.text("name");
+    boolean structured = definition.text("type").equals("structured");
+    ModelObject connection = addConnection(name,
+        structured ? address(definition.object("connectionDetails")) : definition.text("connectionString"));
+    connection.set("description", definition.text("description"));
+    String protocol = definition.object("connectionDetails").text("protocol");
+    String provider = setting(definition.text("connectionString"), "provider");
+    boolean oracle = protocol.equals("oracle") || provider.equals("oraoledb.oracle");
+    connection.set("dataStore", oracle ? ORACLE : SQL_SERVER);
+    catalog.property(connection, "type", definition.text("type"));
+    catalog.keep(connection, definition, PLACED);
+    connections.putIfAbsent(name, connection);
+  }
+
+  private ModelObject addConnection(String name, String connectionString) {
+    ModelObject connection = new ModelObject("TAVStoreConnection", name).set("nativeType", "DataSource");
+    connection.set("connectionString", connectionString);
+    return model.add(ModelObject.Role.storeConnections, connection);
+  }
+
+  /** The address of a structured data source as a connection string. */
+  private static String address(Json details) throws ImportException {
+    Json address = details.object("address");
+    StringBuilder text = new StringBuilder();
+    for (String name : new LinkedHashSet<>(address.names)) {
+      String key = name.equals("server") ? "Data Source" : name.equals("database") ? "Initial Catalog" : name;
+      text.append(text.isEmpty() ? "" : ";").append(key).append('=').append(address.get(name).display());
+    }
+    return text.toString();
+  }
+
+  /** A value of a connection string, in lower case; empty when it has none. */
+  private static String setting(String connectionString, String name) {
+    for (String part : connectionString.split(";")) {
+      int equal = part.indexOf('=');
+      if (equal > 0 && Names.same(part.substring(0, equal).trim(), name))
+        return Names.fold(part.substring(equal + 1).trim());
+    }
+    return "";
+  }
+
+  /** The key of a data source, or null when the model has none of that name. */
+  String dataSource(String name) {
+    return connections.containsKey(name) ? name : null;
+  }
+
+  /** The key of a connection that an M query opens; it is made on the first use. */
+  String openConnection(String function, String server, String database) {
+    String key = function + "\n" + server + "\n" + database;
+    if (!connections.containsKey(key)) {
+      String text = "Data Source=" + server + (database.isEmpty() ? "" : ";Initial Catalog=" + database);
+      ModelObject connection = addConnection(database.isEmpty() ? server : server + ";" + database, text);
+      connection.set("dataStore", function.startsWith("Oracle.") ? ORACLE : SQL_SERVER);
+      catalog.property(connection, "function", function);
+      connections.put(key, connection);
+    }
+    return key;
+  }
+
+  /** A column of a database table; table and column are made on the first use. */
+  ModelObject column(Relation.Column column, ModelObject type) {
+    Relation.Table name = column.table();
+    Relation.Table key =
+        new Relation.Table(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
+    Table table = tables.get(key);
+    if (table == null) {
+      table = addTable(name.connection(), name.name(), "Table");
+      table.object.set("schemaName", name.schema());
+      tables.put(key, table);
+    }
+    return column(table, column.name(), type, true);
+  }
+
+  private Table addTable(String connection, String name, String tableType) {
+    ModelObject object =
+        new ModelObject("TAVTable", name).set("physicalName", name).set("tableType", tableType);
+    object.set("dataSourceId", connections.containsKey(connection) ? connections.get(connection).name() : "");
+    viewPackage(connection).addUnique(ModelObject.Role.namespaceElements, object);
+    ModelObject source = connections.get(connection);
+    if (source != null) source.refer("connectionClassifiers", object);
+    return new Table(object);
+  }
+
+  private ModelObject viewPackage(String connection) {
+    ModelObject known = packages.get(connection);
+    if (known != null) return known;
+    ModelObject source = connections.get(connection);
+    ModelObject made = new ModelObject("TAVDesignPackage", source == null ? NO_SOURCE : source.name());
+    made.set("nativeType", "DataSourceView");
+    packages.put(connection, views.addUnique(ModelObject.Role.namespaceElements, made));
+    return made;
+  }
+
+  private ModelObject column(Table table, String name, ModelObject type, boolean structural) {
+    ModelObject known = table.columns.get(Names.fold(name));
+    if (known != null) return known;
+    ModelObject column =
+        new ModelObject("TAVColumn", name).set("physicalName", name).set("structural", structural);
+    if (type != null) column.refer("type", type);
+    table.object.addFeature(column);
+    table.columns.put(Names.fold(name), column);
+    return column;
+  }
+
+  /** What a partition reads: the relation, null when it cannot be told, and the text that says so. */
+  record Source(String connection, Relation relation, String name, String query) {}
+
+  /**
+   * The columns that a table's column is read from: of the database where the partition only chooses and
+   * renames, of the partition's query where it computes, or cannot be understood.
+   */
+  List<ModelObject> columnsFor(Source source, String sourceColumn, ModelObject type) {
+    Relation relation = source.relation;
+    Set<Relation.Column> direct = relation == null ? null : relation.sourcesOf(sourceColumn);
+    if (relation != null && relation.isPlain() && direct != null && !direct.isEmpty())
+      return physical(direct, type);
+    return List.of(column(query(source), sourceColumn, type, direct == null || direct.size() == 1));
+  }
+
+  private List<ModelObject> physical(Set<Relation.Column> columns, ModelObject type) {
+    List<ModelObject> found = new ArrayList<>();
+    for (Relation.Column column : columns) found.add(column(column, type));
+    return found;
+  }
+
+  private Table query(Source source) {
+    String key = source.connection + "\n" + source.query;
+    Table known = queries.get(key);
+    if (known != null) return known;
+    Table table = addTable(source.connection, source.name, "NamedQuery");
+    table.object.set("query", source.query);
+    queries.put(key, table);
+    return table;
+  }
+
+  /** Leads the columns of a query on to the database once all tables have asked for theirs. */
+  void linkQuery(Source source) {
+    Table table = queries.remove(source.connection + "\n" + source.query);
+    if (table == null || source.relation == null) return;
+    for (Relation.Output output : source.relation.outputs()) {
+      if (!output.name().isEmpty()) column(table, output.name(), null, output.sources().size() == 1);
+    }
+    for (ModelObject column : new ArrayList<>(table.columns.values())) {
+      Set<Relation.Column> sources = source.relation.sourcesOf(column.name());
+      if (sources == null) continue;
+      List<ModelObject> type = column.references().get("type");
+      boolean same = sources.size() == 1 && type != null;
+      maps.link(column, "", physical(sources, same ? type.get(0) : null));
+    }
+  }
+}

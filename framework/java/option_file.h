@@ -1,0 +1,33 @@
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "framework/std/file.h"
+#include "framework/std/option.h"
+
+namespace tav {
+
+/// Options written for an importer: a line "key<TAB>value" each, in UTF-8, with \\, \n, \r and \t for the
+/// characters that would break a line.
+///
+/// Java cannot name a file whose path is no UTF-8. For the value of an option of type file that is none, a
+/// link in the same folder stands in; original() turns what the importer says of it back.
+class OptionFile {
+ public:
+  /// Writes the options in a new file of the folder, readable by its owner alone. Throws a TAVException
+  /// "[TAVJAVA_F0003] path: cause".
+  OptionFile(const TAVFile& folder, const TAVOptionList& options);
+
+  [[nodiscard]] const TAVString& getPath() const noexcept { return path_; }
+  /// `text` with the paths of links replaced by what they stand for.
+  [[nodiscard]] TAVString original(TAVString text) const;
+
+ private:
+  TAVString handedValue(const TAVFile& folder, const TAVOption& option);
+
+  TAVString path_;
+  std::vector<std::pair<TAVString, TAVString>> links_;  // the link, and what it stands for
+};
+
+}  // namespace tav

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "framework/std/file.h"
+
+namespace tav {
+
+/// A temporary folder, removed with all that is in it at the end of its life, or by endUnfinishedWork().
+class TAV_API TemporaryFolder {
+ public:
+  /// Makes it as TAVFile::makeTempDir() does.
+  explicit TemporaryFolder(const TAVString& prefix);
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder();
+
+  [[nodiscard]] const TAVFile& folder() const noexcept { return folder_; }
+
+ private:
+  TAVFile folder_;
+};
+
+}  // namespace tav

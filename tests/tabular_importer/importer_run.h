@@ -1,0 +1,31 @@
+#pragma once
+
+// Running the Java importer of tabular definitions on a file.
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "framework/model/model.h"
+#include "tests/support/corpus.h"
+
+namespace tav::test {
+
+struct ImporterRun {
+  int exitCode = -1;
+  std::string messages;   ///< standard output but for its STATUS lines, a tab showing as a blank
+  std::string errors;     ///< standard error, the folder of the input left out
+  Owned<TAVModel> model;  ///< null when the importer failed
+};
+
+/// Imports a file. A document that the model's schema does not accept is a test failure.
+ImporterRun runImporter(const std::string& path);
+/// Imports a text as FILE.bim.
+ImporterRun importText(std::string_view definition);
+
+/// The features of a model by path, each with the paths of what it comes from, in the order of its map.
+using Sources = std::map<std::string, std::vector<std::string>>;
+Sources sourcesOf(const TAVModel& model);
+
+}  // namespace tav::test
