@@ -9,8 +9,8 @@ std::string show(const std::string& input) {
   const std::string script = tav::removeScriptComments(tav::test::unescape(input));
   std::string text;
   for (const tav::CalculatedMeasure& measure : tav::findCalculatedMeasures(script))
-    text += (text.empty() ? "" : "\n") + tav::test::escape(measure.name) + " := " +
-            tav::test::escape(measure.expression);
+    text += (text.empty() ? "" : "\n") + tav::test::escape(measure.name) +
+            " := " + tav::test::escape(measure.expression);
   return text;
 }
 
@@ -20,7 +20,9 @@ std::string repeated(std::string_view part, int times) {
   return text;
 }
 
-TEST(ScriptScanner, FindsCalculatedMeasures) { tav::test::checkCorpus("scripts/measures.txt", show); }
+TEST(ScriptScanner, FindsCalculatedMeasures) {
+  tav::test::checkCorpus("scripts/measures.txt", show);
+}
 
 TEST(ScriptScanner, RemovesComments) {
   tav::test::checkCorpus("scripts/comments.txt", [](const std::string& input) {
@@ -29,7 +31,8 @@ TEST(ScriptScanner, RemovesComments) {
 }
 
 TEST(ScriptScanner, KeepsTheWholeStatement) {
-  const std::string script = "CALCULATE; CREATE MEMBER c.Measures.[x] AS 1, VISIBLE = 0;  CREATE SET s AS {};";
+  const std::string script =
+      "CALCULATE; CREATE MEMBER c.Measures.[x] AS 1, VISIBLE = 0;  CREATE SET s AS {};";
   const auto measures = tav::findCalculatedMeasures(script);
   ASSERT_EQ(measures.size(), 1U);
   EXPECT_EQ(measures[0].statement, "CREATE MEMBER c.Measures.[x] AS 1, VISIBLE = 0;");
@@ -53,7 +56,8 @@ TEST(ScriptScanner, ReadsHostileScriptsInOnePass) {
   EXPECT_EQ(tav::removeScriptComments(repeated("/*\n", kMany)).size(), 3U * kMany);
   EXPECT_EQ(tav::removeScriptComments(repeated("/**/", kMany)), "");
   EXPECT_EQ(tav::removeScriptComments(repeated("/**/", kMany) + "\n"), "\n");
-  EXPECT_EQ(tav::removeScriptComments(std::string(kMany, ' ') + repeated("/**/ ", kMany) + "\nx").back(), 'x');
+  EXPECT_EQ(tav::removeScriptComments(std::string(kMany, ' ') + repeated("/**/ ", kMany) + "\nx").back(),
+            'x');
 }
 
 }  // namespace
