@@ -16,7 +16,7 @@ split() {
 # tags NAME...: start and end tags, as a dictionary has them.
 tags() { sed 's,.*,"<&>"\n"</&>",'; }
 
-for target in dom mdx sql import model; do
+for target in dom mdx sql query import model; do
   mkdir -p "$folder/seeds/$target"
   if [ -d "$root/fuzz/seeds/$target" ]; then cp "$root/fuzz/seeds/$target"/* "$folder/seeds/$target/"; fi
   if [ -f "$root/fuzz/$target.dict" ]; then cp "$root/fuzz/$target.dict" "$folder/"; else : >"$folder/$target.dict"; fi

@@ -110,6 +110,7 @@ TAVDsvReader::TAVDsvReader(const TAVDsvReader& other)
 }
 
 TAVDsvReader& TAVDsvReader::operator=(const TAVDsvReader& other) {
+  if (this == &other) return *this;
   model_ = other.model_;
   readAllSources_ = other.readAllSources_;
   keepIds_ = other.keepIds_;

@@ -10,8 +10,8 @@
 namespace tav {
 
 template <class Row, auto Part, class... Entries> consteval auto collectRows(ClassList<Entries...> /*list*/) {
-  constexpr std::size_t count = (Part.template of<typename Entries::Type>().size() + ...);
-  std::array<Row, count> rows{};
+  constexpr std::size_t kCount = (Part.template of<typename Entries::Type>().size() + ...);
+  std::array<Row, kCount> rows{};
   std::size_t n = 0;
   const auto append = [&](const auto& own) {
     for (const Row& row : own) rows[n++] = row;

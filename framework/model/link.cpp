@@ -11,7 +11,7 @@
 namespace tav {
 
 // Below this many slots a walk is cheaper than an index.
-constexpr std::uint32_t kSmall = 8;
+constexpr std::size_t kSmall = 8;
 
 /// The only code that touches slots.
 struct LinkAccess {

@@ -50,8 +50,9 @@ class ClassTable {
     for (const AttributeRow& row : kAttributes)
       if (derives(info.id, row.owner)) attributes.push_back(&row);
     std::vector<LinkInfo>& links = links_[info.id];
-    for (std::uint8_t i = 0; i < kLinks.size(); ++i)
-      if (derives(info.id, kLinks[i].owner)) links.push_back({&kLinks[i], i, kOpposite[i]});
+    for (std::size_t i = 0; i < kLinks.size(); ++i)
+      if (derives(info.id, kLinks[i].owner))
+        links.push_back({&kLinks[i], static_cast<LinkNumber>(i), kOpposite[i]});
     std::vector<LinkInfo>& parts = parts_[info.id];
     for (const LinkInfo& link : links)
       if (link.row->kind == LinkKind::contained) parts.push_back(link);
@@ -102,7 +103,7 @@ const ClassInfo* findClass(std::string_view name) noexcept {
   return classTable().find(name);
 }
 
-bool isDefault(const Value& value) noexcept {
+bool isDefault(const Value& value) {
   if (const auto* text = std::get_if<std::string_view>(&value)) return text->empty();
   if (const auto* store = std::get_if<TAVDataStore>(&value)) return *store == TAVDataStore{};
   if (const auto* number = std::get_if<std::int64_t>(&value)) return *number == 0;

@@ -34,7 +34,7 @@ TAV_API const ClassInfo& classInfo(ClassId id) noexcept;
 TAV_API const ClassInfo* findClass(std::string_view name) noexcept;
 
 /// Whether the attribute has its default, which is neither saved nor exported.
-TAV_API bool isDefault(const Value& value) noexcept;
+TAV_API bool isDefault(const Value& value);
 
 /// A walk through the objects at one end.
 class TAV_API EndWalk {

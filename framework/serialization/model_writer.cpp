@@ -88,15 +88,16 @@ class Writer {
 
   void value(std::string_view name, const Value& value) {
     if (isDefault(value)) return;
-    if (const auto* text = std::get_if<std::string_view>(&value))
-      attribute(name, *text);
-    else if (const auto* amount = std::get_if<std::int64_t>(&value))
-      number(name, *amount);
-    else if (const auto* store = std::get_if<TAVDataStore>(&value))
-      attribute(name, store->name.str() + " " + std::to_string(store->major) + "." +
-                          std::to_string(store->minor) + "." + std::to_string(store->release));
-    else
-      attribute(name, "true");
+    if (const auto* text = std::get_if<std::string_view>(&value)) return attribute(name, *text);
+    if (const auto* amount = std::get_if<std::int64_t>(&value)) return number(name, *amount);
+    if (const auto* store = std::get_if<TAVDataStore>(&value)) return attribute(name, textOf(*store));
+    attribute(name, "true");
+  }
+
+  static std::string textOf(const TAVDataStore& store) {
+    std::string text = store.name.str();
+    text.append(" ").append(std::to_string(store.major)).append(".").append(std::to_string(store.minor));
+    return text.append(".").append(std::to_string(store.release));
   }
 
   void references(const LinkRow& row, const TAVObject& object) {

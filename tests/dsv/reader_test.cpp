@@ -42,12 +42,13 @@ void showTable(std::ostream& out, const TAVTable& table) {
       << field("description", table.description) << field("query", table.query)
       << field("database", table.querySources) << "\n";
   for (const TAVFeature& feature : table.features) {
-    if (const auto* condition = tav::as<TAVCondition>(&feature))
+    if (const auto* condition = tav::as<TAVCondition>(&feature)) {
       out << "    " << condition->getName().view() << field("column", condition->physicalName)
           << field("expression", condition->expression) << lineage(*condition, condition->querySources)
           << "\n";
-    else
+    } else {
       showColumn(out, *tav::as<TAVColumn>(&feature));
+    }
   }
   for (const TAVClassifierMap& map : table.classifierMaps) {
     out << "    reads";

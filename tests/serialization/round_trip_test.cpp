@@ -88,12 +88,11 @@ TEST(RoundTrip, SavingWhatWasLoadedGivesTheSameBytes) {
   const auto loaded = tav::loadModelText(first, "full");
   EXPECT_TRUE(first == saved(*loaded));
   // Every class and every attribute is there, so the comparison speaks for all of them.
-  for (tav::ClassId id = 0; id < tav::kClassCount; ++id)
-    if (tav::classInfo(id).create && id != tav::classId<TAVMultiModel> &&
-        id != tav::classId<TAVModelContent>) {
-      EXPECT_NE(first.find("<" + std::string(tav::classInfo(id).name) + " "), std::string::npos)
-          << tav::classInfo(id).name;
-    }
+  for (tav::ClassId id = 0; id < tav::kClassCount; ++id) {
+    const tav::ClassInfo& info = tav::classInfo(id);
+    if (!info.create || id == tav::classId<TAVMultiModel> || id == tav::classId<TAVModelContent>) continue;
+    EXPECT_NE(first.find("<" + std::string(info.name) + " "), std::string::npos) << info.name;
+  }
 }
 
 TEST(RoundTrip, ACopyIsSavedAsItsOriginal) {
