@@ -62,7 +62,7 @@ void planKey(Dimension& dimension, Table& table, const std::string& thing) {
   dimension.attributes.push_back({dimension.id + " Key", thing, {0}, 1, Attribute::kNone});
 }
 
-void planAttribute(Dimension& dimension, Table& table, std::string name, Random& random) {
+void planAttribute(Dimension& dimension, Table& table, const std::string& name, Random& random) {
   Attribute attribute;
   attribute.name = name;
   attribute.id = random.chance(19) ? dimension.id + " - " + name : name;

@@ -76,10 +76,11 @@ std::string scriptHead(const Area& area) {
 void addStatements(std::string& text, const Area& area, std::size_t number, Random& random) {
   addMember(text, area, number, random);
   const Dimension& dimension = random.pick(area.dimensions);
-  if (random.chance(9))
+  if (random.chance(9)) {
     text += "CREATE DYNAMIC SET CURRENTCUBE.[Best " + std::to_string(number) + "]\n AS TopCount( [" +
             dimension.name + "].[" + dimension.attributes[0].name + "].Members, 10, " +
             measureOf(area, random) + " ) ;\n\n";
+  }
   if (random.chance(6)) {
     const std::string where = measureOf(area, random), what = measureOf(area, random);
     text += "SCOPE ( " + where + " );\n    This = " + what + " * 1.1; -- planned growth\nEND SCOPE;\n\n";
@@ -116,8 +117,10 @@ void writeKpis(XmlWriter& to, const Area& area, Random& random, Scale scale) {
     const std::string value = "KpiValue( \"" + name + "\" )", goal = "KpiGoal( \"" + name + "\" )";
     to.leaf("Value", measureOf(area, random));
     to.leaf("Goal", "CASE\n    WHEN " + measureOf(area, random) + " > 1000 THEN .30\n    ELSE .15\nEND");
-    to.leaf("Status", "CASE\n    WHEN " + value + " >= " + goal + " THEN 1\n    WHEN " + value + " >= .9 * " +
-                          goal + " THEN 0\n    ELSE -1\nEND");
+    std::string status = "CASE\n    WHEN ";
+    status.append(value).append(" >= ").append(goal).append(" THEN 1\n    WHEN ").append(value);
+    status.append(" >= .9 * ").append(goal).append(" THEN 0\n    ELSE -1\nEND");
+    to.leaf("Status", status);
     to.leaf("Trend", "IIF( " + value + " > " + earlier(area, random, value) + ", 1, 0 )");
     to.leaf("TrendGraphic", "Standard Arrow");
     to.leaf("StatusGraphic", "Traffic Light - Single");

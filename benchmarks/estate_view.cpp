@@ -22,11 +22,12 @@ void writeColumn(XmlWriter& to, const Column& column, bool isKey, Random& random
   if (!column.expression.empty()) attributes += R"( msdata:ReadOnly="true" msprop:IsLogical="True")";
   if (isKey) attributes += R"( msdata:ReadOnly="true" msdata:AutoIncrement="true")";
   attributes += designTimeName(random);
-  if (column.expression.empty())
+  if (column.expression.empty()) {
     attributes +=
         attribute("msprop:DbColumnName", column.name) + attribute("msprop:FriendlyName", column.name);
-  else
+  } else {
     attributes += attribute("msprop:ComputedColumnExpression", column.expression);
+  }
   if (!column.type.empty()) attributes += attribute("type", "xs:" + column.type);
   if (!isKey) attributes += R"( minOccurs="0")";
   if (!column.type.empty()) return to.empty("xs:element", attributes);
@@ -38,14 +39,15 @@ void writeColumn(XmlWriter& to, const Column& column, bool isKey, Random& random
 
 void writeTable(XmlWriter& to, const Table& table, Random& random) {
   std::string attributes = attribute("name", table.id) + designTimeName(random);
-  if (table.query.empty())
+  if (table.query.empty()) {
     attributes += attribute("msprop:FriendlyName", table.friendlyName) + R"( msprop:DbSchemaName="dbo")" +
                   attribute("msprop:DbTableName", table.databaseName) + R"( msprop:TableType="Table")";
-  else
+  } else {
     attributes += R"( msprop:IsLogical="True")" + attribute("msprop:FriendlyName", table.friendlyName) +
                   attribute("msprop:DbTableName", table.friendlyName) + R"( msprop:TableType="View")" +
                   attribute("msprop:QueryDefinition", table.query) +
                   R"( msprop:QueryBuilder="SpecificQueryBuilder")";
+  }
   const Element element(to, "xs:element", attributes);
   const Element complex(to, "xs:complexType");
   const Element sequence(to, "xs:sequence");
@@ -66,7 +68,7 @@ void writeConstraints(XmlWriter& to, const Area& area) {
     to.empty("xs:selector", attribute("xpath", ".//" + table.id));
     to.empty("xs:field", attribute("xpath", table.columns[0].name));
   }
-  for (const MeasureGroup& group : area.groups)
+  for (const MeasureGroup& group : area.groups) {
     for (const Usage& usage : group.usages) {
       const Table& table = area.tables[group.table];
       const std::size_t parent = area.dimensions[usage.dimension].table;
@@ -76,6 +78,7 @@ void writeConstraints(XmlWriter& to, const Area& area) {
       to.empty("xs:selector", attribute("xpath", ".//" + table.id));
       to.empty("xs:field", attribute("xpath", table.columns[usage.column].name));
     }
+  }
 }
 
 void writeSchema(XmlWriter& to, const Area& area, Random& random) {

@@ -3,6 +3,7 @@
 // bytes everywhere.
 
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <iostream>
@@ -38,7 +39,7 @@ int main(int count, char** arguments) try {
   const auto seed = number<std::uint64_t>(arguments[2]);
   const std::string_view kind = count == 4 ? arguments[3] : "database";
   if (!size || !(*size > 0) || *size > kLargest || !seed) return usage();
-  const auto bytes = static_cast<std::uint64_t>(*size * 1e6 + .5);
+  const auto bytes = static_cast<std::uint64_t>(std::llround(*size * 1e6));
   if (kind == "database")
     tav::bench::writeEstate(std::cout, bytes, *seed);
   else

@@ -6,7 +6,8 @@ namespace {
 constexpr std::size_t kFlushAt = 1 << 20;
 
 void appendEscaped(std::string& to, std::string_view text, bool inAttribute) {
-  for (const char c : text) switch (c) {
+  for (const char c : text) {
+    switch (c) {
       case '&':
         to += "&amp;";
         break;
@@ -28,12 +29,13 @@ void appendEscaped(std::string& to, std::string_view text, bool inAttribute) {
       default:
         to += c;
     }
+  }
 }
 
 }  // namespace
 
 void XmlWriter::begin(std::string_view tag, std::string_view attributes) {
-  buffer_.append(2 * depth_, ' ');
+  buffer_.append(std::size_t{2} * depth_, ' ');
   buffer_ += '<';
   buffer_ += tag;
   buffer_ += attributes;
@@ -53,7 +55,7 @@ void XmlWriter::open(std::string_view tag, std::string_view attributes) {
 
 void XmlWriter::close(std::string_view tag) {
   --depth_;
-  buffer_.append(2 * depth_, ' ');
+  buffer_.append(std::size_t{2} * depth_, ' ');
   buffer_ += "</";
   buffer_ += tag;
   buffer_ += '>';

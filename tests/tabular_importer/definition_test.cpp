@@ -80,11 +80,12 @@ TEST(TabularDefinition, TenThousandTablesEachWithAMeasureOverTheLast) {
   for (int i = 0; i < 10'000; ++i) {
     const std::string number = std::to_string(i);
     const std::string before = i == 0 ? "0" : "[M" + std::to_string(i - 1) + "]";
+    std::string expression = "SUM(T";
+    expression.append(number).append("[c]) + ").append(before);
     json source = {{"query", "SELECT * FROM dbo.T" + number}, {"dataSource", "D"}};
     tables.push_back({{"name", "T" + number},
                       {"columns", json::array({{{"name", "c"}, {"sourceColumn", "c"}}})},
-                      {"measures", json::array({{{"name", "M" + number},
-                                                 {"expression", "SUM(T" + number + "[c]) + " + before}}})},
+                      {"measures", json::array({{{"name", "M" + number}, {"expression", expression}}})},
                       {"partitions", json::array({{{"source", source}}})}});
   }
   json model = {{"dataSources", json::array({{{"name", "D"}}})}, {"tables", tables}};

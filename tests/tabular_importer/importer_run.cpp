@@ -23,6 +23,7 @@ int runProgram(std::vector<std::string> words, const std::string& out, const std
   posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, out.c_str(), kFlags, 0600);
   posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errors.c_str(), kFlags, 0600);
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   pid_t child = 0;
@@ -86,9 +87,10 @@ ImporterRun runImporter(const std::string& path) {
   const std::string out = folder.path() / "out";
   const std::string errors = folder.path() / "errors";
   const std::string options = folder.write("options", optionLine(path));
+  const std::string jar = std::string(JAVA_FOLDER) + "/MicrosoftSqlServerAs.jar";
   ImporterRun run;
   run.exitCode =
-      runProgram({JAVA_PROGRAM, "-cp", JAVA_FOLDER "/MicrosoftSqlServerAs.jar",
+      runProgram({JAVA_PROGRAM, "-cp", jar,
                   "KORV.bridges.MicrosoftSqlServerAs.Import.MicrosoftSqlServerAsImport", options, target},
                  out, errors);
   run.messages = withoutStatus(readFile(out));
