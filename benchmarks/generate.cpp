@@ -26,8 +26,8 @@ template <class Number> std::optional<Number> number(std::string_view text) {
 int usage() {
   std::cerr << "usage: generate-definition SIZE SEED [KIND] > FILE\n"
                "  KIND database (as if not given) or script: SIZE in MB, such as 0.01 or 100\n"
-               "  KIND equal-names, attributes, tables, measures, equal-measures, references or cubes:\n"
-               "    SIZE objects\n";
+               "  KIND equal-names, attributes, uneven, tables, measures, equal-measures, references or\n"
+               "    cubes: SIZE objects\n";
   return 2;
 }
 

@@ -83,6 +83,18 @@ Plan manyAttributes(std::uint64_t count) {
   return plan;
 }
 
+/// What the first dimension took must cost those behind it nothing.
+Plan unevenDimensions(std::uint64_t count) {
+  Plan plan = manyAttributes(count);
+  for (std::uint64_t i = 0; i < count; ++i) {
+    Dimension dimension;
+    dimension.id = dimension.name = label("D", i);
+    addAttribute(dimension, 0);
+    plan.area.dimensions.push_back(std::move(dimension));
+  }
+  return plan;
+}
+
 Plan manyTables(std::uint64_t count) {
   Plan plan = plainPlan();
   plan.spread = true;
@@ -159,6 +171,7 @@ Plan longScript(std::uint64_t bytes) {
 Plan planMany(std::string_view kind, std::uint64_t count) {
   if (kind == "equal-names") return equalNames(count);
   if (kind == "attributes") return manyAttributes(count);
+  if (kind == "uneven") return unevenDimensions(count);
   if (kind == "tables") return manyTables(count);
   if (kind == "measures") return manyMeasures(count);
   if (kind == "equal-measures") return manyMeasures(count, "Sales");
