@@ -107,7 +107,7 @@ void planDimensions(Area& area, Random& random, Scale scale) {
     planKey(dimension, table, thing);
     // Around the mean, so that some dimensions are wide and some narrow.
     const std::size_t attributes =
-        scale < kSmall ? scale * 3 / kSmall : kAttributes / 2 + random.below(kAttributes + 1);
+        scale < kSmall ? scale * kAttributes / kSmall : kAttributes / 2 + random.below(kAttributes + 1);
     for (std::size_t a = 0; a < attributes; ++a)
       planAttribute(dimension, table, thing + " " + numbered(kQualities, a), random);
     planHierarchies(dimension, random);
@@ -150,7 +150,7 @@ void planGroups(Area& area, Random& random, Scale scale) {
       table.columns.push_back({"K" + std::to_string(u) + area.tables[d].columns[0].name, "int", 0, ""});
     }
     const std::size_t measures =
-        scale < kSmall ? 1 + scale * 2 / kSmall : kMeasures / 2 + random.below(kMeasures + 1);
+        scale < kSmall ? 1 + scale * kMeasures / kSmall : kMeasures / 2 + random.below(kMeasures + 1);
     for (std::size_t m = 0; m < measures; ++m)
       group.measures.push_back(planMeasure(group, table, thing + " " + numbered(kFigures, m), random));
     if (random.chance(15)) {

@@ -30,10 +30,11 @@ void TAVSQLServerXMLAImportBridge::resolveCubeExpressions(TAVCube& cube) {
 
 void TAVSQLServerXMLAImportBridge::resolveFolderExpressions(cScriptParser& parser, TAVDesignPackage* folder) {
   if (!folder) return;
-  for (TAVModelElement* element : folder->getModelElements())
+  for (TAVModelElement* element : folder->getModelElements()) {
     for (TAVFeature& feature : static_cast<TAVClassifier*>(element)->features)
       if (TAVFeatureMap* map = feature.getDestinationOfFeatureMap())
         if (map->controlFeatures.empty()) resolveExpression(parser, *map);
+  }
 }
 
 void TAVSQLServerXMLAImportBridge::resolveExpression(cScriptParser& parser, TAVFeatureMap& map) {

@@ -15,10 +15,11 @@ const TAVDOMElement* findColumnBinding(const TAVDOMElement& attribute) {
 
 std::vector<TAVString> relatedIdsOf(const TAVDOMElement& attribute) {
   std::vector<TAVString> ids;
-  if (const TAVDOMElement* relationships = attribute.getFirstElement(kAttributeRelationships))
+  if (const TAVDOMElement* relationships = attribute.getFirstElement(kAttributeRelationships)) {
     for (const TAVDOMElement& relationship : relationships->getElements())
       if (relationship.getTagName() == kAttributeRelationship)
         ids.emplace_back(relationship.getFirstElementValue(kAttributeId));
+  }
   return ids;
 }
 
@@ -48,8 +49,9 @@ void TAVSQLServerXMLAImportBridge::bindAttribute(const TAVDOMElement& binding, A
   TAVDimensionAttribute& attribute = record.dimension->addFeature(std::move(made));
   registerObject(attribute);
   record.dimensionAttribute = &attribute;
-  if (const TAVDOMElement* source = binding.getFirstElement(kSource))
+  if (const TAVDOMElement* source = binding.getFirstElement(kSource)) {
     linkFeatureToColumn(dimensionMap.sourceReference, attribute,
                         TAVDsvReader::stringEscape(source->getFirstElementValue(kTableId)),
                         TAVDsvReader::stringEscape(source->getFirstElementValue(kColumnId)));
+  }
 }

@@ -60,10 +60,11 @@ void TAVSQLServerXMLAImportBridge::importDataSourceViews(const TAVDOMElement& da
 }
 
 void TAVSQLServerXMLAImportBridge::indexColumns(const TAVDesignPackage& view) {
-  for (const TAVModelElement* table : view.getModelElements())
+  for (const TAVModelElement* table : view.getModelElements()) {
     for (TAVFeature& column : static_cast<const TAVClassifier*>(table)->features)
       columns_.add(column, view.nativeId, table->nativeId,
                    column.nativeId.empty() ? column.physicalName : column.nativeId);
+  }
 }
 
 void TAVSQLServerXMLAImportBridge::deleteForeignSchemas(const TAVOlapSchema& schema) {

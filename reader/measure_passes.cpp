@@ -26,11 +26,13 @@ void TAVSQLServerXMLAImportBridge::resolveMeasures(const TAVDesignPackage& cubes
   for (const TAVPackage* package : packages)
     for (TAVNamespaceElement& element : package->namespaceElements)
       if (const auto* dimension = tav::as<TAVDimension>(&element)) resolveMeasureSources(*dimension);
-  for (const TAVPackage* package : packages)
-    for (TAVNamespaceElement& element : package->namespaceElements)
+  for (const TAVPackage* package : packages) {
+    for (TAVNamespaceElement& element : package->namespaceElements) {
       if (const auto* cube = tav::as<TAVCube>(&element))
         for (TAVFeature& feature : cube->features)
           if (auto* measure = tav::as<TAVMeasure>(&feature)) takeStructuralFlag(*measure);
+    }
+  }
 }
 
 void TAVSQLServerXMLAImportBridge::resolveMeasureSources(const TAVDimension& dimension) {

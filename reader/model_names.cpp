@@ -21,10 +21,11 @@ ModelNames::ModelNames(const TAVStoreModel& model) {
   while (!waiting.empty()) {
     const TAVPackage& package = *waiting.back();
     waiting.pop_back();
-    if (is<TAVDesignPackage>(package))
+    if (is<TAVDesignPackage>(package)) {
       for (TAVNamespaceElement& element : package.namespaceElements)
         if (auto* dimension = as<TAVDimension>(&element))
           dimensions_.add(*dimension, foldCase(dimension->getName().view()));
+    }
     const std::vector<TAVPackage*> children = package.getChildPackages();
     waiting.insert(waiting.end(), children.rbegin(), children.rend());
   }
@@ -36,10 +37,11 @@ TAVDimension* ModelNames::findDimension(std::string_view name) const {
 
 TAVLevel* ModelNames::findLevel(const TAVHierarchy& hierarchy, std::string_view name) {
   const auto [place, isNew] = levels_.try_emplace(&hierarchy);
-  if (isNew)
+  if (isNew) {
     for (const TAVHierarchyLevelAssociation& association : hierarchy.hierarchyLevelAssociations)
       if (TAVLevel* level = association.level.get())
         place->second.add(*level, foldCase(level->getName().view()));
+  }
   return place->second.find(foldCase(name));
 }
 
