@@ -5,7 +5,7 @@
 namespace tav {
 namespace {
 
-constexpr std::size_t npos = std::string_view::npos;
+constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 constexpr std::string_view kMeasures = "MEASURES";
@@ -22,7 +22,7 @@ class ForwardSearch {
   ForwardSearch(std::string_view text, std::string_view part, Find find)
       : text_(text), part_(part), find_(find) {}
 
-  /// The first place at or after `start`, which is never smaller than it was before; npos when there is none.
+  /// The first place at or after `start`, which is never smaller than it was before; kNone when there is none.
   std::size_t from(std::size_t start) {
     if (!searched_ || found_ < start) found_ = find_(text_, part_, start);
     searched_ = true;
@@ -43,13 +43,13 @@ std::size_t findText(std::string_view text, std::string_view part, std::size_t s
 
 std::string_view trimmed(std::string_view text) {
   const std::size_t first = text.find_first_not_of(kWhiteSpace);
-  if (first == npos) return {};
+  if (first == kNone) return {};
   return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
 bool startsLikeLineComment(std::string_view segment) {
   const std::size_t first = segment.find_first_not_of(kBlanks);
-  if (first == npos) return false;
+  if (first == kNone) return false;
   const std::string_view rest = segment.substr(first);
   return rest.starts_with("//") || rest.starts_with("-- ");
 }
@@ -61,15 +61,15 @@ std::string upperCase(std::string_view text) {
   return upper;
 }
 
-/// The dot behind `<cube>.[Measures]` or `<cube>.Measures` in a statement in capitals; npos when the member
+/// The dot behind `<cube>.[Measures]` or `<cube>.Measures` in a statement in capitals; kNone when the member
 /// belongs to another dimension.
 std::size_t findDotBehindMeasures(std::string_view upper) {
   const std::size_t first = upper.find('.');
-  const std::size_t second = first == npos ? npos : upper.find('.', first + 1);
-  if (second == npos) return npos;
+  const std::size_t second = first == kNone ? kNone : upper.find('.', first + 1);
+  if (second == kNone) return kNone;
   const bool bracket = second > 1 && upper[second - 1] == ']';
   const std::string_view before = upper.substr(0, bracket ? second - 1 : second);
-  return before.ends_with(kMeasures) ? second : npos;
+  return before.ends_with(kMeasures) ? second : kNone;
 }
 
 std::string_view withoutBrackets(std::string_view name) {
@@ -85,10 +85,10 @@ std::string_view withoutComma(std::string_view expression) {
 /// What one statement defines; nothing when it is no calculated measure.
 std::optional<CalculatedMeasure> readStatement(std::string_view statement, std::string_view upper) {
   const std::size_t dot = findDotBehindMeasures(upper);
-  const std::size_t as = dot == npos ? npos : findWord(upper, "AS", dot + 1);
-  if (as == npos) return std::nullopt;
+  const std::size_t as = dot == kNone ? kNone : findWord(upper, "AS", dot + 1);
+  if (as == kNone) return std::nullopt;
   const std::size_t format = upper.find("FORMAT_STRING", as);
-  const std::size_t end = format == npos ? statement.size() : format;
+  const std::size_t end = format == kNone ? statement.size() : format;
   const std::string_view name = trimmed(statement.substr(dot + 1, as - dot - 1));
   const std::string_view expression = trimmed(statement.substr(as + 2, end - as - 2));
   return CalculatedMeasure{withoutBrackets(name), withoutComma(expression), statement};
@@ -97,12 +97,12 @@ std::optional<CalculatedMeasure> readStatement(std::string_view statement, std::
 }  // namespace
 
 std::size_t findWord(std::string_view text, std::string_view word, std::size_t start) {
-  for (std::size_t at = text.find(word, start); at != npos; at = text.find(word, at + word.size())) {
+  for (std::size_t at = text.find(word, start); at != kNone; at = text.find(word, at + word.size())) {
     const std::size_t end = at + word.size();
     const bool begins = at == 0 || isScriptBlank(text[at - 1]);
     if (begins && (end == text.size() || isScriptBlank(text[end]))) return at;
   }
-  return npos;
+  return kNone;
 }
 
 std::string removeScriptComments(std::string_view script) {
@@ -114,7 +114,7 @@ std::string removeScriptComments(std::string_view script) {
   bool last = false;
   while (!last && at < script.size()) {
     const std::size_t lineEnd = lineEnds.from(at);
-    last = lineEnd == npos;
+    last = lineEnd == kNone;
     const std::size_t next = last ? script.size() : lineEnd + 1;
     const std::string_view segment = script.substr(at, next - at);
     if (!last && startsLikeLineComment(segment)) {
@@ -122,8 +122,8 @@ std::string removeScriptComments(std::string_view script) {
       continue;
     }
     const std::size_t opening = openings.from(at);
-    const std::size_t closing = opening < next ? closings.from(opening) : npos;
-    if (closing == npos) {
+    const std::size_t closing = opening < next ? closings.from(opening) : kNone;
+    if (closing == kNone) {
       result += segment;
       at = next;
     } else {
@@ -138,9 +138,9 @@ std::vector<CalculatedMeasure> findCalculatedMeasures(std::string_view script) {
   const std::string upper = upperCase(script);
   ForwardSearch members(upper, "MEMBER", &findWord);
   std::vector<CalculatedMeasure> measures;
-  for (std::size_t at = findWord(upper, "CREATE", 0); at != npos;) {
+  for (std::size_t at = findWord(upper, "CREATE", 0); at != kNone;) {
     const std::size_t end = upper.find(';', at);
-    if (end == npos) break;
+    if (end == kNone) break;
     if (members.from(at + 7) <= end) {
       const std::size_t size = end - at + 1;
       if (auto measure = readStatement(script.substr(at, size), std::string_view(upper).substr(at, size)))
