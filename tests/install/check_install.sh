@@ -41,7 +41,7 @@ END
 [ -s "$work/tabular.xml" ] || fail 'the installed importer saved no model'
 
 {
-  cmake -S "$source/tests/install/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$tree" \
+  cmake -G Ninja -S "$source/tests/install/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$tree" \
     -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Debug
   cmake --build "$work/consumer"
 } >"$work/log" 2>&1 || fail "$(cat "$work/log")"

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 #include "framework/model/tree_walk.h"
@@ -26,6 +27,7 @@ int runProgram(std::vector<std::string> words, const std::string& out, const std
   arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
+  setenv("LC_ALL", "C.UTF-8", 1);  // as the launcher starts it: file names are UTF-8
   pid_t child = 0;
   const int failure = posix_spawn(&child, arguments[0], &files, nullptr, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&files);
