@@ -6,9 +6,9 @@
 
 namespace tav::bench {
 
-/// Writes a made-up definition of about that many bytes: from 1 MB up a twentieth more or less, below a quarter,
-/// because it grows in leaps, and never less than about 12,600. The same bytes for the same arguments on every
-/// platform.
+/// Writes a made-up definition of about that many bytes: from 1 MB up a twentieth more or less, below a
+/// quarter, because it grows in leaps, and never less than about 12,600. The same bytes for the same
+/// arguments on every platform.
 void writeEstate(std::ostream& out, std::uint64_t bytes, std::uint64_t seed);
 
 /// Writes a definition with `count` of one thing and little else, the same bytes on every platform. Throws

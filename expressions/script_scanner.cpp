@@ -22,7 +22,8 @@ class ForwardSearch {
   ForwardSearch(std::string_view text, std::string_view part, Find find)
       : text_(text), part_(part), find_(find) {}
 
-  /// The first place at or after `start`, which is never smaller than it was before; kNone when there is none.
+  /// The first place at or after `start`, which is never smaller than it was before; kNone when there is
+  /// none.
   std::size_t from(std::size_t start) {
     if (!searched_ || found_ < start) found_ = find_(text_, part_, start);
     searched_ = true;
