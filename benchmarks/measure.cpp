@@ -159,10 +159,12 @@ bool Bench::printBounds() const {
                ok ? "ok" : "OVER");
   };
   fmt::print("{:<52} {:>8}    {:>9}\n", "measure", "at most", "measured");
-  for (const double size : {10., 100.})
-    if (const Row* row = at(size))
+  for (const double size : {10., 100.}) {
+    if (const Row* row = at(size)) {
       bound(fmt::format("import / xmllint --noout at {:.0f} MB", size), row->import.wall / row->xmllint.wall,
             1.0, "");
+    }
+  }
   const Row *one = at(1), *hundred = at(100);
   if (one && hundred) {
     const auto perMegabyte = [&](const Row& row) {

@@ -55,6 +55,7 @@ void catchSignals() {
 
 Cost run(const std::vector<std::string>& command, const std::string& temporaryFolder) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& argument : command) arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);
 
