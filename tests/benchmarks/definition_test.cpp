@@ -11,8 +11,6 @@
 
 namespace {
 
-using namespace tav::bench;
-
 /// FNV-1a, 64 bits.
 std::uint64_t hashOf(const std::string& text) {
   std::uint64_t hash = 0xCBF29CE484222325u;
@@ -23,9 +21,9 @@ std::uint64_t hashOf(const std::string& text) {
 std::string written(const std::string& kind, std::uint64_t size) {
   std::ostringstream out;
   if (kind == "database")
-    writeEstate(out, size, 1);
+    tav::bench::writeEstate(out, size, 1);
   else
-    writeMany(out, kind, size);
+    tav::bench::writeMany(out, kind, size);
   return out.str();
 }
 
@@ -63,7 +61,7 @@ TEST(MadeUpDefinitions, AreAboutAsLargeAsAsked) {
 
 TEST(MadeUpDefinitions, OfAnUnknownKindAreNone) {
   std::ostringstream out;
-  EXPECT_THROW(writeMany(out, "perspectives", 1), std::invalid_argument);
+  EXPECT_THROW(tav::bench::writeMany(out, "perspectives", 1), std::invalid_argument);
   EXPECT_EQ(out.str(), "");
 }
 
