@@ -96,6 +96,13 @@ bool QueryParser::clauseWord(QueryWord what) {
     return true;
   }
   if (fromWord(what)) return true;
+  // Behind the ORDER BY of a union whose SELECTs all stand in brackets there is nothing to add tables to.
+  const bool needsSelect = what == QueryWord::from || what == QueryWord::where || what == QueryWord::having;
+  if (needsSelect && top.block == kNoQuery) {
+    fail("SELECT");
+    take();
+    return true;
+  }
   switch (what) {
     case QueryWord::from:
       begin(Clause::tables);
