@@ -1,5 +1,6 @@
 #include "exports/json.h"
 
+#include "exports/formats.h"
 #include "exports/json_text.h"
 #include "exports/mask.h"
 #include "framework/model/tree_walk.h"
@@ -128,5 +129,9 @@ class JsonExport {
 void exportJson(const TAVModel& model, std::ostream& out) {
   JsonExport(out).write(model);
 }
+
+extern const ExportFormat kJsonFormat{"json", "the whole model as one document",
+                                      [](const TAVModel& model, const ExportOptions& /*options*/,
+                                         std::ostream& out) { exportJson(model, out); }};
 
 }  // namespace tav

@@ -1,76 +1,39 @@
-#include <unistd.h>
-
-#include <algorithm>
-#include <array>
-#include <cerrno>
-#include <system_error>
-
-#include "exports/json.h"
-#include "framework/serialization/model_reader.h"
-#include "framework/serialization/replacing_file.h"
-#include "framework/std/exception.h"
+#include "exports/formats.h"
 #include "host/command.h"
-#include "host/import_run.h"
-#include "host/standard_output.h"
+#include "host/model_input.h"
+#include "host/output.h"
 
 namespace host {
 namespace {
 
-struct Format {
-  std::string_view name;
-  void (*write)(const TAVModel& model, std::ostream& out);
-};
-constexpr std::array kFormats{Format{"json", tav::exportJson}};
-
 struct Arguments {
-  std::string input;
   std::string format;
   std::string output = "-";
+  tav::ExportOptions options;
 };
 
-void write(const TAVModel& model, const Arguments& arguments) {
-  const auto* format = std::find_if(kFormats.begin(), kFormats.end(),
-                                    [&](const Format& row) { return row.name == arguments.format; });
-  if (arguments.output == "-") {
-    StandardOutput out;
-    format->write(model, out.stream());
-    out.finish();
-  } else {
-    tav::ReplacingFile out{TAVString(arguments.output)};
-    format->write(model, out.stream());
-    out.commit();
+void write(const TAVModel& model, const tav::ExportFormat& format, const Arguments& arguments) {
+  if (format.writeFiles) {
+    format.writeFiles(model, arguments.options, arguments.output);
+    return;
   }
-}
-
-std::string readStandardInput() {
-  constexpr std::size_t kStep = std::size_t{1} << 16;
-  std::string text;
-  for (;;) {
-    const std::size_t size = text.size();
-    text.resize(size + kStep);
-    const ssize_t count = read(STDIN_FILENO, text.data() + size, kStep);
-    if (count < 0 && errno != EINTR)
-      tav::fail("XMLABRIDGE_F0008", "Standard input cannot be read: " +
-                                        std::error_code(errno, std::generic_category()).message());
-    text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-    if (count == 0) return text;
-  }
+  writeOutput(arguments.output, [&](std::ostream& out) { format.write(model, arguments.options, out); });
 }
 
 int exportModel(const Arguments& arguments, MessageLog& log) {
-  if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
-  if (arguments.input == "-") {
-    write(*tav::loadModelText(readStandardInput(), "standard input"), arguments);
-    return kDone;
-  }
-  if (tav::isSavedModel(arguments.input)) {
-    write(*tav::loadModel(arguments.input), arguments);
-    return kDone;
-  }
-  return runImport(arguments.input, "", log, [&](const TAVStoreModel& model) {
-    write(model, arguments);
-    return false;
-  });
+  const tav::ExportFormat& format = *tav::findExportFormat(arguments.format);
+  if (arguments.output != "-") checkOutput(arguments.options.input, arguments.output);
+  if (arguments.output == "-" && format.writeFiles)
+    throw CLI::ValidationError("-o", "the format " + arguments.format + " is written to files: name one");
+  return withModel(arguments.options.input, log,
+                   [&](const TAVModel& model) { write(model, format, arguments); });
+}
+
+std::string describeFormats() {
+  std::string text = "The format to write:";
+  for (const tav::ExportFormat* format : tav::exportFormats())
+    text.append("\n").append(format->name).append(": ").append(format->description);
+  return text;
 }
 
 }  // namespace
@@ -78,16 +41,15 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
 Command addExport(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   std::vector<std::string> formats;
-  formats.reserve(kFormats.size());
-  for (const Format& format : kFormats) formats.emplace_back(format.name);
+  for (const tav::ExportFormat* format : tav::exportFormats()) formats.emplace_back(format->name);
   CLI::App* parser =
       program.add_subcommand("export", "Write a saved model or a definition in another format");
   parser
-      ->add_option("INPUT", arguments->input,
+      ->add_option("INPUT", arguments->options.input,
                    "A saved model, or \"-\" for one on standard input; or a definition")
       ->type_name("FILE")
       ->required();
-  parser->add_option("--format", arguments->format, "The format to write")
+  parser->add_option("--format", arguments->format, describeFormats())
       ->type_name("FORMAT")
       ->required()
       ->check(CLI::IsMember(formats));

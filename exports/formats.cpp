@@ -1,0 +1,26 @@
+#include "exports/formats.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tav {
+
+extern const ExportFormat kJsonFormat;
+
+namespace {
+
+constexpr std::array kFormats{&kJsonFormat};
+
+}  // namespace
+
+std::span<const ExportFormat* const> exportFormats() noexcept {
+  return kFormats;
+}
+
+const ExportFormat* findExportFormat(std::string_view name) noexcept {
+  const auto* format = std::find_if(kFormats.begin(), kFormats.end(),
+                                    [&](const ExportFormat* row) { return row->name == name; });
+  return format == kFormats.end() ? nullptr : *format;
+}
+
+}  // namespace tav

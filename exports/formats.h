@@ -1,0 +1,43 @@
+#pragma once
+
+// What a model can be exported as. A format is one file, and one line in formats.cpp.
+
+#include <cstdint>
+#include <functional>
+#include <ostream>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "framework/model/model.h"
+
+namespace tav {
+
+/// What the user asked for beside the format. Each format reads what concerns it.
+struct ExportOptions {
+  /// The file that was read, as the user named it: a definition or a saved model, "-" for standard input.
+  std::string input;
+  /// Around which node lineage is shown: a name as trace and impact take it; empty for all.
+  std::string from;  ///< and what depends on it
+  std::string to;    ///< and what it comes from
+  /// The namespace of what the server itself holds: cubes, dimensions, measure groups.
+  std::string server = "ssas://localhost";
+  /// Whether datasets and jobs are told of as such, instead of a run.
+  bool staticEvents = false;
+  /// The messages that the import logged about the model, for formats that keep them.
+  std::span<const std::string> warnings;
+};
+
+/// A format that is one text goes to a stream; one that is made of files names them itself.
+struct ExportFormat {
+  std::string_view name;
+  std::string_view description;  ///< half a line for the help
+  void (*write)(const TAVModel& model, const ExportOptions& options, std::ostream& out) = nullptr;
+  void (*writeFiles)(const TAVModel& model, const ExportOptions& options, const std::string& path) = nullptr;
+};
+
+std::span<const ExportFormat* const> exportFormats() noexcept;
+/// The format of this name, or null.
+const ExportFormat* findExportFormat(std::string_view name) noexcept;
+
+}  // namespace tav

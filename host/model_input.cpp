@@ -1,0 +1,50 @@
+#include "host/model_input.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+#include "framework/serialization/model_reader.h"
+#include "framework/std/exception.h"
+#include "host/command.h"
+#include "host/import_run.h"
+
+namespace host {
+namespace {
+
+std::string readStandardInput() {
+  constexpr std::size_t kStep = std::size_t{1} << 16;
+  std::string text;
+  for (;;) {
+    const std::size_t size = text.size();
+    text.resize(size + kStep);
+    const ssize_t count = read(STDIN_FILENO, text.data() + size, kStep);
+    if (count < 0 && errno != EINTR)
+      tav::fail("XMLABRIDGE_F0008", "Standard input cannot be read: " +
+                                        std::error_code(errno, std::generic_category()).message());
+    text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (count == 0) return text;
+  }
+}
+
+}  // namespace
+
+int withModel(const std::string& input, MessageLog& log,
+              const std::function<void(const TAVModel& model)>& use) {
+  if (input == "-") {
+    use(*tav::loadModelText(readStandardInput(), "standard input"));
+    return kDone;
+  }
+  if (tav::isSavedModel(input)) {
+    use(*tav::loadModel(input));
+    return kDone;
+  }
+  return runImport(input, "", log, [&](const TAVStoreModel& model) {
+    use(model);
+    return false;
+  });
+}
+
+}  // namespace host

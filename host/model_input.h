@@ -1,0 +1,19 @@
+#pragma once
+
+// The one way in which commands get the model that they tell something about.
+
+#include <functional>
+#include <string>
+
+#include "framework/model/model.h"
+#include "host/message_log.h"
+
+namespace host {
+
+/// Opens `input`, a saved model ("-" is one on standard input) or a definition, which is imported without
+/// saving anything, and shows its model to `use`. Returns an exit code: done, or that the input holds no
+/// database definition. Throws when it cannot be opened.
+int withModel(const std::string& input, MessageLog& log,
+              const std::function<void(const TAVModel& model)>& use);
+
+}  // namespace host
