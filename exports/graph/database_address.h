@@ -9,8 +9,8 @@ namespace tav {
 
 /// The server and database of a connection string, under the names that lineage catalogues use for them.
 struct DatabaseAddress {
-  /// The server as a URI, "mssql://warehouse.example:1433", "oracle://ledger.example:1521"; a text made from
-  /// the connection's name when its string names no server.
+  /// The server as a URI: "mssql://warehouse.example:1433", "mssql://localhost:1433/SQL2019" with the name of
+  /// an instance, "oracle://ledger.example:1521"; "connection://NAME" when the string names no server.
   std::string server;
   /// The database, or an Oracle service; empty when the string names none.
   std::string database;
@@ -20,7 +20,14 @@ struct DatabaseAddress {
   friend bool operator==(const DatabaseAddress&, const DatabaseAddress&) = default;
 };
 
-/// Reads a connection string. `connectionName` stands in for a server that it does not name.
-DatabaseAddress parseDatabaseAddress(std::string_view connectionString, std::string_view connectionName);
+/// Reads a connection string. `connectionName` stands in for a server that it does not name; `dataStore` is
+/// the name of the data store that is meant where no provider is named (see TAVDataTypeConstants).
+DatabaseAddress parseDatabaseAddress(std::string_view connectionString, std::string_view connectionName,
+                                     std::string_view dataStore);
+
+/// The address of another server or database that a query names beside those of its connection. Empty names
+/// mean the connection's own.
+DatabaseAddress addressOf(const DatabaseAddress& connection, std::string_view server,
+                          std::string_view database);
 
 }  // namespace tav

@@ -58,6 +58,8 @@ enum class EdgeKind : std::uint8_t {
 inline constexpr std::size_t kEdgeKindCount = static_cast<std::size_t>(EdgeKind::member) + 1;
 
 std::string_view edgeKindName(EdgeKind kind) noexcept;
+/// Whether a value flows along such an edge: not along conditions and members.
+bool givesValue(EdgeKind kind) noexcept;
 
 /// The place of a node in LineageGraph::nodes().
 using NodeId = std::uint32_t;
@@ -124,6 +126,8 @@ class LineageGraph {
   [[nodiscard]] const DatabaseAddress* database(NodeId id) const noexcept;
   /// The schema of a table of a database, as far as it is known.
   [[nodiscard]] std::string_view schema(NodeId id) const noexcept;
+  /// How many names of expressions, unresolved in the model, the graph found a meaning for.
+  [[nodiscard]] std::size_t foundCount() const noexcept { return resolvedNames_.size(); }
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
 
@@ -133,6 +137,8 @@ class LineageGraph {
 
  private:
   friend class GraphBuilder;
+
+  [[nodiscard]] std::string sqlName(NodeId id) const;
 
   /// What a node of a database has beside its name.
   struct DatabasePlace {
@@ -152,8 +158,9 @@ class LineageGraph {
   NodeId firstDatabaseNode_ = 0;
   std::vector<DatabasePlace> places_;  // of the nodes from firstDatabaseNode_ on
   std::deque<DatabaseAddress> addresses_;
-  std::deque<std::string> texts_;                // names of databases' nodes
-  std::vector<std::string_view> resolvedNames_;  // filled by the builder, sorted
+  std::deque<std::string> texts_;  // names of databases' nodes
+  /// Where the texts of names begin that the graph found a meaning for, ordered.
+  std::vector<const char*> resolvedNames_;
 };
 
 }  // namespace tav
