@@ -5,11 +5,13 @@
 
 namespace tav {
 
+extern const ExportFormat kDotFormat;
 extern const ExportFormat kJsonFormat;
+extern const ExportFormat kMermaidFormat;
 
 namespace {
 
-constexpr std::array kFormats{&kJsonFormat};
+constexpr std::array kFormats{&kJsonFormat, &kDotFormat, &kMermaidFormat};
 
 }  // namespace
 

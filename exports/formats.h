@@ -34,6 +34,7 @@ struct ExportFormat {
   std::string_view description;  ///< half a line for the help
   void (*write)(const TAVModel& model, const ExportOptions& options, std::ostream& out) = nullptr;
   void (*writeFiles)(const TAVModel& model, const ExportOptions& options, const std::string& path) = nullptr;
+  bool takesNames = false;  ///< whether it can show the lineage around one node: ExportOptions::from and to
 };
 
 std::span<const ExportFormat* const> exportFormats() noexcept;

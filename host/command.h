@@ -16,6 +16,8 @@ inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongUsage = 2;
 inline constexpr int kNoDefinition = 3;
+inline constexpr int kBelowBound = 4;
+inline constexpr int kDiffers = 5;
 inline constexpr int kSignalBase = 128;  // plus the number of the signal that ended the program
 
 /// A registered command: its parser, and what to do once that has read the arguments. `run` gives an exit
@@ -27,6 +29,9 @@ struct Command {
 
 Command addImport(CLI::App& program);
 Command addExport(CLI::App& program);
+Command addTrace(CLI::App& program);
+Command addImpact(CLI::App& program);
+Command addCoverage(CLI::App& program);
 Command addTest(CLI::App& program);
 Command addDescribe(CLI::App& program);
 

@@ -25,6 +25,9 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.options.input, arguments.output);
   if (arguments.output == "-" && format.writeFiles)
     throw CLI::ValidationError("-o", "the format " + arguments.format + " is written to files: name one");
+  const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
+  if (around && !format.takesNames)
+    throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
   return withModel(arguments.options.input, log,
                    [&](const TAVModel& model) { write(model, format, arguments); });
 }
@@ -53,6 +56,15 @@ Command addExport(CLI::App& program) {
       ->type_name("FORMAT")
       ->required()
       ->check(CLI::IsMember(formats));
+  parser
+      ->add_option("--from", arguments->options.from,
+                   "dot, mermaid: only this name and what depends on it; with --to, only the ways between")
+      ->type_name("NAME");
+  parser
+      ->add_option(
+          "--to", arguments->options.to,
+          "dot, mermaid: only this name and what it comes from; the same as --from: both sides of it")
+      ->type_name("NAME");
   parser
       ->add_option("-o,--output", arguments->output,
                    "The file to write; standard output without it or with \"-\"")

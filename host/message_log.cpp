@@ -111,18 +111,4 @@ void MessageLog::clearProgress() {
   progress_.clear();
 }
 
-std::string printable(std::string_view text) {
-  std::string shown;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte != 0x7F)
-      shown += c;
-    else if (c == '\n' || c == '\t' || c == '\r')
-      shown.append({'\\', c == '\n' ? 'n' : c == '\t' ? 't' : 'r'});
-    else
-      shown += fmt::format("\\x{:02x}", byte);
-  }
-  return shown;
-}
-
 }  // namespace host

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <string>
 
+#include "exports/printable.h"
 #include "framework/std/log.h"
 
 namespace host {
@@ -48,7 +49,6 @@ class MessageLog : public TAVLog {
   bool colours_;
 };
 
-/// `text` on one line, safe for a terminal: control characters are shown as "\n", "\t" or "\x1b".
-std::string printable(std::string_view text);
+using tav::printable;
 
 }  // namespace host

@@ -42,6 +42,15 @@ bool isWordCharacter(char c) noexcept {
          static_cast<unsigned char>(c) >= 0x80;
 }
 
+std::string enclosed(std::string_view part, char open, char close) {
+  std::string text(1, open);
+  for (const char c : part) {
+    text += c;
+    if (c == close) text += c;
+  }
+  return text += close;
+}
+
 }  // namespace
 
 std::vector<std::string> splitDottedName(std::string_view name) {
@@ -66,12 +75,11 @@ void appendSqlPart(std::string& name, std::string_view part) {
 }
 
 std::string bracketed(std::string_view part) {
-  std::string text = "[";
-  for (const char c : part) {
-    text += c;
-    if (c == ']') text += c;
-  }
-  return text += ']';
+  return enclosed(part, '[', ']');
+}
+
+std::string quoted(std::string_view part) {
+  return enclosed(part, '\'', '\'');
 }
 
 }  // namespace tav

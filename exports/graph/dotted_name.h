@@ -18,5 +18,7 @@ void appendSqlPart(std::string& name, std::string_view part);
 
 /// `[part]`, closing brackets doubled.
 std::string bracketed(std::string_view part);
+/// `'part'`, quotes doubled.
+std::string quoted(std::string_view part);
 
 }  // namespace tav

@@ -107,6 +107,7 @@ void GraphBuilder::build() {
   for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) addModelEdges(id);
   addDatabaseEdges();
   addRoleEdges();
+  addLinkedMeasureEdges();
   arrange();
 }
 
@@ -302,6 +303,24 @@ void GraphBuilder::addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const
     if (!attributes.empty()) resolved.push_back(name.data());
     for (const TAVFeature* attribute : attributes)
       if (known.insert(nodeOf(attribute)).second) addEdge(nodeOf(attribute), id, EdgeKind::computed, true);
+  }
+}
+
+/// A cube lists the measures that it links by name only: they come from its linked groups.
+void GraphBuilder::addLinkedMeasureEdges() {
+  const auto key = [&](NodeId id) {
+    return std::to_string(graph_.cubeOf(id)).append("/").append(graph_.nodes_[id].name);
+  };
+  std::unordered_map<std::string, NodeId> linked;
+  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id)
+    if (graph_.nodes_[id].kind == NodeKind::linkedMeasure) linked.try_emplace(key(id), id);
+  if (linked.empty()) return;
+  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) {
+    const LineageNode& node = graph_.nodes_[id];
+    if (node.kind != NodeKind::cubeMeasure || as<TAVFeature>(node.object)->getDestinationOfFeatureMap())
+      continue;
+    if (const auto source = linked.find(key(id)); source != linked.end())
+      addEdge(source->second, id, EdgeKind::direct, true);
   }
 }
 

@@ -47,6 +47,8 @@ class GraphBuilder {
   void addRoleEdges();
   void addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const char*>& resolved);
 
+  void addLinkedMeasureEdges();
+
   void addEdge(NodeId from, NodeId to, EdgeKind kind, bool foundByGraph = false);
   void arrange();
 

@@ -139,13 +139,13 @@ std::string LineageGraph::path(NodeId id) const {
 std::string LineageGraph::qualifiedName(NodeId id) const {
   const LineageNode& at = node(id);
   if (isDatabaseKind(at.kind) || isViewKind(at.kind)) return sqlName(id);
-  const std::string name = bracketed(at.name);
+  std::string name = bracketed(at.name);
   if (isMeasureKind(at.kind)) return tabular_ ? name : "[Measures]." + name;
   if (at.kind == NodeKind::kpi) return "[KPIs]." + name;
   if (isClassifierKind(at.kind) || at.kind == NodeKind::perspective) return name;
   const std::string_view owner = node(at.owner).name;
   if (at.kind == NodeKind::kpiValue) return "[KPIs]." + bracketed(owner) + "." + name;
-  return tabular_ ? std::string("'").append(owner).append("'") + name : bracketed(owner) + "." + name;
+  return tabular_ ? quoted(owner) + name : bracketed(owner) + "." + name;
 }
 
 std::string LineageGraph::sqlName(NodeId id) const {

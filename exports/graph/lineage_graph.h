@@ -1,8 +1,9 @@
 #pragma once
 
 // The lineage of a model as one graph, which every export and every question about lineage reads. It goes
-// beyond the model on two sides: to the tables and columns of the database behind the data source views, and
-// to attributes that an expression names through a cube's own name for a dimension.
+// beyond the model: to the tables and columns of the database behind the data source views, to attributes
+// that an expression names through a cube's own name for a dimension, and from a linked measure group to the
+// measures that a cube lists because of it.
 
 #include <cstdint>
 #include <deque>
@@ -81,7 +82,8 @@ struct LineageEdge {
   NodeId from;
   NodeId to;
   EdgeKind kind;
-  /// Whether the graph found it: the model's expression names a dimension as only its cube does.
+  /// Whether the graph found it where the model has none: an expression names a dimension as only its cube
+  /// does, or a cube lists a linked measure.
   bool foundByGraph = false;
 };
 

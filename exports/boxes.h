@@ -1,0 +1,25 @@
+#pragma once
+
+// What a drawing of lineage is made of: boxes with rows. A box is a table, a dimension, a measure group; its
+// rows are the columns, attributes and measures of it that the drawing shows.
+
+#include <vector>
+
+#include "exports/graph/graph_part.h"
+
+namespace tav {
+
+struct Box {
+  NodeId node;  ///< its title; what stands by itself and has no owner is a box without rows
+  std::vector<NodeId> rows;
+};
+
+/// The boxes of a part of a graph in the order of the graph, those of owners that are not in the part
+/// included.
+std::vector<Box> boxesOf(const LineageGraph& graph, const GraphPart& part);
+
+/// Whether an edge says more than the boxes do: what a cube shows stands in it as a row, and that a table
+/// feeds a dimension is said by the edges between their rows where there are any.
+std::vector<const LineageEdge*> edgesToDraw(const LineageGraph& graph, const GraphPart& part);
+
+}  // namespace tav

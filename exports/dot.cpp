@@ -1,0 +1,143 @@
+#include "exports/dot.h"
+
+#include <array>
+
+#include "exports/boxes.h"
+#include "exports/formats.h"
+#include "exports/lineage_text.h"
+#include "exports/mask.h"
+#include "exports/printable.h"
+#include "framework/std/utf8.h"
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kHead = R"(digraph lineage {
+  graph [rankdir=LR, ranksep=1.2, nodesep=0.3, fontname="Helvetica,Arial,sans-serif"];
+  node [shape=plain, fontname="Helvetica,Arial,sans-serif", fontsize=11];
+  edge [color="#5b6b7b", arrowsize=0.7, fontname="Helvetica,Arial,sans-serif", fontsize=9];
+)";
+
+/// How edges of each kind look.
+constexpr std::array<std::string_view, kEdgeKindCount> kStyles{
+    "", "style=dashed", "penwidth=1.6", "style=dotted, color=\"#a05a00\"", "style=dotted"};
+constexpr std::string_view kFoundStyle = "style=dashed, color=\"#7a3fb0\"";
+
+std::string_view colourOf(NodeKind kind) {
+  if (kind <= NodeKind::databaseColumn) return "#d9e2ec";
+  if (kind <= NodeKind::condition) return "#d8ead8";
+  if (kind <= NodeKind::attribute) return "#fbe8c8";
+  if (kind <= NodeKind::linkedMeasure) return "#cfe3f7";
+  if (kind <= NodeKind::kpiValue) return "#e5d8f3";
+  return "#f3d6d6";
+}
+
+/// Text inside a label in angle brackets. What is no UTF-8 would make the whole file unreadable.
+std::string labelText(std::string_view text) {
+  const std::string shown = printable(maskPasswords(text));
+  std::string label;
+  for (std::string_view rest = shown; !rest.empty();) {
+    const std::size_t length = utf8Length(rest);
+    const std::string_view character = rest.substr(0, length == 0 ? 1 : length);
+    rest.remove_prefix(character.size());
+    if (length == 0)
+      label += "\xEF\xBF\xBD";
+    else if (character == "<")
+      label += "&lt;";
+    else if (character == ">")
+      label += "&gt;";
+    else if (character == "&")
+      label += "&amp;";
+    else if (character == "\"")
+      label += "&quot;";
+    else
+      label += character;
+  }
+  // An empty cell is an error to some versions.
+  return label.empty() ? " " : label;
+}
+
+class DotText {
+ public:
+  DotText(const LineageGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
+
+  void write(const GraphPart& part) {
+    rowOf_.assign(graph_.nodes().size(), kNoNode);
+    out_ << kHead;
+    for (const Box& box : boxesOf(graph_, part)) writeBox(box);
+    for (const LineageEdge* edge : edgesToDraw(graph_, part)) writeEdge(*edge);
+    out_ << "}\n";
+  }
+
+ private:
+  void writeBox(const Box& box) {
+    const LineageNode& node = graph_.node(box.node);
+    out_
+        << "  n" << box.node
+        << R"( [label=<<table border="0" cellborder="1" cellspacing="0" cellpadding="4"><tr><td port="t" bgcolor=")"
+        << colourOf(node.kind) << "\"><b>" << labelText(node.name) << R"(</b><br/><font point-size="8">)"
+        << labelText(subtitle(box.node)) << "</font></td></tr>";
+    for (const NodeId row : box.rows) {
+      rowOf_[row] = box.node;
+      out_ << "<tr><td port=\"r" << row << "\" align=\"left\">" << labelText(graph_.node(row).name)
+           << "</td></tr>";
+    }
+    out_ << "</table>>];\n";
+  }
+
+  [[nodiscard]] std::string subtitle(NodeId id) const {
+    std::string text(nodeKindLabel(graph_.node(id).kind));
+    const NodeId cube = graph_.cubeOf(id);
+    if (cube != kNoNode && cube != id) text.append(" of cube ").append(graph_.node(cube).name);
+    if (const DatabaseAddress* database = graph_.database(id)) {
+      text.append(" in ").append(database->database);
+      if (!graph_.schema(id).empty()) text.append(".").append(graph_.schema(id));
+    }
+    return text;
+  }
+
+  void writeEdge(const LineageEdge& edge) {
+    out_ << "  ";
+    writeEnd(edge.from);
+    out_ << " -> ";
+    writeEnd(edge.to);
+    const std::string_view style =
+        edge.foundByGraph ? kFoundStyle : kStyles[static_cast<std::size_t>(edge.kind)];
+    if (edge.kind == EdgeKind::aggregated)
+      out_ << " [" << style << ", label=\"" << graph_.aggregation(edge.to) << "\"]";
+    else if (!style.empty())
+      out_ << " [" << style << "]";
+    out_ << ";\n";
+  }
+
+  void writeEnd(NodeId id) {
+    if (rowOf_[id] == kNoNode)
+      out_ << 'n' << id << ":t";
+    else
+      out_ << 'n' << rowOf_[id] << ":r" << id;
+  }
+
+  const LineageGraph& graph_;
+  std::ostream& out_;
+  std::vector<NodeId> rowOf_;  // by node: the box that it is a row of
+};
+
+}  // namespace
+
+void writeDot(const LineageGraph& graph, const GraphPart& part, std::ostream& out) {
+  DotText(graph, out).write(part);
+}
+
+void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
+  writeDot(graph, partOf(lineageTree(graph, question.start, question.direction, question.depth, false)), out);
+}
+
+extern const ExportFormat kDotFormat{
+    "dot", "lineage as a drawing for Graphviz",
+    [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+      const LineageGraph graph(model);
+      writeDot(graph, partAround(graph, options.from, options.to), out);
+    },
+    nullptr, true};
+
+}  // namespace tav

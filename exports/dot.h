@@ -1,0 +1,13 @@
+#pragma once
+
+#include <ostream>
+
+#include "exports/graph/graph_part.h"
+
+namespace tav {
+
+/// Writes a part of a graph in the language of Graphviz: a box with rows for each table, dimension and
+/// measure group, edges from row to row. Control characters are shown, passwords masked.
+void writeDot(const LineageGraph& graph, const GraphPart& part, std::ostream& out);
+
+}  // namespace tav

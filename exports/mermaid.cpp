@@ -1,0 +1,82 @@
+#include <array>
+
+#include "exports/boxes.h"
+#include "exports/formats.h"
+#include "exports/mask.h"
+#include "exports/printable.h"
+#include "framework/std/utf8.h"
+
+namespace tav {
+namespace {
+
+constexpr std::array<std::string_view, kEdgeKindCount> kArrows{" --> ", " -.-> ", " ==> ", " -.-o ", " -.- "};
+
+/// A label between double quotes, with everything that Mermaid, Markdown or HTML could take for a sign as a
+/// numbered entity.
+std::string label(std::string_view text) {
+  constexpr std::string_view kSigns = "\"#&<>[]{}()|`\\*_~;$";
+  const std::string shown = printable(maskPasswords(text));
+  std::string result = "\"";
+  for (std::string_view rest = shown; !rest.empty();) {
+    const std::size_t length = utf8Length(rest);
+    const std::string_view character = rest.substr(0, length == 0 ? 1 : length);
+    rest.remove_prefix(character.size());
+    if (length == 0)
+      result += "\xEF\xBF\xBD";
+    else if (kSigns.find(character) != kSigns.npos)
+      result.append("#").append(std::to_string(static_cast<int>(character.front()))).append(";");
+    else
+      result += character;
+  }
+  // Mermaid takes an empty label for a missing one.
+  return result.size() == 1 ? "\" \"" : result + "\"";
+}
+
+class MermaidText {
+ public:
+  MermaidText(const LineageGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
+
+  void write(const GraphPart& part) {
+    out_ << "flowchart LR\n";
+    for (const Box& box : boxesOf(graph_, part)) writeBox(box);
+    for (const LineageEdge* edge : edgesToDraw(graph_, part)) writeEdge(*edge);
+  }
+
+ private:
+  void writeBox(const Box& box) const {
+    const LineageNode& node = graph_.node(box.node);
+    const std::string title = std::string(nodeKindLabel(node.kind)).append(" ").append(node.name);
+    if (box.rows.empty()) {
+      out_ << "  n" << box.node << "[" << label(title) << "]\n";
+      return;
+    }
+    out_ << "  subgraph n" << box.node << " [" << label(title) << "]\n";
+    for (const NodeId row : box.rows) writeRow(row);
+    out_ << "  end\n";
+  }
+
+  void writeRow(NodeId id) const {
+    const bool column = graph_.node(id).kind == NodeKind::databaseColumn;
+    out_ << "    n" << id << (column ? "[(" : "[") << label(graph_.node(id).name) << (column ? ")]" : "]")
+         << "\n";
+  }
+
+  void writeEdge(const LineageEdge& edge) const {
+    out_ << "  n" << edge.from << kArrows[static_cast<std::size_t>(edge.kind)] << "n" << edge.to << "\n";
+  }
+
+  const LineageGraph& graph_;
+  std::ostream& out_;
+};
+
+}  // namespace
+
+extern const ExportFormat kMermaidFormat{
+    "mermaid", "lineage as a drawing for Mermaid, which Markdown pages show",
+    [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+      const LineageGraph graph(model);
+      MermaidText(graph, out).write(partAround(graph, options.from, options.to));
+    },
+    nullptr, true};
+
+}  // namespace tav

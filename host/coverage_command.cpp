@@ -1,0 +1,65 @@
+#include <fmt/ostream.h>
+
+#include "exports/coverage_report.h"
+#include "host/command.h"
+#include "host/model_input.h"
+#include "host/output.h"
+
+namespace host {
+namespace {
+
+constexpr int kWholeCoverage = 100;
+
+struct Arguments {
+  std::string input;
+  std::string format = "text";
+  std::string output = "-";
+  int bound = 0;
+};
+
+int measure(const Arguments& arguments, MessageLog& log) {
+  if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
+  bool enough = true;
+  const int code = withModel(arguments.input, log, [&](const TAVModel& model) {
+    const tav::LineageGraph graph(model);
+    const tav::Coverage coverage = tav::measureCoverage(graph);
+    writeOutput(arguments.output, [&](std::ostream& out) {
+      if (arguments.format == "json")
+        tav::writeCoverageJson(graph, coverage, out);
+      else
+        tav::writeCoverageText(graph, coverage, out);
+    });
+    enough = coverage.percent() >= static_cast<std::size_t>(arguments.bound);
+    if (!enough) {
+      log.logFailure(fmt::format("[XMLABRIDGE_E0012] {} % lead to a column of a database, less than {} %.",
+                                 coverage.percent(), arguments.bound));
+    }
+  });
+  return code == kDone && !enough ? kBelowBound : code;
+}
+
+}  // namespace
+
+Command addCoverage(CLI::App& program) {
+  auto arguments = std::make_shared<Arguments>();
+  CLI::App* parser = program.add_subcommand(
+      "coverage",
+      "Tell how many attributes and measures lead to a column of a database, and why others do not");
+  parser
+      ->add_option("INPUT", arguments->input, "A definition, or a saved model (\"-\": one on standard input)")
+      ->type_name("FILE")
+      ->required();
+  parser->add_option("--fail-under", arguments->bound, "End with exit code 4 when fewer percent do than this")
+      ->type_name("PERCENT")
+      ->check(CLI::Range(0, kWholeCoverage));
+  parser->add_option("--format", arguments->format, "How the answer is written")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"text", "json"}));
+  parser
+      ->add_option("-o,--output", arguments->output,
+                   "The file to write; standard output without it or with \"-\"")
+      ->type_name("FILE");
+  return {parser, [arguments](MessageLog& log) { return measure(*arguments, log); }};
+}
+
+}  // namespace host

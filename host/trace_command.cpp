@@ -1,0 +1,75 @@
+#include <fmt/format.h>
+
+#include "exports/graph/node_search.h"
+#include "exports/lineage_text.h"
+#include "host/command.h"
+#include "host/model_input.h"
+#include "host/output.h"
+
+namespace host {
+namespace {
+
+struct Arguments {
+  std::string input;
+  std::string name;
+  std::string format = "text";
+  std::string output = "-";
+  std::uint32_t depth = tav::kUnlimitedDepth;
+};
+
+using Writer = void (*)(const tav::LineageGraph& graph, const tav::LineageQuestion& question,
+                        std::ostream& out);
+
+Writer writerOf(const std::string& format) {
+  if (format == "json") return tav::writeLineageJson;
+  return format == "dot" ? tav::writeLineageDot : tav::writeLineageText;
+}
+
+int tell(const Arguments& arguments, tav::LineageDirection direction, MessageLog& log) {
+  if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
+  return withModel(arguments.input, log, [&](const TAVModel& model) {
+    const tav::LineageGraph graph(model);
+    const tav::NodeId start = tav::findNode(graph, arguments.name, direction);
+    writeOutput(arguments.output, [&](std::ostream& out) {
+      writerOf(arguments.format)(graph, {start, direction, arguments.depth}, out);
+    });
+  });
+}
+
+Command add(CLI::App& program, const std::string& name, const std::string& description,
+            tav::LineageDirection direction) {
+  auto arguments = std::make_shared<Arguments>();
+  CLI::App* parser = program.add_subcommand(name, description);
+  parser
+      ->add_option("INPUT", arguments->input, "A definition, or a saved model (\"-\": one on standard input)")
+      ->type_name("FILE")
+      ->required();
+  parser
+      ->add_option("NAME", arguments->name,
+                   "A path, a qualified name such as \"[Measures].[Sales]\" or dbo.FactSales.Amount, or a "
+                   "part of one that fits only once")
+      ->required();
+  parser->add_option("--format", arguments->format, "How the answer is written")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"text", "json", "dot"}));
+  parser->add_option("--depth", arguments->depth, "How many steps to go; all without it")->type_name("N");
+  parser
+      ->add_option("-o,--output", arguments->output,
+                   "The file to write; standard output without it or with \"-\"")
+      ->type_name("FILE");
+  return {parser, [arguments, direction](MessageLog& log) { return tell(*arguments, direction, log); }};
+}
+
+}  // namespace
+
+Command addTrace(CLI::App& program) {
+  return add(program, "trace", "Show where something comes from, back to the columns of the database",
+             tav::LineageDirection::upstream);
+}
+
+Command addImpact(CLI::App& program) {
+  return add(program, "impact", "Show everything that depends on something",
+             tav::LineageDirection::downstream);
+}
+
+}  // namespace host
