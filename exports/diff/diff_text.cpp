@@ -1,0 +1,177 @@
+#include "exports/diff/diff_report.h"
+#include "exports/printable.h"
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kNothing = "Nothing differs.\n";
+
+std::string partsText(std::size_t parts) {
+  if (parts == 0) return "";
+  return " with " + std::to_string(parts) + (parts == 1 ? " part" : " parts");
+}
+
+/// Calls `visit` for each line of a text, without its end.
+template <class F> void forEachLine(std::string_view text, F visit) {
+  while (!text.empty()) {
+    std::string_view line = text.substr(0, text.find('\n'));
+    text.remove_prefix(std::min(text.size(), line.size() + 1));
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    visit(line);
+  }
+}
+
+bool isLong(const Change& change) {
+  constexpr std::size_t kLineWidth = 60;
+  const auto isLongText = [](const std::string& text) {
+    return text.size() > kLineWidth || text.find('\n') != text.npos;
+  };
+  return isLongText(change.before) || isLongText(change.after);
+}
+
+class DiffText {
+ public:
+  explicit DiffText(std::ostream& out) : out_(out) {}
+
+  void write(const ModelDiff& diff) {
+    out_ << printable(diff.oldName) << " -> " << printable(diff.newName) << "\n";
+    if (diff.empty()) out_ << kNothing;
+    writeLone("Added", '+', diff.added);
+    writeLone("Removed", '-', diff.removed);
+    writeItems("Renamed", diff.renamed);
+    writeItems("Changed", diff.changed);
+  }
+
+ private:
+  void writeLone(std::string_view title, char mark, const std::vector<LoneItem>& items) {
+    if (!items.empty()) out_ << "\n" << title << "\n";
+    for (const LoneItem& item : items) {
+      out_ << "  " << mark << " " << item.kind << " " << printable(item.name) << partsText(item.parts)
+           << "\n";
+    }
+  }
+
+  void writeItems(std::string_view title, const std::vector<ChangedItem>& items) {
+    if (!items.empty()) out_ << "\n" << title << "\n";
+    for (const ChangedItem& item : items) {
+      out_ << "  ~ " << item.kind << " " << printable(item.before);
+      if (item.before != item.name) out_ << " -> " << printable(item.name);
+      out_ << "\n";
+      for (const Change& change : item.changes) writeChange(change);
+      for (const std::string& source : item.newSources)
+        out_ << "      now also depends on " << printable(source) << "\n";
+      for (const std::string& source : item.lostSources)
+        out_ << "      no longer depends on " << printable(source) << "\n";
+    }
+  }
+
+  void writeChange(const Change& change) {
+    out_ << "      " << printable(change.what) << ":";
+    if (!isLong(change)) {
+      out_ << " " << value(change.before) << " -> " << value(change.after) << "\n";
+      return;
+    }
+    out_ << "\n";
+    forEachLine(change.before,
+                [&](std::string_view line) { out_ << "        - " << printable(line) << "\n"; });
+    forEachLine(change.after,
+                [&](std::string_view line) { out_ << "        + " << printable(line) << "\n"; });
+  }
+
+  static std::string value(const std::string& text) { return text.empty() ? "(none)" : printable(text); }
+
+  std::ostream& out_;
+};
+
+/// Text that Markdown shows as it is.
+std::string escaped(std::string_view text) {
+  constexpr std::string_view kSigns = "\\`*_{}[]<>()#+-.!|~&@";
+  std::string result;
+  for (const char c : printable(text)) {
+    if (kSigns.find(c) != kSigns.npos) result += '\\';
+    result += c;
+  }
+  return result;
+}
+
+class DiffMarkdown {
+ public:
+  explicit DiffMarkdown(std::ostream& out) : out_(out) {}
+
+  void write(const ModelDiff& diff) {
+    out_ << "### " << escaped(diff.newName) << "\n\n";
+    if (diff.empty()) {
+      out_ << kNothing;
+      return;
+    }
+    out_ << diff.added.size() << " added, " << diff.removed.size() << " removed, " << diff.renamed.size()
+         << " renamed, " << diff.changed.size() << " changed\n";
+    writeLone("Added", diff.added);
+    writeLone("Removed", diff.removed);
+    writeItems("Renamed", diff.renamed);
+    writeItems("Changed", diff.changed);
+  }
+
+ private:
+  void writeLone(std::string_view title, const std::vector<LoneItem>& items) {
+    if (!items.empty()) out_ << "\n**" << title << "**\n\n";
+    for (const LoneItem& item : items)
+      out_ << "- " << item.kind << " " << escaped(item.name) << partsText(item.parts) << "\n";
+  }
+
+  void writeItems(std::string_view title, const std::vector<ChangedItem>& items) {
+    if (!items.empty()) out_ << "\n**" << title << "**\n\n";
+    for (const ChangedItem& item : items) {
+      out_ << "- " << item.kind << " " << escaped(item.before);
+      if (item.before != item.name) out_ << " is now " << escaped(item.name);
+      out_ << "\n";
+      for (const Change& change : item.changes) writeChange(change);
+      for (const std::string& source : item.newSources)
+        out_ << "  - now also depends on " << escaped(source) << "\n";
+      for (const std::string& source : item.lostSources)
+        out_ << "  - no longer depends on " << escaped(source) << "\n";
+    }
+  }
+
+  void writeChange(const Change& change) {
+    out_ << "  - " << escaped(change.what) << ":";
+    if (!isLong(change)) {
+      out_ << " " << value(change.before) << " → " << value(change.after) << "\n";
+      return;
+    }
+    const std::string fence = fenceFor(change);
+    out_ << "\n\n    " << fence << "diff\n";
+    forEachLine(change.before, [&](std::string_view line) { out_ << "    - " << printable(line) << "\n"; });
+    forEachLine(change.after, [&](std::string_view line) { out_ << "    + " << printable(line) << "\n"; });
+    out_ << "    " << fence << "\n\n";
+  }
+
+  /// A row of backticks longer than any in the text.
+  static std::string fenceFor(const Change& change) {
+    std::size_t longest = 2;
+    for (const std::string* text : {&change.before, &change.after}) {
+      std::size_t run = 0;
+      for (const char c : *text) {
+        run = c == '`' ? run + 1 : 0;
+        longest = std::max(longest, run);
+      }
+    }
+    return std::string(longest + 1, '`');
+  }
+
+  static std::string value(const std::string& text) { return text.empty() ? "(none)" : escaped(text); }
+
+  std::ostream& out_;
+};
+
+}  // namespace
+
+void writeDiffText(const ModelDiff& diff, std::ostream& out) {
+  DiffText(out).write(diff);
+}
+
+void writeDiffMarkdown(const ModelDiff& diff, std::ostream& out) {
+  DiffMarkdown(out).write(diff);
+}
+
+}  // namespace tav

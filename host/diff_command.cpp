@@ -1,0 +1,66 @@
+#include "exports/diff/diff_report.h"
+#include "framework/model/reflection.h"
+#include "host/command.h"
+#include "host/model_input.h"
+#include "host/output.h"
+
+namespace host {
+namespace {
+
+struct Arguments {
+  std::string before;
+  std::string after;
+  std::string format = "text";
+  std::string output = "-";
+  bool exitCode = false;
+};
+
+using Writer = void (*)(const tav::ModelDiff& diff, std::ostream& out);
+
+Writer writerOf(const std::string& format) {
+  if (format == "json") return tav::writeDiffJson;
+  return format == "markdown" ? tav::writeDiffMarkdown : tav::writeDiffText;
+}
+
+int compare(const Arguments& arguments, MessageLog& log) {
+  for (const std::string& input : {arguments.before, arguments.after})
+    if (arguments.output != "-") checkOutput(input, arguments.output);
+  if (arguments.before == "-" && arguments.after == "-")
+    throw CLI::ValidationError("NEW", "only one of the two can be read from standard input");
+  // One import at a time: the old model is kept as a copy while the new one is read.
+  tav::Owned<TAVObject> before;
+  const int code =
+      withModel(arguments.before, log, [&](const TAVModel& model) { before = tav::copyTree(model); });
+  if (code != kDone) return code;
+  bool differs = false;
+  const int newCode = withModel(arguments.after, log, [&](const TAVModel& model) {
+    const tav::ModelDiff diff =
+        tav::compareModels(tav::LineageGraph(*tav::as<TAVModel>(before.get())), tav::LineageGraph(model));
+    differs = !diff.empty();
+    writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(diff, out); });
+  });
+  return newCode == kDone && differs && arguments.exitCode ? kDiffers : newCode;
+}
+
+}  // namespace
+
+Command addDiff(CLI::App& program) {
+  auto arguments = std::make_shared<Arguments>();
+  CLI::App* parser =
+      program.add_subcommand("diff", "Tell what differs between two definitions or models, lineage included");
+  parser->add_option("OLD", arguments->before, "A definition or a saved model")
+      ->type_name("FILE")
+      ->required();
+  parser->add_option("NEW", arguments->after, "Another one")->type_name("FILE")->required();
+  parser->add_option("--format", arguments->format, "How the answer is written")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"text", "json", "markdown"}));
+  parser->add_flag("--exit-code", arguments->exitCode, "End with exit code 5 when they differ");
+  parser
+      ->add_option("-o,--output", arguments->output,
+                   "The file to write; standard output without it or with \"-\"")
+      ->type_name("FILE");
+  return {parser, [arguments](MessageLog& log) { return compare(*arguments, log); }};
+}
+
+}  // namespace host
