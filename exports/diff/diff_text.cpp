@@ -11,6 +11,19 @@ std::string partsText(std::size_t parts) {
   return " with " + std::to_string(parts) + (parts == 1 ? " part" : " parts");
 }
 
+/// One line of a text that may be indented by tabs.
+std::string shownLine(std::string_view line) {
+  constexpr std::string_view kTab = "    ";
+  std::string text;
+  for (const char c : line) {
+    if (c == '\t')
+      text += kTab;
+    else
+      text += printable({&c, 1});
+  }
+  return text;
+}
+
 /// Calls `visit` for each line of a text, without its end.
 template <class F> void forEachLine(std::string_view text, F visit) {
   while (!text.empty()) {
@@ -73,9 +86,9 @@ class DiffText {
     }
     out_ << "\n";
     forEachLine(change.before,
-                [&](std::string_view line) { out_ << "        - " << printable(line) << "\n"; });
+                [&](std::string_view line) { out_ << "        - " << shownLine(line) << "\n"; });
     forEachLine(change.after,
-                [&](std::string_view line) { out_ << "        + " << printable(line) << "\n"; });
+                [&](std::string_view line) { out_ << "        + " << shownLine(line) << "\n"; });
   }
 
   static std::string value(const std::string& text) { return text.empty() ? "(none)" : printable(text); }
@@ -83,15 +96,25 @@ class DiffText {
   std::ostream& out_;
 };
 
-/// Text that Markdown shows as it is.
-std::string escaped(std::string_view text) {
-  constexpr std::string_view kSigns = "\\`*_{}[]<>()#+-.!|~&@";
-  std::string result;
-  for (const char c : printable(text)) {
-    if (kSigns.find(c) != kSigns.npos) result += '\\';
-    result += c;
+/// A row of backticks longer than any in the texts.
+std::string fenceFor(std::initializer_list<std::string_view> texts, std::size_t atLeast) {
+  std::size_t longest = atLeast - 1;
+  for (const std::string_view text : texts) {
+    std::size_t run = 0;
+    for (const char c : text) {
+      run = c == '`' ? run + 1 : 0;
+      longest = std::max(longest, run);
+    }
   }
-  return result;
+  return std::string(longest + 1, '`');
+}
+
+/// Text as Markdown shows it to the letter.
+std::string code(std::string_view text) {
+  const std::string line = shownLine(text);
+  const std::string fence = fenceFor({line}, 1);
+  const bool blank = line.empty() || line.starts_with('`') || line.ends_with('`') || line.starts_with(' ');
+  return fence + (blank ? " " : "") + line + (blank ? " " : "") + fence;
 }
 
 class DiffMarkdown {
@@ -99,7 +122,7 @@ class DiffMarkdown {
   explicit DiffMarkdown(std::ostream& out) : out_(out) {}
 
   void write(const ModelDiff& diff) {
-    out_ << "### " << escaped(diff.newName) << "\n\n";
+    out_ << "### " << code(diff.newName) << "\n\n";
     if (diff.empty()) {
       out_ << kNothing;
       return;
@@ -116,50 +139,37 @@ class DiffMarkdown {
   void writeLone(std::string_view title, const std::vector<LoneItem>& items) {
     if (!items.empty()) out_ << "\n**" << title << "**\n\n";
     for (const LoneItem& item : items)
-      out_ << "- " << item.kind << " " << escaped(item.name) << partsText(item.parts) << "\n";
+      out_ << "- " << item.kind << " " << code(item.name) << partsText(item.parts) << "\n";
   }
 
   void writeItems(std::string_view title, const std::vector<ChangedItem>& items) {
     if (!items.empty()) out_ << "\n**" << title << "**\n\n";
     for (const ChangedItem& item : items) {
-      out_ << "- " << item.kind << " " << escaped(item.before);
-      if (item.before != item.name) out_ << " is now " << escaped(item.name);
+      out_ << "- " << item.kind << " " << code(item.before);
+      if (item.before != item.name) out_ << " is now " << code(item.name);
       out_ << "\n";
       for (const Change& change : item.changes) writeChange(change);
       for (const std::string& source : item.newSources)
-        out_ << "  - now also depends on " << escaped(source) << "\n";
+        out_ << "  - now also depends on " << code(source) << "\n";
       for (const std::string& source : item.lostSources)
-        out_ << "  - no longer depends on " << escaped(source) << "\n";
+        out_ << "  - no longer depends on " << code(source) << "\n";
     }
   }
 
   void writeChange(const Change& change) {
-    out_ << "  - " << escaped(change.what) << ":";
+    out_ << "  - " << code(change.what) << ":";
     if (!isLong(change)) {
       out_ << " " << value(change.before) << " → " << value(change.after) << "\n";
       return;
     }
-    const std::string fence = fenceFor(change);
+    const std::string fence = fenceFor({change.before, change.after}, 3);
     out_ << "\n\n    " << fence << "diff\n";
-    forEachLine(change.before, [&](std::string_view line) { out_ << "    - " << printable(line) << "\n"; });
-    forEachLine(change.after, [&](std::string_view line) { out_ << "    + " << printable(line) << "\n"; });
+    forEachLine(change.before, [&](std::string_view line) { out_ << "    - " << shownLine(line) << "\n"; });
+    forEachLine(change.after, [&](std::string_view line) { out_ << "    + " << shownLine(line) << "\n"; });
     out_ << "    " << fence << "\n\n";
   }
 
-  /// A row of backticks longer than any in the text.
-  static std::string fenceFor(const Change& change) {
-    std::size_t longest = 2;
-    for (const std::string* text : {&change.before, &change.after}) {
-      std::size_t run = 0;
-      for (const char c : *text) {
-        run = c == '`' ? run + 1 : 0;
-        longest = std::max(longest, run);
-      }
-    }
-    return std::string(longest + 1, '`');
-  }
-
-  static std::string value(const std::string& text) { return text.empty() ? "(none)" : escaped(text); }
+  static std::string value(const std::string& text) { return text.empty() ? "(none)" : code(text); }
 
   std::ostream& out_;
 };

@@ -45,7 +45,8 @@ class QueryReader {
     const std::vector<tav::QuerySource> sources = resolver_.sourcesOf(column.physicalName);
     column.querySources = sourceNames(sources);
     const tav::QueryColumn* written = resolver_.findColumn(column.physicalName);
-    addMap(column, written && !written->copy ? query_.textOf(*written) : std::string_view(), sources);
+    if (written && !written->copy) column.expression = query_.textOf(*written);
+    addMap(column, column.expression, sources);
   }
 
   void addCondition(TAVCondition& condition) {

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cstdlib>
-
-#include "tests/support/corpus.h"
+#include "tests/host/shell.h"
 
 namespace {
 
@@ -29,29 +26,17 @@ constexpr std::string_view kDefinition = R"(<Database>
 </Database>
 )";
 
-/// Runs shell commands in a folder with some definitions; gives what they wrote and the last one's exit code.
-std::string runCommands(const std::string& commands) {
-  const tav::test::TemporaryFolder folder;
+void writeDefinitions(const tav::test::TemporaryFolder& folder) {
   static_cast<void>(folder.write("sales.xmla", kDefinition));
   static_cast<void>(folder.write("nothing.xmla", "<Create/>"));
   static_cast<void>(folder.write("broken.xmla", "<Database>\n</Databas>"));
   static_cast<void>(folder.write("tabular.bim", "{\"model\": {}}"));
-  const tav::test::TemporaryFolder results;
-  const std::string out = (results.path() / "out").string();
-  const std::string err = (results.path() / "err").string();
-  const std::string script = results.write("script", commands);
-  const int status = std::system(("cd '" + folder.path().string() +
-                                  "' && unset NO_COLOR && PATH='" PROGRAM_FOLDER
-                                  ":'\"$PATH\" SOURCE_DATE_EPOCH=0 TERM=xterm sh '" +
-                                  script + "' >'" + out + "' 2>'" + err + "' </dev/null")
-                                     .c_str());
-  std::string shown = tav::test::readFile(out);
-  if (const std::string errors = tav::test::readFile(err); !errors.empty()) shown += "[stderr]\n" + errors;
-  return shown + "[exit " + std::to_string(WEXITSTATUS(status)) + "]";
 }
 
 TEST(Program, Corpus) {
-  tav::test::checkCorpus("host/program.txt", runCommands);
+  tav::test::checkCorpus("host/program.txt", [](const std::string& commands) {
+    return tav::test::runCommands(commands, writeDefinitions);
+  });
 }
 
 }  // namespace

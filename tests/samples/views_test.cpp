@@ -30,10 +30,10 @@ void countTable(const TAVTable& table, Counts& counts) {
   for (const TAVFeature& feature : table.features) {
     const auto* column = tav::as<TAVColumn>(&feature);
     if (!column) continue;
-    const bool computed = !column->expression.empty();
+    const bool computed = !query && !column->expression.empty();
     counts.expressions += static_cast<int>(computed);
     counts.traced += static_cast<int>(computed && column->getDestinationOfFeatureMap() != nullptr);
-    if (!query || computed) continue;
+    if (!query) continue;
     ++counts.queryColumns;
     // A column that a UNION fills with constants alone has no source.
     EXPECT_FALSE(column->querySources.empty() && column->getName() != "SalesChannel")

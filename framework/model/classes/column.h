@@ -7,7 +7,7 @@
 class TAV_API TAVColumn : public TAVStructuralFeature {
  public:
   TAVColumn() : TAVStructuralFeature(tav::classId<TAVColumn>) {}
-  /// The expression of a column that the view computes.
+  /// The expression of a column that the view or its named query computes.
   TAVString expression;
   /// The columns of the database that feed a named query's column, one a line: `dbo.[Fact Sales].Amount`, or
   /// the column's name alone when the query does not tell whose it is.
