@@ -33,6 +33,8 @@ constexpr std::uint64_t kSeed = 1;
 constexpr double kLargestPerMegabyte = 1.1;
 // By the object there is little work and much memory: what grows is the share that no cache holds.
 constexpr double kLargestPerObject = 2;
+// An export reads the definition and writes: the writing takes no longer than an import.
+constexpr double kExportPerImport = 1;
 
 /// A kind of definition that has one thing many times.
 struct Kind {
@@ -47,6 +49,18 @@ constexpr std::array<Kind, 8> kKinds{{{"equal-names", 1},
                                       {"equal-measures", 1},
                                       {"references", 1},
                                       {"cubes", 500}}};
+/// What a model is written as: the command, and its arguments behind the definition.
+struct Output {
+  const char* name;
+  std::vector<std::string> command;
+};
+const std::array<Output, 7> kOutputs{{{"json", {"export", "--format", "json"}},
+                                      {"openlineage", {"export", "--format", "openlineage"}},
+                                      {"csv", {"export", "--format", "csv"}},
+                                      {"sqlite", {"export", "--format", "sqlite"}},
+                                      {"dot", {"export", "--format", "dot"}},
+                                      {"mermaid", {"export", "--format", "mermaid"}},
+                                      {"report", {"report"}}}};
 // The room that the largest files and the models made of them take, with much to spare.
 constexpr std::uintmax_t kRoom = std::uintmax_t{2} << 30;
 
@@ -88,6 +102,9 @@ class Bench {
   Row measureSize(double megabytes) const;
   void printSizes() const;
   bool printBounds() const;
+  /// What each export of the largest definition takes beside its import.
+  bool printExports();
+  bool printExport(const Output& output, const Best& import);
   bool printScaling() const;
   /// One line of the last table: the import of `numbers` of a kind, each of `size` of what the generator
   /// counts.
@@ -181,6 +198,46 @@ bool Bench::printBounds() const {
   return kept;
 }
 
+bool Bench::printExport(const Output& output, const Best& import) {
+  const fs::path folder = folder_.path() / "exported";
+  std::vector<std::string> command{settings_.program};
+  command.insert(command.end(), output.command.begin(), output.command.end());
+  command.insert(command.end(), {file_, "-o", folder / "out", "--quiet"});
+  Best best;
+  std::uintmax_t bytes = 0;
+  for (unsigned i = 0; i < settings_.repeat; ++i) {
+    fs::remove_all(folder);
+    fs::create_directory(folder);
+    best.take(run(command, folder_.path()));
+    bytes = 0;
+    for (const auto& file : fs::directory_iterator(folder)) bytes += file.file_size();
+  }
+  fs::remove_all(folder);
+  const double beyond = std::max(0., best.wall - import.wall) / import.wall;
+  const bool ok = beyond <= kExportPerImport;
+  fmt::print("{:<14} {:>8.3f} {:>8.1f} {:>9.1f} {:>10.2f} {:>8.2f} {}\n", output.name, best.wall,
+             static_cast<double>(bytes) / kMegabyte, static_cast<double>(best.peakBytes) / kMegabyte, beyond,
+             kExportPerImport, ok ? "ok" : "OVER");
+  return ok;
+}
+
+bool Bench::printExports() {
+  const double largest = settings_.sizes.back();
+  Best import;
+  const double megabytes = generate([&](std::ostream& out) {
+    writeEstate(out, static_cast<std::uint64_t>(std::llround(largest * kMegabyte)), kSeed);
+  });
+  for (unsigned i = 0; i < settings_.repeat; ++i) import.take(run(importCommand(), folder_.path()));
+  fmt::print("{:<14} {:>8} {:>8} {:>9} {:>10} {:>8}\n", "export", "s", "MB", "peak MB", "beyond", "at most");
+  bool kept = true;
+  for (const Output& output : kOutputs) kept = printExport(output, import) && kept;
+  fmt::print(
+      "From the definition of {:.0f} MB, whose import takes {:.3f} s. s: the whole run, the reading of the\n"
+      "definition included. beyond: what it takes longer than the import, as a share of that.\n\n",
+      megabytes, import.wall);
+  return kept;
+}
+
 bool Bench::printKind(const char* kind, const std::vector<std::uint64_t>& numbers, std::uint64_t size) const {
   fmt::print("{:<14}", kind);
   double first = 0, last = 0;
@@ -231,11 +288,13 @@ bool Bench::measure() {
       "Made-up definitions in {}, {}; xmllint, parse-definition and xmla-bridge import in turn,\n"
       "the best of {} runs or more.\n\n",
       folder_.path().string(), folder_.isInMemory() ? "in memory" : "on a disk", settings_.repeat);
-  settings_.sizes.push_back(kSmallest);
+  std::sort(settings_.sizes.begin(), settings_.sizes.end());
+  rows_[kSmallest] = measureSize(kSmallest);
   for (const double size : settings_.sizes)
     if (!at(size)) rows_[size] = measureSize(size);
   printSizes();
   bool kept = printBounds();
+  kept = printExports() && kept;
   if (!settings_.counts.empty()) kept = printScaling() && kept;
   return kept;
 }
