@@ -1,7 +1,6 @@
 #include "exports/diff/node_pairs.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 namespace tav {
 namespace {
@@ -13,9 +12,6 @@ void appendPart(std::string& key, std::string_view part) {
   key.append(part).push_back(kSeparator);
 }
 
-/// Of two nodes of one graph with the same key neither is paired.
-constexpr NodeId kSeveral = kNoNode - 1;
-
 /// How many renamed things in a row are followed.
 constexpr int kRounds = 8;
 
@@ -25,9 +21,9 @@ NodePairs::NodePairs(const LineageGraph& before, const LineageGraph& after)
     : sides_{Side{&before, std::vector<NodeId>(before.nodes().size(), kNoNode), false},
              Side{&after, std::vector<NodeId>(after.nodes().size(), kNoNode), true}} {
   for (const Turn turn : {Turn::alone, Turn::ownedWhole, Turn::part}) {
-    pairTurn(turn, &NodePairs::nameKey);
+    pairNames(turn);
     // What was renamed tells what it feeds, which may have been renamed as well.
-    for (int round = 0; round < kRounds && pairTurn(turn, &NodePairs::contentKey) > 0;) ++round;
+    for (int round = 0; round < kRounds && pairContents(turn) > 0;) ++round;
   }
 }
 
@@ -36,31 +32,43 @@ NodePairs::Turn NodePairs::turnOf(const LineageNode& node) {
   return isClassifierKind(node.kind) ? Turn::ownedWhole : Turn::part;
 }
 
-std::size_t NodePairs::pairTurn(Turn turn, Key key) {
-  std::unordered_map<std::string, NodeId> byKey;
-  const auto forEach = [&](const Side& side, auto visit) {
-    for (NodeId id = 0; id < side.graph->nodes().size(); ++id) {
-      const LineageNode& node = side.graph->node(id);
-      if (!node.object || turnOf(node) != turn || side.partners[id] != kNoNode) continue;
-      if (const std::string text = (this->*key)(side, id); !text.empty()) visit(id, text);
-    }
-  };
-  const auto add = [](auto& index, NodeId id, const std::string& text) {
-    const auto [place, isNew] = index.try_emplace(text, id);
-    if (!isNew) place->second = kSeveral;
-  };
-  forEach(sides_[0], [&](NodeId id, const std::string& text) { add(byKey, id, text); });
-  std::unordered_map<std::string, NodeId> newByKey;
-  forEach(sides_[1], [&](NodeId id, const std::string& text) { add(newByKey, id, text); });
+NodePairs::Index NodePairs::indexOf(const Side& side, Turn turn, Key key) const {
+  Index index;
+  for (NodeId id = 0; id < side.graph->nodes().size(); ++id) {
+    const LineageNode& node = side.graph->node(id);
+    if (!node.object || turnOf(node) != turn || side.partners[id] != kNoNode) continue;
+    if (std::string text = (this->*key)(side, id); !text.empty()) index[std::move(text)].push_back(id);
+  }
+  return index;
+}
+
+/// Nodes with the same key are paired in their order.
+void NodePairs::pairNames(Turn turn) {
+  const Index before = indexOf(sides_[0], turn, &NodePairs::nameKey);
+  for (const auto& [text, after] : indexOf(sides_[1], turn, &NodePairs::nameKey)) {
+    const auto known = before.find(text);
+    if (known == before.end()) continue;
+    for (std::size_t i = 0; i < std::min(known->second.size(), after.size()); ++i)
+      join(known->second[i], after[i]);
+  }
+}
+
+/// Only what is like nothing else can be taken for the same.
+std::size_t NodePairs::pairContents(Turn turn) {
+  const Index before = indexOf(sides_[0], turn, &NodePairs::contentKey);
   std::size_t count = 0;
-  for (const auto& [text, after] : newByKey) {
-    const auto before = byKey.find(text);
-    if (before == byKey.end() || before->second == kSeveral || after == kSeveral) continue;
-    sides_[0].partners[before->second] = after;
-    sides_[1].partners[after] = before->second;
+  for (const auto& [text, after] : indexOf(sides_[1], turn, &NodePairs::contentKey)) {
+    const auto known = before.find(text);
+    if (known == before.end() || known->second.size() != 1 || after.size() != 1) continue;
+    join(known->second.front(), after.front());
     ++count;
   }
   return count;
+}
+
+void NodePairs::join(NodeId before, NodeId after) {
+  sides_[0].partners[before] = after;
+  sides_[1].partners[after] = before;
 }
 
 std::string NodePairs::nameKey(const Side& side, NodeId id) const {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "exports/graph/lineage_graph.h"
@@ -29,14 +30,19 @@ class NodePairs {
     std::vector<NodeId> partners;  // by node
     bool isNew;
   };
+  /// The nodes that are not paired yet, by a key that has a text for each that can be.
+  using Index = std::unordered_map<std::string, std::vector<NodeId>>;
   using Key = std::string (NodePairs::*)(const Side& side, NodeId id) const;
 
   /// The nodes whose owners are paired before their own turn comes.
   enum class Turn : std::uint8_t { alone, ownedWhole, part };
   static Turn turnOf(const LineageNode& node);
 
+  [[nodiscard]] Index indexOf(const Side& side, Turn turn, Key key) const;
+  void pairNames(Turn turn);
   /// How many pairs were found.
-  std::size_t pairTurn(Turn turn, Key key);
+  std::size_t pairContents(Turn turn);
+  void join(NodeId before, NodeId after);
   [[nodiscard]] std::string nameKey(const Side& side, NodeId id) const;
   [[nodiscard]] std::string contentKey(const Side& side, NodeId id) const;
   [[nodiscard]] std::string ownerKey(const Side& side, NodeId id) const;

@@ -7,6 +7,7 @@
 #include "framework/serialization/model_reader.h"
 #include "framework/serialization/model_writer.h"
 #include "framework/std/exception.h"
+#include "tests/support/graph_laws.h"
 
 namespace tav::test {
 
@@ -38,7 +39,7 @@ std::string brokenLaw(const TAVModel& model) {
   const std::string json = exported(model);
   if (exported(*loaded) != json) return "loaded again it exports other JSON";
   if (!nlohmann::json::accept(json)) return "the exported JSON does not parse";
-  return {};
+  return brokenGraphLaw(*loaded);
 }
 
 }  // namespace tav::test

@@ -7,7 +7,8 @@
 namespace tav::test {
 
 /// The first of the laws for every model that this one breaks, in words; empty when it keeps them all: saved,
-/// loaded and saved again it is the same to the byte, and both export the same JSON, which parses.
+/// loaded and saved again it is the same to the byte, both export the same JSON, which parses, and its
+/// lineage graph keeps its own laws.
 std::string brokenLaw(const TAVModel& model);
 
 }  // namespace tav::test

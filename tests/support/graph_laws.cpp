@@ -1,0 +1,110 @@
+#include "tests/support/graph_laws.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "exports/diff/model_diff.h"
+#include "exports/graph/coverage.h"
+#include "exports/graph/lineage_tree.h"
+
+namespace tav::test {
+namespace {
+
+constexpr std::size_t kWalks = 20;  // starts that are spread over the nodes
+
+class GraphLaws {
+ public:
+  explicit GraphLaws(const TAVModel& model) : graph_(model) {
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id)
+      if (graph_.node(id).object) nodes_.emplace(graph_.node(id).object, id);
+  }
+
+  std::string check() {
+    for (NodeId id = 0; id < graph_.nodes().size() && broken_.empty(); ++id) {
+      checkOrder(id);
+      if (const auto* feature = as<TAVFeature>(graph_.node(id).object)) checkSources(id, *feature);
+    }
+    checkWalks();
+    checkCoverage();
+    require(compareModels(graph_, graph_).empty(), "a model differs from itself", 0);
+    return broken_;
+  }
+
+ private:
+  void require(bool holds, const char* law, NodeId id) {
+    if (!holds && broken_.empty())
+      broken_ = std::string(law) + (id < graph_.nodes().size() ? ": " + graph_.path(id) : "");
+  }
+
+  void checkOrder(NodeId id) {
+    const auto into = graph_.into(id);
+    const auto out = graph_.outOf(id);
+    const auto parts = graph_.partsOf(id);
+    require(std::all_of(into.begin(), into.end(), [&](const LineageEdge& edge) { return edge.to == id; }),
+            "an edge into another node", id);
+    require(std::all_of(out.begin(), out.end(),
+                        [&](std::uint32_t place) { return graph_.edges()[place].from == id; }),
+            "an edge out of another node", id);
+    require(
+        std::all_of(parts.begin(), parts.end(), [&](NodeId part) { return graph_.node(part).owner == id; }),
+        "the part of another node", id);
+  }
+
+  void checkSources(NodeId id, const TAVFeature& feature) {
+    const TAVFeatureMap* map = feature.getDestinationOfFeatureMap();
+    if (!map) return;
+    std::vector<NodeId> sources;
+    for (const LineageEdge& edge : graph_.into(id))
+      if (!edge.foundByGraph) sources.push_back(edge.from);
+    std::sort(sources.begin(), sources.end());
+    for (const TAVFeature& source : map->sourceFeatures) {
+      const auto from = nodes_.find(&source);
+      // Level attributes are no nodes, and no definition makes one a source.
+      if (from == nodes_.end()) continue;
+      require(std::binary_search(sources.begin(), sources.end(), from->second),
+              "a source of the model is lost", id);
+    }
+  }
+
+  void checkWalks() {
+    const std::size_t step = graph_.nodes().size() / kWalks + 1;
+    for (std::size_t id = 0; id < graph_.nodes().size(); id += step) {
+      for (const auto direction : {LineageDirection::upstream, LineageDirection::downstream})
+        checkWalk(static_cast<NodeId>(id), direction);
+    }
+  }
+
+  void checkWalk(NodeId id, LineageDirection direction) {
+    const auto lines = lineageTree(graph_, id, direction, kUnlimitedDepth, true);
+    require(lines.size() <= graph_.edges().size() + graph_.partsOf(id).size() + 1, "a walk goes in circles",
+            id);
+    std::unordered_map<NodeId, int> whole;
+    for (const LineageTreeLine& line : lines)
+      whole[line.node] += line.state == LineageTreeLine::State::whole ? 1 : 0;
+    for (const auto& [node, count] : whole) require(count == 1, "not shown whole once", node);
+  }
+
+  void checkCoverage() {
+    for (const CubeCoverage& cube : measureCoverage(graph_).cubes) {
+      std::size_t open = 0;
+      for (const CoverageCount& kind : {cube.attributes, cube.measures}) {
+        require(kind.reachedByModel <= kind.reached && kind.reached <= kind.coverable(),
+                "counts that do not add up", cube.cube);
+        open += kind.coverable() - kind.reached;
+      }
+      require(cube.gaps.size() == open, "gaps that are not counted", cube.cube);
+    }
+  }
+
+  LineageGraph graph_;
+  std::unordered_map<const TAVObject*, NodeId> nodes_;
+  std::string broken_;
+};
+
+}  // namespace
+
+std::string brokenGraphLaw(const TAVModel& model) {
+  return GraphLaws(model).check();
+}
+
+}  // namespace tav::test
