@@ -26,8 +26,10 @@ class MessageLog : public TAVLog {
   LogFormat format = LogFormat::text;
 
   void logEvent(const TAVLogEvent& event) override;
-  /// Reports a failure whose message reads "[identifier] text".
-  void logFailure(std::string_view message);
+  /// Reports an event about one of several files: the line begins with its name.
+  void logEventOf(const std::string& file, const TAVLogEvent& event);
+  /// Reports a failure whose message reads "[identifier] text", of one of several files if one is named.
+  void logFailure(std::string_view message, const std::string& file = {});
   /// A step under way, with its share of the whole in percent; shown on a terminal only.
   void showProgress(const std::string& step, int percent);
   /// Takes the progress line away.
@@ -37,7 +39,7 @@ class MessageLog : public TAVLog {
   [[nodiscard]] std::size_t getUnresolvedCount() const noexcept { return unresolved_; }
 
  private:
-  void writeLine(const TAVLogEvent& event);
+  void writeLine(const std::string& file, const TAVLogEvent& event);
   void renewProgress(const std::string& text, bool must);
 
   using Clock = std::chrono::steady_clock;
