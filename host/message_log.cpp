@@ -44,6 +44,10 @@ std::string withFile(const std::string& file, const std::string& line) {
   return file.empty() ? line : printable(file) + ": " + line;
 }
 
+std::string withIdentifier(const TAVLogEvent& event, const std::string& text) {
+  return event.getMessageId().empty() ? text : fmt::format("[{}] {}", event.getMessageId().view(), text);
+}
+
 bool hasColours() {
   const char* refused = std::getenv("NO_COLOR");
   const char* terminal = std::getenv("TERM");
@@ -64,6 +68,8 @@ void MessageLog::logEvent(const TAVLogEvent& event) {
 
 void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& event) {
   if (event.getMessageId() == kUnresolvedId) ++unresolved_;
+  if (keepsWarnings && event.getSeverity() == tav::kSeverityWarning)
+    warnings_.push_back(withIdentifier(event, tav::maskPasswords(event.getText())));
   if (quiet && event.getSeverity() > tav::kSeverityError) return;
   if (terminal_ && format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus)
     renewProgress(withFile(file, printable(tav::maskPasswords(event.getText()))), true);
@@ -91,9 +97,7 @@ void MessageLog::writeLine(const std::string& file, const TAVLogEvent& event) {
     line["text"] = text;
     return writeError(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
   }
-  std::string line = printable(text);
-  if (!event.getMessageId().empty()) line = fmt::format("[{}] {}", event.getMessageId().view(), line);
-  line = withFile(file, line);
+  std::string line = withFile(file, withIdentifier(event, printable(text)));
   if (colours_ && event.getSeverity() <= tav::kSeverityWarning)
     line = fmt::format("{}{}{}", event.getSeverity() < tav::kSeverityWarning ? kRed : kYellow, line, kPlain);
   if (progress_.empty()) return writeError(line + "\n");
