@@ -54,12 +54,14 @@ class ModelLoad {
     earlier.bind(2, name_);
     if (!earlier.next()) return;
     model_ = earlier.number(0);
-    for (const std::string_view text :
-         {"DELETE FROM edges WHERE to_id BETWEEN ?2 AND ?3", "DELETE FROM nodes WHERE id BETWEEN ?2 AND ?3",
-          "DELETE FROM cube_counts WHERE model_id = ?1", "DELETE FROM warnings WHERE model_id = ?1",
-          "DELETE FROM models WHERE id = ?1"}) {
-      remove(text, earlier.number(1), earlier.number(2));
-    }
+    const std::int64_t first = earlier.number(1);
+    const std::int64_t last = earlier.number(2);
+    for (const char* text :
+         {"DELETE FROM edges WHERE to_id BETWEEN ?1 AND ?2", "DELETE FROM nodes WHERE id BETWEEN ?1 AND ?2"})
+      remove(text, {first, last});
+    for (const char* text : {"DELETE FROM cube_counts WHERE model_id = ?1",
+                             "DELETE FROM warnings WHERE model_id = ?1", "DELETE FROM models WHERE id = ?1"})
+      remove(text, {model_});
   }
 
   void addModel() {
@@ -140,11 +142,10 @@ class ModelLoad {
       for (const std::string_view name : graph_.unresolved(id)) add(id, "lineage", name);
   }
 
-  void remove(std::string_view text, std::int64_t first, std::int64_t last) {
+  void remove(const char* text, std::initializer_list<std::int64_t> parameters) {
     SqliteStatement statement(database_, text);
-    statement.bind(1, model_);
-    statement.bind(2, first);
-    statement.bind(3, last);
+    int place = 0;
+    for (const std::int64_t parameter : parameters) statement.bind(++place, parameter);
     statement.execute();
   }
 

@@ -20,12 +20,13 @@ void SqliteDatabase::Close::operator()(sqlite3* database) const noexcept {
 
 SqliteDatabase::SqliteDatabase(const std::string& path, std::chrono::milliseconds patience) : path_(path) {
   sqlite3* database = nullptr;
-  const int code =
-      sqlite3_open_v2(fileName(path).c_str(), &database,
-                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXRESCODE, nullptr);
+  const int code = sqlite3_open_v2(
+      fileName(path).c_str(), &database,
+      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   database_.reset(database);
   check(code);
   check(sqlite3_busy_timeout(database, static_cast<int>(patience.count())));
+  run("PRAGMA cache_size = -65536");
   run("BEGIN IMMEDIATE");
 }
 

@@ -77,13 +77,13 @@ CREATE TABLE warnings(
 inline constexpr const char* kSqliteIndexes = R"SQL(
 CREATE INDEX IF NOT EXISTS nodes_by_path ON nodes(path);
 CREATE INDEX IF NOT EXISTS nodes_by_name ON nodes(name);
-CREATE INDEX IF NOT EXISTS database_columns ON nodes(path, model_id) WHERE kind = 'databaseColumn';
 CREATE INDEX IF NOT EXISTS edges_by_source ON edges(from_id, to_id);
 CREATE INDEX IF NOT EXISTS edges_by_target ON edges(to_id, from_id);
 CREATE INDEX IF NOT EXISTS cube_counts_by_model ON cube_counts(model_id);
 CREATE INDEX IF NOT EXISTS warnings_by_model ON warnings(model_id);
 )SQL";
 
+/// A server that a connection does not name is known within its model alone, and its columns are nobody else's.
 /// A condition on a view's start cannot reach into a recursion that the view is made of. So the recursion
 /// stands in a subquery for each start, which the condition has chosen before.
 inline constexpr const char* kSqliteViews = R"SQL(
@@ -129,9 +129,9 @@ SELECT m.source, m.name AS model, c.name AS cube,
 FROM cube_counts k JOIN models m ON m.id = k.model_id LEFT JOIN nodes c ON c.id = k.cube_id;
 
 CREATE VIEW shared_columns AS
-SELECT min(n.path) AS path, count(DISTINCT n.model_id) AS models, group_concat(DISTINCT m.name) AS model_names
+SELECT min(n.path) AS path, count(DISTINCT n.model_id) AS models, group_concat(DISTINCT m.source) AS sources
 FROM nodes n JOIN models m ON m.id = n.model_id
-WHERE n.kind = 'databaseColumn'
+WHERE n.kind = 'databaseColumn' AND n.server NOT LIKE 'connection://%'
 GROUP BY n.path HAVING count(DISTINCT n.model_id) > 1;
 )SQL";
 
