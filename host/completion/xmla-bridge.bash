@@ -11,7 +11,7 @@ _xmla_bridge() {
 
   local words=''
   case $before in
-    --format) words='json' ;;
+    --format) words='json csv sqlite' ;;
     --log-format) words='text json' ;;
     -o | --output | --out-dir | --jobs) ;;
     *)
