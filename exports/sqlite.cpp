@@ -12,18 +12,19 @@ namespace {
 
 constexpr std::chrono::minutes kPatience{1};
 
-/// Makes the tables and views of a new database; whether it is one. Throws when the file belongs to someone
-/// else.
+/// Makes the tables and views of a new database. Throws when the file belongs to something else.
 void prepare(SqliteDatabase& database, const std::string& path) {
   const std::int64_t application = database.number("PRAGMA application_id");
   const std::int64_t version = database.number("PRAGMA user_version");
   if (application == kSqliteApplication && version == kSqliteVersion) return;
-  if (application == kSqliteApplication)
+  if (application == kSqliteApplication) {
     fail("XMLABRIDGE_F0032", path + ": its tables are those of another version of this program (" +
                                  std::to_string(version) + " instead of " + std::to_string(kSqliteVersion) +
                                  ")");
-  if (application != 0 || version != 0 || database.number("SELECT count(*) FROM sqlite_master") != 0)
+  }
+  if (application != 0 || version != 0 || database.number("SELECT count(*) FROM sqlite_master") != 0) {
     fail("XMLABRIDGE_F0032", path + ": the file is there and is a database of something else");
+  }
   database.run(kSqliteTables);
   database.run(kSqliteViews);
 }
