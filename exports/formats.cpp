@@ -5,13 +5,15 @@
 
 namespace tav {
 
+extern const ExportFormat kCsvFormat;
 extern const ExportFormat kDotFormat;
 extern const ExportFormat kJsonFormat;
 extern const ExportFormat kMermaidFormat;
+extern const ExportFormat kSqliteFormat;
 
 namespace {
 
-constexpr std::array kFormats{&kJsonFormat, &kDotFormat, &kMermaidFormat};
+constexpr std::array kFormats{&kJsonFormat, &kCsvFormat, &kSqliteFormat, &kDotFormat, &kMermaidFormat};
 
 }  // namespace
 

@@ -12,12 +12,12 @@ struct Arguments {
   tav::ExportOptions options;
 };
 
-void write(const TAVModel& model, const tav::ExportFormat& format, const Arguments& arguments) {
-  if (format.writeFiles) {
-    format.writeFiles(model, arguments.options, arguments.output);
-    return;
-  }
-  writeOutput(arguments.output, [&](std::ostream& out) { format.write(model, arguments.options, out); });
+void write(const TAVModel& model, const tav::ExportFormat& format, const tav::ExportOptions& options,
+           const std::string& output) {
+  if (format.writeFiles)
+    format.writeFiles(model, options, output);
+  else
+    writeOutput(output, [&](std::ostream& out) { format.write(model, options, out); });
 }
 
 int exportModel(const Arguments& arguments, MessageLog& log) {
@@ -28,8 +28,12 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
   const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
-  return withModel(arguments.options.input, log,
-                   [&](const TAVModel& model) { write(model, format, arguments); });
+  log.keepsWarnings = true;
+  return withModel(arguments.options.input, log, [&](const TAVModel& model) {
+    tav::ExportOptions options = arguments.options;
+    options.warnings = log.getWarnings();
+    write(model, format, options, arguments.output);
+  });
 }
 
 std::string describeFormats() {

@@ -1,6 +1,12 @@
 #include <fmt/ostream.h>
 
+#include <filesystem>
+#include <thread>
+
+#include "framework/std/exception.h"
 #include "host/command.h"
+#include "host/estate_import.h"
+#include "host/estate_plan.h"
 #include "host/import_run.h"
 #include "host/standard_output.h"
 #include "host/summary.h"
@@ -8,42 +14,93 @@
 namespace host {
 namespace {
 
+constexpr int kMostJobs = 256;
+
 struct Arguments {
-  std::string input;
+  std::vector<std::string> inputs;
   std::string output;
+  std::string folder;
+  int jobs = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
+  bool json = false;
+  CLI::Option* outputOption = nullptr;
+  CLI::Option* folderOption = nullptr;
 };
 
-int import(const Arguments& arguments, MessageLog& log) {
-  checkDefinition(arguments.input);
+int importFile(const Arguments& arguments, MessageLog& log) {
+  const std::string& input = arguments.inputs.front();
+  checkDefinition(input);
   if (arguments.output == "-") throw CLI::ValidationError("-o", "a model is saved in a file");
-  checkOutput(arguments.input, arguments.output);
+  checkOutput(input, arguments.output);
 
   Summary summary;
-  const int code = runImport(arguments.input, arguments.output, log, [&](const TAVStoreModel& model) {
+  const int code = runImport(input, arguments.output, log, [&](const TAVStoreModel& model) {
     summary = summarize(model);
     return true;
   });
-  if (code != kDone || log.quiet) return code;
+  if (code != kDone || (log.quiet && !arguments.json)) return code;
   StandardOutput out;
-  writeSummary(summary, log.getUnresolvedCount(), out.stream());
-  fmt::print(out.stream(), "Saved in {}\n", printable(arguments.output));
+  if (arguments.json) {
+    out.stream() << summaryAsJson(summary, log.getUnresolvedCount(), arguments.output) << '\n';
+  } else {
+    writeSummary(summary, log.getUnresolvedCount(), out.stream());
+    fmt::print(out.stream(), "Saved in {}\n", printable(arguments.output));
+  }
   out.finish();
   return code;
+}
+
+int importFiles(const Arguments& arguments, MessageLog& log) {
+  if (arguments.folder.empty()) throw CLI::ValidationError("--out-dir", "the name of the folder is empty");
+  const std::vector<EstateFile> files = planEstate(arguments.inputs, arguments.folder, log);
+  std::error_code error;
+  std::filesystem::create_directories(arguments.folder, error);
+  if (error)
+    tav::fail("XMLABRIDGE_F0025", arguments.folder + ": the folder cannot be made: " + error.message());
+
+  const EstateRun run = importEstate(files, static_cast<std::size_t>(arguments.jobs), log);
+  if (run.signal == 0 && (arguments.json || !log.quiet)) {
+    StandardOutput out;
+    (arguments.json ? writeEstateJson : writeEstateTable)(files, run, out.stream());
+    out.finish();
+  }
+  return exitCodeOf(run);
+}
+
+int import(const Arguments& arguments, MessageLog& log) {
+  if (arguments.folderOption->count() > 0) return importFiles(arguments, log);
+  if (arguments.inputs.size() > 1)
+    throw CLI::ValidationError("INPUT", "several files are imported with --out-dir instead of -o");
+  if (arguments.outputOption->count() == 0) throw CLI::RequiredError("--output");
+  return importFile(arguments, log);
 }
 
 }  // namespace
 
 Command addImport(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser = program.add_subcommand("import", "Read a definition and save its model");
+  CLI::App* parser =
+      program.add_subcommand("import", "Read a definition and save its model, or those of many");
   parser
-      ->add_option("INPUT", arguments->input,
+      ->add_option("INPUT", arguments->inputs,
                    "The definition: an XMLA script, an .asdatabase file or a tabular model")
       ->type_name("FILE")
       ->required();
-  parser->add_option("-o,--output", arguments->output, "The file to save the model in")
-      ->type_name("FILE")
-      ->required();
+  arguments->outputOption =
+      parser->add_option("-o,--output", arguments->output, "The file to save the model in")
+          ->type_name("FILE");
+  arguments->folderOption =
+      parser
+          ->add_option("--out-dir", arguments->folder,
+                       "The folder to save models in, each by a process of its own; made when it is missing")
+          ->type_name("DIR")
+          ->excludes(arguments->outputOption);
+  parser
+      ->add_option("--jobs", arguments->jobs,
+                   "How many processes run at a time; as many as processors without it")
+      ->type_name("N")
+      ->check(CLI::Range(1, kMostJobs))
+      ->needs(arguments->folderOption);
+  parser->add_flag("--json", arguments->json, "The summary as JSON");
   return {parser, [arguments](MessageLog& log) { return import(*arguments, log); }};
 }
 

@@ -40,6 +40,14 @@ std::string_view beginning(std::string_view text, std::size_t count) {
   return text.substr(0, bytes);
 }
 
+std::string withFile(const std::string& file, const std::string& line) {
+  return file.empty() ? line : printable(file) + ": " + line;
+}
+
+std::string withIdentifier(const TAVLogEvent& event, const std::string& text) {
+  return event.getMessageId().empty() ? text : fmt::format("[{}] {}", event.getMessageId().view(), text);
+}
+
 bool hasColours() {
   const char* refused = std::getenv("NO_COLOR");
   const char* terminal = std::getenv("TERM");
@@ -55,34 +63,41 @@ MessageLog::~MessageLog() {
 }
 
 void MessageLog::logEvent(const TAVLogEvent& event) {
-  if (event.getMessageId() == kUnresolvedId) ++unresolved_;
-  if (quiet && event.getSeverity() > tav::kSeverityError) return;
-  if (terminal_ && format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus)
-    renewProgress(printable(tav::maskPasswords(event.getText())), true);
-  else
-    writeLine(event);
+  logEventOf(std::string(), event);
 }
 
-void MessageLog::logFailure(std::string_view message) {
+void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& event) {
+  if (event.getMessageId() == kUnresolvedId) ++unresolved_;
+  if (keepsWarnings && event.getSeverity() == tav::kSeverityWarning)
+    warnings_.push_back(withIdentifier(event, tav::maskPasswords(event.getText())));
+  if (quiet && event.getSeverity() > tav::kSeverityError) return;
+  if (terminal_ && format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus)
+    renewProgress(withFile(file, printable(tav::maskPasswords(event.getText()))), true);
+  else
+    writeLine(file, event);
+}
+
+void MessageLog::logFailure(std::string_view message, const std::string& file) {
   std::string_view identifier;
   const std::size_t close = message.find("] ");
   if (message.starts_with('[') && close != message.npos) {
     identifier = message.substr(1, close - 1);
     message.remove_prefix(close + 2);
   }
-  logEvent({message, identifier, tav::kSeverityFatal, TAVString()});
+  logEventOf(file, {message, identifier, tav::kSeverityFatal, TAVString()});
 }
 
-void MessageLog::writeLine(const TAVLogEvent& event) {
+void MessageLog::writeLine(const std::string& file, const TAVLogEvent& event) {
   const std::string text = tav::maskPasswords(event.getText());
   if (format == LogFormat::json) {
-    const nlohmann::ordered_json line{{"level", tav::severityName(event.getSeverity())},
-                                      {"id", event.getMessageId().view()},
-                                      {"text", text}};
+    nlohmann::ordered_json line;
+    if (!file.empty()) line["file"] = file;
+    line["level"] = tav::severityName(event.getSeverity());
+    line["id"] = event.getMessageId().view();
+    line["text"] = text;
     return writeError(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
   }
-  std::string line = printable(text);
-  if (!event.getMessageId().empty()) line = fmt::format("[{}] {}", event.getMessageId().view(), line);
+  std::string line = withFile(file, withIdentifier(event, printable(text)));
   if (colours_ && event.getSeverity() <= tav::kSeverityWarning)
     line = fmt::format("{}{}{}", event.getSeverity() < tav::kSeverityWarning ? kRed : kYellow, line, kPlain);
   if (progress_.empty()) return writeError(line + "\n");

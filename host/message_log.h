@@ -3,7 +3,9 @@
 // Messages for people and scripts, on standard error.
 
 #include <chrono>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "exports/printable.h"
 #include "framework/std/log.h"
@@ -24,10 +26,14 @@ class MessageLog : public TAVLog {
   /// Where the command line's options go; until it is parsed, messages are text and none is held back.
   bool quiet = false;  ///< errors only
   LogFormat format = LogFormat::text;
+  /// Whether the texts of warnings are kept for getWarnings().
+  bool keepsWarnings = false;
 
   void logEvent(const TAVLogEvent& event) override;
-  /// Reports a failure whose message reads "[identifier] text".
-  void logFailure(std::string_view message);
+  /// Reports an event about one of several files: the line begins with its name.
+  void logEventOf(const std::string& file, const TAVLogEvent& event);
+  /// Reports a failure whose message reads "[identifier] text", of one of several files if one is named.
+  void logFailure(std::string_view message, const std::string& file = {});
   /// A step under way, with its share of the whole in percent; shown on a terminal only.
   void showProgress(const std::string& step, int percent);
   /// Takes the progress line away.
@@ -35,9 +41,11 @@ class MessageLog : public TAVLog {
 
   /// How many references the plug-in has reported as unresolved.
   [[nodiscard]] std::size_t getUnresolvedCount() const noexcept { return unresolved_; }
+  /// The warnings so far, each "[identifier] text".
+  [[nodiscard]] std::span<const std::string> getWarnings() const noexcept { return warnings_; }
 
  private:
-  void writeLine(const TAVLogEvent& event);
+  void writeLine(const std::string& file, const TAVLogEvent& event);
   void renewProgress(const std::string& text, bool must);
 
   using Clock = std::chrono::steady_clock;
@@ -45,6 +53,7 @@ class MessageLog : public TAVLog {
   Clock::time_point renewed_;
   std::string progress_;  // what the progress line shows; empty when there is none
   std::size_t unresolved_ = 0;
+  std::vector<std::string> warnings_;
   bool terminal_;
   bool colours_;
 };

@@ -2,6 +2,7 @@
 
 #include <fmt/ostream.h>
 
+#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "exports/mask.h"
@@ -161,6 +162,28 @@ void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& 
              unresolved == 0 ? ""
                              : fmt::format("in {} expression{}", summary.openExpressions,
                                            summary.openExpressions == 1 ? "" : "s"));
+}
+
+std::string summaryAsJson(const Summary& summary, std::size_t unresolved, const std::string& output) {
+  const auto reach = [](const Summary::Reach& kind) {
+    return nlohmann::ordered_json{{"count", kind.count}, {"withLineage", kind.reached}};
+  };
+  const nlohmann::ordered_json document{{"database", tav::maskPasswords(summary.database)},
+                                        {"dataSources", summary.dataSources},
+                                        {"tables", summary.tables},
+                                        {"columns", summary.columns},
+                                        {"dimensions", summary.dimensions},
+                                        {"attributes", reach(summary.attributes)},
+                                        {"cubes", summary.cubes},
+                                        {"perspectives", summary.perspectives},
+                                        {"measures", reach(summary.measures)},
+                                        {"rowCounts", summary.rowCounts},
+                                        {"calculatedMeasures", reach(summary.calculatedMeasures)},
+                                        {"kpis", summary.kpis},
+                                        {"unresolvedReferences", unresolved},
+                                        {"openExpressions", summary.openExpressions},
+                                        {"output", output}};
+  return document.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
 }  // namespace host

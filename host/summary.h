@@ -37,4 +37,7 @@ Summary summarize(const TAVStoreModel& model);
 /// Writes the summary for people, with the number of references that could not be resolved.
 void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& out);
 
+/// The same as one JSON object on one line, with the file that the model is saved in.
+std::string summaryAsJson(const Summary& summary, std::size_t unresolved, const std::string& output);
+
 }  // namespace host

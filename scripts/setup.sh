@@ -60,6 +60,8 @@ need_for_program() {
   need header fmt/format.h libfmt-dev
   need library fmt libfmt-dev
   need header nlohmann/json.hpp nlohmann-json3-dev
+  need header sqlite3.h libsqlite3-dev
+  need library sqlite3 libsqlite3-dev
   # The importer of tabular definitions.
   need command javac openjdk-17-jdk-headless
   need command jar openjdk-17-jdk-headless
@@ -73,6 +75,8 @@ need_for_tests() {
   need library gtest libgtest-dev
   need command xmllint libxml2-utils
   need command nm binutils
+  need command parallel parallel
+  need command sqlite3 sqlite3
 }
 
 need_for_benchmarks() {

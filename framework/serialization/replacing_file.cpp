@@ -33,6 +33,12 @@ std::string followed(const std::string& path) {
   return error ? path : real.string();
 }
 
+/// What the names of unfinished files begin with. The process is named so that they can be told from those of
+/// others when it was killed.
+std::string temporaryOf(const std::string& target, pid_t process) {
+  return target + "." + std::to_string(process) + ".";
+}
+
 mode_t modeOfNewFiles() noexcept {
   const mode_t mask = umask(0);
   umask(mask);
@@ -102,7 +108,7 @@ class ReplacingFile::Buffer : public std::streambuf {
  private:
   void createBeside(mode_t mode) {
     const HeldSignals held;
-    temporary_ = target_ + ".XXXXXX";
+    temporary_ = temporaryOf(target_, getpid()) + "XXXXXX";
     descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
     if (descriptor_ < 0) {
       temporary_.clear();
@@ -147,6 +153,17 @@ std::ostream& ReplacingFile::stream() noexcept {
 
 void ReplacingFile::commit() {
   buffer_->commit();
+}
+
+void removeUnfinished(const TAVString& target, pid_t process) {
+  const std::filesystem::path beginning = temporaryOf(followed(target.str()), process);
+  const std::filesystem::path folder = beginning.parent_path();
+  std::error_code error;
+  std::filesystem::directory_iterator entries(folder.empty() ? "." : folder, error);
+  for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
+    if (entries->path().filename().string().starts_with(beginning.filename().string()))
+      unlink(entries->path().c_str());
+  }
 }
 
 }  // namespace tav

@@ -2,6 +2,8 @@
 
 // Output that is either whole or not there.
 
+#include <sys/types.h>
+
 #include <memory>
 #include <ostream>
 
@@ -33,5 +35,9 @@ class TAV_API ReplacingFile {
   std::unique_ptr<Buffer> buffer_;
   std::unique_ptr<std::ostream> stream_;
 };
+
+/// Removes what a process that has ended, of its own file system and process numbers, left unfinished beside
+/// `target`, as after it was killed. A folder that cannot be read is left alone.
+TAV_API void removeUnfinished(const TAVString& target, pid_t process);
 
 }  // namespace tav

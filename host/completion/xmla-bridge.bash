@@ -11,14 +11,14 @@ _xmla_bridge() {
 
   local words=''
   case $before in
-    --format) words='json' ;;
+    --format) words='json csv sqlite' ;;
     --log-format) words='text json' ;;
-    -o | --output) ;;
+    -o | --output | --out-dir | --jobs) ;;
     *)
       case $command in
         '') words="$commands --help --version" ;;
         help) words='import export test describe' ;;
-        import) words='-o --quiet --log-format --help' ;;
+        import) words='-o --out-dir --jobs --json --quiet --log-format --help' ;;
         export) words='-o --format --quiet --log-format --help' ;;
         test) words='--quiet --log-format --help' ;;
         describe) words='--json --help' ;;

@@ -33,9 +33,28 @@ void writeDefinitions(const tav::test::TemporaryFolder& folder) {
   static_cast<void>(folder.write("tabular.bim", "{\"model\": {}}"));
 }
 
+// estate: imports several files, with the times of the table as T. fake_java: makes a program that plays Java
+// from a script on standard input.
+constexpr std::string_view kEstatePrelude = R"SH(
+estate() {
+  xmla-bridge import "$@" >table; code=$?
+  sed -E 's/ +[0-9]+\.[0-9]  /  T  /; s/ in [0-9.]+ s/ in T s/' table; rm table; return $code
+}
+fake_java() {
+  mkdir -p java/bin; { echo '#!/bin/sh'; cat; } >java/bin/java; chmod +x java/bin/java
+  echo 'JAVA_VERSION="17.0.1"' >java/release; export XMLA_BRIDGE_JAVA=$PWD/java/bin/java
+}
+)SH";
+
 TEST(Program, Corpus) {
   tav::test::checkCorpus("host/program.txt", [](const std::string& commands) {
     return tav::test::runCommands(commands, writeDefinitions);
+  });
+}
+
+TEST(Program, ManyFiles) {
+  tav::test::checkCorpus("host/many_files.txt", [](const std::string& commands) {
+    return runCommands(std::string(kEstatePrelude) + commands);
   });
 }
 

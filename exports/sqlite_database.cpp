@@ -1,0 +1,119 @@
+#include "exports/sqlite_database.h"
+
+#include <sqlite3.h>
+
+#include "framework/std/exception.h"
+
+namespace tav {
+namespace {
+
+/// SQLite takes an empty name and some that begin with a colon for databases in memory.
+std::string fileName(const std::string& path) {
+  return path.starts_with('/') ? path : "./" + path;
+}
+
+}  // namespace
+
+void SqliteDatabase::Close::operator()(sqlite3* database) const noexcept {
+  sqlite3_close(database);  // rolls an open transaction back
+}
+
+SqliteDatabase::SqliteDatabase(const std::string& path, std::chrono::milliseconds patience) : path_(path) {
+  sqlite3* database = nullptr;
+  const int code = sqlite3_open_v2(
+      fileName(path).c_str(), &database,
+      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  database_.reset(database);
+  check(code);
+  check(sqlite3_busy_timeout(database, static_cast<int>(patience.count())));
+  run("PRAGMA cache_size = -65536");
+  run("BEGIN IMMEDIATE");
+}
+
+void SqliteDatabase::run(const char* statements) {
+  check(sqlite3_exec(database_.get(), statements, nullptr, nullptr, nullptr));
+}
+
+std::int64_t SqliteDatabase::number(std::string_view query) {
+  SqliteStatement statement(*this, query);
+  statement.next();
+  return statement.number(0);
+}
+
+void SqliteDatabase::commit() {
+  run("COMMIT");
+}
+
+void SqliteDatabase::check(int code) const {
+  switch (code & 0xFF) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+      return;
+    case SQLITE_NOTADB:
+      failWith("the file is there and is no database");
+    case SQLITE_BUSY:
+      failWith("another process keeps the database locked");
+    case SQLITE_CANTOPEN:
+      failWith(std::string(sqlite3_errmsg(database_.get())) + ": " +
+               std::generic_category().message(sqlite3_system_errno(database_.get())));
+    default:
+      failWith(sqlite3_errmsg(database_.get()));
+  }
+}
+
+void SqliteDatabase::failWith(const std::string& cause) const {
+  fail("XMLABRIDGE_F0031", path_ + ": " + cause);
+}
+
+void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const noexcept {
+  sqlite3_finalize(statement);
+}
+
+SqliteStatement::SqliteStatement(SqliteDatabase& database, std::string_view text) : database_(database) {
+  sqlite3_stmt* statement = nullptr;
+  const int code = sqlite3_prepare_v2(database.database_.get(), text.data(), static_cast<int>(text.size()),
+                                      &statement, nullptr);
+  statement_.reset(statement);
+  database.check(code);
+}
+
+void SqliteStatement::bind(int parameter, std::string_view text) {
+  // A text without bytes has no address, which would bind NULL.
+  const char* bytes = text.empty() ? "" : text.data();
+  database_.check(
+      sqlite3_bind_text64(statement_.get(), parameter, bytes, text.size(), SQLITE_STATIC, SQLITE_UTF8));
+}
+
+void SqliteStatement::bindOptional(int parameter, std::string_view text) {
+  if (text.empty())
+    bindNull(parameter);
+  else
+    bind(parameter, text);
+}
+
+void SqliteStatement::bind(int parameter, std::int64_t number) {
+  database_.check(sqlite3_bind_int64(statement_.get(), parameter, number));
+}
+
+void SqliteStatement::bindNull(int parameter) {
+  database_.check(sqlite3_bind_null(statement_.get(), parameter));
+}
+
+void SqliteStatement::execute() {
+  while (next()) continue;
+}
+
+bool SqliteStatement::next() {
+  const int code = sqlite3_step(statement_.get());
+  if (code == SQLITE_ROW) return true;
+  const int reset = sqlite3_reset(statement_.get());
+  database_.check(code == SQLITE_DONE ? reset : code);
+  return false;
+}
+
+std::int64_t SqliteStatement::number(int column) const {
+  return sqlite3_column_int64(statement_.get(), column);
+}
+
+}  // namespace tav

@@ -1,0 +1,73 @@
+#pragma once
+
+// An SQLite database that is written to in one transaction.
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace tav {
+
+/// An open database within a transaction of its own. Without commit(), or when anything throws, the database
+/// stays as it was. Every failure is a TAVException "[XMLABRIDGE_F0031] path: cause".
+class SqliteDatabase {
+ public:
+  /// Opens the file, made when it is missing, and keeps other writers out. Waits up to `patience` for one
+  /// that is at work.
+  SqliteDatabase(const std::string& path, std::chrono::milliseconds patience);
+
+  /// Runs statements without parameters.
+  void run(const char* statements);
+  /// The number that a query gives in its only row and column.
+  std::int64_t number(std::string_view query);
+  void commit();
+
+ private:
+  friend class SqliteStatement;
+
+  struct Close {
+    void operator()(sqlite3* database) const noexcept;
+  };
+
+  /// Throws with the database's own words when `code` is not one of success.
+  void check(int code) const;
+  [[noreturn]] void failWith(const std::string& cause) const;
+
+  std::string path_;
+  std::unique_ptr<sqlite3, Close> database_;
+};
+
+/// A prepared statement. Its parameters are numbered from 1, its columns from 0; a parameter that is not
+/// bound anew keeps its value.
+class SqliteStatement {
+ public:
+  SqliteStatement(SqliteDatabase& database, std::string_view text);
+
+  /// The text must live until the next execute() or end of rows.
+  void bind(int parameter, std::string_view text);
+  /// The same, but NULL for an empty text.
+  void bindOptional(int parameter, std::string_view text);
+  void bind(int parameter, std::int64_t number);
+  void bindNull(int parameter);
+
+  /// Runs a statement that gives no rows.
+  void execute();
+  /// Goes to the next row of a query; false behind the last.
+  bool next();
+  [[nodiscard]] std::int64_t number(int column) const;
+
+ private:
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const noexcept;
+  };
+
+  SqliteDatabase& database_;
+  std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+};
+
+}  // namespace tav

@@ -1,0 +1,178 @@
+#include "host/estate_plan.h"
+
+#include <sys/stat.h>
+
+#include <CLI/Error.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "framework/std/string.h"
+#include "host/command.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kExtension = ".model.xml";
+
+fs::path plainPath(const std::string& path) {
+  const fs::path plain = fs::absolute(path).lexically_normal();
+  return plain.has_filename() ? plain : plain.parent_path();
+}
+
+/// An input with the name, so far, of its model.
+class Candidate {
+ public:
+  Candidate(std::string input, const fs::path& path)
+      : input_(std::move(input)), path_(path), unused_(path.parent_path()), name_(path.stem().string()) {}
+
+  [[nodiscard]] const std::string& input() const { return input_; }
+  [[nodiscard]] const std::string& name() const { return name_; }
+  [[nodiscard]] std::string folder() const { return path_.parent_path().string(); }
+
+  void keepExtension() { name_ = path_.filename().string(); }
+  void number(std::size_t number) { name_ += "-" + std::to_string(number); }
+  /// Puts the name of the next outer folder in front; whether there is one.
+  bool addFolder() {
+    const std::string folder = unused_.filename().string();
+    if (folder.empty()) return false;
+    name_.insert(0, folder + "-");
+    unused_ = unused_.parent_path();
+    return true;
+  }
+
+ private:
+  std::string input_;
+  fs::path path_;
+  fs::path unused_;  // the folders whose names are not yet a part of the name
+  std::string name_;
+};
+
+using Candidates = std::vector<Candidate>;
+using Groups = std::unordered_map<std::string, std::vector<Candidate*>>;
+
+template <class Key> Groups groupBy(Candidates& candidates, Key key) {
+  Groups groups;
+  for (Candidate& candidate : candidates) groups[tav::foldCase(key(candidate))].push_back(&candidate);
+  return groups;
+}
+
+std::string nameOf(const Candidate& candidate) {
+  return candidate.name();
+}
+
+void keepExtensions(Candidates& candidates) {
+  for (auto& [place, group] : groupBy(candidates, [](const Candidate& candidate) {
+         return candidate.folder() + '/' + candidate.name();
+       })) {
+    if (group.size() == 1) continue;
+    for (Candidate* candidate : group) candidate->keepExtension();
+  }
+}
+
+bool shareFolder(const std::vector<Candidate*>& group) {
+  return std::all_of(group.begin(), group.end(), [&](const Candidate* candidate) {
+    return candidate->folder() == group.front()->folder();
+  });
+}
+
+void addFolders(Candidates& candidates) {
+  for (bool changed = true; changed;) {
+    changed = false;
+    for (auto& [name, group] : groupBy(candidates, nameOf)) {
+      if (group.size() == 1 || shareFolder(group)) continue;
+      for (Candidate* candidate : group) changed |= candidate->addFolder();
+    }
+  }
+}
+
+void numberEquals(Candidates& candidates) {
+  std::unordered_set<std::string> taken;
+  for (const Candidate& candidate : candidates) taken.insert(tav::foldCase(candidate.name()));
+  std::unordered_map<std::string, std::size_t> counts;
+  for (Candidate& candidate : candidates) {
+    std::size_t& count = counts[tav::foldCase(candidate.name())];
+    if (++count == 1) continue;
+    const std::string base = tav::foldCase(candidate.name());
+    while (!taken.insert(base + "-" + std::to_string(count)).second) ++count;
+    candidate.number(count);
+  }
+}
+
+Candidates candidatesFor(const std::vector<std::string>& inputs, MessageLog& log) {
+  Candidates candidates;
+  std::unordered_set<std::string> paths;
+  for (const std::string& input : inputs) {
+    checkDefinition(input);
+    if (input.empty()) throw CLI::ValidationError("INPUT", "the name of a file is empty");
+    const fs::path path = plainPath(input);
+    if (paths.insert(path.string()).second)
+      candidates.emplace_back(input, path);
+    else
+      log.logEventOf(input, {"named more than once; it is imported once.", "XMLABRIDGE_W0020",
+                             tav::kSeverityWarning, TAVString()});
+  }
+  return candidates;
+}
+
+/// Finds a file by its path and by what it is, so that links are seen through.
+class KnownFiles {
+ public:
+  void add(const std::string& path) {
+    byPath_.emplace(plainPath(path).string(), path);
+    if (const auto id = identify(path)) byId_.emplace(*id, path);
+  }
+  /// The path that the same file was added under, or null.
+  [[nodiscard]] const std::string* find(const std::string& path) const {
+    if (const auto known = byPath_.find(plainPath(path).string()); known != byPath_.end())
+      return &known->second;
+    const auto id = identify(path);
+    const auto known = id ? byId_.find(*id) : byId_.end();
+    return known == byId_.end() ? nullptr : &known->second;
+  }
+
+ private:
+  using Id = std::pair<dev_t, ino_t>;
+  static std::optional<Id> identify(const std::string& path) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0) return std::nullopt;
+    return Id(status.st_dev, status.st_ino);
+  }
+
+  std::unordered_map<std::string, std::string> byPath_;
+  std::map<Id, std::string> byId_;
+};
+
+void checkOutputs(const std::vector<EstateFile>& files) {
+  KnownFiles inputs;
+  for (const EstateFile& file : files) inputs.add(file.input);
+  for (const EstateFile& file : files) {
+    if (const std::string* input = inputs.find(file.output))
+      throw CLI::ValidationError("--out-dir",
+                                 "the output " + file.output + " would replace the input " + *input);
+  }
+}
+
+}  // namespace
+
+std::vector<EstateFile> planEstate(const std::vector<std::string>& inputs, const std::string& folder,
+                                   MessageLog& log) {
+  Candidates candidates = candidatesFor(inputs, log);
+  keepExtensions(candidates);
+  addFolders(candidates);
+  numberEquals(candidates);
+  std::vector<EstateFile> files;
+  files.reserve(candidates.size());
+  for (const Candidate& candidate : candidates)
+    files.push_back(
+        {candidate.input(), (fs::path(folder) / (candidate.name() + std::string(kExtension))).string()});
+  checkOutputs(files);
+  return files;
+}
+
+}  // namespace host

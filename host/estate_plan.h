@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/message_log.h"
+
+namespace host {
+
+/// One of the files of an estate, and where its model is saved.
+struct EstateFile {
+  std::string input;
+  std::string output;
+};
+
+/// Gives each input a file in `folder`, in the order of the inputs: its own name with ".model.xml" instead of
+/// its extension. Where names would be equal, in any letter case, inputs of one folder keep their extension
+/// and those of several get the names of their folders in front, as many as it takes; what is then still
+/// equal is numbered. An input that is named twice is planned once, with a warning.
+///
+/// Throws a usage error for an input that cannot be one and for an output that would replace an input.
+std::vector<EstateFile> planEstate(const std::vector<std::string>& inputs, const std::string& folder,
+                                   MessageLog& log);
+
+}  // namespace host

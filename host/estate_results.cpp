@@ -1,0 +1,92 @@
+#include <fmt/ostream.h>
+
+#include <algorithm>
+#include <array>
+#include <nlohmann/json.hpp>
+
+#include "host/command.h"
+#include "host/estate_import.h"
+
+namespace host {
+namespace {
+
+constexpr std::size_t kWidestFile = 60;  // a longer name moves its own line only
+
+std::size_t countOf(const EstateRun& run, Outcome outcome) {
+  return static_cast<std::size_t>(
+      std::count_if(run.results.begin(), run.results.end(),
+                    [&](const EstateResult& result) { return result.outcome == outcome; }));
+}
+
+nlohmann::ordered_json summaryOf(const EstateResult& result) {
+  return nlohmann::ordered_json::parse(result.summary.empty() ? "null" : result.summary);
+}
+
+/// A number of a summary, given by the names that lead to it; a dash where there is no summary.
+std::string numberIn(const nlohmann::ordered_json& summary, const char* pointer) {
+  const nlohmann::ordered_json::json_pointer place(pointer);
+  return summary.contains(place) ? summary[place].dump() : "-";
+}
+
+/// A message about a file does not name it again where it stands behind that name.
+std::string withoutFile(std::string cause, const std::string& file) {
+  const std::size_t place = cause.starts_with('[') ? cause.find("] ") + 2 : 0;
+  if (cause.compare(place, file.size() + 2, file + ": ") == 0) cause.erase(place, file.size() + 2);
+  return cause;
+}
+
+}  // namespace
+
+std::string_view outcomeName(Outcome outcome) {
+  constexpr std::array<std::string_view, 4> kNames{"ok", "warnings", "no definition", "failed"};
+  return kNames[static_cast<std::size_t>(outcome)];
+}
+
+int exitCodeOf(const EstateRun& run) {
+  if (run.signal != 0) return kSignalBase + run.signal;
+  if (countOf(run, Outcome::failed) > 0) return kFailed;
+  return countOf(run, Outcome::noDefinition) > 0 ? kNoDefinition : kDone;
+}
+
+void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run, std::ostream& out) {
+  std::size_t width = 4;
+  for (const EstateFile& file : files)
+    width = std::max(width, std::min(kWidestFile, printable(file.input).size()));
+  const auto line = [&](const std::array<std::string, 8>& cells) {
+    fmt::print(out, "{:<{}}  {:<13}  {:>5}  {:>8}  {:>10}  {:>8}  {:>7}  {}\n", cells[0], width, cells[1],
+               cells[2], cells[3], cells[4], cells[5], cells[6], cells[7]);
+  };
+  line({"FILE", "OUTCOME", "CUBES", "MEASURES", "UNRESOLVED", "WARNINGS", "SECONDS", "MODEL OR CAUSE"});
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const EstateResult& result = run.results[i];
+    const nlohmann::ordered_json summary = summaryOf(result);
+    line({printable(files[i].input), std::string(outcomeName(result.outcome)), numberIn(summary, "/cubes"),
+          numberIn(summary, "/measures/count"), numberIn(summary, "/unresolvedReferences"),
+          std::to_string(result.warnings), fmt::format("{:.1f}", result.seconds),
+          printable(result.cause.empty() ? files[i].output : withoutFile(result.cause, files[i].input))});
+  }
+  fmt::print(out, "{} file{} in {:.1f} s: {} ok, {} with warnings, {} without a definition, {} failed\n",
+             files.size(), files.size() == 1 ? "" : "s", run.seconds, countOf(run, Outcome::ok),
+             countOf(run, Outcome::warnings), countOf(run, Outcome::noDefinition),
+             countOf(run, Outcome::failed));
+}
+
+void writeEstateJson(const std::vector<EstateFile>& files, const EstateRun& run, std::ostream& out) {
+  nlohmann::ordered_json document{
+      {"files", nlohmann::ordered_json::array()},    {"ok", countOf(run, Outcome::ok)},
+      {"warnings", countOf(run, Outcome::warnings)}, {"noDefinition", countOf(run, Outcome::noDefinition)},
+      {"failed", countOf(run, Outcome::failed)},     {"seconds", run.seconds}};
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const EstateResult& result = run.results[i];
+    nlohmann::ordered_json file{{"file", files[i].input}, {"outcome", outcomeName(result.outcome)}};
+    if (!result.cause.empty()) file["cause"] = result.cause;
+    file["warnings"] = result.warnings;
+    file["seconds"] = result.seconds;
+    file["output"] = files[i].output;
+    file["summary"] = summaryOf(result);
+    document["files"].push_back(std::move(file));
+  }
+  out << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+}  // namespace host
