@@ -54,7 +54,7 @@ TEST(Program, Corpus) {
 
 TEST(Program, ManyFiles) {
   tav::test::checkCorpus("host/many_files.txt", [](const std::string& commands) {
-    return runCommands(std::string(kEstatePrelude) + commands);
+    return tav::test::runCommands(std::string(kEstatePrelude) + commands, writeDefinitions);
   });
 }
 
