@@ -8,10 +8,11 @@ namespace tav {
 extern const ExportFormat kDotFormat;
 extern const ExportFormat kJsonFormat;
 extern const ExportFormat kMermaidFormat;
+extern const ExportFormat kOpenLineageFormat;
 
 namespace {
 
-constexpr std::array kFormats{&kJsonFormat, &kDotFormat, &kMermaidFormat};
+constexpr std::array kFormats{&kJsonFormat, &kDotFormat, &kMermaidFormat, &kOpenLineageFormat};
 
 }  // namespace
 
