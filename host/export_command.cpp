@@ -1,5 +1,6 @@
 #include "exports/formats.h"
 #include "host/command.h"
+#include "host/export_lineage.h"
 #include "host/model_input.h"
 #include "host/output.h"
 
@@ -10,14 +11,19 @@ struct Arguments {
   std::string format;
   std::string output = "-";
   tav::ExportOptions options;
+  PostTarget post;
 };
 
-void write(const TAVModel& model, const tav::ExportFormat& format, const Arguments& arguments) {
+void write(const TAVModel& model, const tav::ExportFormat& format, const Arguments& arguments,
+           MessageLog& log) {
   if (format.writeFiles) {
     format.writeFiles(model, arguments.options, arguments.output);
     return;
   }
-  writeOutput(arguments.output, [&](std::ostream& out) { format.write(model, arguments.options, out); });
+  // What is posted need not be shown.
+  if (arguments.post.url.empty() || arguments.output != "-")
+    writeOutput(arguments.output, [&](std::ostream& out) { format.write(model, arguments.options, out); });
+  if (!arguments.post.url.empty()) postLineage(model, arguments.options, arguments.post, log);
 }
 
 int exportModel(const Arguments& arguments, MessageLog& log) {
@@ -29,7 +35,7 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
   return withModel(arguments.options.input, log,
-                   [&](const TAVModel& model) { write(model, format, arguments); });
+                   [&](const TAVModel& model) { write(model, format, arguments, log); });
 }
 
 std::string describeFormats() {
@@ -69,7 +75,11 @@ Command addExport(CLI::App& program) {
       ->add_option("-o,--output", arguments->output,
                    "The file to write; standard output without it or with \"-\"")
       ->type_name("FILE");
-  return {parser, [arguments](MessageLog& log) { return exportModel(*arguments, log); }};
+  addLineageOptions(*parser, arguments->options, arguments->post);
+  return {parser, [parser, arguments](MessageLog& log) {
+            checkLineageOptions(*parser, arguments->format);
+            return exportModel(*arguments, log);
+          }};
 }
 
 }  // namespace host

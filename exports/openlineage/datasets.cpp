@@ -1,5 +1,6 @@
 #include "exports/openlineage/datasets.h"
 
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 
@@ -9,6 +10,12 @@ namespace {
 constexpr std::string_view kUnnamed = "(unnamed)";
 constexpr std::string_view kUnknownTable = "(unknown table)";
 constexpr std::string_view kCalculations = "Calculated Measures";
+
+/// Behind which others a dataset stands: what feeds something comes before it, as far as kinds decide.
+constexpr std::array kOrder{
+    NodeKind::databaseTable, NodeKind::viewTable,    NodeKind::namedQuery,         NodeKind::dimension,
+    NodeKind::cubeDimension, NodeKind::measureGroup, NodeKind::linkedMeasureGroup, NodeKind::calculations,
+    NodeKind::kpi,           NodeKind::cube,         NodeKind::perspective};
 
 std::string_view nameOrUnnamed(std::string_view name) {
   return name.empty() ? kUnnamed : name;
@@ -61,8 +68,7 @@ CatalogDatasets::CatalogDatasets(const LineageGraph& graph, std::string_view ser
       datasetOf_(graph.nodes().size(), kNoDataset) {
   findStandIns();
   findDescriptions();
-  addDatasets(false);
-  addDatasets(true);
+  addDatasets();
   addUnknownTables();
   for (const CatalogDataset& dataset : datasets_) nameFields(dataset);
 }
@@ -117,15 +123,22 @@ bool CatalogDatasets::isDataset(NodeId id) const {
   return (isClassifierKind(kind) || kind == NodeKind::perspective) && standsFor_[id] == kNoNode;
 }
 
-void CatalogDatasets::addDatasets(bool made) {
+void CatalogDatasets::addDatasets() {
+  std::vector<NodeId> nodes;
   for (NodeId id = 0; id < graph_.nodes().size(); ++id)
-    if (isDataset(id) && made == (graph_.database(id) == nullptr)) addDataset(id, made);
+    if (isDataset(id)) nodes.push_back(id);
+  const auto rank = [&](NodeId id) {
+    return std::find(kOrder.begin(), kOrder.end(), graph_.node(id).kind) - kOrder.begin();
+  };
+  std::stable_sort(nodes.begin(), nodes.end(), [&](NodeId a, NodeId b) { return rank(a) < rank(b); });
+  for (const NodeId id : nodes) addDataset(id);
 }
 
-void CatalogDatasets::addDataset(NodeId node, bool made) {
+void CatalogDatasets::addDataset(NodeId node) {
+  const DatabaseAddress* address = graph_.database(node);
   const auto id = static_cast<DatasetId>(datasets_.size());
-  CatalogDataset dataset{node, made ? server_ : graph_.database(node)->server, {}, {}, made};
-  dataset.name = names_[dataset.space].take(made ? nameInModel(node) : nameInDatabase(node));
+  CatalogDataset dataset{node, address ? address->server : server_, {}, {}, !address};
+  dataset.name = names_[dataset.space].take(address ? nameInDatabase(node) : nameInModel(node));
   datasetOf_[node] = id;
   for (const NodeId part : graph_.partsOf(node)) {
     if (isClassifierKind(graph_.node(part).kind) || graph_.node(part).kind == NodeKind::perspective) continue;

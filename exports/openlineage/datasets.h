@@ -39,8 +39,8 @@ class UniqueNames {
   std::unordered_map<std::string, std::size_t> last_;  // the number that a name got last
 };
 
-/// The datasets of a graph, which must live longer. Those of databases stand first, then those that the model
-/// makes, in its order.
+/// The datasets of a graph, which must live longer. They stand by kind, tables of databases first and
+/// perspectives last, so that most come behind what feeds them; those of a kind in the order of the model.
 ///
 /// A view table that has every column from one table of a database, under whatever names, is no dataset of
 /// its own: that table stands for it.
@@ -69,8 +69,8 @@ class CatalogDatasets {
  private:
   void findStandIns();
   void findDescriptions();
-  void addDatasets(bool made);
-  void addDataset(NodeId node, bool made);
+  void addDatasets();
+  void addDataset(NodeId node);
   void addUnknownTables();
   void nameFields(const CatalogDataset& dataset);
   [[nodiscard]] NodeId columnBehind(NodeId viewColumn) const;
