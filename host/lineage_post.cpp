@@ -8,7 +8,6 @@
 #include <thread>
 
 #include "framework/std/exception.h"
-#include "host/message_log.h"
 
 namespace host {
 namespace {
@@ -75,10 +74,11 @@ std::string hide(std::string text, const std::string& secret) {
 /// The beginning of an answer for a message, without the secret that the server may have repeated in it.
 std::string quoteBody(const std::string& body, const std::string& secret) {
   std::string text = hide(body, secret);
-  if (text.size() <= kShownBody) return printable(text);
+  text.erase(text.find_last_not_of(" \t\r\n") + 1);
+  if (text.size() <= kShownBody) return text;
   std::size_t size = kShownBody;
   while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80U) --size;
-  return printable(text.substr(0, size)) + " ...";
+  return text.substr(0, size) + " ...";
 }
 
 extern "C" std::size_t keepBeginning(char* data, std::size_t /*one*/, std::size_t size, void* target) {
@@ -197,7 +197,8 @@ LineagePost::Answer LineagePost::attempt(std::string_view event) {
   answer.pause = std::chrono::seconds(std::min<curl_off_t>(seconds, kLongestPause.count()));
   answer.again = answer.status == 429 || answer.status >= 500;
   answer.cause = fmt::format("the server answered {}", answer.status);
-  if (!connection.body.empty()) answer.cause += ": " + quoteBody(connection.body, target_.apiKey);
+  const std::string body = quoteBody(connection.body, target_.apiKey);
+  if (!body.empty()) answer.cause += ": " + body;
   return answer;
 }
 
