@@ -16,13 +16,12 @@ constexpr std::string_view kModel = R"(<TAVMultiModel format="tav-model/1"><cont
 std::string runCommand(const std::string& command) {
   const tav::test::TemporaryFolder folder;
   static_cast<void>(folder.write("model.xml", kModel));
-  const std::string script = folder.write("script", R"(program=')" PROGRAM R"('
+  const std::string serve = tav::test::testFile("openlineage/serve.mjs").string();
+  const std::string script = folder.write("script", "program='" PROGRAM "'\nserver='" + serve + R"('
 serve() {
   answers=
   while [ "$1" != -- ]; do answers="$answers $1"; shift; done; shift
-  ')" NODE R"(' ')" + tav::test::testFile("openlineage/serve.mjs").string() +
-                                                        R"(' $answers -- ')" PROGRAM
-                                                        R"(' export model.xml --format openlineage "$@"
+  ')" NODE R"(' "$server" $answers -- $under "$program" export model.xml --format openlineage "$@"
 }
 )" + command);
   const std::string out = (folder.path() / "out").string();
