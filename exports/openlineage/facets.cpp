@@ -25,25 +25,34 @@ constexpr std::string_view kProducer = "urn:xmla-bridge:" XMLA_VERSION;
 /// has it whole, so that a long text with many operands is not written as often as it has operands.
 constexpr std::size_t kDescriptionSize = 1000;
 
-struct KindRow {
-  NodeKind kind;
-  std::string_view type;
-  std::string_view subtype;
-};
+constexpr DatasetType kUnknownTable{"TABLE", "UNKNOWN_TABLE"};
 
-constexpr std::array kDatasetTypes{
-    KindRow{NodeKind::databaseTable, "TABLE", ""},
-    KindRow{NodeKind::viewTable, "VIEW", "DATA_SOURCE_VIEW_TABLE"},
-    KindRow{NodeKind::namedQuery, "VIEW", "NAMED_QUERY"},
-    KindRow{NodeKind::dimension, "MODEL", "DIMENSION"},
-    KindRow{NodeKind::measureGroup, "MODEL", "MEASURE_GROUP"},
-    KindRow{NodeKind::linkedMeasureGroup, "MODEL", "LINKED_MEASURE_GROUP"},
-    KindRow{NodeKind::calculations, "MODEL", "CALCULATED_MEASURES"},
-    KindRow{NodeKind::kpi, "MODEL", "KPI"},
-    KindRow{NodeKind::cube, "MODEL", "CUBE"},
-    KindRow{NodeKind::cubeDimension, "MODEL", "CUBE_DIMENSION"},
-    KindRow{NodeKind::perspective, "VIEW", "PERSPECTIVE"},
-};
+DatasetType typeOf(NodeKind kind) {
+  switch (kind) {
+    case NodeKind::viewTable:
+      return {"VIEW", "DATA_SOURCE_VIEW_TABLE"};
+    case NodeKind::namedQuery:
+      return {"VIEW", "NAMED_QUERY"};
+    case NodeKind::dimension:
+      return {"MODEL", "DIMENSION"};
+    case NodeKind::cubeDimension:
+      return {"MODEL", "CUBE_DIMENSION"};
+    case NodeKind::measureGroup:
+      return {"MODEL", "MEASURE_GROUP"};
+    case NodeKind::linkedMeasureGroup:
+      return {"MODEL", "LINKED_MEASURE_GROUP"};
+    case NodeKind::calculations:
+      return {"MODEL", "CALCULATED_MEASURES"};
+    case NodeKind::kpi:
+      return {"MODEL", "KPI"};
+    case NodeKind::cube:
+      return {"MODEL", "CUBE"};
+    case NodeKind::perspective:
+      return {"VIEW", "PERSPECTIVE"};
+    default:
+      return {"TABLE", ""};
+  }
+}
 
 struct Transformation {
   std::string_view type;
@@ -124,7 +133,7 @@ void FacetWriter::writeDatasetFacets(DatasetId id) {
   const CatalogDataset& dataset = datasets_.get(id);
   const bool isNode = datasets_.datasetOf(dataset.node) == id;
   json_.open("facets", '{');
-  writeType(isNode ? graph_.node(dataset.node).kind : NodeKind::databaseTable);
+  writeType(isNode ? typeOf(graph_.node(dataset.node).kind) : kUnknownTable);
   writeOrigin(dataset);
   if (isNode) writeDescription(dataset.node);
   writeColumns(dataset);
@@ -132,12 +141,10 @@ void FacetWriter::writeDatasetFacets(DatasetId id) {
   json_.close('}');
 }
 
-void FacetWriter::writeType(NodeKind kind) {
-  const auto* row = std::find_if(kDatasetTypes.begin(), kDatasetTypes.end(),
-                                 [&](const KindRow& entry) { return entry.kind == kind; });
+void FacetWriter::writeType(const DatasetType& type) {
   open({"datasetType", "1-0-1", "DatasetTypeDatasetFacet"});
-  json_.member("datasetType", row->type);
-  if (!row->subtype.empty()) json_.member("subType", row->subtype);
+  json_.member("datasetType", type.type);
+  if (!type.subtype.empty()) json_.member("subType", type.subtype);
   json_.close('}');
 }
 
@@ -216,6 +223,15 @@ void FacetWriter::writeInputFields(NodeId field, const std::vector<Source>& sour
   json_.close('}');
 }
 
+/// A query's column that comes from a database's column of another name may be that column under a new name,
+/// or computed from it: the model does not tell.
+bool FacetWriter::isKnown(const Source& source, NodeId to) const {
+  const bool isOfQuery =
+      graph_.node(to).owner != kNoNode && graph_.node(graph_.node(to).owner).kind == NodeKind::namedQuery;
+  return !isOfQuery || source.kind != EdgeKind::direct || !graph_.database(source.field) ||
+         foldCase(graph_.node(source.field).name) == foldCase(graph_.node(to).name);
+}
+
 void FacetWriter::writeInputField(const Source& source, NodeId to, std::string_view expression) {
   json_.open('{');
   writeReference(datasets_.datasetOf(source.field));
@@ -224,7 +240,7 @@ void FacetWriter::writeInputField(const Source& source, NodeId to, std::string_v
   json_.open('{');
   const Transformation transformation = transformationOf(source.kind);
   json_.member("type", transformation.type);
-  json_.member("subtype", transformation.subtype);
+  if (isKnown(source, to)) json_.member("subtype", transformation.subtype);
   const std::string_view aggregation =
       source.kind == EdgeKind::aggregated ? graph_.aggregation(to) : std::string_view();
   const std::string_view description = aggregation.empty() ? expression : aggregation;
@@ -292,7 +308,7 @@ void FacetWriter::writeExpressions(const CatalogDataset& dataset) {
     language = graph_.language(field);
     if (!text.empty()) text += "\n\n";
     text.append(graph_.qualifiedName(field)).append(" = ").append(maskPasswords(expression));
-    if (language == "mdx") text += ';';
+    if (language == "mdx" && text.back() != ';') text += ';';
   }
   if (text.empty()) return;
   open({"sourceCode", "1-0-1", "SourceCodeJobFacet"});

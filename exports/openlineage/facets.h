@@ -13,6 +13,12 @@
 
 namespace tav {
 
+/// What a catalogue may show of the kind of a dataset.
+struct DatasetType {
+  std::string_view type;
+  std::string_view subtype;
+};
+
 /// Who makes the events: a URI of this program with its version.
 std::string_view lineageProducer() noexcept;
 
@@ -38,13 +44,14 @@ class FacetWriter {
   };
 
   void open(const Schema& schema);
-  void writeType(NodeKind kind);
+  void writeType(const DatasetType& type);
   void writeOrigin(const CatalogDataset& dataset);
   void writeDescription(NodeId node);
   void writeColumns(const CatalogDataset& dataset);
   void writeColumnLineage(const CatalogDataset& dataset);
   void writeInputFields(NodeId field, const std::vector<Source>& sources);
   void writeInputField(const Source& source, NodeId to, std::string_view expression);
+  [[nodiscard]] bool isKnown(const Source& source, NodeId to) const;
   void writeConditions(const CatalogDataset& dataset);
   void writeQuery(NodeId query);
   void writeExpressions(const CatalogDataset& dataset);
