@@ -1,5 +1,6 @@
 #include "exports/openlineage/run_id.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace tav {
@@ -22,16 +23,19 @@ std::uint32_t mixRound(std::size_t round, std::uint32_t b, std::uint32_t c, std:
 NamedUuid::NamedUuid() : NamedUuid(kUriSpace) {}
 
 NamedUuid::NamedUuid(const std::array<std::uint8_t, 16>& space) {
-  for (const std::uint8_t byte : space) addByte(byte);
+  size_ = space.size();
+  std::copy(space.begin(), space.end(), block_.begin());
 }
 
 void NamedUuid::add(std::string_view text) {
-  for (const char c : text) addByte(static_cast<std::uint8_t>(c));
-}
-
-void NamedUuid::addByte(std::uint8_t byte) {
-  block_[size_ % kBlockSize] = byte;
-  if (++size_ % kBlockSize == 0) mixBlock();
+  while (!text.empty()) {
+    const std::size_t used = size_ % kBlockSize;
+    const std::size_t count = std::min(text.size(), kBlockSize - used);
+    std::copy_n(text.begin(), count, block_.begin() + used);
+    text.remove_prefix(count);
+    size_ += count;
+    if (used + count == kBlockSize) mixBlock();
+  }
 }
 
 void NamedUuid::mixBlock() {
@@ -54,9 +58,11 @@ void NamedUuid::mixBlock() {
 
 std::string NamedUuid::finish() {
   const std::uint64_t bits = size_ * 8;
-  addByte(0x80);
-  while (size_ % kBlockSize != kBlockSize - sizeof bits) addByte(0);
-  for (int shift = 56; shift >= 0; shift -= 8) addByte(static_cast<std::uint8_t>(bits >> shift));
+  // A one and zeros up to the size, which ends the last block.
+  std::string padding(1, '\x80');
+  padding.resize(1 + (2 * kBlockSize - 1 - sizeof bits - size_ % kBlockSize) % kBlockSize);
+  for (int shift = 56; shift >= 0; shift -= 8) padding += static_cast<char>(bits >> shift & 0xFFU);
+  add(padding);
 
   constexpr std::string_view kDigits = "0123456789abcdef";
   std::string text;

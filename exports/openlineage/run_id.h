@@ -25,7 +25,6 @@ class NamedUuid {
  private:
   static constexpr std::size_t kBlockSize = 64;
 
-  void addByte(std::uint8_t byte);
   void mixBlock();
 
   std::array<std::uint32_t, 5> state_{0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476, 0xC3D2E1F0};
