@@ -223,15 +223,6 @@ void FacetWriter::writeInputFields(NodeId field, const std::vector<Source>& sour
   json_.close('}');
 }
 
-/// A query's column that comes from a database's column of another name may be that column under a new name,
-/// or computed from it: the model does not tell.
-bool FacetWriter::isKnown(const Source& source, NodeId to) const {
-  const bool isOfQuery =
-      graph_.node(to).owner != kNoNode && graph_.node(graph_.node(to).owner).kind == NodeKind::namedQuery;
-  return !isOfQuery || source.kind != EdgeKind::direct || !graph_.database(source.field) ||
-         foldCase(graph_.node(source.field).name) == foldCase(graph_.node(to).name);
-}
-
 void FacetWriter::writeInputField(const Source& source, NodeId to, std::string_view expression) {
   json_.open('{');
   writeReference(datasets_.datasetOf(source.field));
@@ -240,7 +231,7 @@ void FacetWriter::writeInputField(const Source& source, NodeId to, std::string_v
   json_.open('{');
   const Transformation transformation = transformationOf(source.kind);
   json_.member("type", transformation.type);
-  if (isKnown(source, to)) json_.member("subtype", transformation.subtype);
+  json_.member("subtype", transformation.subtype);
   const std::string_view aggregation =
       source.kind == EdgeKind::aggregated ? graph_.aggregation(to) : std::string_view();
   const std::string_view description = aggregation.empty() ? expression : aggregation;

@@ -51,7 +51,6 @@ class FacetWriter {
   void writeColumnLineage(const CatalogDataset& dataset);
   void writeInputFields(NodeId field, const std::vector<Source>& sources);
   void writeInputField(const Source& source, NodeId to, std::string_view expression);
-  [[nodiscard]] bool isKnown(const Source& source, NodeId to) const;
   void writeConditions(const CatalogDataset& dataset);
   void writeQuery(NodeId query);
   void writeExpressions(const CatalogDataset& dataset);

@@ -64,9 +64,9 @@ std::string nameOf(const Json& dataset) {
 
 std::string describeOrigin(const Json& origin) {
   const Json& transformation = origin["transformations"][0];
-  std::string text = "\n    <- " + nameOf(origin) + " : " +
-                     tav::test::escape(origin["field"].get<std::string>()) + " " +
-                     transformation["type"].get<std::string>() + " " + transformation.value("subtype", "?");
+  std::string text =
+      "\n    <- " + nameOf(origin) + " : " + tav::test::escape(origin["field"].get<std::string>()) + " " +
+      transformation["type"].get<std::string>() + " " + transformation["subtype"].get<std::string>();
   if (transformation.contains("description"))
     text += " " + tav::test::escape(transformation["description"].get<std::string>());
   return text;
