@@ -215,7 +215,7 @@ TEST(NamedUuid, Corpus) {
     whole.add(name);
     tav::NamedUuid pieces;
     for (const char c : name) pieces.add({&c, 1});
-    const std::string uuid = whole.finish();
+    std::string uuid = whole.finish();
     EXPECT_EQ(pieces.finish(), uuid);
     return uuid;
   });
