@@ -22,7 +22,11 @@ need() {
 
 has_command() { command -v "$1" >/dev/null; }
 
-has_header() { has_file "/$1" "${CPATH-}:${CPLUS_INCLUDE_PATH-}:$(below_prefixes include)"; }
+has_header() {
+  local places
+  places="${CPATH-}:${CPLUS_INCLUDE_PATH-}:$(below_prefixes include):$(printf '%s:' /usr/include/*-linux-gnu)"
+  has_file "/$1" "$places"
+}
 
 has_library() {
   local places
@@ -60,6 +64,8 @@ need_for_program() {
   need header fmt/format.h libfmt-dev
   need library fmt libfmt-dev
   need header nlohmann/json.hpp nlohmann-json3-dev
+  need header curl/curl.h libcurl4-openssl-dev
+  need library curl libcurl4-openssl-dev
   # The importer of tabular definitions.
   need command javac openjdk-17-jdk-headless
   need command jar openjdk-17-jdk-headless
@@ -73,6 +79,8 @@ need_for_tests() {
   need library gtest libgtest-dev
   need command xmllint libxml2-utils
   need command nm binutils
+  need command node nodejs
+  need command npm npm
 }
 
 need_for_benchmarks() {
