@@ -9,11 +9,13 @@ extern const ExportFormat kCsvFormat;
 extern const ExportFormat kDotFormat;
 extern const ExportFormat kJsonFormat;
 extern const ExportFormat kMermaidFormat;
+extern const ExportFormat kOpenLineageFormat;
 extern const ExportFormat kSqliteFormat;
 
 namespace {
 
-constexpr std::array kFormats{&kJsonFormat, &kCsvFormat, &kSqliteFormat, &kDotFormat, &kMermaidFormat};
+constexpr std::array kFormats{&kJsonFormat,   &kOpenLineageFormat, &kCsvFormat,
+                              &kSqliteFormat, &kDotFormat,         &kMermaidFormat};
 
 }  // namespace
 

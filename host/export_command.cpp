@@ -1,5 +1,6 @@
 #include "exports/formats.h"
 #include "host/command.h"
+#include "host/export_lineage.h"
 #include "host/model_input.h"
 #include "host/output.h"
 
@@ -10,14 +11,19 @@ struct Arguments {
   std::string format;
   std::string output = "-";
   tav::ExportOptions options;
+  PostTarget post;
 };
 
 void write(const TAVModel& model, const tav::ExportFormat& format, const tav::ExportOptions& options,
-           const std::string& output) {
-  if (format.writeFiles)
-    format.writeFiles(model, options, output);
-  else
-    writeOutput(output, [&](std::ostream& out) { format.write(model, options, out); });
+           const Arguments& arguments, MessageLog& log) {
+  if (format.writeFiles) {
+    format.writeFiles(model, options, arguments.output);
+    return;
+  }
+  // What is posted need not be shown.
+  if (arguments.post.url.empty() || arguments.output != "-")
+    writeOutput(arguments.output, [&](std::ostream& out) { format.write(model, options, out); });
+  if (!arguments.post.url.empty()) postLineage(model, options, arguments.post, log);
 }
 
 int exportModel(const Arguments& arguments, MessageLog& log) {
@@ -32,7 +38,7 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
   return withModel(arguments.options.input, log, [&](const TAVModel& model) {
     tav::ExportOptions options = arguments.options;
     options.warnings = log.getWarnings();
-    write(model, format, options, arguments.output);
+    write(model, format, options, arguments, log);
   });
 }
 
@@ -73,7 +79,11 @@ Command addExport(CLI::App& program) {
       ->add_option("-o,--output", arguments->output,
                    "The file to write; standard output without it or with \"-\"")
       ->type_name("FILE");
-  return {parser, [arguments](MessageLog& log) { return exportModel(*arguments, log); }};
+  addLineageOptions(*parser, arguments->options, arguments->post);
+  return {parser, [parser, arguments](MessageLog& log) {
+            checkLineageOptions(*parser, arguments->format);
+            return exportModel(*arguments, log);
+          }};
 }
 
 }  // namespace host

@@ -22,7 +22,11 @@ need() {
 
 has_command() { command -v "$1" >/dev/null; }
 
-has_header() { has_file "/$1" "${CPATH-}:${CPLUS_INCLUDE_PATH-}:$(below_prefixes include)"; }
+has_header() {
+  local places
+  places="${CPATH-}:${CPLUS_INCLUDE_PATH-}:$(below_prefixes include):$(printf '%s:' /usr/include/*-linux-gnu)"
+  has_file "/$1" "$places"
+}
 
 has_library() {
   local places
@@ -62,6 +66,8 @@ need_for_program() {
   need header nlohmann/json.hpp nlohmann-json3-dev
   need header sqlite3.h libsqlite3-dev
   need library sqlite3 libsqlite3-dev
+  need header curl/curl.h libcurl4-openssl-dev
+  need library curl libcurl4-openssl-dev
   # The importer of tabular definitions.
   need command javac openjdk-17-jdk-headless
   need command jar openjdk-17-jdk-headless
@@ -77,6 +83,8 @@ need_for_tests() {
   need command nm binutils
   need command parallel parallel
   need command sqlite3 sqlite3
+  need command node nodejs
+  need command npm npm
 }
 
 need_for_benchmarks() {

@@ -21,15 +21,17 @@ std::int64_t secondsOf(std::string_view epoch) {
   return seconds;
 }
 
-std::int64_t modificationSeconds() {
+}  // namespace
+
+namespace tav {
+
+std::optional<std::int64_t> getSourceDateEpoch() {
   const char* epoch =
       std::getenv("SOURCE_DATE_EPOCH");  // NOLINT(concurrency-mt-unsafe): nothing here sets it
-  if (epoch && *epoch != '\0') return secondsOf(epoch);
-  const auto now = std::chrono::system_clock::now().time_since_epoch();
-  return std::chrono::duration_cast<std::chrono::seconds>(now).count();
+  return epoch && *epoch != '\0' ? std::optional(secondsOf(epoch)) : std::nullopt;
 }
 
-TAVString asIsoTime(std::int64_t seconds) {
+std::string isoTime(std::int64_t seconds) {
   const std::chrono::sys_seconds time{std::chrono::seconds(seconds)};
   const auto day = std::chrono::floor<std::chrono::days>(time);
   const std::chrono::year_month_day date(day);
@@ -42,7 +44,7 @@ TAVString asIsoTime(std::int64_t seconds) {
   return text.data();
 }
 
-}  // namespace
+}  // namespace tav
 
 tav::Owned<TAVMetadataOrigin> generateMetadataOrigin(const tav::OriginTool& tool, const TAVString& name,
                                                      const TAVString& version) {
@@ -54,5 +56,8 @@ tav::Owned<TAVMetadataOrigin> generateMetadataOrigin(const tav::OriginTool& tool
 }
 
 void setModelModificationTime(TAVStoreModel& model, const TAVOptionList& /*options*/) {
-  model.modificationTime = asIsoTime(modificationSeconds());
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  const auto epoch = tav::getSourceDateEpoch();
+  model.modificationTime =
+      tav::isoTime(epoch ? *epoch : std::chrono::duration_cast<std::chrono::seconds>(now).count());
 }

@@ -1,0 +1,221 @@
+#include "exports/openlineage/datasets.h"
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kUnnamed = "(unnamed)";
+constexpr std::string_view kUnknownTable = "(unknown table)";
+constexpr std::string_view kCalculations = "Calculated Measures";
+
+/// Behind which others a dataset stands: what feeds something comes before it, as far as kinds decide.
+constexpr std::array kOrder{
+    NodeKind::databaseTable, NodeKind::viewTable,    NodeKind::namedQuery,         NodeKind::dimension,
+    NodeKind::cubeDimension, NodeKind::measureGroup, NodeKind::linkedMeasureGroup, NodeKind::calculations,
+    NodeKind::kpi,           NodeKind::cube,         NodeKind::perspective};
+
+std::string_view nameOrUnnamed(std::string_view name) {
+  return name.empty() ? kUnnamed : name;
+}
+
+/// Appends a part of a dataset's name, in brackets where its dots would read as the ends of parts.
+void appendPart(std::string& name, std::string_view part) {
+  if (!name.empty()) name += '.';
+  if (part.find_first_of(".[]") == part.npos) {
+    name += nameOrUnnamed(part);
+    return;
+  }
+  name += '[';
+  for (const char c : part) name.append(c == ']' ? 2 : 1, c);
+  name += ']';
+}
+
+std::string joinParts(std::initializer_list<std::string_view> parts) {
+  std::string name;
+  for (const std::string_view part : parts) appendPart(name, part);
+  return name;
+}
+
+bool isField(NodeKind kind) {
+  return !isClassifierKind(kind) && kind != NodeKind::condition && kind != NodeKind::perspective;
+}
+
+std::string_view packageName(const LineageNode& node) {
+  const auto* classifier = as<TAVClassifier>(node.object);
+  const TAVNamespace* package = classifier ? classifier->nameSpace.get() : nullptr;
+  return package ? package->getName().view() : std::string_view();
+}
+
+}  // namespace
+
+std::string UniqueNames::take(std::string name) {
+  if (taken_.insert(name).second) return name;
+  std::size_t& last = last_.try_emplace(name, 1).first->second;
+  for (;;) {
+    std::string numbered = name + "/" + std::to_string(++last);
+    if (taken_.insert(numbered).second) return numbered;
+  }
+}
+
+CatalogDatasets::CatalogDatasets(const LineageGraph& graph, std::string_view server)
+    : graph_(graph),
+      server_(server),
+      standsFor_(graph.nodes().size(), kNoNode),
+      describedBy_(graph.nodes().size(), kNoNode),
+      datasetOf_(graph.nodes().size(), kNoDataset) {
+  findStandIns();
+  findDescriptions();
+  addDatasets();
+  addUnknownTables();
+  for (const CatalogDataset& dataset : datasets_) nameFields(dataset);
+}
+
+void CatalogDatasets::findStandIns() {
+  for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+    if (graph_.node(id).kind != NodeKind::viewTable) continue;
+    const NodeId table = tableBehind(id);
+    if (table == kNoNode) continue;
+    standsFor_[id] = table;
+    for (const NodeId column : graph_.partsOf(id)) standsFor_[column] = columnBehind(column);
+  }
+}
+
+/// The one table of a database that a view's table is another name of; kNoNode when it is more than that.
+NodeId CatalogDatasets::tableBehind(NodeId viewTable) const {
+  const auto sources = graph_.into(viewTable);
+  if (sources.size() != 1 || graph_.node(sources[0].from).kind != NodeKind::databaseTable) return kNoNode;
+  const NodeId table = sources[0].from;
+  for (const NodeId column : graph_.partsOf(viewTable)) {
+    const NodeId behind = columnBehind(column);
+    if (behind == kNoNode || graph_.node(behind).owner != table) return kNoNode;
+  }
+  return table;
+}
+
+NodeId CatalogDatasets::columnBehind(NodeId viewColumn) const {
+  const auto sources = graph_.into(viewColumn);
+  const bool same = graph_.node(viewColumn).kind == NodeKind::viewColumn && sources.size() == 1 &&
+                    sources[0].kind == EdgeKind::direct &&
+                    graph_.node(sources[0].from).kind == NodeKind::databaseColumn;
+  return same ? sources[0].from : kNoNode;
+}
+
+void CatalogDatasets::findDescriptions() {
+  for (const LineageEdge& edge : graph_.edges()) {
+    const NodeKind to = graph_.node(edge.to).kind;
+    const bool same =
+        edge.kind == EdgeKind::direct && (to == NodeKind::viewTable || to == NodeKind::viewColumn);
+    if (same && graph_.database(edge.from) && describedBy_[edge.from] == kNoNode)
+      describedBy_[edge.from] = edge.to;
+  }
+}
+
+const TAVModelObject* CatalogDatasets::describing(NodeId id) const noexcept {
+  const NodeId described = describedBy_[id] == kNoNode ? id : describedBy_[id];
+  return graph_.node(described).object;
+}
+
+bool CatalogDatasets::isDataset(NodeId id) const {
+  const NodeKind kind = graph_.node(id).kind;
+  return (isClassifierKind(kind) || kind == NodeKind::perspective) && standsFor_[id] == kNoNode;
+}
+
+void CatalogDatasets::addDatasets() {
+  std::vector<NodeId> nodes;
+  for (NodeId id = 0; id < graph_.nodes().size(); ++id)
+    if (isDataset(id)) nodes.push_back(id);
+  const auto rank = [&](NodeId id) {
+    return std::find(kOrder.begin(), kOrder.end(), graph_.node(id).kind) - kOrder.begin();
+  };
+  std::stable_sort(nodes.begin(), nodes.end(), [&](NodeId a, NodeId b) { return rank(a) < rank(b); });
+  for (const NodeId id : nodes) addDataset(id);
+}
+
+void CatalogDatasets::addDataset(NodeId node) {
+  const DatabaseAddress* address = graph_.database(node);
+  const auto id = static_cast<DatasetId>(datasets_.size());
+  CatalogDataset dataset{node, address ? address->server : server_, {}, {}, !address};
+  dataset.name = names_[dataset.space].take(address ? nameInDatabase(node) : nameInModel(node));
+  datasetOf_[node] = id;
+  for (const NodeId part : graph_.partsOf(node)) {
+    if (isClassifierKind(graph_.node(part).kind) || graph_.node(part).kind == NodeKind::perspective) continue;
+    datasetOf_[part] = id;
+    if (isField(graph_.node(part).kind)) dataset.fields.push_back(part);
+  }
+  datasets_.push_back(std::move(dataset));
+}
+
+/// Columns that a named query takes from one of its tables, without saying from which: they are gathered by
+/// query.
+void CatalogDatasets::addUnknownTables() {
+  std::unordered_map<NodeId, DatasetId> byQuery;
+  for (NodeId column = 0; column < graph_.nodes().size(); ++column) {
+    const LineageNode& node = graph_.node(column);
+    if (node.kind != NodeKind::databaseColumn || node.owner != kNoNode || graph_.outOf(column).empty())
+      continue;
+    const NodeId reader = graph_.edges()[graph_.outOf(column)[0]].to;
+    const NodeId query = graph_.node(reader).owner;
+    const auto [place, isNew] = byQuery.try_emplace(query, static_cast<DatasetId>(datasets_.size()));
+    if (isNew) {
+      std::string name = nameInModel(query).append(".").append(kUnknownTable);
+      datasets_.push_back({query, server_, names_[server_].take(std::move(name)), {}, false});
+    }
+    datasetOf_[column] = place->second;
+    datasets_[place->second].fields.push_back(column);
+  }
+}
+
+void CatalogDatasets::nameFields(const CatalogDataset& dataset) {
+  UniqueNames names;
+  for (const NodeId field : dataset.fields) {
+    std::string name = names.take(std::string(nameOrUnnamed(graph_.node(field).name)));
+    if (name != graph_.node(field).name) otherNames_.emplace(field, std::move(name));
+  }
+}
+
+std::string_view CatalogDatasets::fieldName(NodeId field) const {
+  const auto other = otherNames_.find(field);
+  return other == otherNames_.end() ? graph_.node(field).name : std::string_view(other->second);
+}
+
+/// Names are like paths of the model, so that a cube, a dimension and a measure group of one name differ.
+std::string CatalogDatasets::nameInModel(NodeId id) const {
+  const LineageNode& node = graph_.node(id);
+  const std::string_view database = graph_.model().getName().view();
+  const NodeId cubeNode = graph_.cubeOf(id);
+  const std::string_view cube = cubeNode == kNoNode ? std::string_view() : graph_.node(cubeNode).name;
+  switch (node.kind) {
+    case NodeKind::viewTable:
+    case NodeKind::namedQuery:
+      return joinParts({database, "Data Source Views", packageName(node), node.name});
+    case NodeKind::dimension:
+      return joinParts({database, "Dimensions", node.name});
+    case NodeKind::cubeDimension:
+      return joinParts({database, cube, "Dimensions", node.name});
+    case NodeKind::calculations:
+      if (node.name == kCalculations) return joinParts({database, cube, kCalculations});
+      return joinParts({database, cube, kCalculations, node.name});
+    case NodeKind::kpi:
+      return joinParts({database, cube, "KPIs", node.name});
+    case NodeKind::measureGroup:
+    case NodeKind::linkedMeasureGroup:
+      return joinParts({database, cube, "Measure Groups", node.name});
+    default:
+      return joinParts({database, node.name});
+  }
+}
+
+/// As every producer names tables: without marks around names that hold dots.
+std::string CatalogDatasets::nameInDatabase(NodeId table) const {
+  std::string name;
+  for (const std::string_view part :
+       {std::string_view(graph_.database(table)->database), graph_.schema(table)}) {
+    if (!part.empty()) name.append(part).append(".");
+  }
+  return name.append(nameOrUnnamed(graph_.node(table).name));
+}
+
+}  // namespace tav

@@ -1,0 +1,163 @@
+#include "exports/openlineage/lineage_events.h"
+
+#include <algorithm>
+
+#include "exports/openlineage/event_time.h"
+#include "exports/openlineage/facets.h"
+#include "exports/openlineage/run_id.h"
+
+namespace tav {
+namespace {
+
+class EventWriter {
+ public:
+  EventWriter(const LineageGraph& graph, const CatalogDatasets& datasets, const std::string& time)
+      : graph_(graph),
+        datasets_(datasets),
+        time_(time),
+        facets_(graph, datasets, json_),
+        described_(datasets.all().size()),
+        foundFor_(datasets.all().size(), kNoDataset) {}
+
+  const std::string& run(DatasetId id) {
+    begin("RunEvent");
+    json_.member("eventType", "COMPLETE");
+    json_.open("run", '{');
+    // The identifier follows from the event as it is with zeros in its place.
+    const std::string zeros = "00000000-0000-0000-0000-000000000000";
+    json_.member("runId", zeros);
+    const std::size_t place = text_.size() - zeros.size() - 1;
+    json_.close('}');
+    writeJob(id);
+    writeInputs(id, true);
+    writeOutput(id, true);
+    json_.close('}');
+    NamedUuid uuid;
+    uuid.add(text_);
+    text_.replace(place, zeros.size(), uuid.finish());
+    return text_;
+  }
+
+  const std::string& dataset(DatasetId id) {
+    begin("DatasetEvent");
+    json_.open("dataset", '{');
+    facets_.writeReference(id);
+    facets_.writeDatasetFacets(id);
+    json_.close('}');
+    json_.close('}');
+    return text_;
+  }
+
+  const std::string& job(DatasetId id) {
+    begin("JobEvent");
+    writeJob(id);
+    writeInputs(id, false);
+    writeOutput(id, false);
+    json_.close('}');
+    return text_;
+  }
+
+ private:
+  void begin(std::string_view kind) {
+    text_.clear();
+    json_.open('{');
+    json_.member("eventTime", time_);
+    json_.member("producer", lineageProducer());
+    json_.member("schemaURL",
+                 std::string("https://openlineage.io/spec/2-0-2/OpenLineage.json#/$defs/").append(kind));
+  }
+
+  /// A job is called like the dataset that it makes.
+  void writeJob(DatasetId id) {
+    json_.open("job", '{');
+    facets_.writeReference(id);
+    facets_.writeJobFacets(id);
+    json_.close('}');
+  }
+
+  void writeInputs(DatasetId id, bool withFacets) {
+    json_.open("inputs", '[');
+    for (const DatasetId input : inputsOf(id)) {
+      json_.open('{');
+      facets_.writeReference(input);
+      // What the model makes is told where it is made; a table that many read, where it comes up first.
+      if (withFacets && !datasets_.get(input).made && !described_[input]) {
+        described_[input] = true;
+        facets_.writeDatasetFacets(input);
+      }
+      json_.close('}');
+    }
+    json_.close(']');
+  }
+
+  void writeOutput(DatasetId id, bool withFacets) {
+    json_.open("outputs", '[');
+    json_.open('{');
+    facets_.writeReference(id);
+    if (withFacets) facets_.writeDatasetFacets(id);
+    json_.close('}');
+    json_.close(']');
+  }
+
+  /// The datasets that feed one, each once, in order; itself when one of its fields feeds another.
+  std::vector<DatasetId> inputsOf(DatasetId id) {
+    std::vector<DatasetId> inputs;
+    const NodeId node = datasets_.get(id).node;
+    addInputs(id, node, inputs);
+    for (const NodeId part : graph_.partsOf(node))
+      if (datasets_.datasetOf(part) == id) addInputs(id, part, inputs);
+    return inputs;
+  }
+
+  void addInputs(DatasetId id, NodeId node, std::vector<DatasetId>& inputs) {
+    for (const LineageEdge& edge : graph_.into(node)) {
+      const NodeId from = datasets_.resolve(edge.from);
+      const DatasetId input = datasets_.datasetOf(from);
+      const bool isOwnFrame =
+          input == id && (edge.kind == EdgeKind::member || node == datasets_.get(id).node ||
+                          graph_.node(from).kind == NodeKind::condition);
+      if (isOwnFrame || foundFor_[input] == id) continue;
+      foundFor_[input] = id;
+      inputs.push_back(input);
+    }
+  }
+
+  const LineageGraph& graph_;
+  const CatalogDatasets& datasets_;
+  const std::string& time_;
+  std::string text_;
+  JsonWriter json_{text_};
+  FacetWriter facets_;
+  std::vector<bool> described_;
+  std::vector<DatasetId> foundFor_;  // by dataset: for which one it was last found to be an input
+};
+
+}  // namespace
+
+LineageEvents::LineageEvents(const TAVModel& model, const ExportOptions& options)
+    : graph_(model),
+      datasets_(graph_, options.server),
+      time_(eventTime(model, options.input)),
+      static_(options.staticEvents) {}
+
+std::size_t LineageEvents::count() const noexcept {
+  const auto made = std::count_if(datasets_.all().begin(), datasets_.all().end(),
+                                  [](const CatalogDataset& dataset) { return dataset.made; });
+  return static_cast<std::size_t>(made) + (static_ ? datasets_.all().size() : 0);
+}
+
+void LineageEvents::write(const std::function<void(std::string_view event)>& take) const {
+  EventWriter writer(graph_, datasets_, time_);
+  for (DatasetId id = 0; id < datasets_.all().size(); ++id) {
+    if (static_) take(writer.dataset(id));
+    if (datasets_.get(id).made) take(static_ ? writer.job(id) : writer.run(id));
+  }
+}
+
+extern const ExportFormat kOpenLineageFormat{
+    "openlineage", "lineage as events of the OpenLineage standard, one a line",
+    [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+      LineageEvents(model, options).write([&](std::string_view event) { out << event << '\n'; });
+    }};
+
+}  // namespace tav
