@@ -5,7 +5,7 @@ import cytoscape from "cytoscape";
 import { kEdgeKinds, kindImage, kKinds } from "./kinds";
 import type { Direction, Handle, Sight } from "./lineage";
 import type { Model } from "./model";
-import { plainName, shortName } from "./text";
+import { fitted, plainName } from "./text";
 import { colours } from "./theme";
 
 export interface DrawingActions {
@@ -18,8 +18,9 @@ export interface DrawingActions {
 const kWidth = 196;
 const kHeight = 42;
 const kTextLeft = 34 - kWidth / 2;
-const kNameLength = 25;
-const kCaptionLength = 32;
+const kTextWidth = kWidth - 34 - 8;
+const kNameSize = 12.5;
+const kCaptionSize = 10.5;
 const kHandleGap = 13;
 const kMoveTime = 220;
 
@@ -59,8 +60,8 @@ function styleSheet(): cytoscape.StylesheetJson {
       width: 1, height: 1, "background-opacity": 0, events: "no", label: "data(text)", "text-halign": "right",
       "text-valign": "center", "font-family": font, "min-zoomed-font-size": 4, "overlay-opacity": 0,
     } },
-    { selector: "node.name", style: { "font-size": 12.5, "font-weight": 600, color: c.ink } },
-    { selector: "node.caption", style: { "font-size": 10.5, color: c.muted } },
+    { selector: "node.name", style: { "font-size": kNameSize, "font-weight": 600, color: c.ink } },
+    { selector: "node.caption", style: { "font-size": kCaptionSize, color: c.muted } },
     { selector: "node.handle", style: {
       shape: "round-rectangle", width: "data(width)", height: 18, "background-color": c.surface, "border-width": 1,
       "border-color": c.accent, label: "data(text)", color: c.accent, "font-size": 11, "font-weight": 700,
@@ -89,6 +90,7 @@ export class Drawing {
   private readonly cy: cytoscape.Core;
   private points = new Map<number, Point>();
   private selected = -1;
+  private readonly font = getComputedStyle(document.body).fontFamily;
   private readonly still = matchMedia("(prefers-reduced-motion: reduce)").matches;
 
   constructor(container: HTMLElement, private readonly model: Model, private readonly root: number,
@@ -163,8 +165,8 @@ export class Drawing {
     return [
       { data: { id: `o${id}`, object: id, mark: kindImage(kind, colours()[kKinds[kind].family]) },
         classes: id === this.root ? "object root" : "object", position: { x, y } },
-      text("name", shortName(this.model.name(id), kNameLength), -8),
-      text("caption", shortName(caption, kCaptionLength), 9),
+      text("name", fitted(plainName(this.model.name(id)), `600 ${kNameSize}px ${this.font}`, kTextWidth), -8),
+      text("caption", fitted(caption, `${kCaptionSize}px ${this.font}`, kTextWidth), 9),
     ];
   }
 

@@ -154,13 +154,13 @@ export class LineagePanel {
     this.selected = id;
     this.drawing?.select(id);
     const node = this.model.node(id);
-    const text = this.model.node(this.model.original(id)).e;
+    const { e, l } = this.model.node(this.model.original(id));
     this.strip.replaceChildren(
       h("div", { class: "selection-head" }, objectLink(this.model, id),
         h("span", { class: "place" }, kKinds[this.model.kind(id)].one, node.o !== undefined && " in ",
           ownerNames(this.model, this.model.owners(id))),
         h("span", { class: "buttons" }, kDirections.map((direction) => this.sideButton(id, direction)))),
-      ...(text ? [codeBlock(text, node.l ?? this.model.node(this.model.original(id)).l, 3)] : []));
+      ...(e ? [codeBlock(e, l, 3)] : []));
   }
 
   private sideButton(id: number, direction: Direction): HTMLElement | false {

@@ -69,7 +69,7 @@ function navigation(model: Model): HTMLElement {
     { href: "#/", label: "Overview" },
     { href: "#/cubes", label: "Cubes", number: model.ofKind("cube").length },
     { href: "#/kind/measure", label: "Measures", number: model.ofKind("measure").length },
-    { href: "#/kind/calculatedMeasure", label: "Calculated measures", number: model.ofKind("calculatedMeasure").length },
+    { href: "#/kind/calculatedMeasure", label: "Calculations", number: model.ofKind("calculatedMeasure").length },
     { href: "#/kind/kpi", label: "KPIs", number: model.ofKind("kpi").length },
     { href: "#/dimensions", label: "Dimensions", number: model.ofKind("dimension").length },
     { href: "#/kind/attribute", label: "Attributes", number: model.ofKind("attribute").length },

@@ -196,7 +196,7 @@ export class Model {
   /** Where in the page an object is shown. */
   href(id: number): string {
     const path = this.node(id).p;
-    return path !== undefined && this.byPath.get(path) === id ? "#/o/" + encodePath(path) : `#/n/${id}`;
+    return path !== undefined && this.byPath.get(path) === id ? "#/o/" + encodePath(path.replace(/^\//, "")) : `#/n/${id}`;
   }
 }
 

@@ -57,6 +57,13 @@ export function codeTitle(language: Language | undefined): string {
   return language === "sql" ? "Query text" : language === undefined ? "Expression" : `Expression (${languageName(language)})`;
 }
 
+/** "Sum", "Distinct count": how a measure is added up. What the model has no word for stands in a property. */
+export function aggregation(model: Model, id: number): string | undefined {
+  const { a, x } = model.node(id);
+  const name = a === "Other" ? x?.["Aggregation"] ?? a : a;
+  return name && name[0] + name.slice(1).replace(/[A-Z]/g, (letter) => " " + letter.toLowerCase());
+}
+
 export function section(title: Child, ...content: Child[]): HTMLElement {
   const id = freshId("section");
   return h("section", { class: "panel", "aria-labelledby": id }, h("h2", { id }, title), content);

@@ -22,10 +22,24 @@ export function plainName(name: string): string {
   return name === "" ? "(no name)" : name.replace(kInName, (character) => `⟨${markOf(character)}⟩`);
 }
 
-/** A name for a drawing, cut to `length` characters. */
-export function shortName(name: string, length: number): string {
-  const characters = Array.from(plainName(name.slice(0, 4 * length)));
-  return characters.length <= length ? characters.join("") : characters.slice(0, length - 1).join("") + "…";
+const kLongestMeasured = 200;
+const kRuler = document.createElement("canvas").getContext("2d");
+
+/** A text for a drawing, cut so that it is no wider than `width` pixels in a font as CSS writes it. */
+export function fitted(text: string, font: string, width: number): string {
+  if (!kRuler) return text.slice(0, kLongestMeasured);
+  kRuler.font = font;
+  const fits = (part: string): boolean => kRuler.measureText(part).width <= width;
+  const characters = Array.from(text.slice(0, kLongestMeasured));
+  if (characters.length === text.length && fits(text)) return text;
+  let low = 0;
+  let high = characters.length;
+  while (low < high) {
+    const middle = Math.ceil((low + high) / 2);
+    if (fits(characters.slice(0, middle).join("") + "…")) low = middle;
+    else high = middle - 1;
+  }
+  return characters.slice(0, low).join("") + "…";
 }
 
 function appendWithMarks(parent: Node, text: string, marks: RegExp): void {
@@ -56,7 +70,7 @@ export function nameElement(name: string): HTMLElement {
 
 /** Appends a piece of a longer text, such as an expression. */
 export function appendText(parent: Node, text: string): void {
-  appendWithMarks(parent, text, kInText);
+  appendWithMarks(parent, text.replace(/\r\n?/g, "\n"), kInText);
 }
 
 const kNumber = new Intl.NumberFormat("en");

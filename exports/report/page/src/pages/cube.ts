@@ -2,7 +2,7 @@
 
 import { type Child, h } from "../dom";
 import type { Model } from "../model";
-import { badge, codeBlock, objectLink, section, table, titled } from "../parts";
+import { aggregation, badge, codeBlock, objectLink, section, table, titled } from "../parts";
 import { count, nameElement } from "../text";
 
 function measures(model: Model, cube: number): Child {
@@ -38,11 +38,12 @@ function descriptionOf(model: Model, id: number): Child {
 
 /** How a measure comes about: by its expression, or by adding up a column. */
 function definition(model: Model, id: number): Child {
-  const { e, l, a } = model.node(id);
+  const { e, l } = model.node(id);
+  const how = aggregation(model, id);
   const sources = model.edgesInto(id).filter((edge) => edge.kind === "aggregated" || edge.kind === "direct");
-  const column = (a || !e) && sources.length > 0 && h("span", { class: "aggregation" }, a ? `${a} of ` : "",
+  const column = (how || !e) && sources.length > 0 && h("span", { class: "aggregation" }, how && [how, " of "],
     sources.slice(0, 3).map((edge, i) => [i > 0 && ", ", objectLink(model, edge.from)]));
-  return [column || (a && !e && h("span", { class: "aggregation" }, a)), e && codeBlock(e, l, 3)];
+  return [column || (!e && h("span", { class: "aggregation" }, how)), e && codeBlock(e, l, 3)];
 }
 
 function kpis(model: Model, cube: number): Child {

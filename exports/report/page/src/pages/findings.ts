@@ -3,7 +3,7 @@
 import { h } from "../dom";
 import type { Model } from "../model";
 import { codeBlock, coverageBar, type Column, objectLink, placedLink, section, table, titled } from "../parts";
-import { count, nameElement } from "../text";
+import { counted, nameElement } from "../text";
 import { unresolvedIds } from "./overview";
 import type { App, Page } from "./page";
 
@@ -51,7 +51,7 @@ export function coveragePage({ model }: App): Page {
       h("div", { class: "cards" }, model.data.coverage.map((row) => h("section", { class: "panel" },
         h("h2", {}, row.n < 0 ? "Whole database" : objectLink(model, row.n)),
         coverageBar("Attributes", row.a[0], row.a[1], row.a[2]), coverageBar("Measures", row.m[0], row.m[1], row.m[2]),
-        row.m[3] > 0 && h("p", { class: "note" }, `${count(row.m[3])} more measures count rows: they have no column by nature.`)))),
+        row.m[3] > 0 && h("p", { class: "note" }, `Not counted: ${counted(row.m[3], "measure")} that count rows, without a column by nature.`)))),
       open.length > 0 && section(titled("Leading to no column", open.length), table({
         label: "objects that lead to no column", rows: open,
         filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""}`,

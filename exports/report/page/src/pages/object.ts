@@ -4,7 +4,7 @@ import { type Child, fragment, h } from "../dom";
 import { kKinds, kindMark } from "../kinds";
 import { LineagePanel } from "../lineage_panel";
 import type { Edge, Kind, Model } from "../model";
-import { badge, codeBlock, codeTitle, type Column, edgeBadge, facts, objectLink, placedLink, section, table, titled } from "../parts";
+import { aggregation, badge, codeBlock, codeTitle, type Column, edgeBadge, facts, objectLink, placedLink, section, table, titled } from "../parts";
 import { count, counted, nameElement, percent, plainName } from "../text";
 import { cubeSections } from "./cube";
 import type { App, Page } from "./page";
@@ -36,8 +36,8 @@ function factList(model: Model, id: number): HTMLElement {
     ["Path", node.p && h("code", {}, nameElement(node.p))],
     ["Data source view", node.v && nameElement(node.v)],
     ["Type", node.t],
-    ["Aggregation", node.a],
-    ["Why no column", node.r === 0 && node.w],
+    ["Aggregation", aggregation(model, id)],
+    ["Why no column", node.w],
     ["Not found", node.u && node.u.length > 0 && h("ul", { class: "plain" },
       node.u.map((name) => h("li", {}, h("code", {}, nameElement(name)))))],
     ...Object.entries(node.x ?? {}).map(([key, value]): [string, Child] => [plainName(key), nameElement(value)]),
@@ -102,7 +102,7 @@ function partColumns(model: Model, ids: number[]): Column<number>[] {
     const { e, l } = model.node(id);
     return e && codeBlock(e, l, 3);
   } });
-  if (has((id) => model.node(id).a)) columns.push({ title: "Aggregation", cell: (id) => model.node(id).a });
+  if (has((id) => model.node(id).a)) columns.push({ title: "Aggregation", cell: (id) => aggregation(model, id) });
   if (has((id) => model.node(id).t)) columns.push({ title: "Type", cell: (id) => model.node(id).t });
   columns.push({ title: "Used", class: "figure", cell: (id) => count(model.edgesOutOf(id).length + model.parts(id).length) });
   return columns;

@@ -11,16 +11,19 @@ import type { App, Page } from "./page";
 interface Stage {
   title: string;
   href: string;
-  kinds: [kind: Kind, label: string][];
+  kinds: [kind: Kind, one: string, many: string][];
 }
 
 /** The way of the data, from the database to what people see. */
 const kStages: Stage[] = [
-  { title: "Databases", href: "#/tables", kinds: [["databaseTable", "tables"], ["databaseColumn", "columns"]] },
-  { title: "Source view", href: "#/tables", kinds: [["viewTable", "tables"], ["namedQuery", "named queries"], ["computedColumn", "computed columns"]] },
-  { title: "Dimensions", href: "#/dimensions", kinds: [["dimension", "dimensions"], ["attribute", "attributes"]] },
-  { title: "Measures", href: "#/kind/measure", kinds: [["measure", "measures"], ["calculatedMeasure", "calculated"], ["kpi", "KPIs"]] },
-  { title: "Cubes", href: "#/cubes", kinds: [["cube", "cubes"], ["perspective", "perspectives"]] },
+  { title: "Databases", href: "#/tables", kinds: [["databaseTable", "table", "tables"], ["databaseColumn", "column", "columns"]] },
+  { title: "Source view", href: "#/tables", kinds: [["viewTable", "table", "tables"],
+    ["namedQuery", "named query", "named queries"], ["computedColumn", "computed column", "computed columns"]] },
+  { title: "Dimensions", href: "#/dimensions", kinds: [["dimension", "dimension", "dimensions"],
+    ["attribute", "attribute", "attributes"]] },
+  { title: "Measures", href: "#/kind/measure", kinds: [["measure", "measure", "measures"],
+    ["calculatedMeasure", "calculated", "calculated"], ["kpi", "KPI", "KPIs"]] },
+  { title: "Cubes", href: "#/cubes", kinds: [["cube", "cube", "cubes"], ["perspective", "perspective", "perspectives"]] },
 ];
 
 const kFewUnresolved = 6;
@@ -28,10 +31,10 @@ const kFewUnresolved = 6;
 function flow(model: Model): HTMLElement {
   return h("ol", { class: "stages", "aria-label": "From the databases to the cubes" }, kStages.map((stage) =>
     h("li", {}, h("h2", {}, kindMark(stage.kinds[0]![0]), h("a", { href: stage.href }, stage.title)),
-      h("ul", {}, stage.kinds.map(([kind, label], i) => {
+      h("ul", {}, stage.kinds.map(([kind, one, many], i) => {
         const number = model.ofKind(kind).length;
         return (i === 0 || number > 0) && h("li", {},
-          h("a", { href: `#/kind/${kind}` }, h("strong", {}, count(number)), " ", label));
+          h("a", { href: `#/kind/${kind}` }, h("strong", {}, count(number)), " ", number === 1 ? one : many));
       })))));
 }
 
