@@ -21,7 +21,10 @@ const kTextLeft = 34 - kWidth / 2;
 const kTextWidth = kWidth - 34 - 8;
 const kNameSize = 12.5;
 const kCaptionSize = 10.5;
-const kHandleGap = 13;
+const kHandleInset = 5;
+const kHandleRise = 14;
+const kLeastReadable = 0.62;
+const kReadable = 0.8;
 const kMoveTime = 220;
 
 interface Point {
@@ -40,6 +43,19 @@ function place(sight: Sight): Map<number, Point> {
     const { x, y } = graph.node(String(id)) as Point;
     return [id, { x, y }];
   }));
+}
+
+/** The control points of an edge that leaves an object to the right and reaches the next one from the left,
+ * as Cytoscape takes them: along the straight line between the two, and beside it. */
+function curve(from: Point, to: Point): { weights: string; distances: string } | undefined {
+  const dx = to.x - from.x - kWidth;
+  const dy = to.y - from.y;
+  // What leads back goes straight.
+  if (dx <= 0 || dy === 0) return undefined;
+  const square = dx * dx + dy * dy;
+  const near = (dx * dx) / 2 / square;
+  const aside = (dx * dy) / 2 / Math.sqrt(square);
+  return { weights: `${near} ${1 - near}`, distances: `${-aside} ${aside}` };
 }
 
 function styleSheet(): cytoscape.StylesheetJson {
@@ -72,6 +88,8 @@ function styleSheet(): cytoscape.StylesheetJson {
       "target-arrow-color": c.edge, "arrow-scale": 0.9, "source-endpoint": "90deg", "target-endpoint": "270deg",
       "overlay-opacity": 0,
     } },
+    { selector: "edge.curved", style: { "curve-style": "unbundled-bezier", "edge-distances": "endpoints",
+      "control-point-weights": "data(weights)", "control-point-distances": "data(distances)" } },
     { selector: "edge.loop", style: { "source-endpoint": "outside-to-node", "target-endpoint": "outside-to-node",
       "loop-direction": "0deg", "loop-sweep": "60deg", "control-point-step-size": 44 } },
     { selector: "edge.computed", style: { "line-style": "dashed", "line-dash-pattern": [7, 4],
@@ -149,7 +167,9 @@ export class Drawing {
       const classes = [flow.kind as string];
       if (flow.found) classes.push("found");
       if (flow.from === flow.to) classes.push("loop");
-      elements.push({ data: { source: `o${flow.from}`, target: `o${flow.to}` }, classes: classes.join(" ") });
+      const bow = curve(this.points.get(flow.from)!, this.points.get(flow.to)!);
+      if (bow) classes.push("curved");
+      elements.push({ data: { source: `o${flow.from}`, target: `o${flow.to}`, ...bow }, classes: classes.join(" ") });
     }
     return elements;
   }
@@ -173,17 +193,16 @@ export class Drawing {
   private handleElements(handle: Handle): cytoscape.ElementDefinition[] {
     const { x, y } = this.points.get(handle.id)!;
     const side = handle.direction === "sources" ? -1 : 1;
-    const both = handle.open && handle.hidden > 0;
     const make = (text: string, use: HandleUse["use"], offset: number): cytoscape.ElementDefinition => {
       const width = 12 + 7 * text.length;
       return {
         data: { object: handle.id, text, width, handle: { id: handle.id, direction: handle.direction, use } },
-        classes: "handle", position: { x: x + side * (kWidth / 2 + kHandleGap - 9 + width / 2), y: y + offset },
+        classes: "handle", position: { x: x + side * (kWidth / 2 - kHandleInset + width / 2), y: y + offset },
       };
     };
     const made: cytoscape.ElementDefinition[] = [];
-    if (handle.hidden > 0) made.push(make(`+${handle.hidden}`, "expand", both ? -10 : 0));
-    if (handle.open) made.push(make("−", "collapse", both ? 10 : 0));
+    if (handle.hidden > 0) made.push(make(`+${handle.hidden}`, "expand", -kHandleRise));
+    if (handle.open) made.push(make("−", "collapse", kHandleRise));
     return made;
   }
 
@@ -231,10 +250,13 @@ export class Drawing {
   fit(): void {
     this.cy.resize();
     this.cy.fit(undefined, 28);
-    if (this.cy.zoom() > 1.1) this.cy.zoom({ level: 1.1, renderedPosition: this.middle() });
-    if (this.cy.zoom() < 0.55) {
+    if (this.cy.zoom() > 1) {
+      this.cy.zoom(1);
+      this.cy.center();
+    }
+    if (this.cy.zoom() < kLeastReadable) {
       // Too small to be read: rather the object itself with what is near it.
-      this.cy.zoom(0.8);
+      this.cy.zoom(kReadable);
       this.cy.center(this.cy.getElementById(`o${this.root}`));
     }
   }

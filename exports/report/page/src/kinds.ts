@@ -37,14 +37,14 @@ export const kKinds: Record<Kind, KindStyle> = {
   measure: { one: "measure", many: "measures", family: "measure", glyph: kSum },
   linkedMeasureGroup: { one: "linked measure group", many: "linked measure groups", family: "measure", glyph: kLink },
   linkedMeasure: { one: "linked measure", many: "linked measures", family: "measure", glyph: kLink },
-  calculations: { one: "set of calculations", many: "sets of calculations", family: "calculation", glyph: kTable },
+  calculations: { one: "calculations", many: "calculations", family: "calculation", glyph: kTable },
   calculatedMeasure: { one: "calculated measure", many: "calculated measures", family: "calculation", glyph: kFunction },
   kpi: { one: "KPI", many: "KPIs", family: "kpi", glyph: kTarget },
   kpiValue: { one: "KPI value", many: "KPI values", family: "kpi", glyph: kTarget },
   cube: { one: "cube", many: "cubes", family: "cube", glyph: kCube },
   cubeDimension: { one: "cube dimension", many: "cube dimensions", family: "dimension", glyph: kAxes },
   cubeAttribute: { one: "cube attribute", many: "cube attributes", family: "dimension", glyph: kTag },
-  cubeMeasure: { one: "measure of a cube", many: "measures of cubes", family: "cube", glyph: kSum },
+  cubeMeasure: { one: "cube measure", many: "cube measures", family: "cube", glyph: kSum },
   perspective: { one: "perspective", many: "perspectives", family: "cube", glyph: kEye },
 };
 
@@ -62,11 +62,11 @@ interface EdgeStyle {
 }
 
 export const kEdgeKinds: Record<EdgeKind, EdgeStyle> = {
-  direct: { label: "Taken over", meaning: "taken over as it is" },
+  direct: { label: "Direct", meaning: "taken over as it is" },
   computed: { label: "Computed", meaning: "part of an expression" },
   aggregated: { label: "Aggregated", meaning: "added up, counted or the like" },
   condition: { label: "Condition", meaning: "decides which rows count" },
-  member: { label: "Shown by", meaning: "what a cube or perspective shows" },
+  member: { label: "Shown in", meaning: "what a cube or perspective shows" },
 };
 
 /** The mark of a kind. People who do not see it hear the kind's name from the text beside it. */

@@ -160,7 +160,7 @@ export class LineagePanel {
         h("span", { class: "place" }, kKinds[this.model.kind(id)].one, node.o !== undefined && " in ",
           ownerNames(this.model, this.model.owners(id))),
         h("span", { class: "buttons" }, kDirections.map((direction) => this.sideButton(id, direction)))),
-      ...(e ? [codeBlock(e, l, 3)] : []));
+      ...(e && id !== this.root ? [codeBlock(e, l, 3)] : []));
   }
 
   private sideButton(id: number, direction: Direction): HTMLElement | false {

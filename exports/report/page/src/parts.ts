@@ -2,11 +2,12 @@
 
 import { type Child, freshId, h } from "./dom";
 import { highlighted, languageName } from "./highlight";
-import { kKinds, kindMark } from "./kinds";
+import { kEdgeKinds, kindMark, kKinds } from "./kinds";
 import type { EdgeKind, Language, Model } from "./model";
 import { count, counted, nameElement } from "./text";
 
-const kRowsPerStep = 100;
+const kFirstRows = 50;
+const kRowsPerStep = 200;
 /** Texts of more lines or characters are shown folded. */
 const kFoldedLines = 4;
 const kFoldedCharacters = 360;
@@ -34,7 +35,7 @@ export function badge(text: string, kind = ""): HTMLElement {
 }
 
 export function edgeBadge(kind: EdgeKind, found: boolean): Child {
-  return [badge(kind, `edge-${kind}`), found && badge("by cube's name", "found")];
+  return [badge(kEdgeKinds[kind].label.toLowerCase(), `edge-${kind}`), found && badge("by cube's name", "found")];
 }
 
 /** An expression or query. What is long is folded, with a button that shows it all. */
@@ -85,15 +86,16 @@ interface TableOptions<Row> {
   columns: Column<Row>[];
   /** What the filter field looks at; without it there is no such field. */
   filterText?(row: Row): string;
+  firstRows?: number;
 }
 
 const kRowsForFilter = 12;
 
 /** A table that makes rows as they are asked for, and can be filtered. */
 export function table<Row>(options: TableOptions<Row>): HTMLElement {
-  const { label, columns, filterText } = options;
+  const { label, columns, filterText, firstRows = kFirstRows } = options;
   const body = h("tbody");
-  const more = h("button", { type: "button", class: "more", onclick: () => show(kRowsPerStep * 2) });
+  const more = h("button", { type: "button", class: "more", onclick: () => show(kRowsPerStep) });
   const status = h("span", { class: "status", role: "status" });
   let rows = options.rows;
   let shown = 0;
@@ -105,7 +107,7 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
         : h("td", { class: column.class }, column.cell(row))))));
     shown += next.length;
     more.hidden = shown >= rows.length;
-    more.textContent = `Show ${count(Math.min(2 * kRowsPerStep, rows.length - shown))} more of ${count(rows.length - shown)}`;
+    more.textContent = `Show ${count(Math.min(kRowsPerStep, rows.length - shown))} more of ${count(rows.length - shown)}`;
   }
 
   function filter(text: string): void {
@@ -116,11 +118,11 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
     });
     body.replaceChildren();
     shown = 0;
-    show(kRowsPerStep);
+    show(firstRows);
     status.textContent = words.length === 0 ? "" : `${count(rows.length)} of ${count(options.rows.length)}`;
   }
 
-  show(kRowsPerStep);
+  show(firstRows);
   const head = h("thead", {}, h("tr", {}, columns.map((column) => h("th", { scope: "col", class: column.class }, column.title))));
   const field = filterText && options.rows.length > kRowsForFilter && h("div", { class: "filter" },
     h("input", { type: "search", placeholder: "Filter", "aria-label": `Filter ${label}`, autocomplete: "off", spellcheck: "false",

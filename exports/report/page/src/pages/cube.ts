@@ -5,11 +5,14 @@ import type { Model } from "../model";
 import { aggregation, badge, codeBlock, objectLink, section, table, titled } from "../parts";
 import { count, nameElement } from "../text";
 
+/** Few enough that what follows is not far away. */
+const kFirstRows = 20;
+
 function measures(model: Model, cube: number): Child {
   const ids = model.partsOfKind(cube, "cubeMeasure");
   if (ids.length === 0) return null;
   return section(titled("Measures", ids.length), table({
-    label: "measures", rows: ids,
+    label: "measures", rows: ids, firstRows: kFirstRows,
     filterText: (id) => `${model.name(id)} ${homeName(model, id)}`,
     columns: [
       { title: "Measure", cell: (id) => [objectLink(model, id), model.node(id).h === 1 && badge("hidden"),
@@ -60,7 +63,7 @@ function dimensions(model: Model, cube: number): Child {
   const ids = model.partsOfKind(cube, "cubeDimension");
   if (ids.length === 0) return null;
   return section(titled("Dimensions", ids.length), table({
-    label: "dimensions", rows: ids, filterText: (id) => model.name(id),
+    label: "dimensions", rows: ids, firstRows: kFirstRows, filterText: (id) => model.name(id),
     columns: [
       { title: "Dimension", cell: (id) => [objectLink(model, id), model.node(id).h === 1 && badge("hidden")] },
       { title: "Of the database", cell: (id) => {

@@ -46,7 +46,7 @@ function factList(model: Model, id: number): HTMLElement {
 
 function expression(model: Model, id: number): Child {
   const { e, l } = model.node(model.original(id));
-  return e && section(codeTitle(l), codeBlock(e, l, 18));
+  return e && section(codeTitle(l), codeBlock(e, l, 8));
 }
 
 /** What stands right beside an object along the lineage. */
@@ -124,11 +124,11 @@ export function objectPage(app: App, id: number): Page {
     h("h1", { tabindex: "-1" }, kindMark(kind), h("span", { class: "unseen" }, kKinds[kind].one + " "), nameElement(node.n)),
     h("p", { class: "badges" }, badge(kKinds[kind].one), badges(model, id)), coverageNote(model, id),
     node.d && h("p", { class: "lead" }, nameElement(node.d)));
-  const about = fragment(expression(model, id), section("About", factList(model, id)));
+  const about = section("About", factList(model, id));
   const body = kind === "cube"
-    ? h("div", {}, cubeSections(model, id), panel.element, about)
-    : h("div", { class: "two-columns with-lineage" },
-      h("div", {}, about, hierarchies(model, id), parts(model, id), sourcesOf(model, id)), h("div", {}, panel.element));
+    ? fragment(cubeSections(model, id), panel.element, about)
+    : fragment(expression(model, id), panel.element, h("div", { class: "two-columns" },
+      h("div", {}, about, hierarchies(model, id), parts(model, id)), h("div", {}, sourcesOf(model, id))));
   return {
     title: plainName(node.n),
     element: h("article", { class: "object-page" }, head, body),
