@@ -17,6 +17,8 @@ export interface DrawingActions {
 
 const kWidth = 196;
 const kHeight = 42;
+const kLayerGap = 84;
+const kInLayer = 0.05;
 const kTextLeft = 34 - kWidth / 2;
 const kTextWidth = kWidth - 34 - 8;
 const kNameSize = 12.5;
@@ -32,30 +34,54 @@ interface Point {
   y: number;
 }
 
-function place(sight: Sight): Map<number, Point> {
+interface Placing {
+  points: Map<number, Point>;
+  /** For edges that pass layers: where they go through, by "from to". */
+  ways: Map<string, Point[]>;
+}
+
+function place(sight: Sight): Placing {
   const graph = new Graph();
-  graph.setGraph({ rankdir: "LR", nodesep: 16, ranksep: 84, marginx: 24, marginy: 24 });
+  graph.setGraph({ rankdir: "LR", nodesep: 16, ranksep: kLayerGap, marginx: 24, marginy: 24 });
   graph.setDefaultEdgeLabel(() => ({}));
   for (const id of sight.ids) graph.setNode(String(id), { width: kWidth, height: kHeight });
   for (const flow of sight.flows) if (flow.from !== flow.to) graph.setEdge(String(flow.from), String(flow.to));
   layout(graph);
-  return new Map(sight.ids.map((id) => {
+  const points = new Map(sight.ids.map((id) => {
     const { x, y } = graph.node(String(id)) as Point;
     return [id, { x, y }];
   }));
+  const ways = new Map(graph.edges().map((edge) => [`${edge.v} ${edge.w}`, (graph.edge(edge) as { points: Point[] }).points]));
+  return { points, ways };
 }
 
 /** The control points of an edge that leaves an object to the right and reaches the next one from the left,
- * as Cytoscape takes them: along the straight line between the two, and beside it. */
-function curve(from: Point, to: Point): { weights: string; distances: string } | undefined {
-  const dx = to.x - from.x - kWidth;
-  const dy = to.y - from.y;
+ * through the gaps that the layout left for it. */
+function bends(from: Point, to: Point, way: Point[]): Point[] {
+  const start = from.x + kWidth / 2;
+  const end = to.x - kWidth / 2;
+  const middle = kLayerGap / 2;
+  if (end - start < kLayerGap + 1) return [{ x: start + middle, y: from.y }, { x: end - middle, y: to.y }];
+  // The layout gives points between the layers, too; those in a layer are whole steps away.
+  const steps = (x: number): number => (x - from.x) / (kWidth + kLayerGap);
+  const layers = way.filter(({ x }) => x > start && x < end && Math.abs(steps(x) - Math.round(steps(x))) < kInLayer);
+  return [{ x: start + middle, y: from.y },
+    ...layers.flatMap(({ x, y }) => [{ x: x - kWidth / 2, y }, { x: x + kWidth / 2, y }]), { x: end - middle, y: to.y }];
+}
+
+/** The control points as Cytoscape takes them: along the straight line between the ends, and beside it. */
+function curve(from: Point, to: Point, way: Point[]): { weights: string; distances: string } | undefined {
+  const start = { x: from.x + kWidth / 2, y: from.y };
+  const dx = to.x - kWidth / 2 - start.x;
+  const dy = to.y - start.y;
   // What leads back goes straight.
-  if (dx <= 0 || dy === 0) return undefined;
+  if (dx <= 0) return undefined;
   const square = dx * dx + dy * dy;
-  const near = (dx * dx) / 2 / square;
-  const aside = (dx * dy) / 2 / Math.sqrt(square);
-  return { weights: `${near} ${1 - near}`, distances: `${-aside} ${aside}` };
+  const points = bends(from, to, way).map(({ x, y }) => ({ x: x - start.x, y: y - start.y }));
+  return {
+    weights: points.map(({ x, y }) => (x * dx + y * dy) / square).join(" "),
+    distances: points.map(({ x, y }) => (y * dx - x * dy) / Math.sqrt(square)).join(" "),
+  };
 }
 
 function styleSheet(): cytoscape.StylesheetJson {
@@ -131,13 +157,13 @@ export class Drawing {
   /** Draws what is in sight. The object `anchor` stays where it is on the screen. */
   show(sight: Sight, anchor?: number): void {
     const before = anchor === undefined ? undefined : this.points.get(anchor);
-    const points = place(sight);
+    const { points, ways } = place(sight);
     const after = anchor === undefined ? undefined : points.get(anchor);
     const old = this.points;
     this.points = points;
     this.cy.startBatch();
     this.cy.elements().remove();
-    this.cy.add(this.elements(sight));
+    this.cy.add(this.elements(sight, ways));
     this.cy.endBatch();
     if (before && after) {
       const zoom = this.cy.zoom();
@@ -159,7 +185,7 @@ export class Drawing {
     });
   }
 
-  private elements(sight: Sight): cytoscape.ElementDefinition[] {
+  private elements(sight: Sight, ways: Map<string, Point[]>): cytoscape.ElementDefinition[] {
     const elements: cytoscape.ElementDefinition[] = [];
     for (const id of sight.ids) elements.push(...this.objectElements(id));
     for (const handle of sight.handles) elements.push(...this.handleElements(handle));
@@ -167,7 +193,7 @@ export class Drawing {
       const classes = [flow.kind as string];
       if (flow.found) classes.push("found");
       if (flow.from === flow.to) classes.push("loop");
-      const bow = curve(this.points.get(flow.from)!, this.points.get(flow.to)!);
+      const bow = curve(this.points.get(flow.from)!, this.points.get(flow.to)!, ways.get(`${flow.from} ${flow.to}`) ?? []);
       if (bow) classes.push("curved");
       elements.push({ data: { source: `o${flow.from}`, target: `o${flow.to}`, ...bow }, classes: classes.join(" ") });
     }
@@ -274,12 +300,6 @@ export class Drawing {
       const kind = this.model.kind(node.data("object") as number);
       node.data("mark", kindImage(kind, colours()[kKinds[kind].family]));
     });
-  }
-
-  /** Where an object stands on the page, in pixels from the corner of the drawing. */
-  screenPoint(id: number): Point | undefined {
-    const node = this.cy.getElementById(`o${id}`);
-    return node.empty() ? undefined : node.renderedPosition();
   }
 }
 

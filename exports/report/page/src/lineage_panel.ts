@@ -221,11 +221,6 @@ export class LineagePanel {
     announce(`${plainName(this.model.name(id))}, ${kKinds[this.model.kind(id)].one}, ` +
       `${counted(hidden[0]!, "source")}, ${counted(hidden[1]!, "dependant")}`);
   }
-
-  /** For tests and scripts: where objects stand in the drawing. */
-  pointOf(id: number): { x: number; y: number } | undefined {
-    return this.drawing?.screenPoint(id);
-  }
 }
 
 function edgeSample(kind: EdgeKind): SVGElement {

@@ -121,8 +121,10 @@ export function objectPage(app: App, id: number): Page {
   const kind = model.kind(id);
   const panel = new LineagePanel(model, id, app.open);
   const head = h("header", { class: "page-head" }, breadcrumbs(model, id),
-    h("h1", { tabindex: "-1" }, kindMark(kind), h("span", { class: "unseen" }, kKinds[kind].one + " "), nameElement(node.n)),
-    h("p", { class: "badges" }, badge(kKinds[kind].one), badges(model, id)), coverageNote(model, id),
+    h("div", { class: "title" },
+      h("h1", { tabindex: "-1" }, kindMark(kind), h("span", { class: "unseen" }, kKinds[kind].one + " "), nameElement(node.n)),
+      h("p", { class: "badges" }, badge(kKinds[kind].one), badges(model, id))),
+    coverageNote(model, id),
     node.d && h("p", { class: "lead" }, nameElement(node.d)));
   const about = section("About", factList(model, id));
   const body = kind === "cube"
