@@ -50,7 +50,7 @@ export async function pointInDrawing(page, selector) {
   return page.locator(".canvas").evaluate((canvas, wanted) => {
     const found = canvas._cyreg.cy.$(wanted).first();
     if (found.empty()) return null;
-    const { x, y } = found.renderedPosition();
+    const { x, y } = found.isNode() ? found.renderedPosition() : found.renderedMidpoint();
     const box = canvas.getBoundingClientRect();
     return { x: box.x + x, y: box.y + y };
   }, selector);

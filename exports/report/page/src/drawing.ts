@@ -15,9 +15,9 @@ export interface DrawingActions {
   collapse(id: number, direction: Direction): void;
 }
 
-const kWidth = 196;
+const kWidth = 184;
 const kHeight = 42;
-const kLayerGap = 84;
+const kLayerGap = 66;
 const kInLayer = 0.05;
 const kTextLeft = 34 - kWidth / 2;
 const kTextWidth = kWidth - 34 - 8;

@@ -146,6 +146,13 @@ export class Expansion {
     return others;
   }
 
+  /** The objects beside one, and itself where it is computed from itself. */
+  besideAndItself(id: number, direction: Direction): Flow[] {
+    const others = this.beside(id, direction);
+    const loop = this.loops.get(id);
+    return loop ? [...others, loop] : others;
+  }
+
   isOpen(id: number, direction: Direction): boolean {
     return this.limits[direction].has(id);
   }
@@ -197,9 +204,7 @@ export class Expansion {
   }
 
   private flowsInSight(id: number, seen: Set<number>): Flow[] {
-    const flows = this.beside(id, "sources").filter((flow) => seen.has(flow.from));
-    const loop = this.loops.get(id);
-    return loop ? [...flows, loop] : flows;
+    return this.besideAndItself(id, "sources").filter((flow) => seen.has(flow.from));
   }
 
   private handles(ids: number[], seen: Set<number>): Handle[] {

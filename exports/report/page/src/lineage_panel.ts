@@ -14,7 +14,7 @@ type View = "drawing" | "tree";
 
 /** What is opened at first: far enough to tell a story, few enough to be read. */
 const kFirstSources = { depth: 4, most: 22 };
-const kFirstDependants = { depth: 2, most: 10 };
+const kFirstDependants = { depth: 1, most: 12 };
 const kFarDepth = 30;
 const kFarMost = 150;
 const kZoomStep = 1.25;
@@ -63,7 +63,7 @@ export class LineagePanel {
     this.expansion = this.start();
     this.focusRing.setAttribute("aria-label", `Drawing of the lineage of ${plainName(model.name(root))}. ${kHelp}`);
     this.focusRing.addEventListener("keydown", (event) => this.key(event));
-    this.drawingView = h("div", { class: "drawing" }, this.focusRing, this.tools(), this.strip, this.note);
+    this.drawingView = h("div", { class: "drawing" }, h("div", { class: "frame" }, this.focusRing, this.tools()), this.strip, this.note);
     const view = (name: View, label: string): HTMLButtonElement =>
       h("button", { type: "button", onclick: () => this.show(name) }, label);
     this.viewButtons = { drawing: view("drawing", "Drawing"), tree: view("tree", "Tree") };

@@ -62,6 +62,8 @@ export interface ReportData {
   coverage: CoverageData[];
 }
 
+/** Half a surrogate pair: it is no character, and cannot stand in an address. */
+const kHalfCharacter = /[\ud800-\udbff](?![\udc00-\udfff])|(?<![\ud800-\udbff])[\udc00-\udfff]/;
 const kFormat = "xmla-report/1";
 const kEdgeSize = 4;
 
@@ -196,16 +198,11 @@ export class Model {
   /** Where in the page an object is shown. */
   href(id: number): string {
     const path = this.node(id).p;
-    return path !== undefined && this.byPath.get(path) === id ? "#/o/" + encodePath(path.replace(/^\//, "")) : `#/n/${id}`;
+    return path !== undefined && this.byPath.get(path) === id && !kHalfCharacter.test(path) ? "#/o/" + encodePath(path.replace(/^\//, "")) : `#/n/${id}`;
   }
 }
 
 /** Slashes stay readable; the rest is escaped as in any address. */
 function encodePath(path: string): string {
-  return wellFormed(path).split("/").map(encodeURIComponent).join("/");
-}
-
-/** Half a surrogate pair is no character, and cannot stand in an address. */
-function wellFormed(text: string): string {
-  return text.replace(/[\ud800-\udbff](?![\udc00-\udfff])|(?<![\ud800-\udbff])[\udc00-\udfff]/g, "\ufffd");
+  return path.split("/").map(encodeURIComponent).join("/");
 }

@@ -44,7 +44,7 @@ export class Tree {
   private make(parent: Item | undefined, id: number, flow: Flow | undefined): Item {
     const repeated = this.seen.has(id);
     this.seen.add(id);
-    const children = repeated ? [] : this.expansion.beside(id, this.direction);
+    const children = repeated ? [] : this.expansion.besideAndItself(id, this.direction);
     const level = parent ? parent.level + 1 : 1;
     const kind = this.model.kind(id);
     const owner = this.model.node(id).o;

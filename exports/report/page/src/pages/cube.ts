@@ -44,7 +44,7 @@ function definition(model: Model, id: number): Child {
   const { e, l } = model.node(id);
   const how = aggregation(model, id);
   const sources = model.edgesInto(id).filter((edge) => edge.kind === "aggregated" || edge.kind === "direct");
-  const column = (how || !e) && sources.length > 0 && h("span", { class: "aggregation" }, how && [how, " of "],
+  const column = (how || !e) && sources.length > 0 && h("span", { class: "aggregation" }, how && (how === "None" ? "Not added up: " : `${how} of `),
     sources.slice(0, 3).map((edge, i) => [i > 0 && ", ", objectLink(model, edge.from)]));
   return [column || (!e && h("span", { class: "aggregation" }, how)), e && codeBlock(e, l, 3)];
 }
