@@ -246,6 +246,20 @@ test("hostile names are shown as text", async () => {
   });
 });
 
+test("hostile names come through the program as text", async () => {
+  // XML holds none of the others.
+  const names = hostileNames.filter((name) => name.trim() === name && name !== "" && !/[\n\ud800-\udfff]/.test(name));
+  const escaped = (text) => text.replace(/&/g, "&amp;").replace(/</g, "&lt;");
+  const dimensions = names.map((name, i) => `<Dimension><ID>d${i}</ID><Name>${escaped(name)}</Name>
+    <Description>${escaped(name)}</Description></Dimension>`);
+  const definition = join(folder, "hostile.asdatabase");
+  writeFileSync(definition, `<Database><ID>h</ID><Name>${escaped(names[0])}</Name><Dimensions>${dimensions.join("")}</Dimensions></Database>`);
+  await using(report(definition, "from-definition.html") + "#/dimensions", async (page) => {
+    const shown = await page.locator("main tbody th > a > bdi").allTextContents();
+    assert.deepEqual(shown, names.map((name) => name.replace("\u202e", "RLO").replace("\u2066", "LRI")));
+  });
+});
+
 test("light, dark and paper keep their contrast", async () => {
   const pages = ["", "#/tables", "#/coverage", "#/unresolved", "#/kind/calculatedMeasure", address(expected.objects[0].path),
     address("/Cubes/Stays/Stays"), address("/Dimensions/Date")];
