@@ -1,11 +1,11 @@
 /* The page as the build of page/ leaves it. */
     .section .rodata
-    .global xmlaReportPage
-    .hidden xmlaReportPage
-    .global xmlaReportPageEnd
-    .hidden xmlaReportPageEnd
-xmlaReportPage:
+    .global kXmlaReportPage
+    .hidden kXmlaReportPage
+    .global kXmlaReportPageEnd
+    .hidden kXmlaReportPageEnd
+kXmlaReportPage:
     .incbin REPORT_PAGE
-xmlaReportPageEnd:
+kXmlaReportPageEnd:
     .byte 0
     .section .note.GNU-stack, "", %progbits

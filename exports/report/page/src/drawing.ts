@@ -15,14 +15,14 @@ export interface DrawingActions {
   collapse(id: number, direction: Direction): void;
 }
 
-const kWidth = 184;
-const kHeight = 42;
-const kLayerGap = 66;
+const kWidth = 190;
+const kHeight = 46;
+const kLayerGap = 58;
 const kInLayer = 0.05;
 const kTextLeft = 34 - kWidth / 2;
 const kTextWidth = kWidth - 34 - 8;
-const kNameSize = 12.5;
-const kCaptionSize = 10.5;
+const kNameSize = 13.5;
+const kCaptionSize = 11.5;
 const kHandleInset = 5;
 const kHandleRise = 14;
 const kLeastReadable = 0.62;
@@ -211,8 +211,8 @@ export class Drawing {
     return [
       { data: { id: `o${id}`, object: id, mark: kindImage(kind, colours()[kKinds[kind].family]) },
         classes: id === this.root ? "object root" : "object", position: { x, y } },
-      text("name", fitted(plainName(this.model.name(id)), `600 ${kNameSize}px ${this.font}`, kTextWidth), -8),
-      text("caption", fitted(caption, `${kCaptionSize}px ${this.font}`, kTextWidth), 9),
+      text("name", fitted(plainName(this.model.name(id)), `600 ${kNameSize}px ${this.font}`, kTextWidth), -9),
+      text("caption", fitted(caption, `${kCaptionSize}px ${this.font}`, kTextWidth), 10),
     ];
   }
 
@@ -284,7 +284,15 @@ export class Drawing {
       // Too small to be read: rather the object itself with what is near it.
       this.cy.zoom(kReadable);
       this.cy.center(this.cy.getElementById(`o${this.root}`));
+      this.cy.panBy({ x: this.shareBefore() * this.cy.width() - this.middle().x, y: 0 });
     }
+  }
+  /** Where the object itself stands best, from 0 at the left to 1: the more is before it, the further right. */
+  private shareBefore(): number {
+    const { x } = this.points.get(this.root)!;
+    const others = Array.from(this.points.values()).filter((point) => point.x !== x);
+    const before = others.filter((point) => point.x < x).length;
+    return others.length === 0 ? 0.5 : 0.2 + (0.6 * before) / others.length;
   }
   zoomBy(factor: number): void {
     this.cy.zoom({ level: this.cy.zoom() * factor, renderedPosition: this.middle() });

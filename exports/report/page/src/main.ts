@@ -80,7 +80,7 @@ function navigation(model: Model): HTMLElement {
   const link = (entry: Entry): HTMLElement => h("li", {}, h("a", { href: entry.href }, h("span", {}, entry.label),
     entry.number !== undefined && h("span", { class: "number" }, count(entry.number))));
   const cubes = model.ofKind("cube").slice(0, 20);
-  return h("nav", { class: "side", "aria-label": "The model" }, h("ul", {}, entries.map(link)),
+  return h("nav", { class: "side", "aria-label": "The model" }, h("ul", {}, entries.filter((entry) => entry.number !== 0).map(link)),
     cubes.length > 0 && h("h2", {}, "Cubes"),
     cubes.length > 0 && h("ul", { class: "cubes" }, cubes.map((id) => h("li", {}, h("a", { href: model.href(id) }, nameElement(model.name(id)))))));
 }

@@ -9,6 +9,8 @@ import { count, counted, nameElement, percent, plainName } from "../text";
 import { cubeSections } from "./cube";
 import type { App, Page } from "./page";
 
+const kLongProperty = 200;
+
 function breadcrumbs(model: Model, id: number): HTMLElement {
   return h("nav", { class: "breadcrumbs", "aria-label": "Where it stands" }, h("ol", {},
     h("li", {}, h("a", { href: "#/" }, nameElement(model.data.database))),
@@ -26,6 +28,11 @@ function badges(model: Model, id: number): Child {
   ];
 }
 
+/** Some properties are whole documents. */
+function property(value: string): HTMLElement {
+  return value.length > kLongProperty ? codeBlock(value, undefined, 3) : nameElement(value);
+}
+
 function factList(model: Model, id: number): HTMLElement {
   const node = model.node(id);
   const original = model.original(id);
@@ -40,7 +47,7 @@ function factList(model: Model, id: number): HTMLElement {
     ["Why no column", node.w],
     ["Not found", node.u && node.u.length > 0 && h("ul", { class: "plain" },
       node.u.map((name) => h("li", {}, h("code", {}, nameElement(name)))))],
-    ...Object.entries(node.x ?? {}).map(([key, value]): [string, Child] => [plainName(key), nameElement(value)]),
+    ...Object.entries(node.x ?? {}).map(([key, value]): [string, Child] => [plainName(key), property(value)]),
   ]);
 }
 

@@ -29,13 +29,15 @@ const kStages: Stage[] = [
 const kFewUnresolved = 6;
 
 function flow(model: Model): HTMLElement {
-  return h("ol", { class: "stages", "aria-label": "From the databases to the cubes" }, kStages.map((stage) =>
-    h("li", {}, h("h2", {}, kindMark(stage.kinds[0]![0]), h("a", { href: stage.href }, stage.title)),
+  return h("ol", { class: "stages", "aria-label": "From the databases to the cubes" }, kStages.map((stage) => {
+    const empty = model.ofKind(...stage.kinds.map(([kind]) => kind)).length === 0;
+    return h("li", {}, h("h2", {}, kindMark(stage.kinds[0]![0]), h("a", { href: stage.href }, stage.title)),
       h("ul", {}, stage.kinds.map(([kind, one, many], i) => {
         const number = model.ofKind(kind).length;
-        return (i === 0 || number > 0) && h("li", {},
+        return (number > 0 || (i === 0 && empty)) && h("li", {},
           h("a", { href: `#/kind/${kind}` }, h("strong", {}, count(number)), " ", number === 1 ? one : many));
-      })))));
+      })));
+  }));
 }
 
 function cubes(model: Model): Child {
@@ -105,6 +107,6 @@ export function overviewPage({ model }: App): Page {
       h("div", { class: "two-columns wide-left" },
         h("div", {}, cubes(model), dataSources(model)),
         h("div", {}, coverage(model), unresolved(model),
-          section("In figures", facts(data.counts.map(([label, number]) => [label, count(number)])))))),
+          section("In figures", h("div", { class: "figures" }, facts(data.counts.map(([label, number]) => [label, count(number)]))))))),
   };
 }
