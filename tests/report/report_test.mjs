@@ -270,6 +270,7 @@ test("light, dark and paper keep their contrast", async () => {
         await page.locator("main h1").waitFor();
         await page.waitForTimeout(50);
         assert.deepEqual(await seriousViolations(page), [], `${themeName} ${hash}`);
+        await page.evaluate(() => document.activeElement.blur());
         if (hash === address(expected.objects[0].path)) await screenshot(page, `report-lineage-${themeName}`);
         if (hash === address("/Cubes/Stays/Stays")) await screenshot(page, `report-cube-${themeName}`);
       }

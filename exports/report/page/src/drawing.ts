@@ -25,6 +25,7 @@ const kNameSize = 13.5;
 const kCaptionSize = 11.5;
 const kHandleInset = 5;
 const kHandleRise = 14;
+const kMargin = 28;
 const kLeastReadable = 0.62;
 const kReadable = 0.8;
 const kMoveTime = 220;
@@ -146,6 +147,8 @@ export class Drawing {
     this.cy.on("tap", "node.object", (event) => this.actions.select(event.target.data("object") as number));
     this.cy.on("dbltap", "node.object", (event) => this.actions.open(event.target.data("object") as number));
     this.cy.on("tap", "node.handle", (event) => this.useHandle(event.target.data("handle") as HandleUse));
+    // Paper cannot be moved to what does not fit.
+    this.cy.on("resize", () => { if (matchMedia("print").matches) this.cy.fit(undefined, kMargin); });
     this.cy.on("mouseover", "node.object, node.handle", () => { container.style.cursor = "pointer"; });
     this.cy.on("mouseout", "node", () => { container.style.cursor = ""; });
   }
@@ -275,7 +278,7 @@ export class Drawing {
 
   fit(): void {
     this.cy.resize();
-    this.cy.fit(undefined, 28);
+    this.cy.fit(undefined, kMargin);
     if (this.cy.zoom() > 1) {
       this.cy.zoom(1);
       this.cy.center();
