@@ -1,8 +1,8 @@
 #include "exports/report/report.h"
 
 // The page, which report_page.S holds.
-extern "C" const char kXmlaReportPage[];     // NOLINT(*-avoid-c-arrays): a symbol of the assembler
-extern "C" const char kXmlaReportPageEnd[];  // NOLINT(*-avoid-c-arrays)
+extern "C" const char kXmlaReportPage[];
+extern "C" const char kXmlaReportPageEnd[];
 
 namespace tav {
 

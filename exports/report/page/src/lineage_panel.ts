@@ -19,22 +19,32 @@ const kFarDepth = 30;
 const kFarMost = 150;
 const kZoomStep = 1.25;
 
-const kHelp = "Drag to move, scroll to zoom. A click selects an object, a double click opens it; +N shows what is not in sight. " +
+const kHelp = "Drag to move. A click selects an object, a double click opens it; +N shows what is not in sight. " +
   "Keys: arrows select, Enter opens, + and − show and hide what is beside the object.";
 
 /** Someone who prefers the tree gets it for the next object, too. */
 let preferredView: View = "drawing";
 
+interface EdgesInModel {
+  kinds: Set<EdgeKind>;
+  /** Whether some were found through the name that a cube gives a dimension. */
+  found: boolean;
+}
+
 /** Only the kinds of edges that the model has are offered. */
-const kindsInModel = new WeakMap<Model, Set<EdgeKind>>();
-function edgeKindsOf(model: Model): Set<EdgeKind> {
-  let kinds = kindsInModel.get(model);
-  if (!kinds) {
-    kinds = new Set();
-    for (let i = 0; i < model.edgeCount; i++) kinds.add(model.edge(i).kind);
-    kindsInModel.set(model, kinds);
+const edgesInModel = new WeakMap<Model, EdgesInModel>();
+function edgesOf(model: Model): EdgesInModel {
+  let edges = edgesInModel.get(model);
+  if (!edges) {
+    edges = { kinds: new Set(), found: false };
+    for (let i = 0; i < model.edgeCount; i++) {
+      const { kind, found } = model.edge(i);
+      edges.kinds.add(kind);
+      edges.found ||= found;
+    }
+    edgesInModel.set(model, edges);
   }
-  return kinds;
+  return edges;
 }
 
 export class LineagePanel {
@@ -63,6 +73,11 @@ export class LineagePanel {
     this.expansion = this.start();
     this.focusRing.setAttribute("aria-label", `Drawing of the lineage of ${plainName(model.name(root))}. ${kHelp}`);
     this.focusRing.addEventListener("keydown", (event) => this.key(event));
+    this.focusRing.addEventListener("pointerdown", () => this.focusRing.focus({ preventScroll: true }));
+    // Who scrolls down the page does not want to be caught by the drawing on the way.
+    this.focusRing.addEventListener("wheel", (event) => {
+      if (!event.ctrlKey && document.activeElement !== this.focusRing) event.stopPropagation();
+    }, { capture: true });
     this.drawingView = h("div", { class: "drawing" }, h("div", { class: "frame" }, this.focusRing, this.tools()), this.strip, this.note);
     const view = (name: View, label: string): HTMLButtonElement =>
       h("button", { type: "button", onclick: () => this.show(name) }, label);
@@ -185,14 +200,18 @@ export class LineagePanel {
   }
 
   private legend(): HTMLElement {
-    const kinds = (Object.keys(kEdgeKinds) as EdgeKind[]).filter((kind) => edgeKindsOf(this.model).has(kind));
+    const kinds = (Object.keys(kEdgeKinds) as EdgeKind[]).filter((kind) => edgesOf(this.model).kinds.has(kind));
     return h("fieldset", { class: "legend" }, h("legend", { class: "unseen" }, "Kinds of lineage that are shown"),
       kinds.map((kind) => h("label", { title: kEdgeKinds[kind].meaning },
         h("input", { type: "checkbox", checked: this.filter.has(kind), onchange: (event: Event) => {
           this.filter.set(kind, (event.target as HTMLInputElement).checked);
           this.expansion.reread();
           this.show(preferredView);
-        } }), edgeSample(kind), kEdgeKinds[kind].label)));
+        } }), edgeSample(kind), kEdgeKinds[kind].label)),
+      edgesOf(this.model).found && h("span", { class: "sample", title: "Found through the name that a cube gives a dimension" },
+        svg("svg", { class: "edge-sample found", viewBox: "0 0 26 8", "aria-hidden": "true" },
+          svg("line", { x1: 4, y1: 4, x2: 25, y2: 4, "stroke-width": 1.5, "stroke-dasharray": "7 4" }),
+          svg("path", { d: "M1 4l4-4 4 4-4 4z" })), "By a cube's name"));
   }
 
   private key(event: KeyboardEvent): void {

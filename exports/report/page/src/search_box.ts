@@ -12,8 +12,8 @@ export function searchBox(app: App, showAll: (query: string) => void): HTMLEleme
   const { model } = app;
   const listId = freshId("found");
   const list = h("ul", { id: listId, role: "listbox", "aria-label": "Found objects" });
-  const foot = h("div", { class: "found-foot" });
-  const popup = h("div", { class: "found", hidden: true }, list, foot);
+  const foot = h("div", { class: "results-foot" });
+  const popup = h("div", { class: "results", hidden: true }, list, foot);
   const input = h("input", {
     type: "text", id: "search", role: "combobox", placeholder: "Search all names", "aria-label": "Search all names",
     "aria-expanded": "false", "aria-controls": listId, "aria-autocomplete": "list", autocomplete: "off", spellcheck: "false",
@@ -50,7 +50,7 @@ export function searchBox(app: App, showAll: (query: string) => void): HTMLEleme
   function option(id: number, i: number): HTMLElement {
     const kind = model.kind(id);
     return h("li", { id: `${listId}-${i}`, role: "option", "aria-selected": "false", onclick: () => leave(() => app.open(id)) },
-      kindMark(kind), h("span", { class: "found-name" }, nameElement(model.name(id))),
+      kindMark(kind), h("span", { class: "result-name" }, nameElement(model.name(id))),
       h("span", { class: "place" }, kKinds[kind].one, model.owners(id).length > 0 && " in ", ownerNames(model, model.owners(id))));
   }
 
