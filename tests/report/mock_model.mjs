@@ -5,10 +5,15 @@ const kinds = ["databaseTable", "databaseColumn", "viewTable", "namedQuery", "vi
   "calculatedMeasure", "kpi", "kpiValue", "cube", "cubeDimension", "cubeAttribute", "cubeMeasure", "perspective"];
 const edgeKinds = ["direct", "computed", "aggregated", "condition", "member"];
 
+export function emptyModel(database) {
+  return { format: "xmla-report/1", program: "xmla-bridge 0.0.0", database, source: "made-up.asdatabase",
+    dialect: "multidimensional", counts: [], kinds, edgeKinds, nodes: [], edges: [], hierarchies: [], dataSources: [],
+    coverage: [] };
+}
+
 class Writer {
   constructor(database) {
-    this.model = { format: "xmla-report/1", program: "xmla-bridge 0.0.0", database, source: "made-up.asdatabase",
-      dialect: "multidimensional", counts: [], kinds, edgeKinds, nodes: [], edges: [], hierarchies: [], dataSources: [], coverage: [] };
+    this.model = emptyModel(database);
   }
   add(kind, name, owner, more = {}) {
     const path = (owner === undefined ? `/${kind}` : this.model.nodes[owner].p) + "/" + name;

@@ -11,7 +11,8 @@ import test, { after, before } from "node:test";
 import { pathToFileURL } from "node:url";
 import { parseArgs } from "node:util";
 import { Browser, pointInDrawing } from "./browser.mjs";
-import { hostileModel, hostileNames, largeModel, pageWith } from "./mock_model.mjs";
+import { corpus } from "./corpus.mjs";
+import { emptyModel, hostileModel, hostileNames, largeModel, pageWith } from "./mock_model.mjs";
 
 const options = parseArgs({ options: {
   program: { type: "string" }, input: { type: "string" }, page: { type: "string" },
@@ -92,8 +93,10 @@ test("the overview has the figures of the database", async () => {
   await using(example, async (page) => {
     assert.equal(await heading(page), expected.database);
     assert.match(await page.title(), new RegExp(expected.database));
-    for (const [label, number] of Object.entries(expected.counts))
-      assert.equal(await page.locator("dl.facts > div", { has: page.getByText(label, { exact: true }) }).locator("dd").innerText(), number, label);
+    for (const [label, number] of Object.entries(expected.counts)) {
+      const pair = page.locator("dl.facts > div", { has: page.getByText(label, { exact: true }) });
+      assert.equal(await pair.locator("dd").innerText(), number, label);
+    }
     assert.doesNotMatch(await page.locator("main").innerText(), /Password=[^*]/i);
     await screenshot(page, "report-overview");
   });
@@ -253,17 +256,37 @@ test("hostile names come through the program as text", async () => {
   const dimensions = names.map((name, i) => `<Dimension><ID>d${i}</ID><Name>${escaped(name)}</Name>
     <Description>${escaped(name)}</Description></Dimension>`);
   const definition = join(folder, "hostile.asdatabase");
-  writeFileSync(definition, `<Database><ID>h</ID><Name>${escaped(names[0])}</Name><Dimensions>${dimensions.join("")}</Dimensions></Database>`);
+  writeFileSync(definition, `<Database><ID>h</ID><Name>${escaped(names[0])}</Name>
+    <Dimensions>${dimensions.join("")}</Dimensions></Database>`);
   await using(report(definition, "from-definition.html") + "#/dimensions", async (page) => {
     const shown = await page.locator("main tbody th > a > bdi").allTextContents();
     assert.deepEqual(shown, names.map((name) => name.replace("\u202e", "RLO").replace("\u2066", "LRI")));
   });
 });
 
+test("expressions are coloured by their language", async () => {
+  const cases = corpus("highlight.txt");
+  const model = emptyModel("Colours");
+  const kind = model.kinds.indexOf("calculatedMeasure");
+  for (const { title, input } of cases) {
+    const [language, ...lines] = input.split("\n");
+    model.nodes.push({ k: kind, n: title, p: `/${title}`, l: language, e: lines.join("\n") });
+  }
+  const url = made("colours.html", pageWith(readFileSync(options.page, "utf8"), model));
+  await using(`${url}#/kind/calculatedMeasure`, async (page) => {
+    const coloured = await page.locator("td code").evaluateAll((codes) => codes.map((code) =>
+      Array.from(code.childNodes, (node) => node.nodeType === Node.TEXT_NODE ? node.data
+        : `«${node.className.replace("t-", "")} ${node.textContent}»`).join("")));
+    cases.forEach(({ title, expected: wanted }, i) => assert.equal(coloured[i], wanted, title));
+  });
+});
+
 test("light, dark and paper keep their contrast", async () => {
   const pages = ["", "#/tables", "#/coverage", "#/unresolved", "#/kind/calculatedMeasure", address(expected.objects[0].path),
     address("/Cubes/Stays/Stays"), address("/Dimensions/Date")];
-  const pictures = { [address(expected.objects[0].path)]: "lineage", [address("/Cubes/Stays/Stays")]: "cube", "#/coverage": "coverage" };
+  const pictures = {
+    [address(expected.objects[0].path)]: "lineage", [address("/Cubes/Stays/Stays")]: "cube", "#/coverage": "coverage",
+  };
   await using(example, async (page) => {
     for (const themeName of ["light", "dark"]) {
       for (const hash of pages) {
@@ -296,7 +319,8 @@ test("the system's choice of dark is followed", async () => {
 
 test("it works in a frame that may keep nothing", async () => {
   const inner = readFileSync(new URL(example), "utf8").replace(/&/g, "&amp;").replace(/"/g, "&quot;");
-  await using(made("sandbox.html", `<iframe sandbox="allow-scripts" style="width:1200px;height:700px" srcdoc="${inner}"></iframe>`), async (page) => {
+  const outer = `<iframe sandbox="allow-scripts" style="width:1200px;height:700px" srcdoc="${inner}"></iframe>`;
+  await using(made("sandbox.html", outer), async (page) => {
     const frame = page.frameLocator("iframe");
     await frame.locator("main h1").waitFor();
     await frame.getByRole("link", { name: "Unresolved", exact: false }).first().click();

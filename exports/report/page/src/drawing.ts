@@ -52,7 +52,8 @@ function place(sight: Sight): Placing {
     const { x, y } = graph.node(String(id)) as Point;
     return [id, { x, y }];
   }));
-  const ways = new Map(graph.edges().map((edge) => [`${edge.v} ${edge.w}`, (graph.edge(edge) as { points: Point[] }).points]));
+  const wayOf = (edge: { v: string; w: string }): Point[] => (graph.edge(edge) as { points: Point[] }).points;
+  const ways = new Map(graph.edges().map((edge) => [`${edge.v} ${edge.w}`, wayOf(edge)]));
   return { points, ways };
 }
 

@@ -13,8 +13,8 @@ const kLongest = 50_000;
 
 const kCStyleComments = /\/\*[\s\S]*?(?:\*\/|$)|(?:\/\/|--).*/;
 
-function words(list: string): RegExp {
-  return new RegExp(`\\b(?:${list.trim().split(/\s+/).join("|")})\\b`, "i");
+function words(list: string, flags = "i"): RegExp {
+  return new RegExp(`\\b(?:${list.trim().split(/\s+/).join("|")})\\b`, flags);
 }
 
 const kMdx: Grammar = {
@@ -55,7 +55,10 @@ const kM: Grammar = {
   comment: { pattern: /\/\*[\s\S]*?(?:\*\/|$)|\/\/.*/, greedy: true },
   name: { pattern: /#"(?:[^"]|"")*"/, greedy: true },
   string: { pattern: /"(?:[^"]|"")*"/, greedy: true },
-  keyword: /#(?:binary|date|datetime|datetimezone|duration|table|time|sections|shared)\b|\b(?:let|in|each|if|then|else|try|otherwise|type|as|is|meta|section|shared|and|or|not|error|null|true|false)\b/,
+  keyword: [
+    /#(?:binary|date|datetime|datetimezone|duration|table|time|sections|shared)\b/,
+    words("let in each if then else try otherwise type as is meta section shared and or not error null true false", ""),
+  ],
   function: /\b[A-Za-z_][\w.]*(?=\s*\()/,
   number: /\b\d+(?:\.\d+)?(?:e[+-]?\d+)?\b/i,
   operator: /=>|<>|<=|>=|\.\.|[-+*/=<>&?@]/,

@@ -80,6 +80,7 @@ export function kindMark(kind: Kind): SVGElement {
 export function kindImage(kind: Kind, colour: string): string {
   const text = `<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16" width="48" height="48">` +
     `<rect width="16" height="16" rx="4" fill="${colour}"/>` +
-    `<path d="${kKinds[kind].glyph}" fill="none" stroke="#fff" stroke-width="1.2" stroke-linecap="round" stroke-linejoin="round"/></svg>`;
+    `<path d="${kKinds[kind].glyph}" fill="none" stroke="#fff" stroke-width="1.2" stroke-linecap="round" ` +
+    `stroke-linejoin="round"/></svg>`;
   return "data:image/svg+xml;utf8," + encodeURIComponent(text);
 }

@@ -3,7 +3,9 @@
 import { announce, h, svg } from "./dom";
 import { Drawing, kEdgeStrokes } from "./drawing";
 import { kEdgeKinds, kKinds } from "./kinds";
-import { ContainerFlows, type Direction, EdgeFilter, Expansion, isContainer, kDirections, kMostInSight, ObjectFlows } from "./lineage";
+import {
+  ContainerFlows, type Direction, EdgeFilter, Expansion, isContainer, kDirections, kMostInSight, ObjectFlows,
+} from "./lineage";
 import type { EdgeKind, Model } from "./model";
 import { codeBlock, objectLink, ownerNames } from "./parts";
 import { counted, plainName } from "./text";
@@ -57,7 +59,8 @@ export class LineagePanel {
   private readonly ended = new AbortController();
 
   private readonly canvas = h("div", { class: "canvas" });
-  private readonly focusRing = h("div", { class: "focus-frame", tabindex: "0", role: "application", "aria-label": "" }, this.canvas);
+  private readonly focusRing = h("div", { class: "focus-frame", tabindex: "0", role: "application" },
+    this.canvas);
   private readonly strip = h("div", { class: "selection" });
   private readonly note = h("p", { class: "note" });
   private readonly drawingView: HTMLElement;
@@ -78,7 +81,8 @@ export class LineagePanel {
     this.focusRing.addEventListener("wheel", (event) => {
       if (!event.ctrlKey && document.activeElement !== this.focusRing) event.stopPropagation();
     }, { capture: true });
-    this.drawingView = h("div", { class: "drawing" }, h("div", { class: "frame" }, this.focusRing, this.tools()), this.strip, this.note);
+    this.drawingView = h("div", { class: "drawing" }, h("div", { class: "frame" }, this.focusRing, this.tools()),
+      this.strip, this.note);
     const view = (name: View, label: string): HTMLButtonElement =>
       h("button", { type: "button", onclick: () => this.show(name) }, label);
     this.viewButtons = { drawing: view("drawing", "Drawing"), tree: view("tree", "Tree") };
@@ -184,7 +188,8 @@ export class LineagePanel {
     const open = this.expansion.isOpen(id, direction);
     const what = counted(all, direction === "sources" ? "source" : "dependant");
     return h("button", { type: "button", class: "quiet", "aria-expanded": String(open),
-      onclick: () => open ? this.collapse(id, direction) : this.expand(id, direction) }, open ? `− Hide ${what}` : `+ Show ${what}`);
+      onclick: () => open ? this.collapse(id, direction) : this.expand(id, direction) },
+      open ? `− Hide ${what}` : `+ Show ${what}`);
   }
 
   private tools(): HTMLElement {
@@ -222,14 +227,17 @@ export class LineagePanel {
     if (event.ctrlKey || event.metaKey || event.altKey) return;
     if (arrow) this.moveTo(this.drawing?.neighbour(this.selected, ...arrow));
     else if (event.key === "Enter") this.open(this.selected);
-    else if (event.key === "+" || event.key === "=") this.changeSides((direction) => this.expansion.open(this.selected, direction));
-    else if (event.key === "-") this.changeSides((direction) => this.expansion.close(this.selected, direction));
+    else if (event.key === "+" || event.key === "=") this.change(this.selected, () => this.openBothSides());
+    else if (event.key === "-") this.change(this.selected, () => this.closeBothSides());
     else return;
     event.preventDefault();
   }
 
-  private changeSides(step: (direction: Direction) => void): void {
-    this.change(this.selected, () => kDirections.forEach(step));
+  private openBothSides(): void {
+    for (const direction of kDirections) this.expansion.open(this.selected, direction);
+  }
+  private closeBothSides(): void {
+    for (const direction of kDirections) this.expansion.close(this.selected, direction);
   }
 
   private moveTo(id: number | undefined): void {

@@ -48,7 +48,10 @@ function pageAt(app: App, address: string): Page {
     case "unresolved": return unresolvedPage(app);
     case "search": return searchPage(app, decoded(rest));
     case "kind": return Object.hasOwn(kKinds, rest) ? kindPage(app, rest as Kind) : missingPage(address);
-    case "n": return /^\d+$/.test(rest) && Number(rest) < model.nodeCount ? objectPage(app, Number(rest)) : missingPage(address);
+    case "n": {
+      const id = /^\d+$/.test(rest) ? Number(rest) : model.nodeCount;
+      return id < model.nodeCount ? objectPage(app, id) : missingPage(address);
+    }
     case "o": {
       // A path begins with its own slash, or with the address of a database.
       const id = model.atPath(decoded(rest)) ?? model.atPath("/" + decoded(rest));
@@ -57,6 +60,9 @@ function pageAt(app: App, address: string): Page {
     default: return missingPage(address);
   }
 }
+
+/** More would push the rest out of sight; all are on their page. */
+const kCubesBeside = 20;
 
 interface Entry {
   href: string;
@@ -79,10 +85,11 @@ function navigation(model: Model): HTMLElement {
   ];
   const link = (entry: Entry): HTMLElement => h("li", {}, h("a", { href: entry.href }, h("span", {}, entry.label),
     entry.number !== undefined && h("span", { class: "number" }, count(entry.number))));
-  const cubes = model.ofKind("cube").slice(0, 20);
-  return h("nav", { class: "side", "aria-label": "The model" }, h("ul", {}, entries.filter((entry) => entry.number !== 0).map(link)),
-    cubes.length > 0 && h("h2", {}, "Cubes"),
-    cubes.length > 0 && h("ul", { class: "cubes" }, cubes.map((id) => h("li", {}, h("a", { href: model.href(id) }, nameElement(model.name(id)))))));
+  const cubes = model.ofKind("cube").slice(0, kCubesBeside).map((id) =>
+    h("li", {}, h("a", { href: model.href(id) }, nameElement(model.name(id)))));
+  return h("nav", { class: "side", "aria-label": "The model" },
+    h("ul", {}, entries.filter((entry) => entry.number !== 0).map(link)),
+    cubes.length > 0 && [h("h2", {}, "Cubes"), h("ul", { class: "cubes" }, cubes)]);
 }
 
 function themeButton(): HTMLElement {
@@ -143,7 +150,8 @@ class Frame {
   }
 
   private follow(event: MouseEvent): void {
-    if (event.defaultPrevented || event.button !== 0 || event.ctrlKey || event.metaKey || event.shiftKey || event.altKey) return;
+    const elsewhere = event.ctrlKey || event.metaKey || event.shiftKey || event.altKey;
+    if (event.defaultPrevented || event.button !== 0 || elsewhere) return;
     const address = (event.target as Element).closest("a")?.getAttribute("href");
     if (!address?.startsWith("#/")) return;
     event.preventDefault();

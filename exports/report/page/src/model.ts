@@ -198,7 +198,8 @@ export class Model {
   /** Where in the page an object is shown. */
   href(id: number): string {
     const path = this.node(id).p;
-    return path !== undefined && this.byPath.get(path) === id && !kHalfCharacter.test(path) ? "#/o/" + encodePath(path.replace(/^\//, "")) : `#/n/${id}`;
+    const leadsBack = path !== undefined && this.byPath.get(path) === id && !kHalfCharacter.test(path);
+    return leadsBack ? "#/o/" + encodePath(path.replace(/^\//, "")) : `#/n/${id}`;
   }
 }
 

@@ -134,9 +134,11 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
 /** How much of something leads to a column. What only the graph found is told apart. */
 export function coverageBar(label: string, total: number, reached: number, byModel: number): HTMLElement {
   const share = (part: number): string => `${total === 0 ? 0 : (100 * part) / total}%`;
-  const bar = h("span", { class: "bar", "aria-hidden": "true" }, h("span", { class: "by-model" }), h("span", { class: "by-graph" }));
-  (bar.firstChild as HTMLElement).style.width = share(byModel);
-  (bar.lastChild as HTMLElement).style.width = share(reached - byModel);
+  const inModel = h("span", { class: "by-model" });
+  const inGraph = h("span", { class: "by-graph" });
+  inModel.style.width = share(byModel);
+  inGraph.style.width = share(reached - byModel);
+  const bar = h("span", { class: "bar", "aria-hidden": "true" }, inModel, inGraph);
   const figures = total === 0 ? "none" : `${count(reached)} of ${count(total)} (${Math.floor((100 * reached) / total)} %)`;
   return h("div", { class: "coverage" }, h("span", { class: "coverage-label" }, label), bar,
     h("span", { class: "coverage-figures" }, figures));

@@ -40,7 +40,8 @@ export function searchBox(app: App, showAll: (query: string) => void): HTMLEleme
     list.replaceChildren(...ids.map((id, i) => option(id, i)));
     foot.replaceChildren(found.total === 0 ? "Nothing has this in its name."
       : found.total > ids.length
-        ? h("button", { type: "button", class: "quiet", onclick: () => leave(() => showAll(query)) }, `Show all ${counted(found.total, "object")}`)
+        ? h("button", { type: "button", class: "quiet", onclick: () => leave(() => showAll(query)) },
+          `Show all ${counted(found.total, "object")}`)
         : counted(found.total, "object"));
     popup.hidden = false;
     input.setAttribute("aria-expanded", "true");

@@ -125,7 +125,8 @@ export class Tree {
   }
 
   private visible(): HTMLElement[] {
-    return Array.from(this.list.querySelectorAll<HTMLElement>("[role=treeitem]")).filter((element) => !element.closest("[hidden]"));
+    const all = Array.from(this.list.querySelectorAll<HTMLElement>("[role=treeitem]"));
+    return all.filter((element) => !element.closest("[hidden]"));
   }
 
   private click(event: MouseEvent): void {

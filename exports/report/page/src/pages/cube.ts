@@ -44,7 +44,8 @@ function definition(model: Model, id: number): Child {
   const { e, l } = model.node(id);
   const how = aggregation(model, id);
   const sources = model.edgesInto(id).filter((edge) => edge.kind === "aggregated" || edge.kind === "direct");
-  const column = (how || !e) && sources.length > 0 && h("span", { class: "aggregation" }, how && (how === "None" ? "Not added up: " : `${how} of `),
+  const verb = how && (how === "None" ? "Not added up: " : `${how} of `);
+  const column = (how || !e) && sources.length > 0 && h("span", { class: "aggregation" }, verb,
     sources.slice(0, 3).map((edge, i) => [i > 0 && ", ", objectLink(model, edge.from)]));
   return [column || (!e && h("span", { class: "aggregation" }, how)), e && codeBlock(e, l, 3)];
 }
@@ -94,7 +95,10 @@ function groups(model: Model, cube: number): Child {
   const ids = model.partsOfKind(cube, "measureGroup", "linkedMeasureGroup", "calculations", "perspective");
   if (ids.length === 0) return null;
   return section(titled("Measure groups, calculations and perspectives", ids.length), h("ul", { class: "chips" },
-    ids.map((id) => h("li", {}, objectLink(model, id), " ", h("span", { class: "number" }, model.parts(id).length > 0 && count(model.parts(id).length))))));
+    ids.map((id) => {
+      const number = model.parts(id).length;
+      return h("li", {}, objectLink(model, id), " ", number > 0 && h("span", { class: "number" }, count(number)));
+    })));
 }
 
 export function cubeSections(model: Model, cube: number): Child {

@@ -29,7 +29,8 @@ export function unresolvedPage({ model }: App): Page {
     title: "Unresolved references",
     element: h("article", {},
       h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, titled("Unresolved references", ids.length)),
-        h("p", { class: "subtitle" }, "Expressions with names that mean nothing in the model. What else an expression names is followed all the same.")),
+        h("p", { class: "subtitle" }, "Expressions with names that mean nothing in the model. ",
+          "What else an expression names is followed all the same.")),
       ids.length === 0 ? h("p", { class: "note" }, "Every name in every expression was found.")
         : h("section", { class: "panel", "aria-label": "All of them" }, unresolvedTable(model, ids, true))),
   };
@@ -51,7 +52,8 @@ export function coveragePage({ model }: App): Page {
       h("div", { class: "cards" }, model.data.coverage.map((row) => h("section", { class: "panel" },
         h("h2", {}, row.n < 0 ? "Whole database" : objectLink(model, row.n)),
         coverageBar("Attributes", row.a[0], row.a[1], row.a[2]), coverageBar("Measures", row.m[0], row.m[1], row.m[2]),
-        row.m[3] > 0 && h("p", { class: "note" }, `Not counted: ${counted(row.m[3], "measure")} that count rows, without a column by nature.`)))),
+        row.m[3] > 0 && h("p", { class: "note" },
+          `Not counted: ${counted(row.m[3], "measure")} that count rows, without a column by nature.`)))),
       open.length > 0 && section(titled("Leading to no column", open.length), table({
         label: "objects that lead to no column", rows: open,
         filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""}`,

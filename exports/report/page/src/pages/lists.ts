@@ -4,7 +4,7 @@ import { type Child, h } from "../dom";
 import { kKinds } from "../kinds";
 import type { Kind, Model } from "../model";
 import { badge, codeBlock, type Column, objectLink, ownerNames, placedLink, section, table, titled } from "../parts";
-import { count, nameElement } from "../text";
+import { count, counted, nameElement, plainName } from "../text";
 import { description } from "./overview";
 import type { App, Page } from "./page";
 
@@ -63,7 +63,7 @@ function viewTables(model: Model, title: Child, ids: number[]): HTMLElement {
     label: "tables", rows: ids, filterText: (id) => `${model.name(id)} ${model.node(id).q ?? ""}`,
     columns: [
       { title: "Table", cell: (id) => [objectLink(model, id), description(model, id)] },
-      { title: "Kind", cell: (id) => model.kind(id) === "viewTable" || model.kind(id) === "databaseTable" ? "" : badge(kKinds[model.kind(id)].one) },
+      { title: "Kind", cell: (id) => model.kind(id) === "namedQuery" && badge(kKinds.namedQuery.one) },
       { title: "Name in expressions", cell: (id) => model.node(id).q && h("code", {}, nameElement(model.node(id).q!)) },
       { title: "Columns", class: "figure", cell: (id) => count(model.parts(id).length) },
     ],
@@ -79,7 +79,8 @@ export function tablesPage({ model }: App): Page {
     else byView.set(view, [id]);
   }
   const database = model.ofKind("databaseTable");
-  return listPage("Tables and queries", "What the model reads, as its data source views see it, and the tables of databases behind them",
+  return listPage("Tables and queries",
+    "What the model reads, as its data source views see it, and the tables of databases behind them",
     Array.from(byView, ([view, ids]) => viewTables(model, [nameElement(view || "Data source view"), " ",
       h("span", { class: "number" }, count(ids.length))], ids)),
     database.length > 0 && viewTables(model, titled("Tables of databases", database.length), database));
@@ -88,7 +89,8 @@ export function tablesPage({ model }: App): Page {
 export function searchPage({ model, search }: App, query: string): Page {
   const found = search().find(query, kMostFound);
   const left = found.total - found.ids.length;
-  return listPage("Search", `${count(found.total)} objects for “${query}”${left > 0 ? `, the best ${count(kMostFound)} shown` : ""}`,
+  const shown = left > 0 ? `, the best ${count(kMostFound)} shown` : "";
+  return listPage("Search", `${counted(found.total, "object")} for “${plainName(query)}”${shown}`,
     h("section", { class: "panel", "aria-label": "Found" }, table({
       label: "found objects", rows: found.ids,
       columns: [

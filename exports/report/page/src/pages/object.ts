@@ -4,7 +4,9 @@ import { type Child, fragment, h } from "../dom";
 import { kKinds, kindMark } from "../kinds";
 import { LineagePanel } from "../lineage_panel";
 import type { Edge, Kind, Model } from "../model";
-import { aggregation, badge, codeBlock, codeTitle, type Column, edgeBadge, facts, objectLink, placedLink, section, table, titled } from "../parts";
+import {
+  aggregation, badge, codeBlock, codeTitle, type Column, edgeBadge, facts, objectLink, placedLink, section, table, titled,
+} from "../parts";
 import { count, counted, nameElement, percent, plainName } from "../text";
 import { cubeSections } from "./cube";
 import type { App, Page } from "./page";

@@ -65,7 +65,8 @@ function coverage(model: Model): Child {
   const whole = data.coverage.find((row) => row.n < 0);
   const perCube = data.coverage.filter((row) => row.n >= 0);
   return section(h("a", { href: "#/coverage" }, "Lineage to a database column"),
-    whole && [coverageBar("Attributes", whole.a[0], whole.a[1], whole.a[2]), coverageBar("Measures", whole.m[0], whole.m[1], whole.m[2])],
+    whole && coverageBar("Attributes", whole.a[0], whole.a[1], whole.a[2]),
+    whole && coverageBar("Measures", whole.m[0], whole.m[1], whole.m[2]),
     perCube.length > 1 && h("div", { class: "coverage-by-cube" }, perCube.slice(0, 12).map((row) =>
       coverageBar(model.name(row.n), row.a[0] + row.m[0], row.a[1] + row.m[1], row.a[2] + row.m[2]))),
     h("p", { class: "note" }, h("span", { class: "swatch by-model" }), " as the model has it ",
@@ -85,7 +86,8 @@ function dataSources(model: Model): Child {
 
 function unresolved(model: Model): Child {
   const ids = unresolvedIds(model);
-  if (ids.length === 0) return section("Unresolved references", h("p", { class: "note" }, "Every name in every expression was found."));
+  if (ids.length === 0)
+    return section("Unresolved references", h("p", { class: "note" }, "Every name in every expression was found."));
   return section(h("a", { href: "#/unresolved" }, titled("Unresolved references", ids.length)),
     unresolvedTable(model, ids.slice(0, kFewUnresolved)),
     ids.length > kFewUnresolved && h("p", {}, h("a", { href: "#/unresolved" }, `All ${count(ids.length)} expressions`)));
@@ -107,6 +109,7 @@ export function overviewPage({ model }: App): Page {
       h("div", { class: "two-columns wide-left" },
         h("div", {}, cubes(model), dataSources(model)),
         h("div", {}, coverage(model), unresolved(model),
-          section("In figures", h("div", { class: "figures" }, facts(data.counts.map(([label, number]) => [label, count(number)]))))))),
+          section("In figures", h("div", { class: "figures" },
+            facts(data.counts.map(([label, number]) => [label, count(number)]))))))),
   };
 }
