@@ -29,6 +29,7 @@ struct Command {
 
 Command addImport(CLI::App& program);
 Command addExport(CLI::App& program);
+Command addReport(CLI::App& program);
 Command addTrace(CLI::App& program);
 Command addImpact(CLI::App& program);
 Command addCoverage(CLI::App& program);

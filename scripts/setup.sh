@@ -74,6 +74,9 @@ need_for_program() {
   need archive jackson-core libjackson2-core-java
   need archive jackson-annotations libjackson2-annotations-java
   need archive jackson-databind libjackson2-databind-java
+  # The page of the report.
+  need command node nodejs
+  need command npm npm
 }
 
 need_for_tests() {
@@ -83,8 +86,7 @@ need_for_tests() {
   need command nm binutils
   need command parallel parallel
   need command sqlite3 sqlite3
-  need command node nodejs
-  need command npm npm
+  need command chromium chromium
 }
 
 need_for_benchmarks() {

@@ -85,7 +85,7 @@ if [ ${#files[@]} -gt 0 ]; then
   report < <(run_time_types "${files[@]}")
   report < <(grep -L '^#pragma once$' "${files[@]}" | sed -n 's,\.h$,&: no #pragma once,p')
 fi
-report < <(find . -name .git -prune -o -name 'build*' -prune -o \
+report < <(find . -name .git -prune -o -name node_modules -prune -o -name 'build*' -prune -o \
   -type f -regextype posix-extended -iregex '.*/([^/]*[_-])?(utils?|utility|common|misc|helpers?)([._-][^/]*)?' -print |
   sed 's,^\./,,; s,$,: a file is named after what it holds,' | sort)
 

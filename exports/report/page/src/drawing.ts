@@ -1,0 +1,331 @@
+// The drawing of a lineage: Cytoscape draws and moves, dagre places in layers, data flow from left to right.
+
+import { Graph, layout } from "@dagrejs/dagre";
+import cytoscape from "cytoscape";
+import { kEdgeKinds, kindImage, kKinds } from "./kinds";
+import type { Direction, Handle, Sight } from "./lineage";
+import type { Model } from "./model";
+import { fitted, plainName } from "./text";
+import { colours } from "./theme";
+
+export interface DrawingActions {
+  select(id: number): void;
+  open(id: number): void;
+  expand(id: number, direction: Direction): void;
+  collapse(id: number, direction: Direction): void;
+}
+
+const kWidth = 190;
+const kHeight = 46;
+const kLayerGap = 58;
+const kInLayer = 0.05;
+const kTextLeft = 34 - kWidth / 2;
+const kTextWidth = kWidth - 34 - 8;
+const kNameSize = 13.5;
+const kCaptionSize = 11.5;
+const kHandleInset = 5;
+const kHandleRise = 14;
+const kMargin = 28;
+const kLeastReadable = 0.62;
+const kReadable = 0.8;
+const kMoveTime = 220;
+
+interface Point {
+  x: number;
+  y: number;
+}
+
+interface Placing {
+  points: Map<number, Point>;
+  /** For edges that pass layers: where they go through, by "from to". */
+  ways: Map<string, Point[]>;
+}
+
+function place(sight: Sight): Placing {
+  const graph = new Graph();
+  graph.setGraph({ rankdir: "LR", nodesep: 16, ranksep: kLayerGap, marginx: 24, marginy: 24 });
+  graph.setDefaultEdgeLabel(() => ({}));
+  for (const id of sight.ids) graph.setNode(String(id), { width: kWidth, height: kHeight });
+  for (const flow of sight.flows) if (flow.from !== flow.to) graph.setEdge(String(flow.from), String(flow.to));
+  layout(graph);
+  const points = new Map(sight.ids.map((id) => {
+    const { x, y } = graph.node(String(id)) as Point;
+    return [id, { x, y }];
+  }));
+  const wayOf = (edge: { v: string; w: string }): Point[] => (graph.edge(edge) as { points: Point[] }).points;
+  const ways = new Map(graph.edges().map((edge) => [`${edge.v} ${edge.w}`, wayOf(edge)]));
+  return { points, ways };
+}
+
+/** The control points of an edge that leaves an object to the right and reaches the next one from the left,
+ * through the gaps that the layout left for it. */
+function bends(from: Point, to: Point, way: Point[]): Point[] {
+  const start = from.x + kWidth / 2;
+  const end = to.x - kWidth / 2;
+  const middle = kLayerGap / 2;
+  if (end - start < kLayerGap + 1) return [{ x: start + middle, y: from.y }, { x: end - middle, y: to.y }];
+  // The layout gives points between the layers, too; those in a layer are whole steps away.
+  const steps = (x: number): number => (x - from.x) / (kWidth + kLayerGap);
+  const layers = way.filter(({ x }) => x > start && x < end && Math.abs(steps(x) - Math.round(steps(x))) < kInLayer);
+  return [{ x: start + middle, y: from.y },
+    ...layers.flatMap(({ x, y }) => [{ x: x - kWidth / 2, y }, { x: x + kWidth / 2, y }]), { x: end - middle, y: to.y }];
+}
+
+/** The control points as Cytoscape takes them: along the straight line between the ends, and beside it. */
+function curve(from: Point, to: Point, way: Point[]): { weights: string; distances: string } | undefined {
+  const start = { x: from.x + kWidth / 2, y: from.y };
+  const dx = to.x - kWidth / 2 - start.x;
+  const dy = to.y - start.y;
+  // What leads back goes straight.
+  if (dx <= 0) return undefined;
+  const square = dx * dx + dy * dy;
+  const points = bends(from, to, way).map(({ x, y }) => ({ x: x - start.x, y: y - start.y }));
+  return {
+    weights: points.map(({ x, y }) => (x * dx + y * dy) / square).join(" "),
+    distances: points.map(({ x, y }) => (y * dx - x * dy) / Math.sqrt(square)).join(" "),
+  };
+}
+
+function styleSheet(): cytoscape.StylesheetJson {
+  const c = colours();
+  const font = getComputedStyle(document.body).fontFamily;
+  return [
+    { selector: "core", style: { "active-bg-opacity": 0, "selection-box-opacity": 0, "selection-box-border-width": 0,
+      "selection-box-color": c.surface, "active-bg-color": c.surface, "active-bg-size": 0,
+      "outside-texture-bg-color": c.surface, "outside-texture-bg-opacity": 1 } },
+    { selector: "node.object", style: {
+      shape: "round-rectangle", width: kWidth, height: kHeight, "background-color": c.raised, "border-width": 1,
+      "border-color": c.line, "background-image": "data(mark)", "background-width": "20px", "background-height": "20px",
+      "background-position-x": "8px", "background-position-y": "50%", "background-fit": "none", "overlay-opacity": 0,
+    } },
+    { selector: "node.root", style: { "border-width": 2, "border-color": c.ink } },
+    { selector: "node.selected", style: { "border-width": 3, "border-color": c.accent, "background-color": c.tint } },
+    { selector: "node.text", style: {
+      width: 1, height: 1, "background-opacity": 0, events: "no", label: "data(text)", "text-halign": "right",
+      "text-valign": "center", "font-family": font, "min-zoomed-font-size": 4, "overlay-opacity": 0,
+    } },
+    { selector: "node.name", style: { "font-size": kNameSize, "font-weight": 600, color: c.ink } },
+    { selector: "node.caption", style: { "font-size": kCaptionSize, color: c.muted } },
+    { selector: "node.handle", style: {
+      shape: "round-rectangle", width: "data(width)", height: 18, "background-color": c.surface, "border-width": 1,
+      "border-color": c.accent, label: "data(text)", color: c.accent, "font-size": 11, "font-weight": 700,
+      "font-family": font, "text-valign": "center", "text-halign": "center", "overlay-opacity": 0,
+    } },
+    { selector: "edge", style: {
+      width: 1.5, "line-color": c.edge, "curve-style": "bezier", "target-arrow-shape": "triangle",
+      "target-arrow-color": c.edge, "arrow-scale": 0.9, "source-endpoint": "90deg", "target-endpoint": "270deg",
+      "overlay-opacity": 0,
+    } },
+    { selector: "edge.curved", style: { "curve-style": "unbundled-bezier", "edge-distances": "endpoints",
+      "control-point-weights": "data(weights)", "control-point-distances": "data(distances)" } },
+    { selector: "edge.loop", style: { "source-endpoint": "outside-to-node", "target-endpoint": "outside-to-node",
+      "loop-direction": "0deg", "loop-sweep": "60deg", "control-point-step-size": 44 } },
+    { selector: "edge.computed", style: { "line-style": "dashed", "line-dash-pattern": [7, 4],
+      "line-color": c.computed, "target-arrow-color": c.computed } },
+    { selector: "edge.aggregated", style: { width: 3, "line-color": c.aggregated, "target-arrow-color": c.aggregated } },
+    { selector: "edge.condition", style: { "line-style": "dotted", width: 2, "line-color": c.condition,
+      "target-arrow-color": c.condition, "target-arrow-shape": "vee" } },
+    { selector: "edge.member", style: { width: 1, "target-arrow-shape": "circle", "target-arrow-fill": "hollow",
+      "line-color": c.faint, "target-arrow-color": c.faint } },
+    { selector: "edge.found", style: { "source-arrow-shape": "diamond", "source-arrow-color": c.accent } },
+    { selector: "edge.near", style: { width: 3, "z-index": 5 } },
+  ] as cytoscape.StylesheetJson;
+}
+
+export class Drawing {
+  private readonly cy: cytoscape.Core;
+  private points = new Map<number, Point>();
+  private selected = -1;
+  private readonly font = getComputedStyle(document.body).fontFamily;
+  private readonly still = matchMedia("(prefers-reduced-motion: reduce)").matches;
+
+  constructor(container: HTMLElement, private readonly model: Model, private readonly root: number,
+    private readonly actions: DrawingActions) {
+    this.cy = cytoscape({
+      container, style: styleSheet(), minZoom: 0.1, maxZoom: 2.5, autoungrabify: true,
+      autounselectify: true, boxSelectionEnabled: false,
+    });
+    this.cy.on("tap", "node.object", (event) => this.actions.select(event.target.data("object") as number));
+    this.cy.on("dbltap", "node.object", (event) => this.actions.open(event.target.data("object") as number));
+    this.cy.on("tap", "node.handle", (event) => this.useHandle(event.target.data("handle") as HandleUse));
+    // Paper cannot be moved to what does not fit.
+    this.cy.on("resize", () => { if (matchMedia("print").matches) this.cy.fit(undefined, kMargin); });
+    this.cy.on("mouseover", "node.object, node.handle", () => { container.style.cursor = "pointer"; });
+    this.cy.on("mouseout", "node", () => { container.style.cursor = ""; });
+  }
+
+  destroy(): void {
+    this.cy.destroy();
+  }
+
+  /** Draws what is in sight. The object `anchor` stays where it is on the screen. */
+  show(sight: Sight, anchor?: number): void {
+    const before = anchor === undefined ? undefined : this.points.get(anchor);
+    const { points, ways } = place(sight);
+    const after = anchor === undefined ? undefined : points.get(anchor);
+    const old = this.points;
+    this.points = points;
+    this.cy.startBatch();
+    this.cy.elements().remove();
+    this.cy.add(this.elements(sight, ways));
+    this.cy.endBatch();
+    if (before && after) {
+      const zoom = this.cy.zoom();
+      this.cy.panBy({ x: (before.x - after.x) * zoom, y: (before.y - after.y) * zoom });
+      if (!this.still) this.moveFrom(old, { x: after.x - before.x, y: after.y - before.y });
+    }
+    this.select(this.selected);
+  }
+
+  /** Lets objects glide from where they were to where they are now. */
+  private moveFrom(old: Map<number, Point>, shift: Point): void {
+    this.cy.nodes().forEach((node) => {
+      const from = old.get(node.data("object") as number);
+      if (!from) return;
+      const to = { ...node.position() };
+      const centre = this.points.get(node.data("object") as number)!;
+      node.position({ x: from.x + shift.x + to.x - centre.x, y: from.y + shift.y + to.y - centre.y });
+      node.animate({ position: to }, { duration: kMoveTime, easing: "ease-out" });
+    });
+  }
+
+  private elements(sight: Sight, ways: Map<string, Point[]>): cytoscape.ElementDefinition[] {
+    const elements: cytoscape.ElementDefinition[] = [];
+    for (const id of sight.ids) elements.push(...this.objectElements(id));
+    for (const handle of sight.handles) elements.push(...this.handleElements(handle));
+    for (const flow of sight.flows) {
+      const classes = [flow.kind as string];
+      if (flow.found) classes.push("found");
+      if (flow.from === flow.to) classes.push("loop");
+      const bow = curve(this.points.get(flow.from)!, this.points.get(flow.to)!, ways.get(`${flow.from} ${flow.to}`) ?? []);
+      if (bow) classes.push("curved");
+      elements.push({ data: { source: `o${flow.from}`, target: `o${flow.to}`, ...bow }, classes: classes.join(" ") });
+    }
+    return elements;
+  }
+
+  private objectElements(id: number): cytoscape.ElementDefinition[] {
+    const { x, y } = this.points.get(id)!;
+    const kind = this.model.kind(id);
+    const owner = this.model.node(id).o;
+    const caption = owner === undefined ? kKinds[kind].one : `${kKinds[kind].one} · ${plainName(this.model.name(owner))}`;
+    const text = (part: string, label: string, offset: number): cytoscape.ElementDefinition => ({
+      data: { object: id, text: label }, classes: `text ${part}`, position: { x: x + kTextLeft, y: y + offset },
+    });
+    return [
+      { data: { id: `o${id}`, object: id, mark: kindImage(kind, colours()[kKinds[kind].family]) },
+        classes: id === this.root ? "object root" : "object", position: { x, y } },
+      text("name", fitted(plainName(this.model.name(id)), `600 ${kNameSize}px ${this.font}`, kTextWidth), -9),
+      text("caption", fitted(caption, `${kCaptionSize}px ${this.font}`, kTextWidth), 10),
+    ];
+  }
+
+  private handleElements(handle: Handle): cytoscape.ElementDefinition[] {
+    const { x, y } = this.points.get(handle.id)!;
+    const side = handle.direction === "sources" ? -1 : 1;
+    const make = (text: string, use: HandleUse["use"], offset: number): cytoscape.ElementDefinition => {
+      const width = 12 + 7 * text.length;
+      return {
+        data: { object: handle.id, text, width, handle: { id: handle.id, direction: handle.direction, use } },
+        classes: "handle", position: { x: x + side * (kWidth / 2 - kHandleInset + width / 2), y: y + offset },
+      };
+    };
+    const made: cytoscape.ElementDefinition[] = [];
+    if (handle.hidden > 0) made.push(make(`+${handle.hidden}`, "expand", -kHandleRise));
+    if (handle.open) made.push(make("−", "collapse", kHandleRise));
+    return made;
+  }
+
+  private useHandle({ id, direction, use }: HandleUse): void {
+    this.actions[use](id, direction);
+  }
+
+  select(id: number): void {
+    this.selected = id;
+    this.cy.batch(() => {
+      this.cy.elements(".selected, .near").removeClass("selected near");
+      const node = this.cy.getElementById(`o${id}`);
+      node.addClass("selected");
+      node.connectedEdges().addClass("near");
+    });
+  }
+
+  /** The object that stands nearest to another one in the direction of an arrow key, or undefined. */
+  neighbour(id: number, dx: number, dy: number): number | undefined {
+    const at = this.points.get(id);
+    if (!at) return undefined;
+    let best: number | undefined;
+    let bestDistance = Infinity;
+    for (const [candidate, point] of this.points) {
+      const ahead = (point.x - at.x) * dx + (point.y - at.y) * dy;
+      const aside = Math.abs((point.x - at.x) * dy) + Math.abs((point.y - at.y) * dx);
+      // Within a layer only straight up and down, between layers whatever is near.
+      if (ahead < 1 || (dy !== 0 && aside > 1)) continue;
+      const distance = ahead + aside / 4;
+      if (distance < bestDistance) [best, bestDistance] = [candidate, distance];
+    }
+    return best;
+  }
+
+  /** Moves the drawing so that an object can be seen. */
+  reveal(id: number): void {
+    const node = this.cy.getElementById(`o${id}`);
+    if (node.empty()) return;
+    const { x1, y1, x2, y2 } = this.cy.extent();
+    const { x, y } = this.points.get(id)!;
+    if (x - kWidth / 2 < x1 || x + kWidth / 2 > x2 || y - kHeight / 2 < y1 || y + kHeight / 2 > y2)
+      this.cy.animate({ center: { eles: node } }, { duration: this.still ? 0 : kMoveTime });
+  }
+
+  fit(): void {
+    this.cy.resize();
+    this.cy.fit(undefined, kMargin);
+    if (this.cy.zoom() > 1) {
+      this.cy.zoom(1);
+      this.cy.center();
+    }
+    if (this.cy.zoom() < kLeastReadable) {
+      // Too small to be read: rather the object itself with what is near it.
+      this.cy.zoom(kReadable);
+      this.cy.center(this.cy.getElementById(`o${this.root}`));
+      this.cy.panBy({ x: this.shareBefore() * this.cy.width() - this.middle().x, y: 0 });
+    }
+  }
+  /** Where the object itself stands best, from 0 at the left to 1: the more is before it, the further right. */
+  private shareBefore(): number {
+    const { x } = this.points.get(this.root)!;
+    const others = Array.from(this.points.values()).filter((point) => point.x !== x);
+    const before = others.filter((point) => point.x < x).length;
+    return others.length === 0 ? 0.5 : 0.2 + (0.6 * before) / others.length;
+  }
+  zoomBy(factor: number): void {
+    this.cy.zoom({ level: this.cy.zoom() * factor, renderedPosition: this.middle() });
+  }
+  private middle(): Point {
+    return { x: this.cy.width() / 2, y: this.cy.height() / 2 };
+  }
+
+  /** The theme has changed. */
+  recolour(): void {
+    this.cy.style(styleSheet());
+    this.cy.nodes(".object").forEach((node) => {
+      const kind = this.model.kind(node.data("object") as number);
+      node.data("mark", kindImage(kind, colours()[kKinds[kind].family]));
+    });
+  }
+}
+
+interface HandleUse {
+  id: number;
+  direction: Direction;
+  use: "expand" | "collapse";
+}
+
+/** How the kinds of edges look in the legend: the same strokes as in the drawing. */
+export const kEdgeStrokes: Record<keyof typeof kEdgeKinds, { width: number; dash: string }> = {
+  direct: { width: 1.5, dash: "" },
+  computed: { width: 1.5, dash: "7 4" },
+  aggregated: { width: 3, dash: "" },
+  condition: { width: 2, dash: "2 3" },
+  member: { width: 1, dash: "" },
+};

@@ -1,0 +1,257 @@
+// The lineage of one object: a drawing that is opened step by step, and the same as a tree.
+
+import { announce, h, svg } from "./dom";
+import { Drawing, kEdgeStrokes } from "./drawing";
+import { kEdgeKinds, kKinds } from "./kinds";
+import {
+  ContainerFlows, type Direction, EdgeFilter, Expansion, isContainer, kDirections, kMostInSight, ObjectFlows,
+} from "./lineage";
+import type { EdgeKind, Model } from "./model";
+import { codeBlock, objectLink, ownerNames } from "./parts";
+import { counted, plainName } from "./text";
+import { onThemeChange } from "./theme";
+import { Tree } from "./tree";
+
+type View = "drawing" | "tree";
+
+/** What is opened at first: far enough to tell a story, few enough to be read. */
+const kFirstSources = { depth: 4, most: 22 };
+const kFirstDependants = { depth: 1, most: 12 };
+const kFarDepth = 30;
+const kFarMost = 150;
+const kZoomStep = 1.25;
+
+const kHelp = "Drag to move. A click selects an object, a double click opens it; +N shows what is not in sight. " +
+  "Keys: arrows select, Enter opens, + and − show and hide what is beside the object.";
+
+/** Someone who prefers the tree gets it for the next object, too. */
+let preferredView: View = "drawing";
+
+interface EdgesInModel {
+  kinds: Set<EdgeKind>;
+  /** Whether some were found through the name that a cube gives a dimension. */
+  found: boolean;
+}
+
+/** Only the kinds of edges that the model has are offered. */
+const edgesInModel = new WeakMap<Model, EdgesInModel>();
+function edgesOf(model: Model): EdgesInModel {
+  let edges = edgesInModel.get(model);
+  if (!edges) {
+    edges = { kinds: new Set(), found: false };
+    for (let i = 0; i < model.edgeCount; i++) {
+      const { kind, found } = model.edge(i);
+      edges.kinds.add(kind);
+      edges.found ||= found;
+    }
+    edgesInModel.set(model, edges);
+  }
+  return edges;
+}
+
+export class LineagePanel {
+  readonly element: HTMLElement;
+  private readonly filter = new EdgeFilter();
+  private expansion: Expansion;
+  private readonly byContainers: boolean;
+  private drawing: Drawing | undefined;
+  private selected: number;
+  private readonly ended = new AbortController();
+
+  private readonly canvas = h("div", { class: "canvas" });
+  private readonly focusRing = h("div", { class: "focus-frame", tabindex: "0", role: "application" },
+    this.canvas);
+  private readonly strip = h("div", { class: "selection" });
+  private readonly note = h("p", { class: "note" });
+  private readonly drawingView: HTMLElement;
+  private readonly treeView = h("div", { class: "trees" });
+  private readonly viewButtons: Record<View, HTMLButtonElement>;
+
+  constructor(private readonly model: Model, private readonly root: number, private readonly open: (id: number) => void) {
+    const kind = model.kind(root);
+    this.byContainers = isContainer(kind);
+    // A cube is what it shows: without these edges it would stand there alone.
+    if (kind === "cube" || kind === "perspective" || kind === "cubeDimension") this.filter.set("member", true);
+    this.selected = root;
+    this.expansion = this.start();
+    this.focusRing.setAttribute("aria-label", `Drawing of the lineage of ${plainName(model.name(root))}. ${kHelp}`);
+    this.focusRing.addEventListener("keydown", (event) => this.key(event));
+    this.focusRing.addEventListener("pointerdown", () => this.focusRing.focus({ preventScroll: true }));
+    // Who scrolls down the page does not want to be caught by the drawing on the way.
+    this.focusRing.addEventListener("wheel", (event) => {
+      if (!event.ctrlKey && document.activeElement !== this.focusRing) event.stopPropagation();
+    }, { capture: true });
+    this.drawingView = h("div", { class: "drawing" }, h("div", { class: "frame" }, this.focusRing, this.tools()),
+      this.strip, this.note);
+    const view = (name: View, label: string): HTMLButtonElement =>
+      h("button", { type: "button", onclick: () => this.show(name) }, label);
+    this.viewButtons = { drawing: view("drawing", "Drawing"), tree: view("tree", "Tree") };
+    this.element = h("section", { class: "panel lineage", "aria-labelledby": "lineage-title" },
+      h("div", { class: "panel-head" }, h("h2", { id: "lineage-title" }, "Lineage"), this.legend(),
+        h("div", { class: "switch", role: "group", "aria-label": "Show lineage as" }, Object.values(this.viewButtons))),
+      this.drawingView, this.treeView);
+    onThemeChange(() => this.drawing?.recolour(), this.ended.signal);
+  }
+
+  /** Called when the panel stands in the page: drawing needs its size. */
+  attached(): void {
+    this.show(preferredView);
+  }
+
+  detached(): void {
+    this.ended.abort();
+    this.drawing?.destroy();
+  }
+
+  private start(): Expansion {
+    const flows = this.byContainers ? new ContainerFlows(this.model, this.filter) : new ObjectFlows(this.model, this.filter);
+    const expansion = new Expansion(this.root, flows);
+    expansion.openFar("sources", kFirstSources.depth, kFirstSources.most);
+    expansion.openFar("dependants", kFirstDependants.depth, kFirstDependants.most);
+    return expansion;
+  }
+
+  private show(view: View): void {
+    preferredView = view;
+    for (const [name, button] of Object.entries(this.viewButtons)) button.setAttribute("aria-pressed", String(name === view));
+    this.drawingView.hidden = view !== "drawing";
+    this.treeView.hidden = view !== "tree";
+    if (view === "tree") return this.showTree();
+    const first = !this.drawing;
+    this.drawing ??= new Drawing(this.canvas, this.model, this.root, {
+      select: (id) => this.select(id), open: this.open,
+      expand: (id, direction) => this.expand(id, direction), collapse: (id, direction) => this.collapse(id, direction),
+    });
+    this.redraw();
+    if (first) this.drawing.fit();
+    this.select(this.selected);
+  }
+
+  private showTree(): void {
+    this.treeView.replaceChildren(...kDirections.map(
+      (direction) => new Tree(this.model, this.expansion, direction, this.open).element));
+  }
+
+  private redraw(anchor?: number): void {
+    const sight = this.expansion.sight();
+    this.drawing?.show(sight, anchor);
+    const alone = sight.ids.length === 1;
+    this.note.textContent = sight.full ? `More than ${kMostInSight} objects are not drawn; close some to see others.`
+      : alone ? "Nothing in the model leads to this object or from it along the edges that are shown." : "";
+    if (!sight.ids.includes(this.selected)) this.selected = this.root;
+    this.canvas.dataset.objects = String(sight.ids.length);
+  }
+
+  private expand(id: number, direction: Direction): void {
+    this.change(id, () => this.expansion.open(id, direction));
+  }
+  private collapse(id: number, direction: Direction): void {
+    this.change(id, () => this.expansion.close(id, direction));
+  }
+  private change(anchor: number, step: () => void): void {
+    step();
+    this.redraw(anchor);
+    this.select(anchor);
+    announce(`${counted(this.expansion.sight().ids.length, "object")} in sight`);
+  }
+
+  private startAgain(): void {
+    this.expansion = this.start();
+    this.selected = this.root;
+    this.redraw();
+    this.drawing?.fit();
+    this.select(this.root);
+  }
+  private expandFar(direction: Direction): void {
+    this.expansion.openFar(direction, kFarDepth, kFarMost);
+    this.redraw();
+    this.drawing?.fit();
+    this.select(this.selected);
+  }
+
+  private select(id: number): void {
+    this.selected = id;
+    this.drawing?.select(id);
+    const node = this.model.node(id);
+    const { e, l } = this.model.node(this.model.original(id));
+    this.strip.replaceChildren(
+      h("div", { class: "selection-head" }, objectLink(this.model, id),
+        h("span", { class: "place" }, kKinds[this.model.kind(id)].one, node.o !== undefined && " in ",
+          ownerNames(this.model, this.model.owners(id))),
+        h("span", { class: "buttons" }, kDirections.map((direction) => this.sideButton(id, direction)))),
+      ...(e && id !== this.root ? [codeBlock(e, l, 3)] : []));
+  }
+
+  private sideButton(id: number, direction: Direction): HTMLElement | false {
+    const all = this.expansion.beside(id, direction).length;
+    if (all === 0) return false;
+    const open = this.expansion.isOpen(id, direction);
+    const what = counted(all, direction === "sources" ? "source" : "dependant");
+    return h("button", { type: "button", class: "quiet", "aria-expanded": String(open),
+      onclick: () => open ? this.collapse(id, direction) : this.expand(id, direction) },
+      open ? `− Hide ${what}` : `+ Show ${what}`);
+  }
+
+  private tools(): HTMLElement {
+    const tool = (label: string, text: string, action: () => void): HTMLElement =>
+      h("button", { type: "button", title: label, "aria-label": label, onclick: action }, text);
+    return h("div", { class: "tools", role: "group", "aria-label": "The drawing" },
+      tool("All sources", "« All sources", () => this.expandFar("sources")),
+      tool("All dependants", "All dependants »", () => this.expandFar("dependants")),
+      tool("Start again", "Start again", () => this.startAgain()),
+      tool("Zoom in", "+", () => this.drawing?.zoomBy(kZoomStep)),
+      tool("Zoom out", "−", () => this.drawing?.zoomBy(1 / kZoomStep)),
+      tool("Fit into the frame", "Fit", () => this.drawing?.fit()));
+  }
+
+  private legend(): HTMLElement {
+    const kinds = (Object.keys(kEdgeKinds) as EdgeKind[]).filter((kind) => edgesOf(this.model).kinds.has(kind));
+    return h("fieldset", { class: "legend" }, h("legend", { class: "unseen" }, "Kinds of lineage that are shown"),
+      kinds.map((kind) => h("label", { title: kEdgeKinds[kind].meaning },
+        h("input", { type: "checkbox", checked: this.filter.has(kind), onchange: (event: Event) => {
+          this.filter.set(kind, (event.target as HTMLInputElement).checked);
+          this.expansion.reread();
+          this.show(preferredView);
+        } }), edgeSample(kind), kEdgeKinds[kind].label)),
+      edgesOf(this.model).found && h("span", { class: "sample", title: "Found through the name that a cube gives a dimension" },
+        svg("svg", { class: "edge-sample found", viewBox: "0 0 26 8", "aria-hidden": "true" },
+          svg("line", { x1: 4, y1: 4, x2: 25, y2: 4, "stroke-width": 1.5, "stroke-dasharray": "7 4" }),
+          svg("path", { d: "M1 4l4-4 4 4-4 4z" })), "By a cube's name"));
+  }
+
+  private key(event: KeyboardEvent): void {
+    const arrows: Record<string, [number, number]> = {
+      ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1],
+    };
+    const arrow = arrows[event.key];
+    if (event.ctrlKey || event.metaKey || event.altKey) return;
+    if (arrow) this.moveTo(this.drawing?.neighbour(this.selected, ...arrow));
+    else if (event.key === "Enter") this.open(this.selected);
+    else if (event.key === "+" || event.key === "=") this.change(this.selected, () => this.openBothSides());
+    else if (event.key === "-") this.change(this.selected, () => this.closeBothSides());
+    else return;
+    event.preventDefault();
+  }
+
+  private openBothSides(): void {
+    for (const direction of kDirections) this.expansion.open(this.selected, direction);
+  }
+  private closeBothSides(): void {
+    for (const direction of kDirections) this.expansion.close(this.selected, direction);
+  }
+
+  private moveTo(id: number | undefined): void {
+    if (id === undefined) return;
+    this.select(id);
+    this.drawing?.reveal(id);
+    const hidden = kDirections.map((direction) => this.expansion.beside(id, direction).length);
+    announce(`${plainName(this.model.name(id))}, ${kKinds[this.model.kind(id)].one}, ` +
+      `${counted(hidden[0]!, "source")}, ${counted(hidden[1]!, "dependant")}`);
+  }
+}
+
+function edgeSample(kind: EdgeKind): SVGElement {
+  const { width, dash } = kEdgeStrokes[kind];
+  return svg("svg", { class: `edge-sample edge-${kind}`, viewBox: "0 0 26 8", "aria-hidden": "true" },
+    svg("line", { x1: 1, y1: 4, x2: 25, y2: 4, "stroke-width": width, "stroke-dasharray": dash }));
+}

@@ -1,0 +1,192 @@
+// Reads the model that stands in the page, makes the frame, and shows the page that the address names.
+
+import { h } from "./dom";
+import { kKinds } from "./kinds";
+import { type Kind, Model, type ReportData } from "./model";
+import { coveragePage, unresolvedPage } from "./pages/findings";
+import { cubesPage, dimensionsPage, kindPage, searchPage, tablesPage } from "./pages/lists";
+import { objectPage } from "./pages/object";
+import { overviewPage, unresolvedIds } from "./pages/overview";
+import type { App, Page } from "./pages/page";
+import { searchBox } from "./search_box";
+import { SearchIndex } from "./search";
+import { count, nameElement, plainName } from "./text";
+import { startTheme, switchTheme, theme } from "./theme";
+
+function readModel(): Model {
+  const text = document.getElementById("model")!.textContent!;
+  return new Model(JSON.parse(text) as ReportData);
+}
+
+function missingPage(address: string): Page {
+  return {
+    title: "Not found",
+    element: h("article", {}, h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, "Not found"),
+      h("p", { class: "subtitle" }, "This report has nothing at ", h("code", {}, nameElement(address)), ". ",
+        h("a", { href: "#/" }, "To the overview")))),
+  };
+}
+
+function decoded(text: string): string {
+  try {
+    return decodeURIComponent(text);
+  } catch {
+    return text;
+  }
+}
+
+/** The page at an address such as "#/o/Cubes/Stays". */
+function pageAt(app: App, address: string): Page {
+  const [, first = "", rest = ""] = /^#?\/?([^/]*)\/?([\s\S]*)$/.exec(address)!;
+  const { model } = app;
+  switch (first) {
+    case "": return overviewPage(app);
+    case "cubes": return cubesPage(app);
+    case "dimensions": return dimensionsPage(app);
+    case "tables": return tablesPage(app);
+    case "coverage": return coveragePage(app);
+    case "unresolved": return unresolvedPage(app);
+    case "search": return searchPage(app, decoded(rest));
+    case "kind": return Object.hasOwn(kKinds, rest) ? kindPage(app, rest as Kind) : missingPage(address);
+    case "n": {
+      const id = /^\d+$/.test(rest) ? Number(rest) : model.nodeCount;
+      return id < model.nodeCount ? objectPage(app, id) : missingPage(address);
+    }
+    case "o": {
+      // A path begins with its own slash, or with the address of a database.
+      const id = model.atPath(decoded(rest)) ?? model.atPath("/" + decoded(rest));
+      return id === undefined ? missingPage(address) : objectPage(app, id);
+    }
+    default: return missingPage(address);
+  }
+}
+
+/** More would push the rest out of sight; all are on their page. */
+const kCubesBeside = 20;
+
+interface Entry {
+  href: string;
+  label: string;
+  number?: number;
+}
+
+function navigation(model: Model): HTMLElement {
+  const entries: Entry[] = [
+    { href: "#/", label: "Overview" },
+    { href: "#/cubes", label: "Cubes", number: model.ofKind("cube").length },
+    { href: "#/kind/measure", label: "Measures", number: model.ofKind("measure").length },
+    { href: "#/kind/calculatedMeasure", label: "Calculations", number: model.ofKind("calculatedMeasure").length },
+    { href: "#/kind/kpi", label: "KPIs", number: model.ofKind("kpi").length },
+    { href: "#/dimensions", label: "Dimensions", number: model.ofKind("dimension").length },
+    { href: "#/kind/attribute", label: "Attributes", number: model.ofKind("attribute").length },
+    { href: "#/tables", label: "Tables and queries", number: model.ofKind("viewTable", "namedQuery", "databaseTable").length },
+    { href: "#/coverage", label: "Coverage" },
+    { href: "#/unresolved", label: "Unresolved", number: unresolvedIds(model).length },
+  ];
+  const link = (entry: Entry): HTMLElement => h("li", {}, h("a", { href: entry.href }, h("span", {}, entry.label),
+    entry.number !== undefined && h("span", { class: "number" }, count(entry.number))));
+  const cubes = model.ofKind("cube").slice(0, kCubesBeside).map((id) =>
+    h("li", {}, h("a", { href: model.href(id) }, nameElement(model.name(id)))));
+  return h("nav", { class: "side", "aria-label": "The model" },
+    h("ul", {}, entries.filter((entry) => entry.number !== 0).map(link)),
+    cubes.length > 0 && [h("h2", {}, "Cubes"), h("ul", { class: "cubes" }, cubes)]);
+}
+
+function themeButton(): HTMLElement {
+  const label = (): string => theme() === "dark" ? "Light" : "Dark";
+  const button = h("button", { type: "button", class: "theme", onclick: () => {
+    switchTheme();
+    button.textContent = label();
+  } }, label());
+  document.addEventListener("themechange", () => { button.textContent = label(); });
+  return button;
+}
+
+function licences(): HTMLElement {
+  const text = document.getElementById("licences")!.textContent!;
+  return h("details", { class: "licences" }, h("summary", {}, "Licences of what this page is built from"), h("pre", {}, text));
+}
+
+class Frame {
+  private readonly main = h("main", { id: "main", tabindex: "-1" });
+  private readonly side: HTMLElement;
+  private page: Page | undefined;
+  private address: string | undefined;
+  /** Where pages were scrolled to, for the way back. */
+  private readonly scrolled = new Map<string, number>();
+  /** Whether the next change of the address comes from a link, and not from going back. */
+  private fresh = false;
+  readonly app: App;
+
+  constructor(private readonly model: Model) {
+    let index: SearchIndex | undefined;
+    this.app = {
+      model, search: () => (index ??= new SearchIndex(model)), open: (id) => this.go(model.href(id)),
+    };
+    this.side = navigation(model);
+    document.body.append(
+      h("a", { class: "skip", href: "#main", onclick: (event: Event) => {
+        event.preventDefault();
+        this.main.focus();
+      } }, "Skip to the content"),
+      h("header", { class: "top" }, h("a", { class: "brand", href: "#/" }, nameElement(model.data.database)),
+        searchBox(this.app, (query) => this.go("#/search/" + encodeURIComponent(query))), themeButton()),
+      h("div", { class: "body" }, this.side, h("div", { class: "content" }, this.main,
+        h("footer", {}, h("p", {}, `Made by ${model.data.program}. This page asks no server for anything.`), licences()))),
+      h("div", { id: "announcements", class: "unseen", role: "status", "aria-live": "polite" }));
+    document.addEventListener("click", (event) => this.follow(event));
+    addEventListener("hashchange", () => this.show(location.hash));
+  }
+
+  /** Goes to an address. In a sandbox the browser may refuse to note it; the page is shown all the same. */
+  go(address: string): void {
+    this.fresh = true;
+    try {
+      location.hash = address;
+    } catch {
+      // Shown below.
+    }
+    this.show(address);
+  }
+
+  private follow(event: MouseEvent): void {
+    const elsewhere = event.ctrlKey || event.metaKey || event.shiftKey || event.altKey;
+    if (event.defaultPrevented || event.button !== 0 || elsewhere) return;
+    const address = (event.target as Element).closest("a")?.getAttribute("href");
+    if (!address?.startsWith("#/")) return;
+    event.preventDefault();
+    this.go(address);
+  }
+
+  show(address: string): void {
+    if (address === this.address) return;
+    const first = this.address === undefined;
+    if (this.address !== undefined) this.scrolled.set(this.address, scrollY);
+    this.address = address;
+    this.page?.detached?.();
+    this.page = pageAt(this.app, address);
+    this.main.replaceChildren(this.page.element);
+    document.title = `${this.page.title} – ${plainName(this.model.data.database)}`;
+    for (const link of this.side.querySelectorAll("a")) {
+      if (link.getAttribute("href") === (address === "" ? "#/" : address)) link.setAttribute("aria-current", "page");
+      else link.removeAttribute("aria-current");
+    }
+    this.page.attached?.();
+    scrollTo(0, this.fresh ? 0 : this.scrolled.get(address) ?? 0);
+    if (!first) this.main.querySelector<HTMLElement>("h1")?.focus({ preventScroll: true });
+    this.fresh = false;
+  }
+}
+
+function start(): void {
+  startTheme();
+  try {
+    new Frame(readModel()).show(location.hash);
+  } catch (error) {
+    document.body.append(h("main", { class: "failure" }, h("h1", {}, "This report cannot be shown"),
+      h("p", {}, error instanceof Error ? error.message : String(error))));
+    throw error;
+  }
+}
+
+start();

@@ -1,0 +1,101 @@
+// Lists of all objects of a kind.
+
+import { type Child, h } from "../dom";
+import { kKinds } from "../kinds";
+import type { Kind, Model } from "../model";
+import { badge, codeBlock, type Column, objectLink, ownerNames, placedLink, section, table, titled } from "../parts";
+import { count, counted, nameElement, plainName } from "../text";
+import { description } from "./overview";
+import type { App, Page } from "./page";
+
+const kMostFound = 2000;
+
+function listPage(title: string, subtitle: string, ...content: Child[]): Page {
+  return {
+    title,
+    element: h("article", {}, h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, title),
+      h("p", { class: "subtitle" }, subtitle)), content),
+  };
+}
+
+export function kindPage({ model }: App, kind: Kind): Page {
+  const ids = model.ofKind(kind);
+  const title = kKinds[kind].many[0]!.toUpperCase() + kKinds[kind].many.slice(1);
+  const columns: Column<number>[] = [
+    { title: "Name", cell: (id) => [objectLink(model, id), description(model, id)] },
+    { title: "In", cell: (id) => ownerNames(model, model.owners(id)) },
+  ];
+  if (ids.some((id) => model.node(id).e)) columns.push({ title: "Expression", class: "wide", cell: (id) => {
+    const { e, l } = model.node(id);
+    return e && codeBlock(e, l, 3);
+  } });
+  if (ids.some((id) => model.node(id).t)) columns.push({ title: "Type", cell: (id) => model.node(id).t });
+  return listPage(title, `${count(ids.length)} in the model`, h("section", { class: "panel", "aria-label": title },
+    table({ label: title, rows: ids, columns, filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""}` })));
+}
+
+export function cubesPage({ model }: App): Page {
+  const ids = model.ofKind("cube");
+  return listPage("Cubes", `${count(ids.length)} in the model`, h("div", { class: "cards" }, ids.map((id) =>
+    h("section", { class: "panel" }, h("h2", {}, objectLink(model, id)), description(model, id),
+      h("p", { class: "note" }, [
+        `${count(model.partsOfKind(id, "cubeMeasure").length)} measures`,
+        `${count(model.partsOfKind(id, "kpi").length)} KPIs`,
+        `${count(model.partsOfKind(id, "cubeDimension").length)} dimensions`].join(" · "))))));
+}
+
+export function dimensionsPage({ model }: App): Page {
+  const ids = model.ofKind("dimension");
+  return listPage("Dimensions", `${count(ids.length)} in the model`, h("section", { class: "panel", "aria-label": "Dimensions" },
+    table({
+      label: "dimensions", rows: ids, filterText: (id) => model.name(id),
+      columns: [
+        { title: "Dimension", cell: (id) => [objectLink(model, id), description(model, id)] },
+        { title: "Attributes", class: "figure", cell: (id) => count(model.partsOfKind(id, "attribute").length) },
+        { title: "Hierarchies", cell: (id) => h("ul", { class: "plain" }, model.hierarchies(id).map((hierarchy) =>
+          h("li", {}, nameElement(hierarchy.n), " ", h("span", { class: "place" }, `${count(hierarchy.l.length)} levels`)))) },
+      ],
+    })));
+}
+
+function viewTables(model: Model, title: Child, ids: number[]): HTMLElement {
+  return section(title, table({
+    label: "tables", rows: ids, filterText: (id) => `${model.name(id)} ${model.node(id).q ?? ""}`,
+    columns: [
+      { title: "Table", cell: (id) => [objectLink(model, id), description(model, id)] },
+      { title: "Kind", cell: (id) => model.kind(id) === "namedQuery" && badge(kKinds.namedQuery.one) },
+      { title: "Name in expressions", cell: (id) => model.node(id).q && h("code", {}, nameElement(model.node(id).q!)) },
+      { title: "Columns", class: "figure", cell: (id) => count(model.parts(id).length) },
+    ],
+  }));
+}
+
+export function tablesPage({ model }: App): Page {
+  const byView = new Map<string, number[]>();
+  for (const id of model.ofKind("viewTable", "namedQuery")) {
+    const view = model.node(id).v ?? "";
+    const list = byView.get(view);
+    if (list) list.push(id);
+    else byView.set(view, [id]);
+  }
+  const database = model.ofKind("databaseTable");
+  return listPage("Tables and queries",
+    "What the model reads, as its data source views see it, and the tables of databases behind them",
+    Array.from(byView, ([view, ids]) => viewTables(model, [nameElement(view || "Data source view"), " ",
+      h("span", { class: "number" }, count(ids.length))], ids)),
+    database.length > 0 && viewTables(model, titled("Tables of databases", database.length), database));
+}
+
+export function searchPage({ model, search }: App, query: string): Page {
+  const found = search().find(query, kMostFound);
+  const left = found.total - found.ids.length;
+  const shown = left > 0 ? `, the best ${count(kMostFound)} shown` : "";
+  return listPage("Search", `${counted(found.total, "object")} for “${plainName(query)}”${shown}`,
+    h("section", { class: "panel", "aria-label": "Found" }, table({
+      label: "found objects", rows: found.ids,
+      columns: [
+        { title: "Name", cell: (id) => placedLink(model, id) },
+        { title: "Path", class: "wide", cell: (id) => model.node(id).p && h("code", {}, nameElement(model.node(id).p!)) },
+      ],
+    })));
+}

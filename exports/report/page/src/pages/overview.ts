@@ -1,0 +1,115 @@
+// The database at a glance.
+
+import { type Child, h } from "../dom";
+import { kindMark } from "../kinds";
+import type { Kind, Model } from "../model";
+import { coverageBar, facts, objectLink, section, table, titled } from "../parts";
+import { count, nameElement } from "../text";
+import { unresolvedTable } from "./findings";
+import type { App, Page } from "./page";
+
+interface Stage {
+  title: string;
+  href: string;
+  kinds: [kind: Kind, one: string, many: string][];
+}
+
+/** The way of the data, from the database to what people see. */
+const kStages: Stage[] = [
+  { title: "Databases", href: "#/tables", kinds: [["databaseTable", "table", "tables"], ["databaseColumn", "column", "columns"]] },
+  { title: "Source view", href: "#/tables", kinds: [["viewTable", "table", "tables"],
+    ["namedQuery", "named query", "named queries"], ["computedColumn", "computed column", "computed columns"]] },
+  { title: "Dimensions", href: "#/dimensions", kinds: [["dimension", "dimension", "dimensions"],
+    ["attribute", "attribute", "attributes"]] },
+  { title: "Measures", href: "#/kind/measure", kinds: [["measure", "measure", "measures"],
+    ["calculatedMeasure", "calculated", "calculated"], ["kpi", "KPI", "KPIs"]] },
+  { title: "Cubes", href: "#/cubes", kinds: [["cube", "cube", "cubes"], ["perspective", "perspective", "perspectives"]] },
+];
+
+const kFewUnresolved = 6;
+
+function flow(model: Model): HTMLElement {
+  return h("ol", { class: "stages", "aria-label": "From the databases to the cubes" }, kStages.map((stage) => {
+    const empty = model.ofKind(...stage.kinds.map(([kind]) => kind)).length === 0;
+    return h("li", {}, h("h2", {}, kindMark(stage.kinds[0]![0]), h("a", { href: stage.href }, stage.title)),
+      h("ul", {}, stage.kinds.map(([kind, one, many], i) => {
+        const number = model.ofKind(kind).length;
+        return (number > 0 || (i === 0 && empty)) && h("li", {},
+          h("a", { href: `#/kind/${kind}` }, h("strong", {}, count(number)), " ", number === 1 ? one : many));
+      })));
+  }));
+}
+
+function cubes(model: Model): Child {
+  const ids = model.ofKind("cube");
+  if (ids.length === 0) return null;
+  return section(titled("Cubes", ids.length), table({
+    label: "cubes", rows: ids, filterText: (id) => model.name(id),
+    columns: [
+      { title: "Cube", cell: (id) => [objectLink(model, id), description(model, id)] },
+      { title: "Measures", class: "figure", cell: (id) => count(model.partsOfKind(id, "cubeMeasure").length) },
+      { title: "KPIs", class: "figure", cell: (id) => count(model.partsOfKind(id, "kpi").length) },
+      { title: "Dimensions", class: "figure", cell: (id) => count(model.partsOfKind(id, "cubeDimension").length) },
+    ],
+  }));
+}
+
+export function description(model: Model, id: number): Child {
+  const text = model.node(id).d;
+  return text && h("p", { class: "description" }, nameElement(text));
+}
+
+function coverage(model: Model): Child {
+  const { data } = model;
+  if (data.coverage.length === 0) return null;
+  const whole = data.coverage.find((row) => row.n < 0);
+  const perCube = data.coverage.filter((row) => row.n >= 0);
+  return section(h("a", { href: "#/coverage" }, "Lineage to a database column"),
+    whole && coverageBar("Attributes", whole.a[0], whole.a[1], whole.a[2]),
+    whole && coverageBar("Measures", whole.m[0], whole.m[1], whole.m[2]),
+    perCube.length > 1 && h("div", { class: "coverage-by-cube" }, perCube.slice(0, 12).map((row) =>
+      coverageBar(model.name(row.n), row.a[0] + row.m[0], row.a[1] + row.m[1], row.a[2] + row.m[2]))),
+    h("p", { class: "note" }, h("span", { class: "swatch by-model" }), " as the model has it ",
+      h("span", { class: "swatch by-graph" }), " through the name that a cube gives a dimension"));
+}
+
+function dataSources(model: Model): Child {
+  const sources = model.data.dataSources;
+  if (sources.length === 0) return null;
+  return section(titled("Data sources", sources.length), h("div", { class: "cards" }, sources.map((source) =>
+    h("div", { class: "card" }, h("h3", {}, nameElement(source.n)), facts([
+      ["Server", source.s && nameElement(source.s)],
+      ["Database", source.d && nameElement(source.d)],
+      ["Connection", source.c && h("code", { class: "connection" }, nameElement(source.c))],
+    ])))));
+}
+
+function unresolved(model: Model): Child {
+  const ids = unresolvedIds(model);
+  if (ids.length === 0)
+    return section("Unresolved references", h("p", { class: "note" }, "Every name in every expression was found."));
+  return section(h("a", { href: "#/unresolved" }, titled("Unresolved references", ids.length)),
+    unresolvedTable(model, ids.slice(0, kFewUnresolved)),
+    ids.length > kFewUnresolved && h("p", {}, h("a", { href: "#/unresolved" }, `All ${count(ids.length)} expressions`)));
+}
+
+export function unresolvedIds(model: Model): number[] {
+  return model.data.nodes.flatMap((node, id) => node.u && node.u.length > 0 ? [id] : []);
+}
+
+export function overviewPage({ model }: App): Page {
+  const { data } = model;
+  return {
+    title: "Overview",
+    element: h("article", { class: "overview" },
+      h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, nameElement(data.database)),
+        h("p", { class: "subtitle" }, data.dialect === "tabular" ? "Tabular model" : "Multidimensional database",
+          data.source !== "" && [", read from ", h("span", { class: "file" }, nameElement(data.source))], " by ", data.program)),
+      flow(model),
+      h("div", { class: "two-columns wide-left" },
+        h("div", {}, cubes(model), dataSources(model)),
+        h("div", {}, coverage(model), unresolved(model),
+          section("In figures", h("div", { class: "figures" },
+            facts(data.counts.map(([label, number]) => [label, count(number)]))))))),
+  };
+}

@@ -1,0 +1,152 @@
+// Pieces that several pages are made of.
+
+import { type Child, freshId, h } from "./dom";
+import { highlighted, languageName } from "./highlight";
+import { kEdgeKinds, kindMark, kKinds } from "./kinds";
+import type { EdgeKind, Language, Model } from "./model";
+import { count, counted, nameElement } from "./text";
+
+const kFirstRows = 50;
+const kRowsPerStep = 200;
+/** Texts of more lines or characters are shown folded. */
+const kFoldedLines = 4;
+const kFoldedCharacters = 360;
+
+/** A link to an object, with the mark of its kind. */
+export function objectLink(model: Model, id: number): HTMLElement {
+  const kind = model.kind(id);
+  return h("a", { class: "object-link", href: model.href(id) }, kindMark(kind),
+    h("span", { class: "unseen" }, kKinds[kind].one + " "), nameElement(model.name(id)));
+}
+
+/** A link with the object's owners behind it, for lists of objects from everywhere. */
+export function placedLink(model: Model, id: number): HTMLElement {
+  const owners = model.owners(id);
+  return h("span", { class: "placed" }, objectLink(model, id),
+    owners.length > 0 && h("span", { class: "place" }, kKinds[model.kind(id)].one, " in ", ownerNames(model, owners)));
+}
+
+export function ownerNames(model: Model, owners: number[]): Child {
+  return owners.map((owner, i) => [i > 0 && h("span", { class: "separator" }, " › "), nameElement(model.name(owner))]);
+}
+
+export function badge(text: string, kind = ""): HTMLElement {
+  return h("span", { class: `badge ${kind}` }, text);
+}
+
+export function edgeBadge(kind: EdgeKind, found: boolean): Child {
+  return [badge(kEdgeKinds[kind].label.toLowerCase(), `edge-${kind}`), found && badge("by cube's name", "found")];
+}
+
+/** An expression or query. What is long is folded, with a button that shows it all. */
+export function codeBlock(text: string, language: Language | undefined, foldedLines = kFoldedLines): HTMLElement {
+  const pre = h("pre", { class: "code" }, highlighted(text, language));
+  pre.style.setProperty("--lines", String(foldedLines));
+  const lines = text.split("\n").length;
+  if (lines <= foldedLines && text.length <= (kFoldedCharacters * foldedLines) / kFoldedLines) return pre;
+  pre.classList.add("folded");
+  const unfold = `Show all of it: ${counted(lines, "line")}`;
+  const button = h("button", { type: "button", class: "quiet", "aria-expanded": "false", onclick: () => {
+    const folded = pre.classList.toggle("folded");
+    button.textContent = folded ? unfold : "Show less";
+    button.setAttribute("aria-expanded", String(!folded));
+  } }, unfold);
+  return h("div", { class: "code-with-button" }, pre, button);
+}
+
+export function codeTitle(language: Language | undefined): string {
+  return language === "sql" ? "Query text" : language === undefined ? "Expression" : `Expression (${languageName(language)})`;
+}
+
+/** "Sum", "Distinct count": how a measure is added up. What the model has no word for stands in a property. */
+export function aggregation(model: Model, id: number): string | undefined {
+  const { a, x } = model.node(id);
+  const name = a === "Other" ? x?.["Aggregation"] ?? a : a;
+  return name && name[0] + name.slice(1).replace(/[A-Z]/g, (letter) => " " + letter.toLowerCase());
+}
+
+export function section(title: Child, ...content: Child[]): HTMLElement {
+  const id = freshId("section");
+  return h("section", { class: "panel", "aria-labelledby": id }, h("h2", { id }, title), content);
+}
+
+export function titled(title: string, number: number): Child {
+  return [title, " ", h("span", { class: "number" }, count(number))];
+}
+
+export interface Column<Row> {
+  title: string;
+  cell(row: Row): Child;
+  class?: string;
+}
+
+interface TableOptions<Row> {
+  label: string;
+  rows: Row[];
+  columns: Column<Row>[];
+  /** What the filter field looks at; without it there is no such field. */
+  filterText?(row: Row): string;
+  firstRows?: number;
+}
+
+const kRowsForFilter = 12;
+
+/** A table that makes rows as they are asked for, and can be filtered. */
+export function table<Row>(options: TableOptions<Row>): HTMLElement {
+  const { label, columns, filterText, firstRows = kFirstRows } = options;
+  const body = h("tbody");
+  const more = h("button", { type: "button", class: "more", onclick: () => show(kRowsPerStep) });
+  const status = h("span", { class: "status", role: "status" });
+  let rows = options.rows;
+  let shown = 0;
+
+  function show(number: number): void {
+    const next = rows.slice(shown, shown + number);
+    body.append(...next.map((row) => h("tr", {}, columns.map((column, i) =>
+      i === 0 ? h("th", { scope: "row", class: column.class }, column.cell(row))
+        : h("td", { class: column.class }, column.cell(row))))));
+    shown += next.length;
+    more.hidden = shown >= rows.length;
+    more.textContent = `Show ${count(Math.min(kRowsPerStep, rows.length - shown))} more of ${count(rows.length - shown)}`;
+  }
+
+  function filter(text: string): void {
+    const words = text.toLowerCase().split(/\s+/).filter((word) => word !== "");
+    rows = words.length === 0 || !filterText ? options.rows : options.rows.filter((row) => {
+      const own = filterText(row).toLowerCase();
+      return words.every((word) => own.includes(word));
+    });
+    body.replaceChildren();
+    shown = 0;
+    show(firstRows);
+    status.textContent = words.length === 0 ? "" : `${count(rows.length)} of ${count(options.rows.length)}`;
+  }
+
+  show(firstRows);
+  const head = h("thead", {}, h("tr", {}, columns.map((column) => h("th", { scope: "col", class: column.class }, column.title))));
+  const field = filterText && options.rows.length > kRowsForFilter && h("div", { class: "filter" },
+    h("input", { type: "search", placeholder: "Filter", "aria-label": `Filter ${label}`, autocomplete: "off", spellcheck: "false",
+      oninput: (event: Event) => filter((event.target as HTMLInputElement).value) }), status);
+  return h("div", { class: "table" }, field,
+    h("div", { class: "table-scroll" }, h("table", { "aria-label": label }, head, body)), more);
+}
+
+/** How much of something leads to a column. What only the graph found is told apart. */
+export function coverageBar(label: string, total: number, reached: number, byModel: number): HTMLElement {
+  const share = (part: number): string => `${total === 0 ? 0 : (100 * part) / total}%`;
+  const inModel = h("span", { class: "by-model" });
+  const inGraph = h("span", { class: "by-graph" });
+  inModel.style.width = share(byModel);
+  inGraph.style.width = share(reached - byModel);
+  const bar = h("span", { class: "bar", "aria-hidden": "true" }, inModel, inGraph);
+  const figures = total === 0 ? "none" : `${count(reached)} of ${count(total)} (${Math.floor((100 * reached) / total)} %)`;
+  return h("div", { class: "coverage" }, h("span", { class: "coverage-label" }, label), bar,
+    h("span", { class: "coverage-figures" }, figures));
+}
+
+/** Pairs of a term and what is said about it; pairs without a value are left out. */
+export function facts(pairs: [term: string, value: Child][]): HTMLElement {
+  return h("dl", { class: "facts" }, pairs
+    .filter(([, value]) => value !== undefined && value !== null && value !== "" && value !== false)
+    .map(([term, value]) => h("div", {}, h("dt", {}, term), h("dd", {}, value))));
+}

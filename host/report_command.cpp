@@ -1,0 +1,41 @@
+#include "exports/report/report.h"
+#include "host/command.h"
+#include "host/model_input.h"
+#include "host/output.h"
+
+namespace host {
+namespace {
+
+constexpr std::string_view kProgram = "xmla-bridge " XMLA_VERSION;
+
+struct Arguments {
+  std::string input;
+  std::string output = "-";
+};
+
+int report(const Arguments& arguments, MessageLog& log) {
+  if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
+  return withModel(arguments.input, log, [&](const TAVModel& model) {
+    const tav::LineageGraph graph(model);
+    writeOutput(arguments.output, [&](std::ostream& out) { tav::writeReport(graph, kProgram, out); });
+  });
+}
+
+}  // namespace
+
+Command addReport(CLI::App& program) {
+  auto arguments = std::make_shared<Arguments>();
+  CLI::App* parser = program.add_subcommand("report", "Write a page that shows a model and its lineage");
+  parser
+      ->add_option("INPUT", arguments->input,
+                   "A saved model, or \"-\" for one on standard input; or a definition")
+      ->type_name("FILE")
+      ->required();
+  parser
+      ->add_option("-o,--output", arguments->output,
+                   "The HTML file to write; standard output without it or with \"-\"")
+      ->type_name("FILE");
+  return {parser, [arguments](MessageLog& log) { return report(*arguments, log); }};
+}
+
+}  // namespace host

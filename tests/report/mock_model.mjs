@@ -1,0 +1,91 @@
+// Models for tests, as the program would write them: large ones, and ones with names that try to break out.
+
+const kinds = ["databaseTable", "databaseColumn", "viewTable", "namedQuery", "viewColumn", "computedColumn", "condition",
+  "dimension", "attribute", "measureGroup", "measure", "linkedMeasureGroup", "linkedMeasure", "calculations",
+  "calculatedMeasure", "kpi", "kpiValue", "cube", "cubeDimension", "cubeAttribute", "cubeMeasure", "perspective"];
+const edgeKinds = ["direct", "computed", "aggregated", "condition", "member"];
+
+export function emptyModel(database) {
+  return { format: "xmla-report/1", program: "xmla-bridge 0.0.0", database, source: "made-up.asdatabase",
+    dialect: "multidimensional", counts: [], kinds, edgeKinds, nodes: [], edges: [], hierarchies: [], dataSources: [],
+    coverage: [] };
+}
+
+class Writer {
+  constructor(database) {
+    this.model = emptyModel(database);
+  }
+  add(kind, name, owner, more = {}) {
+    const path = (owner === undefined ? `/${kind}` : this.model.nodes[owner].p) + "/" + name;
+    this.model.nodes.push({ k: kinds.indexOf(kind), n: name, ...(owner === undefined ? {} : { o: owner }), p: path, ...more });
+    return this.model.nodes.length - 1;
+  }
+  link(from, to, kind) {
+    this.model.edges.push(from, to, edgeKinds.indexOf(kind), 0);
+  }
+}
+
+/** About `size` objects: tables of ten columns, dimensions and measures on them, chains of calculations. */
+export function largeModel(size) {
+  const writer = new Writer("Large");
+  const cube = writer.add("cube", "Everything");
+  const group = writer.add("measureGroup", "Facts", cube);
+  const calculations = writer.add("calculations", "Calculated Measures", cube);
+  let previous = -1;
+  for (let t = 0; writer.model.nodes.length < size; t++) {
+    const table = writer.add("databaseTable", `Fact${t}`, undefined, { q: `dbo.Fact${t}` });
+    const view = writer.add("viewTable", `Fact ${t}`, undefined, { q: `dbo.Fact${t}`, v: "Warehouse" });
+    const dimension = writer.add("dimension", `Dimension ${t}`);
+    for (let c = 0; c < 10; c++) {
+      const column = writer.add("databaseColumn", `Column${t}_${c}`, table, { t: "INTEGER" });
+      const seen = writer.add("viewColumn", `Column${t}_${c}`, view, { t: "INTEGER" });
+      const attribute = writer.add("attribute", `Attribute ${t} ${c}`, dimension, { r: 1 });
+      writer.link(column, seen, "direct");
+      writer.link(seen, attribute, "direct");
+      const measure = writer.add("measure", `Measure ${t} ${c}`, group, { r: 1, a: "Sum" });
+      writer.link(seen, measure, "aggregated");
+      const calculated = writer.add("calculatedMeasure", `Ratio ${t} ${c}`, calculations,
+        { r: 1, e: `IIF([Measures].[Measure ${t} ${c}] = 0, NULL, 1) -- ${c}`, l: "mdx" });
+      writer.link(measure, calculated, "computed");
+      if (previous >= 0) writer.link(previous, calculated, "computed");
+      previous = calculated;
+      const shown = writer.add("cubeMeasure", `Ratio ${t} ${c}`, cube, { r: 1 });
+      writer.link(calculated, shown, "direct");
+      writer.link(shown, cube, "member");
+    }
+  }
+  return writer.model;
+}
+
+export const hostileNames = [
+  "<script>alert(1)</script>", "</script><script>alert(2)</script>", "<img src=x onerror=alert(3)>", "\"quoted\" & 'single'",
+  "right\u202eto left", "isolated\u2066open", "__proto__", "constructor", "", " spaces  inside ", "line\nbreak", "%2F/..%00/#?&",
+  "half \ud800 pair", "x".repeat(5000), "<!-- <!--", "javascript:alert(4)",
+];
+
+/** Every hostile name as a name, a description, an expression, a property; around a cycle with a self edge. */
+export function hostileModel() {
+  const writer = new Writer("Hostile <b>\u202eesabatad</b>");
+  const cube = writer.add("cube", hostileNames[0]);
+  const calculations = writer.add("calculations", hostileNames[1], cube);
+  const measures = hostileNames.map((name) => {
+    const made = writer.add("calculatedMeasure", name, calculations,
+      { d: name, e: `"${name}" + [${name}] -- ${name}`, l: "mdx", u: [name], r: 0, w: name });
+    // As JSON gives it: a property, not the prototype.
+    writer.model.nodes[made].x = JSON.parse(`{${JSON.stringify(name)}: ${JSON.stringify(name)}}`);
+    const shown = writer.add("cubeMeasure", name, cube);
+    writer.link(made, shown, "direct");
+    writer.link(shown, cube, "member");
+    return made;
+  });
+  measures.forEach((measure, i) => writer.link(measures[(i + 1) % measures.length], measure, "computed"));
+  writer.link(measures[0], measures[0], "computed");
+  writer.model.dataSources.push({ n: hostileNames[0], s: hostileNames[1], d: hostileNames[2], c: hostileNames[3] });
+  writer.model.counts.push([hostileNames[0], 1]);
+  return writer.model;
+}
+
+/** The page with a model in it, as the program makes it. */
+export function pageWith(template, model) {
+  return template.replace("@MODEL@", () => JSON.stringify(model).replace(/</g, "\\u003c"));
+}

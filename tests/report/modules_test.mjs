@@ -1,0 +1,98 @@
+// What the page works out before it shows anything: which part of a lineage is in sight, what a search finds.
+// node modules_test.mjs FOLDER, with the sources of the page and the packages that build it.
+
+import assert from "node:assert/strict";
+import { createRequire } from "node:module";
+import { join } from "node:path";
+import test from "node:test";
+import { corpus } from "./corpus.mjs";
+import { emptyModel } from "./mock_model.mjs";
+
+const folder = process.argv[2];
+const { build } = createRequire(join(folder, "package.json"))("esbuild");
+const bundle = await build({
+  stdin: {
+    contents: `export * from "./model"; export * from "./lineage"; export * from "./search";`,
+    resolveDir: join(folder, "src"), loader: "ts",
+  },
+  bundle: true, write: false, format: "esm",
+});
+const { ContainerFlows, EdgeFilter, Expansion, Model, ObjectFlows, SearchIndex } = await import(
+  `data:text/javascript;base64,${Buffer.from(bundle.outputFiles[0].contents).toString("base64")}`);
+
+const kArrows = { ">": "direct", "+>": "computed", "?>": "condition", "*>": "member" };
+const arrowOf = (kind) => Object.keys(kArrows).find((arrow) => kArrows[arrow] === kind);
+
+/** Adds the objects and edges of a line such as "a>b c?>d" to a model. */
+function addEdges(model, line, idOf) {
+  for (const [, from, arrow, to] of line.matchAll(/(\w+)([+?*]?>)(\w+)/g))
+    model.edges.push(idOf(from), idOf(to), model.edgeKinds.indexOf(kArrows[arrow]), 0);
+}
+
+function numbering(model, kind) {
+  const ids = new Map();
+  return (name) => {
+    if (!ids.has(name)) ids.set(name, model.nodes.push({ k: model.kinds.indexOf(kind), n: name }) - 1);
+    return ids.get(name);
+  };
+}
+
+const written = (model) => (flow) => model.name(flow.from) + arrowOf(flow.kind) + model.name(flow.to);
+
+function expand(input) {
+  const data = emptyModel("Expansion");
+  const idOf = numbering(data, "measure");
+  const [edges, ...steps] = input.split("\n");
+  addEdges(data, edges, idOf);
+  const model = new Model(data);
+  const filter = new EdgeFilter();
+  let expansion;
+  for (const step of steps) {
+    const [word, what, ...rest] = step.split(" ");
+    if (word === "root") expansion = new Expansion(idOf(what), new ObjectFlows(model, filter));
+    else if (word === "open" || word === "close") expansion[word](idOf(what), rest[0]);
+    else if (word === "far") expansion.openFar(what, ...rest.map(Number));
+    else filter.set(what, word === "show");
+    expansion.reread();
+  }
+  const sight = expansion.sight();
+  const handles = sight.handles.flatMap(({ id, direction, open, hidden }) => [
+    ...(hidden > 0 ? [`+${hidden} ${direction} of ${model.name(id)}`] : []),
+    ...(open ? [`- ${direction} of ${model.name(id)}`] : [])]);
+  return [sight.ids.map((id) => model.name(id)).join(" "), sight.flows.map(written(model)).join(" "), handles.join(", ")]
+    .join("\n").trimEnd();
+}
+
+function containers(input) {
+  const data = emptyModel("Containers");
+  const idOf = numbering(data, "viewTable");
+  const lines = input.split("\n");
+  const [asked, direction] = lines.pop().split(" ");
+  for (const line of lines) {
+    const owner = /^(\w+): (.*)/.exec(line);
+    if (!owner) addEdges(data, line, idOf);
+    else for (const part of owner[2].split(" ")) Object.assign(data.nodes[idOf(part)], {
+      o: idOf(owner[1]), k: data.kinds.indexOf("viewColumn") });
+  }
+  const model = new Model(data);
+  const flows = new ContainerFlows(model, new EdgeFilter()).beside(idOf(asked), direction);
+  return flows.map((flow) => `${written(model)(flow)} x${flow.count}`).join("\n");
+}
+
+function search(input, expected) {
+  const [query, ...lines] = input.split("\n");
+  const data = emptyModel("Search");
+  for (const line of lines) {
+    const [, kind, name, qualified] = /^(\w+) (.*?)(?: = (.*))?$/.exec(line);
+    data.nodes.push({ k: data.kinds.indexOf(kind), n: name, ...(qualified && { q: qualified }) });
+  }
+  const model = new Model(data);
+  const withKinds = lines.some((line) => expected.split("\n").includes(line));
+  return new SearchIndex(model).find(query.slice(1), 10).ids
+    .map((id) => withKinds ? `${model.kind(id)} ${model.name(id)}` : model.name(id)).join("\n");
+}
+
+for (const [file, run] of Object.entries({ "expansion.txt": expand, "containers.txt": containers, "search.txt": search })) {
+  for (const { title, input, expected } of corpus(file))
+    test(`${file}: ${title}`, () => assert.equal(run(input, expected), expected));
+}
