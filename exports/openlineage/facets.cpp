@@ -187,15 +187,15 @@ void FacetWriter::writeColumns(const CatalogDataset& dataset) {
 
 /// The fields that feed a node, each once for each way in which it does.
 std::vector<FacetWriter::Source> FacetWriter::sourcesOf(NodeId node) const {
+  const std::span<const LineageEdge> edges = graph_.into(node);
   std::vector<Source> sources;
   std::unordered_set<std::uint64_t> known;
-  for (const LineageEdge& edge : graph_.into(node)) {
+  for (const LineageEdge& edge : edges) {
     const NodeId from = datasets_.resolve(edge.from);
-    const bool isFieldEdge = edge.kind != EdgeKind::member && !isClassifierKind(graph_.node(from).kind) &&
-                             graph_.node(from).kind != NodeKind::condition;
-    if (isFieldEdge &&
-        known.insert(std::uint64_t{from} * kEdgeKindCount + static_cast<unsigned>(edge.kind)).second)
-      sources.push_back({from, edge.kind});
+    const NodeKind kind = graph_.node(from).kind;
+    if (edge.kind == EdgeKind::member || isClassifierKind(kind) || kind == NodeKind::condition) continue;
+    const std::uint64_t way = std::uint64_t{from} * kEdgeKindCount + static_cast<unsigned>(edge.kind);
+    if (edges.size() == 1 || known.insert(way).second) sources.push_back({from, edge.kind});
   }
   return sources;
 }

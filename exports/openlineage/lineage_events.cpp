@@ -113,10 +113,10 @@ class EventWriter {
     for (const LineageEdge& edge : graph_.into(node)) {
       const NodeId from = datasets_.resolve(edge.from);
       const DatasetId input = datasets_.datasetOf(from);
-      const bool isOwnFrame =
+      const bool isOwnPart =
           input == id && (edge.kind == EdgeKind::member || node == datasets_.get(id).node ||
                           graph_.node(from).kind == NodeKind::condition);
-      if (isOwnFrame || foundFor_[input] == id) continue;
+      if (isOwnPart || foundFor_[input] == id) continue;
       foundFor_[input] = id;
       inputs.push_back(input);
     }

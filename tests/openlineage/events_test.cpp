@@ -14,6 +14,7 @@
 #include "framework/std/exception.h"
 #include "tests/support/checked_import.h"
 #include "tests/support/corpus.h"
+#include "tests/support/damage.h"
 
 namespace {
 
@@ -42,10 +43,11 @@ std::string expanded(std::string text) {
   return text;
 }
 
-std::vector<std::string> exportEvents(const std::string& definition, bool isStatic) {
+/// The events of an expanded definition; none when it cannot be imported.
+std::vector<std::string> eventsOf(const std::string& definition, bool isStatic) {
   tav::test::DocumentImporter importer;
-  const tav::test::Imported imported = importer.import(expanded(definition));
-  EXPECT_EQ(imported.error, "");
+  const tav::test::Imported imported = importer.import(definition);
+  if (!imported.model) return {};
   imported.model->modificationTime = "2026-03-08T10:00:00Z";
   tav::ExportOptions options;
   options.input = "-";
@@ -55,6 +57,10 @@ std::vector<std::string> exportEvents(const std::string& definition, bool isStat
   lineage.write([&](std::string_view event) { events.emplace_back(event); });
   EXPECT_EQ(lineage.count(), events.size());
   return events;
+}
+
+std::vector<std::string> exportEvents(const std::string& definition, bool isStatic) {
+  return eventsOf(expanded(definition), isStatic);
 }
 
 std::string nameOf(const Json& dataset) {
@@ -135,6 +141,19 @@ TEST(LineageEvents, ToTheByte) {
     text = std::regex_replace(text, std::regex("urn:xmla-bridge:[0-9.]+"), "urn:xmla-bridge:VERSION");
     return std::regex_replace(text, std::regex(R"re("runId":"[^"]*")re"), R"("runId":"...")");
   });
+}
+
+TEST(LineageEvents, OfDamagedDefinitionsAreWhole) {
+  constexpr unsigned kRounds = 30;
+  for (const auto& c : tav::test::loadCorpus("openlineage/events.txt")) {
+    for (unsigned seed = 0; seed < kRounds; ++seed) {
+      const std::string damaged =
+          tav::test::Damage(seed).elements(expanded(c.input.substr(c.input.find("<"))));
+      for (const bool isStatic : {false, true})
+        for (const std::string& event : eventsOf(damaged, isStatic))
+          ASSERT_TRUE(Json::accept(event)) << c.name << ", seed " << seed;
+    }
+  }
 }
 
 TEST(LineageEvents, AnotherContentIsAnotherRun) {
