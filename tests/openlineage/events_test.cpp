@@ -148,7 +148,7 @@ TEST(LineageEvents, OfDamagedDefinitionsAreWhole) {
   for (const auto& c : tav::test::loadCorpus("openlineage/events.txt")) {
     for (unsigned seed = 0; seed < kRounds; ++seed) {
       const std::string damaged =
-          tav::test::Damage(seed).elements(expanded(c.input.substr(c.input.find("<"))));
+          tav::test::Damage(seed).elements(expanded(c.input.substr(c.input.find('<'))));
       for (const bool isStatic : {false, true})
         for (const std::string& event : eventsOf(damaged, isStatic))
           ASSERT_TRUE(Json::accept(event)) << c.name << ", seed " << seed;
