@@ -40,5 +40,6 @@ done
     sqlite3 :memory: '.mode csv' ".import estate.$table.csv t" '.mode list' \
       "SELECT count(*) || ' $table in the table, of ' || count(DISTINCT source) || ' files' FROM t"
   done
+  [ "$(grep -c '^{"eventTime".*}$' estate.ndjson)" = "$(wc -l <estate.ndjson)" ] && echo 'every line is an event'
 } >>transcript.txt
 diff -u "$root/tests/scale/transcript.txt" transcript.txt
