@@ -11,7 +11,7 @@ _xmla_bridge() {
 
   local words=''
   case $before in
-    --format) words='json csv sqlite dot mermaid' ;;
+    --format) words='json csv sqlite openlineage dot mermaid' ;;
     --log-format) words='text json' ;;
     -o | --output | --out-dir | --jobs) ;;
     *)
