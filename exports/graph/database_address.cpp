@@ -225,6 +225,8 @@ Endpoint hostAndPort(std::string_view source) {
 /// host and service at once.
 Location oracleLocation(std::string_view source) {
   if (source.starts_with("(")) return oracleDescriptor(source, foldCase(source));
+  // A user and a password may stand in front, and must not become part of a name.
+  if (const std::size_t at = source.rfind('@'); at != source.npos) source.remove_prefix(at + 1);
   if (source.starts_with("//")) source.remove_prefix(2);
   const std::size_t slash = source.find('/');
   if (slash == source.npos) {

@@ -1,6 +1,6 @@
 # Completion of xmla-bridge for bash.
 _xmla_bridge() {
-  local commands='import export test describe help'
+  local commands='import export trace impact coverage diff report test describe help'
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
   for ((i = 1; i < COMP_CWORD; ++i)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -11,15 +11,29 @@ _xmla_bridge() {
 
   local words=''
   case $before in
-    --format) words='json csv sqlite openlineage dot mermaid' ;;
+    --format)
+      case $command in
+        export) words='json openlineage csv sqlite dot mermaid' ;;
+        trace | impact) words='text json dot' ;;
+        coverage) words='text json' ;;
+        diff) words='text json markdown' ;;
+      esac
+      ;;
     --log-format) words='text json' ;;
     -o | --output | --out-dir | --jobs) ;;
     *)
       case $command in
         '') words="$commands --help --version" ;;
-        help) words='import export test describe' ;;
+        help) words=${commands% help} ;;
         import) words='-o --out-dir --jobs --json --quiet --log-format --help' ;;
-        export) words='-o --format --quiet --log-format --help' ;;
+        export)
+          words='-o --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
+          words+=' --quiet --log-format --help'
+          ;;
+        trace | impact) words='-o --format --depth --quiet --log-format --help' ;;
+        coverage) words='-o --format --fail-under --quiet --log-format --help' ;;
+        diff) words='-o --format --exit-code --quiet --log-format --help' ;;
+        report) words='-o --quiet --log-format --help' ;;
         test) words='--quiet --log-format --help' ;;
         describe) words='--json --help' ;;
       esac
