@@ -6,7 +6,7 @@ import { build } from "esbuild";
 
 const MODEL_LINE = "@MODEL@";
 
-const common = { bundle: true, minify: true, write: false, legalComments: "none", target: ["es2020"], charset: "utf8" };
+const common = { bundle: true, minify: true, write: false, legalComments: "eof", target: ["es2020"], charset: "utf8" };
 
 /** The licence of each package that esbuild took code from, by the package's name. */
 async function licences(inputs) {
