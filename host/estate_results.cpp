@@ -22,10 +22,16 @@ nlohmann::ordered_json summaryOf(const EstateResult& result) {
   return nlohmann::ordered_json::parse(result.summary.empty() ? "null" : result.summary);
 }
 
-/// A number of a summary, given by the names that lead to it; a dash where there is no summary.
-std::string numberIn(const nlohmann::ordered_json& summary, const char* pointer) {
-  const nlohmann::ordered_json::json_pointer place(pointer);
-  return summary.contains(place) ? summary[place].dump() : "-";
+/// The sum of numbers of a summary, each given by the names that lead to it; a dash where there is no
+/// summary.
+std::string sumIn(const nlohmann::ordered_json& summary, std::initializer_list<const char*> pointers) {
+  std::size_t sum = 0;
+  for (const char* pointer : pointers) {
+    const nlohmann::ordered_json::json_pointer place(pointer);
+    if (!summary.contains(place)) return "-";
+    sum += summary[place].get<std::size_t>();
+  }
+  return std::to_string(sum);
 }
 
 /// A message about a file does not name it again where it stands behind that name.
@@ -60,9 +66,10 @@ void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run
   for (std::size_t i = 0; i < files.size(); ++i) {
     const EstateResult& result = run.results[i];
     const nlohmann::ordered_json summary = summaryOf(result);
-    line({printable(files[i].input), std::string(outcomeName(result.outcome)), numberIn(summary, "/cubes"),
-          numberIn(summary, "/measures/count"), numberIn(summary, "/unresolvedReferences"),
-          std::to_string(result.warnings), fmt::format("{:.1f}", result.seconds),
+    line({printable(files[i].input), std::string(outcomeName(result.outcome)), sumIn(summary, {"/cubes"}),
+          sumIn(summary, {"/measures/count", "/calculatedMeasures/count"}),
+          sumIn(summary, {"/unresolvedReferences"}), std::to_string(result.warnings),
+          fmt::format("{:.1f}", result.seconds),
           printable(result.cause.empty() ? files[i].output : withoutFile(result.cause, files[i].input))});
   }
   fmt::print(out, "{} file{} in {:.1f} s: {} ok, {} with warnings, {} without a definition, {} failed\n",
