@@ -124,6 +124,7 @@ std::string gapReason(const LineageGraph& graph, NodeId id) {
   if (!names.empty()) return "its expression names what is not found: " + names;
   if (!graph.into(id).empty()) return "what it comes from leads to no column";
   if (!graph.expression(id).empty()) return "its expression names no column, attribute or measure";
+  if (graph.node(id).kind == NodeKind::kpiValue) return "the KPI has no expression for it";
   const NodeId owner = graph.node(id).owner;
   const bool hasTable = owner != kNoNode && !graph.into(owner).empty();
   if (graph.isTabular() || (graph.node(id).kind == NodeKind::attribute && !hasTable))

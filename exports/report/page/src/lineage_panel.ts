@@ -29,7 +29,7 @@ let preferredView: View = "drawing";
 
 interface EdgesInModel {
   kinds: Set<EdgeKind>;
-  /** Whether some were found through the name that a cube gives a dimension. */
+  /** Whether the graph found some where the model has none. */
   found: boolean;
 }
 
@@ -213,10 +213,10 @@ export class LineagePanel {
           this.expansion.reread();
           this.show(preferredView);
         } }), edgeSample(kind), kEdgeKinds[kind].label)),
-      edgesOf(this.model).found && h("span", { class: "sample", title: "Found through the name that a cube gives a dimension" },
+      edgesOf(this.model).found && h("span", { class: "sample", title: "Found by the graph: through the name that a cube gives a dimension, or through a linked measure group" },
         svg("svg", { class: "edge-sample found", viewBox: "0 0 26 8", "aria-hidden": "true" },
           svg("line", { x1: 4, y1: 4, x2: 25, y2: 4, "stroke-width": 1.5, "stroke-dasharray": "7 4" }),
-          svg("path", { d: "M1 4l4-4 4 4-4 4z" })), "By a cube's name"));
+          svg("path", { d: "M1 4l4-4 4 4-4 4z" })), "Found by the graph"));
   }
 
   private key(event: KeyboardEvent): void {

@@ -98,7 +98,7 @@ export interface Edge {
   from: number;
   to: number;
   kind: EdgeKind;
-  /** Found through the name that only a cube gives to a dimension. */
+  /** Found by the graph where the model has no edge: through the name that only a cube gives to a dimension, or a link. */
   found: boolean;
 }
 

@@ -35,7 +35,7 @@ export function badge(text: string, kind = ""): HTMLElement {
 }
 
 export function edgeBadge(kind: EdgeKind, found: boolean): Child {
-  return [badge(kEdgeKinds[kind].label.toLowerCase(), `edge-${kind}`), found && badge("by cube's name", "found")];
+  return [badge(kEdgeKinds[kind].label.toLowerCase(), `edge-${kind}`), found && badge("found by the graph", "found")];
 }
 
 /** An expression or query. What is long is folded, with a button that shows it all. */

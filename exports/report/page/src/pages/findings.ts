@@ -48,7 +48,7 @@ export function coveragePage({ model }: App): Page {
       h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, "Coverage"),
         h("p", { class: "subtitle" }, "How many attributes and measures lead back to a column of a database. ",
           h("span", { class: "swatch by-model" }), " as the model has it, ",
-          h("span", { class: "swatch by-graph" }), " through the name that a cube gives a dimension.")),
+          h("span", { class: "swatch by-graph" }), " found by the graph: through the name that a cube gives a dimension, or a linked measure group.")),
       h("div", { class: "cards" }, model.data.coverage.map((row) => h("section", { class: "panel" },
         h("h2", {}, row.n < 0 ? "Whole database" : objectLink(model, row.n)),
         coverageBar("Attributes", row.a[0], row.a[1], row.a[2]), coverageBar("Measures", row.m[0], row.m[1], row.m[2]),

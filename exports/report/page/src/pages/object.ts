@@ -24,7 +24,7 @@ function badges(model: Model, id: number): Child {
   return [
     node.h === 1 && badge("hidden"),
     node.r === 1 && badge("leads to a column", "good"),
-    node.r === 2 && badge("leads to a column by a cube's name", "good"),
+    node.r === 2 && badge("leads to a column as the graph found", "good"),
     node.r === 0 && badge("leads to no column", "bad"),
     node.u && node.u.length > 0 && badge(counted(node.u.length, "name") + " not found", "bad"),
   ];

@@ -70,7 +70,7 @@ function coverage(model: Model): Child {
     perCube.length > 1 && h("div", { class: "coverage-by-cube" }, perCube.slice(0, 12).map((row) =>
       coverageBar(model.name(row.n), row.a[0] + row.m[0], row.a[1] + row.m[1], row.a[2] + row.m[2]))),
     h("p", { class: "note" }, h("span", { class: "swatch by-model" }), " as the model has it ",
-      h("span", { class: "swatch by-graph" }), " through the name that a cube gives a dimension"));
+      h("span", { class: "swatch by-graph" }), " found by the graph: through the name that a cube gives a dimension, or a linked measure group"));
 }
 
 function dataSources(model: Model): Child {
