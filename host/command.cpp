@@ -17,6 +17,17 @@ bool isSameFile(const std::string& a, const std::string& b) {
 
 }  // namespace
 
+void addInput(CLI::App& parser, std::string& input) {
+  parser.add_option("INPUT", input, "A definition, or a saved model (\"-\": one on standard input)")
+      ->type_name("FILE")
+      ->required();
+}
+
+void addOutput(CLI::App& parser, std::string& output) {
+  parser.add_option("-o,--output", output, "The file to write; standard output without it or with \"-\"")
+      ->type_name("FILE");
+}
+
 void checkOutput(const std::string& input, const std::string& output) {
   if (output.empty()) throw CLI::ValidationError("-o", "the name of the output file is empty");
   if (isSameFile(input, output)) throw CLI::ValidationError("-o", "the output would replace the input");

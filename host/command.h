@@ -37,6 +37,11 @@ Command addDiff(CLI::App& program);
 Command addTest(CLI::App& program);
 Command addDescribe(CLI::App& program);
 
+/// The argument INPUT of commands that tell about a model, and the option -o of those that write to standard
+/// output without it.
+void addInput(CLI::App& parser, std::string& input);
+void addOutput(CLI::App& parser, std::string& output);
+
 /// Throws a usage error when `output` is empty or names the file `input`, itself or through links.
 void checkOutput(const std::string& input, const std::string& output);
 /// Throws a usage error when `input` stands for standard input, which definitions are not read from.

@@ -45,20 +45,14 @@ Command addCoverage(CLI::App& program) {
   CLI::App* parser = program.add_subcommand(
       "coverage",
       "Tell how many attributes and measures lead to a column of a database, and why others do not");
-  parser
-      ->add_option("INPUT", arguments->input, "A definition, or a saved model (\"-\": one on standard input)")
-      ->type_name("FILE")
-      ->required();
+  addInput(*parser, arguments->input);
   parser->add_option("--fail-under", arguments->bound, "End with exit code 4 when fewer percent do than this")
       ->type_name("PERCENT")
       ->check(CLI::Range(0, kWholeCoverage));
   parser->add_option("--format", arguments->format, "How the answer is written")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json"}));
-  parser
-      ->add_option("-o,--output", arguments->output,
-                   "The file to write; standard output without it or with \"-\"")
-      ->type_name("FILE");
+  addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return measure(*arguments, log); }};
 }
 

@@ -56,10 +56,7 @@ Command addDiff(CLI::App& program) {
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "markdown"}));
   parser->add_flag("--exit-code", arguments->exitCode, "End with exit code 5 when they differ");
-  parser
-      ->add_option("-o,--output", arguments->output,
-                   "The file to write; standard output without it or with \"-\"")
-      ->type_name("FILE");
+  addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return compare(*arguments, log); }};
 }
 

@@ -57,11 +57,7 @@ Command addExport(CLI::App& program) {
   for (const tav::ExportFormat* format : tav::exportFormats()) formats.emplace_back(format->name);
   CLI::App* parser =
       program.add_subcommand("export", "Write a saved model or a definition in another format");
-  parser
-      ->add_option("INPUT", arguments->options.input,
-                   "A saved model, or \"-\" for one on standard input; or a definition")
-      ->type_name("FILE")
-      ->required();
+  addInput(*parser, arguments->options.input);
   parser->add_option("--format", arguments->format, describeFormats())
       ->type_name("FORMAT")
       ->required()
@@ -75,10 +71,7 @@ Command addExport(CLI::App& program) {
           "--to", arguments->options.to,
           "dot, mermaid: only this name and what it comes from; the same as --from: both sides of it")
       ->type_name("NAME");
-  parser
-      ->add_option("-o,--output", arguments->output,
-                   "The file to write; standard output without it or with \"-\"")
-      ->type_name("FILE");
+  addOutput(*parser, arguments->output);
   addLineageOptions(*parser, arguments->options, arguments->post);
   return {parser, [parser, arguments](MessageLog& log) {
             checkLineageOptions(*parser, arguments->format);

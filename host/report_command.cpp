@@ -26,15 +26,8 @@ int report(const Arguments& arguments, MessageLog& log) {
 Command addReport(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* parser = program.add_subcommand("report", "Write a page that shows a model and its lineage");
-  parser
-      ->add_option("INPUT", arguments->input,
-                   "A saved model, or \"-\" for one on standard input; or a definition")
-      ->type_name("FILE")
-      ->required();
-  parser
-      ->add_option("-o,--output", arguments->output,
-                   "The HTML file to write; standard output without it or with \"-\"")
-      ->type_name("FILE");
+  addInput(*parser, arguments->input);
+  addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return report(*arguments, log); }};
 }
 

@@ -50,18 +50,6 @@ class ColumnReach {
   Features waiting_;
 };
 
-template <class F> class Visitor {
- public:
-  explicit Visitor(F visit) : visit_(visit) {}
-  void enter(const TAVObject& object) { visit_(object); }
-  void enterRole(const tav::LinkRow& /*row*/) {}
-  void leaveRole(const tav::LinkRow& /*row*/) {}
-  void leave(const TAVObject& /*object*/) {}
-
- private:
-  F visit_;
-};
-
 /// Whether a dimension stands in one of the folders of a cube that are called and typed `folder`.
 bool isIn(const TAVClassifier& dimension, std::string_view folder) {
   const TAVNamespace* package = dimension.nameSpace.get();
@@ -130,13 +118,13 @@ Summary summarize(const TAVStoreModel& model) {
   Summary summary;
   summary.database = model.getName().str();
   Features features;
-  tav::walkTree(model, Visitor([&](const TAVObject& object) {
-                  countObject(object, summary);
-                  if (const auto* feature = tav::as<TAVFeature>(&object)) {
-                    tav::Numbering::set(*feature, static_cast<std::uint32_t>(features.size()));
-                    features.push_back(feature);
-                  }
-                }));
+  tav::forEachObject(model, [&](const TAVObject& object) {
+    countObject(object, summary);
+    if (const auto* feature = tav::as<TAVFeature>(&object)) {
+      tav::Numbering::set(*feature, static_cast<std::uint32_t>(features.size()));
+      features.push_back(feature);
+    }
+  });
   const ColumnReach reach(features);
   ReachCounter count(reach, summary);
   for (const TAVFeature* feature : features) count(*feature);

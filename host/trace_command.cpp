@@ -40,10 +40,7 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
             tav::LineageDirection direction) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* parser = program.add_subcommand(name, description);
-  parser
-      ->add_option("INPUT", arguments->input, "A definition, or a saved model (\"-\": one on standard input)")
-      ->type_name("FILE")
-      ->required();
+  addInput(*parser, arguments->input);
   parser
       ->add_option("NAME", arguments->name,
                    "A path, a qualified name such as \"[Measures].[Sales]\" or dbo.FactSales.Amount, or a "
@@ -53,10 +50,7 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "dot"}));
   parser->add_option("--depth", arguments->depth, "How many steps to go; all without it")->type_name("N");
-  parser
-      ->add_option("-o,--output", arguments->output,
-                   "The file to write; standard output without it or with \"-\"")
-      ->type_name("FILE");
+  addOutput(*parser, arguments->output);
   return {parser, [arguments, direction](MessageLog& log) { return tell(*arguments, direction, log); }};
 }
 

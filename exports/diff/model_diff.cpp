@@ -53,12 +53,6 @@ void compareFacts(const Facts& before, const Facts& after, std::vector<Change>& 
     if (!before.contains(what)) changes.push_back({what, "", text});
 }
 
-bool isCopy(NodeKind kind) {
-  return kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute ||
-         kind == NodeKind::cubeDimension || kind == NodeKind::linkedMeasure ||
-         kind == NodeKind::linkedMeasureGroup;
-}
-
 std::string levelsOf(const TAVHierarchy& hierarchy) {
   std::string text;
   for (const TAVHierarchyLevelAssociation& use : hierarchy.hierarchyLevelAssociations)
@@ -122,7 +116,7 @@ class Comparison {
     }
     ChangedItem item = compared(old, id);
     const bool renamed = before_.node(old).name != node.name;
-    const bool follows = isCopy(node.kind) && followsOriginal(id);
+    const bool follows = isCopyKind(node.kind) && followsOriginal(id);
     if (renamed && !follows)
       diff_.renamed.push_back(std::move(item));
     else if (!item.changes.empty() || !item.newSources.empty() || !item.lostSources.empty())
@@ -135,7 +129,7 @@ class Comparison {
     const LineageNode& node = graph.node(id);
     if (!node.object || partner(id) != kNoNode) return false;
     if (node.owner != kNoNode && partner(node.owner) == kNoNode) return false;
-    if (!isCopy(node.kind)) return true;
+    if (!isCopyKind(node.kind)) return true;
     const auto sources = graph.into(id);
     return sources.empty() || partner(sources.front().from) != kNoNode;
   }
@@ -171,7 +165,7 @@ class Comparison {
                      {},
                      {}};
     item.changes = changesOf(old, id);
-    if (isCopy(after_.node(id).kind)) leaveOutChangesOfOriginal(id, item.changes);
+    if (isCopyKind(after_.node(id).kind)) leaveOutChangesOfOriginal(id, item.changes);
     compareSources(old, id, item);
     return item;
   }

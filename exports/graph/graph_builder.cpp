@@ -86,18 +86,6 @@ std::string_view databaseName(const TAVModelObject& object) {
   return object.physicalName.empty() ? object.getName().view() : object.physicalName.view();
 }
 
-template <class F> class Visitor {
- public:
-  explicit Visitor(F visit) : visit_(visit) {}
-  void enter(const TAVObject& object) { visit_(object); }
-  void enterRole(const LinkRow& /*row*/) {}
-  void leaveRole(const LinkRow& /*row*/) {}
-  void leave(const TAVObject& /*object*/) {}
-
- private:
-  F visit_;
-};
-
 }  // namespace
 
 void GraphBuilder::build() {
@@ -112,16 +100,16 @@ void GraphBuilder::build() {
 }
 
 void GraphBuilder::addNodes() {
-  walkTree(graph_.model_, Visitor([&](const TAVObject& object) {
-             Numbering::set(object, kNoNumber);
-             if (is<TAVLevel>(object)) return;
-             if (const auto* classifier = as<TAVClassifier>(&object))
-               addClassifier(*classifier);
-             else if (const auto* feature = as<TAVFeature>(&object))
-               addFeature(*feature);
-             else if (const auto* synonym = as<TAVSynonym>(&object))
-               addPerspective(*synonym);
-           }));
+  forEachObject(graph_.model_, [&](const TAVObject& object) {
+    Numbering::set(object, kNoNumber);
+    if (is<TAVLevel>(object)) return;
+    if (const auto* classifier = as<TAVClassifier>(&object))
+      addClassifier(*classifier);
+    else if (const auto* feature = as<TAVFeature>(&object))
+      addFeature(*feature);
+    else if (const auto* synonym = as<TAVSynonym>(&object))
+      addPerspective(*synonym);
+  });
 }
 
 void GraphBuilder::addClassifier(const TAVClassifier& classifier) {

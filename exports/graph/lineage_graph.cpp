@@ -57,11 +57,6 @@ std::span<const T> slice(const std::vector<T>& items, const std::vector<std::uin
   return std::span(items).subspan(offsets[id], offsets[id + 1] - offsets[id]);
 }
 
-bool isMeasureKind(NodeKind kind) noexcept {
-  return kind == NodeKind::measure || kind == NodeKind::linkedMeasure ||
-         kind == NodeKind::calculatedMeasure || kind == NodeKind::cubeMeasure;
-}
-
 bool isDatabaseKind(NodeKind kind) noexcept {
   return kind == NodeKind::databaseTable || kind == NodeKind::databaseColumn;
 }
@@ -97,6 +92,24 @@ std::string_view nodeKindLabel(NodeKind kind) noexcept {
 
 bool isClassifierKind(NodeKind kind) noexcept {
   return row(kind).classifier;
+}
+
+bool isMeasureKind(NodeKind kind) noexcept {
+  return kind == NodeKind::measure || kind == NodeKind::linkedMeasure ||
+         kind == NodeKind::calculatedMeasure || kind == NodeKind::cubeMeasure;
+}
+
+bool isCopyKind(NodeKind kind) noexcept {
+  switch (kind) {
+    case NodeKind::cubeMeasure:
+    case NodeKind::cubeAttribute:
+    case NodeKind::cubeDimension:
+    case NodeKind::linkedMeasure:
+    case NodeKind::linkedMeasureGroup:
+      return true;
+    default:
+      return false;
+  }
 }
 
 std::string_view edgeKindName(EdgeKind kind) noexcept {

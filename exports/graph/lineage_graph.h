@@ -48,6 +48,10 @@ std::string_view nodeKindName(NodeKind kind) noexcept;
 std::string_view nodeKindLabel(NodeKind kind) noexcept;
 /// Whether nodes of this kind have others as their parts: tables, dimensions, cubes.
 bool isClassifierKind(NodeKind kind) noexcept;
+/// Whether nodes of this kind are measures, calculated ones and copies included, but not values of KPIs.
+bool isMeasureKind(NodeKind kind) noexcept;
+/// Whether nodes of this kind show others as they are: what cubes use, list and link.
+bool isCopyKind(NodeKind kind) noexcept;
 
 enum class EdgeKind : std::uint8_t {
   direct,      ///< taken over as it is

@@ -26,11 +26,6 @@ bool endsWith(std::string_view text, std::string_view ending) {
   return text.size() >= ending.size() && equals(text.substr(text.size() - ending.size()), ending);
 }
 
-bool isMeasure(NodeKind kind) {
-  return kind == NodeKind::measure || kind == NodeKind::linkedMeasure ||
-         kind == NodeKind::calculatedMeasure || kind == NodeKind::cubeMeasure;
-}
-
 bool isKpi(NodeKind kind) {
   return kind == NodeKind::kpi || kind == NodeKind::kpiValue;
 }
@@ -110,7 +105,7 @@ class Search {
 
   /// `[Measures]` and `[KPIs]` stand in front of names without being the name of anything.
   [[nodiscard]] bool fitsPrefix(NodeKind kind) const {
-    return (isMeasure(kind) && equals(parts_.front(), "Measures")) ||
+    return (isMeasureKind(kind) && equals(parts_.front(), "Measures")) ||
            (isKpi(kind) && equals(parts_.front(), "KPIs"));
   }
 
@@ -126,19 +121,6 @@ class Search {
   bool isPath_;
   std::string folded_;
 };
-
-bool isCopy(NodeKind kind) {
-  switch (kind) {
-    case NodeKind::cubeMeasure:
-    case NodeKind::cubeAttribute:
-    case NodeKind::cubeDimension:
-    case NodeKind::linkedMeasure:
-    case NodeKind::linkedMeasureGroup:
-      return true;
-    default:
-      return false;
-  }
-}
 
 /// Leaves out what `others` lead to, or what leads to them, along edges that only take over.
 class CopyFilter {
@@ -175,7 +157,7 @@ class CopyFilter {
 
 void leaveOutCopies(const LineageGraph& graph, std::vector<NodeId>& found, LineageDirection direction) {
   const CopyFilter all(graph, found);
-  std::erase_if(found, [&](NodeId id) { return isCopy(graph.node(id).kind) && all.isCopyOfOther(id); });
+  std::erase_if(found, [&](NodeId id) { return isCopyKind(graph.node(id).kind) && all.isCopyOfOther(id); });
   const CopyFilter left(graph, found);
   std::vector<NodeId> told = found;
   std::erase_if(told, [&](NodeId id) {
@@ -234,7 +216,7 @@ std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view nam
   std::vector<std::size_t> row;
   const std::size_t limit = wanted.size() / 3 + 2;
   for (NodeId id = 0; id < graph.nodes().size(); ++id) {
-    if (isCopy(graph.node(id).kind)) continue;
+    if (isCopyKind(graph.node(id).kind)) continue;
     const std::size_t distance = editDistance(wanted, graph.node(id).name, limit, row);
     if (distance < limit) near.push_back({distance, id});
   }

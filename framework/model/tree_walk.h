@@ -55,22 +55,26 @@ template <class Visitor> void walkTree(const TAVObject& root, Visitor&& visitor)
   }
 }
 
-/// Gives every object of the tree its number in document order, from 1 (see Numbering), and returns how many
-/// there are. Objects that `leaveOut` holds for get none.
-template <class Predicate> std::uint32_t numberTree(const TAVObject& root, Predicate leaveOut) {
-  struct Numberer {
-    Predicate& leaveOut;
-    std::uint32_t count = 0;
-    void enter(const TAVObject& object) {
-      if (!leaveOut(object)) Numbering::set(object, ++count);
-    }
+/// Calls `visit(object)` for an object and all that it contains, each before its parts, without recursion.
+template <class F> void forEachObject(const TAVObject& root, F visit) {
+  struct Visitor {
+    F& visit;
+    void enter(const TAVObject& object) { visit(object); }
     void enterRole(const LinkRow& /*row*/) {}
     void leaveRole(const LinkRow& /*row*/) {}
     void leave(const TAVObject& /*object*/) {}
   };
-  Numberer numberer{leaveOut};
-  walkTree(root, numberer);
-  return numberer.count;
+  walkTree(root, Visitor{visit});
+}
+
+/// Gives every object of the tree its number in document order, from 1 (see Numbering), and returns how many
+/// there are. Objects that `leaveOut` holds for get none.
+template <class Predicate> std::uint32_t numberTree(const TAVObject& root, Predicate leaveOut) {
+  std::uint32_t count = 0;
+  forEachObject(root, [&](const TAVObject& object) {
+    if (!leaveOut(object)) Numbering::set(object, ++count);
+  });
+  return count;
 }
 
 }  // namespace tav
