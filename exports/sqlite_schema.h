@@ -83,9 +83,9 @@ CREATE INDEX IF NOT EXISTS cube_counts_by_model ON cube_counts(model_id);
 CREATE INDEX IF NOT EXISTS warnings_by_model ON warnings(model_id);
 )SQL";
 
-/// A server that a connection does not name is known within its model alone, and its columns are nobody else's.
-/// A condition on a view's start cannot reach into a recursion that the view is made of. So the recursion
-/// stands in a subquery for each start, which the condition has chosen before.
+/// A server that a connection does not name is known within its model alone, and its columns are nobody
+/// else's. A condition on a view's start cannot reach into a recursion that the view is made of. So the
+/// recursion stands in a subquery for each start, which the condition has chosen before.
 inline constexpr const char* kSqliteViews = R"SQL(
 CREATE VIEW lineage AS
 SELECT m.source, m.name AS model, f.kind AS from_kind, f.path AS from_path, t.kind AS to_kind, t.path AS to_path,
