@@ -159,7 +159,7 @@ final class MQuery {
 
   /** A name, call, text, list or record, with what is picked from it behind. */
   private Value evaluateOperand(int begin, int end, Environment environment, int depth) {
-    MTokens.Token token = tokens.get(begin);
+    QueryTokens.Token token = tokens.get(begin);
     Value value = Value.UNKNOWN;
     int i = begin + 1;
     if (token.isName() && tokens.get(i).isSign('(') && i < end) {
@@ -168,7 +168,7 @@ final class MQuery {
       i = close + 1;
     } else if (token.isName()) {
       value = lookUp(token.value(), environment, depth);
-    } else if (token.kind() == MTokens.Kind.TEXT) {
+    } else if (token.kind() == QueryTokens.Kind.TEXT) {
       value = new Value();
       value.text = token.value();
     } else if (token.isSign('{') || token.isSign('[') || token.isSign('(')) {
@@ -400,7 +400,7 @@ final class MQuery {
   /** The place behind a token, or behind all that a bracket or a let opens. */
   private int after(int i, int end) {
     if (i >= end) return i + 1;
-    MTokens.Token token = tokens.get(i);
+    QueryTokens.Token token = tokens.get(i);
     boolean opens = token.isSign('(') || token.isSign('[') || token.isSign('{') || token.isWord("let");
     return opens ? Math.min(closing(i, end), end - 1) + 1 : i + 1;
   }
@@ -408,7 +408,7 @@ final class MQuery {
   private int closing(int open, int end) {
     int depth = 0;
     for (int i = open; i < end; ++i) {
-      MTokens.Token token = tokens.get(i);
+      QueryTokens.Token token = tokens.get(i);
       if (token.isSign('(') || token.isSign('[') || token.isSign('{') || token.isWord("let")) ++depth;
       boolean closes = token.isSign(')') || token.isSign(']') || token.isSign('}') || token.isWord("in");
       if (closes && --depth == 0) return i;

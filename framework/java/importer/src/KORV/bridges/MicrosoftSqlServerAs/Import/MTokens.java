@@ -1,88 +1,35 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
-import java.util.ArrayList;
-import java.util.List;
-
-/** The tokens of a query in the M language. */
-final class MTokens {
-  enum Kind { WORD, NAME, TEXT, NUMBER, SIGN, END }
-
-  /**
-   * `Table.RenameColumns` is one word, #"Changed Type" a name without its marks, and NAME is never a
-   * keyword.
-   */
-  record Token(Kind kind, String value) {
-    boolean isSign(char sign) {
-      return kind == Kind.SIGN && value.charAt(0) == sign;
-    }
-
-    boolean isWord(String word) {
-      return kind == Kind.WORD && value.equals(word);
-    }
-
-    boolean isName() {
-      return kind == Kind.WORD || kind == Kind.NAME;
-    }
-  }
-
-  private static final Token END = new Token(Kind.END, "");
-
-  private final String text;
-  private final List<Token> tokens = new ArrayList<>();
-  private int at;
-
+/** The tokens of a query in the M language: `Table.RenameColumns` is one word, #"Changed Type" is quoted. */
+final class MTokens extends QueryTokens {
   MTokens(String text) {
-    this.text = text;
-    while (at < text.length()) next();
+    super(text);
+    readAll();
   }
 
-  int size() {
-    return tokens.size();
-  }
-
-  Token get(int place) {
-    return place < 0 || place >= tokens.size() ? END : tokens.get(place);
-  }
-
-  private void next() {
-    char c = text.charAt(at);
-    if (Names.isBlank(c)) {
-      ++at;
-    } else if (text.startsWith("//", at)) {
-      while (at < text.length() && text.charAt(at) != '\n' && text.charAt(at) != '\r') ++at;
+  @Override
+  protected boolean readOwn(char c) {
+    if (text.startsWith("//", at)) {
+      skipLine();
     } else if (text.startsWith("/*", at)) {
       int end = text.indexOf("*/", at + 2);
       at = end < 0 ? text.length() : end + 2;
     } else if (c == '"') {
-      quoted(Kind.TEXT);
+      add(Kind.TEXT, unescape(enclosed('"')));
     } else if (text.startsWith("#\"", at)) {
       ++at;
-      quoted(Kind.NAME);
-    } else if (Names.startsWord(c) || c == '#') {
-      int start = at++;
-      while (at < text.length() && (Names.continuesWord(text.charAt(at)) || text.charAt(at) == '.')) ++at;
-      tokens.add(new Token(Kind.WORD, text.substring(start, at)));
-    } else if (Names.isDigit(c)) {
-      int start = at++;
-      while (at < text.length() && (Names.continuesWord(text.charAt(at)) || text.charAt(at) == '.')) ++at;
-      tokens.add(new Token(Kind.NUMBER, text.substring(start, at)));
+      add(Kind.QUOTED, unescape(enclosed('"')));
+    } else if (c == '#') {
+      word();
     } else {
-      tokens.add(new Token(Kind.SIGN, text.substring(at, ++at)));
+      return false;
     }
+    return true;
   }
 
-  private void quoted(Kind kind) {
-    StringBuilder value = new StringBuilder();
-    for (++at; at < text.length(); ++at) {
-      char c = text.charAt(at);
-      if (c == '"') {
-        if (at + 1 >= text.length() || text.charAt(at + 1) != '"') break;
-        ++at;
-      }
-      value.append(c);
-    }
-    ++at;
-    tokens.add(new Token(kind, unescape(value.toString())));
+  @Override
+  protected boolean continuesWord(char c) {
+    return c == '.';
   }
 
   /**

@@ -52,7 +52,7 @@ final class SqlQuery {
   private Relation readQuery(int begin, int end, Map<String, Relation> outerNames, Scope outer, int depth) {
     if (depth > MAX_DEPTH) return null;
     Map<String, Relation> names = outerNames;
-    if (tokens.get(begin).isWord("WITH")) {
+    if (tokens.get(begin).isKeyword("WITH")) {
       names = new HashMap<>(outerNames);
       begin = readCommonTables(begin + 1, end, names, depth);
       if (begin < 0) return null;
@@ -64,7 +64,7 @@ final class SqlQuery {
       Relation part = readSelect(start, i, names, outer, depth);
       if (part == null) return null;
       parts.add(part);
-      start = tokens.get(i + 1).isWord("ALL") ? i + 2 : i + 1;
+      start = tokens.get(i + 1).isKeyword("ALL") ? i + 2 : i + 1;
     }
     if (parts.isEmpty()) return null;
     return parts.size() == 1 ? parts.get(0) : combine(parts);
@@ -94,7 +94,7 @@ final class SqlQuery {
       String name = tokens.get(i++).value();
       List<String> columns = new ArrayList<>();
       if (tokens.get(i).isSign('(')) i = readColumnList(i, end, columns);
-      if (!tokens.get(i).isWord("AS") || !tokens.get(i + 1).isSign('(')) return -1;
+      if (!tokens.get(i).isKeyword("AS") || !tokens.get(i + 1).isSign('(')) return -1;
       int close = closing(i + 1, end);
       Relation query = readQuery(i + 2, close, names, null, depth + 1);
       if (query != null) names.put(Names.fold(name), renamed(query, columns));
@@ -125,7 +125,7 @@ final class SqlQuery {
     if (tokens.get(begin).isSign('(') && closing(begin, end) < end) {
       return readQuery(begin + 1, closing(begin, end), names, outer, depth + 1);
     }
-    if (!tokens.get(begin).isWord("SELECT")) return null;
+    if (!tokens.get(begin).isKeyword("SELECT")) return null;
     int items = skipQuantifiers(begin + 1, end);
     int from = find(items, end, Set.of("from"));
     int into = find(items, from, Set.of("into"));
@@ -148,11 +148,11 @@ final class SqlQuery {
   }
 
   private int skipQuantifiers(int i, int end) {
-    while (tokens.get(i).isWord("DISTINCT") || tokens.get(i).isWord("ALL")) ++i;
-    if (tokens.get(i).isWord("TOP")) {
+    while (tokens.get(i).isKeyword("DISTINCT") || tokens.get(i).isKeyword("ALL")) ++i;
+    if (tokens.get(i).isKeyword("TOP")) {
       i = after(i + 1, end);
-      if (tokens.get(i).isWord("PERCENT")) ++i;
-      if (tokens.get(i).isWord("WITH") && tokens.get(i + 1).isWord("TIES")) i += 2;
+      if (tokens.get(i).isKeyword("PERCENT")) ++i;
+      if (tokens.get(i).isKeyword("WITH") && tokens.get(i + 1).isKeyword("TIES")) i += 2;
     }
     return i;
   }
@@ -179,7 +179,7 @@ final class SqlQuery {
     if (tokens.get(begin).isName() && tokens.get(begin + 1).isSign('=')) {
       name = tokens.get(begin).value();
       begin += 2;
-    } else if (end - begin >= 3 && tokens.get(end - 2).isWord("AS")) {
+    } else if (end - begin >= 3 && tokens.get(end - 2).isKeyword("AS")) {
       name = tokens.get(end - 1).value();
       last = end - 2;
     } else if (end - begin >= 2 && isAlias(end - 1)) {
@@ -196,14 +196,14 @@ final class SqlQuery {
 
   /** A name behind something that ends an operand. */
   private boolean isAlias(int place) {
-    SqlTokens.Token token = tokens.get(place);
-    if (!token.isName() && token.kind() != SqlTokens.Kind.TEXT || token.isWord("END")) return false;
-    SqlTokens.Token before = tokens.get(place - 1);
-    if (before.isSign(')') || before.isWord("END") || before.isWord("NULL")) return true;
+    QueryTokens.Token token = tokens.get(place);
+    if (!token.isName() && token.kind() != QueryTokens.Kind.TEXT || token.isKeyword("END")) return false;
+    QueryTokens.Token before = tokens.get(place - 1);
+    if (before.isSign(')') || before.isKeyword("END") || before.isKeyword("NULL")) return true;
     boolean operand =
-        before.isName() || before.kind() == SqlTokens.Kind.NUMBER || before.kind() == SqlTokens.Kind.TEXT;
+        before.isName() || before.kind() == QueryTokens.Kind.NUMBER || before.kind() == QueryTokens.Kind.TEXT;
     return operand
-        && !(before.kind() == SqlTokens.Kind.WORD && OPERATORS.contains(Names.fold(before.value())));
+        && !(before.kind() == QueryTokens.Kind.WORD && OPERATORS.contains(Names.fold(before.value())));
   }
 
   /** Collects the columns that an expression names; true when it is one column and nothing else. */
@@ -211,17 +211,17 @@ final class SqlQuery {
       int begin, int end, Scope scope, Map<String, Relation> names, Set<Relation.Column> sources, int depth) {
     boolean single = false;
     for (int i = begin; i < end; ++i) {
-      SqlTokens.Token token = tokens.get(i);
-      if (token.isSign('(') && (tokens.get(i + 1).isWord("SELECT") || tokens.get(i + 1).isWord("WITH"))) {
+      QueryTokens.Token token = tokens.get(i);
+      if (token.isSign('(') && (tokens.get(i + 1).isKeyword("SELECT") || tokens.get(i + 1).isKeyword("WITH"))) {
         int close = closing(i, end);
         Relation query = readQuery(i + 1, close, names, scope, depth + 1);
         if (query != null) query.outputs().forEach(output -> sources.addAll(output.sources()));
         i = close;
-      } else if (token.isWord("COLLATE")) {
+      } else if (token.isKeyword("COLLATE")) {
         ++i;
-      } else if (token.isWord("AT") && tokens.get(i + 1).isWord("TIME")) {
+      } else if (token.isKeyword("AT") && tokens.get(i + 1).isKeyword("TIME")) {
         i += 2;
-      } else if (token.isWord("AS")) {
+      } else if (token.isKeyword("AS")) {
         i = skipType(i + 1);
       } else if (token.isName() && !isOperator(token)) {
         int last = i;
@@ -238,8 +238,8 @@ final class SqlQuery {
     return single;
   }
 
-  private static boolean isOperator(SqlTokens.Token token) {
-    return token.kind() == SqlTokens.Kind.WORD
+  private static boolean isOperator(QueryTokens.Token token) {
+    return token.kind() == QueryTokens.Kind.WORD
         && (OPERATORS.contains(Names.fold(token.value())) || token.value().startsWith("@"));
   }
 
@@ -276,8 +276,8 @@ final class SqlQuery {
     int piece = begin;
     for (int i = begin; i <= end && begin < end; i = after(i, end)) {
       boolean separator =
-          tokens.get(i).isSign(',') || tokens.get(i).isWord("JOIN") || tokens.get(i).isWord("APPLY");
-      if (i < end && (tokens.get(i).isWord("PIVOT") || tokens.get(i).isWord("UNPIVOT"))) return null;
+          tokens.get(i).isSign(',') || tokens.get(i).isKeyword("JOIN") || tokens.get(i).isKeyword("APPLY");
+      if (i < end && (tokens.get(i).isKeyword("PIVOT") || tokens.get(i).isKeyword("UNPIVOT"))) return null;
       if (i < end && !separator) continue;
       if (!readTable(piece, i, scope, names, depth)) return null;
       piece = i + 1;
@@ -292,7 +292,7 @@ final class SqlQuery {
     if (depth > MAX_DEPTH) return false;
     if (tokens.get(begin).isSign('(')) {
       int close = closing(begin, end);
-      boolean query = tokens.get(begin + 1).isWord("SELECT") || tokens.get(begin + 1).isWord("WITH")
+      boolean query = tokens.get(begin + 1).isKeyword("SELECT") || tokens.get(begin + 1).isKeyword("WITH")
           || tokens.get(begin + 1).isSign('(');
       if (!query) return readJoin(begin + 1, close, scope, names, depth);
       Relation relation = readQuery(begin + 1, close, names, scope.outer, depth + 1);
@@ -325,7 +325,7 @@ final class SqlQuery {
   }
 
   private boolean addTable(Relation relation, String name, int i, int end, Scope scope) {
-    if (tokens.get(i).isWord("AS")) ++i;
+    if (tokens.get(i).isKeyword("AS")) ++i;
     if (i < end && tokens.get(i).isName() && !isOneOf(i, AFTER_TABLE)) {
       name = tokens.get(i++).value();
       List<String> columns = new ArrayList<>();
@@ -338,7 +338,7 @@ final class SqlQuery {
   }
 
   private boolean isOneOf(int place, Set<String> words) {
-    return tokens.get(place).kind() == SqlTokens.Kind.WORD
+    return tokens.get(place).kind() == QueryTokens.Kind.WORD
         && words.contains(Names.fold(tokens.get(place).value()));
   }
 
