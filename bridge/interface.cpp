@@ -3,8 +3,8 @@
 #include <array>
 
 #include "bridge/build_time.h"
+#include "bridge/catalogue/literals.h"
 #include "bridge/import.h"
-#include "bridge/literals.h"
 #include "framework/bridgelib/input_files.h"
 #include "framework/bridgelib/model_stamps.h"
 #include "framework/modelbridge/bridge_constants.h"

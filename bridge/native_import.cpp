@@ -1,5 +1,5 @@
+#include "bridge/catalogue/literals.h"
 #include "bridge/import.h"
-#include "bridge/literals.h"
 #include "framework/bridgelib/types.h"
 #include "framework/modelbridge/host_observer.h"
 #include "reader/reader.h"

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "bridge/literals.h"
+#include "bridge/catalogue/literals.h"
 #include "framework/bridgelib/class_path.h"
 #include "framework/java/java_bridge.h"
 #include "framework/serialization/multi_model_serialization.h"

@@ -12,7 +12,7 @@ install(TARGETS xmla-bridge RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 # Folders without a header would be made all the same.
 install(DIRECTORY framework DESTINATION include/xmla-bridge
-        FILES_MATCHING PATTERN "*.h" PATTERN framework/java/importer EXCLUDE)
+        FILES_MATCHING PATTERN "*.h")
 install(EXPORT xmlaBridgeTargets NAMESPACE xmlaBridge:: DESTINATION ${package_folder})
 configure_package_config_file(
   ${CMAKE_CURRENT_LIST_DIR}/xmlaBridgeConfig.cmake.in ${PROJECT_BINARY_DIR}/xmlaBridgeConfig.cmake

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "exports/graph/graph_part.h"
+#include "lineage/graph_part.h"
 
 namespace tav {
 

@@ -1,10 +1,10 @@
 #include <filesystem>
 
 #include "exports/formats.h"
-#include "exports/mask.h"
 #include "exports/node_rows.h"
 #include "framework/serialization/replacing_file.h"
 #include "framework/std/exception.h"
+#include "framework/std/mask.h"
 
 namespace tav {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <array>
 
+#include "exports/answers/lineage_text.h"
 #include "exports/boxes.h"
 #include "exports/formats.h"
-#include "exports/lineage_text.h"
-#include "exports/mask.h"
-#include "exports/printable.h"
+#include "framework/std/mask.h"
+#include "framework/std/printable.h"
 #include "framework/std/utf8.h"
 
 namespace tav {

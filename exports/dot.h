@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "exports/graph/graph_part.h"
+#include "lineage/graph_part.h"
 
 namespace tav {
 

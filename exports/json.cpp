@@ -1,9 +1,9 @@
 #include "exports/json.h"
 
 #include "exports/formats.h"
-#include "exports/json_text.h"
-#include "exports/mask.h"
 #include "framework/model/tree_walk.h"
+#include "framework/std/json_text.h"
+#include "framework/std/mask.h"
 
 namespace tav {
 namespace {

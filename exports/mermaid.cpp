@@ -2,8 +2,8 @@
 
 #include "exports/boxes.h"
 #include "exports/formats.h"
-#include "exports/mask.h"
-#include "exports/printable.h"
+#include "framework/std/mask.h"
+#include "framework/std/printable.h"
 #include "framework/std/utf8.h"
 
 namespace tav {

@@ -1,7 +1,7 @@
 #include "exports/node_rows.h"
 
-#include "exports/graph/coverage.h"
-#include "exports/mask.h"
+#include "framework/std/mask.h"
+#include "lineage/coverage.h"
 
 namespace tav {
 namespace {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "exports/graph/lineage_graph.h"
+#include "lineage/lineage_graph.h"
 
 namespace tav {
 

@@ -1,11 +1,11 @@
 #include "exports/sqlite.h"
 
-#include "exports/graph/coverage.h"
-#include "exports/mask.h"
 #include "exports/node_rows.h"
 #include "exports/sqlite_database.h"
 #include "exports/sqlite_schema.h"
 #include "framework/std/exception.h"
+#include "framework/std/mask.h"
+#include "lineage/coverage.h"
 
 namespace tav {
 namespace {

@@ -2,12 +2,13 @@
 
 #include <optional>
 
+#include "framework/std/text.h"
+
 namespace tav {
 namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::string_view kBlanks = " \t";
-constexpr std::string_view kWhiteSpace = " \t\r\n";
 constexpr std::string_view kMeasures = "MEASURES";
 
 bool isScriptBlank(char c) {
@@ -40,12 +41,6 @@ class ForwardSearch {
 
 std::size_t findText(std::string_view text, std::string_view part, std::size_t start) {
   return text.find(part, start);
-}
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kWhiteSpace);
-  if (first == kNone) return {};
-  return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
 bool startsLikeLineComment(std::string_view segment) {

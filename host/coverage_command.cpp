@@ -1,6 +1,6 @@
 #include <fmt/ostream.h>
 
-#include "exports/coverage_report.h"
+#include "exports/answers/coverage_report.h"
 #include "host/command.h"
 #include "host/model_input.h"
 #include "host/output.h"

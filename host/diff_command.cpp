@@ -1,4 +1,4 @@
-#include "exports/diff/diff_report.h"
+#include "exports/answers/diff_report.h"
 #include "framework/model/reflection.h"
 #include "host/command.h"
 #include "host/model_input.h"

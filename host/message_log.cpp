@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
-#include "exports/mask.h"
+#include "framework/std/mask.h"
 #include "framework/std/utf8.h"
 
 namespace host {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "exports/printable.h"
 #include "framework/std/log.h"
+#include "framework/std/printable.h"
 
 namespace host {
 

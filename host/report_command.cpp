@@ -1,7 +1,7 @@
-#include "exports/report/report.h"
 #include "host/command.h"
 #include "host/model_input.h"
 #include "host/output.h"
+#include "report/report.h"
 
 namespace host {
 namespace {

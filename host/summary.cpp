@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "exports/mask.h"
 #include "framework/model/tree_walk.h"
+#include "framework/std/mask.h"
 #include "host/message_log.h"
 
 namespace host {

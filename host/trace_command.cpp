@@ -1,10 +1,10 @@
 #include <fmt/format.h>
 
-#include "exports/graph/node_search.h"
-#include "exports/lineage_text.h"
+#include "exports/answers/lineage_text.h"
 #include "host/command.h"
 #include "host/model_input.h"
 #include "host/output.h"
+#include "lineage/node_search.h"
 
 namespace host {
 namespace {

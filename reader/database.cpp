@@ -1,9 +1,10 @@
-#include "bridge/literals.h"
-#include "framework/dsv/connection_index.h"
+#include "bridge/catalogue/literals.h"
+#include "framework/std/connection_string.h"
 #include "framework/types/data_store_version.h"
-#include "reader/connection_string.h"
+#include "framework/types/providers.h"
 #include "reader/reader.h"
 #include "reader/vocabulary.h"
+#include "views/connection_index.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 

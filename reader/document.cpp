@@ -1,4 +1,4 @@
-#include "bridge/literals.h"
+#include "bridge/catalogue/literals.h"
 #include "reader/reader.h"
 #include "reader/vocabulary.h"
 

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "framework/dom/dom.h"
-#include "framework/dsv/dsv_reader.h"
 #include "framework/expression/analyzer.h"
 #include "framework/model/model.h"
 #include "framework/std/file.h"
@@ -23,6 +22,7 @@
 #include "reader/id_index.h"
 #include "reader/model_names.h"
 #include "reader/registry.h"
+#include "views/dsv_reader.h"
 
 /// The data store that definitions and their data source views are kept in.
 extern const TAVDataStoreVersion kDataSourceViewStore;

@@ -60,6 +60,8 @@ need_for_program() {
   need command ninja ninja-build
   need header expat.h libexpat1-dev
   need library expat libexpat1-dev
+  need header utf8proc.h libutf8proc-dev
+  need library utf8proc libutf8proc-dev
   need header CLI/CLI.hpp libcli11-dev
   need header fmt/format.h libfmt-dev
   need library fmt libfmt-dev

@@ -10,7 +10,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "exports/graph/lineage_graph.h"
+#include "lineage/lineage_graph.h"
 
 namespace tav {
 

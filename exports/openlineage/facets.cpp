@@ -4,8 +4,8 @@
 #include <array>
 #include <unordered_set>
 
-#include "exports/mask.h"
 #include "exports/openlineage/uri.h"
+#include "framework/std/mask.h"
 #include "framework/std/utf8.h"
 
 namespace tav {

@@ -7,9 +7,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "exports/graph/lineage_graph.h"
 #include "exports/openlineage/datasets.h"
 #include "exports/openlineage/json_writer.h"
+#include "lineage/lineage_graph.h"
 
 namespace tav {
 

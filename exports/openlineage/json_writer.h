@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "exports/json_text.h"
+#include "framework/std/json_text.h"
 
 namespace tav {
 

@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "exports/formats.h"
-#include "exports/graph/lineage_graph.h"
 #include "exports/openlineage/datasets.h"
+#include "lineage/lineage_graph.h"
 
 namespace tav {
 

@@ -360,23 +360,4 @@ TAVString placeInText(std::string_view text, std::size_t offset) {
   return "line " + std::to_string(line) + ", column " + std::to_string(column + 1);
 }
 
-std::size_t namePartLength(std::string_view reference) noexcept {
-  for (std::size_t place = 0;;) {
-    if (place < reference.size() && reference[place] == '&') ++place;
-    const char open = place < reference.size() ? reference[place] : '\0';
-    const char close = open == '[' ? ']' : open;
-    if (open == '[' || open == '"') {
-      do {
-        place = reference.find(close, place + 1);
-        if (place == reference.npos) return reference.size();
-        ++place;
-      } while (place < reference.size() && reference[place] == close);
-    } else {
-      place = reference.find_first_of(".&", place);
-      if (place == reference.npos) return reference.size();
-    }
-    if (place >= reference.size() || reference[place] != '&') return place;
-  }
-}
-
 }  // namespace tav

@@ -127,7 +127,4 @@ class TAV_API Lexer {
 /// A place in a text as "line 2, column 7", columns in characters; `offset` in bytes.
 TAV_API TAVString placeInText(std::string_view text, std::size_t offset);
 
-/// The length of the part that a reference, laid out as the text of a token, begins with.
-TAV_API std::size_t namePartLength(std::string_view reference) noexcept;
-
 }  // namespace tav

@@ -1,5 +1,7 @@
 #include "framework/expression/nodes.h"
 
+#include "framework/std/dotted_name.h"
+
 #include "framework/expression/lexer.h"
 
 namespace {

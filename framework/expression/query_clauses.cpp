@@ -2,6 +2,7 @@
 #include "framework/expression/query_parser.h"
 #include "framework/expression/query_words.h"
 #include "framework/expression/words.h"
+#include "framework/std/dotted_name.h"
 
 namespace tav {
 

@@ -4,76 +4,18 @@
 #include <numeric>
 
 #include "framework/expression/parser.h"
+#include "framework/std/dotted_name.h"
 #include "framework/std/string.h"
 
 namespace tav {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t\r\n");
-  if (begin == text.npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \t\r\n") - begin + 1);
-}
-
-/// A name without the quotes around it; a doubled closing quote inside is one.
-std::string unquoted(std::string_view name) {
-  if (name.starts_with("N'")) name.remove_prefix(1);
-  const char open = name.empty() ? '\0' : name.front();
-  const char close = open == '[' ? ']' : open;
-  if (name.size() < 2 || (open != '[' && open != '"' && open != '\'') || name.back() != close)
-    return std::string(name);
-  std::string text;
-  for (std::size_t i = 1; i + 1 < name.size(); ++i) {
-    text += name[i];
-    if (name[i] == close && i + 2 < name.size() && name[i + 1] == close) ++i;
-  }
-  return text;
-}
-
 std::string foldedName(std::string_view name) {
-  return foldCase(unquoted(name));
-}
-
-bool isPlain(std::string_view name) {
-  const auto isLetter = [](char c) {
-    const char folded = foldCase(c);
-    return (folded >= 'a' && folded <= 'z') || c == '_' || c == '#' || static_cast<unsigned char>(c) >= 0x80U;
-  };
-  return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), [&](char c) {
-    return isLetter(c) || (c >= '0' && c <= '9') || c == '$' || c == '@';
-  });
+  return foldCase(unquotedPart(name));
 }
 
 }  // namespace
-
-std::vector<std::string> namePartsOf(std::string_view name) {
-  std::vector<std::string> parts;
-  for (std::size_t place = 0; place <= name.size();) {
-    const std::string_view rest = name.substr(place);
-    const std::size_t blanks =
-        rest.size() - rest.substr(std::min(rest.size(), rest.find_first_not_of(" \t\r\n"))).size();
-    const std::size_t length = blanks + namePartLength(rest.substr(blanks));
-    parts.push_back(unquoted(trimmed(rest.substr(0, length))));
-    place += length + 1;
-  }
-  return parts;
-}
-
-std::string joinNameParts(const std::vector<std::string>& parts) {
-  std::string name;
-  for (const std::string& part : parts) {
-    if (&part != &parts.front()) name += '.';
-    if (part.empty() || isPlain(part)) {
-      name += part;
-      continue;
-    }
-    name += '[';
-    for (const char c : part) name.append(c == ']' ? 2 : 1, c);
-    name += ']';
-  }
-  return name;
-}
 
 QueryResolver::QueryResolver(const Query& query)
     : query_(query),
@@ -99,7 +41,7 @@ QueryResolver::QueryResolver(const Query& query)
     if (star != columns.end()) firstStar_[i] = static_cast<std::uint32_t>(star - columns.begin());
     for (const QueryTable& table : query.blocks[i].tables) {
       Table& made = tables_[i].emplace_back();
-      for (const std::string& part : namePartsOf(table.name)) made.parts.push_back(foldCase(part));
+      for (const std::string& part : splitDottedName(table.name)) made.parts.push_back(foldCase(part));
       made.alias = table.alias.empty() ? made.parts.back() : foldedName(table.alias);
       if (table.kind == QueryTable::Kind::table && made.parts.size() == 1)
         made.expression = findExpression(query.blocks[i].query, made.parts.front());
@@ -143,8 +85,8 @@ void QueryResolver::addObjects() {
   for (const Place& place : places) {
     Table& table = tables_[place.block][place.table];
     const auto [entry, isNew] =
-        known.emplace(joinNameParts(table.parts), static_cast<std::uint32_t>(objects_.size()));
-    if (isNew) objects_.push_back({namePartsOf(query_.blocks[place.block].tables[place.table].name)});
+        known.emplace(joinDottedName(table.parts), static_cast<std::uint32_t>(objects_.size()));
+    if (isNew) objects_.push_back({splitDottedName(query_.blocks[place.block].tables[place.table].name)});
     table.object = entry->second;
   }
 }
@@ -210,7 +152,7 @@ std::vector<QuerySource> QueryResolver::follow() {
     }
     const QueryPart& current = *parts_[part++];
     for (const QueryReference& reference : current.references)
-      visitReference(reference.block, namePartsOf(reference.name));
+      visitReference(reference.block, splitDottedName(reference.name));
     for (const std::uint32_t query : current.queries)
       for (const std::uint32_t block : query_.queries[query].blocks)
         for (const QueryColumn& column : query_.blocks[block].columns) addPart(column);
@@ -267,7 +209,7 @@ void QueryResolver::visitByName(std::uint32_t block, const std::string& name) {
       visitUnqualified(block, name);
       return;
     }
-    std::vector<std::string> parts = namePartsOf(columns[i].qualifier);
+    std::vector<std::string> parts = splitDottedName(columns[i].qualifier);
     parts.push_back(name);
     const std::uint32_t table = findQualified(block, parts);
     if (table != kNoQuery) candidates.push_back(table);

@@ -26,12 +26,6 @@ struct QuerySource {
   std::string column;  ///< without quotes, as the statement spells it
 };
 
-/// The parts of a dotted name without their quotes.
-TAV_API std::vector<std::string> namePartsOf(std::string_view name);
-
-/// A name of such parts, each in brackets unless it is a plain word: `dbo.[Fact Sales]`.
-TAV_API std::string joinNameParts(const std::vector<std::string>& parts);
-
 /// Follows the names of a statement, ignoring letter case. A name without a table belongs to the one table
 /// that has such a column for certain, else to the one table that may have it.
 class TAV_API QueryResolver {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "framework/std/text.h"
+
 namespace tav {
 namespace {
 
@@ -9,7 +11,6 @@ constexpr const char* kOtherOutput = "TAVJAVA_I0008";
 constexpr std::size_t kKeptHead = 4096;
 constexpr std::size_t kLongestSummary = 500;
 constexpr std::size_t kKeptTail = std::size_t{16} << 10;
-constexpr std::string_view kBlanks = " \t\r";
 constexpr std::string_view kCut = " ...";
 constexpr std::string_view kIdentifierCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
 
@@ -20,17 +21,6 @@ TAVLogEvent eventOf(std::string_view line) {
     if (const auto severity = severityOf(line.substr(0, first)))
       return {line.substr(second + 1), line.substr(first + 1, second - first - 1), *severity, TAVString()};
   return {line, kOtherOutput, kSeverityInfo, TAVString()};
-}
-
-/// Calls `visit` with each line, without its end.
-template <class Visit> void forEachLine(std::string_view text, Visit visit) {
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    std::string_view line = text.substr(0, end);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    visit(line);
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
 }
 
 bool isFailure(std::string_view line) {
@@ -58,7 +48,7 @@ void MessageLines::keep(std::string_view part) {
 
 void MessageLines::finish() {
   if (line_.ends_with('\r')) line_.pop_back();
-  const bool said = line_.find_first_not_of(kBlanks) != line_.npos;
+  const bool said = !trimmed(line_).empty();
   if (cut_) line_ += kCut;
   if (said) report_(eventOf(line_));
   line_.clear();
@@ -73,18 +63,17 @@ void ErrorText::add(std::string_view bytes) {
 
 std::string ErrorText::failure() const {
   std::string found;
-  forEachLine(tail_, [&found](std::string_view line) {
+  for (const std::string_view line : linesOf(tail_))
     if (isFailure(line)) found = line;
-  });
   return found;
 }
 
 std::string ErrorText::summary() const {
   std::string shown;
-  forEachLine(head_, [&shown](std::string_view line) {
-    if (line.starts_with("\tat ") || line.find_first_not_of(kBlanks) == line.npos) return;
+  for (const std::string_view line : linesOf(head_)) {
+    if (line.starts_with("\tat ") || trimmed(line).empty()) continue;
     shown += (shown.empty() ? "" : "; ") + std::string(line);
-  });
+  }
   if (shown.size() > kLongestSummary || head_.size() == kKeptHead)
     shown = shown.substr(0, kLongestSummary) + std::string(kCut);
   return shown;

@@ -10,32 +10,15 @@
 
 #include "framework/std/exception.h"
 #include "framework/std/file_reader.h"
+#include "framework/std/utf8.h"
+
+using tav::appendUtf8;
 
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{64} << 10;
 constexpr int kReadMode = 1;
 constexpr char32_t kReplacement = 0xFFFD;
-
-void appendUtf8(std::string& text, char32_t c) {
-  const auto put = [&text](char32_t byte) { text += static_cast<char>(byte); };
-  const auto follow = [&](int shift) { put(0x80 | ((c >> shift) & 0x3F)); };
-  if (c < 0x80) {
-    put(c);
-  } else if (c < 0x800) {
-    put(0xC0 | c >> 6);
-    follow(0);
-  } else if (c < 0x10000) {
-    put(0xE0 | c >> 12);
-    follow(6);
-    follow(0);
-  } else {
-    put(0xF0 | c >> 18);
-    follow(12);
-    follow(6);
-    follow(0);
-  }
-}
 
 bool continuesCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;

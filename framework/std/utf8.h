@@ -1,7 +1,12 @@
 #pragma once
 
+// UTF-8, character by character.
+
 #include <cstddef>
+#include <string>
 #include <string_view>
+
+#include "framework/api.h"
 
 namespace tav {
 
@@ -24,5 +29,14 @@ constexpr std::size_t utf8Length(std::string_view text) noexcept {
   const bool beyond = first == 0xF4U && second > 0x8FU;
   return overlong || beyond || !follows(2) || !follows(3) ? 0 : 4;
 }
+
+/// U+FFFD, which stands for what cannot be read.
+inline constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
+
+/// The character of `length` bytes, as utf8Length() gives it, that `text` begins with.
+TAV_API char32_t utf8Character(std::string_view text, std::size_t length) noexcept;
+
+/// Appends a character of at most U+10FFFF.
+TAV_API void appendUtf8(std::string& text, char32_t c);
 
 }  // namespace tav

@@ -30,7 +30,7 @@ std::vector<Document> documents() {
   std::sort(files.begin(), files.end());
   for (const std::string& file : files) add(file, "", "");
   add("bad_input/elements.txt", "", "");
-  add("dsv/views.txt",
+  add("views/views.txt",
       "<Database xmlns:xs='http://www.w3.org/2001/XMLSchema' "
       "xmlns:msprop='urn:schemas-microsoft-com:xml-msprop'>"
       "<DataSourceViews>",

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "framework/dsv/dsv_reader.h"
 #include "framework/model/tree_walk.h"
 #include "tests/support/checked_import.h"
+#include "views/dsv_reader.h"
 
 namespace {
 

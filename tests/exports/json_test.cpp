@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "exports/json_text.h"
 #include "framework/serialization/model_reader.h"
+#include "framework/std/json_text.h"
 #include "tests/support/corpus.h"
 
 namespace {

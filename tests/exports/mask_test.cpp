@@ -1,4 +1,4 @@
-#include "exports/mask.h"
+#include "framework/std/mask.h"
 
 #include <gtest/gtest.h>
 

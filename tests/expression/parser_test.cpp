@@ -1,4 +1,5 @@
 #include "framework/expression/parser.h"
+#include "framework/std/dotted_name.h"
 
 #include <gtest/gtest.h>
 

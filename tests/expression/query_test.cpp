@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "framework/expression/query_resolver.h"
+#include "framework/std/dotted_name.h"
 #include "framework/std/string.h"
 #include "tests/support/corpus.h"
 
@@ -20,7 +21,7 @@ std::string namesOf(const QueryResolver& resolver, const std::vector<QuerySource
     std::vector<std::string> parts;
     if (source.object != QuerySource::kUnknown) parts = resolver.objects()[source.object].parts;
     parts.push_back(source.column);
-    text += " " + tav::joinNameParts(parts);
+    text += " " + tav::joinDottedName(parts);
   }
   return text;
 }
@@ -33,10 +34,10 @@ std::string show(const std::string& sql, const std::vector<std::string>& known) 
   resolver.setHasColumn([&](std::uint32_t object, const std::string& column) {
     std::vector<std::string> parts = resolver.objects()[object].parts;
     parts.push_back(column);
-    return std::find(known.begin(), known.end(), tav::foldCase(tav::joinNameParts(parts))) != known.end();
+    return std::find(known.begin(), known.end(), tav::foldCase(tav::joinDottedName(parts))) != known.end();
   });
   std::string text = "reads";
-  for (const tav::QueryObject& object : resolver.objects()) text += " " + tav::joinNameParts(object.parts);
+  for (const tav::QueryObject& object : resolver.objects()) text += " " + tav::joinDottedName(object.parts);
   if (query.main != tav::kNoQuery) {
     for (const tav::QueryColumn& column : query.blocks[query.queries[query.main].blocks.front()].columns) {
       if (column.star) {
@@ -44,7 +45,7 @@ std::string show(const std::string& sql, const std::vector<std::string>& known) 
             "\n" + std::string(column.qualifier) + "* any:" + namesOf(resolver, resolver.sourcesOf("any"));
         continue;
       }
-      const std::string name = tav::namePartsOf(column.name).back();
+      const std::string name = tav::unquotedPart(column.name);
       text += "\n" + (name.empty() ? "?" : name) + ":" + namesOf(resolver, resolver.sourcesOf(name));
       if (!column.copy) text += " = " + tav::test::escape(query.textOf(column));
     }

@@ -15,17 +15,16 @@ report() {
   done
 }
 
-code() { find bridge framework reader dimensions cubes expressions exports host -name '*.h' -o -name '*.cpp' 2>/dev/null | sort; }
+rooms=(bridge framework views reader dimensions cubes expressions lineage exports report host)
+code() { find "${rooms[@]}" -name node_modules -prune -o -name '*.h' -o -name '*.cpp' 2>/dev/null | sort; }
 
-# The folder that a rule speaks of: two names below framework/, one elsewhere.
+# The room of a file is the folder of two names that the table has, or else the one of one name.
 allowed_includes() {
   awk -v table="$directions" '
-    function folder(path,   part, stem) {
-      stem = path
-      sub(/\.[a-z]+$/, "", stem)
-      if (stem in known) return stem
+    function folder(path,   part, inner) {
       split(path, part, "/")
-      return part[1] == "framework" ? part[1] "/" part[2] : part[1]
+      inner = part[1] "/" part[2]
+      return inner in known || part[1] == "framework" ? inner : part[1]
     }
     BEGIN {
       while ((getline line < table) > 0) {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "exports/graph/database_address.h"
-#include "exports/graph/dotted_name.h"
+#include "framework/std/dotted_name.h"
+#include "lineage/database_address.h"
 #include "tests/support/corpus.h"
 
 namespace {

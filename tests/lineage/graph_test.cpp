@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "exports/graph/lineage_graph.h"
 #include "framework/serialization/model_reader.h"
+#include "lineage/lineage_graph.h"
 #include "tests/support/corpus.h"
 #include "tests/support/graph_laws.h"
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "reader/connection_string.h"
+#include "framework/std/connection_string.h"
+#include "framework/types/providers.h"
 #include "tests/support/corpus.h"
 
 namespace {

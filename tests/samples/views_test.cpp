@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "framework/dom/dom.h"
-#include "framework/dsv/dsv_reader.h"
 #include "framework/model/model.h"
+#include "views/dsv_reader.h"
 
 namespace {
 

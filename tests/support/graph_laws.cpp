@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "exports/diff/model_diff.h"
-#include "exports/graph/coverage.h"
-#include "exports/graph/lineage_tree.h"
+#include "lineage/coverage.h"
+#include "lineage/lineage_tree.h"
+#include "lineage/model_diff.h"
 
 namespace tav::test {
 namespace {

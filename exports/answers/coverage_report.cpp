@@ -1,0 +1,132 @@
+#include "exports/answers/coverage_report.h"
+
+#include <algorithm>
+#include <iomanip>
+
+#include "framework/std/json_text.h"
+#include "framework/std/mask.h"
+#include "framework/std/printable.h"
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kDimensions = "Dimensions";
+constexpr int kCountWidth = 8;
+
+std::string shown(std::string_view text) {
+  return printable(maskPasswords(text));
+}
+
+std::string titleOf(const LineageGraph& graph, const CubeCoverage& cube) {
+  return cube.cube == kNoNode ? std::string(kDimensions) : "Cube " + shown(graph.node(cube.cube).name);
+}
+
+std::string percentText(std::size_t part, std::size_t whole) {
+  return whole == 0 ? "" : std::to_string(part * 100 / whole) + " %";
+}
+
+class CoverageText {
+ public:
+  CoverageText(const LineageGraph& graph, const Coverage& coverage, std::ostream& out)
+      : graph_(graph), coverage_(coverage), out_(out) {
+    for (const CubeCoverage& cube : coverage.cubes) width_ = std::max(width_, titleOf(graph, cube).size());
+  }
+
+  void write() const {
+    writeTable();
+    out_ << "\nTogether " << coverage_.percent() << " % lead to a column of a database";
+    if (coverage_.percentByModel() != coverage_.percent())
+      out_ << ", " << coverage_.percentByModel() << " % by the model's own lineage";
+    out_ << ".\n"
+         << coverage_.unresolved
+         << (coverage_.unresolved == 1 ? " name in expressions is not found"
+                                       : " names in expressions are not found");
+    if (coverage_.foundByGraph > 0)
+      out_ << "; " << coverage_.foundByGraph
+           << " more are found through the names that cubes give to dimensions";
+    out_ << ".\n";
+    for (const CubeCoverage& cube : coverage_.cubes) writeGaps(cube);
+  }
+
+ private:
+  void writeTable() const {
+    out_ << std::left << std::setw(static_cast<int>(width_)) << "" << std::right;
+    for (const char* title : {"attributes", "reached", "", "measures", "reached", "", "row counts"})
+      out_ << std::setw(*title == '\0' ? kCountWidth - 2 : kCountWidth + 2) << title;
+    out_ << "\n";
+    for (const CubeCoverage& cube : coverage_.cubes) {
+      const std::string title = titleOf(graph_, cube);
+      out_ << title << std::string(width_ - title.size(), ' ');
+      writeCount(cube.attributes);
+      if (cube.cube != kNoNode) {
+        writeCount(cube.measures);
+        out_ << std::setw(kCountWidth + 2) << cube.measures.rowCounts;
+      }
+      out_ << "\n";
+    }
+  }
+
+  void writeCount(const CoverageCount& kind) const {
+    out_ << std::setw(kCountWidth + 2) << kind.count << std::setw(kCountWidth + 2) << kind.reached
+         << std::setw(kCountWidth - 2) << percentText(kind.reached, kind.coverable());
+  }
+
+  void writeGaps(const CubeCoverage& cube) const {
+    if (cube.gaps.empty()) return;
+    out_ << "\n" << titleOf(graph_, cube) << ": no column is reached from\n";
+    for (const CoverageGap& gap : cube.gaps)
+      out_ << "    " << shown(graph_.qualifiedName(gap.node)) << ": " << shown(gap.reason) << "\n";
+  }
+
+  const LineageGraph& graph_;
+  const Coverage& coverage_;
+  std::ostream& out_;
+  std::size_t width_ = kDimensions.size();
+};
+
+std::string jsonText(std::string_view value) {
+  std::string text;
+  appendJsonText(text, maskPasswords(value));
+  return text;
+}
+
+void writeCountJson(std::string_view name, const CoverageCount& kind, std::ostream& out) {
+  out << ",\"" << name << "\":{\"count\":" << kind.count << ",\"reached\":" << kind.reached
+      << ",\"reachedByModel\":" << kind.reachedByModel << ",\"rowCounts\":" << kind.rowCounts << "}";
+}
+
+void writeCubeJson(const LineageGraph& graph, const CubeCoverage& cube, std::ostream& out) {
+  out << "{\"cube\":" << (cube.cube == kNoNode ? "null" : jsonText(graph.node(cube.cube).name));
+  writeCountJson("attributes", cube.attributes, out);
+  if (cube.cube != kNoNode) writeCountJson("measures", cube.measures, out);
+  out << ",\"gaps\":[";
+  std::string_view separator = "\n";
+  for (const CoverageGap& gap : cube.gaps) {
+    out << separator << "{\"path\":" << jsonText(graph.path(gap.node))
+        << ",\"qualifiedName\":" << jsonText(graph.qualifiedName(gap.node))
+        << ",\"reason\":" << jsonText(gap.reason) << "}";
+    separator = ",\n";
+  }
+  out << "]}";
+}
+
+}  // namespace
+
+void writeCoverageText(const LineageGraph& graph, const Coverage& coverage, std::ostream& out) {
+  CoverageText(graph, coverage, out).write();
+}
+
+void writeCoverageJson(const LineageGraph& graph, const Coverage& coverage, std::ostream& out) {
+  out << R"({"format":"xmla-coverage/1","percent":)" << coverage.percent()
+      << ",\"percentByModel\":" << coverage.percentByModel() << ",\"unresolved\":" << coverage.unresolved
+      << ",\"foundByGraph\":" << coverage.foundByGraph << ",\"cubes\":[";
+  std::string_view separator = "\n";
+  for (const CubeCoverage& cube : coverage.cubes) {
+    out << separator;
+    writeCubeJson(graph, cube, out);
+    separator = ",\n";
+  }
+  out << "]}\n";
+}
+
+}  // namespace tav

@@ -1,0 +1,186 @@
+#include "exports/answers/lineage_text.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "framework/std/mask.h"
+#include "framework/std/printable.h"
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kBar = "│  ";
+constexpr std::string_view kGap = "   ";
+constexpr std::string_view kBranch = "├─ ";
+constexpr std::string_view kLastBranch = "└─ ";
+constexpr std::string_view kIndent = "    ";
+/// What lies deeper is not indented further, or a long chain would be a triangle of blanks.
+constexpr std::uint32_t kDeepest = 60;
+
+std::string shown(std::string_view text) {
+  return printable(maskPasswords(text));
+}
+
+class TreeText {
+ public:
+  TreeText(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out)
+      : graph_(graph),
+        upstream_(question.direction == LineageDirection::upstream),
+        lines_(lineageTree(graph, question.start, question.direction, question.depth, false)),
+        hasMore_(lines_.size()),
+        out_(out) {}
+
+  void write() {
+    findLastBranches();
+    for (std::size_t i = 0; i < lines_.size(); ++i) writeLine(i);
+    writeCubes();
+  }
+
+ private:
+  /// Whether a later line hangs on the same one: seen from behind, the nearest line of the same depth with
+  /// none of a lesser depth between.
+  void findLastBranches() {
+    std::vector<bool> open;
+    for (std::size_t i = lines_.size(); i-- > 0;) {
+      const std::size_t depth = lines_[i].depth;
+      if (open.size() < depth + 1) open.resize(depth + 1);
+      hasMore_[i] = open[depth];
+      open[depth] = true;
+      open.resize(depth + 1);
+    }
+  }
+
+  void writeLine(std::size_t i) {
+    const LineageTreeLine& line = lines_[i];
+    bars_.resize(std::min(line.depth > 0 ? line.depth - 1 : 0, kDeepest));
+    writeBars();
+    if (line.depth > 0) {
+      out_ << (hasMore_[i] ? kBranch : kLastBranch);
+      bars_.push_back(hasMore_[i]);
+    }
+    out_ << edgeText(line) << shown(graph_.qualifiedName(line.node)) << "  " << describe(line.node)
+         << stateText(line.state) << "\n";
+    if (line.state == LineageTreeLine::State::whole) {
+      const bool hasChildren = i + 1 < lines_.size() && lines_[i + 1].depth > line.depth;
+      writeExpression(graph_.expression(line.node), hasChildren);
+    }
+  }
+
+  void writeBars() const {
+    for (const bool bar : bars_) out_ << (bar ? kBar : kGap);
+  }
+
+  /// The lines of an expression as they are written, without the indentation that all of them have.
+  void writeExpression(std::string_view text, bool hasChildren) const {
+    const std::vector<std::string_view> lines = linesOf(text);
+    const std::size_t margin = marginOf(lines);
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      writeBars();
+      out_ << (hasChildren ? kBar : kGap) << (i == 0 ? "= " : "  ")
+           << shown(lines[i].substr(i == 0 ? 0 : std::min(margin, lines[i].size()))) << "\n";
+    }
+  }
+
+  static std::vector<std::string_view> linesOf(std::string_view text) {
+    std::vector<std::string_view> lines;
+    const std::size_t begin = text.find_first_not_of(" \t\r\n");
+    text.remove_prefix(std::min(begin, text.size()));
+    while (!text.empty()) {
+      std::string_view line = text.substr(0, text.find('\n'));
+      text.remove_prefix(std::min(text.size(), line.size() + 1));
+      line = line.substr(0, line.find_last_not_of(" \t\r") + 1);
+      if (!line.empty()) lines.push_back(line);
+    }
+    return lines;
+  }
+
+  /// The first line has lost its own indentation already.
+  static std::size_t marginOf(const std::vector<std::string_view>& lines) {
+    std::size_t margin = std::string_view::npos;
+    for (std::size_t i = 1; i < lines.size(); ++i)
+      margin = std::min(margin, lines[i].find_first_not_of(" \t"));
+    return margin;
+  }
+
+  [[nodiscard]] std::string edgeText(const LineageTreeLine& line) const {
+    if (!line.edge) return "";
+    switch (line.edge->kind) {
+      case EdgeKind::computed:
+        if (line.edge->foundByGraph)
+          return upstream_ ? "uses, as the cube calls it: " : "used, as the cube calls it, by ";
+        return upstream_ ? "uses " : "used by ";
+      case EdgeKind::aggregated:
+        return upstream_ ? "aggregates " : "aggregated by ";
+      case EdgeKind::condition:
+        return upstream_ ? "limited by " : "limits ";
+      case EdgeKind::member:
+        return upstream_ ? "shows " : "shown by ";
+      default:
+        return "";
+    }
+  }
+
+  [[nodiscard]] std::string describe(NodeId id) const {
+    std::string text(nodeKindLabel(graph_.node(id).kind));
+    if (const std::string_view how = graph_.aggregation(id); !how.empty()) text.append(", ").append(how);
+    const NodeId cube = graph_.cubeOf(id);
+    if (cube != kNoNode && cube != id) text += ", cube " + shown(graph_.node(cube).name);
+    if (const DatabaseAddress* database = graph_.database(id))
+      text += ", " + shown(database->server + "/" + database->database);
+    return text;
+  }
+
+  static std::string_view stateText(LineageTreeLine::State state) {
+    switch (state) {
+      case LineageTreeLine::State::above:
+        return "  (see above)";
+      case LineageTreeLine::State::below:
+        return "  (see below)";
+      case LineageTreeLine::State::cut:
+        return "  ...";
+      default:
+        return "";
+    }
+  }
+
+  /// The cubes that show something of the tree, with their perspectives: the question is often whether a
+  /// change will be seen at all.
+  void writeCubes() const {
+    if (upstream_) return;
+    std::vector<NodeId> cubes;
+    for (const LineageTreeLine& line : lines_)
+      if (const NodeId cube = graph_.cubeOf(line.node); cube != kNoNode) cubes.push_back(cube);
+    std::sort(cubes.begin(), cubes.end());
+    cubes.erase(std::unique(cubes.begin(), cubes.end()), cubes.end());
+    if (!cubes.empty()) out_ << "\nCubes that this reaches:\n";
+    for (const NodeId cube : cubes) {
+      out_ << kIndent << shown(graph_.node(cube).name);
+      writePerspectives(cube);
+      out_ << "\n";
+    }
+  }
+
+  void writePerspectives(NodeId cube) const {
+    std::string_view separator = "  perspectives: ";
+    for (const NodeId part : graph_.partsOf(cube)) {
+      if (graph_.node(part).kind != NodeKind::perspective) continue;
+      out_ << separator << shown(graph_.node(part).name);
+      separator = ", ";
+    }
+  }
+
+  const LineageGraph& graph_;
+  bool upstream_;
+  std::vector<LineageTreeLine> lines_;
+  std::vector<bool> hasMore_;  // by line
+  std::vector<bool> bars_;     // by depth: whether a line of that depth follows
+  std::ostream& out_;
+};
+
+}  // namespace
+
+void writeLineageText(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
+  TreeText(graph, question, out).write();
+}
+
+}  // namespace tav

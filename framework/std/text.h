@@ -1,0 +1,35 @@
+#pragma once
+
+// What is done to texts everywhere: blanks taken off, lines, letter case in every script, bytes that are no
+// UTF-8 mended.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "framework/api.h"
+#include "framework/std/string.h"
+
+namespace tav {
+
+/// `text` without blanks, tabs and line ends on both sides.
+TAV_API std::string_view trimmed(std::string_view text) noexcept;
+
+/// The lines of a text, the line ends left out ("\n" and "\r\n"). Behind the last line end no line begins.
+TAV_API std::vector<std::string_view> linesOf(std::string_view text);
+
+/// Adds a line to a list of lines that is kept as one text, `a\nb`.
+TAV_API void addLine(TAVString& lines, std::string_view line);
+
+/// `name` as a key for look-ups that ignore letter case in every script: Unicode's simple case folding, which
+/// keeps the number of characters. Bytes that are no UTF-8 stay as they are. For names that people type and
+/// for names in DAX; names of an XML definition ignore the case of A to Z alone (see foldCase).
+TAV_API std::string foldedName(std::string_view name);
+
+/// Whether two names are equal but for letter case, in every script.
+TAV_API bool equalNames(std::string_view a, std::string_view b);
+
+/// `text` with each byte that is no part of UTF-8 replaced by U+FFFD.
+TAV_API std::string mendedUtf8(std::string_view text);
+
+}  // namespace tav

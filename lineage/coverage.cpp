@@ -1,0 +1,136 @@
+#include "lineage/coverage.h"
+
+#include <unordered_map>
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kRowCount = "COUNT(*)";
+
+/// The node that a cube's measure or attribute is a copy of, itself when it is none.
+NodeId originalOf(const LineageGraph& graph, NodeId id) {
+  for (std::size_t steps = 0; steps < kNodeKindCount; ++steps) {
+    const NodeKind kind = graph.node(id).kind;
+    const bool copy =
+        kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
+    const auto sources = graph.into(id);
+    if (!copy || sources.size() != 1) break;
+    id = sources.front().from;
+  }
+  return id;
+}
+
+std::size_t percentOf(std::size_t part, std::size_t whole) {
+  return whole == 0 ? 100 : part * 100 / whole;
+}
+
+/// A KPI without a trend, say, shows one all the same, which is nothing.
+bool isEmptyKpiValue(const LineageGraph& graph, NodeId id) {
+  const NodeId original = originalOf(graph, id);
+  return graph.node(original).kind == NodeKind::kpiValue && graph.expression(original).empty();
+}
+
+bool isCounted(const LineageGraph& graph, NodeId id) {
+  switch (graph.node(id).kind) {
+    case NodeKind::attribute:
+      return true;
+    case NodeKind::cubeMeasure:
+      return !isEmptyKpiValue(graph, id);
+    case NodeKind::cubeAttribute:
+      return graph.cubeOf(id) != kNoNode;
+    default:
+      return false;
+  }
+}
+
+class Meter {
+ public:
+  explicit Meter(const LineageGraph& graph)
+      : graph_(graph), reached_(graph.reachingColumns(true)), byModel_(graph.reachingColumns(false)) {}
+
+  Coverage run() {
+    placeOf(kNoNode);
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+      if (graph_.node(id).kind == NodeKind::cube) placeOf(id);
+      if (isCounted(graph_, id)) count(id);
+      coverage_.unresolved += graph_.unresolved(id).size();
+    }
+    coverage_.foundByGraph = graph_.foundCount();
+    return std::move(coverage_);
+  }
+
+ private:
+  CubeCoverage& placeOf(NodeId cube) {
+    const auto [place, isNew] = places_.try_emplace(cube, coverage_.cubes.size());
+    if (isNew) coverage_.cubes.push_back({cube, {}, {}, {}});
+    return coverage_.cubes[place->second];
+  }
+
+  void count(NodeId id) {
+    CubeCoverage& cube = placeOf(graph_.cubeOf(id));
+    CoverageCount& kind = graph_.node(id).kind == NodeKind::cubeMeasure ? cube.measures : cube.attributes;
+    ++kind.count;
+    kind.reached += reached_[id];
+    kind.reachedByModel += byModel_[id];
+    if (reached_[id]) return;
+    if (countsRows(graph_, id))
+      ++kind.rowCounts;
+    else
+      cube.gaps.push_back({id, gapReason(graph_, id)});
+  }
+
+  const LineageGraph& graph_;
+  std::vector<bool> reached_;
+  std::vector<bool> byModel_;
+  std::unordered_map<NodeId, std::size_t> places_;
+  Coverage coverage_;
+};
+
+template <class F> std::size_t percentOver(const std::vector<CubeCoverage>& cubes, F reached) {
+  std::size_t part = 0;
+  std::size_t whole = 0;
+  for (const CubeCoverage& cube : cubes) {
+    part += reached(cube.attributes) + reached(cube.measures);
+    whole += cube.attributes.coverable() + cube.measures.coverable();
+  }
+  return percentOf(part, whole);
+}
+
+}  // namespace
+
+std::size_t Coverage::percent() const noexcept {
+  return percentOver(cubes, [](const CoverageCount& kind) { return kind.reached; });
+}
+
+std::size_t Coverage::percentByModel() const noexcept {
+  return percentOver(cubes, [](const CoverageCount& kind) { return kind.reachedByModel; });
+}
+
+Coverage measureCoverage(const LineageGraph& graph) {
+  return Meter(graph).run();
+}
+
+bool countsRows(const LineageGraph& graph, NodeId id) {
+  const NodeId original = originalOf(graph, id);
+  return graph.node(original).kind == NodeKind::measure && graph.expression(original) == kRowCount;
+}
+
+std::string gapReason(const LineageGraph& graph, NodeId id) {
+  id = originalOf(graph, id);
+  if (countsRows(graph, id)) return "counts rows, and has no column by nature";
+  std::string names;
+  for (const std::string_view name : graph.unresolved(id))
+    names.append(names.empty() ? "" : ", ").append(name);
+  if (!names.empty()) return "its expression names what is not found: " + names;
+  if (!graph.into(id).empty()) return "what it comes from leads to no column";
+  if (!graph.expression(id).empty()) return "its expression names no column, attribute or measure";
+  if (graph.node(id).kind == NodeKind::kpiValue) return "the KPI has no expression for it";
+  const NodeId owner = graph.node(id).owner;
+  const bool hasTable = owner != kNoNode && !graph.into(owner).empty();
+  if (graph.isTabular() || (graph.node(id).kind == NodeKind::attribute && !hasTable))
+    return "no column is given for it";
+  return graph.node(id).kind == NodeKind::cubeMeasure ? "the measure that it stands for is not in the model"
+                                                      : "its column is not in the data source view";
+}
+
+}  // namespace tav

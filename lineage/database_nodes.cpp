@@ -1,0 +1,89 @@
+#include "lineage/database_nodes.h"
+
+#include "framework/std/dotted_name.h"
+
+namespace tav {
+namespace {
+
+std::string key(std::uint32_t number, std::string_view first, std::string_view second = {}) {
+  std::string text = std::to_string(number) + '\0';
+  return text.append(foldCase(first)).append(1, '\0').append(foldCase(second));
+}
+
+}  // namespace
+
+std::uint32_t DatabaseNodes::addressOfConnection(const TAVStoreConnection* connection) {
+  const auto [place, isNew] = connections_.try_emplace(connection);
+  if (isNew) {
+    place->second =
+        addAddress(connection ? parseDatabaseAddress(connection->connectionString, connection->getName(),
+                                                     connection->dataStore.name)
+                              : parseDatabaseAddress("", "unknown", ""));
+  }
+  return place->second;
+}
+
+std::uint32_t DatabaseNodes::addAddress(const DatabaseAddress& address) {
+  const std::string text = foldCase(address.server) + '\0' + foldCase(address.database);
+  const auto [place, isNew] = addresses_.try_emplace(text);
+  if (isNew) place->second = builder_.addAddress(address);
+  return place->second;
+}
+
+NodeId DatabaseNodes::table(std::uint32_t address, std::string_view schema, std::string_view name) {
+  if (!schema.empty()) {
+    const auto known = tables_.find(key(address, schema, name));
+    return known != tables_.end() ? known->second : addTable(address, schema, name);
+  }
+  const std::string& usual = builder_.address(address).defaultSchema;
+  if (const auto known = tables_.find(key(address, usual, name)); known != tables_.end())
+    return known->second;
+  const auto known = byName_.find(key(address, name));
+  return known != byName_.end() && known->second != kNoNode ? known->second : addTable(address, usual, name);
+}
+
+NodeId DatabaseNodes::addTable(std::uint32_t address, std::string_view schema, std::string_view name) {
+  const NodeId node =
+      builder_.addDatabaseNode({NodeKind::databaseTable, kNoNode, nullptr, name}, address, schema);
+  tables_.emplace(key(address, schema, name), node);
+  const auto [place, isNew] = byName_.try_emplace(key(address, name), node);
+  if (!isNew) place->second = kNoNode;
+  return node;
+}
+
+NodeId DatabaseNodes::namedTable(std::uint32_t address, std::string_view text) {
+  return qualifiedTable(address, splitDottedName(text));
+}
+
+NodeId DatabaseNodes::qualifiedTable(std::uint32_t address, std::span<const std::string> parts) {
+  // From behind: the table, its schema, its database, its server.
+  const auto part = [&](std::size_t place) {
+    return place <= parts.size() ? std::string_view(parts[parts.size() - place]) : std::string_view();
+  };
+  if (!part(3).empty() || !part(4).empty())
+    address = addAddress(addressOf(builder_.address(address), part(4), part(3)));
+  return table(address, part(2), part(1));
+}
+
+NodeId DatabaseNodes::column(NodeId table, std::string_view name) {
+  const auto [place, isNew] = columns_.try_emplace(key(table, name));
+  if (isNew) {
+    place->second = builder_.addDatabaseNode({NodeKind::databaseColumn, table, nullptr, name},
+                                             builder_.addressOfNode(table), {});
+  }
+  return place->second;
+}
+
+NodeId DatabaseNodes::namedColumn(std::uint32_t address, std::string_view text, NodeId query) {
+  const std::vector<std::string> parts = splitDottedName(text);
+  if (parts.size() > 1)
+    return column(qualifiedTable(address, std::span(parts).first(parts.size() - 1)), parts.back());
+  const auto [place, isNew] = columns_.try_emplace(key(query, parts.back()));
+  if (isNew) {
+    place->second =
+        builder_.addDatabaseNode({NodeKind::databaseColumn, kNoNode, nullptr, parts.back()}, address, {});
+  }
+  return place->second;
+}
+
+}  // namespace tav

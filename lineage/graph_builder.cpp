@@ -1,0 +1,379 @@
+#include "lineage/graph_builder.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "framework/model/roles.h"
+#include "framework/model/tree_walk.h"
+#include "framework/std/text.h"
+#include "lineage/database_nodes.h"
+#include "lineage/role_names.h"
+
+namespace tav {
+namespace {
+
+/// The number of an object that is no node. Nodes are numbered from 1.
+constexpr std::uint32_t kNoNumber = 0;
+
+NodeId nodeOf(const TAVObject* object) {
+  const std::uint32_t number = object ? Numbering::get(*object) : kNoNumber;
+  return number == kNoNumber ? kNoNode : number - 1;
+}
+
+NodeKind kindOf(const TAVClassifier& classifier) {
+  switch (roleOf(classifier)) {
+    case ClassifierRole::viewTable:
+      return NodeKind::viewTable;
+    case ClassifierRole::namedQuery:
+      return NodeKind::namedQuery;
+    case ClassifierRole::measureGroup:
+      return NodeKind::measureGroup;
+    case ClassifierRole::linkedMeasureGroup:
+      return NodeKind::linkedMeasureGroup;
+    case ClassifierRole::calculatedMeasures:
+      return NodeKind::calculations;
+    case ClassifierRole::kpi:
+      return NodeKind::kpi;
+    case ClassifierRole::cube:
+      return NodeKind::cube;
+    case ClassifierRole::cubeDimension:
+      return NodeKind::cubeDimension;
+    default:
+      return NodeKind::dimension;
+  }
+}
+
+NodeKind kindOf(const TAVColumn& column, NodeKind owner) {
+  const bool computed = owner == NodeKind::viewTable && !column.expression.empty();
+  return computed ? NodeKind::computedColumn : NodeKind::viewColumn;
+}
+
+NodeKind kindOfMeasure(NodeKind owner) {
+  switch (owner) {
+    case NodeKind::calculations:
+      return NodeKind::calculatedMeasure;
+    case NodeKind::kpi:
+      return NodeKind::kpiValue;
+    case NodeKind::cube:
+      return NodeKind::cubeMeasure;
+    default:
+      return NodeKind::measure;
+  }
+}
+
+NodeKind kindOf(const TAVFeature& feature, NodeKind owner) {
+  if (const auto* column = as<TAVColumn>(&feature)) return kindOf(*column, owner);
+  if (is<TAVCondition>(feature)) return NodeKind::condition;
+  if (is<TAVMeasure>(feature)) return kindOfMeasure(owner);
+  if (is<TAVDimensionAttribute>(feature)) return NodeKind::attribute;
+  return owner == NodeKind::linkedMeasureGroup ? NodeKind::linkedMeasure : NodeKind::cubeAttribute;
+}
+
+bool isColumn(NodeKind kind) {
+  return kind == NodeKind::viewColumn || kind == NodeKind::computedColumn;
+}
+
+EdgeKind kindOfEdge(NodeKind from, NodeKind to, bool computed) {
+  if (to == NodeKind::condition) return EdgeKind::condition;
+  if (to == NodeKind::measure && isColumn(from)) return EdgeKind::aggregated;
+  return computed ? EdgeKind::computed : EdgeKind::direct;
+}
+
+std::string_view databaseName(const TAVModelObject& object) {
+  return object.physicalName.empty() ? object.getName().view() : object.physicalName.view();
+}
+
+}  // namespace
+
+void GraphBuilder::build() {
+  addNodes();
+  setCubeOwners();
+  graph_.firstDatabaseNode_ = static_cast<NodeId>(graph_.nodes_.size());
+  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) addModelEdges(id);
+  addDatabaseEdges();
+  addRoleEdges();
+  addLinkedMeasureEdges();
+  arrange();
+}
+
+void GraphBuilder::addNodes() {
+  forEachObject(graph_.model_, [&](const TAVObject& object) {
+    Numbering::set(object, kNoNumber);
+    if (is<TAVLevel>(object)) return;
+    if (const auto* classifier = as<TAVClassifier>(&object))
+      addClassifier(*classifier);
+    else if (const auto* feature = as<TAVFeature>(&object))
+      addFeature(*feature);
+    else if (const auto* synonym = as<TAVSynonym>(&object))
+      addPerspective(*synonym);
+  });
+}
+
+void GraphBuilder::addClassifier(const TAVClassifier& classifier) {
+  addNode(kindOf(classifier), kNoNode, classifier);
+  if (is<TAVCube>(classifier) && classifier.nameSpace)
+    cubes_.try_emplace(classifier.nameSpace.get(), nodeOf(&classifier));
+}
+
+void GraphBuilder::addFeature(const TAVFeature& feature) {
+  const NodeId owner = nodeOf(feature.classifier.get());
+  if (owner != kNoNode) addNode(kindOf(feature, graph_.nodes_[owner].kind), owner, feature);
+}
+
+void GraphBuilder::addPerspective(const TAVSynonym& perspective) {
+  const auto* cube = as<TAVCube>(perspective.modelObject.get());
+  if (cube) addNode(NodeKind::perspective, nodeOf(cube), perspective);
+}
+
+void GraphBuilder::addNode(NodeKind kind, NodeId owner, const TAVModelObject& object) {
+  graph_.nodes_.push_back({kind, owner, &object, object.getName()});
+  Numbering::set(object, static_cast<std::uint32_t>(graph_.nodes_.size()));
+}
+
+void GraphBuilder::setCubeOwners() {
+  for (LineageNode& node : graph_.nodes_) {
+    const auto* classifier = as<TAVClassifier>(node.object);
+    if (classifier && node.kind != NodeKind::cube) node.owner = enclosingCube(*classifier);
+  }
+}
+
+/// The cube of the package that a classifier is in, or of the one around that: a cube has no deeper folders.
+NodeId GraphBuilder::enclosingCube(const TAVClassifier& classifier) const {
+  const TAVNamespace* package = classifier.nameSpace.get();
+  for (int depth = 0; package && depth < 2; ++depth) {
+    if (const auto cube = cubes_.find(package); cube != cubes_.end()) return cube->second;
+    package = package->nameSpace.get();
+  }
+  return kNoNode;
+}
+
+void GraphBuilder::addModelEdges(NodeId id) {
+  const TAVModelObject* object = graph_.nodes_[id].object;
+  if (const auto* classifier = as<TAVClassifier>(object))
+    addClassifierEdges(id, *classifier);
+  else if (const auto* feature = as<TAVFeature>(object))
+    addFeatureEdges(id, *feature);
+  addConditionEdges(id);
+  addMemberEdges(id);
+}
+
+void GraphBuilder::addClassifierEdges(NodeId id, const TAVClassifier& classifier) {
+  for (const TAVClassifierMap& map : classifier.destinationOfClassifierMaps)
+    for (const TAVClassifier& source : map.sourceClassifiers)
+      if (nodeOf(&source) != kNoNode) addEdge(nodeOf(&source), id, EdgeKind::direct);
+}
+
+void GraphBuilder::addFeatureEdges(NodeId id, const TAVFeature& feature) {
+  const TAVFeatureMap* map = feature.getDestinationOfFeatureMap();
+  if (!map) return;
+  const NodeKind kind = graph_.nodes_[id].kind;
+  for (const TAVFeature& source : map->sourceFeatures)
+    if (const NodeId from = nodeOf(&source); from != kNoNode)
+      addEdge(from, id, kindOfEdge(graph_.nodes_[from].kind, kind, !map->operation.empty()));
+  for (const TAVFeature& control : map->controlFeatures)
+    if (nodeOf(&control) != kNoNode) addEdge(nodeOf(&control), id, EdgeKind::condition);
+}
+
+/// Every value of a query depends on the conditions under which it takes rows. Where there are several, the
+/// first one stands for all, so that their number does not multiply with that of the columns.
+void GraphBuilder::addConditionEdges(NodeId id) {
+  const LineageNode& node = graph_.nodes_[id];
+  if (node.kind != NodeKind::condition) return;
+  const auto [first, isFirst] = firstConditions_.try_emplace(node.owner, id);
+  if (!isFirst) {
+    addEdge(id, first->second, EdgeKind::condition);
+    return;
+  }
+  for (const TAVFeature& column : as<TAVFeature>(node.object)->classifier->features)
+    if (is<TAVColumn>(column)) addEdge(id, nodeOf(&column), EdgeKind::condition);
+}
+
+void GraphBuilder::addMemberEdges(NodeId id) {
+  switch (graph_.nodes_[id].kind) {
+    case NodeKind::perspective:
+      addEdge(graph_.nodes_[id].owner, id, EdgeKind::member);
+      break;
+    case NodeKind::cubeMeasure:
+    case NodeKind::cubeDimension:
+    case NodeKind::cubeAttribute:
+      if (const NodeId cube = graph_.cubeOf(id); cube != kNoNode) addEdge(id, cube, EdgeKind::member);
+      break;
+    default:
+      break;
+  }
+}
+
+/// Tables that the views know by schema and name come first: queries also name them without their schema.
+void GraphBuilder::addDatabaseEdges() {
+  DatabaseNodes databases(*this);
+  columnOfView_.assign(graph_.firstDatabaseNode_, kNoNode);
+  tableAddress_.assign(graph_.firstDatabaseNode_, 0);
+  const auto forEach = [&](auto add) {
+    for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) (this->*add)(id, databases);
+  };
+  forEach(&GraphBuilder::addTableSource);
+  forEach(&GraphBuilder::addQuerySources);
+  forEach(&GraphBuilder::addColumnSources);
+}
+
+void GraphBuilder::addTableSource(NodeId id, DatabaseNodes& databases) {
+  const auto* table = as<TAVTable>(graph_.nodes_[id].object);
+  if (!table) return;
+  const std::uint32_t address = databases.addressOfConnection(table->storeConnections.first());
+  tableAddress_[id] = address;
+  if (graph_.nodes_[id].kind == NodeKind::namedQuery) return;
+  const NodeId source = databases.table(address, table->schemaName, databaseName(*table));
+  addEdge(source, id, EdgeKind::direct);
+  for (const TAVFeature& feature : table->features) {
+    const NodeId column = nodeOf(&feature);
+    if (column == kNoNode || graph_.nodes_[column].kind != NodeKind::viewColumn) continue;
+    columnOfView_[column] = databases.column(source, databaseName(feature));
+    addEdge(columnOfView_[column], column, EdgeKind::direct);
+  }
+}
+
+void GraphBuilder::addQuerySources(NodeId id, DatabaseNodes& databases) {
+  const auto* table = as<TAVTable>(graph_.nodes_[id].object);
+  if (!table) return;
+  for (const std::string_view name : linesOf(table->querySources))
+    addEdge(databases.namedTable(tableAddress_[id], name), id, EdgeKind::computed);
+}
+
+void GraphBuilder::addColumnSources(NodeId id, DatabaseNodes& databases) {
+  const TAVModelObject* object = graph_.nodes_[id].object;
+  if (const auto* condition = as<TAVCondition>(object))
+    addNamedColumns(id, condition->querySources, EdgeKind::condition, databases);
+  if (const auto* column = as<TAVColumn>(object)) {
+    const bool computed = !graph_.expression(id).empty();
+    addNamedColumns(id, column->querySources, computed ? EdgeKind::computed : EdgeKind::direct, databases);
+  }
+}
+
+/// A query is resolved against the tables of its view first: columns of the database that the model's own map
+/// leads to already are not named once more.
+void GraphBuilder::addNamedColumns(NodeId id, std::string_view names, EdgeKind kind,
+                                   DatabaseNodes& databases) {
+  if (names.empty()) return;
+  std::unordered_set<NodeId> known;
+  if (const TAVFeatureMap* map = as<TAVFeature>(graph_.nodes_[id].object)->getDestinationOfFeatureMap())
+    for (const TAVFeature& source : map->sourceFeatures)
+      if (const NodeId from = nodeOf(&source); from != kNoNode) known.insert(columnOfView_[from]);
+  const NodeId table = graph_.nodes_[id].owner;
+  for (const std::string_view name : linesOf(names)) {
+    const NodeId column = databases.namedColumn(tableAddress_[table], name, table);
+    if (known.insert(column).second) addEdge(column, id, kind);
+  }
+}
+
+void GraphBuilder::addRoleEdges() {
+  RoleNames roles;
+  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) {
+    const LineageNode& node = graph_.nodes_[id];
+    const auto* alias = as<TAVAliasClassifier>(node.object);
+    if (alias && node.kind == NodeKind::cubeDimension) roles.add(node.owner, *alias);
+  }
+  std::vector<const char*> resolved;
+  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) addRoleEdgesOf(id, roles, resolved);
+  std::sort(resolved.begin(), resolved.end(), std::less<>());
+  graph_.resolvedNames_ = std::move(resolved);
+}
+
+void GraphBuilder::addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const char*>& resolved) {
+  const NodeId cube = graph_.cubeOf(id);
+  if (cube == kNoNode) return;
+  std::unordered_set<NodeId> known;
+  for (const std::string_view name : graph_.unresolved(id)) {
+    const std::vector<const TAVFeature*> attributes = roles.find(cube, name);
+    if (!attributes.empty()) resolved.push_back(name.data());
+    for (const TAVFeature* attribute : attributes)
+      if (known.insert(nodeOf(attribute)).second) addEdge(nodeOf(attribute), id, EdgeKind::computed, true);
+  }
+}
+
+/// A cube lists the measures that it links by name only: they come from its linked groups.
+void GraphBuilder::addLinkedMeasureEdges() {
+  const auto key = [&](NodeId id) {
+    return std::to_string(graph_.cubeOf(id)).append("/").append(graph_.nodes_[id].name);
+  };
+  std::unordered_map<std::string, NodeId> linked;
+  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id)
+    if (graph_.nodes_[id].kind == NodeKind::linkedMeasure) linked.try_emplace(key(id), id);
+  if (linked.empty()) return;
+  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) {
+    const LineageNode& node = graph_.nodes_[id];
+    if (node.kind != NodeKind::cubeMeasure || as<TAVFeature>(node.object)->getDestinationOfFeatureMap())
+      continue;
+    if (const auto source = linked.find(key(id)); source != linked.end())
+      addEdge(source->second, id, EdgeKind::direct, true);
+  }
+}
+
+std::uint32_t GraphBuilder::addAddress(const DatabaseAddress& address) {
+  graph_.addresses_.push_back(address);
+  return static_cast<std::uint32_t>(graph_.addresses_.size() - 1);
+}
+
+const DatabaseAddress& GraphBuilder::address(std::uint32_t number) const {
+  return graph_.addresses_[number];
+}
+
+NodeId GraphBuilder::addDatabaseNode(LineageNode node, std::uint32_t address, std::string_view schema) {
+  const auto keep = [&](std::string_view text) {
+    return text.empty() ? std::string_view() : std::string_view(graph_.texts_.emplace_back(text));
+  };
+  node.name = keep(node.name);
+  graph_.nodes_.push_back(node);
+  graph_.places_.push_back({address, keep(schema)});
+  return static_cast<NodeId>(graph_.nodes_.size() - 1);
+}
+
+std::uint32_t GraphBuilder::addressOfNode(NodeId id) const {
+  return graph_.places_[id - graph_.firstDatabaseNode_].address;
+}
+
+void GraphBuilder::addEdge(NodeId from, NodeId to, EdgeKind kind, bool foundByGraph) {
+  graph_.edges_.push_back({from, to, kind, foundByGraph});
+}
+
+namespace {
+
+/// Turns counts per node, kept one place further, into where each node's items begin.
+void addUp(std::vector<std::uint32_t>& offsets) {
+  for (std::size_t i = 1; i < offsets.size(); ++i) offsets[i] += offsets[i - 1];
+}
+
+/// Puts the numbers 0 to `count` into the order of the nodes that `nodeAt` gives for them, and says where
+/// each node's begin. kNoNode leaves a number out.
+template <class NodeAt>
+void arrangeByNode(std::size_t nodes, std::size_t count, NodeAt nodeAt, std::vector<std::uint32_t>& offsets,
+                   std::vector<std::uint32_t>& items) {
+  offsets.assign(nodes + 1, 0);
+  for (std::uint32_t i = 0; i < count; ++i)
+    if (nodeAt(i) != kNoNode) ++offsets[nodeAt(i) + 1];
+  addUp(offsets);
+  items.resize(offsets.back());
+  std::vector<std::uint32_t> next(offsets.begin(), offsets.end() - 1);
+  for (std::uint32_t i = 0; i < count; ++i)
+    if (nodeAt(i) != kNoNode) items[next[nodeAt(i)]++] = i;
+}
+
+}  // namespace
+
+void GraphBuilder::arrange() {
+  const std::size_t nodes = graph_.nodes_.size();
+  std::vector<LineageEdge> edges = std::move(graph_.edges_);
+  std::vector<std::uint32_t> order;
+  arrangeByNode(
+      nodes, edges.size(), [&](std::uint32_t i) { return edges[i].to; }, graph_.inOffsets_, order);
+  graph_.edges_.clear();
+  graph_.edges_.reserve(edges.size());
+  for (const std::uint32_t i : order) graph_.edges_.push_back(edges[i]);
+  arrangeByNode(
+      nodes, graph_.edges_.size(), [&](std::uint32_t i) { return graph_.edges_[i].from; }, graph_.outOffsets_,
+      graph_.out_);
+  arrangeByNode(
+      nodes, nodes, [&](std::uint32_t i) { return graph_.nodes_[i].owner; }, graph_.partOffsets_,
+      graph_.parts_);
+}
+
+}  // namespace tav

@@ -1,0 +1,62 @@
+#pragma once
+
+// How a lineage graph comes about: nodes in one walk over the model, then the edges into each of them.
+
+#include <unordered_map>
+#include <vector>
+
+#include "lineage/lineage_graph.h"
+
+namespace tav {
+
+class DatabaseNodes;
+class RoleNames;
+
+class GraphBuilder {
+ public:
+  explicit GraphBuilder(LineageGraph& graph) : graph_(graph) {}
+
+  void build();
+
+  // For what finds the nodes of databases.
+  std::uint32_t addAddress(const DatabaseAddress& address);
+  [[nodiscard]] const DatabaseAddress& address(std::uint32_t number) const;
+  /// Keeps copies of the texts.
+  NodeId addDatabaseNode(LineageNode node, std::uint32_t address, std::string_view schema);
+  [[nodiscard]] std::uint32_t addressOfNode(NodeId id) const;
+
+ private:
+  void addNodes();
+  void addClassifier(const TAVClassifier& classifier);
+  void addFeature(const TAVFeature& feature);
+  void addPerspective(const TAVSynonym& perspective);
+  void addNode(NodeKind kind, NodeId owner, const TAVModelObject& object);
+  void setCubeOwners();
+  [[nodiscard]] NodeId enclosingCube(const TAVClassifier& classifier) const;
+
+  void addModelEdges(NodeId id);
+  void addClassifierEdges(NodeId id, const TAVClassifier& classifier);
+  void addFeatureEdges(NodeId id, const TAVFeature& feature);
+  void addConditionEdges(NodeId id);
+  void addMemberEdges(NodeId id);
+  void addDatabaseEdges();
+  void addTableSource(NodeId id, DatabaseNodes& databases);
+  void addQuerySources(NodeId id, DatabaseNodes& databases);
+  void addColumnSources(NodeId id, DatabaseNodes& databases);
+  void addNamedColumns(NodeId id, std::string_view names, EdgeKind kind, DatabaseNodes& databases);
+  void addRoleEdges();
+  void addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const char*>& resolved);
+
+  void addLinkedMeasureEdges();
+
+  void addEdge(NodeId from, NodeId to, EdgeKind kind, bool foundByGraph = false);
+  void arrange();
+
+  LineageGraph& graph_;
+  std::unordered_map<const TAVNamespace*, NodeId> cubes_;  // by the package that the cube is in
+  std::unordered_map<NodeId, NodeId> firstConditions_;     // by table
+  std::vector<NodeId> columnOfView_;         // by node: the database's column that a view's column stands for
+  std::vector<std::uint32_t> tableAddress_;  // by node of a view's table
+};
+
+}  // namespace tav

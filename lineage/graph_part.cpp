@@ -1,0 +1,70 @@
+#include "lineage/graph_part.h"
+
+#include <algorithm>
+
+#include "lineage/node_search.h"
+
+namespace tav {
+namespace {
+
+template <class T> void makeUnique(std::vector<T>& items) {
+  std::sort(items.begin(), items.end(), std::less<>());
+  items.erase(std::unique(items.begin(), items.end()), items.end());
+}
+
+void append(GraphPart& part, const GraphPart& more) {
+  part.nodes.insert(part.nodes.end(), more.nodes.begin(), more.nodes.end());
+  part.edges.insert(part.edges.end(), more.edges.begin(), more.edges.end());
+  makeUnique(part.nodes);
+  makeUnique(part.edges);
+}
+
+/// Takes out of `part` what is not in `other`.
+void intersect(GraphPart& part, const GraphPart& other) {
+  const auto isMissing = [](const auto& items) {
+    return [&](const auto& item) {
+      return !std::binary_search(items.begin(), items.end(), item, std::less<>());
+    };
+  };
+  std::erase_if(part.nodes, isMissing(other.nodes));
+  std::erase_if(part.edges, isMissing(other.edges));
+}
+
+GraphPart partOfWalk(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
+  return partOf(lineageTree(graph, findNode(graph, name, direction), direction, kUnlimitedDepth, false));
+}
+
+}  // namespace
+
+GraphPart wholeGraph(const LineageGraph& graph) {
+  GraphPart part;
+  for (NodeId id = 0; id < graph.nodes().size(); ++id) part.nodes.push_back(id);
+  for (const LineageEdge& edge : graph.edges()) part.edges.push_back(&edge);
+  return part;
+}
+
+GraphPart partOf(const std::vector<LineageTreeLine>& lines) {
+  GraphPart part;
+  for (const LineageTreeLine& line : lines) {
+    part.nodes.push_back(line.node);
+    if (line.edge) part.edges.push_back(line.edge);
+  }
+  makeUnique(part.nodes);
+  makeUnique(part.edges);
+  return part;
+}
+
+GraphPart partAround(const LineageGraph& graph, std::string_view from, std::string_view to) {
+  if (from.empty() && to.empty()) return wholeGraph(graph);
+  if (from.empty()) return partOfWalk(graph, to, LineageDirection::upstream);
+  GraphPart part = partOfWalk(graph, from, LineageDirection::downstream);
+  if (to.empty()) return part;
+  const GraphPart sources = partOfWalk(graph, to, LineageDirection::upstream);
+  if (from == to)
+    append(part, sources);
+  else
+    intersect(part, sources);
+  return part;
+}
+
+}  // namespace tav

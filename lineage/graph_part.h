@@ -1,0 +1,27 @@
+#pragma once
+
+// A part of a lineage graph that is shown by itself: around a node, between two, or all of it.
+
+#include <string_view>
+#include <vector>
+
+#include "lineage/lineage_tree.h"
+
+namespace tav {
+
+/// Nodes in the order of the graph, and the edges among them that are shown, each once.
+struct GraphPart {
+  std::vector<NodeId> nodes;
+  std::vector<const LineageEdge*> edges;
+};
+
+GraphPart wholeGraph(const LineageGraph& graph);
+
+/// What a walk went through.
+GraphPart partOf(const std::vector<LineageTreeLine>& lines);
+
+/// What depends on `from`, what `to` comes from, or, with both, the ways between them; with the same name for
+/// both, everything on either side of it. Names as findNode takes them; an empty one is not asked for.
+GraphPart partAround(const LineageGraph& graph, std::string_view from, std::string_view to);
+
+}  // namespace tav

@@ -1,0 +1,172 @@
+#pragma once
+
+// The lineage of a model as one graph, which every export and every question about lineage reads. It goes
+// beyond the model: to the tables and columns of the database behind the data source views, to attributes
+// that an expression names through a cube's own name for a dimension, and from a linked measure group to the
+// measures that a cube lists because of it.
+
+#include <cstdint>
+#include <deque>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "framework/model/model.h"
+#include "lineage/database_address.h"
+
+namespace tav {
+
+enum class NodeKind : std::uint8_t {
+  databaseTable,  ///< a table, view or function of a database, as far as a data source view tells of it
+  databaseColumn,
+  viewTable,   ///< a table of a data source view that stands for one of the database
+  namedQuery,  ///< a table of a data source view that a query fills
+  viewColumn,
+  computedColumn,  ///< a column that the data source view computes
+  condition,       ///< under which a named query takes rows
+  dimension,
+  attribute,
+  measureGroup,
+  measure,
+  linkedMeasureGroup,
+  linkedMeasure,
+  calculations,  ///< what holds a cube's calculated measures
+  calculatedMeasure,
+  kpi,
+  kpiValue,  ///< Value, Goal, Status or Trend
+  cube,
+  cubeDimension,  ///< a dimension under the name that a cube gives it
+  cubeAttribute,
+  cubeMeasure,  ///< a measure, calculated measure or KPI value as a cube lists it
+  perspective,
+};
+inline constexpr std::size_t kNodeKindCount = static_cast<std::size_t>(NodeKind::perspective) + 1;
+
+/// The name of a kind in exports, "databaseTable", and for people, "database table".
+std::string_view nodeKindName(NodeKind kind) noexcept;
+std::string_view nodeKindLabel(NodeKind kind) noexcept;
+/// Whether nodes of this kind have others as their parts: tables, dimensions, cubes.
+bool isClassifierKind(NodeKind kind) noexcept;
+/// Whether nodes of this kind are measures, calculated ones and copies included, but not values of KPIs.
+bool isMeasureKind(NodeKind kind) noexcept;
+/// Whether nodes of this kind show others as they are: what cubes use, list and link.
+bool isCopyKind(NodeKind kind) noexcept;
+
+enum class EdgeKind : std::uint8_t {
+  direct,      ///< taken over as it is
+  computed,    ///< one of the operands of an expression
+  aggregated,  ///< added up, counted, ...
+  condition,   ///< decides which rows count, and gives no value
+  member,      ///< shown by the cube, or the cube by the perspective
+};
+inline constexpr std::size_t kEdgeKindCount = static_cast<std::size_t>(EdgeKind::member) + 1;
+
+std::string_view edgeKindName(EdgeKind kind) noexcept;
+/// Whether a value flows along such an edge: not along conditions and members.
+bool givesValue(EdgeKind kind) noexcept;
+
+/// The place of a node in LineageGraph::nodes().
+using NodeId = std::uint32_t;
+inline constexpr NodeId kNoNode = 0xFFFFFFFF;
+
+struct LineageNode {
+  NodeKind kind;
+  /// What the node is a part of: the table of a column, the measure group of a measure, the cube of a measure
+  /// group. kNoNode for what stands by itself.
+  NodeId owner = kNoNode;
+  /// The object of the model; null for a table or column of a database.
+  const TAVModelObject* object = nullptr;
+  /// For people; the model's or the graph's own text.
+  std::string_view name;
+};
+
+/// Data flows from `from` to `to`.
+struct LineageEdge {
+  NodeId from;
+  NodeId to;
+  EdgeKind kind;
+  /// Whether the graph found it where the model has none: an expression names a dimension as only its cube
+  /// does, or a cube lists a linked measure.
+  bool foundByGraph = false;
+};
+
+/// Built in one pass over a model, which must live longer and stay as it is. Lineage may hold cycles, and
+/// edges from a node to itself. Nodes stand in the order of the model, those of databases behind them, and
+/// the same model gives the same graph.
+class LineageGraph {
+ public:
+  /// Renumbers the model (see tav::Numbering).
+  explicit LineageGraph(const TAVModel& model);
+  LineageGraph(const LineageGraph&) = delete;
+  LineageGraph& operator=(const LineageGraph&) = delete;
+
+  [[nodiscard]] const TAVModel& model() const noexcept { return model_; }
+  [[nodiscard]] std::span<const LineageNode> nodes() const noexcept { return nodes_; }
+  [[nodiscard]] const LineageNode& node(NodeId id) const noexcept { return nodes_[id]; }
+  /// Ordered by `to`; those with the same `to` in the order of its expression.
+  [[nodiscard]] std::span<const LineageEdge> edges() const noexcept { return edges_; }
+  /// The edges that end in a node: what it comes from.
+  [[nodiscard]] std::span<const LineageEdge> into(NodeId id) const noexcept;
+  /// The places in edges() of those that start at a node: what depends on it.
+  [[nodiscard]] std::span<const std::uint32_t> outOf(NodeId id) const noexcept;
+  /// The nodes whose owner a node is, in order.
+  [[nodiscard]] std::span<const NodeId> partsOf(NodeId id) const noexcept;
+
+  /// The place in the model, "/Cubes/Stays/Measure Groups/Stays/Nights", or behind the address of the
+  /// database, "mssql://host:1433/MurmeltalDW/dbo/FactStay/Nights". Two nodes may have the same.
+  [[nodiscard]] std::string path(NodeId id) const;
+  /// The name as expressions write it: "[Measures].[Nights]", "[Date].[Month]", "dbo.FactStay.Nights".
+  [[nodiscard]] std::string qualifiedName(NodeId id) const;
+  /// The text that computes a node: MDX, DAX, SQL or M. Empty when it has none.
+  [[nodiscard]] std::string_view expression(NodeId id) const;
+  /// The language of expression(): "mdx", "dax", "sql" or "m"; empty where that is.
+  [[nodiscard]] std::string_view language(NodeId id) const;
+  /// How a measure of a measure group is added up, "Sum"; empty for every other node.
+  [[nodiscard]] std::string_view aggregation(NodeId id) const;
+  /// The names in the node's expression that mean nothing, neither in the model nor to the graph.
+  [[nodiscard]] std::vector<std::string_view> unresolved(NodeId id) const;
+  /// The cube that a node belongs to, itself included; kNoNode outside cubes.
+  [[nodiscard]] NodeId cubeOf(NodeId id) const noexcept;
+  /// The database of a table or column of a database; null for every other node.
+  [[nodiscard]] const DatabaseAddress* database(NodeId id) const noexcept;
+  /// The schema of a table of a database, as far as it is known.
+  [[nodiscard]] std::string_view schema(NodeId id) const noexcept;
+  /// How many names of expressions, unresolved in the model, the graph found a meaning for.
+  [[nodiscard]] std::size_t foundCount() const noexcept { return resolvedNames_.size(); }
+  /// Whether the model was imported from a tabular definition.
+  [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
+
+  /// The nodes from which some path leads back to a column of a database, over edges that give values (not
+  /// conditions, not members). Without `withFound`, over the model's own edges only.
+  [[nodiscard]] std::vector<bool> reachingColumns(bool withFound) const;
+
+ private:
+  friend class GraphBuilder;
+
+  [[nodiscard]] std::string sqlName(NodeId id) const;
+
+  /// What a node of a database has beside its name.
+  struct DatabasePlace {
+    std::uint32_t address;
+    std::string_view schema;
+  };
+
+  const TAVModel& model_;
+  bool tabular_ = false;
+  std::vector<LineageNode> nodes_;
+  std::vector<LineageEdge> edges_;
+  std::vector<std::uint32_t> inOffsets_;   // by node: where its edges begin in edges_
+  std::vector<std::uint32_t> outOffsets_;  // by node: where its places begin in out_
+  std::vector<std::uint32_t> out_;
+  std::vector<std::uint32_t> partOffsets_;
+  std::vector<NodeId> parts_;
+  NodeId firstDatabaseNode_ = 0;
+  std::vector<DatabasePlace> places_;  // of the nodes from firstDatabaseNode_ on
+  std::deque<DatabaseAddress> addresses_;
+  std::deque<std::string> texts_;  // names of databases' nodes
+  /// Where the texts of names begin that the graph found a meaning for, ordered.
+  std::vector<const char*> resolvedNames_;
+};
+
+}  // namespace tav

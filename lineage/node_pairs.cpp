@@ -1,0 +1,123 @@
+#include "lineage/node_pairs.h"
+
+#include <algorithm>
+
+namespace tav {
+namespace {
+
+/// Separates the parts of a key; no name of a definition holds it.
+constexpr char kSeparator = '\0';
+
+void appendPart(std::string& key, std::string_view part) {
+  key.append(part).push_back(kSeparator);
+}
+
+/// How many renamed things in a row are followed.
+constexpr int kRounds = 8;
+
+}  // namespace
+
+NodePairs::NodePairs(const LineageGraph& before, const LineageGraph& after)
+    : sides_{Side{&before, std::vector<NodeId>(before.nodes().size(), kNoNode), false},
+             Side{&after, std::vector<NodeId>(after.nodes().size(), kNoNode), true}} {
+  for (const Turn turn : {Turn::alone, Turn::ownedWhole, Turn::part}) {
+    pairNames(turn);
+    // What was renamed tells what it feeds, which may have been renamed as well.
+    for (int round = 0; round < kRounds && pairContents(turn) > 0;) ++round;
+  }
+}
+
+NodePairs::Turn NodePairs::turnOf(const LineageNode& node) {
+  if (node.owner == kNoNode) return Turn::alone;
+  return isClassifierKind(node.kind) ? Turn::ownedWhole : Turn::part;
+}
+
+NodePairs::Index NodePairs::indexOf(const Side& side, Turn turn, Key key) const {
+  Index index;
+  for (NodeId id = 0; id < side.graph->nodes().size(); ++id) {
+    const LineageNode& node = side.graph->node(id);
+    if (!node.object || turnOf(node) != turn || side.partners[id] != kNoNode) continue;
+    if (std::string text = (this->*key)(side, id); !text.empty()) index[std::move(text)].push_back(id);
+  }
+  return index;
+}
+
+/// Nodes with the same key are paired in their order.
+void NodePairs::pairNames(Turn turn) {
+  const Index before = indexOf(sides_[0], turn, &NodePairs::nameKey);
+  for (const auto& [text, after] : indexOf(sides_[1], turn, &NodePairs::nameKey)) {
+    const auto known = before.find(text);
+    if (known == before.end()) continue;
+    for (std::size_t i = 0; i < std::min(known->second.size(), after.size()); ++i)
+      join(known->second[i], after[i]);
+  }
+}
+
+/// Only what is like nothing else can be taken for the same.
+std::size_t NodePairs::pairContents(Turn turn) {
+  const Index before = indexOf(sides_[0], turn, &NodePairs::contentKey);
+  std::size_t count = 0;
+  for (const auto& [text, after] : indexOf(sides_[1], turn, &NodePairs::contentKey)) {
+    const auto known = before.find(text);
+    if (known == before.end() || known->second.size() != 1 || after.size() != 1) continue;
+    join(known->second.front(), after.front());
+    ++count;
+  }
+  return count;
+}
+
+void NodePairs::join(NodeId before, NodeId after) {
+  sides_[0].partners[before] = after;
+  sides_[1].partners[after] = before;
+}
+
+std::string NodePairs::nameKey(const Side& side, NodeId id) const {
+  const LineageNode& node = side.graph->node(id);
+  std::string key = ownerKey(side, id);
+  if (key.empty()) return key;
+  appendPart(key, node.owner == kNoNode ? side.graph->path(id) : std::string(node.name));
+  return key;
+}
+
+/// What a node is beside its name: what it is made from and how. A node without either has none.
+std::string NodePairs::contentKey(const Side& side, NodeId id) const {
+  const LineageGraph& graph = *side.graph;
+  std::string key = ownerKey(side, id);
+  if (key.empty()) return key;
+  std::vector<std::string> made;
+  for (const LineageEdge& edge : graph.into(id))
+    if (edge.from != id) made.push_back(sourceKey(side, edge.from));
+  for (const NodeId part : graph.partsOf(id)) made.emplace_back(graph.node(part).name);
+  if (made.empty() && graph.expression(id).empty()) return {};
+  std::sort(made.begin(), made.end());
+  appendPart(key, graph.expression(id));
+  appendPart(key, graph.aggregation(id));
+  for (const std::string& source : made) appendPart(key, source);
+  return key;
+}
+
+/// Kind and owner; empty when the owner has no partner, and so no part of it can have one.
+std::string NodePairs::ownerKey(const Side& side, NodeId id) const {
+  const LineageNode& node = side.graph->node(id);
+  std::string key;
+  appendPart(key, nodeKindName(node.kind));
+  if (node.owner == kNoNode) return key;
+  const NodeId partner = side.partners[node.owner];
+  if (partner == kNoNode) return {};
+  appendPart(key, std::to_string(side.isNew ? node.owner : partner));
+  return key;
+}
+
+std::string NodePairs::sourceKey(const Side& side, NodeId id) const {
+  const LineageNode& node = side.graph->node(id);
+  std::string key;
+  if (node.object && side.partners[id] != kNoNode) {
+    appendPart(key, std::to_string(side.isNew ? id : side.partners[id]));
+    return key;
+  }
+  appendPart(key, nodeKindName(node.kind));
+  appendPart(key, node.object ? side.graph->path(id) : side.graph->qualifiedName(id));
+  return key;
+}
+
+}  // namespace tav

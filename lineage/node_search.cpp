@@ -1,0 +1,246 @@
+#include "lineage/node_search.h"
+
+#include <algorithm>
+#include <array>
+
+#include "framework/std/dotted_name.h"
+#include "framework/std/exception.h"
+#include "framework/std/mask.h"
+#include "framework/std/printable.h"
+#include "framework/std/string.h"
+
+namespace tav {
+namespace {
+
+constexpr std::size_t kListed = 10;  // alternatives that a message shows
+
+/// How well a node fits a name, best first.
+enum class Fit : std::uint8_t { path, qualified, ending, part, none };
+
+bool equals(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return foldCase(x) == foldCase(y); });
+}
+
+bool endsWith(std::string_view text, std::string_view ending) {
+  return text.size() >= ending.size() && equals(text.substr(text.size() - ending.size()), ending);
+}
+
+bool isKpi(NodeKind kind) {
+  return kind == NodeKind::kpi || kind == NodeKind::kpiValue;
+}
+
+/// The parts of a node's full name from its end: its name, its owner's, the owner's of that, and for what a
+/// database holds its schema and the database.
+class FullName {
+ public:
+  FullName(const LineageGraph& graph, NodeId id) {
+    NodeId last = id;
+    for (NodeId at = id; at != kNoNode; at = graph.node(at).owner) {
+      add(graph.node(at).name);
+      last = at;
+    }
+    if (const DatabaseAddress* database = graph.database(last)) {
+      add(graph.schema(last));
+      add(database->database);
+    }
+  }
+
+  /// Whether it ends in these parts.
+  [[nodiscard]] bool endsIn(std::span<const std::string> parts) const {
+    if (parts.size() > count_) return false;
+    for (std::size_t i = 0; i < parts.size(); ++i)
+      if (!equals(parts_[i], parts[parts.size() - 1 - i])) return false;
+    return true;
+  }
+
+ private:
+  void add(std::string_view part) {
+    if (!part.empty() && count_ < parts_.size()) parts_[count_++] = part;
+  }
+
+  std::array<std::string_view, 6> parts_;
+  std::size_t count_ = 0;
+};
+
+class Search {
+ public:
+  Search(const LineageGraph& graph, std::string_view name)
+      : graph_(graph),
+        name_(name),
+        parts_(splitDottedName(name)),
+        isPath_(name.find('/') != name.npos),
+        folded_(foldCase(parts_.size() == 1 ? std::string_view(parts_.front()) : name)) {}
+
+  std::vector<NodeId> run() {
+    std::vector<NodeId> found;
+    Fit best = Fit::part;
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+      const Fit fit = fitOf(id);
+      if (fit == Fit::none || fit > best) continue;
+      if (fit < best) found.clear();
+      best = fit;
+      found.push_back(id);
+    }
+    preferExact(found);
+    return found;
+  }
+
+ private:
+  [[nodiscard]] Fit fitOf(NodeId id) const {
+    if (isPath_) {
+      const std::string path = graph_.path(id);
+      if (equals(path, name_)) return Fit::path;
+      if (endsWith(path, name_) && path[path.size() - name_.size() - 1] == '/') return Fit::ending;
+    }
+    const LineageNode& node = graph_.node(id);
+    if (parts_.size() > 1 && equals(node.name, parts_.back()) && equals(graph_.qualifiedName(id), name_))
+      return Fit::qualified;
+    if (fitsPrefix(node.kind) && parts_.size() > 1 &&
+        FullName(graph_, id).endsIn(std::span(parts_).subspan(1)))
+      return parts_.size() == 2 || isKpi(node.kind) ? Fit::qualified : Fit::ending;
+    if (equals(node.name, name_) || FullName(graph_, id).endsIn(parts_)) return Fit::ending;
+    return foldCase(node.name).find(folded_) == std::string::npos ? Fit::none : Fit::part;
+  }
+
+  /// `[Measures]` and `[KPIs]` stand in front of names without being the name of anything.
+  [[nodiscard]] bool fitsPrefix(NodeKind kind) const {
+    return (isMeasureKind(kind) && equals(parts_.front(), "Measures")) ||
+           (isKpi(kind) && equals(parts_.front(), "KPIs"));
+  }
+
+  void preferExact(std::vector<NodeId>& found) const {
+    const auto isExact = [&](NodeId id) { return graph_.node(id).name == parts_.back(); };
+    if (std::any_of(found.begin(), found.end(), isExact))
+      std::erase_if(found, [&](NodeId id) { return !isExact(id); });
+  }
+
+  const LineageGraph& graph_;
+  std::string_view name_;
+  std::vector<std::string> parts_;
+  bool isPath_;
+  std::string folded_;
+};
+
+/// Leaves out what `others` lead to, or what leads to them, along edges that only take over.
+class CopyFilter {
+ public:
+  CopyFilter(const LineageGraph& graph, const std::vector<NodeId>& nodes)
+      : graph_(graph), nodes_(nodes.begin(), nodes.end()) {
+    std::sort(nodes_.begin(), nodes_.end());
+  }
+
+  [[nodiscard]] bool isCopyOfOther(NodeId id) const {
+    const auto into = graph_.into(id);
+    return std::any_of(into.begin(), into.end(),
+                       [&](const LineageEdge& edge) { return takesOver(edge) && contains(edge.from); });
+  }
+
+  [[nodiscard]] bool isCopiedByOther(NodeId id) const {
+    const auto out = graph_.outOf(id);
+    return std::any_of(out.begin(), out.end(), [&](std::uint32_t place) {
+      return takesOver(graph_.edges()[place]) && contains(graph_.edges()[place].to);
+    });
+  }
+
+ private:
+  static bool takesOver(const LineageEdge& edge) {
+    return edge.from != edge.to && (edge.kind == EdgeKind::direct || edge.kind == EdgeKind::aggregated);
+  }
+  [[nodiscard]] bool contains(NodeId id) const {
+    return std::binary_search(nodes_.begin(), nodes_.end(), id);
+  }
+
+  const LineageGraph& graph_;
+  std::vector<NodeId> nodes_;
+};
+
+void leaveOutCopies(const LineageGraph& graph, std::vector<NodeId>& found, LineageDirection direction) {
+  const CopyFilter all(graph, found);
+  std::erase_if(found, [&](NodeId id) { return isCopyKind(graph.node(id).kind) && all.isCopyOfOther(id); });
+  const CopyFilter left(graph, found);
+  std::vector<NodeId> told = found;
+  std::erase_if(told, [&](NodeId id) {
+    return direction == LineageDirection::upstream ? left.isCopiedByOther(id) : left.isCopyOfOther(id);
+  });
+  // Copies in a circle are each other's: all of them are meant.
+  if (!told.empty()) found = std::move(told);
+}
+
+/// The number of characters to insert, remove or replace between two texts, `limit` when it is not less.
+std::size_t editDistance(std::string_view a, std::string_view b, std::size_t limit,
+                         std::vector<std::size_t>& row) {
+  if (std::max(a.size(), b.size()) - std::min(a.size(), b.size()) >= limit) return limit;
+  row.resize(b.size() + 1);
+  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+  for (std::size_t i = 1; i <= a.size(); ++i) {
+    std::size_t diagonal = row[0];
+    std::size_t least = row[0] = i;
+    for (std::size_t j = 1; j <= b.size(); ++j) {
+      const std::size_t replaced = diagonal + (foldCase(a[i - 1]) == foldCase(b[j - 1]) ? 0 : 1);
+      diagonal = row[j];
+      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
+      least = std::min(least, row[j]);
+    }
+    if (least >= limit) return limit;
+  }
+  return std::min(row.back(), limit);
+}
+
+void appendList(std::string& text, const LineageGraph& graph, const std::vector<NodeId>& nodes) {
+  for (std::size_t i = 0; i < std::min(nodes.size(), kListed); ++i) {
+    text.append(i == 0 ? ": " : "; ").append(nodeKindLabel(graph.node(nodes[i]).kind));
+    text.append(" ").append(maskPasswords(graph.path(nodes[i])));
+  }
+  if (nodes.size() > kListed)
+    text.append("; and ").append(std::to_string(nodes.size() - kListed)).append(" more");
+}
+
+}  // namespace
+
+std::vector<NodeId> findNodes(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
+  std::vector<NodeId> found = Search(graph, name).run();
+  leaveOutCopies(graph, found, direction);
+  return found;
+}
+
+std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view name, std::size_t count) {
+  constexpr std::size_t kLongest = 200;  // nobody mistypes a longer name, and comparing costs its square
+  const std::string wanted = splitDottedName(name).back();
+  if (wanted.size() > kLongest) return {};
+  struct Near {
+    std::size_t distance;
+    NodeId node;
+  };
+  std::vector<Near> near;
+  std::vector<std::size_t> row;
+  const std::size_t limit = wanted.size() / 3 + 2;
+  for (NodeId id = 0; id < graph.nodes().size(); ++id) {
+    if (isCopyKind(graph.node(id).kind)) continue;
+    const std::size_t distance = editDistance(wanted, graph.node(id).name, limit, row);
+    if (distance < limit) near.push_back({distance, id});
+  }
+  std::stable_sort(near.begin(), near.end(),
+                   [](const Near& a, const Near& b) { return a.distance < b.distance; });
+  std::vector<NodeId> nodes;
+  for (std::size_t i = 0; i < std::min(count, near.size()); ++i) nodes.push_back(near[i].node);
+  return nodes;
+}
+
+NodeId findNode(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
+  const std::vector<NodeId> found = name.empty() ? std::vector<NodeId>() : findNodes(graph, name, direction);
+  if (found.size() == 1) return found.front();
+  std::string text = "'" + printable(name) + "'";
+  if (!found.empty()) {
+    text += " may mean";
+    appendList(text, graph, found);
+    fail("XMLABRIDGE_F0010", text);
+  }
+  const std::vector<NodeId> nearest = nearestNodes(graph, name, kListed / 2);
+  text += " is the name of nothing in the model";
+  if (!nearest.empty()) text += "; the nearest";
+  appendList(text, graph, nearest);
+  fail("XMLABRIDGE_F0011", text);
+}
+
+}  // namespace tav

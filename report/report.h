@@ -1,0 +1,24 @@
+#pragma once
+
+// One file of HTML that shows a model and its lineage to people: it is opened in a browser, and asks nobody
+// for anything. What it looks like is made in page/; here a model is put into it.
+
+#include <ostream>
+#include <string_view>
+
+#include "lineage/lineage_graph.h"
+
+namespace tav {
+
+/// Writes the page with the model in it. `program` is its maker's name and version, for the reader. Passwords
+/// are masked. Whether the stream took everything is the caller's to check.
+void writeReport(const LineageGraph& graph, std::string_view program, std::ostream& out);
+
+/// What the page is given, without the page: one JSON document, in which no "<" stands.
+void writeReportData(const LineageGraph& graph, std::string_view program, std::ostream& out);
+
+/// The page without a model. It has one line that is reportPlaceholder(), where the model goes.
+std::string_view reportPage() noexcept;
+std::string_view reportPlaceholder() noexcept;
+
+}  // namespace tav

@@ -1,0 +1,121 @@
+#include "tests/tabular/importer_run.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+#include "framework/model/tree_walk.h"
+#include "framework/serialization/model_reader.h"
+
+namespace tav::test {
+namespace {
+
+/// Runs a program without a shell; its exit code, or -1 when it did not end by itself.
+int runProgram(std::vector<std::string> words, const std::string& out, const std::string& errors) {
+  posix_spawn_file_actions_t files{};
+  posix_spawn_file_actions_init(&files);
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC;
+  posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, out.c_str(), kFlags, 0600);
+  posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errors.c_str(), kFlags, 0600);
+  std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  setenv("LC_ALL", "C.UTF-8", 1);  // as the launcher starts it: file names are UTF-8
+  pid_t child = 0;
+  const int failure = posix_spawn(&child, arguments[0], &files, nullptr, arguments.data(), environ);
+  posix_spawn_file_actions_destroy(&files);
+  EXPECT_EQ(failure, 0) << words[0];
+  int status = 0;
+  if (failure != 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status)) return -1;
+  return WEXITSTATUS(status);
+}
+
+std::string withoutStatus(const std::string& text) {
+  std::string kept;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t end = text.find('\n', at);
+    std::string line = text.substr(at, end - at);
+    at = end == std::string::npos ? text.size() : end + 1;
+    if (line.rfind("STATUS\t", 0) == 0) continue;
+    std::replace(line.begin(), line.end(), '\t', ' ');
+    kept += line + "\n";
+  }
+  return kept;
+}
+
+std::string optionLine(const std::string& path) {
+  std::string escaped;
+  for (const char c : path) {
+    if (c == '\\')
+      escaped += "\\\\";
+    else if (c == '\n')
+      escaped += "\\n";
+    else if (c == '\t')
+      escaped += "\\t";
+    else
+      escaped += c;
+  }
+  return "BP_FILE\t" + escaped + "\n";
+}
+
+class SourceCollector {
+ public:
+  void enter(const TAVObject& object) {
+    const auto* feature = as<TAVFeature>(&object);
+    if (!feature) return;
+    std::vector<std::string>& sources = found[feature->getPath(true).str()];
+    if (const TAVFeatureMap* map = feature->destinationOf.get())
+      for (const TAVFeature& source : map->sourceFeatures) sources.push_back(source.getPath(true).str());
+  }
+  void enterRole(const LinkRow& /*row*/) {}
+  void leaveRole(const LinkRow& /*row*/) {}
+  void leave(const TAVObject& /*object*/) {}
+
+  Sources found;
+};
+
+}  // namespace
+
+ImporterRun runImporter(const std::string& path) {
+  const TemporaryFolder folder;
+  const std::string target = folder.path() / "main.xml";
+  const std::string out = folder.path() / "out";
+  const std::string errors = folder.path() / "errors";
+  const std::string options = folder.write("options", optionLine(path));
+  const std::string jar = std::string(JAVA_FOLDER) + "/MicrosoftSqlServerAs.jar";
+  ImporterRun run;
+  run.exitCode =
+      runProgram({JAVA_PROGRAM, "-cp", jar,
+                  "KORV.bridges.MicrosoftSqlServerAs.Import.MicrosoftSqlServerAsImport", options, target},
+                 out, errors);
+  run.messages = withoutStatus(readFile(out));
+  run.errors = readFile(errors);
+  const std::string place = std::filesystem::path(path).parent_path().string() + "/";
+  for (std::size_t at = run.errors.find(place); at != std::string::npos; at = run.errors.find(place))
+    run.errors.erase(at, place.size());
+  if (run.exitCode != 0) return run;
+  const int valid = runProgram({XMLLINT, "--noout", "--huge", "--schema", SCHEMA, target}, out, errors);
+  EXPECT_EQ(valid, 0) << path << ": " << readFile(errors).substr(0, 2000);
+  run.model = loadModel(target);
+  return run;
+}
+
+ImporterRun importText(std::string_view definition) {
+  const TemporaryFolder folder;
+  return runImporter(folder.write("FILE.bim", definition));
+}
+
+Sources sourcesOf(const TAVModel& model) {
+  SourceCollector collector;
+  walkTree(model, collector);
+  return std::move(collector.found);
+}
+
+}  // namespace tav::test

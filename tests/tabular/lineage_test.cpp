@@ -1,0 +1,147 @@
+// What the names in DAX expressions, SQL queries and M queries lead to. All cases of a corpus are one model,
+// so that Java starts once: a case is a measure or column, or a table with the partition that the case shows.
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/tabular/importer_run.h"
+
+namespace {
+
+using nlohmann::json;
+using tav::test::CorpusCase;
+using tav::test::Sources;
+
+/// The text behind `prefix`, or all of it.
+std::string without(std::string text, std::string_view prefix) {
+  if (text.rfind(prefix, 0) == 0) text.erase(0, prefix.size());
+  return text;
+}
+
+json column(const std::string& name) {
+  return {{"name", name}, {"dataType", "int64"}, {"sourceColumn", name}};
+}
+
+/// The tables that the expressions of the corpus are about.
+json daxTables() {
+  json sales = json::array({column("Amount"), column("Cost"), column("Quantity"), column("Odd ]Name")});
+  json date = json::array({column("Day"), column("Month"), column("Amount")});
+  json quoted = json::array({column("Code")});
+  json measures = json::array({{{"name", "Total"}, {"expression", "SUM(Sales[Amount])"}},
+                               {{"name", "Cost"}, {"expression", "SUM(Sales[Cost])"}}});
+  return json::array({{{"name", "Sales"}, {"columns", sales}, {"measures", measures}},
+                      {{"name", "Calendar Day"}, {"columns", date}},
+                      {{"name", "Bob's"}, {"columns", quoted}}});
+}
+
+json daxModel(const std::vector<CorpusCase>& cases, bool columns) {
+  json tables = daxTables();
+  for (const CorpusCase& one : cases) {
+    json computed = {{"name", one.name}, {"expression", one.input}};
+    if (columns) computed["type"] = "calculated";
+    tables[0][columns ? "columns" : "measures"].push_back(computed);
+  }
+  json functions = json::array(
+      {{{"name", "Local.Margin"}, {"expression", "( t : TABLEREF ) => SUM(Sales[Cost]) + [Total]"}}});
+  return {{"name", "DAX"},
+          {"compatibilityLevel", 1702},
+          {"model", {{"tables", tables}, {"functions", functions}}}};
+}
+
+/// What a case comes to: a line for each source, then the warnings about it.
+std::string showDax(const tav::test::ImporterRun& run, const Sources& sources, const std::string& path) {
+  std::string text;
+  if (const auto found = sources.find(path); found != sources.end())
+    for (const std::string& source : found->second)
+      text += without(without(source, "/Dimensions/"), "/Cubes/Model/Calculated Measures/") + "\n";
+  for (std::size_t at = 0, end = 0; at < run.messages.size(); at = end + 1) {
+    end = run.messages.find('\n', at);
+    const std::string line = run.messages.substr(at, end - at);
+    if (line.find("'" + path + "'") != std::string::npos)
+      text += line.substr(0, line.find(" used in")) + "\n";
+  }
+  if (!text.empty()) text.pop_back();
+  return text;
+}
+
+void checkDax(const std::string& file, bool columns) {
+  const std::vector<CorpusCase> cases = tav::test::loadCorpus(file);
+  const tav::test::ImporterRun run = tav::test::importText(daxModel(cases, columns).dump());
+  ASSERT_EQ(run.exitCode, 0) << run.errors;
+  const Sources sources = tav::test::sourcesOf(*run.model);
+  const std::string folder = columns ? "/Dimensions/Sales/" : "/Cubes/Model/Calculated Measures/Sales/";
+  std::map<std::string, std::string> results;
+  for (const CorpusCase& one : cases) results[one.input] = showDax(run, sources, folder + one.name);
+  tav::test::checkCorpus(file, [&](const std::string& input) { return results[input]; });
+}
+
+/// A case's first line lists the columns that its table reads, separated by blanks.
+json queryModel(const std::vector<CorpusCase>& cases, const std::string& type) {
+  json tables = json::array();
+  for (const CorpusCase& one : cases) {
+    const std::size_t line = one.input.find('\n');
+    json columns = json::array();
+    std::string names = one.input.substr(0, line) + " ";
+    for (std::size_t at = 0, end = 0; (end = names.find(' ', at)) != std::string::npos; at = end + 1)
+      columns.push_back(column(names.substr(at, end - at)));
+    json source = {{"type", type}, {"dataSource", "DW"}};
+    source[type == "m" ? "expression" : "query"] = one.input.substr(line + 1);
+    tables.push_back({{"name", one.name},
+                      {"columns", columns},
+                      {"partitions", json::array({{{"name", "p"}, {"source", source}}})}});
+  }
+  json shared =
+      json::array({{{"name", "Server"}, {"expression", "\"db.example\" meta [IsParameterQuery=true]"}},
+                   {{"name", "Base"}, {"expression", "DW{[Schema=\"dbo\",Item=\"Base\"]}[Data]"}}});
+  json dataSources = json::array({{{"name", "DW"}, {"connectionString", "Data Source=dw.example"}}});
+  return {{"name", "Queries"},
+          {"model", {{"dataSources", dataSources}, {"tables", tables}, {"expressions", shared}}}};
+}
+
+/// A line for each column: where it is read, and behind a query's own column where that comes from.
+std::string showQuery(const Sources& sources, const CorpusCase& one) {
+  std::string text;
+  const auto names = [](const std::vector<std::string>& paths) {
+    std::string list;
+    for (const std::string& path : paths)
+      list += (list.empty() ? "" : ", ") + without(path, "/Data Source Views/");
+    return list;
+  };
+  const std::string line = one.input.substr(0, one.input.find('\n')) + " ";
+  for (std::size_t at = 0, end = 0; (end = line.find(' ', at)) != std::string::npos; at = end + 1) {
+    const std::string name = line.substr(at, end - at);
+    const std::vector<std::string>& direct = sources.at("/Dimensions/" + one.name + "/" + name);
+    text += name + " <- " + names(direct);
+    for (const std::string& path : direct)
+      if (const auto& further = sources.at(path); !further.empty()) text += " <- " + names(further);
+    text += "\n";
+  }
+  text.pop_back();
+  return text;
+}
+
+void checkQueries(const std::string& file, const std::string& type) {
+  const std::vector<CorpusCase> cases = tav::test::loadCorpus(file);
+  const tav::test::ImporterRun run = tav::test::importText(queryModel(cases, type).dump());
+  ASSERT_EQ(run.exitCode, 0) << run.errors;
+  const Sources sources = tav::test::sourcesOf(*run.model);
+  std::map<std::string, std::string> results;
+  for (const CorpusCase& one : cases) results[one.input] = showQuery(sources, one);
+  tav::test::checkCorpus(file, [&](const std::string& input) { return results[input]; });
+}
+
+TEST(TabularLineage, MeasuresLeadToWhatTheyName) {
+  checkDax("tabular/measures.txt", false);
+}
+TEST(TabularLineage, CalculatedColumnsMeanTheirOwnTableFirst) {
+  checkDax("tabular/columns.txt", true);
+}
+TEST(TabularLineage, SqlLeadsToTables) {
+  checkQueries("tabular/sql.txt", "query");
+}
+TEST(TabularLineage, MLeadsToTables) {
+  checkQueries("tabular/m.txt", "m");
+}
+
+}  // namespace
