@@ -1,17 +1,17 @@
 // Reads the model that stands in the page, makes the frame, and shows the page that the address names.
 
-import { h } from "./dom";
-import { kKinds } from "./kinds";
-import { type Kind, Model, type ReportData } from "./model";
+import { h } from "./elements/dom";
+import { count, nameElement, plainName } from "./elements/text";
+import { startTheme, switchTheme, theme } from "./elements/theme";
+import { kKinds } from "./model/kinds";
+import { type Kind, Model, type ReportData } from "./model/model";
+import { SearchIndex } from "./model/search";
 import { coveragePage, unresolvedPage } from "./pages/findings";
 import { cubesPage, dimensionsPage, kindPage, searchPage, tablesPage } from "./pages/lists";
 import { objectPage } from "./pages/object";
-import { overviewPage, unresolvedIds } from "./pages/overview";
+import { overviewPage } from "./pages/overview";
 import type { App, Page } from "./pages/page";
 import { searchBox } from "./search_box";
-import { SearchIndex } from "./search";
-import { count, nameElement, plainName } from "./text";
-import { startTheme, switchTheme, theme } from "./theme";
 
 function readModel(): Model {
   const text = document.getElementById("model")!.textContent!;
@@ -81,7 +81,7 @@ function navigation(model: Model): HTMLElement {
     { href: "#/kind/attribute", label: "Attributes", number: model.ofKind("attribute").length },
     { href: "#/tables", label: "Tables and queries", number: model.ofKind("viewTable", "namedQuery", "databaseTable").length },
     { href: "#/coverage", label: "Coverage" },
-    { href: "#/unresolved", label: "Unresolved", number: unresolvedIds(model).length },
+    { href: "#/unresolved", label: "Unresolved", number: model.withUnresolved().length },
   ];
   const link = (entry: Entry): HTMLElement => h("li", {}, h("a", { href: entry.href }, h("span", {}, entry.label),
     entry.number !== undefined && h("span", { class: "number" }, count(entry.number))));

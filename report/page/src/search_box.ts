@@ -1,10 +1,11 @@
 // The search field: a combo box whose list is worked with arrow keys.
 
-import { announce, freshId, h } from "./dom";
-import { kKinds, kindMark } from "./kinds";
+import { announce, freshId, h } from "./elements/dom";
+import { kindMark } from "./elements/kind_mark";
+import { ownerNames } from "./elements/parts";
+import { counted, nameElement } from "./elements/text";
+import { kKinds } from "./model/kinds";
 import type { App } from "./pages/page";
-import { ownerNames } from "./parts";
-import { counted, nameElement } from "./text";
 
 const kShown = 30;
 

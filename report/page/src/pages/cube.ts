@@ -1,9 +1,9 @@
 // What a cube shows: its measures with what defines them, KPIs, dimensions, perspectives.
 
-import { type Child, h } from "../dom";
-import type { Model } from "../model";
-import { aggregation, badge, codeBlock, objectLink, section, table, titled } from "../parts";
-import { count, nameElement } from "../text";
+import { type Child, h } from "../elements/dom";
+import { aggregation, badge, codeBlock, objectLink, section, table, titled } from "../elements/parts";
+import { count, nameElement } from "../elements/text";
+import type { Model } from "../model/model";
 
 /** Few enough that what follows is not far away. */
 const kFirstRows = 20;

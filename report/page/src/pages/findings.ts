@@ -1,10 +1,9 @@
 // What a model leaves open: names that mean nothing, and objects that lead to no column.
 
-import { h } from "../dom";
-import type { Model } from "../model";
-import { codeBlock, coverageBar, type Column, objectLink, placedLink, section, table, titled } from "../parts";
-import { counted, nameElement } from "../text";
-import { unresolvedIds } from "./overview";
+import { h } from "../elements/dom";
+import { codeBlock, coverageBar, type Column, objectLink, placedLink, section, table, titled } from "../elements/parts";
+import { counted, nameElement } from "../elements/text";
+import type { Model } from "../model/model";
 import type { App, Page } from "./page";
 
 export function unresolvedTable(model: Model, ids: number[], withText = false): HTMLElement {
@@ -24,7 +23,7 @@ export function unresolvedTable(model: Model, ids: number[], withText = false): 
 }
 
 export function unresolvedPage({ model }: App): Page {
-  const ids = unresolvedIds(model);
+  const ids = model.withUnresolved();
   return {
     title: "Unresolved references",
     element: h("article", {},

@@ -1,11 +1,12 @@
 // Lists of all objects of a kind.
 
-import { type Child, h } from "../dom";
-import { kKinds } from "../kinds";
-import type { Kind, Model } from "../model";
-import { badge, codeBlock, type Column, objectLink, ownerNames, placedLink, section, table, titled } from "../parts";
-import { count, counted, nameElement, plainName } from "../text";
-import { description } from "./overview";
+import { type Child, h } from "../elements/dom";
+import {
+  badge, codeBlock, type Column, description, objectLink, ownerNames, placedLink, section, table, titled,
+} from "../elements/parts";
+import { count, counted, nameElement, plainName } from "../elements/text";
+import { kKinds } from "../model/kinds";
+import type { Kind, Model } from "../model/model";
 import type { App, Page } from "./page";
 
 const kMostFound = 2000;

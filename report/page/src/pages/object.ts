@@ -1,13 +1,15 @@
 // The page of one object.
 
-import { type Child, fragment, h } from "../dom";
-import { kKinds, kindMark } from "../kinds";
-import { LineagePanel } from "../lineage_panel";
-import type { Edge, Kind, Model } from "../model";
+import { type Child, fragment, h } from "../elements/dom";
+import { kindMark } from "../elements/kind_mark";
 import {
-  aggregation, badge, codeBlock, codeTitle, type Column, edgeBadge, facts, objectLink, placedLink, section, table, titled,
-} from "../parts";
-import { count, counted, nameElement, percent, plainName } from "../text";
+  aggregation, badge, codeBlock, codeTitle, type Column, description, edgeBadge, facts, objectLink, placedLink, section,
+  table, titled,
+} from "../elements/parts";
+import { count, counted, nameElement, percent, plainName } from "../elements/text";
+import { LineagePanel } from "../lineage/panel";
+import { kKinds } from "../model/kinds";
+import type { Edge, Kind, Model } from "../model/model";
 import { cubeSections } from "./cube";
 import type { App, Page } from "./page";
 
@@ -105,8 +107,7 @@ function parts(model: Model, id: number): Child {
 function partColumns(model: Model, ids: number[]): Column<number>[] {
   const has = (test: (id: number) => unknown): boolean => ids.some((id) => Boolean(test(id)));
   const columns: Column<number>[] = [{ title: "Name", cell: (id) => [objectLink(model, id),
-    model.node(id).h === 1 && badge("hidden"), model.node(id).r === 0 && badge("no column", "bad"),
-    model.node(id).d && h("p", { class: "description" }, nameElement(model.node(id).d!))] }];
+    model.node(id).h === 1 && badge("hidden"), model.node(id).r === 0 && badge("no column", "bad"), description(model, id)] }];
   if (has((id) => model.node(id).e)) columns.push({ title: "Expression", class: "wide", cell: (id) => {
     const { e, l } = model.node(id);
     return e && codeBlock(e, l, 3);

@@ -1,10 +1,10 @@
 // The database at a glance.
 
-import { type Child, h } from "../dom";
-import { kindMark } from "../kinds";
-import type { Kind, Model } from "../model";
-import { coverageBar, facts, objectLink, section, table, titled } from "../parts";
-import { count, nameElement } from "../text";
+import { type Child, h } from "../elements/dom";
+import { kindMark } from "../elements/kind_mark";
+import { coverageBar, description, facts, objectLink, section, table, titled } from "../elements/parts";
+import { count, nameElement } from "../elements/text";
+import type { Kind, Model } from "../model/model";
 import { unresolvedTable } from "./findings";
 import type { App, Page } from "./page";
 
@@ -54,11 +54,6 @@ function cubes(model: Model): Child {
   }));
 }
 
-export function description(model: Model, id: number): Child {
-  const text = model.node(id).d;
-  return text && h("p", { class: "description" }, nameElement(text));
-}
-
 function coverage(model: Model): Child {
   const { data } = model;
   if (data.coverage.length === 0) return null;
@@ -85,16 +80,12 @@ function dataSources(model: Model): Child {
 }
 
 function unresolved(model: Model): Child {
-  const ids = unresolvedIds(model);
+  const ids = model.withUnresolved();
   if (ids.length === 0)
     return section("Unresolved references", h("p", { class: "note" }, "Every name in every expression was found."));
   return section(h("a", { href: "#/unresolved" }, titled("Unresolved references", ids.length)),
     unresolvedTable(model, ids.slice(0, kFewUnresolved)),
     ids.length > kFewUnresolved && h("p", {}, h("a", { href: "#/unresolved" }, `All ${count(ids.length)} expressions`)));
-}
-
-export function unresolvedIds(model: Model): number[] {
-  return model.data.nodes.flatMap((node, id) => node.u && node.u.length > 0 ? [id] : []);
 }
 
 export function overviewPage({ model }: App): Page {

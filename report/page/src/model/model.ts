@@ -152,6 +152,10 @@ export class Model {
   ofKind(...kinds: Kind[]): number[] {
     return kinds.flatMap((kind) => this.byKind.get(kind) ?? []);
   }
+  /** The objects whose expressions name what was not found. */
+  withUnresolved(): number[] {
+    return this.data.nodes.flatMap((node, id) => node.u && node.u.length > 0 ? [id] : []);
+  }
   /** The node at a path, or undefined. Of several, the first. */
   atPath(path: string): number | undefined {
     return this.byPath.get(path);

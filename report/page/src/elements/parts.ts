@@ -1,9 +1,10 @@
 // Pieces that several pages are made of.
 
+import { kEdgeKinds, kKinds } from "../model/kinds";
+import type { EdgeKind, Language, Model } from "../model/model";
 import { type Child, freshId, h } from "./dom";
 import { highlighted, languageName } from "./highlight";
-import { kEdgeKinds, kindMark, kKinds } from "./kinds";
-import type { EdgeKind, Language, Model } from "./model";
+import { kindMark } from "./kind_mark";
 import { count, counted, nameElement } from "./text";
 
 const kFirstRows = 50;
@@ -36,6 +37,11 @@ export function badge(text: string, kind = ""): HTMLElement {
 
 export function edgeBadge(kind: EdgeKind, found: boolean): Child {
   return [badge(kEdgeKinds[kind].label.toLowerCase(), `edge-${kind}`), found && badge("found by the graph", "found")];
+}
+
+export function description(model: Model, id: number): Child {
+  const text = model.node(id).d;
+  return text && h("p", { class: "description" }, nameElement(text));
 }
 
 /** An expression or query. What is long is folded, with a button that shows it all. */

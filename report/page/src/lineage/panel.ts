@@ -1,15 +1,15 @@
 // The lineage of one object: a drawing that is opened step by step, and the same as a tree.
 
-import { announce, h, svg } from "./dom";
+import { announce, h, svg } from "../elements/dom";
+import { codeBlock, objectLink, ownerNames } from "../elements/parts";
+import { counted, plainName } from "../elements/text";
+import { onThemeChange } from "../elements/theme";
+import { kEdgeKinds, kKinds } from "../model/kinds";
+import type { EdgeKind, Model } from "../model/model";
 import { Drawing, kEdgeStrokes } from "./drawing";
-import { kEdgeKinds, kKinds } from "./kinds";
 import {
   ContainerFlows, type Direction, EdgeFilter, Expansion, isContainer, kDirections, kMostInSight, ObjectFlows,
-} from "./lineage";
-import type { EdgeKind, Model } from "./model";
-import { codeBlock, objectLink, ownerNames } from "./parts";
-import { counted, plainName } from "./text";
-import { onThemeChange } from "./theme";
+} from "./sight";
 import { Tree } from "./tree";
 
 type View = "drawing" | "tree";

@@ -1,12 +1,13 @@
 // Lineage as a tree: what the drawing shows, for those who read, use a keyboard or have it read to them. An
 // object that stands further up already is named again, and not opened again.
 
-import { announce, freshId, h } from "./dom";
-import { kEdgeKinds, kindMark, kKinds } from "./kinds";
-import { type Direction, type Expansion, type Flow, other } from "./lineage";
-import type { Model } from "./model";
-import { edgeBadge } from "./parts";
-import { counted, nameElement, plainName } from "./text";
+import { announce, freshId, h } from "../elements/dom";
+import { kindMark } from "../elements/kind_mark";
+import { edgeBadge } from "../elements/parts";
+import { counted, nameElement, plainName } from "../elements/text";
+import { kEdgeKinds, kKinds } from "../model/kinds";
+import type { Model } from "../model/model";
+import { type Direction, type Expansion, type Flow, other } from "./sight";
 
 const kItemsPerStep = 40;
 

@@ -1,7 +1,7 @@
 // What of the lineage is in sight. Starting from one object, each object in sight can be opened towards what it
 // comes from and towards what depends on it; a step shows a few, and more when asked.
 
-import type { EdgeKind, Kind, Model } from "./model";
+import type { EdgeKind, Kind, Model } from "../model/model";
 
 export type Direction = "sources" | "dependants";
 export const kDirections: Direction[] = ["sources", "dependants"];
