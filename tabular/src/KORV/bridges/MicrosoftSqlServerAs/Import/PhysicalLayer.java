@@ -57,7 +57,8 @@ final class PhysicalLayer {
   }
 
   private ModelObject addConnection(String name, String connectionString) {
-    ModelObject connection = new ModelObject("TAVStoreConnection", name).set("nativeType", "DataSource");
+    ModelObject connection =
+        new ModelObject("TAVStoreConnection", name).set("nativeType", Labels.DATA_SOURCE);
     connection.set("connectionString", connectionString);
     return model.add(ModelObject.Role.storeConnections, connection);
   }
@@ -108,7 +109,7 @@ final class PhysicalLayer {
         new Relation.Table(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
     Table table = tables.get(key);
     if (table == null) {
-      table = addTable(name.connection(), name.name(), "Table");
+      table = addTable(name.connection(), name.name(), Labels.TABLE);
       table.object.set("schemaName", name.schema());
       tables.put(key, table);
     }
@@ -130,7 +131,7 @@ final class PhysicalLayer {
     if (known != null) return known;
     ModelObject source = connections.get(connection);
     ModelObject made = new ModelObject("TAVDesignPackage", source == null ? NO_SOURCE : source.name());
-    made.set("nativeType", "DataSourceView");
+    made.set("nativeType", Labels.DATA_SOURCE_VIEW);
     packages.put(connection, views.addUnique(ModelObject.Role.namespaceElements, made));
     return made;
   }
@@ -171,7 +172,7 @@ final class PhysicalLayer {
     String key = source.connection + "\n" + source.query;
     Table known = queries.get(key);
     if (known != null) return known;
-    Table table = addTable(source.connection, source.name, "NamedQuery");
+    Table table = addTable(source.connection, source.name, Labels.NAMED_QUERY);
     table.object.set("query", source.query);
     queries.put(key, table);
     return table;
