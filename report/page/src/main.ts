@@ -22,8 +22,8 @@ function missingPage(address: string): Page {
   return {
     title: "Not found",
     element: h("article", {}, h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, "Not found"),
-      h("p", { class: "subtitle" }, "This report has nothing at ", h("code", {}, nameElement(address)), ". ",
-        h("a", { href: "#/" }, "To the overview")))),
+      h("p", { class: "subtitle" }, "This report has no page at ", h("code", {}, nameElement(address)), ". ",
+        h("a", { href: "#/" }, "Go to the overview")))),
   };
 }
 
@@ -87,7 +87,7 @@ function navigation(model: Model): HTMLElement {
     entry.number !== undefined && h("span", { class: "number" }, count(entry.number))));
   const cubes = model.ofKind("cube").slice(0, kCubesBeside).map((id) =>
     h("li", {}, h("a", { href: model.href(id) }, nameElement(model.name(id)))));
-  return h("nav", { class: "side", "aria-label": "The model" },
+  return h("nav", { class: "side", "aria-label": "Model" },
     h("ul", {}, entries.filter((entry) => entry.number !== 0).map(link)),
     cubes.length > 0 && [h("h2", {}, "Cubes"), h("ul", { class: "cubes" }, cubes)]);
 }
@@ -104,7 +104,7 @@ function themeButton(): HTMLElement {
 
 function licences(): HTMLElement {
   const text = document.getElementById("licences")!.textContent!;
-  return h("details", { class: "licences" }, h("summary", {}, "Licences of what this page is built from"), h("pre", {}, text));
+  return h("details", { class: "licences" }, h("summary", {}, "Third-party licences"), h("pre", {}, text));
 }
 
 class Frame {
@@ -128,11 +128,12 @@ class Frame {
       h("a", { class: "skip", href: "#main", onclick: (event: Event) => {
         event.preventDefault();
         this.main.focus();
-      } }, "Skip to the content"),
+      } }, "Skip to content"),
       h("header", { class: "top" }, h("a", { class: "brand", href: "#/" }, nameElement(model.data.database)),
         searchBox(this.app, (query) => this.go("#/search/" + encodeURIComponent(query))), themeButton()),
       h("div", { class: "body" }, this.side, h("div", { class: "content" }, this.main,
-        h("footer", {}, h("p", {}, `Made by ${model.data.program}. This page asks no server for anything.`), licences()))),
+        h("footer", {}, h("p", {}, `Made by ${model.data.program}. Self-contained: nothing is loaded from the network.`),
+          licences()))),
       h("div", { id: "announcements", class: "unseen", role: "status", "aria-live": "polite" }));
     document.addEventListener("click", (event) => this.follow(event));
     addEventListener("hashchange", () => this.show(location.hash));

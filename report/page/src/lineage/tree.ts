@@ -30,7 +30,7 @@ export class Tree {
 
   constructor(private readonly model: Model, private readonly expansion: Expansion,
     private readonly direction: Direction, private readonly open: (id: number) => void) {
-    const title = direction === "sources" ? "Comes from" : "Is used by";
+    const title = direction === "sources" ? "Sources" : "Dependents";
     const id = freshId("tree");
     this.list = h("ul", { role: "tree", "aria-labelledby": id,
       onkeydown: (event: KeyboardEvent) => this.key(event), onclick: (event: MouseEvent) => this.click(event) });
@@ -69,7 +69,7 @@ export class Tree {
       owner !== undefined && `of ${plainName(this.model.name(owner))}`,
       flow && kEdgeKinds[flow.kind].meaning,
       repeated && "shown above",
-      children > 0 && counted(children, this.direction === "sources" ? "source" : "dependant"),
+      children > 0 && counted(children, this.direction === "sources" ? "source" : "dependent"),
     ].filter((part) => part !== false && part !== undefined).join(", ");
   }
 

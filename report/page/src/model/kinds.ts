@@ -61,9 +61,9 @@ interface EdgeStyle {
 }
 
 export const kEdgeKinds: Record<EdgeKind, EdgeStyle> = {
-  direct: { label: "Direct", meaning: "taken over as it is" },
-  computed: { label: "Computed", meaning: "part of an expression" },
-  aggregated: { label: "Aggregated", meaning: "added up, counted or the like" },
-  condition: { label: "Condition", meaning: "decides which rows count" },
-  member: { label: "Shown in", meaning: "what a cube or perspective shows" },
+  direct: { label: "Direct", meaning: "passed on unchanged" },
+  computed: { label: "Computed", meaning: "used in an expression" },
+  aggregated: { label: "Aggregated", meaning: "aggregated, such as summed or counted" },
+  condition: { label: "Condition", meaning: "filters or joins rows" },
+  member: { label: "Shown in", meaning: "shown in a cube or perspective" },
 };

@@ -112,7 +112,7 @@ export class Model {
   private readonly hierarchiesByOwner = new Map<number, HierarchyData[]>();
 
   constructor(readonly data: ReportData) {
-    if (data.format !== kFormat) throw new Error(`The report's data have the format ${data.format}, not ${kFormat}.`);
+    if (data.format !== kFormat) throw new Error(`The report data is in format ${data.format}, not ${kFormat}.`);
     const { nodes, edges } = data;
     this.nodeCount = nodes.length;
     const edgeCount = edges.length / kEdgeSize;
