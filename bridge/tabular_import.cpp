@@ -45,16 +45,6 @@ TAVStoreModel* loadFrom(const TAVFile& folder, TAVLog* log) {
   return model;
 }
 
-/// Adds what the importer leaves to the bridge, because XML definitions need it too: how connection strings
-/// and SQL are read.
-void complete(TAVStoreModel& model, TAVLog* log) {
-  for (TAVStoreConnection& connection : model.storeConnections)
-    if (connection.dataStore.name.empty())
-      setDataStore(&connection, findDataStoreByProvider(
-                                    getConnectionStringValue(connection.connectionString, "Provider")));
-  tav::resolveDatabaseQueries(model, log);
-}
-
 }  // namespace
 
 TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile) {
@@ -62,6 +52,16 @@ TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile) {
   TAVJavaBridge importer(kMainClass, classPathOfImporter(log), log, TAVJavaExe::JAVA_VERSION_6);
   importer.javaImport(folder.folder().getFile("main.xml"), optionsOfImporter(inputFile), nullptr);
   TAVStoreModel* model = loadFrom(folder.folder(), log);
-  if (model) complete(*model, log);
+  if (model) completeTabularModel(*model, log);
   return model;
+}
+
+/// Adds what the importer leaves to the bridge, because XML definitions need it too: how connection strings
+/// and SQL are read.
+void completeTabularModel(TAVStoreModel& model, TAVLog* log) {
+  for (TAVStoreConnection& connection : model.storeConnections)
+    if (connection.dataStore.name.empty())
+      setDataStore(&connection, findDataStoreByProvider(
+                                    getConnectionStringValue(connection.connectionString, "Provider")));
+  tav::resolveDatabaseQueries(model, log);
 }
