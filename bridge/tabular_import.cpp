@@ -6,8 +6,11 @@
 #include "framework/bridgelib/class_path.h"
 #include "framework/java/java_bridge.h"
 #include "framework/serialization/multi_model_serialization.h"
+#include "framework/std/connection_string.h"
 #include "framework/std/java_path.h"
 #include "framework/std/temporary_folder.h"
+#include "framework/types/providers.h"
+#include "views/database_queries.h"
 
 namespace {
 
@@ -48,5 +51,17 @@ TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile) {
   const tav::TemporaryFolder folder("MicrosoftSqlServerXMLAImport");
   TAVJavaBridge importer(kMainClass, classPathOfImporter(log), log, TAVJavaExe::JAVA_VERSION_6);
   importer.javaImport(folder.folder().getFile("main.xml"), optionsOfImporter(inputFile), nullptr);
-  return loadFrom(folder.folder(), log);
+  TAVStoreModel* model = loadFrom(folder.folder(), log);
+  if (model) completeTabularModel(*model, log);
+  return model;
+}
+
+/// Adds what the importer leaves to the bridge, because XML definitions need it too: how connection strings
+/// and SQL are read.
+void completeTabularModel(TAVStoreModel& model, TAVLog* log) {
+  for (TAVStoreConnection& connection : model.storeConnections)
+    if (connection.dataStore.name.empty())
+      setDataStore(&connection, findDataStoreByProvider(
+                                    getConnectionStringValue(connection.connectionString, "Provider")));
+  tav::resolveDatabaseQueries(model, log);
 }

@@ -8,3 +8,8 @@
 /// model; null when the importer's document holds none. Throws a TAVException when there is no Java, when the
 /// importer fails, and when what it wrote is no saved model. The temporary folder is gone in any case.
 TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile);
+
+/// Adds to a model as the importer has written it what the importer leaves to the bridge, because XML
+/// definitions need it too: what connection strings say of their data stores, and what SQL reads. Warnings go
+/// to `log`, which may be null.
+void completeTabularModel(TAVStoreModel& model, TAVLog* log);

@@ -1,100 +1,47 @@
 // The lineage that the columns and named queries of a view make.
 
-#include "framework/expression/query_resolver.h"
+#include <unordered_map>
+
+#include "framework/model/lineage_writer.h"
 #include "framework/model/model.h"
-#include "framework/std/dotted_name.h"
-#include "framework/std/text.h"
 #include "views/dsv_reader.h"
+#include "views/query_lineage.h"
 
 namespace {
 
-TAVClassifierMap& mapOf(TAVClassifier& classifier) {
-  if (TAVClassifierMap* map = classifier.getDestinationOfClassifierMap()) return *map;
-  TAVClassifierMap& made = classifier.addClassifierMap(tav::make<TAVClassifierMap>());
-  made.addDestinationClassifier(classifier);
-  return made;
-}
-
-/// A statement with the tables of the view that it reads.
-class QueryReader {
+/// The tables and columns of the view that the query belongs to. What the view computes itself is no column
+/// of the database, and no query can mean it.
+class ViewTarget : public tav::QueryTarget {
  public:
-  QueryReader(const tav::Query& query, std::string_view dataSourceId, tav::ViewIndex& index,
-              TAVDsvReader::DSVExpressionAnalyzer& analyzer)
-      : query_(query), index_(index), analyzer_(analyzer), resolver_(query) {
-    for (const tav::QueryObject& object : resolver_.objects())
-      tables_.push_back(index.findTable(object.parts, dataSourceId));
-    resolver_.setHasColumn([this](std::uint32_t object, const std::string& column) {
-      return findColumn(object, column) != nullptr;
-    });
+  ViewTarget(std::string_view dataSourceId, tav::ViewIndex& index,
+             TAVDsvReader::DSVExpressionAnalyzer& analyzer)
+      : dataSourceId_(dataSourceId), index_(index), analyzer_(analyzer) {}
+
+  bool hasColumn(const tav::QueryObject& table, const std::string& column) override {
+    return find(table, column);
   }
 
-  [[nodiscard]] bool isComplete() const { return resolver_.isComplete(); }
-
-  [[nodiscard]] TAVString objectNames() const {
-    TAVString lines;
-    for (const tav::QueryObject& object : resolver_.objects())
-      tav::addLine(lines, tav::joinDottedName(object.parts));
-    return lines;
+  TAVFeature* findColumn(const tav::QueryObject& table, const std::string& column,
+                         const TAVFeature& /*reader*/) override {
+    return find(table, column);
   }
 
-  void addColumn(TAVColumn& column) {
-    const std::vector<tav::QuerySource> sources = resolver_.sourcesOf(column.physicalName);
-    column.querySources = sourceNames(sources);
-    const tav::QueryColumn* written = resolver_.findColumn(column.physicalName);
-    if (written && !written->copy) column.expression = query_.textOf(*written);
-    addMap(column, column.expression, sources);
-  }
-
-  void addCondition(TAVCondition& condition) {
-    for (const tav::QueryPart& part : query_.conditions)
-      tav::addLine(condition.expression, query_.textOf(part));
-    const std::vector<tav::QuerySource> sources = resolver_.conditionSources();
-    condition.querySources = sourceNames(sources);
-    addMap(condition, condition.expression, sources);
-  }
+  TAVCondition& condition(TAVTable& table) override { return *analyzer_.getDstCondition(&table); }
 
  private:
-  TAVFeature* findColumn(std::uint32_t object, const std::string& name) {
-    if (object == tav::QuerySource::kUnknown || !tables_[object]) return nullptr;
-    for (TAVFeature* feature : index_.findFeatures(*tables_[object], name))
+  TAVFeature* find(const tav::QueryObject& object, const std::string& column) {
+    const auto [table, isNew] = tables_.try_emplace(&object);
+    if (isNew) table->second = index_.findTable(object.parts, dataSourceId_);
+    if (!table->second) return nullptr;
+    for (TAVFeature* feature : index_.findFeatures(*table->second, column))
       if (analyzer_.isStarCandidate(feature, true)) return feature;
     return nullptr;
   }
 
-  TAVString sourceNames(const std::vector<tav::QuerySource>& sources) const {
-    TAVString lines;
-    for (const tav::QuerySource& source : sources) {
-      std::vector<std::string> parts;
-      if (source.object != tav::QuerySource::kUnknown) parts = resolver_.objects()[source.object].parts;
-      parts.push_back(source.column);
-      tav::addLine(lines, tav::joinDottedName(parts));
-    }
-    return lines;
-  }
-
-  /// Links those of the sources that the view shows.
-  void addMap(TAVFeature& destination, std::string_view operation,
-              const std::vector<tav::QuerySource>& sources) {
-    TAVFeatureMap* made = nullptr;
-    for (const tav::QuerySource& source : sources) {
-      TAVFeature* column = findColumn(source.object, source.column);
-      if (!column) continue;
-      TAVClassifierMap& map = mapOf(*destination.classifier);
-      if (!made) {
-        made = &map.addFeatureMap(tav::make<TAVFeatureMap>());
-        made->operation = operation;
-        made->addDestinationFeature(destination);
-      }
-      if (!made->sourceFeatures.contains(*column)) made->addSourceFeature(*column);
-      if (!map.sourceClassifiers.contains(*column->classifier)) map.addSourceClassifier(*column->classifier);
-    }
-  }
-
-  const tav::Query& query_;
+  std::string_view dataSourceId_;
   tav::ViewIndex& index_;
   TAVDsvReader::DSVExpressionAnalyzer& analyzer_;
-  tav::QueryResolver resolver_;
-  std::vector<TAVTable*> tables_;  // those of the resolver's objects, null when the view has none
+  std::unordered_map<const tav::QueryObject*, TAVTable*> tables_;
 };
 
 /// What stands for the view's index while its lineage is made.
@@ -124,10 +71,8 @@ void TAVDsvReader::addLineage(TAVDesignPackage& view) {
 }
 
 void TAVDsvReader::addExpressionLineage(TAVColumn& column) {
-  TAVClassifierMap& owner = mapOf(*column.classifier);
-  TAVFeatureMap& map = owner.addFeatureMap(tav::make<TAVFeatureMap>());
-  map.operation = column.expression;
-  map.addDestinationFeature(column);
+  TAVClassifierMap& owner = tav::classifierMapOf(*column.classifier);
+  TAVFeatureMap& map = tav::addFeatureMap(owner, column, column.expression);
   analyzer_.setCurrentFeatureMap(&map);
   analyzer_.parse(&map);
   analyzer_.clearCurrentFeatureMap();
@@ -137,17 +82,9 @@ void TAVDsvReader::addExpressionLineage(TAVColumn& column) {
 }
 
 void TAVDsvReader::addQueryLineage(TAVTable& table) {
+  ViewTarget target(table.dataSourceId, *index_, analyzer_);
   const tav::Query query = tav::parseQuery(table.query);
-  if (query.fault)
-    analyzer_.setParsingError(table.getPath(true), tav::placeInText(table.query, query.fault.offset),
-                              query.fault.expected);
-  QueryReader reader(query, table.dataSourceId, *index_, analyzer_);
-  table.querySources = reader.objectNames();
-  for (TAVFeature& feature : table.features)
-    if (auto* column = tav::as<TAVColumn>(&feature); column && column->expression.empty())
-      reader.addColumn(*column);
-  if (!query.conditions.empty()) reader.addCondition(*analyzer_.getDstCondition(&table));
-  if (!reader.isComplete())
-    analyzer_.setParsingError(table.getPath(true), tav::placeInText(table.query, 0),
-                              "columns that are computed from fewer others");
+  tav::QueryLineage lineage(query, target);
+  lineage.write(table);
+  lineage.report(table, analyzer_);
 }

@@ -57,7 +57,6 @@ class TAV_API TAVExpressionAnalyzer {
   void setCurrentFeatureMap(TAVFeatureMap* map) noexcept { currentFeatureMap_ = map; }
   void clearCurrentFeatureMap() noexcept { currentFeatureMap_ = nullptr; }
 
- protected:
   /// Called at most once per expression, before its parts are visited: the path of the feature that it
   /// computes (empty when there is none), the place as "line 1, column 7" (columns count characters), and
   /// what was expected there. The base logs the warning TAVEXPR_W0001.

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "bridge/tabular_import.h"
 #include "framework/model/tree_walk.h"
 #include "framework/serialization/model_reader.h"
 
@@ -104,6 +105,7 @@ ImporterRun runImporter(const std::string& path) {
   const int valid = runProgram({XMLLINT, "--noout", "--huge", "--schema", SCHEMA, target}, out, errors);
   EXPECT_EQ(valid, 0) << path << ": " << readFile(errors).substr(0, 2000);
   run.model = loadModel(target);
+  completeTabularModel(*as<TAVStoreModel>(run.model.get()), nullptr);
   return run;
 }
 

@@ -16,7 +16,7 @@ struct ImporterRun {
   int exitCode = -1;
   std::string messages;   ///< standard output but for its STATUS lines, a tab showing as a blank
   std::string errors;     ///< standard error, the folder of the input left out
-  Owned<TAVModel> model;  ///< null when the importer failed
+  Owned<TAVModel> model;  ///< complete, or null when the importer failed
 };
 
 /// Imports a file. A document that the model's schema does not accept is a test failure.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <nlohmann/json.hpp>
 
 #include "tests/tabular/importer_run.h"
@@ -144,6 +145,47 @@ TEST(TabularLineage, SqlLeadsToTables) {
 }
 TEST(TabularLineage, MLeadsToTables) {
   checkQueries("tabular/m.txt", "m");
+}
+
+/// Queries of which each combines the one before it with itself: a walk along all ways would double with
+/// each.
+json doublingModel(int levels) {
+  json shared = json::array({{{"name", "Q0"}, {"expression", R"(DW{[Schema="dbo",Item="T"]}[Data])"}}});
+  std::string steps = R"(let S0 = DW{[Schema="dbo",Item="T"]}[Data])";
+  for (int i = 1; i <= levels; ++i) {
+    const std::string before = std::to_string(i - 1);
+    shared.push_back({{"name", "Q" + std::to_string(i)},
+                      {"expression", "Table.Combine({Q" + before + ", Q" + before + "})"}});
+    steps += ", S" + std::to_string(i) + " = Table.Combine({S" + before + ", S" + before + "})";
+  }
+  const std::string last = std::to_string(levels);
+  json tables = json::array();
+  for (const std::string& text : {"Q" + last, steps + " in S" + last}) {
+    const json source = {{"type", "m"}, {"expression", text}};
+    tables.push_back({{"name", text.substr(0, 3)},
+                      {"columns", json::array({column("A")})},
+                      {"partitions", json::array({{{"name", "p"}, {"source", source}}})}});
+  }
+  const json dataSources = json::array({{{"name", "DW"}, {"connectionString", "Data Source=dw.example"}}});
+  return {{"name", "Doubling"},
+          {"model", {{"dataSources", dataSources}, {"tables", tables}, {"expressions", shared}}}};
+}
+
+double secondsFor(int levels) {
+  const auto start = std::chrono::steady_clock::now();
+  const tav::test::ImporterRun run = tav::test::importText(doublingModel(levels).dump());
+  EXPECT_EQ(run.exitCode, 0) << run.errors;
+  for (const auto& [path, sources] : tav::test::sourcesOf(*run.model)) {
+    if (path.ends_with("/A") && path.starts_with("/Dimensions/")) {
+      EXPECT_EQ(sources.size(), 1U) << path;
+    }
+  }
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+TEST(TabularLineage, CombinedQueriesCostWhatTheirTextIsLong) {
+  secondsFor(1);  // the machine's caches know Java from now on
+  EXPECT_LE(secondsFor(40), 2 * secondsFor(20));
 }
 
 }  // namespace

@@ -26,6 +26,7 @@ final class Labels {
 
   static final String TABLE = "Table";
   static final String NAMED_QUERY = "NamedQuery";
+  static final String UNRESOLVED_QUERY = "DatabaseQuery";
 
   /** The parts of a KPI in their order: the name of a part's measure, and that measure's native type. */
   enum KpiPart {

@@ -64,6 +64,9 @@ final class MQuery {
 
   private final MTokens tokens;
   private final Context context;
+  private final Relation.Budget budget;
+  /** Shared expressions by name, each evaluated once for all queries of a model. */
+  private final Map<String, Value> shared;
   private final Set<String> openQueries;
   private final int outerDepth;
 
@@ -77,17 +80,29 @@ final class MQuery {
     }
   }
 
-  private MQuery(String text, Context context, Set<String> openQueries, int depth) {
+  private MQuery(String text, Context context, Map<String, Value> shared, Set<String> openQueries, int depth) {
     tokens = new MTokens(text);
     this.context = context;
+    this.shared = shared;
     this.openQueries = openQueries;
+    budget = new Relation.Budget(text.length());
     outerDepth = depth;
   }
 
-  /** What a query reads; null when it cannot be told. */
-  static Relation read(String text, Context context) {
-    MQuery query = new MQuery(text, context, new HashSet<>(), 0);
-    return query.evaluate(0, query.tokens.size(), new Environment(null), 0).relation;
+  /** Reads the queries of one model. */
+  static final class Reader {
+    private final Context context;
+    private final Map<String, Value> shared = new HashMap<>();
+
+    Reader(Context context) {
+      this.context = context;
+    }
+
+    /** What a query reads; null when it cannot be told. */
+    Relation read(String text) {
+      MQuery query = new MQuery(text, context, shared, new HashSet<>(), 0);
+      return query.evaluate(0, query.tokens.size(), new Environment(null), 0).relation;
+    }
   }
 
   private Value evaluate(int begin, int end, Environment environment, int depth) {
@@ -145,11 +160,14 @@ final class MQuery {
   }
 
   private Value lookUpShared(String name, int depth) {
+    Value known = shared.get(name);
+    if (known != null) return known;
     String text = context.sharedExpression(name);
     if (text != null && openQueries.add(name)) {
-      MQuery query = new MQuery(text, context, openQueries, outerDepth + depth + 1);
+      MQuery query = new MQuery(text, context, shared, openQueries, outerDepth + depth + 1);
       Value value = query.evaluate(0, query.tokens.size(), new Environment(null), 0);
       openQueries.remove(name);
+      shared.put(name, value);
       return value;
     }
     Value value = new Value();
@@ -159,7 +177,7 @@ final class MQuery {
 
   /** A name, call, text, list or record, with what is picked from it behind. */
   private Value evaluateOperand(int begin, int end, Environment environment, int depth) {
-    QueryTokens.Token token = tokens.get(begin);
+    MTokens.Token token = tokens.get(begin);
     Value value = Value.UNKNOWN;
     int i = begin + 1;
     if (token.isName() && tokens.get(i).isSign('(') && i < end) {
@@ -168,7 +186,7 @@ final class MQuery {
       i = close + 1;
     } else if (token.isName()) {
       value = lookUp(token.value(), environment, depth);
-    } else if (token.kind() == QueryTokens.Kind.TEXT) {
+    } else if (token.kind() == MTokens.Kind.TEXT) {
       value = new Value();
       value.text = token.value();
     } else if (token.isSign('{') || token.isSign('[') || token.isSign('(')) {
@@ -226,7 +244,8 @@ final class MQuery {
       return picked;
     }
     picked.relation =
-        Relation.ofTable(new Relation.Table(value.connection, schema != null ? schema : value.schema, name));
+        Relation.ofTable(
+            Relation.Table.named(value.connection, schema != null ? schema : value.schema, name));
     return picked;
   }
 
@@ -266,13 +285,18 @@ final class MQuery {
     }
     value.connection = context.connection(function, server, database == null ? "" : database);
     String query = arguments.isEmpty() ? null : text(arguments.get(arguments.size() - 1).record, "Query");
-    return query == null ? value : Value.of(SqlQuery.read(query, value.connection));
+    return query == null ? value : Value.of(queryOf(value.connection, query));
+  }
+
+  /** The text goes into the model as it is: what it reads is found out there, as for every query. */
+  private static Relation queryOf(String connection, String text) {
+    return Relation.ofTable(Relation.Table.ofQuery(connection, text));
   }
 
   private static Value nativeQuery(List<Value> arguments) {
     if (arguments.size() < 2 || arguments.get(0).connection == null || arguments.get(1).text == null)
       return Value.UNKNOWN;
-    return Value.of(SqlQuery.read(arguments.get(1).text, arguments.get(0).connection));
+    return Value.of(queryOf(arguments.get(0).connection, arguments.get(1).text));
   }
 
   private static Value combine(List<Value> arguments) {
@@ -318,13 +342,13 @@ final class MQuery {
     return place < arguments.size() ? arguments.get(place) : Value.UNKNOWN;
   }
 
-  private static Set<Relation.Column> known(Relation relation, String column) {
-    Set<Relation.Column> sources = relation.sourcesOf(column);
+  private Set<Relation.Column> known(Relation relation, String column) {
+    Set<Relation.Column> sources = relation.sourcesOf(column, budget);
     return sources == null ? Set.of() : sources;
   }
 
   /** {{"old", "new"}, ...}, or one pair alone. */
-  private static void rename(Relation from, Relation to, Value pairs) {
+  private void rename(Relation from, Relation to, Value pairs) {
     if (pairs.list == null) return;
     boolean single = pairs.list.size() == 2 && pairs.list.get(0).text != null;
     List<Value> all = single ? List.of(pairs) : pairs.list;
@@ -358,7 +382,7 @@ final class MQuery {
     to.put(name, sources);
   }
 
-  private static void expand(Value source, Relation relation, List<Value> arguments) {
+  private void expand(Value source, Relation relation, List<Value> arguments) {
     relation.setComputed();
     List<Value> columns = argument(arguments, 2).list;
     List<Value> names = arguments.size() > 3 ? arguments.get(3).list : columns;
@@ -400,7 +424,7 @@ final class MQuery {
   /** The place behind a token, or behind all that a bracket or a let opens. */
   private int after(int i, int end) {
     if (i >= end) return i + 1;
-    QueryTokens.Token token = tokens.get(i);
+    MTokens.Token token = tokens.get(i);
     boolean opens = token.isSign('(') || token.isSign('[') || token.isSign('{') || token.isWord("let");
     return opens ? Math.min(closing(i, end), end - 1) + 1 : i + 1;
   }
@@ -408,7 +432,7 @@ final class MQuery {
   private int closing(int open, int end) {
     int depth = 0;
     for (int i = open; i < end; ++i) {
-      QueryTokens.Token token = tokens.get(i);
+      MTokens.Token token = tokens.get(i);
       if (token.isSign('(') || token.isSign('[') || token.isSign('{') || token.isWord("let")) ++depth;
       boolean closes = token.isSign(')') || token.isSign(']') || token.isSign('}') || token.isWord("in");
       if (closes && --depth == 0) return i;

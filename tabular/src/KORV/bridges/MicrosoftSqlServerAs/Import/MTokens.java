@@ -1,35 +1,102 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
+import java.util.ArrayList;
+import java.util.List;
+
 /** The tokens of a query in the M language: `Table.RenameColumns` is one word, #"Changed Type" is quoted. */
-final class MTokens extends QueryTokens {
-  MTokens(String text) {
-    super(text);
-    readAll();
+final class MTokens {
+  enum Kind { WORD, QUOTED, TEXT, NUMBER, SIGN, END }
+
+  /** A token; `value` has quotes removed and escapes undone. QUOTED is never a keyword. */
+  record Token(Kind kind, String value) {
+    boolean isSign(char sign) {
+      return kind == Kind.SIGN && value.charAt(0) == sign;
+    }
+
+    /** To the letter. */
+    boolean isWord(String word) {
+      return kind == Kind.WORD && value.equals(word);
+    }
+
+    boolean isName() {
+      return kind == Kind.WORD || kind == Kind.QUOTED;
+    }
   }
 
-  @Override
-  protected boolean readOwn(char c) {
+  private static final Token END = new Token(Kind.END, "");
+
+  private final String text;
+  private int at;
+  private final List<Token> tokens = new ArrayList<>();
+
+  MTokens(String text) {
+    this.text = text;
+    while (at < text.length()) {
+      char c = text.charAt(at);
+      if (Names.isBlank(c)) {
+        ++at;
+      } else {
+        read(c);
+      }
+    }
+  }
+
+  int size() {
+    return tokens.size();
+  }
+
+  /** The token at a place; a token of kind END outside the query. */
+  Token get(int place) {
+    return place < 0 || place >= tokens.size() ? END : tokens.get(place);
+  }
+
+  private void read(char c) {
     if (text.startsWith("//", at)) {
       skipLine();
     } else if (text.startsWith("/*", at)) {
       int end = text.indexOf("*/", at + 2);
       at = end < 0 ? text.length() : end + 2;
     } else if (c == '"') {
-      add(Kind.TEXT, unescape(enclosed('"')));
+      add(Kind.TEXT, unescape(enclosed()));
     } else if (text.startsWith("#\"", at)) {
       ++at;
-      add(Kind.QUOTED, unescape(enclosed('"')));
-    } else if (c == '#') {
-      word();
+      add(Kind.QUOTED, unescape(enclosed()));
+    } else if (c == '#' || Names.startsWord(c)) {
+      add(Kind.WORD, word());
+    } else if (Names.isDigit(c)) {
+      add(Kind.NUMBER, word());
     } else {
-      return false;
+      add(Kind.SIGN, text.substring(at, ++at));
     }
-    return true;
   }
 
-  @Override
-  protected boolean continuesWord(char c) {
-    return c == '.';
+  private void add(Kind kind, String value) {
+    tokens.add(new Token(kind, value));
+  }
+
+  private void skipLine() {
+    while (at < text.length() && text.charAt(at) != '\n' && text.charAt(at) != '\r') ++at;
+  }
+
+  /** What begins at the place and goes on with letters, digits and dots. */
+  private String word() {
+    int start = at++;
+    while (at < text.length() && (Names.continuesWord(text.charAt(at)) || text.charAt(at) == '.')) ++at;
+    return text.substring(start, at);
+  }
+
+  /** What stands between the quote at the place and the next one that is not doubled, or the text's end. */
+  private String enclosed() {
+    StringBuilder value = new StringBuilder();
+    for (++at; at < text.length(); ++at) {
+      if (text.charAt(at) == '"') {
+        if (at + 1 >= text.length() || text.charAt(at + 1) != '"') break;
+        ++at;
+      }
+      value.append(text.charAt(at));
+    }
+    ++at;
+    return value.toString();
   }
 
   /**

@@ -11,7 +11,6 @@ import java.util.Set;
 final class PhysicalLayer {
   private static final Set<String> PLACED =
       Set.of("name", "description", "connectionString", "type", "credential", "password");
-  private static final String SQL_SERVER = "MICROSOFT_SQL_SERVER 11.0.0";
   private static final String ORACLE = "ORACLE 11.0.0";
   /** The package of queries that name no data source. */
   private static final String NO_SOURCE = "Queries";
@@ -33,6 +32,8 @@ final class PhysicalLayer {
   private final Map<String, ModelObject> packages = new HashMap<>();
   private final Map<Relation.Table, Table> tables = new HashMap<>();
   private final Map<String, Table> queries = new HashMap<>();
+  /** Of the table that is being imported. */
+  private final Map<Relation.Table, Table> databaseQueries = new HashMap<>();
 
   PhysicalLayer(ModelObject model, ModelObject views, Catalog catalog, LineageMaps maps) {
     this.model = model;
@@ -47,10 +48,9 @@ final class PhysicalLayer {
     ModelObject connection = addConnection(name,
         structured ? address(definition.object("connectionDetails")) : definition.text("connectionString"));
     connection.set("description", definition.text("description"));
-    String protocol = definition.object("connectionDetails").text("protocol");
-    String provider = setting(definition.text("connectionString"), "provider");
-    boolean oracle = protocol.equals("oracle") || provider.equals("oraoledb.oracle");
-    connection.set("dataStore", oracle ? ORACLE : SQL_SERVER);
+    // What a connection string says of the data store is read by whoever loads the model.
+    if (definition.object("connectionDetails").text("protocol").equals("oracle"))
+      connection.set("dataStore", ORACLE);
     catalog.property(connection, "type", definition.text("type"));
     catalog.keep(connection, definition, PLACED);
     connections.putIfAbsent(name, connection);
@@ -74,16 +74,6 @@ final class PhysicalLayer {
     return text.toString();
   }
 
-  /** A value of a connection string, in lower case; empty when it has none. */
-  private static String setting(String connectionString, String name) {
-    for (String part : connectionString.split(";")) {
-      int equal = part.indexOf('=');
-      if (equal > 0 && Names.same(part.substring(0, equal).trim(), name))
-        return Names.fold(part.substring(equal + 1).trim());
-    }
-    return "";
-  }
-
   /** The key of a data source, or null when the model has none of that name. */
   String dataSource(String name) {
     return connections.containsKey(name) ? name : null;
@@ -95,25 +85,40 @@ final class PhysicalLayer {
     if (!connections.containsKey(key)) {
       String text = "Data Source=" + server + (database.isEmpty() ? "" : ";Initial Catalog=" + database);
       ModelObject connection = addConnection(database.isEmpty() ? server : server + ";" + database, text);
-      connection.set("dataStore", function.startsWith("Oracle.") ? ORACLE : SQL_SERVER);
+      if (function.startsWith("Oracle.")) connection.set("dataStore", ORACLE);
       catalog.property(connection, "function", function);
       connections.put(key, connection);
     }
     return key;
   }
 
-  /** A column of a database table; table and column are made on the first use. */
-  ModelObject column(Relation.Column column, ModelObject type) {
+  /** A column of a database table or query; table and column are made on the first use. */
+  private ModelObject column(Source source, Relation.Column column, ModelObject type) {
     Relation.Table name = column.table();
+    Table owner = name.isQuery() ? query(source, name) : table(name);
+    return column(owner, column.name(), type, true);
+  }
+
+  private Table table(Relation.Table name) {
     Relation.Table key =
-        new Relation.Table(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
+        Relation.Table.named(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
     Table table = tables.get(key);
     if (table == null) {
       table = addTable(name.connection(), name.name(), Labels.TABLE);
       table.object.set("schemaName", name.schema());
       tables.put(key, table);
     }
-    return column(table, column.name(), type, true);
+    return table;
+  }
+
+  /** A query of the database, whose sources whoever loads the model finds. Each table of the model that reads one has its own. */
+  private Table query(Source source, Relation.Table name) {
+    Table known = databaseQueries.get(name);
+    if (known != null) return known;
+    Table table = addTable(name.connection(), source.name, Labels.NAMED_QUERY);
+    table.object.set("query", name.query()).set("nativeType", Labels.UNRESOLVED_QUERY);
+    databaseQueries.put(name, table);
+    return table;
   }
 
   private Table addTable(String connection, String name, String tableType) {
@@ -148,7 +153,11 @@ final class PhysicalLayer {
   }
 
   /** What a partition reads: the relation, null when it cannot be told, and the text that says so. */
-  record Source(String connection, Relation relation, String name, String query) {}
+  record Source(String connection, Relation relation, String name, String query, Relation.Budget budget) {
+    static Source of(String connection, Relation relation, String name, String query) {
+      return new Source(connection, relation, name, query, new Relation.Budget(query.length()));
+    }
+  }
 
   /**
    * The columns that a table's column is read from: of the database where the partition only chooses and
@@ -156,15 +165,15 @@ final class PhysicalLayer {
    */
   List<ModelObject> columnsFor(Source source, String sourceColumn, ModelObject type) {
     Relation relation = source.relation;
-    Set<Relation.Column> direct = relation == null ? null : relation.sourcesOf(sourceColumn);
+    Set<Relation.Column> direct = relation == null ? null : relation.sourcesOf(sourceColumn, source.budget);
     if (relation != null && relation.isPlain() && direct != null && !direct.isEmpty())
-      return physical(direct, type);
+      return physical(source, direct, type);
     return List.of(column(query(source), sourceColumn, type, direct == null || direct.size() == 1));
   }
 
-  private List<ModelObject> physical(Set<Relation.Column> columns, ModelObject type) {
+  private List<ModelObject> physical(Source source, Set<Relation.Column> columns, ModelObject type) {
     List<ModelObject> found = new ArrayList<>();
-    for (Relation.Column column : columns) found.add(column(column, type));
+    for (Relation.Column column : columns) found.add(column(source, column, type));
     return found;
   }
 
@@ -178,19 +187,24 @@ final class PhysicalLayer {
     return table;
   }
 
-  /** Leads the columns of a query on to the database once all tables have asked for theirs. */
-  void linkQuery(Source source) {
+  /** Leads the columns of a table's queries on to the database once all of them were asked for. */
+  void linkQueries(List<Source> sources) {
+    for (Source source : sources) linkQuery(source);
+    databaseQueries.clear();
+  }
+
+  private void linkQuery(Source source) {
     Table table = queries.remove(source.connection + "\n" + source.query);
     if (table == null || source.relation == null) return;
     for (Relation.Output output : source.relation.outputs()) {
       if (!output.name().isEmpty()) column(table, output.name(), null, output.sources().size() == 1);
     }
     for (ModelObject column : new ArrayList<>(table.columns.values())) {
-      Set<Relation.Column> sources = source.relation.sourcesOf(column.name());
+      Set<Relation.Column> sources = source.relation.sourcesOf(column.name(), source.budget);
       if (sources == null) continue;
       List<ModelObject> type = column.references().get("type");
       boolean same = sources.size() == 1 && type != null;
-      maps.link(column, "", physical(sources, same ? type.get(0) : null));
+      maps.link(column, "", physical(source, sources, same ? type.get(0) : null));
     }
   }
 }

@@ -31,6 +31,7 @@ final class TableImport {
   private final LineageMaps maps;
   private final MessageOutput messages;
   private final Map<String, String> sharedExpressions = new HashMap<>();
+  private final MQuery.Reader queries = new MQuery.Reader(new MContext());
   private final List<Column> computed = new ArrayList<>();
   final DaxResolver resolver = new DaxResolver();
   final List<Made> tables = new ArrayList<>();
@@ -75,7 +76,7 @@ final class TableImport {
     for (Json column : definition.objects("columns")) {
       if (!column.text("type").equals("rowNumber")) importColumn(made, column, sources);
     }
-    for (PhysicalLayer.Source source : sources) physical.linkQuery(source);
+    physical.linkQueries(sources);
     for (Json hierarchy : definition.objects("hierarchies")) importHierarchy(made, hierarchy);
   }
 
@@ -100,7 +101,8 @@ final class TableImport {
         case "entity" -> sources.add(entity(name, source, dataSource));
         case "", "query" -> {
           String text = source.text("query");
-          sources.add(new PhysicalLayer.Source(dataSource, SqlQuery.read(text, dataSource), name, text));
+          Relation relation = Relation.ofTable(Relation.Table.ofQuery(dataSource, text));
+          sources.add(PhysicalLayer.Source.of(dataSource, relation, name, text));
         }
         default -> { }
       }
@@ -110,16 +112,16 @@ final class TableImport {
   }
 
   private PhysicalLayer.Source query(String name, String text) {
-    Relation relation = MQuery.read(text, new MContext());
-    return new PhysicalLayer.Source(relation == null ? "" : relation.connection(), relation, name, text);
+    Relation relation = queries.read(text);
+    return PhysicalLayer.Source.of(relation == null ? "" : relation.connection(), relation, name, text);
   }
 
   private PhysicalLayer.Source entity(String name, Json source, String dataSource) throws ImportException {
     String entity = source.text("entityName");
     String shared = source.text("expressionSource");
     if (shared.isEmpty()) {
-      Relation.Table table = new Relation.Table(dataSource, source.text("schemaName"), entity);
-      return new PhysicalLayer.Source(dataSource, Relation.ofTable(table), name, entity);
+      Relation.Table table = Relation.Table.named(dataSource, source.text("schemaName"), entity);
+      return PhysicalLayer.Source.of(dataSource, Relation.ofTable(table), name, entity);
     }
     String schema = source.text("schemaName");
     String key = (schema.isEmpty() ? "" : "Schema=" + quoted(schema) + ",") + "Item=" + quoted(entity);
