@@ -1,5 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.Escapes;
 import java.io.PrintStream;
 
 /**

@@ -1,5 +1,10 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.JsonReader;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelWriter;
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.Escapes;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
 import java.io.FileOutputStream;

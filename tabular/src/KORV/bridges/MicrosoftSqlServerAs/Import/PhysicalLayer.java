@@ -1,5 +1,13 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.Relation;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Catalog;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.LineageMaps;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.HashMap;
 import java.util.LinkedHashSet;

@@ -1,5 +1,15 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxExpression;
+import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxResolver;
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.MQuery;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.Relation;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Catalog;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.LineageMaps;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
 import java.util.ArrayList;
 import java.util.Comparator;
 import java.util.HashMap;

@@ -1,4 +1,4 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.model;
 
 import java.io.BufferedWriter;
 import java.io.IOException;
@@ -10,14 +10,14 @@ import java.util.List;
 import java.util.Map;
 
 /** Writes a model as a saved document. */
-final class ModelWriter {
+public final class ModelWriter {
   private final Writer out;
 
   private ModelWriter(Writer out) {
     this.out = out;
   }
 
-  static void write(ModelObject model, Path target) throws IOException {
+  public static void write(ModelObject model, Path target) throws IOException {
     number(model, 0);
     try (BufferedWriter out = Files.newBufferedWriter(target, StandardCharsets.UTF_8)) {
       out.write(

@@ -1,5 +1,7 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.HashMap;
 import java.util.LinkedHashSet;
@@ -8,9 +10,9 @@ import java.util.Map;
 import java.util.Set;
 
 /** Finds what the names of DAX expressions mean in a model. The first object of a name stays. */
-final class DaxResolver {
+public final class DaxResolver {
   /** A table with its columns by folded name. */
-  static final class Table {
+  public static final class Table {
     final ModelObject dimension;
     final Map<String, ModelObject> columns = new HashMap<>();
 
@@ -20,59 +22,59 @@ final class DaxResolver {
   }
 
   /** What an expression leads to, each once and in the order of the text. */
-  static final class Lineage {
-    final Set<ModelObject> features = new LinkedHashSet<>();
-    final Set<ModelObject> classifiers = new LinkedHashSet<>();
-    final Set<String> unresolved = new LinkedHashSet<>();
+  public static final class Lineage {
+    public final Set<ModelObject> features = new LinkedHashSet<>();
+    public final Set<ModelObject> classifiers = new LinkedHashSet<>();
+    public final Set<String> unresolved = new LinkedHashSet<>();
   }
 
   private final Map<String, Table> tables = new HashMap<>();
   private final Map<String, ModelObject> measures = new HashMap<>();
   private final Map<String, DaxExpression> functions = new HashMap<>();
 
-  Table addTable(String name, ModelObject dimension) {
+  public Table addTable(String name, ModelObject dimension) {
     Table table = new Table(dimension);
     tables.putIfAbsent(Names.fold(name), table);
     return table;
   }
 
-  void addColumn(Table table, String name, ModelObject attribute) {
+  public void addColumn(Table table, String name, ModelObject attribute) {
     table.columns.putIfAbsent(Names.fold(name), attribute);
   }
 
-  void addMeasure(String name, ModelObject measure) {
+  public void addMeasure(String name, ModelObject measure) {
     measures.putIfAbsent(Names.fold(name), measure);
   }
 
   /** A user function: what its text names belongs to every expression that calls it. */
-  void addFunction(String name, String text) {
+  public void addFunction(String name, String text) {
     functions.putIfAbsent(Names.fold(name), new DaxExpression(text));
   }
 
-  Table findTable(String name) {
+  public Table findTable(String name) {
     return tables.get(Names.fold(name));
   }
 
-  ModelObject findMeasure(String name) {
+  public ModelObject findMeasure(String name) {
     return measures.get(Names.fold(name));
   }
 
-  ModelObject findColumn(String table, String column) {
+  public ModelObject findColumn(String table, String column) {
     Table found = findTable(table);
     return found == null ? null : found.columns.get(Names.fold(column));
   }
 
-  ModelObject findColumn(Table table, String column) {
+  public ModelObject findColumn(Table table, String column) {
     return table.columns.get(Names.fold(column));
   }
 
   /** The column that an expression takes over from one of the tables that it names. */
-  ModelObject findTaken(DaxExpression expression, String name) {
+  public ModelObject findTaken(DaxExpression expression, String name) {
     return expression.makesColumn(name) ? null : findInUsedTables(expression, name);
   }
 
   /** `home` is the table that the expression belongs to, `rows` whether its columns are meant first. */
-  Lineage resolve(DaxExpression expression, Table home, boolean rows) {
+  public Lineage resolve(DaxExpression expression, Table home, boolean rows) {
     Lineage lineage = new Lineage();
     resolveOne(expression, expression.references, home, rows, lineage);
     Set<DaxExpression> entered = new LinkedHashSet<>();
@@ -89,7 +91,7 @@ final class DaxResolver {
   }
 
   /** The same for some of an expression's references. */
-  Lineage resolve(DaxExpression expression, List<DaxExpression.Reference> references, Table home) {
+  public Lineage resolve(DaxExpression expression, List<DaxExpression.Reference> references, Table home) {
     Lineage lineage = new Lineage();
     resolveOne(expression, references, home, false, lineage);
     return lineage;

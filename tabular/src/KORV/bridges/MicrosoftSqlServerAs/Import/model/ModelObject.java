@@ -1,4 +1,4 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.model;
 
 import java.util.ArrayList;
 import java.util.Collection;
@@ -8,9 +8,9 @@ import java.util.List;
 import java.util.Map;
 
 /** An object of the metadata model: a class, attributes, references and the objects that it contains. */
-final class ModelObject {
+public final class ModelObject {
   /** The roles in the order in which the model's schema wants them, whatever the class. */
-  enum Role {
+  public enum Role {
     propertyValues,
     synonyms,
     metadataOrigins,
@@ -40,22 +40,22 @@ final class ModelObject {
   private List<List<ModelObject>> parts;
   private Map<String, Integer> nextNumbers;
   private Map<String, ModelObject> named;
-  ModelObject owner;
+  public ModelObject owner;
   /** The number that the document gives it. */
   int id;
 
-  ModelObject(String className, String name) {
+  public ModelObject(String className, String name) {
     this.className = className;
     set("name", name);
   }
 
-  String name() {
+  public String name() {
     String name = get("name");
     return name == null ? "" : name;
   }
 
   /** An attribute, null when it has its default. */
-  String get(String attribute) {
+  public String get(String attribute) {
     for (int i = 0; i < attributes.size(); i += 2) {
       if (attributes.get(i).equals(attribute)) return attributes.get(i + 1);
     }
@@ -68,7 +68,7 @@ final class ModelObject {
   }
 
   /** Sets an attribute; the empty text is the default and is left out. */
-  ModelObject set(String attribute, String value) {
+  public ModelObject set(String attribute, String value) {
     int i = 0;
     while (i < attributes.size() && !attributes.get(i).equals(attribute)) i += 2;
     boolean known = i < attributes.size();
@@ -83,34 +83,34 @@ final class ModelObject {
     return this;
   }
 
-  ModelObject set(String attribute, int value) {
+  public ModelObject set(String attribute, int value) {
     return set(attribute, value == 0 ? "" : Integer.toString(value));
   }
 
-  ModelObject set(String attribute, boolean value) {
+  public ModelObject set(String attribute, boolean value) {
     return set(attribute, value ? "true" : "");
   }
 
-  void refer(String reference, ModelObject target) {
+  public void refer(String reference, ModelObject target) {
     if (references == null) references = new LinkedHashMap<>(2);
     references.computeIfAbsent(reference, r -> new ArrayList<>(1)).add(target);
   }
 
-  void refer(String reference, Collection<ModelObject> targets) {
+  public void refer(String reference, Collection<ModelObject> targets) {
     for (ModelObject target : targets) refer(reference, target);
   }
 
-  Map<String, List<ModelObject>> references() {
+  public Map<String, List<ModelObject>> references() {
     return references == null ? Map.of() : references;
   }
 
-  List<ModelObject> parts(Role role) {
+  public List<ModelObject> parts(Role role) {
     if (parts == null || parts.size() <= role.ordinal() || parts.get(role.ordinal()) == null)
       return List.of();
     return parts.get(role.ordinal());
   }
 
-  ModelObject add(Role role, ModelObject part) {
+  public ModelObject add(Role role, ModelObject part) {
     if (parts == null) parts = new ArrayList<>();
     while (parts.size() <= role.ordinal()) parts.add(null);
     if (parts.get(role.ordinal()) == null) parts.set(role.ordinal(), new ArrayList<>(4));
@@ -120,7 +120,7 @@ final class ModelObject {
   }
 
   /** Adds under a name that no other element or feature added this way has: "Sales", "Sales/2", ... */
-  ModelObject addUnique(Role role, ModelObject part) {
+  public ModelObject addUnique(Role role, ModelObject part) {
     if (named == null) {
       named = new HashMap<>();
       nextNumbers = new HashMap<>();
@@ -137,13 +137,13 @@ final class ModelObject {
   }
 
   /** A feature at its place in its classifier; places are 16 bits wide. */
-  ModelObject addFeature(ModelObject feature) {
+  public ModelObject addFeature(ModelObject feature) {
     feature.set("position", parts(Role.features).size() & 0xFFFF);
     return addUnique(Role.features, feature);
   }
 
   /** The names from below the model down to this object. */
-  String path() {
+  public String path() {
     StringBuilder path = new StringBuilder();
     for (ModelObject at = this; at.owner != null; at = at.owner) path.insert(0, "/" + at.name());
     return path.toString();

@@ -1,14 +1,14 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.text;
 
 /** Comparison of names, which ignores letter case in every script, and the characters of words. */
-final class Names {
+public final class Names {
   private static final int DOTTED_CAPITAL_I = 0x130;
   private static final int DOTLESS_SMALL_I = 0x131;
 
   private Names() {}
 
   /** A name as a key for look-ups: Unicode's simple case folding, character by character. */
-  static String fold(String name) {
+  public static String fold(String name) {
     int i = 0;
     while (i < name.length() && name.charAt(i) < 0x80 && !isUpper(name.charAt(i))) ++i;
     if (i == name.length()) return name;
@@ -26,24 +26,24 @@ final class Names {
     return Character.toLowerCase(Character.toUpperCase(c));
   }
 
-  static boolean same(String a, String b) {
+  public static boolean same(String a, String b) {
     return fold(a).equals(fold(b));
   }
 
   /** A letter or underscore, or any character above ASCII that can be part of a word. */
-  static boolean startsWord(char c) {
+  public static boolean startsWord(char c) {
     return c == '_' || (c < 0x80 ? isUpper(c) || c >= 'a' && c <= 'z' : !isBlank(c));
   }
 
-  static boolean continuesWord(char c) {
+  public static boolean continuesWord(char c) {
     return startsWord(c) || isDigit(c);
   }
 
-  static boolean isDigit(char c) {
+  public static boolean isDigit(char c) {
     return c >= '0' && c <= '9';
   }
 
-  static boolean isBlank(char c) {
+  public static boolean isBlank(char c) {
     return c <= ' ' || Character.isWhitespace(c) || Character.isSpaceChar(c) || c == '\uFEFF'
         || c == '\u200B';
   }

@@ -1,14 +1,14 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.text;
 
 /** The backslash escapes of the option file and of messages: \\ \n \r \t. */
-final class Escapes {
+public final class Escapes {
   private Escapes() {}
 
-  static String escape(String text) {
+  public static String escape(String text) {
     return text.replace("\\", "\\\\").replace("\n", "\\n").replace("\r", "\\r").replace("\t", "\\t");
   }
 
-  static String unescape(String text) {
+  public static String unescape(String text) {
     StringBuilder plain = new StringBuilder(text.length());
     for (int i = 0; i < text.length(); ++i) {
       char c = text.charAt(i);

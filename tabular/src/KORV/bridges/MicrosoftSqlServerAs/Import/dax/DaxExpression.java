@@ -1,5 +1,6 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.HashMap;
 import java.util.HashSet;
@@ -9,9 +10,9 @@ import java.util.Map;
 import java.util.Set;
 
 /** A DAX expression taken apart: the names that it uses, its variables and the columns that it makes. */
-final class DaxExpression {
+public final class DaxExpression {
   /** `table` is null for [Name]; `column` is null for a table alone. `written` is the text for messages. */
-  record Reference(String table, String column, int place) {
+  public record Reference(String table, String column, int place) {
     String written() {
       String quoted = table == null ? "" : "'" + table.replace("'", "''") + "'";
       return column == null ? quoted : quoted + "[" + column.replace("]", "]]") + "]";
@@ -25,7 +26,7 @@ final class DaxExpression {
   private static final Set<String> KEYWORDS = Set.of("return", "in", "not", "var", "evaluate", "define",
       "measure", "order", "by", "asc", "desc", "and", "or");
 
-  final String fault;
+  public final String fault;
   final List<Reference> references = new ArrayList<>();
   /** The tables that references name, folded. */
   final Set<String> usedTables = new LinkedHashSet<>();
@@ -37,7 +38,7 @@ final class DaxExpression {
   private final Set<String> parameters = new HashSet<>();
   private boolean hasConstructor;
 
-  DaxExpression(String text) {
+  public DaxExpression(String text) {
     tokens = DaxTokens.of(text);
     fault = tokens.fault();
     readParameters();
@@ -65,7 +66,7 @@ final class DaxExpression {
    * The references that stand in what the expression gives a column of its result: behind the text with the
    * column's name, variables followed to their own. Null when no text has the name.
    */
-  List<Reference> referencesOf(String column) {
+  public List<Reference> referencesOf(String column) {
     List<Integer> places = texts.get(Names.fold(column));
     if (places == null) return null;
     List<Range> waiting = new ArrayList<>();

@@ -1,4 +1,4 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
 import java.util.ArrayList;
 import java.util.HashMap;
@@ -13,9 +13,9 @@ import java.util.Set;
  * Follows the steps of an M query from a database to the columns that it gives. A step that is not understood
  * ends in "unknown", never in a guess.
  */
-final class MQuery {
+public final class MQuery {
   /** What a model offers to its queries. */
-  interface Context {
+  public interface Context {
     /** The text of a shared expression, or null. */
     String sharedExpression(String name);
 
@@ -90,16 +90,16 @@ final class MQuery {
   }
 
   /** Reads the queries of one model. */
-  static final class Reader {
+  public static final class Reader {
     private final Context context;
     private final Map<String, Value> shared = new HashMap<>();
 
-    Reader(Context context) {
+    public Reader(Context context) {
       this.context = context;
     }
 
     /** What a query reads; null when it cannot be told. */
-    Relation read(String text) {
+    public Relation read(String text) {
       MQuery query = new MQuery(text, context, shared, new HashSet<>(), 0);
       return query.evaluate(0, query.tokens.size(), new Environment(null), 0).relation;
     }

@@ -1,4 +1,4 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.model;
 
 import java.util.Collection;
 import java.util.IdentityHashMap;
@@ -7,12 +7,12 @@ import java.util.Map;
 import java.util.Set;
 
 /** The maps of a model: one a classifier, with a feature map for each feature that has a source. */
-final class LineageMaps {
+public final class LineageMaps {
   private final Map<ModelObject, ModelObject> maps = new IdentityHashMap<>();
   private final Map<ModelObject, Set<ModelObject>> sources = new IdentityHashMap<>();
 
   /** The operation is empty where the value is taken over as it is. */
-  void link(ModelObject feature, String operation, Collection<ModelObject> features) {
+  public void link(ModelObject feature, String operation, Collection<ModelObject> features) {
     if (features.isEmpty()) return;
     for (ModelObject source : features) addSource(feature.owner, source.owner);
     ModelObject featureMap = new ModelObject("TAVFeatureMap", "").set("operation", operation);
@@ -22,7 +22,7 @@ final class LineageMaps {
   }
 
   /** A classifier that another is made of, also where no single feature is named. */
-  void addSource(ModelObject classifier, ModelObject source) {
+  public void addSource(ModelObject classifier, ModelObject source) {
     ModelObject map = maps.get(classifier);
     if (map == null) {
       map = classifier.add(ModelObject.Role.classifierMaps, new ModelObject("TAVClassifierMap", ""));

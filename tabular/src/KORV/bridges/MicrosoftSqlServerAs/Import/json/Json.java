@@ -1,11 +1,11 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.json;
 
 import java.util.ArrayList;
 import java.util.List;
 
 /** A value of the definition, with its place in the text. */
-final class Json {
-  enum Kind {
+public final class Json {
+  public enum Kind {
     OBJECT("an object"),
     ARRAY("an array"),
     STRING("a text"),
@@ -21,14 +21,14 @@ final class Json {
 
   static final Json NOTHING = new Json(Kind.NULL, "", 0, 0);
 
-  final Kind kind;
+  public final Kind kind;
   /** The text of a string; the literal of a number or flag. */
-  final String text;
-  final int line;
-  final int column;
+  public final String text;
+  public final int line;
+  public final int column;
   /** The values of an object or array, and beside them the names of an object's members. */
-  final ArrayList<Json> values;
-  final ArrayList<String> names;
+  public final ArrayList<Json> values;
+  public final ArrayList<String> names;
 
   Json(Kind kind, String text, int line, int column) {
     this.kind = kind;
@@ -41,25 +41,25 @@ final class Json {
   }
 
   /** The member of an object; null stands for absent. The last of equal names counts. */
-  Json get(String name) {
+  public Json get(String name) {
     if (kind != Kind.OBJECT) return NOTHING;
     int i = names.lastIndexOf(name);
     return i < 0 ? NOTHING : values.get(i);
   }
 
-  boolean has(String name) {
+  public boolean has(String name) {
     return get(name).kind != Kind.NULL;
   }
 
   /** A member that is an object, or an empty object. */
-  Json object(String name) throws ImportException {
+  public Json object(String name) throws ImportException {
     Json value = get(name);
     if (value.kind == Kind.NULL) return new Json(Kind.OBJECT, "", line, column);
     return value.expect(Kind.OBJECT, name);
   }
 
   /** The objects of a member that is an array of them; none when it is absent. */
-  List<Json> objects(String name) throws ImportException {
+  public List<Json> objects(String name) throws ImportException {
     Json array = get(name);
     if (array.kind == Kind.NULL) return List.of();
     for (Json value : array.expect(Kind.ARRAY, name).values) value.expect(Kind.OBJECT, name);
@@ -67,7 +67,7 @@ final class Json {
   }
 
   /** A member as text: a string, a number, a flag, or the lines of an array; empty when it is absent. */
-  String text(String name) throws ImportException {
+  public String text(String name) throws ImportException {
     Json value = get(name);
     if (value.kind == Kind.ARRAY) {
       StringBuilder lines = new StringBuilder();
@@ -81,7 +81,7 @@ final class Json {
     return value.kind == Kind.OBJECT ? value.expect(Kind.STRING, name).text : value.text;
   }
 
-  boolean flag(String name) throws ImportException {
+  public boolean flag(String name) throws ImportException {
     return text(name).equals("true");
   }
 
@@ -92,7 +92,7 @@ final class Json {
   }
 
   /** The value as text for a property: a plain value or lines of text as they are, the rest as JSON. */
-  String display() {
+  public String display() {
     if (kind == Kind.OBJECT || kind == Kind.ARRAY) {
       StringBuilder out = new StringBuilder();
       append(out);

@@ -1,5 +1,6 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayDeque;
 import java.util.ArrayList;
 import java.util.Deque;
@@ -11,38 +12,38 @@ import java.util.Map;
 import java.util.Set;
 
 /** A set of rows that a query reads: which physical columns each of its columns comes from. */
-final class Relation {
+public final class Relation {
   /**
    * Where rows come from: through a connection, by its key, a table as the text names it, or the result of a
    * query that the database runs. `query` is null for a table, and else the text as it is written.
    */
-  record Table(String connection, String schema, String name, String query) {
-    static Table named(String connection, String schema, String name) {
+  public record Table(String connection, String schema, String name, String query) {
+    public static Table named(String connection, String schema, String name) {
       return new Table(connection, schema, name, null);
     }
 
-    static Table ofQuery(String connection, String text) {
+    public static Table ofQuery(String connection, String text) {
       return new Table(connection, "", "", text);
     }
 
-    boolean isQuery() {
+    public boolean isQuery() {
       return query != null;
     }
   }
 
   /** A column of such a table. */
-  record Column(Table table, String name) {}
+  public record Column(Table table, String name) {}
 
   /**
    * How many steps the look-ups of one query may take together. Tables that are combined with themselves over
    * and over would otherwise cost far more than their text is long.
    */
-  static final class Budget {
+  public static final class Budget {
     private static final int LEAST = 50_000;
     private static final int PER_CHARACTER = 20;
     private long left;
 
-    Budget(int textLength) {
+    public Budget(int textLength) {
       left = LEAST + (long) PER_CHARACTER * textLength;
     }
 
@@ -53,7 +54,7 @@ final class Relation {
   }
 
   /** A column of the relation, with the physical columns that it is made of. */
-  record Output(String name, Set<Column> sources) {}
+  public record Output(String name, Set<Column> sources) {}
 
   /** Columns by folded name, in order. */
   private final Map<String, Output> outputs = new LinkedHashMap<>();
@@ -71,7 +72,7 @@ final class Relation {
   /** Whether the relation only renames and chooses columns. */
   private boolean plain = true;
 
-  static Relation ofTable(Table table) {
+  public static Relation ofTable(Table table) {
     Relation relation = new Relation();
     relation.table = table;
     return relation;
@@ -101,7 +102,7 @@ final class Relation {
     outputs.put(Names.fold(name), new Output(name, sources));
   }
 
-  Iterable<Output> outputs() {
+  public Iterable<Output> outputs() {
     return outputs.values();
   }
 
@@ -114,7 +115,7 @@ final class Relation {
   }
 
   /** The key of the connection that the rows come through; empty when no table tells it. */
-  String connection() {
+  public String connection() {
     Relation at = this;
     while (at.table == null && !at.bases.isEmpty()) at = at.bases.get(0);
     if (at.table != null) return at.table.connection;
@@ -124,12 +125,12 @@ final class Relation {
     return "";
   }
 
-  boolean isPlain() {
+  public boolean isPlain() {
     return plain;
   }
 
   /** The physical columns of a column; null when the relation is not known to have it. */
-  Set<Column> sourcesOf(String name, Budget budget) {
+  public Set<Column> sourcesOf(String name, Budget budget) {
     String folded = Names.fold(name);
     Deque<Relation> waiting = new ArrayDeque<>(List.of(decisive(folded)));
     // Relations over several others wait until those are known: a stack of our own, because the depth is the

@@ -1,4 +1,4 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.json;
 
 import com.fasterxml.jackson.core.JsonFactory;
 import com.fasterxml.jackson.core.JsonLocation;
@@ -15,7 +15,7 @@ import java.util.ArrayDeque;
 import java.util.Set;
 
 /** Reads a definition token by token, so that neither its size nor its depth costs call stack. */
-final class JsonReader {
+public final class JsonReader {
   /** Real definitions nest about 15 deep; more than this is a damaged file. */
   private static final int MAX_DEPTH = 500;
 
@@ -26,7 +26,7 @@ final class JsonReader {
   private JsonReader() {}
 
   /** The root value of a file. Comments, line ends inside texts and a byte order mark are accepted. */
-  static Json read(Path path) throws IOException, ImportException {
+  public static Json read(Path path) throws IOException, ImportException {
     JsonFactory factory =
         JsonFactory.builder()
             .enable(JsonReadFeature.ALLOW_JAVA_COMMENTS)

@@ -1,5 +1,6 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.List;
 

@@ -1,11 +1,13 @@
-package KORV.bridges.MicrosoftSqlServerAs.Import;
+package KORV.bridges.MicrosoftSqlServerAs.Import.model;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import java.util.HashMap;
 import java.util.Map;
 import java.util.Set;
 
 /** The types and user properties of a model, each made once. */
-final class Catalog {
+public final class Catalog {
   /** Element type codes of the classes that carry user properties. */
   private static final Map<String, Integer> CODES = Map.ofEntries(Map.entry("TAVStoreModel", 7),
       Map.entry("TAVStoreConnection", 216), Map.entry("TAVCube", 85), Map.entry("TAVDimension", 87),
@@ -22,12 +24,12 @@ final class Catalog {
   private final Map<String, ModelObject> derivedTypes = new HashMap<>();
   private final Map<String, ModelObject> propertyTypes = new HashMap<>();
 
-  Catalog(ModelObject model) {
+  public Catalog(ModelObject model) {
     this.model = model;
   }
 
   /** The type for a definition's data type; an empty or unknown one is undefined. */
-  ModelObject type(String nativeType) {
+  public ModelObject type(String nativeType) {
     String written = nativeType.isEmpty() ? "variant" : nativeType;
     ModelObject known = derivedTypes.get(written);
     if (known != null) return known;
@@ -45,7 +47,7 @@ final class Catalog {
   }
 
   /** Gives an object a user property; an empty value is none. */
-  void property(ModelObject object, String name, String value) {
+  public void property(ModelObject object, String name, String value) {
     if (value.isEmpty()) return;
     String key = object.className + "\n" + name;
     ModelObject type = propertyTypes.get(key);
@@ -62,7 +64,7 @@ final class Catalog {
   }
 
   /** Keeps every member of a definition's object that has no place in the model's object as a property. */
-  void keep(ModelObject object, Json definition, Set<String> placed) throws ImportException {
+  public void keep(ModelObject object, Json definition, Set<String> placed) throws ImportException {
     Set<String> done = new java.util.HashSet<>(placed);
     for (String name : definition.names) {
       if (!done.add(name)) continue;
