@@ -28,7 +28,7 @@ allowed_includes() {
     }
     BEGIN {
       while ((getline line < table) > 0) {
-        if (line ~ /^#/ || line == "") continue
+        if (line ~ /^(#|one way within:)/ || line == "") continue
         count = split(line, word, /[: ]+/)
         known[word[1]] = 1
         for (i = 2; i <= count; ++i) allowed[word[1], word[i]] = 1
@@ -48,6 +48,29 @@ allowed_includes() {
         print FILENAME ": " from " may not include from " to " (" target ")"
       close(target)
     }' "$@"
+}
+
+# What each file includes or imports in the rooms that the table names for it, as pairs of files. A header and its
+# source are one file, and so their names go without extension.
+file_pairs() {
+  local rooms
+  rooms=$(sed -n 's/^one way within://p' "$directions")
+  [ -n "$rooms" ] || return 0
+  # shellcheck disable=SC2086 # the rooms are words, and one may be a pattern
+  find $rooms -name node_modules -prune -o -regex '.*\.\(h\|cpp\|ts\)' -print |
+    xargs -r awk '
+      function stem(path) { sub(/\.[a-z]+$/, "", path); return path }
+      function below(path, name) {
+        sub(/[^\/]*$/, "", path)
+        path = path name
+        gsub(/\/\.\//, "/", path)
+        while (sub(/[^\/.]+\/\.\.\//, "", path)) ;
+        return path
+      }
+      /^[ \t]*#[ \t]*include[ \t]*"/ { split($0, quoted, "\""); target = stem(quoted[2]) }
+      /(from|^import) "\.\.?\// { split($0, quoted, "\""); target = stem(below(FILENAME, quoted[2])) }
+      target != "" && target != stem(FILENAME) { print stem(FILENAME), target }
+      { target = "" }'
 }
 
 # Code without its comments and texts, as FILE: LINE.
@@ -76,7 +99,9 @@ run_time_types() {
 }
 
 mapfile -t files < <(code)
-report < <(awk '!/^#/ && NF { split($1, from, ":"); for (i = 2; i <= NF; ++i) print $i, from[1] }' "$directions" |
+report < <(file_pairs | tsort 2>&1 >/dev/null |
+  sed 's/^tsort: -: input contains a loop:/files that include each other in a circle:/; s/^tsort: /  /')
+report < <(awk '!/^(#|one way within:)/ && NF { split($1, from, ":"); for (i = 2; i <= NF; ++i) print $i, from[1] }' "$directions" |
   tsort 2>&1 >/dev/null | sed 's/^tsort: -/the table of directions/')
 if [ ${#files[@]} -gt 0 ]; then
   report < <(allowed_includes "${files[@]}")

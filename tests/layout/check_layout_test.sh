@@ -44,5 +44,20 @@ put framework/model/link.cpp
 diff <(printf '%s\n' 'the table of directions: input contains a loop:' 'tsort: framework/model' 'tsort: framework/std') \
   <(bash "$check" . directions.txt)
 
+mkdir -p framework/model/inner page/inner
+put framework/model/a.h '#pragma once' '#include "framework/model/inner/b.h"'
+put framework/model/a.cpp '#include "framework/model/a.h"'
+put framework/model/inner/b.h '#pragma once'
+put framework/model/inner/b.cpp '#include "framework/model/inner/b.h"' '#include "framework/model/a.h"'
+put page/a.ts 'import type { B } from "./inner/b";' 'import { C } from "./c";'
+put page/inner/b.ts 'import {' '  a,' '} from "../a";'
+put page/c.ts 'import React from "react";' 'export const c = 1;'
+put directions.txt 'framework/model:' 'one way within: framework/* page'
+diff <(printf '%s\n' 'files that include each other in a circle:' '  framework/model/a' '  framework/model/inner/b' \
+  'files that include each other in a circle:' '  page/a' '  page/inner/b') <(bash "$check" . directions.txt)
+put directions.txt 'framework/model:' 'one way within:'
+bash "$check" . directions.txt
+rm -r page framework/model/a.* framework/model/inner
+
 put directions.txt 'framework/model:'
 bash "$check" . directions.txt
