@@ -24,7 +24,7 @@ std::string_view hidden(const TAVModelObject* object) {
   return measure->hidden ? "1" : "0";
 }
 
-/// Whether a node can lead to a column: those that others are parts of, and conditions, have no value.
+/// Whether a node can trace back to a column: those that others are parts of, and conditions, have no value.
 bool hasValue(NodeKind kind) {
   return !isClassifierKind(kind) && kind != NodeKind::condition && kind != NodeKind::perspective;
 }
@@ -36,7 +36,7 @@ bool isColumn(NodeKind kind) {
 }  // namespace
 
 NodeRows::NodeRows(const LineageGraph& graph)
-    : graph_(graph), reached_(graph.reachingColumns(true)), reachedByModel_(graph.reachingColumns(false)) {}
+    : graph_(graph), reached_(graph.tracedBack(true)), reachedByModel_(graph.tracedBack(false)) {}
 
 NodeRow NodeRows::row(NodeId id) const {
   const LineageNode& node = graph_.node(id);

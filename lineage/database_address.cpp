@@ -200,10 +200,19 @@ DatabaseAddress parseDatabaseAddress(std::string_view connectionString, std::str
   return address;
 }
 
+DatabaseAddress unnamedDatabase() {
+  DatabaseAddress address = parseDatabaseAddress("", "unknown", "");
+  address.named = false;
+  return address;
+}
+
 DatabaseAddress addressOf(const DatabaseAddress& connection, std::string_view server,
                           std::string_view database) {
   DatabaseAddress address = connection;
-  if (!server.empty()) address.server = serverUri(sqlServer(), sqlServerEndpoint(server));
+  if (!server.empty()) {
+    address.server = serverUri(sqlServer(), sqlServerEndpoint(server));
+    address.named = true;
+  }
   if (!database.empty()) address.database = maskPasswords(database);
   return address;
 }

@@ -5,6 +5,7 @@
 
 #include "framework/model/roles.h"
 #include "lineage/graph_builder.h"
+#include "lineage/traced_nodes.h"
 
 namespace tav {
 namespace {
@@ -122,25 +123,26 @@ std::string_view LineageGraph::rawSchema(NodeId id) const noexcept {
   return id < firstDatabaseNode_ ? std::string_view() : places_[id - firstDatabaseNode_].schema;
 }
 
-std::vector<bool> LineageGraph::reachingColumns(bool withFound) const {
-  std::vector<bool> reached(nodes_.size());
-  std::vector<NodeId> waiting;
-  const auto add = [&](NodeId id) {
-    if (reached[id]) return;
-    reached[id] = true;
-    waiting.push_back(id);
-  };
-  for (NodeId id = firstDatabaseNode_; id < nodes_.size(); ++id)
-    if (nodes_[id].kind == NodeKind::databaseColumn) add(id);
-  while (!waiting.empty()) {
-    const NodeId source = waiting.back();
-    waiting.pop_back();
-    for (const std::uint32_t place : outOf(source)) {
-      const LineageEdge& edge = edges_[place];
-      if (givesValue(edge.kind) && (withFound || !edge.foundByGraph)) add(edge.to);
-    }
+NodeId LineageGraph::originalOf(NodeId id) const {
+  for (std::size_t steps = 0; steps < kNodeKindCount; ++steps) {
+    const NodeKind kind = node(id).kind;
+    const bool copy =
+        kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
+    const auto sources = into(id);
+    if (!copy || sources.size() != 1) break;
+    id = sources.front().from;
   }
-  return reached;
+  return id;
+}
+
+bool LineageGraph::countsRows(NodeId id) const {
+  const LineageNode& original = node(originalOf(id));
+  const auto* measure = as<TAVMeasure>(original.object);
+  return measure && original.kind == NodeKind::measure && tav::countsRows(*measure);
+}
+
+std::vector<bool> LineageGraph::tracedBack(bool withFound) const {
+  return TracedNodes(*this, withFound).run();
 }
 
 }  // namespace tav

@@ -179,9 +179,15 @@ class LineageGraph {
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
 
-  /// The nodes from which some path leads back to a column of a database, over edges that give values (not
-  /// conditions, not members). Without `withFound`, over the model's own edges only.
-  [[nodiscard]] std::vector<bool> reachingColumns(bool withFound) const;
+  /// Whether a node is a measure that counts rows, or a copy of one.
+  [[nodiscard]] bool countsRows(NodeId id) const;
+  /// The node that a cube's measure or attribute is a copy of; itself when it is none.
+  [[nodiscard]] NodeId originalOf(NodeId id) const;
+  /// The nodes that trace back to a database column: some path over edges that give values (not conditions,
+  /// not members) leads there from a column of a database, a file or a service that the model names. Of a
+  /// measure that counts rows, the table that it counts is asked instead. Without `withFound`, over the
+  /// model's own edges only. Everything that tells how far lineage reaches asks here.
+  [[nodiscard]] std::vector<bool> tracedBack(bool withFound) const;
 
  private:
   friend class GraphBuilder;

@@ -42,8 +42,8 @@ class DataWriter {
       : graph_(graph),
         program_(program),
         coverage_(measureCoverage(graph)),
-        reached_(graph.reachingColumns(true)),
-        byModel_(graph.reachingColumns(false)),
+        reached_(graph.tracedBack(true)),
+        byModel_(graph.tracedBack(false)),
         out_(out) {}
 
   void write() {
@@ -167,14 +167,10 @@ class DataWriter {
     text_ += ']';
   }
 
-  /// Nothing is missing where rows are counted: that is told, and not held against the measure.
   void reach(NodeId id) {
-    if (reached_[id]) {
-      text_.append(",\"r\":").append(1, byModel_[id] ? kColumn : kColumnByGraph);
-    } else {
-      if (!countsRows(graph_, id)) text_.append(",\"r\":").append(1, kNoColumn);
-      text("w", gapReason(graph_, id));
-    }
+    const char found = byModel_[id] ? kColumn : kColumnByGraph;
+    text_.append(",\"r\":").append(1, reached_[id] ? found : kNoColumn);
+    if (!reached_[id]) text("w", gapReason(graph_, id));
   }
 
   void edges() {
@@ -245,7 +241,7 @@ class DataWriter {
     text_.append(std::to_string(measures.rowCounts)).append("]}");
   }
   static std::string figures(const CoverageCount& count) {
-    return std::to_string(count.coverable()) + "," + std::to_string(count.reached) + "," +
+    return std::to_string(count.count) + "," + std::to_string(count.reached) + "," +
            std::to_string(count.reachedByModel);
   }
 

@@ -29,7 +29,7 @@ class CoverageText {
 
   void write() const {
     writeTable();
-    out_ << "\nTogether " << coverage_.percent() << " % lead to a column of a database";
+    out_ << "\nTotal: " << coverage_.percent() << " % trace back to a database column";
     if (coverage_.percentByModel() != coverage_.percent())
       out_ << ", " << coverage_.percentByModel() << " % by the model's own lineage";
     out_ << ".\n"
@@ -38,7 +38,9 @@ class CoverageText {
                                        : " names in expressions are not found");
     if (coverage_.foundByGraph > 0)
       out_ << "; " << coverage_.foundByGraph
-           << " more are found through the names that cubes give to dimensions";
+           << (coverage_.foundByGraph == 1
+                   ? " more is resolved by the cube's own names for its dimensions"
+                   : " more are resolved by the cubes' own names for their dimensions");
     out_ << ".\n";
     for (const CubeCoverage& cube : coverage_.cubes) writeGaps(cube);
   }
@@ -63,12 +65,12 @@ class CoverageText {
 
   void writeCount(const CoverageCount& kind) const {
     out_ << std::setw(kCountWidth + 2) << kind.count << std::setw(kCountWidth + 2) << kind.reached
-         << std::setw(kCountWidth - 2) << percentText(kind.reached, kind.coverable());
+         << std::setw(kCountWidth - 2) << percentText(kind.reached, kind.count);
   }
 
   void writeGaps(const CubeCoverage& cube) const {
     if (cube.gaps.empty()) return;
-    out_ << "\n" << titleOf(graph_, cube) << ": no column is reached from\n";
+    out_ << "\n" << titleOf(graph_, cube) << ": these do not trace back to a database column\n";
     for (const CoverageGap& gap : cube.gaps)
       out_ << "    " << printable(graph_.qualifiedName(gap.node)) << ": " << printable(gap.reason) << "\n";
   }
