@@ -79,12 +79,12 @@ TEST(Sqlite, WhatIsNoDatabaseOfModelsIsLeftAlone) {
             "[XMLABRIDGE_F0032] DB: the file is there and is a database of something else");
   EXPECT_EQ(ask(other, "SELECT * FROM models"), "name\ntheirs\n");
 
-  const std::string later = folder.write("later.db", "");
-  EXPECT_EQ(load(later, "m.xml", "M", ""), "");
-  EXPECT_EQ(ask(later, "PRAGMA user_version = 2"), "");
+  const std::string earlier = folder.write("earlier.db", "");
+  EXPECT_EQ(load(earlier, "m.xml", "M", ""), "");
+  EXPECT_EQ(ask(earlier, "PRAGMA user_version = 1"), "");
   EXPECT_EQ(
-      load(later, "m.xml", "M", ""),
-      "[XMLABRIDGE_F0032] DB: its tables are those of another version of this program (2 instead of 1)");
+      load(earlier, "m.xml", "M", ""),
+      "[XMLABRIDGE_F0032] DB: its tables are those of another version of this program (1 instead of 2)");
 
   EXPECT_EQ(load((folder.path() / "no" / "such.db").string(), "m.xml", "M", ""),
             "[XMLABRIDGE_F0031] DB: unable to open database file: No such file or directory");

@@ -53,7 +53,7 @@ export function coveragePage({ model }: App): Page {
         h("h2", {}, row.n < 0 ? "Whole database" : objectLink(model, row.n)),
         coverageBar("Attributes", row.a[0], row.a[1], row.a[2]), coverageBar("Measures", row.m[0], row.m[1], row.m[2]),
         row.m[3] > 0 && h("p", { class: "note" },
-          `Not counted: ${counted(row.m[3], "measure")} that count rows, without a column by nature.`)))),
+          `${counted(row.m[3], "measure")} of these count rows.`)))),
       open.length > 0 && section(titled("Leading to no column", open.length), table({
         label: "objects that lead to no column", rows: open,
         filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""}`,
