@@ -61,7 +61,7 @@ class CsvFile {
 class CsvExport {
  public:
   CsvExport(const LineageGraph& graph, const std::string& input)
-      : graph_(graph), source_(maskPasswords(input)), model_(maskPasswords(graph.model().getName())) {}
+      : graph_(graph), source_(maskPasswords(input)), model_(graph.modelName()) {}
 
   void writeNodes(CsvFile& file) {
     for (const std::string_view name : {"source", "model", "id", "owner", "cube"}) file.cell(name);

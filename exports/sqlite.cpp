@@ -29,10 +29,7 @@ void prepare(SqliteDatabase& database, const std::string& path) {
 class ModelLoad {
  public:
   ModelLoad(SqliteDatabase& database, const LineageGraph& graph, const ExportOptions& options)
-      : database_(database),
-        graph_(graph),
-        source_(maskPasswords(options.input)),
-        name_(maskPasswords(graph.model().getName())) {}
+      : database_(database), graph_(graph), source_(maskPasswords(options.input)), name_(graph.modelName()) {}
 
   void run(std::span<const std::string> importWarnings) {
     removeEarlier();
@@ -129,15 +126,14 @@ class ModelLoad {
                            "INSERT INTO warnings(model_id, node_id, origin, text) VALUES(?1, ?2, ?3, ?4)");
     insert.bind(1, model_);
     const auto add = [&](NodeId node, std::string_view origin, std::string_view text) {
-      const std::string masked = maskPasswords(text);
       bindNode(insert, 2, node);
       insert.bind(3, origin);
-      insert.bind(4, masked);
+      insert.bind(4, text);
       insert.execute();
     };
-    for (const std::string& text : importWarnings) add(kNoNode, "import", text);
+    for (const std::string& text : importWarnings) add(kNoNode, "import", maskPasswords(text));
     for (NodeId id = 0; id < graph_.nodes().size(); ++id)
-      for (const std::string_view name : graph_.unresolved(id)) add(id, "lineage", name);
+      for (const std::string& name : graph_.unresolved(id)) add(id, "lineage", name);
   }
 
   void remove(const char* text, std::initializer_list<std::int64_t> parameters) {

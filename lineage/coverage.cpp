@@ -27,7 +27,7 @@ std::size_t percentOf(std::size_t part, std::size_t whole) {
 /// A KPI without a trend, say, shows one all the same, which is nothing.
 bool isEmptyKpiValue(const LineageGraph& graph, NodeId id) {
   const NodeId original = originalOf(graph, id);
-  return graph.node(original).kind == NodeKind::kpiValue && graph.expression(original).empty();
+  return graph.node(original).kind == NodeKind::kpiValue && graph.rawExpression(original).empty();
 }
 
 bool isCounted(const LineageGraph& graph, NodeId id) {
@@ -112,18 +112,17 @@ Coverage measureCoverage(const LineageGraph& graph) {
 
 bool countsRows(const LineageGraph& graph, NodeId id) {
   const NodeId original = originalOf(graph, id);
-  return graph.node(original).kind == NodeKind::measure && graph.expression(original) == kRowCount;
+  return graph.node(original).kind == NodeKind::measure && graph.rawExpression(original) == kRowCount;
 }
 
 std::string gapReason(const LineageGraph& graph, NodeId id) {
   id = originalOf(graph, id);
   if (countsRows(graph, id)) return "counts rows, and has no column by nature";
   std::string names;
-  for (const std::string_view name : graph.unresolved(id))
-    names.append(names.empty() ? "" : ", ").append(name);
+  for (const std::string& name : graph.unresolved(id)) names.append(names.empty() ? "" : ", ").append(name);
   if (!names.empty()) return "its expression names what is not found: " + names;
   if (!graph.into(id).empty()) return "what it comes from leads to no column";
-  if (!graph.expression(id).empty()) return "its expression names no column, attribute or measure";
+  if (!graph.rawExpression(id).empty()) return "its expression names no column, attribute or measure";
   if (graph.node(id).kind == NodeKind::kpiValue) return "the KPI has no expression for it";
   const NodeId owner = graph.node(id).owner;
   const bool hasTable = owner != kNoNode && !graph.into(owner).empty();

@@ -8,6 +8,7 @@
 namespace tav {
 
 /// The server and database of a connection string, under the names that lineage catalogues use for them.
+/// Passwords are masked.
 struct DatabaseAddress {
   /// The server as a URI: "mssql://warehouse.example:1433", "mssql://localhost:1433/SQL2019" with the name of
   /// an instance, "oracle://ledger.example:1521"; "connection://NAME" when the string names no server.

@@ -4,7 +4,6 @@
 #include <iomanip>
 
 #include "framework/std/json_text.h"
-#include "framework/std/mask.h"
 #include "framework/std/printable.h"
 
 namespace tav {
@@ -13,12 +12,8 @@ namespace {
 constexpr std::string_view kDimensions = "Dimensions";
 constexpr int kCountWidth = 8;
 
-std::string shown(std::string_view text) {
-  return printable(maskPasswords(text));
-}
-
 std::string titleOf(const LineageGraph& graph, const CubeCoverage& cube) {
-  return cube.cube == kNoNode ? std::string(kDimensions) : "Cube " + shown(graph.node(cube.cube).name);
+  return cube.cube == kNoNode ? std::string(kDimensions) : "Cube " + printable(graph.name(cube.cube));
 }
 
 std::string percentText(std::size_t part, std::size_t whole) {
@@ -75,7 +70,7 @@ class CoverageText {
     if (cube.gaps.empty()) return;
     out_ << "\n" << titleOf(graph_, cube) << ": no column is reached from\n";
     for (const CoverageGap& gap : cube.gaps)
-      out_ << "    " << shown(graph_.qualifiedName(gap.node)) << ": " << shown(gap.reason) << "\n";
+      out_ << "    " << printable(graph_.qualifiedName(gap.node)) << ": " << printable(gap.reason) << "\n";
   }
 
   const LineageGraph& graph_;
@@ -86,7 +81,7 @@ class CoverageText {
 
 std::string jsonText(std::string_view value) {
   std::string text;
-  appendJsonText(text, maskPasswords(value));
+  appendJsonText(text, value);
   return text;
 }
 
@@ -96,7 +91,7 @@ void writeCountJson(std::string_view name, const CoverageCount& kind, std::ostre
 }
 
 void writeCubeJson(const LineageGraph& graph, const CubeCoverage& cube, std::ostream& out) {
-  out << "{\"cube\":" << (cube.cube == kNoNode ? "null" : jsonText(graph.node(cube.cube).name));
+  out << "{\"cube\":" << (cube.cube == kNoNode ? "null" : jsonText(graph.name(cube.cube)));
   writeCountJson("attributes", cube.attributes, out);
   if (cube.cube != kNoNode) writeCountJson("measures", cube.measures, out);
   out << ",\"gaps\":[";

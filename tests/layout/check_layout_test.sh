@@ -5,7 +5,7 @@ check=$(dirname "$(realpath "${BASH_SOURCE[0]}")")/check_layout.sh
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
 cd "$tree"
-mkdir -p framework/std framework/model host reader plugins
+mkdir -p framework/std framework/model host reader plugins exports
 put() { printf '%s\n' "${@:2}" >"$1"; }
 
 put framework/api.h '#pragma once'
@@ -16,10 +16,11 @@ put framework/model/object.h '#pragma once' 'Owned<T> object(new T);' 'delete ob
 put reader/reader.h '// new names' '#include "framework/model/link.h"'
 put reader/reader.cpp '#include "reader.h"' 'say("delete it");  // a new one' 'auto* a = new Reader;' 'new (place) T;'
 put reader/other.cpp 'use(x);' 'if (dynamic_cast<T*>(x)) delete x;' '#include "reader/gone.h"'
+put exports/list.cpp '// rawName' 'out << graph.rawPath(id);'
 put host/main.cpp '#include "reader/reader.h"'
 put host/string_util.h '#pragma once'
 put host/utility.cpp
-put directions.txt '# a table' 'framework/std:' 'framework/model: framework/std' 'reader: framework/*'
+put directions.txt '# a table' 'framework/std:' 'framework/model: framework/std' 'reader: framework/*' 'exports:'
 
 expected="framework/std/text.h: framework/std may not include from framework/model (framework/model/link.h)
 host/main.cpp: the folder host has no line in the table of directions
@@ -29,6 +30,7 @@ framework/model/object.h:3: new and delete stand in framework/model alone
 reader/other.cpp:2: new and delete stand in framework/model alone
 reader/reader.cpp:3: new and delete stand in framework/model alone
 reader/other.cpp:2: ask isInstanceOf or as<T> instead
+exports/list.cpp:2: a raw text of the graph is not for showing
 reader/reader.h: no #pragma once
 host/string_util.h: a file is named after what it holds
 host/utility.cpp: a file is named after what it holds"
@@ -39,7 +41,7 @@ fi
 diff <(echo "$expected") <(echo "$found")
 
 put directions.txt 'framework/std: framework/model' 'framework/model: framework/std'
-rm -r reader host framework/std framework/model/*.h
+rm -r reader host exports framework/std framework/model/*.h
 put framework/model/link.cpp
 diff <(printf '%s\n' 'the table of directions: input contains a loop:' 'tsort: framework/model' 'tsort: framework/std') \
   <(bash "$check" . directions.txt)
