@@ -3,9 +3,9 @@
 #include "exports/node_rows.h"
 #include "exports/sqlite_database.h"
 #include "exports/sqlite_schema.h"
-#include "framework/std/exception.h"
 #include "framework/std/mask.h"
 #include "lineage/coverage.h"
+#include "messages/message.h"
 
 namespace tav {
 namespace {
@@ -18,13 +18,10 @@ void prepare(SqliteDatabase& database, const std::string& path) {
   const std::int64_t version = database.number("PRAGMA user_version");
   if (application == kSqliteApplication && version == kSqliteVersion) return;
   if (application == kSqliteApplication) {
-    fail("XMLABRIDGE_F0032", path + ": its tables are those of another version of this program (" +
-                                 std::to_string(version) + " instead of " + std::to_string(kSqliteVersion) +
-                                 ")");
+    fail(Message::otherSchemaVersion, {path, std::to_string(version), std::to_string(kSqliteVersion)});
   }
-  if (application != 0 || version != 0 || database.number("SELECT count(*) FROM sqlite_master") != 0) {
-    fail("XMLABRIDGE_F0032", path + ": the file is there and is a database of something else");
-  }
+  if (application != 0 || version != 0 || database.number("SELECT count(*) FROM sqlite_master") != 0)
+    fail(Message::foreignDatabase, {path});
   database.run(kSqliteTables);
   database.run(kSqliteViews);
 }

@@ -4,6 +4,7 @@
 #include "host/command.h"
 #include "host/model_input.h"
 #include "host/output.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -31,8 +32,8 @@ int measure(const Arguments& arguments, MessageLog& log) {
     });
     enough = coverage.percent() >= static_cast<std::size_t>(arguments.bound);
     if (!enough) {
-      log.logFailure(fmt::format("[XMLABRIDGE_E0012] {} % trace back to a database column, less than {} %.",
-                                 coverage.percent(), arguments.bound));
+      log.logEvent(tav::messageEvent(tav::Message::belowCoverage,
+                                     {std::to_string(coverage.percent()), std::to_string(arguments.bound)}));
     }
   });
   return code == kDone && !enough ? kBelowBound : code;

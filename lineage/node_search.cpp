@@ -4,9 +4,9 @@
 #include <array>
 
 #include "framework/std/dotted_name.h"
-#include "framework/std/exception.h"
 #include "framework/std/printable.h"
 #include "framework/std/string.h"
+#include "messages/message.h"
 
 namespace tav {
 namespace {
@@ -230,17 +230,15 @@ std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view nam
 NodeId findNode(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
   const std::vector<NodeId> found = name.empty() ? std::vector<NodeId>() : findNodes(graph, name, direction);
   if (found.size() == 1) return found.front();
-  std::string text = "'" + printable(name) + "'";
+  std::string list;
   if (!found.empty()) {
-    text += " may mean";
-    appendList(text, graph, found);
-    fail("XMLABRIDGE_F0010", text);
+    appendList(list, graph, found);
+    fail(Message::ambiguousName, {printable(name), list});
   }
   const std::vector<NodeId> nearest = nearestNodes(graph, name, kListed / 2);
-  text += " is the name of nothing in the model";
-  if (!nearest.empty()) text += "; the nearest";
-  appendList(text, graph, nearest);
-  fail("XMLABRIDGE_F0011", text);
+  if (!nearest.empty()) list = "; the nearest";
+  appendList(list, graph, nearest);
+  fail(Message::unknownName, {printable(name), list});
 }
 
 }  // namespace tav

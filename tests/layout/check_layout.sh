@@ -15,7 +15,7 @@ report() {
   done
 }
 
-rooms=(bridge framework views reader dimensions cubes expressions lineage exports report host)
+rooms=(bridge framework views reader dimensions cubes expressions messages lineage exports report host)
 code() { find "${rooms[@]}" -name node_modules -prune -o -name '*.h' -o -name '*.cpp' 2>/dev/null | sort; }
 
 # The room of a file is the folder of two names that the table has, or else the one of one name.
