@@ -1,7 +1,7 @@
 #pragma once
 
-// One file of HTML that shows a model and its lineage to people: it is opened in a browser, and asks nobody
-// for anything. What it looks like is made in page/; here a model is put into it.
+// The self-contained HTML report of a model and its lineage: it is opened in a browser and loads nothing from
+// the network. What it looks like is made in page/; here a model is put into it.
 
 #include <ostream>
 #include <string_view>

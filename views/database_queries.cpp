@@ -44,7 +44,7 @@ class ConnectionTables : public QueryTarget {
     takeOut();
     const TAVClassifier* reader = nullptr;
     for (TAVTable* table : tables_) {
-      if (table->nativeType != kUnresolvedQuery) {
+      if (table->nativeType != label::kUnresolvedQuery) {
         place(*table);
         continue;
       }
@@ -245,7 +245,7 @@ void resolveDatabaseQueries(TAVStoreModel& model, TAVLog* log) {
       auto* table = as<TAVTable>(&part);
       if (!table) continue;
       tables.push_back(table);
-      marked |= table->nativeType == kUnresolvedQuery;
+      marked |= table->nativeType == label::kUnresolvedQuery;
     }
     if (marked) ConnectionTables(*package, std::move(tables), log).resolve();
   }

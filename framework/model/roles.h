@@ -51,6 +51,10 @@ inline constexpr std::string_view kTable = "Table";
 inline constexpr std::string_view kView = "View";
 inline constexpr std::string_view kNamedQuery = "NamedQuery";
 
+/// The native type of a table that an importer marks as a query which the database runs, in
+/// TAVTable::query, and whose sources are to be found.
+inline constexpr std::string_view kUnresolvedQuery = "DatabaseQuery";
+
 /// The operation of a measure that counts rows.
 inline constexpr std::string_view kRowCount = "COUNT(*)";
 /// The feature of a table that stands for the conditions of its query.

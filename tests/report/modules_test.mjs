@@ -12,7 +12,7 @@ const folder = process.argv[2];
 const { build } = createRequire(join(folder, "package.json"))("esbuild");
 const bundle = await build({
   stdin: {
-    contents: `export * from "./model"; export * from "./lineage"; export * from "./search";`,
+    contents: `export * from "./model/model"; export * from "./lineage/sight"; export * from "./model/search";`,
     resolveDir: join(folder, "src"), loader: "ts",
   },
   bundle: true, write: false, format: "esm",

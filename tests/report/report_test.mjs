@@ -129,7 +129,7 @@ test("an object's page tells what the model knows of it", async () => {
       assert.equal(await heading(page), object.heading);
       const text = await page.locator("main").innerText();
       for (const piece of object.texts) assert.ok(text.includes(piece), `${object.path}: ${piece}`);
-      for (const [title, names] of [["Sources", object.sources], ["Dependants", object.dependants]]) {
+      for (const [title, names] of [["Sources", object.sources], ["Dependents", object.dependents]]) {
         const shown = await page.getByRole("table", { name: title }).locator("tbody th bdi:first-of-type").allInnerTexts();
         for (const name of names) assert.ok(shown.includes(name), `${object.path}: ${title}: ${name} in ${shown}`);
       }
@@ -139,8 +139,8 @@ test("an object's page tells what the model knows of it", async () => {
 
 test("lineage is expanded in both directions and followed", async () => {
   await using(example + address("/Cubes/Stays/Measure Groups/Stays/Nights"), async (page) => {
-    await page.getByRole("button", { name: "Start again" }).click();
-    for (const direction of ["source", "dependant"]) {
+    await page.getByRole("button", { name: "Reset" }).click();
+    for (const direction of ["source", "dependent"]) {
       const hide = page.getByRole("button", { name: new RegExp(`Hide .* ${direction}`) });
       const before = await objectsInDrawing(page);
       await hide.click();
@@ -176,7 +176,7 @@ test("kinds of edges are switched on and off", async () => {
   await using(example + address("/Cubes/Stays/Stays/Nights"), async (page) => {
     assert.equal(await pointInDrawing(page, "edge.member"), null);
     await page.getByRole("checkbox", { name: "Shown in" }).check();
-    await page.getByRole("button", { name: /Show 1 dependant/ }).click();
+    await page.getByRole("button", { name: /Show 1 dependent/ }).click();
     assert.ok(await pointInDrawing(page, "edge.member"));
     await page.getByRole("checkbox", { name: "Direct" }).uncheck();
     assert.equal(await pointInDrawing(page, "edge.direct"), null);
@@ -212,7 +212,7 @@ test("everything works from the keyboard", async () => {
 test("the tree says what the drawing shows", async () => {
   await using(example + address("/Cubes/Stays/Calculated Measures/Calculated Measures/Revenue per Night"), async (page) => {
     await page.getByRole("button", { name: "Tree" }).click();
-    const tree = page.getByRole("tree", { name: "Comes from" });
+    const tree = page.getByRole("tree", { name: "Sources" });
     await tree.getByRole("treeitem").first().focus();
     for (const key of ["ArrowDown", "ArrowDown", "ArrowRight"]) await page.keyboard.press(key);
     await tree.getByRole("treeitem", { name: /^Bed Revenue.*shown above/ }).waitFor();  // it names itself
@@ -357,7 +357,7 @@ test("20,000 objects open at once and stay fluid", async (t) => {
     await page.keyboard.press("Escape");
     await page.evaluate(() => { location.hash = "#/n/0"; });
     await page.locator(".canvas canvas").first().waitFor();
-    await page.getByRole("button", { name: "Start again" }).waitFor();
+    await page.getByRole("button", { name: "Reset" }).waitFor();
     const expand = await page.evaluate(() => {
       const begin = performance.now();
       document.querySelectorAll(".tools button")[0].click();

@@ -29,11 +29,13 @@ json daxTables() {
   json sales = json::array({column("Amount"), column("Cost"), column("Quantity"), column("Odd ]Name")});
   json date = json::array({column("Day"), column("Month"), column("Amount")});
   json quoted = json::array({column("Code")});
+  json scripts = json::array({column("Größe"), column("Выручка"), column("İl"), column("ılık")});
   json measures = json::array({{{"name", "Total"}, {"expression", "SUM(Sales[Amount])"}},
                                {{"name", "Cost"}, {"expression", "SUM(Sales[Cost])"}}});
   return json::array({{{"name", "Sales"}, {"columns", sales}, {"measures", measures}},
                       {{"name", "Calendar Day"}, {"columns", date}},
-                      {{"name", "Bob's"}, {"columns", quoted}}});
+                      {{"name", "Bob's"}, {"columns", quoted}},
+                      {{"name", "Λόγος"}, {"columns", scripts}}});
 }
 
 json daxModel(const std::vector<CorpusCase>& cases, bool columns) {

@@ -1,17 +1,17 @@
 // Reads the model that stands in the page, makes the frame, and shows the page that the address names.
 
-import { h } from "./dom";
-import { kKinds } from "./kinds";
-import { type Kind, Model, type ReportData } from "./model";
+import { h } from "./elements/dom";
+import { count, nameElement, plainName } from "./elements/text";
+import { startTheme, switchTheme, theme } from "./elements/theme";
+import { kKinds } from "./model/kinds";
+import { type Kind, Model, type ReportData } from "./model/model";
+import { SearchIndex } from "./model/search";
 import { coveragePage, unresolvedPage } from "./pages/findings";
 import { cubesPage, dimensionsPage, kindPage, searchPage, tablesPage } from "./pages/lists";
 import { objectPage } from "./pages/object";
-import { overviewPage, unresolvedIds } from "./pages/overview";
+import { overviewPage } from "./pages/overview";
 import type { App, Page } from "./pages/page";
 import { searchBox } from "./search_box";
-import { SearchIndex } from "./search";
-import { count, nameElement, plainName } from "./text";
-import { startTheme, switchTheme, theme } from "./theme";
 
 function readModel(): Model {
   const text = document.getElementById("model")!.textContent!;
@@ -22,8 +22,8 @@ function missingPage(address: string): Page {
   return {
     title: "Not found",
     element: h("article", {}, h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, "Not found"),
-      h("p", { class: "subtitle" }, "This report has nothing at ", h("code", {}, nameElement(address)), ". ",
-        h("a", { href: "#/" }, "To the overview")))),
+      h("p", { class: "subtitle" }, "This report has no page at ", h("code", {}, nameElement(address)), ". ",
+        h("a", { href: "#/" }, "Go to the overview")))),
   };
 }
 
@@ -81,13 +81,13 @@ function navigation(model: Model): HTMLElement {
     { href: "#/kind/attribute", label: "Attributes", number: model.ofKind("attribute").length },
     { href: "#/tables", label: "Tables and queries", number: model.ofKind("viewTable", "namedQuery", "databaseTable").length },
     { href: "#/coverage", label: "Coverage" },
-    { href: "#/unresolved", label: "Unresolved", number: unresolvedIds(model).length },
+    { href: "#/unresolved", label: "Unresolved", number: model.withUnresolved().length },
   ];
   const link = (entry: Entry): HTMLElement => h("li", {}, h("a", { href: entry.href }, h("span", {}, entry.label),
     entry.number !== undefined && h("span", { class: "number" }, count(entry.number))));
   const cubes = model.ofKind("cube").slice(0, kCubesBeside).map((id) =>
     h("li", {}, h("a", { href: model.href(id) }, nameElement(model.name(id)))));
-  return h("nav", { class: "side", "aria-label": "The model" },
+  return h("nav", { class: "side", "aria-label": "Model" },
     h("ul", {}, entries.filter((entry) => entry.number !== 0).map(link)),
     cubes.length > 0 && [h("h2", {}, "Cubes"), h("ul", { class: "cubes" }, cubes)]);
 }
@@ -104,7 +104,7 @@ function themeButton(): HTMLElement {
 
 function licences(): HTMLElement {
   const text = document.getElementById("licences")!.textContent!;
-  return h("details", { class: "licences" }, h("summary", {}, "Licences of what this page is built from"), h("pre", {}, text));
+  return h("details", { class: "licences" }, h("summary", {}, "Third-party licences"), h("pre", {}, text));
 }
 
 class Frame {
@@ -128,11 +128,12 @@ class Frame {
       h("a", { class: "skip", href: "#main", onclick: (event: Event) => {
         event.preventDefault();
         this.main.focus();
-      } }, "Skip to the content"),
+      } }, "Skip to content"),
       h("header", { class: "top" }, h("a", { class: "brand", href: "#/" }, nameElement(model.data.database)),
         searchBox(this.app, (query) => this.go("#/search/" + encodeURIComponent(query))), themeButton()),
       h("div", { class: "body" }, this.side, h("div", { class: "content" }, this.main,
-        h("footer", {}, h("p", {}, `Made by ${model.data.program}. This page asks no server for anything.`), licences()))),
+        h("footer", {}, h("p", {}, `Made by ${model.data.program}. Self-contained: nothing is loaded from the network.`),
+          licences()))),
       h("div", { id: "announcements", class: "unseen", role: "status", "aria-live": "polite" }));
     document.addEventListener("click", (event) => this.follow(event));
     addEventListener("hashchange", () => this.show(location.hash));

@@ -1,17 +1,18 @@
 // The search field: a combo box whose list is worked with arrow keys.
 
-import { announce, freshId, h } from "./dom";
-import { kKinds, kindMark } from "./kinds";
+import { announce, freshId, h } from "./elements/dom";
+import { kindMark } from "./elements/kind_mark";
+import { ownerNames } from "./elements/parts";
+import { counted, nameElement } from "./elements/text";
+import { kKinds } from "./model/kinds";
 import type { App } from "./pages/page";
-import { ownerNames } from "./parts";
-import { counted, nameElement } from "./text";
 
 const kShown = 30;
 
 export function searchBox(app: App, showAll: (query: string) => void): HTMLElement {
   const { model } = app;
   const listId = freshId("found");
-  const list = h("ul", { id: listId, role: "listbox", "aria-label": "Found objects" });
+  const list = h("ul", { id: listId, role: "listbox", "aria-label": "Search results" });
   const foot = h("div", { class: "results-foot" });
   const popup = h("div", { class: "results", hidden: true }, list, foot);
   const input = h("input", {
@@ -38,7 +39,7 @@ export function searchBox(app: App, showAll: (query: string) => void): HTMLEleme
     active = -1;
     input.removeAttribute("aria-activedescendant");
     list.replaceChildren(...ids.map((id, i) => option(id, i)));
-    foot.replaceChildren(found.total === 0 ? "Nothing has this in its name."
+    foot.replaceChildren(found.total === 0 ? "No matches"
       : found.total > ids.length
         ? h("button", { type: "button", class: "quiet", onclick: () => leave(() => showAll(query)) },
           `Show all ${counted(found.total, "object")}`)

@@ -1,9 +1,9 @@
 // What a cube shows: its measures with what defines them, KPIs, dimensions, perspectives.
 
-import { type Child, h } from "../dom";
-import type { Model } from "../model";
-import { aggregation, badge, codeBlock, objectLink, section, table, titled } from "../parts";
-import { count, nameElement } from "../text";
+import { type Child, h } from "../elements/dom";
+import { aggregation, badge, codeBlock, objectLink, section, table, titled } from "../elements/parts";
+import { count, nameElement } from "../elements/text";
+import type { Model } from "../model/model";
 
 /** Few enough that what follows is not far away. */
 const kFirstRows = 20;
@@ -39,12 +39,12 @@ function descriptionOf(model: Model, id: number): Child {
   return text && h("p", { class: "description" }, nameElement(text));
 }
 
-/** How a measure comes about: by its expression, or by adding up a column. */
+/** How a measure comes about: by its expression, or by aggregating a column. */
 function definition(model: Model, id: number): Child {
   const { e, l } = model.node(id);
   const how = aggregation(model, id);
   const sources = model.edgesInto(id).filter((edge) => edge.kind === "aggregated" || edge.kind === "direct");
-  const verb = how && (how === "None" ? "Not added up: " : `${how} of `);
+  const verb = how && (how === "None" ? "Not aggregated: " : `${how} of `);
   const column = (how || !e) && sources.length > 0 && h("span", { class: "aggregation" }, verb,
     sources.slice(0, 3).map((edge, i) => [i > 0 && ", ", objectLink(model, edge.from)]));
   return [column || (!e && h("span", { class: "aggregation" }, how)), e && codeBlock(e, l, 3)];
@@ -57,7 +57,7 @@ function kpis(model: Model, cube: number): Child {
     h("div", { class: "card" }, h("h3", {}, objectLink(model, id)), descriptionOf(model, id),
       h("dl", { class: "facts" }, model.parts(id).length > 0 && Array.from(model.parts(id), (value) =>
         h("div", {}, h("dt", {}, h("a", { href: model.href(value) }, nameElement(model.name(value)))),
-          h("dd", {}, model.node(value).e ? codeBlock(model.node(value).e!, model.node(value).l, 3) : "not given"))))))));
+          h("dd", {}, model.node(value).e ? codeBlock(model.node(value).e!, model.node(value).l, 3) : "not set"))))))));
 }
 
 function dimensions(model: Model, cube: number): Child {
@@ -67,7 +67,7 @@ function dimensions(model: Model, cube: number): Child {
     label: "dimensions", rows: ids, firstRows: kFirstRows, filterText: (id) => model.name(id),
     columns: [
       { title: "Dimension", cell: (id) => [objectLink(model, id), model.node(id).h === 1 && badge("hidden")] },
-      { title: "Of the database", cell: (id) => {
+      { title: "Database dimension", cell: (id) => {
         const base = baseDimension(model, id);
         return base !== undefined && objectLink(model, base);
       } },

@@ -1,16 +1,17 @@
-// What a model leaves open: names that mean nothing, and objects that lead to no column.
+// What a model leaves open: unresolved names, and objects that do not trace back to a column.
 
-import { h } from "../dom";
-import type { Model } from "../model";
-import { codeBlock, coverageBar, type Column, objectLink, placedLink, section, table, titled } from "../parts";
-import { counted, nameElement } from "../text";
-import { unresolvedIds } from "./overview";
+import { h } from "../elements/dom";
+import {
+  codeBlock, coverageBar, type Column, kFoundByGraph, objectLink, placedLink, section, table, titled,
+} from "../elements/parts";
+import { counted, nameElement } from "../elements/text";
+import type { Model } from "../model/model";
 import type { App, Page } from "./page";
 
 export function unresolvedTable(model: Model, ids: number[], withText = false): HTMLElement {
   const columns: Column<number>[] = [
     { title: "Object", cell: (id) => placedLink(model, id) },
-    { title: "Not found", cell: (id) => h("ul", { class: "plain" },
+    { title: "Unresolved", cell: (id) => h("ul", { class: "plain" },
       (model.node(id).u ?? []).map((name) => h("li", {}, h("code", {}, nameElement(name))))) },
   ];
   if (withText) columns.push({ title: "Expression", class: "wide", cell: (id) => {
@@ -24,15 +25,15 @@ export function unresolvedTable(model: Model, ids: number[], withText = false): 
 }
 
 export function unresolvedPage({ model }: App): Page {
-  const ids = unresolvedIds(model);
+  const ids = model.withUnresolved();
   return {
     title: "Unresolved references",
     element: h("article", {},
       h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, titled("Unresolved references", ids.length)),
-        h("p", { class: "subtitle" }, "Expressions with names that mean nothing in the model. ",
-          "What else an expression names is followed all the same.")),
-      ids.length === 0 ? h("p", { class: "note" }, "Every name in every expression was found.")
-        : h("section", { class: "panel", "aria-label": "All of them" }, unresolvedTable(model, ids, true))),
+        h("p", { class: "subtitle" },
+          "Expressions that refer to names not found in the model. Their other references are still followed.")),
+      ids.length === 0 ? h("p", { class: "note" }, "All references are resolved.")
+        : h("section", { class: "panel", "aria-label": "Unresolved references" }, unresolvedTable(model, ids, true))),
   };
 }
 
@@ -46,20 +47,20 @@ export function coveragePage({ model }: App): Page {
     title: "Coverage",
     element: h("article", {},
       h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, "Coverage"),
-        h("p", { class: "subtitle" }, "How many attributes and measures lead back to a column of a database. ",
-          h("span", { class: "swatch by-model" }), " as the model has it, ",
-          h("span", { class: "swatch by-graph" }), " found by the graph: through the name that a cube gives a dimension, or a linked measure group.")),
+        h("p", { class: "subtitle" }, "How many attributes and measures trace back to a database column. ",
+          h("span", { class: "swatch by-model" }), " in the model, ",
+          h("span", { class: "swatch by-graph" }), ` ${kFoundByGraph}.`)),
       h("div", { class: "cards" }, model.data.coverage.map((row) => h("section", { class: "panel" },
-        h("h2", {}, row.n < 0 ? "Whole database" : objectLink(model, row.n)),
+        h("h2", {}, row.n < 0 ? "Total" : objectLink(model, row.n)),
         coverageBar("Attributes", row.a[0], row.a[1], row.a[2]), coverageBar("Measures", row.m[0], row.m[1], row.m[2]),
         row.m[3] > 0 && h("p", { class: "note" },
-          `${counted(row.m[3], "measure")} of these count rows.`)))),
-      open.length > 0 && section(titled("Leading to no column", open.length), table({
-        label: "objects that lead to no column", rows: open,
+          `Included: ${counted(row.m[3], "row count")}.`)))),
+      open.length > 0 && section(titled("Not traced back to a column", open.length), table({
+        label: "objects not traced back to a column", rows: open,
         filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""}`,
         columns: [
           { title: "Object", cell: (id) => placedLink(model, id) },
-          { title: "Why", class: "wide", cell: (id) => model.node(id).w ?? "" },
+          { title: "Reason", class: "wide", cell: (id) => model.node(id).w ?? "" },
         ],
       }))),
   };

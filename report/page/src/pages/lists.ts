@@ -1,11 +1,12 @@
 // Lists of all objects of a kind.
 
-import { type Child, h } from "../dom";
-import { kKinds } from "../kinds";
-import type { Kind, Model } from "../model";
-import { badge, codeBlock, type Column, objectLink, ownerNames, placedLink, section, table, titled } from "../parts";
-import { count, counted, nameElement, plainName } from "../text";
-import { description } from "./overview";
+import { type Child, h } from "../elements/dom";
+import {
+  badge, codeBlock, type Column, description, objectLink, ownerNames, placedLink, section, table, titled,
+} from "../elements/parts";
+import { count, counted, nameElement, plainName } from "../elements/text";
+import { kKinds } from "../model/kinds";
+import type { Kind, Model } from "../model/model";
 import type { App, Page } from "./page";
 
 const kMostFound = 2000;
@@ -64,7 +65,7 @@ function viewTables(model: Model, title: Child, ids: number[]): HTMLElement {
     columns: [
       { title: "Table", cell: (id) => [objectLink(model, id), description(model, id)] },
       { title: "Kind", cell: (id) => model.kind(id) === "namedQuery" && badge(kKinds.namedQuery.one) },
-      { title: "Name in expressions", cell: (id) => model.node(id).q && h("code", {}, nameElement(model.node(id).q!)) },
+      { title: "Qualified name", cell: (id) => model.node(id).q && h("code", {}, nameElement(model.node(id).q!)) },
       { title: "Columns", class: "figure", cell: (id) => count(model.parts(id).length) },
     ],
   }));
@@ -80,19 +81,19 @@ export function tablesPage({ model }: App): Page {
   }
   const database = model.ofKind("databaseTable");
   return listPage("Tables and queries",
-    "What the model reads, as its data source views see it, and the tables of databases behind them",
+    "Tables and named queries of the data source views, and the database tables behind them",
     Array.from(byView, ([view, ids]) => viewTables(model, [nameElement(view || "Data source view"), " ",
       h("span", { class: "number" }, count(ids.length))], ids)),
-    database.length > 0 && viewTables(model, titled("Tables of databases", database.length), database));
+    database.length > 0 && viewTables(model, titled("Database tables", database.length), database));
 }
 
 export function searchPage({ model, search }: App, query: string): Page {
   const found = search().find(query, kMostFound);
   const left = found.total - found.ids.length;
-  const shown = left > 0 ? `, the best ${count(kMostFound)} shown` : "";
+  const shown = left > 0 ? `, showing the best ${count(kMostFound)}` : "";
   return listPage("Search", `${counted(found.total, "object")} for “${plainName(query)}”${shown}`,
-    h("section", { class: "panel", "aria-label": "Found" }, table({
-      label: "found objects", rows: found.ids,
+    h("section", { class: "panel", "aria-label": "Search results" }, table({
+      label: "search results", rows: found.ids,
       columns: [
         { title: "Name", cell: (id) => placedLink(model, id) },
         { title: "Path", class: "wide", cell: (id) => model.node(id).p && h("code", {}, nameElement(model.node(id).p!)) },

@@ -1,20 +1,22 @@
 // The page of one object.
 
-import { type Child, fragment, h } from "../dom";
-import { kKinds, kindMark } from "../kinds";
-import { LineagePanel } from "../lineage_panel";
-import type { Edge, Kind, Model } from "../model";
+import { type Child, fragment, h } from "../elements/dom";
+import { kindMark } from "../elements/kind_mark";
 import {
-  aggregation, badge, codeBlock, codeTitle, type Column, edgeBadge, facts, objectLink, placedLink, section, table, titled,
-} from "../parts";
-import { count, counted, nameElement, percent, plainName } from "../text";
+  aggregation, badge, codeBlock, codeTitle, type Column, description, edgeBadge, facts, objectLink, placedLink, section,
+  table, titled,
+} from "../elements/parts";
+import { count, counted, nameElement, percent, plainName } from "../elements/text";
+import { LineagePanel } from "../lineage/panel";
+import { kKinds } from "../model/kinds";
+import type { Edge, Kind, Model } from "../model/model";
 import { cubeSections } from "./cube";
 import type { App, Page } from "./page";
 
 const kLongProperty = 200;
 
 function breadcrumbs(model: Model, id: number): HTMLElement {
-  return h("nav", { class: "breadcrumbs", "aria-label": "Where it stands" }, h("ol", {},
+  return h("nav", { class: "breadcrumbs", "aria-label": "Breadcrumb" }, h("ol", {},
     h("li", {}, h("a", { href: "#/" }, nameElement(model.data.database))),
     model.owners(id).map((owner) => h("li", {}, h("a", { href: model.href(owner) }, nameElement(model.name(owner)))))));
 }
@@ -23,10 +25,10 @@ function badges(model: Model, id: number): Child {
   const node = model.node(id);
   return [
     node.h === 1 && badge("hidden"),
-    node.r === 1 && badge("leads to a column", "good"),
-    node.r === 2 && badge("leads to a column as the graph found", "good"),
-    node.r === 0 && badge("leads to no column", "bad"),
-    node.u && node.u.length > 0 && badge(counted(node.u.length, "name") + " not found", "bad"),
+    node.r === 1 && badge("traces back to a column", "good"),
+    node.r === 2 && badge("traces back to a column, as found by the graph", "good"),
+    node.r === 0 && badge("does not reach a column", "bad"),
+    node.u && node.u.length > 0 && badge(counted(node.u.length, "unresolved reference"), "bad"),
   ];
 }
 
@@ -41,13 +43,13 @@ function factList(model: Model, id: number): HTMLElement {
   return facts([
     ["Kind", kKinds[model.kind(id)].one],
     ["Copy of", original !== id && placedLink(model, original)],
-    ["In expressions", node.q && h("code", {}, nameElement(node.q))],
+    ["Qualified name", node.q && h("code", {}, nameElement(node.q))],
     ["Path", node.p && h("code", {}, nameElement(node.p))],
     ["Data source view", node.v && nameElement(node.v)],
     ["Type", node.t],
     ["Aggregation", aggregation(model, id)],
-    ["Why no column", node.w],
-    ["Not found", node.u && node.u.length > 0 && h("ul", { class: "plain" },
+    ["Lineage gap", node.w],
+    ["Unresolved references", node.u && node.u.length > 0 && h("ul", { class: "plain" },
       node.u.map((name) => h("li", {}, h("code", {}, nameElement(name)))))],
     ...Object.entries(node.x ?? {}).map(([key, value]): [string, Child] => [plainName(key), property(value)]),
   ]);
@@ -73,7 +75,7 @@ function besides(model: Model, title: string, edges: Edge[], end: "from" | "to")
 function sourcesOf(model: Model, id: number): Child {
   return [
     besides(model, "Sources", model.edgesInto(id), "from"),
-    besides(model, "Dependants", model.edgesOutOf(id), "to"),
+    besides(model, "Dependents", model.edgesOutOf(id), "to"),
   ];
 }
 
@@ -105,22 +107,21 @@ function parts(model: Model, id: number): Child {
 function partColumns(model: Model, ids: number[]): Column<number>[] {
   const has = (test: (id: number) => unknown): boolean => ids.some((id) => Boolean(test(id)));
   const columns: Column<number>[] = [{ title: "Name", cell: (id) => [objectLink(model, id),
-    model.node(id).h === 1 && badge("hidden"), model.node(id).r === 0 && badge("no column", "bad"),
-    model.node(id).d && h("p", { class: "description" }, nameElement(model.node(id).d!))] }];
+    model.node(id).h === 1 && badge("hidden"), model.node(id).r === 0 && badge("no column", "bad"), description(model, id)] }];
   if (has((id) => model.node(id).e)) columns.push({ title: "Expression", class: "wide", cell: (id) => {
     const { e, l } = model.node(id);
     return e && codeBlock(e, l, 3);
   } });
   if (has((id) => model.node(id).a)) columns.push({ title: "Aggregation", cell: (id) => aggregation(model, id) });
   if (has((id) => model.node(id).t)) columns.push({ title: "Type", cell: (id) => model.node(id).t });
-  columns.push({ title: "Used", class: "figure", cell: (id) => count(model.edgesOutOf(id).length + model.parts(id).length) });
+  columns.push({ title: "Used by", class: "figure", cell: (id) => count(model.edgesOutOf(id).length + model.parts(id).length) });
   return columns;
 }
 
 function coverageNote(model: Model, id: number): Child {
   const row = model.data.coverage.find((candidate) => candidate.n === id);
   return row && h("p", { class: "subtitle" },
-    `Leading to a column: ${percent(row.a[1], row.a[0])} of ${counted(row.a[0], "attribute")}, ` +
+    `Trace back to a database column: ${percent(row.a[1], row.a[0])} of ${counted(row.a[0], "attribute")}, ` +
     `${percent(row.m[1], row.m[0])} of ${counted(row.m[0], "measure")}`);
 }
 

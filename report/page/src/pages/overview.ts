@@ -1,10 +1,10 @@
 // The database at a glance.
 
-import { type Child, h } from "../dom";
-import { kindMark } from "../kinds";
-import type { Kind, Model } from "../model";
-import { coverageBar, facts, objectLink, section, table, titled } from "../parts";
-import { count, nameElement } from "../text";
+import { type Child, h } from "../elements/dom";
+import { kindMark } from "../elements/kind_mark";
+import { coverageBar, description, facts, kFoundByGraph, objectLink, section, table, titled } from "../elements/parts";
+import { count, nameElement } from "../elements/text";
+import type { Kind, Model } from "../model/model";
 import { unresolvedTable } from "./findings";
 import type { App, Page } from "./page";
 
@@ -17,7 +17,7 @@ interface Stage {
 /** The way of the data, from the database to what people see. */
 const kStages: Stage[] = [
   { title: "Databases", href: "#/tables", kinds: [["databaseTable", "table", "tables"], ["databaseColumn", "column", "columns"]] },
-  { title: "Source view", href: "#/tables", kinds: [["viewTable", "table", "tables"],
+  { title: "Data source views", href: "#/tables", kinds: [["viewTable", "table", "tables"],
     ["namedQuery", "named query", "named queries"], ["computedColumn", "computed column", "computed columns"]] },
   { title: "Dimensions", href: "#/dimensions", kinds: [["dimension", "dimension", "dimensions"],
     ["attribute", "attribute", "attributes"]] },
@@ -54,23 +54,18 @@ function cubes(model: Model): Child {
   }));
 }
 
-export function description(model: Model, id: number): Child {
-  const text = model.node(id).d;
-  return text && h("p", { class: "description" }, nameElement(text));
-}
-
 function coverage(model: Model): Child {
   const { data } = model;
   if (data.coverage.length === 0) return null;
   const whole = data.coverage.find((row) => row.n < 0);
   const perCube = data.coverage.filter((row) => row.n >= 0);
-  return section(h("a", { href: "#/coverage" }, "Lineage to a database column"),
+  return section(h("a", { href: "#/coverage" }, "Traced back to a database column"),
     whole && coverageBar("Attributes", whole.a[0], whole.a[1], whole.a[2]),
     whole && coverageBar("Measures", whole.m[0], whole.m[1], whole.m[2]),
     perCube.length > 1 && h("div", { class: "coverage-by-cube" }, perCube.slice(0, 12).map((row) =>
       coverageBar(model.name(row.n), row.a[0] + row.m[0], row.a[1] + row.m[1], row.a[2] + row.m[2]))),
-    h("p", { class: "note" }, h("span", { class: "swatch by-model" }), " as the model has it ",
-      h("span", { class: "swatch by-graph" }), " found by the graph: through the name that a cube gives a dimension, or a linked measure group"));
+    h("p", { class: "note" }, h("span", { class: "swatch by-model" }), " in the model ",
+      h("span", { class: "swatch by-graph" }), ` ${kFoundByGraph}`));
 }
 
 function dataSources(model: Model): Child {
@@ -85,16 +80,12 @@ function dataSources(model: Model): Child {
 }
 
 function unresolved(model: Model): Child {
-  const ids = unresolvedIds(model);
+  const ids = model.withUnresolved();
   if (ids.length === 0)
-    return section("Unresolved references", h("p", { class: "note" }, "Every name in every expression was found."));
+    return section("Unresolved references", h("p", { class: "note" }, "All references are resolved."));
   return section(h("a", { href: "#/unresolved" }, titled("Unresolved references", ids.length)),
     unresolvedTable(model, ids.slice(0, kFewUnresolved)),
     ids.length > kFewUnresolved && h("p", {}, h("a", { href: "#/unresolved" }, `All ${count(ids.length)} expressions`)));
-}
-
-export function unresolvedIds(model: Model): number[] {
-  return model.data.nodes.flatMap((node, id) => node.u && node.u.length > 0 ? [id] : []);
 }
 
 export function overviewPage({ model }: App): Page {
@@ -109,7 +100,7 @@ export function overviewPage({ model }: App): Page {
       h("div", { class: "two-columns wide-left" },
         h("div", {}, cubes(model), dataSources(model)),
         h("div", {}, coverage(model), unresolved(model),
-          section("In figures", h("div", { class: "figures" },
+          section("Totals", h("div", { class: "figures" },
             facts(data.counts.map(([label, number]) => [label, count(number)]))))))),
   };
 }

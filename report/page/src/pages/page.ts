@@ -1,5 +1,5 @@
-import type { Model } from "../model";
-import type { SearchIndex } from "../search";
+import type { Model } from "../model/model";
+import type { SearchIndex } from "../model/search";
 
 /** What stands in the main part of the page at a time. */
 export interface Page {

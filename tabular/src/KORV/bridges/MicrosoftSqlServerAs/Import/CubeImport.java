@@ -12,10 +12,8 @@ final class CubeImport {
   private static final Set<String> KPI_PLACED =
       Set.of("description", "targetExpression", "statusExpression", "trendExpression");
   private static final Set<String> PERSPECTIVE_PLACED = Set.of("name", "description");
-  private static final Map<String, String> KPI_PARTS = new java.util.TreeMap<>(
-      Map.of("Goal", "targetExpression", "Status", "statusExpression", "Trend", "trendExpression"));
-  private static final String MEASURES = "Calculated Measures";
-  private static final String KPIS = "KPIs";
+  private static final Map<Labels.KpiPart, String> KPI_MEMBERS = Map.of(Labels.KpiPart.GOAL,
+      "targetExpression", Labels.KpiPart.STATUS, "statusExpression", Labels.KpiPart.TREND, "trendExpression");
 
   /** A measure or a part of a KPI, whose expression is resolved when all names are known. */
   private record Computed(TableImport.Made table, ModelObject measure, ModelObject copy) {}
@@ -30,9 +28,9 @@ final class CubeImport {
 
   CubeImport(String name, ModelObject folder, TableImport tables, Catalog catalog, LineageMaps maps) {
     cubePackage = folder.addUnique(ModelObject.Role.namespaceElements,
-        new ModelObject("TAVDesignPackage", name).set("nativeType", "Cube"));
+        new ModelObject("TAVDesignPackage", name).set("nativeType", Labels.CUBE));
     cube = cubePackage.addUnique(
-        ModelObject.Role.namespaceElements, new ModelObject("TAVCube", name).set("nativeType", "Cube"));
+        ModelObject.Role.namespaceElements, new ModelObject("TAVCube", name).set("nativeType", Labels.CUBE));
     this.tables = tables;
     this.catalog = catalog;
     this.maps = maps;
@@ -53,7 +51,7 @@ final class CubeImport {
     addKpis();
     for (Json perspective : definition.objects("perspectives")) {
       ModelObject synonym =
-          new ModelObject("TAVSynonym", perspective.text("name")).set("nativeType", "Perspective");
+          new ModelObject("TAVSynonym", perspective.text("name")).set("nativeType", Labels.PERSPECTIVE);
       synonym.set("description", perspective.text("description"));
       catalog.keep(synonym, perspective, PERSPECTIVE_PLACED);
       cube.add(ModelObject.Role.synonyms, synonym);
@@ -68,7 +66,7 @@ final class CubeImport {
     association.refer("dimension", dimension);
     cube.add(ModelObject.Role.cubeDimensionAssociations, association);
     ModelObject alias =
-        new ModelObject("TAVAliasClassifier", dimension.name()).set("nativeType", "Dimension");
+        new ModelObject("TAVAliasClassifier", dimension.name()).set("nativeType", Labels.DIMENSION);
     alias.set("description", description);
     aliases.add(cubePackage.addUnique(ModelObject.Role.namespaceElements, alias));
     for (ModelObject attribute : dimension.parts(ModelObject.Role.features)) {
@@ -84,9 +82,9 @@ final class CubeImport {
     for (TableImport.Made table : tables.tables) {
       List<Json> measures = table.definition().objects("measures");
       if (measures.isEmpty()) continue;
-      if (folder == null) folder = addFolder(MEASURES);
-      ModelObject group =
-          new ModelObject("TAVDimension", table.dimension().name()).set("nativeType", MEASURES);
+      if (folder == null) folder = addFolder(Labels.CALCULATED_MEASURES);
+      ModelObject group = new ModelObject("TAVDimension", table.dimension().name());
+      group.set("nativeType", Labels.CALCULATED_MEASURES);
       folder.addUnique(ModelObject.Role.namespaceElements, group);
       for (Json definition : measures) addMeasure(table, definition, group);
     }
@@ -99,7 +97,8 @@ final class CubeImport {
 
   private void addMeasure(TableImport.Made table, Json definition, ModelObject group) throws ImportException {
     String name = definition.text("name");
-    ModelObject measure = new ModelObject("TAVMeasure", name).set("nativeType", "Calculated Measure");
+    ModelObject measure =
+        new ModelObject("TAVMeasure", name).set("nativeType", Labels.CALCULATED_MEASURE);
     measure.set("description", definition.text("description"))
         .set("expression", definition.text("expression"));
     measure.set("hidden", definition.flag("isHidden"));
@@ -126,7 +125,7 @@ final class CubeImport {
     for (TableImport.Made table : tables.tables) {
       for (Json measure : table.definition().objects("measures")) {
         if (!measure.has("kpi")) continue;
-        if (folder == null) folder = addFolder(KPIS);
+        if (folder == null) folder = addFolder(Labels.KPIS);
         addKpi(table, measure, folder);
       }
     }
@@ -134,23 +133,25 @@ final class CubeImport {
 
   private void addKpi(TableImport.Made table, Json measure, ModelObject folder) throws ImportException {
     Json definition = measure.object("kpi");
-    ModelObject kpi = new ModelObject("TAVDimension", measure.text("name")).set("nativeType", "KPI");
+    ModelObject kpi = new ModelObject("TAVDimension", measure.text("name")).set("nativeType", Labels.KPI);
     kpi.set("description", definition.text("description"));
     folder.addUnique(ModelObject.Role.namespaceElements, kpi);
     catalog.keep(kpi, definition, KPI_PLACED);
-    addPart(table, kpi, "Value", "[" + measure.text("name").replace("]", "]]") + "]");
-    for (Map.Entry<String, String> part : KPI_PARTS.entrySet())
-      addPart(table, kpi, part.getKey(), definition.text(part.getValue()));
+    String value = "[" + measure.text("name").replace("]", "]]") + "]";
+    for (Labels.KpiPart part : Labels.KpiPart.values()) {
+      boolean isValue = part == Labels.KpiPart.VALUE;
+      addPart(table, kpi, part, isValue ? value : definition.text(KPI_MEMBERS.get(part)));
+    }
   }
 
-  private void addPart(TableImport.Made table, ModelObject kpi, String part, String expression) {
-    ModelObject measure =
-        new ModelObject("TAVMeasure", part).set("nativeType", "KPI " + part).set("expression", expression);
+  private void addPart(TableImport.Made table, ModelObject kpi, Labels.KpiPart part, String expression) {
+    ModelObject measure = new ModelObject("TAVMeasure", part.text).set("nativeType", part.nativeType);
+    measure.set("expression", expression);
     measure.refer("type", catalog.type(""));
     kpi.addFeature(measure);
     // The server keeps a KPI's parts as hidden measures, and expressions may name them.
-    tables.resolver.addMeasure("_" + kpi.name() + " " + part, measure);
-    addComputed(table, measure, kpi.name() + " " + part);
+    tables.resolver.addMeasure("_" + kpi.name() + " " + part.text, measure);
+    addComputed(table, measure, kpi.name() + " " + part.text);
   }
 
   void resolveExpressions() {

@@ -1,18 +1,29 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
-/** Comparison of names: letter case is folded for A to Z only, as everywhere in a model. */
+/** Comparison of names, which ignores letter case in every script, and the characters of words. */
 final class Names {
+  private static final int DOTTED_CAPITAL_I = 0x130;
+  private static final int DOTLESS_SMALL_I = 0x131;
+
   private Names() {}
 
+  /** A name as a key for look-ups: Unicode's simple case folding, character by character. */
   static String fold(String name) {
     int i = 0;
-    while (i < name.length() && !isUpper(name.charAt(i))) ++i;
+    while (i < name.length() && name.charAt(i) < 0x80 && !isUpper(name.charAt(i))) ++i;
     if (i == name.length()) return name;
-    StringBuilder folded = new StringBuilder(name);
-    for (; i < folded.length(); ++i) {
-      if (isUpper(folded.charAt(i))) folded.setCharAt(i, (char) (folded.charAt(i) + ('a' - 'A')));
-    }
+    StringBuilder folded = new StringBuilder(name.length()).append(name, 0, i);
+    name.codePoints().skip(i).forEach(c -> folded.appendCodePoint(foldedCharacter(c)));
     return folded.toString();
+  }
+
+  /**
+   * By way of the capital, because several small letters may share one (σ and ς). The two letters I of
+   * Turkish equal nothing but themselves.
+   */
+  private static int foldedCharacter(int c) {
+    if (c == DOTTED_CAPITAL_I || c == DOTLESS_SMALL_I) return c;
+    return Character.toLowerCase(Character.toUpperCase(c));
   }
 
   static boolean same(String a, String b) {

@@ -14,8 +14,6 @@ final class PhysicalLayer {
   private static final String ORACLE = "ORACLE 11.0.0";
   /** The package of queries that name no data source. */
   private static final String NO_SOURCE = "Queries";
-  /** Marks a query of the database, whose sources are still to be found by whoever loads the model. */
-  private static final String UNRESOLVED_QUERY = "DatabaseQuery";
 
   private static final class Table {
     final ModelObject object;
@@ -59,7 +57,8 @@ final class PhysicalLayer {
   }
 
   private ModelObject addConnection(String name, String connectionString) {
-    ModelObject connection = new ModelObject("TAVStoreConnection", name).set("nativeType", "DataSource");
+    ModelObject connection =
+        new ModelObject("TAVStoreConnection", name).set("nativeType", Labels.DATA_SOURCE);
     connection.set("connectionString", connectionString);
     return model.add(ModelObject.Role.storeConnections, connection);
   }
@@ -105,19 +104,19 @@ final class PhysicalLayer {
         Relation.Table.named(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
     Table table = tables.get(key);
     if (table == null) {
-      table = addTable(name.connection(), name.name(), "Table");
+      table = addTable(name.connection(), name.name(), Labels.TABLE);
       table.object.set("schemaName", name.schema());
       tables.put(key, table);
     }
     return table;
   }
 
-  /** A query of the database. Each table of the model that reads one has its own. */
+  /** A query of the database, whose sources whoever loads the model finds. Each table of the model that reads one has its own. */
   private Table query(Source source, Relation.Table name) {
     Table known = databaseQueries.get(name);
     if (known != null) return known;
-    Table table = addTable(name.connection(), source.name, "NamedQuery");
-    table.object.set("query", name.query()).set("nativeType", UNRESOLVED_QUERY);
+    Table table = addTable(name.connection(), source.name, Labels.NAMED_QUERY);
+    table.object.set("query", name.query()).set("nativeType", Labels.UNRESOLVED_QUERY);
     databaseQueries.put(name, table);
     return table;
   }
@@ -137,7 +136,7 @@ final class PhysicalLayer {
     if (known != null) return known;
     ModelObject source = connections.get(connection);
     ModelObject made = new ModelObject("TAVDesignPackage", source == null ? NO_SOURCE : source.name());
-    made.set("nativeType", "DataSourceView");
+    made.set("nativeType", Labels.DATA_SOURCE_VIEW);
     packages.put(connection, views.addUnique(ModelObject.Role.namespaceElements, made));
     return made;
   }
@@ -182,7 +181,7 @@ final class PhysicalLayer {
     String key = source.connection + "\n" + source.query;
     Table known = queries.get(key);
     if (known != null) return known;
-    Table table = addTable(source.connection, source.name, "NamedQuery");
+    Table table = addTable(source.connection, source.name, Labels.NAMED_QUERY);
     table.object.set("query", source.query);
     queries.put(key, table);
     return table;

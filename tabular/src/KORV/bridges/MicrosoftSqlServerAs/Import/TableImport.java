@@ -16,8 +16,8 @@ final class TableImport {
       Set.of("name", "description", "dataType", "type", "sourceColumn");
   private static final Set<String> HIERARCHY_PLACED = Set.of("name", "description", "levels");
   private static final Set<String> LEVEL_PLACED = Set.of("name", "description", "column", "ordinal");
-  private static final Map<String, String> KINDS =
-      Map.of("calculated", "Calculated Column", "calculatedTableColumn", "Calculated Table Column");
+  private static final Map<String, String> KINDS = Map.of(
+      "calculated", Labels.CALCULATED_COLUMN, "calculatedTableColumn", Labels.CALCULATED_TABLE_COLUMN);
 
   /** A table of the definition with what was made of it. */
   record Made(Json definition, ModelObject dimension, DaxResolver.Table names, String expression) {}
@@ -63,7 +63,7 @@ final class TableImport {
 
   private void importTable(Json definition) throws ImportException {
     String name = definition.text("name");
-    ModelObject dimension = new ModelObject("TAVDimension", name).set("nativeType", "Dimension");
+    ModelObject dimension = new ModelObject("TAVDimension", name).set("nativeType", Labels.DIMENSION);
     dimension.set("description", definition.text("description"));
     dimension.set("dimensionType", definition.text("dataCategory").equals("Time") ? 1 : 2);
     folder.addUnique(ModelObject.Role.namespaceElements, dimension);

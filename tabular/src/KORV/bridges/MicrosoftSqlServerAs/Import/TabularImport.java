@@ -31,7 +31,7 @@ final class TabularImport {
     messages.status("QVT_SSXMLA_S0007", "Importing model '" + name + "' ...");
     String id = database.has("id") ? database.text("id") : name;
     model.set("name", name).set("description", database.text("description")).set("nativeId", id);
-    model.set("nativeType", "Tabular Database").set("storeType", 1);
+    model.set("nativeType", Labels.TABULAR_DATABASE).set("storeType", 1);
     addOrigin(database);
     catalog.keep(model, database, DATABASE_PLACED);
     importModel(definition);
@@ -84,14 +84,14 @@ final class TabularImport {
   }
 
   private void importModel(Json definition) throws ImportException {
-    ModelObject views = addFolder("Data Source Views");
+    ModelObject views = addFolder(Labels.DATA_SOURCE_VIEWS);
     PhysicalLayer physical = new PhysicalLayer(model, views, catalog, maps);
     messages.status("QVT_SSXMLA_S0012", "Importing data source views ...");
     for (Json dataSource : definition.objects("dataSources")) physical.addDataSource(dataSource);
 
     messages.status("QVT_SSXMLA_S0008", "Importing dimensions...");
     TableImport tables =
-        new TableImport(definition, addFolder("Dimensions"), physical, catalog, maps, messages);
+        new TableImport(definition, addFolder(Labels.DIMENSIONS), physical, catalog, maps, messages);
     tables.importTables();
     ModelObject shared =
         new ModelObject("TAVOlapSchema", "").set("description", definition.text("description"));
@@ -101,7 +101,7 @@ final class TabularImport {
     messages.status("QVT_SSXMLA_S0010", "Importing cubes ...");
     String name = definition.has("name") ? definition.text("name") : "Model";
     messages.status("QVT_SSXMLA_S0011", "Importing cube '" + name + "' ...");
-    CubeImport cube = new CubeImport(name, addFolder("Cubes"), tables, catalog, maps);
+    CubeImport cube = new CubeImport(name, addFolder(Labels.CUBES), tables, catalog, maps);
     cube.importCube(definition);
     catalog.keep(cube.cube(), definition, MODEL_PLACED);
     addCubeSchema(cube);
@@ -111,7 +111,7 @@ final class TabularImport {
 
   private void addCubeSchema(CubeImport cube) {
     ModelObject schema = new ModelObject("TAVOlapSchema", cube.cube().name());
-    schema.set("description", cube.cube().get("description")).set("nativeType", "Cube");
+    schema.set("description", cube.cube().get("description")).set("nativeType", Labels.CUBE);
     List<ModelObject> elements = new ArrayList<>(cube.aliases());
     elements.add(cube.cube());
     schema.refer("importedNamespaceElements", elements);

@@ -1,28 +1,28 @@
 // The lineage of one object: a drawing that is opened step by step, and the same as a tree.
 
-import { announce, h, svg } from "./dom";
+import { announce, h, svg } from "../elements/dom";
+import { codeBlock, kFoundByGraph, objectLink, ownerNames } from "../elements/parts";
+import { counted, plainName } from "../elements/text";
+import { onThemeChange } from "../elements/theme";
+import { kEdgeKinds, kKinds } from "../model/kinds";
+import type { EdgeKind, Model } from "../model/model";
 import { Drawing, kEdgeStrokes } from "./drawing";
-import { kEdgeKinds, kKinds } from "./kinds";
 import {
   ContainerFlows, type Direction, EdgeFilter, Expansion, isContainer, kDirections, kMostInSight, ObjectFlows,
-} from "./lineage";
-import type { EdgeKind, Model } from "./model";
-import { codeBlock, objectLink, ownerNames } from "./parts";
-import { counted, plainName } from "./text";
-import { onThemeChange } from "./theme";
+} from "./sight";
 import { Tree } from "./tree";
 
 type View = "drawing" | "tree";
 
 /** What is opened at first: far enough to tell a story, few enough to be read. */
 const kFirstSources = { depth: 4, most: 22 };
-const kFirstDependants = { depth: 1, most: 12 };
+const kFirstDependents = { depth: 1, most: 12 };
 const kFarDepth = 30;
 const kFarMost = 150;
 const kZoomStep = 1.25;
 
-const kHelp = "Drag to move. A click selects an object, a double click opens it; +N shows what is not in sight. " +
-  "Keys: arrows select, Enter opens, + and − show and hide what is beside the object.";
+const kHelp = "Drag to pan. Click to select an object, double-click to open it; +N expands N hidden objects. " +
+  "Keys: arrow keys select, Enter opens, + and − expand and collapse the selected object.";
 
 /** Someone who prefers the tree gets it for the next object, too. */
 let preferredView: View = "drawing";
@@ -74,7 +74,7 @@ export class LineagePanel {
     if (kind === "cube" || kind === "perspective" || kind === "cubeDimension") this.filter.set("member", true);
     this.selected = root;
     this.expansion = this.start();
-    this.focusRing.setAttribute("aria-label", `Drawing of the lineage of ${plainName(model.name(root))}. ${kHelp}`);
+    this.focusRing.setAttribute("aria-label", `Lineage of ${plainName(model.name(root))}. ${kHelp}`);
     this.focusRing.addEventListener("keydown", (event) => this.key(event));
     this.focusRing.addEventListener("pointerdown", () => this.focusRing.focus({ preventScroll: true }));
     // Who scrolls down the page does not want to be caught by the drawing on the way.
@@ -107,7 +107,7 @@ export class LineagePanel {
     const flows = this.byContainers ? new ContainerFlows(this.model, this.filter) : new ObjectFlows(this.model, this.filter);
     const expansion = new Expansion(this.root, flows);
     expansion.openFar("sources", kFirstSources.depth, kFirstSources.most);
-    expansion.openFar("dependants", kFirstDependants.depth, kFirstDependants.most);
+    expansion.openFar("dependents", kFirstDependents.depth, kFirstDependents.most);
     return expansion;
   }
 
@@ -136,8 +136,8 @@ export class LineagePanel {
     const sight = this.expansion.sight();
     this.drawing?.show(sight, anchor);
     const alone = sight.ids.length === 1;
-    this.note.textContent = sight.full ? `More than ${kMostInSight} objects are not drawn; close some to see others.`
-      : alone ? "Nothing in the model leads to this object or from it along the edges that are shown." : "";
+    this.note.textContent = sight.full ? `The drawing is limited to ${kMostInSight} objects: collapse some to see others.`
+      : alone ? "This object has no lineage of the selected kinds." : "";
     if (!sight.ids.includes(this.selected)) this.selected = this.root;
     this.canvas.dataset.objects = String(sight.ids.length);
   }
@@ -152,7 +152,7 @@ export class LineagePanel {
     step();
     this.redraw(anchor);
     this.select(anchor);
-    announce(`${counted(this.expansion.sight().ids.length, "object")} in sight`);
+    announce(`${counted(this.expansion.sight().ids.length, "object")} shown`);
   }
 
   private startAgain(): void {
@@ -186,7 +186,7 @@ export class LineagePanel {
     const all = this.expansion.beside(id, direction).length;
     if (all === 0) return false;
     const open = this.expansion.isOpen(id, direction);
-    const what = counted(all, direction === "sources" ? "source" : "dependant");
+    const what = counted(all, direction === "sources" ? "source" : "dependent");
     return h("button", { type: "button", class: "quiet", "aria-expanded": String(open),
       onclick: () => open ? this.collapse(id, direction) : this.expand(id, direction) },
       open ? `− Hide ${what}` : `+ Show ${what}`);
@@ -195,25 +195,25 @@ export class LineagePanel {
   private tools(): HTMLElement {
     const tool = (label: string, text: string, action: () => void): HTMLElement =>
       h("button", { type: "button", title: label, "aria-label": label, onclick: action }, text);
-    return h("div", { class: "tools", role: "group", "aria-label": "The drawing" },
+    return h("div", { class: "tools", role: "group", "aria-label": "Drawing tools" },
       tool("All sources", "« All sources", () => this.expandFar("sources")),
-      tool("All dependants", "All dependants »", () => this.expandFar("dependants")),
-      tool("Start again", "Start again", () => this.startAgain()),
+      tool("All dependents", "All dependents »", () => this.expandFar("dependents")),
+      tool("Reset", "Reset", () => this.startAgain()),
       tool("Zoom in", "+", () => this.drawing?.zoomBy(kZoomStep)),
       tool("Zoom out", "−", () => this.drawing?.zoomBy(1 / kZoomStep)),
-      tool("Fit into the frame", "Fit", () => this.drawing?.fit()));
+      tool("Fit to view", "Fit", () => this.drawing?.fit()));
   }
 
   private legend(): HTMLElement {
     const kinds = (Object.keys(kEdgeKinds) as EdgeKind[]).filter((kind) => edgesOf(this.model).kinds.has(kind));
-    return h("fieldset", { class: "legend" }, h("legend", { class: "unseen" }, "Kinds of lineage that are shown"),
+    return h("fieldset", { class: "legend" }, h("legend", { class: "unseen" }, "Kinds of lineage shown"),
       kinds.map((kind) => h("label", { title: kEdgeKinds[kind].meaning },
         h("input", { type: "checkbox", checked: this.filter.has(kind), onchange: (event: Event) => {
           this.filter.set(kind, (event.target as HTMLInputElement).checked);
           this.expansion.reread();
           this.show(preferredView);
         } }), edgeSample(kind), kEdgeKinds[kind].label)),
-      edgesOf(this.model).found && h("span", { class: "sample", title: "Found by the graph: through the name that a cube gives a dimension, or through a linked measure group" },
+      edgesOf(this.model).found && h("span", { class: "sample", title: kFoundByGraph },
         svg("svg", { class: "edge-sample found", viewBox: "0 0 26 8", "aria-hidden": "true" },
           svg("line", { x1: 4, y1: 4, x2: 25, y2: 4, "stroke-width": 1.5, "stroke-dasharray": "7 4" }),
           svg("path", { d: "M1 4l4-4 4 4-4 4z" })), "Found by the graph"));
@@ -246,7 +246,7 @@ export class LineagePanel {
     this.drawing?.reveal(id);
     const hidden = kDirections.map((direction) => this.expansion.beside(id, direction).length);
     announce(`${plainName(this.model.name(id))}, ${kKinds[this.model.kind(id)].one}, ` +
-      `${counted(hidden[0]!, "source")}, ${counted(hidden[1]!, "dependant")}`);
+      `${counted(hidden[0]!, "source")}, ${counted(hidden[1]!, "dependent")}`);
   }
 }
 

@@ -1,12 +1,13 @@
 // Lineage as a tree: what the drawing shows, for those who read, use a keyboard or have it read to them. An
 // object that stands further up already is named again, and not opened again.
 
-import { announce, freshId, h } from "./dom";
-import { kEdgeKinds, kindMark, kKinds } from "./kinds";
-import { type Direction, type Expansion, type Flow, other } from "./lineage";
-import type { Model } from "./model";
-import { edgeBadge } from "./parts";
-import { counted, nameElement, plainName } from "./text";
+import { announce, freshId, h } from "../elements/dom";
+import { kindMark } from "../elements/kind_mark";
+import { edgeBadge } from "../elements/parts";
+import { counted, nameElement, plainName } from "../elements/text";
+import { kEdgeKinds, kKinds } from "../model/kinds";
+import type { Model } from "../model/model";
+import { type Direction, type Expansion, type Flow, other } from "./sight";
 
 const kItemsPerStep = 40;
 
@@ -29,7 +30,7 @@ export class Tree {
 
   constructor(private readonly model: Model, private readonly expansion: Expansion,
     private readonly direction: Direction, private readonly open: (id: number) => void) {
-    const title = direction === "sources" ? "Comes from" : "Is used by";
+    const title = direction === "sources" ? "Sources" : "Dependents";
     const id = freshId("tree");
     this.list = h("ul", { role: "tree", "aria-labelledby": id,
       onkeydown: (event: KeyboardEvent) => this.key(event), onclick: (event: MouseEvent) => this.click(event) });
@@ -68,7 +69,7 @@ export class Tree {
       owner !== undefined && `of ${plainName(this.model.name(owner))}`,
       flow && kEdgeKinds[flow.kind].meaning,
       repeated && "shown above",
-      children > 0 && counted(children, this.direction === "sources" ? "source" : "dependant"),
+      children > 0 && counted(children, this.direction === "sources" ? "source" : "dependent"),
     ].filter((part) => part !== false && part !== undefined).join(", ");
   }
 

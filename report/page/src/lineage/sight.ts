@@ -1,10 +1,10 @@
 // What of the lineage is in sight. Starting from one object, each object in sight can be opened towards what it
 // comes from and towards what depends on it; a step shows a few, and more when asked.
 
-import type { EdgeKind, Kind, Model } from "./model";
+import type { EdgeKind, Kind, Model } from "../model/model";
 
-export type Direction = "sources" | "dependants";
-export const kDirections: Direction[] = ["sources", "dependants"];
+export type Direction = "sources" | "dependents";
+export const kDirections: Direction[] = ["sources", "dependents"];
 
 /** How many objects one step shows. */
 export const kStep = 12;
@@ -122,8 +122,8 @@ export interface Sight {
 }
 
 export class Expansion {
-  private readonly limits: Record<Direction, Map<number, number>> = { sources: new Map(), dependants: new Map() };
-  private readonly known: Record<Direction, Map<number, Flow[]>> = { sources: new Map(), dependants: new Map() };
+  private readonly limits: Record<Direction, Map<number, number>> = { sources: new Map(), dependents: new Map() };
+  private readonly known: Record<Direction, Map<number, Flow[]>> = { sources: new Map(), dependents: new Map() };
   private readonly loops = new Map<number, Flow>();
 
   constructor(readonly root: number, private readonly flows: Flows) {}

@@ -49,7 +49,7 @@ function appendWithMarks(parent: Node, text: string, marks: RegExp): void {
     const mark = document.createElement("span");
     mark.className = "mark";
     mark.textContent = markOf(found[0]);
-    mark.title = "A control character of the text, shown by its name";
+    mark.title = "A control character in the text, shown by name";
     parent.appendChild(mark);
     end = found.index + found[0].length;
   }

@@ -1,7 +1,6 @@
 // How each kind of object is called and marked. The colour family follows the layer that an object stands in.
 
 import type { EdgeKind, Kind } from "./model";
-import { svg } from "./dom";
 
 interface KindStyle {
   one: string;
@@ -62,25 +61,9 @@ interface EdgeStyle {
 }
 
 export const kEdgeKinds: Record<EdgeKind, EdgeStyle> = {
-  direct: { label: "Direct", meaning: "taken over as it is" },
-  computed: { label: "Computed", meaning: "part of an expression" },
-  aggregated: { label: "Aggregated", meaning: "added up, counted or the like" },
-  condition: { label: "Condition", meaning: "decides which rows count" },
-  member: { label: "Shown in", meaning: "what a cube or perspective shows" },
+  direct: { label: "Direct", meaning: "passed on unchanged" },
+  computed: { label: "Computed", meaning: "used in an expression" },
+  aggregated: { label: "Aggregated", meaning: "aggregated, such as summed or counted" },
+  condition: { label: "Condition", meaning: "filters or joins rows" },
+  member: { label: "Shown in", meaning: "shown in a cube or perspective" },
 };
-
-/** The mark of a kind. People who do not see it hear the kind's name from the text beside it. */
-export function kindMark(kind: Kind): SVGElement {
-  const style = kKinds[kind];
-  return svg("svg", { class: `kind ${style.family}`, viewBox: "0 0 16 16", "aria-hidden": "true", focusable: "false" },
-    svg("rect", { width: 16, height: 16, rx: 4 }), svg("path", { d: style.glyph }));
-}
-
-/** The mark as an image for drawings. It holds nothing of the model. */
-export function kindImage(kind: Kind, colour: string): string {
-  const text = `<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16" width="48" height="48">` +
-    `<rect width="16" height="16" rx="4" fill="${colour}"/>` +
-    `<path d="${kKinds[kind].glyph}" fill="none" stroke="#fff" stroke-width="1.2" stroke-linecap="round" ` +
-    `stroke-linejoin="round"/></svg>`;
-  return "data:image/svg+xml;utf8," + encodeURIComponent(text);
-}

@@ -2,11 +2,12 @@
 
 import { Graph, layout } from "@dagrejs/dagre";
 import cytoscape from "cytoscape";
-import { kEdgeKinds, kindImage, kKinds } from "./kinds";
-import type { Direction, Handle, Sight } from "./lineage";
-import type { Model } from "./model";
-import { fitted, plainName } from "./text";
-import { colours } from "./theme";
+import { kindImage } from "../elements/kind_mark";
+import { fitted, plainName } from "../elements/text";
+import { colours } from "../elements/theme";
+import { kEdgeKinds, kKinds } from "../model/kinds";
+import type { Model } from "../model/model";
+import type { Direction, Handle, Sight } from "./sight";
 
 export interface DrawingActions {
   select(id: number): void;

@@ -112,7 +112,7 @@ export class Model {
   private readonly hierarchiesByOwner = new Map<number, HierarchyData[]>();
 
   constructor(readonly data: ReportData) {
-    if (data.format !== kFormat) throw new Error(`The report's data have the format ${data.format}, not ${kFormat}.`);
+    if (data.format !== kFormat) throw new Error(`The report data is in format ${data.format}, not ${kFormat}.`);
     const { nodes, edges } = data;
     this.nodeCount = nodes.length;
     const edgeCount = edges.length / kEdgeSize;
@@ -151,6 +151,10 @@ export class Model {
   }
   ofKind(...kinds: Kind[]): number[] {
     return kinds.flatMap((kind) => this.byKind.get(kind) ?? []);
+  }
+  /** The objects whose expressions name what was not found. */
+  withUnresolved(): number[] {
+    return this.data.nodes.flatMap((node, id) => node.u && node.u.length > 0 ? [id] : []);
   }
   /** The node at a path, or undefined. Of several, the first. */
   atPath(path: string): number | undefined {

@@ -2,8 +2,8 @@
 
 import Prism from "prismjs/components/prism-core";
 import type { Grammar, Token, TokenStream } from "prismjs";
+import type { Language } from "../model/model";
 import { h } from "./dom";
-import type { Language } from "./model";
 import { appendText } from "./text";
 
 Prism.manual = true;

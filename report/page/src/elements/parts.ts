@@ -1,16 +1,21 @@
 // Pieces that several pages are made of.
 
+import { kEdgeKinds, kKinds } from "../model/kinds";
+import type { EdgeKind, Language, Model } from "../model/model";
 import { type Child, freshId, h } from "./dom";
 import { highlighted, languageName } from "./highlight";
-import { kEdgeKinds, kindMark, kKinds } from "./kinds";
-import type { EdgeKind, Language, Model } from "./model";
-import { count, counted, nameElement } from "./text";
+import { kindMark } from "./kind_mark";
+import { count, nameElement } from "./text";
 
 const kFirstRows = 50;
 const kRowsPerStep = 200;
 /** Texts of more lines or characters are shown folded. */
 const kFoldedLines = 4;
 const kFoldedCharacters = 360;
+
+/** What it means that the model itself does not hold an edge. */
+export const kFoundByGraph =
+  "found by the graph, such as through a dimension's role name or a linked measure group";
 
 /** A link to an object, with the mark of its kind. */
 export function objectLink(model: Model, id: number): HTMLElement {
@@ -38,6 +43,11 @@ export function edgeBadge(kind: EdgeKind, found: boolean): Child {
   return [badge(kEdgeKinds[kind].label.toLowerCase(), `edge-${kind}`), found && badge("found by the graph", "found")];
 }
 
+export function description(model: Model, id: number): Child {
+  const text = model.node(id).d;
+  return text && h("p", { class: "description" }, nameElement(text));
+}
+
 /** An expression or query. What is long is folded, with a button that shows it all. */
 export function codeBlock(text: string, language: Language | undefined, foldedLines = kFoldedLines): HTMLElement {
   const pre = h("pre", { class: "code" }, highlighted(text, language));
@@ -45,7 +55,7 @@ export function codeBlock(text: string, language: Language | undefined, foldedLi
   const lines = text.split("\n").length;
   if (lines <= foldedLines && text.length <= (kFoldedCharacters * foldedLines) / kFoldedLines) return pre;
   pre.classList.add("folded");
-  const unfold = `Show all of it: ${counted(lines, "line")}`;
+  const unfold = lines === 1 ? "Show in full" : `Show all ${count(lines)} lines`;
   const button = h("button", { type: "button", class: "quiet", "aria-expanded": "false", onclick: () => {
     const folded = pre.classList.toggle("folded");
     button.textContent = folded ? unfold : "Show less";
@@ -131,7 +141,7 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
     h("div", { class: "table-scroll" }, h("table", { "aria-label": label }, head, body)), more);
 }
 
-/** How much of something leads to a column. What only the graph found is told apart. */
+/** How much of something traces back to a column. What only the graph found is told apart. */
 export function coverageBar(label: string, total: number, reached: number, byModel: number): HTMLElement {
   const share = (part: number): string => `${total === 0 ? 0 : (100 * part) / total}%`;
   const inModel = h("span", { class: "by-model" });

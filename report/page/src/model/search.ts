@@ -1,7 +1,7 @@
 // Finding objects by any part of their names. Everything is compared in lower case and without accents.
 
-import type { Model } from "./model";
 import { kSearchOrder } from "./kinds";
+import type { Model } from "./model";
 
 export interface Found {
   /** The best, in order. */
