@@ -3,8 +3,8 @@
 #include "exports/formats.h"
 #include "exports/node_rows.h"
 #include "framework/serialization/replacing_file.h"
-#include "framework/std/exception.h"
 #include "framework/std/mask.h"
+#include "messages/message.h"
 
 namespace tav {
 namespace {
@@ -61,7 +61,7 @@ class CsvFile {
 class CsvExport {
  public:
   CsvExport(const LineageGraph& graph, const std::string& input)
-      : graph_(graph), source_(maskPasswords(input)), model_(maskPasswords(graph.model().getName())) {}
+      : graph_(graph), source_(maskPasswords(input)), model_(graph.modelName()) {}
 
   void writeNodes(CsvFile& file) {
     for (const std::string_view name : {"source", "model", "id", "owner", "cube"}) file.cell(name);
@@ -115,8 +115,7 @@ std::string besides(const std::string& path, std::string_view table, const std::
   if (name.ends_with(kExtension)) name.resize(name.size() - kExtension.size());
   name.append(".").append(table).append(kExtension);
   std::error_code error;
-  if (std::filesystem::equivalent(name, input, error))
-    fail("XMLABRIDGE_F0030", name + ": the output would replace the input");
+  if (std::filesystem::equivalent(name, input, error)) fail(Message::inputWouldBeReplaced, {name});
   return name;
 }
 

@@ -5,7 +5,6 @@
 #include "exports/answers/lineage_text.h"
 #include "exports/boxes.h"
 #include "exports/formats.h"
-#include "framework/std/mask.h"
 #include "framework/std/printable.h"
 #include "framework/std/utf8.h"
 
@@ -34,7 +33,7 @@ std::string_view colourOf(NodeKind kind) {
 
 /// Text inside a label in angle brackets. What is no UTF-8 would make the whole file unreadable.
 std::string labelText(std::string_view text) {
-  const std::string shown = printable(maskPasswords(text));
+  const std::string shown = printable(text);
   std::string label;
   for (std::string_view rest = shown; !rest.empty();) {
     const std::size_t length = utf8Length(rest);
@@ -75,11 +74,11 @@ class DotText {
     out_
         << "  n" << box.node
         << R"( [label=<<table border="0" cellborder="1" cellspacing="0" cellpadding="4"><tr><td port="t" bgcolor=")"
-        << colourOf(node.kind) << "\"><b>" << labelText(node.name) << R"(</b><br/><font point-size="8">)"
-        << labelText(subtitle(box.node)) << "</font></td></tr>";
+        << colourOf(node.kind) << "\"><b>" << labelText(graph_.name(box.node))
+        << R"(</b><br/><font point-size="8">)" << labelText(subtitle(box.node)) << "</font></td></tr>";
     for (const NodeId row : box.rows) {
       rowOf_[row] = box.node;
-      out_ << "<tr><td port=\"r" << row << "\" align=\"left\">" << labelText(graph_.node(row).name)
+      out_ << "<tr><td port=\"r" << row << "\" align=\"left\">" << labelText(graph_.name(row))
            << "</td></tr>";
     }
     out_ << "</table>>];\n";
@@ -88,10 +87,10 @@ class DotText {
   [[nodiscard]] std::string subtitle(NodeId id) const {
     std::string text(nodeKindLabel(graph_.node(id).kind));
     const NodeId cube = graph_.cubeOf(id);
-    if (cube != kNoNode && cube != id) text.append(" of cube ").append(graph_.node(cube).name);
+    if (cube != kNoNode && cube != id) text.append(" of cube ").append(graph_.name(cube));
     if (const DatabaseAddress* database = graph_.database(id)) {
       text.append(" in ").append(database->database);
-      if (!graph_.schema(id).empty()) text.append(".").append(graph_.schema(id));
+      if (const std::string schema = graph_.schema(id); !schema.empty()) text.append(".").append(schema);
     }
     return text;
   }

@@ -2,7 +2,6 @@
 
 #include "exports/boxes.h"
 #include "exports/formats.h"
-#include "framework/std/mask.h"
 #include "framework/std/printable.h"
 #include "framework/std/utf8.h"
 
@@ -15,7 +14,7 @@ constexpr std::array<std::string_view, kEdgeKindCount> kArrows{" --> ", " -.-> "
 /// numbered entity.
 std::string label(std::string_view text) {
   constexpr std::string_view kSigns = "\"#&<>[]{}()|`\\*_~;$";
-  const std::string shown = printable(maskPasswords(text));
+  const std::string shown = printable(text);
   std::string result = "\"";
   for (std::string_view rest = shown; !rest.empty();) {
     const std::size_t length = utf8Length(rest);
@@ -45,7 +44,7 @@ class MermaidText {
  private:
   void writeBox(const Box& box) const {
     const LineageNode& node = graph_.node(box.node);
-    const std::string title = std::string(nodeKindLabel(node.kind)).append(" ").append(node.name);
+    const std::string title = std::string(nodeKindLabel(node.kind)).append(" ").append(graph_.name(box.node));
     if (box.rows.empty()) {
       out_ << "  n" << box.node << "[" << label(title) << "]\n";
       return;
@@ -57,8 +56,7 @@ class MermaidText {
 
   void writeRow(NodeId id) const {
     const bool column = graph_.node(id).kind == NodeKind::databaseColumn;
-    out_ << "    n" << id << (column ? "[(" : "[") << label(graph_.node(id).name) << (column ? ")]" : "]")
-         << "\n";
+    out_ << "    n" << id << (column ? "[(" : "[") << label(graph_.name(id)) << (column ? ")]" : "]") << "\n";
   }
 
   void writeEdge(const LineageEdge& edge) const {

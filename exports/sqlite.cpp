@@ -3,9 +3,9 @@
 #include "exports/node_rows.h"
 #include "exports/sqlite_database.h"
 #include "exports/sqlite_schema.h"
-#include "framework/std/exception.h"
 #include "framework/std/mask.h"
 #include "lineage/coverage.h"
+#include "messages/message.h"
 
 namespace tav {
 namespace {
@@ -18,13 +18,10 @@ void prepare(SqliteDatabase& database, const std::string& path) {
   const std::int64_t version = database.number("PRAGMA user_version");
   if (application == kSqliteApplication && version == kSqliteVersion) return;
   if (application == kSqliteApplication) {
-    fail("XMLABRIDGE_F0032", path + ": its tables are those of another version of this program (" +
-                                 std::to_string(version) + " instead of " + std::to_string(kSqliteVersion) +
-                                 ")");
+    fail(Message::otherSchemaVersion, {path, std::to_string(version), std::to_string(kSqliteVersion)});
   }
-  if (application != 0 || version != 0 || database.number("SELECT count(*) FROM sqlite_master") != 0) {
-    fail("XMLABRIDGE_F0032", path + ": the file is there and is a database of something else");
-  }
+  if (application != 0 || version != 0 || database.number("SELECT count(*) FROM sqlite_master") != 0)
+    fail(Message::foreignDatabase, {path});
   database.run(kSqliteTables);
   database.run(kSqliteViews);
 }
@@ -32,10 +29,7 @@ void prepare(SqliteDatabase& database, const std::string& path) {
 class ModelLoad {
  public:
   ModelLoad(SqliteDatabase& database, const LineageGraph& graph, const ExportOptions& options)
-      : database_(database),
-        graph_(graph),
-        source_(maskPasswords(options.input)),
-        name_(maskPasswords(graph.model().getName())) {}
+      : database_(database), graph_(graph), source_(maskPasswords(options.input)), name_(graph.modelName()) {}
 
   void run(std::span<const std::string> importWarnings) {
     removeEarlier();
@@ -132,15 +126,14 @@ class ModelLoad {
                            "INSERT INTO warnings(model_id, node_id, origin, text) VALUES(?1, ?2, ?3, ?4)");
     insert.bind(1, model_);
     const auto add = [&](NodeId node, std::string_view origin, std::string_view text) {
-      const std::string masked = maskPasswords(text);
       bindNode(insert, 2, node);
       insert.bind(3, origin);
-      insert.bind(4, masked);
+      insert.bind(4, text);
       insert.execute();
     };
-    for (const std::string& text : importWarnings) add(kNoNode, "import", text);
+    for (const std::string& text : importWarnings) add(kNoNode, "import", maskPasswords(text));
     for (NodeId id = 0; id < graph_.nodes().size(); ++id)
-      for (const std::string_view name : graph_.unresolved(id)) add(id, "lineage", name);
+      for (const std::string& name : graph_.unresolved(id)) add(id, "lineage", name);
   }
 
   void remove(const char* text, std::initializer_list<std::int64_t> parameters) {

@@ -2,7 +2,7 @@
 
 #include <sqlite3.h>
 
-#include "framework/std/exception.h"
+#include "messages/message.h"
 
 namespace tav {
 namespace {
@@ -51,9 +51,9 @@ void SqliteDatabase::check(int code) const {
     case SQLITE_DONE:
       return;
     case SQLITE_NOTADB:
-      failWith("the file is there and is no database");
+      fail(Message::foreignDatabase, {path_});
     case SQLITE_BUSY:
-      failWith("another process keeps the database locked");
+      fail(Message::databaseLocked, {path_});
     case SQLITE_CANTOPEN:
       failWith(std::string(sqlite3_errmsg(database_.get())) + ": " +
                std::generic_category().message(sqlite3_system_errno(database_.get())));
@@ -63,7 +63,7 @@ void SqliteDatabase::check(int code) const {
 }
 
 void SqliteDatabase::failWith(const std::string& cause) const {
-  fail("XMLABRIDGE_F0031", path_ + ": " + cause);
+  fail(Message::databaseFailed, {path_, cause});
 }
 
 void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const noexcept {

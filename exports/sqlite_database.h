@@ -14,7 +14,7 @@ struct sqlite3_stmt;
 namespace tav {
 
 /// An open database within a transaction of its own. Without commit(), or when anything throws, the database
-/// stays as it was. Every failure is a TAVException "[XMLABRIDGE_F0031] path: cause".
+/// stays as it was. Every failure is a TAVException that names the path and the cause.
 class SqliteDatabase {
  public:
   /// Opens the file, made when it is missing, and keeps other writers out. Waits up to `patience` for one

@@ -9,13 +9,13 @@ namespace tav {
 
 /// In the header of the file: "XMLB", and which tables and views it has.
 inline constexpr std::int64_t kSqliteApplication = 0x584D4C42;
-inline constexpr std::int64_t kSqliteVersion = 1;
+inline constexpr std::int64_t kSqliteVersion = 2;
 
 /// The numbers of a model's nodes are a range of their own, so that all of them can be told apart and removed
 /// at once. Letter case does not tell paths apart, as it does not in SQL Server and MDX.
 inline constexpr const char* kSqliteTables = R"SQL(
 PRAGMA application_id = 0x584D4C42;
-PRAGMA user_version = 1;
+PRAGMA user_version = 2;
 CREATE TABLE models(
   id INTEGER PRIMARY KEY,
   source TEXT NOT NULL,
@@ -125,7 +125,7 @@ SELECT m.source, m.name AS model, c.name AS cube,
        k.attributes, k.attributes_with_lineage, k.attributes_by_model,
        k.measures, k.measures_with_lineage, k.measures_by_model, k.row_counts,
        coalesce((k.attributes_with_lineage + k.measures_with_lineage) * 100 /
-                nullif(k.attributes + k.measures - k.row_counts, 0), 100) AS percent
+                nullif(k.attributes + k.measures, 0), 100) AS percent
 FROM cube_counts k JOIN models m ON m.id = k.model_id LEFT JOIN nodes c ON c.id = k.cube_id;
 
 CREATE VIEW shared_columns AS

@@ -12,14 +12,13 @@
 #include <vector>
 
 #include "framework/serialization/replacing_file.h"
-#include "framework/std/exception.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
 
 [[noreturn]] void failToStart(int error) {
-  tav::fail("XMLABRIDGE_F0021",
-            "no process can be started for it: " + std::generic_category().message(error));
+  tav::fail(tav::Message::processNotStarted, {std::generic_category().message(error)});
 }
 
 /// How the process is set up: its messages and its summary go to one pipe, its input is empty.

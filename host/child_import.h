@@ -15,7 +15,7 @@ namespace host {
 /// is read line by line.
 class ChildImport {
  public:
-  /// Starts it with these signals held back. Throws a TAVException "[XMLABRIDGE_F0021] ...".
+  /// Starts it with these signals held back. Throws Message::processNotStarted.
   ChildImport(const EstateFile& file, const sigset_t& signals);
   ChildImport(const ChildImport&) = delete;
   ChildImport& operator=(const ChildImport&) = delete;

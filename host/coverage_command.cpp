@@ -4,6 +4,7 @@
 #include "host/command.h"
 #include "host/model_input.h"
 #include "host/output.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -31,8 +32,8 @@ int measure(const Arguments& arguments, MessageLog& log) {
     });
     enough = coverage.percent() >= static_cast<std::size_t>(arguments.bound);
     if (!enough) {
-      log.logFailure(fmt::format("[XMLABRIDGE_E0012] {} % lead to a column of a database, less than {} %.",
-                                 coverage.percent(), arguments.bound));
+      log.logEvent(tav::messageEvent(tav::Message::belowCoverage,
+                                     {std::to_string(coverage.percent()), std::to_string(arguments.bound)}));
     }
   });
   return code == kDone && !enough ? kBelowBound : code;
@@ -44,7 +45,7 @@ Command addCoverage(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* parser = program.add_subcommand(
       "coverage",
-      "Tell how many attributes and measures lead to a column of a database, and why others do not");
+      "Tell how many attributes and measures trace back to a database column, and why others do not");
   addInput(*parser, arguments->input);
   parser->add_option("--fail-under", arguments->bound, "End with exit code 4 when fewer percent do than this")
       ->type_name("PERCENT")

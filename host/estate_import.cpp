@@ -17,6 +17,7 @@
 #include "framework/std/interruption.h"
 #include "host/child_import.h"
 #include "host/command.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -37,8 +38,7 @@ class SignalWatch {
     sigemptyset(&watched);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&watched, signal);
     descriptor_ = signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (descriptor_ < 0)
-      tav::fail("XMLABRIDGE_F0022", "Signals cannot be watched: " + std::generic_category().message(errno));
+    if (descriptor_ < 0) tav::fail(tav::Message::signalsNotWatched, {std::generic_category().message(errno)});
   }
   SignalWatch(const SignalWatch&) = delete;
   SignalWatch& operator=(const SignalWatch&) = delete;
@@ -119,7 +119,7 @@ class EstateImport {
     for (const Running& import : running_) ready.push_back({import.process.getDescriptor(), POLLIN, 0});
     const int count = poll(ready.data(), ready.size(), static_cast<int>(kRenewal.count()));
     if (count < 0 && errno != EINTR)
-      tav::fail("XMLABRIDGE_F0022", "Processes cannot be awaited: " + std::generic_category().message(errno));
+      tav::fail(tav::Message::processesNotAwaited, {std::generic_category().message(errno)});
     if (run_.signal != 0 && Clock::now() - interrupted_ > kGrace) signalAll(SIGKILL);
     if (count <= 0) return;
     if (ready[0].revents != 0) interrupt(signals_.take());
@@ -179,8 +179,8 @@ class EstateImport {
     EstateResult& result = run_.results[index];
     const int status = import->process.collect();
     if (WIFSIGNALED(status)) {
-      result.cause = fmt::format("[XMLABRIDGE_F0023] The import was ended by signal {} ({}).",
-                                 WTERMSIG(status), strsignal(WTERMSIG(status)));
+      result.cause = tav::messageText(tav::Message::importKilled,
+                                      {std::to_string(WTERMSIG(status)), strsignal(WTERMSIG(status))});
       if (run_.signal == 0) log_.logFailure(result.cause, files_[index].input);
     } else if (WEXITSTATUS(status) == kDone) {
       result.outcome = result.warnings == 0 ? Outcome::ok : Outcome::warnings;
@@ -197,8 +197,9 @@ class EstateImport {
     ++done_;
     if (run_.signal != 0) return;
     const Outcome outcome = run_.results[index].outcome;
-    report(index, tav::kSeverityStatus, "XMLABRIDGE_S0024",
-           fmt::format("{} ({} of {})", outcomeName(outcome), done_, files_.size()));
+    log_.logEventOf(files_[index].input,
+                    tav::messageEvent(tav::Message::importEnded, {outcomeName(outcome), std::to_string(done_),
+                                                                  std::to_string(files_.size())}));
   }
 
   void showProgress() {

@@ -12,6 +12,7 @@
 
 #include "framework/std/string.h"
 #include "host/command.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -114,8 +115,7 @@ Candidates candidatesFor(const std::vector<std::string>& inputs, MessageLog& log
     if (paths.insert(path.string()).second)
       candidates.emplace_back(input, path);
     else
-      log.logEventOf(input, {"named more than once; it is imported once.", "XMLABRIDGE_W0020",
-                             tav::kSeverityWarning, TAVString()});
+      log.logEventOf(input, tav::messageEvent(tav::Message::duplicateInput));
   }
   return candidates;
 }

@@ -3,13 +3,13 @@
 #include <filesystem>
 #include <thread>
 
-#include "framework/std/exception.h"
 #include "host/command.h"
 #include "host/estate_import.h"
 #include "host/estate_plan.h"
 #include "host/import_run.h"
 #include "host/standard_output.h"
 #include "host/summary.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -54,8 +54,7 @@ int importFiles(const Arguments& arguments, MessageLog& log) {
   const std::vector<EstateFile> files = planEstate(arguments.inputs, arguments.folder, log);
   std::error_code error;
   std::filesystem::create_directories(arguments.folder, error);
-  if (error)
-    tav::fail("XMLABRIDGE_F0025", arguments.folder + ": the folder cannot be made: " + error.message());
+  if (error) tav::fail(tav::Message::folderNotMade, {arguments.folder, error.message()});
 
   const EstateRun run = importEstate(files, static_cast<std::size_t>(arguments.jobs), log);
   if (run.signal == 0 && (arguments.json || !log.quiet)) {

@@ -1,9 +1,9 @@
 #include "host/import_run.h"
 
 #include "framework/modelbridge/host_observer.h"
-#include "framework/std/exception.h"
 #include "host/command.h"
 #include "host/plugin.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -48,12 +48,9 @@ int runImport(const std::string& input, const std::string& output, MessageLog& l
   Observer observer(input, log, visit);
   const bool done = plugin.run(kBridgeIdentifier, file, options, log);
   log.clearProgress();
-  if (!done) tav::fail("XMLABRIDGE_F0004", input + ": the import gave no model.");
+  if (!done) tav::fail(tav::Message::noModel, {input});
   if (!observer.empty) return kDone;
-  log.logEvent({input +
-                    ": no database definition was found; expected a Create or Alter script of a Database, "
-                    "or a Database document.",
-                "XMLABRIDGE_E0005", tav::kSeverityError, TAVString()});
+  log.logEvent(tav::messageEvent(tav::Message::noDefinition, {input}));
   return kNoDefinition;
 }
 

@@ -7,7 +7,7 @@
 #include <array>
 #include <thread>
 
-#include "framework/std/exception.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -43,8 +43,8 @@ class CurlLibrary {
 
  private:
   CurlLibrary() {
-    if (curl_global_init(CURL_GLOBAL_DEFAULT) != CURLE_OK)
-      tav::fail("XMLABRIDGE_F0021", "The library that talks to servers cannot be started.");
+    if (const CURLcode code = curl_global_init(CURL_GLOBAL_DEFAULT); code != CURLE_OK)
+      tav::fail(tav::Message::httpNotAvailable, {curl_easy_strerror(code)});
   }
 };
 
@@ -125,7 +125,7 @@ struct LineagePost::Connection {
 
   template <class Value> void set(CURLoption option, Value value) {
     if (const CURLcode code = curl_easy_setopt(handle.get(), option, value); code != CURLE_OK)
-      tav::fail("XMLABRIDGE_F0021", std::string("Nothing can be posted: ") + curl_easy_strerror(code));
+      tav::fail(tav::Message::httpNotAvailable, {curl_easy_strerror(code)});
   }
 };
 
@@ -141,7 +141,7 @@ LineagePost::LineagePost(PostTarget target, std::size_t count)
     : target_(std::move(target)), count_(count), connection_(std::make_unique<Connection>()) {
   const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
   if (std::any_of(target_.apiKey.begin(), target_.apiKey.end(), isControl))
-    tav::fail("XMLABRIDGE_F0020", "OPENLINEAGE_API_KEY holds a control character, such as a line end.");
+    tav::fail(tav::Message::badApiKey);
   CurlLibrary::need();
   connection_->handle.reset(curl_easy_init());
   if (!connection_->handle) throw std::bad_alloc();
@@ -204,8 +204,8 @@ LineagePost::Answer LineagePost::attempt(std::string_view event) {
 
 void LineagePost::giveUp(const Answer& answer, int attempts) const {
   const std::string tried = attempts == 1 ? "" : fmt::format(" in {} attempts", attempts);
-  tav::fail("XMLABRIDGE_F0021", fmt::format("Event {} of {} could not be posted to {}{}: {}", place_, count_,
-                                            publicUrl(target_.url), tried, answer.cause));
+  tav::fail(tav::Message::eventNotPosted,
+            {std::to_string(place_), std::to_string(count_), publicUrl(target_.url), tried, answer.cause});
 }
 
 }  // namespace host

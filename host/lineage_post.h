@@ -31,13 +31,13 @@ bool isPostUrl(const std::string& url);
 /// most.
 class LineagePost {
  public:
-  /// `count` events are to come. Throws "[XMLABRIDGE_F0020] ..." for an API key that no header can hold.
+  /// `count` events are to come. Throws Message::badApiKey for an API key that no header can hold.
   LineagePost(PostTarget target, std::size_t count);
   LineagePost(const LineagePost&) = delete;
   LineagePost& operator=(const LineagePost&) = delete;
   ~LineagePost();
 
-  /// Throws "[XMLABRIDGE_F0021] ..." when the event was not taken; it names the target and the event's place.
+  /// Throws Message::eventNotPosted when it was not taken, which names the target and the event's place.
   void send(std::string_view event);
 
  private:

@@ -9,6 +9,7 @@
 #include "host/command.h"
 #include "host/signals.h"
 #include "host/standard_output.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -84,9 +85,9 @@ int runGuarded(int argc, char** argv) {
   } catch (const TAVException& error) {
     log.logFailure(error.getMessage());
   } catch (const std::bad_alloc&) {
-    log.logFailure("[XMLABRIDGE_F0006] There is not enough memory.");
+    log.logEvent(tav::messageEvent(tav::Message::outOfMemory));
   } catch (const std::exception& error) {
-    log.logFailure(std::string("[XMLABRIDGE_F0007] ") + error.what());
+    log.logEvent(tav::messageEvent(tav::Message::internalError, {error.what()}));
   }
   return kFailed;
 }

@@ -7,9 +7,9 @@
 #include <system_error>
 
 #include "framework/serialization/model_reader.h"
-#include "framework/std/exception.h"
 #include "host/command.h"
 #include "host/import_run.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -22,8 +22,7 @@ std::string readStandardInput() {
     text.resize(size + kStep);
     const ssize_t count = read(STDIN_FILENO, text.data() + size, kStep);
     if (count < 0 && errno != EINTR)
-      tav::fail("XMLABRIDGE_F0008", "Standard input cannot be read: " +
-                                        std::error_code(errno, std::generic_category()).message());
+      tav::fail(tav::Message::inputNotRead, {std::generic_category().message(errno)});
     text.resize(size + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     if (count == 0) return text;
   }

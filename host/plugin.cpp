@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "framework/std/exception.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -13,7 +13,7 @@ constexpr const char* kLibrary = "libTAVMicrosoftSqlServerXMLAImport.so";
 constexpr const char* kFactory = "getTAVMicrosoftSqlServerXMLAImportInterface";
 
 [[noreturn]] void failToLoad(const std::string& cause) {
-  tav::fail("XMLABRIDGE_F0002", "The plug-in cannot be loaded: " + cause);
+  tav::fail(tav::Message::pluginNotLoaded, {cause});
 }
 
 TAVImportBridgeDllInterface& load() {
@@ -47,7 +47,7 @@ TAVOptionList optionsFor(const std::string& input) {
     option.setValue(input);
     return options;
   }
-  tav::fail("XMLABRIDGE_F0003", "The plug-in has no option for a file to read.");
+  tav::fail(tav::Message::noFileOption);
 }
 
 }  // namespace host

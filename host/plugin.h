@@ -10,7 +10,7 @@ namespace host {
 inline constexpr std::string_view kBridgeIdentifier = "MicrosoftSqlServerXMLAImport";
 
 /// Loads the plug-in from the folder "lib" beside the one that the program is in, once, and gives its
-/// interface object. Throws a TAVException "[XMLABRIDGE_F0002] ..." when it is missing, broken or no plug-in.
+/// interface object. Throws Message::pluginNotLoaded when it is missing, broken or no plug-in.
 TAVImportBridgeDllInterface& loadPlugin();
 
 /// The plug-in's options for reading the file `input`.

@@ -6,7 +6,7 @@
 #include <system_error>
 #include <vector>
 
-#include "framework/std/exception.h"
+#include "messages/message.h"
 
 namespace host {
 
@@ -32,8 +32,7 @@ class StandardOutput::Buffer : public std::streambuf {
       if (written > 0)
         from += written;
       else if (errno != EINTR)
-        tav::fail("XMLABRIDGE_F0001", "Standard output cannot be written: " +
-                                          std::error_code(errno, std::generic_category()).message());
+        tav::fail(tav::Message::outputNotWritten, {std::generic_category().message(errno)});
     }
     return 0;
   }

@@ -5,8 +5,8 @@
 
 namespace host {
 
-/// The one way to standard output: buffered, and a write that fails (a closed pipe, a full disk) throws a
-/// TAVException "[XMLABRIDGE_F0001] ...".
+/// The one way to standard output: buffered, and a write that fails (a closed pipe, a full disk) throws
+/// Message::outputNotWritten.
 class StandardOutput {
  public:
   StandardOutput();

@@ -5,100 +5,79 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "framework/model/tree_walk.h"
-#include "framework/std/mask.h"
+#include "framework/model/roles.h"
 #include "host/message_log.h"
+#include "lineage/lineage_graph.h"
 
 namespace host {
 namespace {
 
-/// The features of a model in the order of the model, each with its place here as its number.
-using Features = std::vector<const TAVFeature*>;
+bool isIn(const tav::LineageGraph& graph, tav::NodeId id, tav::NodeKind owner) {
+  const tav::NodeId place = graph.node(id).owner;
+  return place != tav::kNoNode && graph.node(place).kind == owner;
+}
 
-/// Those features that some path of feature maps leads from to a column.
-class ColumnReach {
+/// Counts nodes by kind, and of those that have values how many trace back.
+class Counter {
  public:
-  explicit ColumnReach(const Features& features) : reached_(features.size()) {
-    for (const TAVFeature* feature : features)
-      if (tav::is<TAVColumn>(*feature)) add(*feature);
-    spread();
-  }
+  Counter(const tav::LineageGraph& graph, Summary& summary)
+      : graph_(graph), reached_(graph.tracedBack(true)), summary_(summary) {}
 
-  [[nodiscard]] bool contains(const TAVFeature& feature) const {
-    return reached_[tav::Numbering::get(feature)];
-  }
-
- private:
-  void add(const TAVFeature& feature) {
-    reached_[tav::Numbering::get(feature)] = true;
-    waiting_.push_back(&feature);
-  }
-
-  /// Goes from the columns to everything that they feed, each feature once, so cycles end.
-  void spread() {
-    while (!waiting_.empty()) {
-      const TAVFeature* source = waiting_.back();
-      waiting_.pop_back();
-      for (const TAVFeatureMap& map : source->sourceOf) {
-        const TAVFeature* fed = map.destinationFeature.get();
-        if (fed && !contains(*fed)) add(*fed);
-      }
+  void count(tav::NodeId id) {
+    switch (graph_.node(id).kind) {
+      case tav::NodeKind::viewTable:
+      case tav::NodeKind::namedQuery:
+        ++summary_.tables;
+        break;
+      case tav::NodeKind::viewColumn:
+      case tav::NodeKind::computedColumn:
+        ++summary_.columns;
+        break;
+      case tav::NodeKind::dimension:
+        ++summary_.dimensions;
+        break;
+      case tav::NodeKind::cube:
+        ++summary_.cubes;
+        break;
+      case tav::NodeKind::perspective:
+        ++summary_.perspectives;
+        break;
+      case tav::NodeKind::kpi:
+        ++summary_.kpis;
+        break;
+      default:
+        countValue(id);
     }
   }
 
-  std::vector<bool> reached_;  // by the features' numbers
-  Features waiting_;
-};
-
-/// Whether a dimension stands in one of the folders of a cube that are called and typed `folder`.
-bool isIn(const TAVClassifier& dimension, std::string_view folder) {
-  const TAVNamespace* package = dimension.nameSpace.get();
-  return package && package->nativeType == folder;
-}
-
-void countDimension(const TAVDimension& dimension, Summary& summary) {
-  summary.dimensions += dimension.nativeType == "Dimension";
-  summary.kpis += isIn(dimension, "KPIs");
-}
-
-void countObject(const TAVObject& object, Summary& summary) {
-  summary.dataSources += tav::is<TAVStoreConnection>(object);
-  summary.tables += tav::is<TAVTable>(object);
-  summary.columns += tav::is<TAVColumn>(object);
-  summary.cubes += tav::is<TAVCube>(object);
-  summary.perspectives += tav::is<TAVSynonym>(object);
-  if (const auto* dimension = tav::as<TAVDimension>(&object)) countDimension(*dimension, summary);
-}
-
-/// Counts the features of which the summary tells how many lead back to a column.
-class ReachCounter {
- public:
-  ReachCounter(const ColumnReach& reach, Summary& summary) : reach_(reach), summary_(summary) {}
-
-  void operator()(const TAVFeature& feature) {
-    if (tav::is<TAVDimensionAttribute>(feature)) count(feature, summary_.attributes);
-    if (const auto* measure = tav::as<TAVMeasure>(&feature)) countMeasure(*measure);
-  }
-
  private:
-  void countMeasure(const TAVMeasure& measure) {
-    const auto* dimension = tav::as<TAVDimension>(measure.classifier.get());
-    if (!dimension) return;
-    summary_.openExpressions += !measure.unresolved.empty();
-    if (dimension->measureGroup) {
-      count(measure, summary_.measures);
-      summary_.rowCounts += measure.expression == "COUNT(*)" && !reach_.contains(measure);
-    } else if (isIn(*dimension, "Calculated Measures")) {
-      count(measure, summary_.calculatedMeasures);
+  void countValue(tav::NodeId id) {
+    switch (graph_.node(id).kind) {
+      case tav::NodeKind::attribute:
+        countReach(id, summary_.attributes);
+        break;
+      case tav::NodeKind::measure:
+        if (!isIn(graph_, id, tav::NodeKind::measureGroup)) return;
+        countReach(id, summary_.measures);
+        summary_.rowCounts += graph_.countsRows(id);
+        break;
+      case tav::NodeKind::calculatedMeasure:
+        countReach(id, summary_.calculatedMeasures);
+        break;
+      default:
+        break;
     }
+    const TAVModelObject* object = graph_.node(id).object;
+    summary_.openExpressions += object && !tav::unresolvedNamesOf(*object).empty();
   }
 
-  void count(const TAVFeature& feature, Summary::Reach& kind) const {
+  void countReach(tav::NodeId id, Summary::Reach& kind) const {
     ++kind.count;
-    kind.reached += reach_.contains(feature);
+    kind.reached += reached_[id];
   }
 
-  const ColumnReach& reach_;
+  const tav::LineageGraph& graph_;
+  std::vector<bool> reached_;
   Summary& summary_;
 };
 
@@ -109,30 +88,23 @@ void writeCount(std::ostream& out, std::string_view label, std::size_t count, co
 std::string reachText(const Summary::Reach& kind) {
   if (kind.count == 0) return "";
   const std::size_t percent = kind.reached * 100 / kind.count;  // rounded down: 100 % means all
-  return fmt::format("{} ({} %) with lineage to a column", kind.reached, percent);
+  return fmt::format("{} ({} %) trace back to a database column", kind.reached, percent);
 }
 
 }  // namespace
 
-Summary summarize(const TAVStoreModel& model) {
+Summary summarize(const TAVModel& model) {
+  const tav::LineageGraph graph(model);
   Summary summary;
-  summary.database = model.getName().str();
-  Features features;
-  tav::forEachObject(model, [&](const TAVObject& object) {
-    countObject(object, summary);
-    if (const auto* feature = tav::as<TAVFeature>(&object)) {
-      tav::Numbering::set(*feature, static_cast<std::uint32_t>(features.size()));
-      features.push_back(feature);
-    }
-  });
-  const ColumnReach reach(features);
-  ReachCounter count(reach, summary);
-  for (const TAVFeature* feature : features) count(*feature);
+  summary.database = graph.modelName();
+  summary.dataSources = model.storeConnections.getCount();
+  Counter counter(graph, summary);
+  for (tav::NodeId id = 0; id < graph.nodes().size(); ++id) counter.count(id);
   return summary;
 }
 
 void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& out) {
-  fmt::print(out, "Database {}\n", printable(tav::maskPasswords(summary.database)));
+  fmt::print(out, "Database {}\n", printable(summary.database));
   writeCount(out, "Data sources", summary.dataSources);
   writeCount(out, "Tables", summary.tables);
   writeCount(out, "Columns", summary.columns);
@@ -141,7 +113,8 @@ void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& 
   writeCount(out, "Cubes", summary.cubes);
   writeCount(out, "Perspectives", summary.perspectives);
   std::string measures = reachText(summary.measures);
-  if (summary.rowCounts > 0) measures += fmt::format(", {} counting rows", summary.rowCounts);
+  if (summary.rowCounts > 0)
+    measures += fmt::format(", {} row count{}", summary.rowCounts, summary.rowCounts == 1 ? "" : "s");
   writeCount(out, "Measures", summary.measures.count, measures);
   writeCount(out, "Calculated measures", summary.calculatedMeasures.count,
              reachText(summary.calculatedMeasures));
@@ -156,7 +129,7 @@ std::string summaryAsJson(const Summary& summary, std::size_t unresolved, const 
   const auto reach = [](const Summary::Reach& kind) {
     return nlohmann::ordered_json{{"count", kind.count}, {"withLineage", kind.reached}};
   };
-  const nlohmann::ordered_json document{{"database", tav::maskPasswords(summary.database)},
+  const nlohmann::ordered_json document{{"database", summary.database},
                                         {"dataSources", summary.dataSources},
                                         {"tables", summary.tables},
                                         {"columns", summary.columns},

@@ -10,13 +10,12 @@ namespace host {
 
 /// What an import found. Copies in cubes, linked measures and conditions are not counted.
 struct Summary {
-  /// Things of one kind, and how many of them lead back to a column: some path of feature maps from them ends
-  /// in one.
+  /// Things of one kind, and how many of them trace back to a database column (LineageGraph::tracedBack).
   struct Reach {
     std::size_t count = 0;
     std::size_t reached = 0;
   };
-  std::string database;
+  std::string database;  ///< its name, a password in it masked
   std::size_t dataSources = 0;
   std::size_t tables = 0;
   std::size_t columns = 0;
@@ -24,15 +23,15 @@ struct Summary {
   std::size_t cubes = 0;
   std::size_t perspectives = 0;
   std::size_t kpis = 0;
-  std::size_t rowCounts = 0;        ///< of the measures, those that count rows and have no column by nature
+  std::size_t rowCounts = 0;        ///< of the measures, those that count rows
   std::size_t openExpressions = 0;  ///< those with references that could not be resolved
   Reach attributes;
   Reach measures;
   Reach calculatedMeasures;
 };
 
-/// Counts in one walk over the model. Renumbers it (see tav::Numbering).
-Summary summarize(const TAVStoreModel& model);
+/// Counts the nodes of the model's lineage graph. Renumbers the model (see tav::Numbering).
+Summary summarize(const TAVModel& model);
 
 /// Writes the summary for people, with the number of references that could not be resolved.
 void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& out);

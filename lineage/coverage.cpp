@@ -5,29 +5,14 @@
 namespace tav {
 namespace {
 
-constexpr std::string_view kRowCount = "COUNT(*)";
-
-/// The node that a cube's measure or attribute is a copy of, itself when it is none.
-NodeId originalOf(const LineageGraph& graph, NodeId id) {
-  for (std::size_t steps = 0; steps < kNodeKindCount; ++steps) {
-    const NodeKind kind = graph.node(id).kind;
-    const bool copy =
-        kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
-    const auto sources = graph.into(id);
-    if (!copy || sources.size() != 1) break;
-    id = sources.front().from;
-  }
-  return id;
-}
-
 std::size_t percentOf(std::size_t part, std::size_t whole) {
   return whole == 0 ? 100 : part * 100 / whole;
 }
 
 /// A KPI without a trend, say, shows one all the same, which is nothing.
 bool isEmptyKpiValue(const LineageGraph& graph, NodeId id) {
-  const NodeId original = originalOf(graph, id);
-  return graph.node(original).kind == NodeKind::kpiValue && graph.expression(original).empty();
+  const NodeId original = graph.originalOf(id);
+  return graph.node(original).kind == NodeKind::kpiValue && graph.rawExpression(original).empty();
 }
 
 bool isCounted(const LineageGraph& graph, NodeId id) {
@@ -46,7 +31,7 @@ bool isCounted(const LineageGraph& graph, NodeId id) {
 class Meter {
  public:
   explicit Meter(const LineageGraph& graph)
-      : graph_(graph), reached_(graph.reachingColumns(true)), byModel_(graph.reachingColumns(false)) {}
+      : graph_(graph), reached_(graph.tracedBack(true)), byModel_(graph.tracedBack(false)) {}
 
   Coverage run() {
     placeOf(kNoNode);
@@ -72,11 +57,8 @@ class Meter {
     ++kind.count;
     kind.reached += reached_[id];
     kind.reachedByModel += byModel_[id];
-    if (reached_[id]) return;
-    if (countsRows(graph_, id))
-      ++kind.rowCounts;
-    else
-      cube.gaps.push_back({id, gapReason(graph_, id)});
+    kind.rowCounts += graph_.countsRows(id);
+    if (!reached_[id]) cube.gaps.push_back({id, gapReason(graph_, id)});
   }
 
   const LineageGraph& graph_;
@@ -91,7 +73,7 @@ template <class F> std::size_t percentOver(const std::vector<CubeCoverage>& cube
   std::size_t whole = 0;
   for (const CubeCoverage& cube : cubes) {
     part += reached(cube.attributes) + reached(cube.measures);
-    whole += cube.attributes.coverable() + cube.measures.coverable();
+    whole += cube.attributes.count + cube.measures.count;
   }
   return percentOf(part, whole);
 }
@@ -110,26 +92,20 @@ Coverage measureCoverage(const LineageGraph& graph) {
   return Meter(graph).run();
 }
 
-bool countsRows(const LineageGraph& graph, NodeId id) {
-  const NodeId original = originalOf(graph, id);
-  return graph.node(original).kind == NodeKind::measure && graph.expression(original) == kRowCount;
-}
-
 std::string gapReason(const LineageGraph& graph, NodeId id) {
-  id = originalOf(graph, id);
-  if (countsRows(graph, id)) return "counts rows, and has no column by nature";
+  id = graph.originalOf(id);
+  if (graph.countsRows(id)) return "it counts the rows of a table whose source is not known";
   std::string names;
-  for (const std::string_view name : graph.unresolved(id))
-    names.append(names.empty() ? "" : ", ").append(name);
-  if (!names.empty()) return "its expression names what is not found: " + names;
-  if (!graph.into(id).empty()) return "what it comes from leads to no column";
-  if (!graph.expression(id).empty()) return "its expression names no column, attribute or measure";
+  for (const std::string& name : graph.unresolved(id)) names.append(names.empty() ? "" : ", ").append(name);
+  if (!names.empty()) return "its expression uses names that are not found: " + names;
+  if (!graph.into(id).empty()) return "its sources do not reach a column";
+  if (!graph.rawExpression(id).empty()) return "its expression uses no column, attribute or measure";
   if (graph.node(id).kind == NodeKind::kpiValue) return "the KPI has no expression for it";
   const NodeId owner = graph.node(id).owner;
   const bool hasTable = owner != kNoNode && !graph.into(owner).empty();
   if (graph.isTabular() || (graph.node(id).kind == NodeKind::attribute && !hasTable))
-    return "no column is given for it";
-  return graph.node(id).kind == NodeKind::cubeMeasure ? "the measure that it stands for is not in the model"
+    return "it has no column";
+  return graph.node(id).kind == NodeKind::cubeMeasure ? "the measure behind it is not in the model"
                                                       : "its column is not in the data source view";
 }
 

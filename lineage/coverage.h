@@ -1,7 +1,7 @@
 #pragma once
 
-// How far the lineage of a model reaches: which attributes and measures lead back to a column of a database,
-// and why the others do not.
+// How far the lineage of a model reaches: which attributes and measures trace back to a database column, and
+// why the others do not. Whether one does is decided by LineageGraph::tracedBack.
 
 #include <string>
 #include <vector>
@@ -10,15 +10,12 @@
 
 namespace tav {
 
-/// Things of one kind, and how many of them lead to a column.
+/// Things of one kind, and how many of them trace back to a database column.
 struct CoverageCount {
   std::size_t count = 0;
   std::size_t reached = 0;         ///< over every edge of the graph
   std::size_t reachedByModel = 0;  ///< over the model's own edges
-  std::size_t rowCounts = 0;       ///< measures that count rows, which have no column by nature
-
-  /// What can lead to a column at all.
-  [[nodiscard]] std::size_t coverable() const noexcept { return count - rowCounts; }
+  std::size_t rowCounts = 0;       ///< of all, the measures that count rows
 };
 
 struct CoverageGap {
@@ -30,7 +27,7 @@ struct CubeCoverage {
   NodeId cube;  ///< kNoNode for what belongs to no cube: the attributes of the database's dimensions
   CoverageCount attributes;
   CoverageCount measures;         ///< all that the cube lists: of measure groups, calculated, values of KPIs
-  std::vector<CoverageGap> gaps;  ///< in the order of the model, without measures that count rows
+  std::vector<CoverageGap> gaps;  ///< in the order of the model
 };
 
 struct Coverage {
@@ -38,18 +35,14 @@ struct Coverage {
   std::size_t unresolved = 0;       ///< names in expressions that neither the model nor the graph finds
   std::size_t foundByGraph = 0;     ///< names that only the graph finds
 
-  /// Everything together, in percent rounded down: 100 means that all lead to a column. 100 when there is
-  /// nothing.
+  /// The total in percent, rounded down: 100 means that all trace back, or that there is nothing.
   [[nodiscard]] std::size_t percent() const noexcept;
   [[nodiscard]] std::size_t percentByModel() const noexcept;
 };
 
 Coverage measureCoverage(const LineageGraph& graph);
 
-/// Whether a measure counts rows and has no column by nature.
-bool countsRows(const LineageGraph& graph, NodeId id);
-
-/// Why a node does not lead to a column, in half a sentence.
+/// Why a node does not trace back to a database column, in half a sentence.
 std::string gapReason(const LineageGraph& graph, NodeId id);
 
 }  // namespace tav

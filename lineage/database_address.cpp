@@ -4,6 +4,7 @@
 #include <array>
 
 #include "framework/std/connection_string.h"
+#include "framework/std/mask.h"
 #include "framework/std/text.h"
 #include "framework/types/data_store_version.h"
 
@@ -43,10 +44,12 @@ const ServerKind& kindOf(const ConnectionString& values, std::string_view dataSt
                                                                                  : sqlServer();
 }
 
-/// What may stand in a URI as it is; everything else goes in as %XX.
-std::string uriText(std::string_view text) {
+/// What may stand in a URI as it is; everything else goes in as %XX. Passwords are masked before: behind the
+/// escapes nobody would find them.
+std::string uriText(std::string_view raw) {
+  const std::string text = maskPasswords(raw);
   constexpr std::string_view kPlain =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~$:[]";
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~$*:[]";
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string result;
   for (const char c : text) {
@@ -191,17 +194,26 @@ DatabaseAddress parseDatabaseAddress(std::string_view connectionString, std::str
   const ConnectionString values(connectionString);
   const ServerKind& kind = kindOf(values, dataStore);
   const Location location = locate(kind, values);
-  DatabaseAddress address{"connection://" + uriText(connectionName), std::string(location.database),
+  DatabaseAddress address{"connection://" + uriText(connectionName), maskPasswords(location.database),
                           std::string(kind.defaultSchema)};
   if (!location.endpoint.host.empty()) address.server = serverUri(kind, location.endpoint);
+  return address;
+}
+
+DatabaseAddress unnamedDatabase() {
+  DatabaseAddress address = parseDatabaseAddress("", "unknown", "");
+  address.named = false;
   return address;
 }
 
 DatabaseAddress addressOf(const DatabaseAddress& connection, std::string_view server,
                           std::string_view database) {
   DatabaseAddress address = connection;
-  if (!server.empty()) address.server = serverUri(sqlServer(), sqlServerEndpoint(server));
-  if (!database.empty()) address.database = std::string(database);
+  if (!server.empty()) {
+    address.server = serverUri(sqlServer(), sqlServerEndpoint(server));
+    address.named = true;
+  }
+  if (!database.empty()) address.database = maskPasswords(database);
   return address;
 }
 

@@ -8,6 +8,7 @@
 namespace tav {
 
 /// The server and database of a connection string, under the names that lineage catalogues use for them.
+/// Passwords are masked.
 struct DatabaseAddress {
   /// The server as a URI: "mssql://warehouse.example:1433", "mssql://localhost:1433/SQL2019" with the name of
   /// an instance, "oracle://ledger.example:1521"; "connection://NAME" when the string names no server.
@@ -16,9 +17,14 @@ struct DatabaseAddress {
   std::string database;
   /// The schema of objects that are named without one; empty when the store has no such rule.
   std::string defaultSchema;
+  /// Whether the model tells where the database is; not so for tables that belong to no connection.
+  bool named = true;
 
   friend bool operator==(const DatabaseAddress&, const DatabaseAddress&) = default;
 };
+
+/// The address of tables that belong to no connection.
+DatabaseAddress unnamedDatabase();
 
 /// Reads a connection string. `connectionName` stands in for a server that it does not name; `dataStore` is
 /// the name of the data store that is meant where no provider is named (see TAVDataTypeConstants).

@@ -18,13 +18,14 @@ std::uint32_t DatabaseNodes::addressOfConnection(const TAVStoreConnection* conne
     place->second =
         addAddress(connection ? parseDatabaseAddress(connection->connectionString, connection->getName(),
                                                      connection->dataStore.name)
-                              : parseDatabaseAddress("", "unknown", ""));
+                              : unnamedDatabase());
   }
   return place->second;
 }
 
 std::uint32_t DatabaseNodes::addAddress(const DatabaseAddress& address) {
-  const std::string text = foldCase(address.server) + '\0' + foldCase(address.database);
+  const std::string text =
+      foldCase(address.server) + '\0' + foldCase(address.database) + (address.named ? "" : "\n");
   const auto [place, isNew] = addresses_.try_emplace(text);
   if (isNew) place->second = builder_.addAddress(address);
   return place->second;

@@ -244,7 +244,7 @@ void GraphBuilder::addColumnSources(NodeId id, DatabaseNodes& databases) {
   if (const auto* condition = as<TAVCondition>(object))
     addNamedColumns(id, condition->querySources, EdgeKind::condition, databases);
   if (const auto* column = as<TAVColumn>(object)) {
-    const bool computed = !graph_.expression(id).empty();
+    const bool computed = !graph_.rawExpression(id).empty();
     addNamedColumns(id, column->querySources, computed ? EdgeKind::computed : EdgeKind::direct, databases);
   }
 }
@@ -282,7 +282,7 @@ void GraphBuilder::addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const
   const NodeId cube = graph_.cubeOf(id);
   if (cube == kNoNode) return;
   std::unordered_set<NodeId> known;
-  for (const std::string_view name : graph_.unresolved(id)) {
+  for (const std::string_view name : graph_.rawUnresolved(id)) {
     const std::vector<const TAVFeature*> attributes = roles.find(cube, name);
     if (!attributes.empty()) resolved.push_back(name.data());
     for (const TAVFeature* attribute : attributes)
@@ -293,7 +293,7 @@ void GraphBuilder::addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const
 /// A cube lists the measures that it links by name only: they come from its linked groups.
 void GraphBuilder::addLinkedMeasureEdges() {
   const auto key = [&](NodeId id) {
-    return std::to_string(graph_.cubeOf(id)).append("/").append(graph_.nodes_[id].name);
+    return std::to_string(graph_.cubeOf(id)).append("/").append(graph_.nodes_[id].rawName);
   };
   std::unordered_map<std::string, NodeId> linked;
   for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id)
@@ -321,7 +321,7 @@ NodeId GraphBuilder::addDatabaseNode(LineageNode node, std::uint32_t address, st
   const auto keep = [&](std::string_view text) {
     return text.empty() ? std::string_view() : std::string_view(graph_.texts_.emplace_back(text));
   };
-  node.name = keep(node.name);
+  node.rawName = keep(node.rawName);
   graph_.nodes_.push_back(node);
   graph_.places_.push_back({address, keep(schema)});
   return static_cast<NodeId>(graph_.nodes_.size() - 1);

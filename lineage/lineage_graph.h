@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "framework/model/model.h"
@@ -77,8 +78,25 @@ struct LineageNode {
   NodeId owner = kNoNode;
   /// The object of the model; null for a table or column of a database.
   const TAVModelObject* object = nullptr;
-  /// For people; the model's or the graph's own text.
-  std::string_view name;
+  /// The name as the definition has it: to be matched, never to be shown (see LineageGraph::name).
+  std::string_view rawName;
+};
+
+/// A data source, passwords masked.
+struct LineageConnection {
+  std::string name;
+  std::string connectionString;
+  DatabaseAddress address;
+};
+
+/// A hierarchy of a dimension, passwords masked.
+struct LineageHierarchy {
+  struct Level {
+    std::string name;
+    NodeId attribute;  ///< the attribute behind its key; kNoNode when there is none
+  };
+  std::string name;
+  std::vector<Level> levels;
 };
 
 /// Data flows from `from` to `to`.
@@ -94,6 +112,9 @@ struct LineageEdge {
 /// Built in one pass over a model, which must live longer and stay as it is. Lineage may hold cycles, and
 /// edges from a node to itself. Nodes stand in the order of the model, those of databases behind them, and
 /// the same model gives the same graph.
+///
+/// A definition may hold a password in any of its texts. What the accessors give is masked and may be shown;
+/// the few whose names begin with "raw" give the definition's own text, for whoever has to match it.
 class LineageGraph {
  public:
   /// Renumbers the model (see tav::Numbering).
@@ -113,38 +134,72 @@ class LineageGraph {
   /// The nodes whose owner a node is, in order.
   [[nodiscard]] std::span<const NodeId> partsOf(NodeId id) const noexcept;
 
+  [[nodiscard]] std::string modelName() const;
+  /// The data sources of the model, in its order.
+  [[nodiscard]] std::vector<LineageConnection> connections() const;
+
+  [[nodiscard]] std::string name(NodeId id) const;
   /// The place in the model, "/Cubes/Stays/Measure Groups/Stays/Nights", or behind the address of the
   /// database, "mssql://host:1433/MurmeltalDW/dbo/FactStay/Nights". Two nodes may have the same.
   [[nodiscard]] std::string path(NodeId id) const;
+  [[nodiscard]] std::string rawPath(NodeId id) const;
   /// The name as expressions write it: "[Measures].[Nights]", "[Date].[Month]", "dbo.FactStay.Nights".
   [[nodiscard]] std::string qualifiedName(NodeId id) const;
+  [[nodiscard]] std::string rawQualifiedName(NodeId id) const;
   /// The text that computes a node: MDX, DAX, SQL or M. Empty when it has none.
-  [[nodiscard]] std::string_view expression(NodeId id) const;
+  [[nodiscard]] std::string expression(NodeId id) const;
+  [[nodiscard]] std::string_view rawExpression(NodeId id) const;
   /// The language of expression(): "mdx", "dax", "sql" or "m"; empty where that is.
   [[nodiscard]] std::string_view language(NodeId id) const;
   /// How a measure of a measure group is added up, "Sum"; empty for every other node.
   [[nodiscard]] std::string_view aggregation(NodeId id) const;
   /// The names in the node's expression that mean nothing, neither in the model nor to the graph.
-  [[nodiscard]] std::vector<std::string_view> unresolved(NodeId id) const;
+  [[nodiscard]] std::vector<std::string> unresolved(NodeId id) const;
+  /// What the definition says about a node for people. Empty when it says nothing.
+  [[nodiscard]] std::string description(NodeId id) const;
+  /// The name of the data type, and the type that it is of ("VARCHAR(50)" is a VARCHAR). Empty when a node
+  /// has none.
+  [[nodiscard]] std::string typeName(NodeId id) const;
+  [[nodiscard]] std::string dataType(NodeId id) const;
+  /// The package or folder that holds a table, dimension or the like; empty for every other node.
+  [[nodiscard]] std::string packageName(NodeId id) const;
+  /// Names and values of what else the definition notes of a node.
+  [[nodiscard]] std::vector<std::pair<std::string, std::string>> properties(NodeId id) const;
+  /// The hierarchies of a dimension; empty for every other node.
+  [[nodiscard]] std::vector<LineageHierarchy> hierarchies(NodeId id) const;
   /// The cube that a node belongs to, itself included; kNoNode outside cubes.
   [[nodiscard]] NodeId cubeOf(NodeId id) const noexcept;
   /// The database of a table or column of a database; null for every other node.
   [[nodiscard]] const DatabaseAddress* database(NodeId id) const noexcept;
   /// The schema of a table of a database, as far as it is known.
-  [[nodiscard]] std::string_view schema(NodeId id) const noexcept;
+  [[nodiscard]] std::string schema(NodeId id) const;
+  [[nodiscard]] std::string_view rawSchema(NodeId id) const noexcept;
   /// How many names of expressions, unresolved in the model, the graph found a meaning for.
   [[nodiscard]] std::size_t foundCount() const noexcept { return resolvedNames_.size(); }
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
 
-  /// The nodes from which some path leads back to a column of a database, over edges that give values (not
-  /// conditions, not members). Without `withFound`, over the model's own edges only.
-  [[nodiscard]] std::vector<bool> reachingColumns(bool withFound) const;
+  /// Whether a node is a measure that counts rows, or a copy of one.
+  [[nodiscard]] bool countsRows(NodeId id) const;
+  /// The node that a cube's measure or attribute is a copy of; itself when it is none.
+  [[nodiscard]] NodeId originalOf(NodeId id) const;
+  /// The nodes that trace back to a database column: some path over edges that give values (not conditions,
+  /// not members) leads there from a column of a database, a file or a service that the model names. Of a
+  /// measure that counts rows, the table that it counts is asked instead. Without `withFound`, over the
+  /// model's own edges only. Everything that tells how far lineage reaches asks here.
+  [[nodiscard]] std::vector<bool> tracedBack(bool withFound) const;
 
  private:
   friend class GraphBuilder;
 
-  [[nodiscard]] std::string sqlName(NodeId id) const;
+  /// How a text of the definition goes into a longer one: masked, or as it is. Names are masked one by one,
+  /// because a password ends where the name ends.
+  using Show = std::string (*)(std::string_view text);
+
+  [[nodiscard]] std::string pathText(NodeId id, Show show) const;
+  [[nodiscard]] std::string qualifiedText(NodeId id, Show show) const;
+  [[nodiscard]] std::string sqlName(NodeId id, Show show) const;
+  [[nodiscard]] std::vector<std::string_view> rawUnresolved(NodeId id) const;
 
   /// What a node of a database has beside its name.
   struct DatabasePlace {

@@ -17,7 +17,7 @@ constexpr std::array<std::string_view, 4> kIgnored{"position", "nativeId", "modi
 std::string valueText(const Value& value) {
   if (const auto* text = std::get_if<std::string_view>(&value)) return maskPasswords(*text);
   if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
-  if (const auto* store = std::get_if<TAVDataStore>(&value)) return store->name.str();
+  if (const auto* store = std::get_if<TAVDataStore>(&value)) return maskPasswords(store->name);
   return std::get<bool>(value) ? "true" : "";
 }
 
@@ -33,11 +33,11 @@ Facts factsOf(const TAVElement& element) {
   }
   for (const TAVPropertyValue& property : element.propertyValues) {
     const TAVPropertyType* type = property.propertyType.get();
-    facts.emplace("property " + (type ? type->getName().str() : property.getName().str()),
+    facts.emplace("property " + maskPasswords(type ? type->getName() : property.getName()),
                   maskPasswords(property.value));
   }
   const auto* feature = as<TAVFeature>(&element);
-  if (feature && feature->type) facts.emplace("data type", feature->type->getName().str());
+  if (feature && feature->type) facts.emplace("data type", maskPasswords(feature->type->getName()));
   return facts;
 }
 
@@ -56,7 +56,7 @@ void compareFacts(const Facts& before, const Facts& after, std::vector<Change>& 
 std::string levelsOf(const TAVHierarchy& hierarchy) {
   std::string text;
   for (const TAVHierarchyLevelAssociation& use : hierarchy.hierarchyLevelAssociations)
-    text.append(text.empty() ? "" : " > ").append(use.level ? use.level->getName().view() : "?");
+    text.append(text.empty() ? "" : " > ").append(use.level ? maskPasswords(use.level->getName()) : "?");
   return text;
 }
 
@@ -66,8 +66,8 @@ class Comparison {
       : before_(before), after_(after), pairs_(before, after) {}
 
   ModelDiff run() {
-    diff_.oldName = before_.model().getName().str();
-    diff_.newName = after_.model().getName().str();
+    diff_.oldName = before_.modelName();
+    diff_.newName = after_.modelName();
     compareConnections();
     for (NodeId id = 0; id < after_.nodes().size(); ++id) compareNode(id);
     for (NodeId id = 0; id < before_.nodes().size(); ++id)
@@ -87,13 +87,8 @@ class Comparison {
         diff_.added.push_back(connectionItem(connection));
         continue;
       }
-      ChangedItem item{"data source",
-                       connection.getName().str(),
-                       connection.getName().str(),
-                       connection.getPath(true).str(),
-                       {},
-                       {},
-                       {}};
+      const std::string name = maskPasswords(connection.getName());
+      ChangedItem item{"data source", name, name, "/" + name, {}, {}, {}};
       compareFacts(factsOf(*known->second), factsOf(connection), item.changes);
       if (!item.changes.empty()) diff_.changed.push_back(std::move(item));
       old.erase(known);
@@ -102,7 +97,8 @@ class Comparison {
   }
 
   static LoneItem connectionItem(const TAVStoreConnection& connection) {
-    return {"data source", connection.getName().str(), connection.getPath(true).str(), 0};
+    const std::string name = maskPasswords(connection.getName());
+    return {"data source", name, "/" + name, 0};
   }
 
   void compareNode(NodeId id) {
@@ -115,7 +111,7 @@ class Comparison {
       return;
     }
     ChangedItem item = compared(old, id);
-    const bool renamed = before_.node(old).name != node.name;
+    const bool renamed = before_.node(old).rawName != node.rawName;
     const bool follows = isCopyKind(node.kind) && followsOriginal(id);
     if (renamed && !follows)
       diff_.renamed.push_back(std::move(item));
@@ -139,7 +135,7 @@ class Comparison {
     const auto sources = after_.into(id);
     if (sources.size() != 1) return false;
     const NodeId old = pairs_.beforeOf(sources.front().from);
-    return old != kNoNode && before_.node(old).name != after_.node(sources.front().from).name;
+    return old != kNoNode && before_.node(old).rawName != after_.node(sources.front().from).rawName;
   }
 
   static LoneItem loneItem(const LineageGraph& graph, NodeId id) {
@@ -152,7 +148,7 @@ class Comparison {
   static std::string nameOf(const LineageGraph& graph, NodeId id) {
     std::string name = graph.qualifiedName(id);
     const NodeId cube = graph.cubeOf(id);
-    if (cube != kNoNode && cube != id) name.append(" of cube ").append(graph.node(cube).name);
+    if (cube != kNoNode && cube != id) name.append(" of cube ").append(graph.name(cube));
     return name;
   }
 
@@ -185,10 +181,9 @@ class Comparison {
     const bool isKept = std::any_of(changes.begin(), changes.end(), [](const Change& change) {
       return change.what == "expression" || change.what == "query";
     });
-    const std::string_view before = before_.expression(old);
-    const std::string_view after = after_.expression(id);
-    if (!isKept && before != after)
-      changes.push_back({"expression", std::string(before), std::string(after)});
+    std::string before = before_.expression(old);
+    std::string after = after_.expression(id);
+    if (!isKept && before != after) changes.push_back({"expression", std::move(before), std::move(after)});
   }
 
   static void compareHierarchies(const TAVModelObject& before, const TAVModelObject& after,
@@ -199,7 +194,7 @@ class Comparison {
     const auto facts = [](const TAVDimension& dimension) {
       Facts levels;
       for (const TAVHierarchy& hierarchy : dimension.hierarchies)
-        levels.emplace("hierarchy " + hierarchy.getName().str(), levelsOf(hierarchy));
+        levels.emplace("hierarchy " + maskPasswords(hierarchy.getName()), levelsOf(hierarchy));
       return levels;
     };
     compareFacts(facts(*oldDimension), facts(*newDimension), changes);

@@ -75,7 +75,7 @@ std::string NodePairs::nameKey(const Side& side, NodeId id) const {
   const LineageNode& node = side.graph->node(id);
   std::string key = ownerKey(side, id);
   if (key.empty()) return key;
-  appendPart(key, node.owner == kNoNode ? side.graph->path(id) : std::string(node.name));
+  appendPart(key, node.owner == kNoNode ? side.graph->rawPath(id) : std::string(node.rawName));
   return key;
 }
 
@@ -87,10 +87,10 @@ std::string NodePairs::contentKey(const Side& side, NodeId id) const {
   std::vector<std::string> made;
   for (const LineageEdge& edge : graph.into(id))
     if (edge.from != id) made.push_back(sourceKey(side, edge.from));
-  for (const NodeId part : graph.partsOf(id)) made.emplace_back(graph.node(part).name);
-  if (made.empty() && graph.expression(id).empty()) return {};
+  for (const NodeId part : graph.partsOf(id)) made.emplace_back(graph.node(part).rawName);
+  if (made.empty() && graph.rawExpression(id).empty()) return {};
   std::sort(made.begin(), made.end());
-  appendPart(key, graph.expression(id));
+  appendPart(key, graph.rawExpression(id));
   appendPart(key, graph.aggregation(id));
   for (const std::string& source : made) appendPart(key, source);
   return key;
@@ -116,7 +116,7 @@ std::string NodePairs::sourceKey(const Side& side, NodeId id) const {
     return key;
   }
   appendPart(key, nodeKindName(node.kind));
-  appendPart(key, node.object ? side.graph->path(id) : side.graph->qualifiedName(id));
+  appendPart(key, node.object ? side.graph->rawPath(id) : side.graph->rawQualifiedName(id));
   return key;
 }
 

@@ -4,10 +4,9 @@
 #include <array>
 
 #include "framework/std/dotted_name.h"
-#include "framework/std/exception.h"
-#include "framework/std/mask.h"
 #include "framework/std/printable.h"
 #include "framework/std/string.h"
+#include "messages/message.h"
 
 namespace tav {
 namespace {
@@ -37,11 +36,11 @@ class FullName {
   FullName(const LineageGraph& graph, NodeId id) {
     NodeId last = id;
     for (NodeId at = id; at != kNoNode; at = graph.node(at).owner) {
-      add(graph.node(at).name);
+      add(graph.node(at).rawName);
       last = at;
     }
     if (const DatabaseAddress* database = graph.database(last)) {
-      add(graph.schema(last));
+      add(graph.rawSchema(last));
       add(database->database);
     }
   }
@@ -89,18 +88,19 @@ class Search {
  private:
   [[nodiscard]] Fit fitOf(NodeId id) const {
     if (isPath_) {
-      const std::string path = graph_.path(id);
+      const std::string path = graph_.rawPath(id);
       if (equals(path, name_)) return Fit::path;
       if (endsWith(path, name_) && path[path.size() - name_.size() - 1] == '/') return Fit::ending;
     }
     const LineageNode& node = graph_.node(id);
-    if (parts_.size() > 1 && equals(node.name, parts_.back()) && equals(graph_.qualifiedName(id), name_))
+    if (parts_.size() > 1 && equals(node.rawName, parts_.back()) &&
+        equals(graph_.rawQualifiedName(id), name_))
       return Fit::qualified;
     if (fitsPrefix(node.kind) && parts_.size() > 1 &&
         FullName(graph_, id).endsIn(std::span(parts_).subspan(1)))
       return parts_.size() == 2 || isKpi(node.kind) ? Fit::qualified : Fit::ending;
-    if (equals(node.name, name_) || FullName(graph_, id).endsIn(parts_)) return Fit::ending;
-    return foldCase(node.name).find(folded_) == std::string::npos ? Fit::none : Fit::part;
+    if (equals(node.rawName, name_) || FullName(graph_, id).endsIn(parts_)) return Fit::ending;
+    return foldCase(node.rawName).find(folded_) == std::string::npos ? Fit::none : Fit::part;
   }
 
   /// `[Measures]` and `[KPIs]` stand in front of names without being the name of anything.
@@ -110,7 +110,7 @@ class Search {
   }
 
   void preferExact(std::vector<NodeId>& found) const {
-    const auto isExact = [&](NodeId id) { return graph_.node(id).name == parts_.back(); };
+    const auto isExact = [&](NodeId id) { return graph_.node(id).rawName == parts_.back(); };
     if (std::any_of(found.begin(), found.end(), isExact))
       std::erase_if(found, [&](NodeId id) { return !isExact(id); });
   }
@@ -190,7 +190,7 @@ std::size_t editDistance(std::string_view a, std::string_view b, std::size_t lim
 void appendList(std::string& text, const LineageGraph& graph, const std::vector<NodeId>& nodes) {
   for (std::size_t i = 0; i < std::min(nodes.size(), kListed); ++i) {
     text.append(i == 0 ? ": " : "; ").append(nodeKindLabel(graph.node(nodes[i]).kind));
-    text.append(" ").append(maskPasswords(graph.path(nodes[i])));
+    text.append(" ").append(graph.path(nodes[i]));
   }
   if (nodes.size() > kListed)
     text.append("; and ").append(std::to_string(nodes.size() - kListed)).append(" more");
@@ -217,7 +217,7 @@ std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view nam
   const std::size_t limit = wanted.size() / 3 + 2;
   for (NodeId id = 0; id < graph.nodes().size(); ++id) {
     if (isCopyKind(graph.node(id).kind)) continue;
-    const std::size_t distance = editDistance(wanted, graph.node(id).name, limit, row);
+    const std::size_t distance = editDistance(wanted, graph.node(id).rawName, limit, row);
     if (distance < limit) near.push_back({distance, id});
   }
   std::stable_sort(near.begin(), near.end(),
@@ -230,17 +230,15 @@ std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view nam
 NodeId findNode(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
   const std::vector<NodeId> found = name.empty() ? std::vector<NodeId>() : findNodes(graph, name, direction);
   if (found.size() == 1) return found.front();
-  std::string text = "'" + printable(name) + "'";
+  std::string list;
   if (!found.empty()) {
-    text += " may mean";
-    appendList(text, graph, found);
-    fail("XMLABRIDGE_F0010", text);
+    appendList(list, graph, found);
+    fail(Message::ambiguousName, {printable(name), list});
   }
   const std::vector<NodeId> nearest = nearestNodes(graph, name, kListed / 2);
-  text += " is the name of nothing in the model";
-  if (!nearest.empty()) text += "; the nearest";
-  appendList(text, graph, nearest);
-  fail("XMLABRIDGE_F0011", text);
+  if (!nearest.empty()) list = "; the nearest";
+  appendList(list, graph, nearest);
+  fail(Message::unknownName, {printable(name), list});
 }
 
 }  // namespace tav

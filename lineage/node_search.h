@@ -21,8 +21,8 @@ std::vector<NodeId> findNodes(const LineageGraph& graph, std::string_view name, 
 /// are nowhere near are left out.
 std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view name, std::size_t count);
 
-/// The one node that `name` means. Throws a TAVException "[XMLABRIDGE_F0010] ..." that lists the nodes which
-/// an ambiguous name may mean, or "[XMLABRIDGE_F0011] ..." with the nearest ones to an unknown name.
+/// The one node that `name` means. Throws Message::ambiguousName, which lists the nodes that it may mean,
+/// or Message::unknownName with the nearest ones.
 NodeId findNode(const LineageGraph& graph, std::string_view name, LineageDirection direction);
 
 }  // namespace tav

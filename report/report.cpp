@@ -1,7 +1,6 @@
 #include "report/report.h"
 
 #include <array>
-#include <unordered_map>
 
 #include "framework/std/json_text.h"
 #include "framework/std/mask.h"
@@ -37,21 +36,14 @@ std::string_view fileName(std::string_view path) {
   return slash == path.npos ? path : path.substr(slash + 1);
 }
 
-/// The attribute behind the key of a level, or null.
-const TAVDimensionAttribute* keyAttribute(const TAVLevel* level) {
-  const TAVLevelKey* key = level ? level->levelKeys.first() : nullptr;
-  const TAVLevelAttribute* attribute = key ? key->levelAttributes.first() : nullptr;
-  return attribute ? attribute->dimensionAttribute.get() : nullptr;
-}
-
 class DataWriter {
  public:
   DataWriter(const LineageGraph& graph, std::string_view program, std::ostream& out)
       : graph_(graph),
         program_(program),
         coverage_(measureCoverage(graph)),
-        reached_(graph.reachingColumns(true)),
-        byModel_(graph.reachingColumns(false)),
+        reached_(graph.tracedBack(true)),
+        byModel_(graph.tracedBack(false)),
         out_(out) {}
 
   void write() {
@@ -71,9 +63,9 @@ class DataWriter {
   void head() {
     text_ = R"({"format":"xmla-report/1")";
     given("program", program_);
-    given("database", graph_.model().getName());
+    given("database", graph_.modelName());
     const TAVMetadataOrigin* origin = graph_.model().metadataOrigins.first();
-    given("source", origin ? fileName(origin->path) : std::string_view());
+    given("source", origin ? maskPasswords(fileName(origin->path)) : std::string());
     given("dialect", graph_.isTabular() ? "tabular" : "multidimensional");
   }
 
@@ -129,63 +121,56 @@ class DataWriter {
   void node(NodeId id) {
     const LineageNode& at = graph_.node(id);
     text_.append("\n{\"k\":").append(std::to_string(static_cast<unsigned>(at.kind)));
-    given("n", at.name);
+    given("n", graph_.name(id));
     if (at.owner != kNoNode) number("o", at.owner);
     text("q", graph_.qualifiedName(id));
     text("p", graph_.path(id));
-    text("e", maskPasswords(graph_.expression(id)));
+    text("e", graph_.expression(id));
     text("l", graph_.language(id));
     text("a", graph_.aggregation(id));
-    if (at.object) object(*at.object);
+    if (at.object) object(id);
     unresolved(id);
     if (leadsSomewhere(at.kind)) reach(id);
     text_ += '}';
   }
 
-  void object(const TAVModelObject& object) {
-    text("d", maskPasswords(object.description));
-    const auto* feature = as<TAVFeature>(&object);
-    const TAVType* type = feature ? feature->type.get() : nullptr;
-    if (type) text("t", type->getName());
-    const auto* measure = as<TAVMeasure>(&object);
+  void object(NodeId id) {
+    text("d", graph_.description(id));
+    text("t", graph_.typeName(id));
+    const auto* measure = as<TAVMeasure>(graph_.node(id).object);
     if (measure && measure->hidden) text_ += ",\"h\":1";
-    const auto* table = as<TAVTable>(&object);
-    if (table && table->nameSpace) text("v", table->nameSpace->getName());
-    properties(object);
+    if (is<TAVTable>(*graph_.node(id).object)) text("v", graph_.packageName(id));
+    properties(id);
   }
 
-  void properties(const TAVElement& element) {
-    if (element.propertyValues.empty()) return;
+  void properties(NodeId id) {
+    const auto properties = graph_.properties(id);
+    if (properties.empty()) return;
     open("x", '{');
-    for (const TAVPropertyValue& value : element.propertyValues) {
+    for (const auto& [name, value] : properties) {
       next();
-      const TAVPropertyType* type = value.propertyType.get();
-      string(type ? type->getName() : value.getName());
+      string(name);
       text_ += ':';
-      string(maskPasswords(value.value));
+      string(value);
     }
     text_ += '}';
   }
 
   void unresolved(NodeId id) {
-    const std::vector<std::string_view> names = graph_.unresolved(id);
+    const std::vector<std::string> names = graph_.unresolved(id);
     if (names.empty()) return;
     open("u", '[');
-    for (const std::string_view name : names) {
+    for (const std::string& name : names) {
       next();
       string(name);
     }
     text_ += ']';
   }
 
-  /// Nothing is missing where rows are counted: that is told, and not held against the measure.
   void reach(NodeId id) {
-    if (reached_[id]) {
-      text_.append(",\"r\":").append(1, byModel_[id] ? kColumn : kColumnByGraph);
-    } else {
-      if (!countsRows(graph_, id)) text_.append(",\"r\":").append(1, kNoColumn);
-      text("w", gapReason(graph_, id));
-    }
+    const char found = byModel_[id] ? kColumn : kColumnByGraph;
+    text_.append(",\"r\":").append(1, reached_[id] ? found : kNoColumn);
+    if (!reached_[id]) text("w", gapReason(graph_, id));
   }
 
   void edges() {
@@ -200,45 +185,33 @@ class DataWriter {
   }
 
   void hierarchies() {
-    std::unordered_map<const TAVObject*, NodeId> attributes;
-    for (NodeId id = 0; id < graph_.nodes().size(); ++id)
-      if (graph_.node(id).kind == NodeKind::attribute) attributes.emplace(graph_.node(id).object, id);
     open("hierarchies", '[');
-    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
-      const auto* dimension = as<TAVDimension>(graph_.node(id).object);
-      if (!dimension) continue;
-      for (const TAVHierarchy& one : dimension->hierarchies) hierarchy(id, one, attributes);
-    }
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id)
+      for (const LineageHierarchy& one : graph_.hierarchies(id)) hierarchy(id, one);
     text_ += ']';
   }
-  void hierarchy(NodeId dimension, const TAVHierarchy& hierarchy,
-                 const std::unordered_map<const TAVObject*, NodeId>& attributes) {
+  void hierarchy(NodeId dimension, const LineageHierarchy& hierarchy) {
     next('{');
     text_.append("\"o\":").append(std::to_string(dimension));
-    given("n", hierarchy.getName());
+    given("n", hierarchy.name);
     open("l", '[');
-    for (const TAVHierarchyLevelAssociation& association : hierarchy.hierarchyLevelAssociations) {
-      const TAVLevel* level = association.level.get();
-      if (!level) continue;
+    for (const LineageHierarchy::Level& level : hierarchy.levels) {
       next('[');
-      string(level->getName());
-      const auto attribute = attributes.find(keyAttribute(level));
-      text_ += attribute == attributes.end() ? ",-1]" : "," + std::to_string(attribute->second) + "]";
+      string(level.name);
+      text_ += level.attribute == kNoNode ? ",-1]" : "," + std::to_string(level.attribute) + "]";
     }
     text_ += "]}";
   }
 
   void dataSources() {
     open("dataSources", '[');
-    for (const TAVStoreConnection& connection : graph_.model().storeConnections) {
-      const DatabaseAddress address =
-          parseDatabaseAddress(connection.connectionString, connection.getName(), connection.dataStore.name);
+    for (const LineageConnection& connection : graph_.connections()) {
       next('{');
       text_ += "\"n\":";
-      string(connection.getName());
-      text("s", address.server);
-      text("d", address.database);
-      text("c", maskPasswords(connection.connectionString));
+      string(connection.name);
+      text("s", connection.address.server);
+      text("d", connection.address.database);
+      text("c", connection.connectionString);
       text_ += '}';
     }
     text_ += ']';
@@ -268,7 +241,7 @@ class DataWriter {
     text_.append(std::to_string(measures.rowCounts)).append("]}");
   }
   static std::string figures(const CoverageCount& count) {
-    return std::to_string(count.coverable()) + "," + std::to_string(count.reached) + "," +
+    return std::to_string(count.count) + "," + std::to_string(count.reached) + "," +
            std::to_string(count.reachedByModel);
   }
 

@@ -162,13 +162,22 @@ configure() {
 build() {
   local folder=$1
   shift
-  [ "$(cd "$folder" && ninja -n "$@" 2>&1)" = 'ninja: no work to do.' ] && return
+  is_idle "$folder" "$@" && quietly "$folder" ninja -C "$folder" "$@" && return
   say "Building in $folder/ ..."
   if [ -t 2 ]; then
     locked "$folder" ninja -C "$folder" "$@" >&2 || die "the build failed"
   else
     quietly "$folder" ninja -C "$folder" "$@"
   fi
+  ninja -C "$folder" -n "$@" >"$folder/.idle" 2>&1
+}
+
+# is_idle FOLDER [TARGETS]: whether a build would do no more than it does when everything is up to date: it looks up
+# the build time, which may come from the environment. What that is was written down behind the last build.
+is_idle() {
+  local folder=$1
+  shift
+  [ "$(cat "$folder/.idle" 2>/dev/null)" = "$(ninja -C "$folder" -n "$@" 2>&1)" ]
 }
 
 # quietly FOLDER COMMAND: shows what the command printed only when it fails.

@@ -1,4 +1,5 @@
 #include "framework/model/model.h"
+#include "framework/model/roles.h"
 #include "views/dsv_reader.h"
 
 using Analyzer = TAVDsvReader::DSVExpressionAnalyzer;
@@ -6,13 +7,23 @@ using Analyzer = TAVDsvReader::DSVExpressionAnalyzer;
 namespace {
 
 constexpr TAVElementType kFeatureType = 77;
-constexpr std::string_view kConditionName = "SQL CONDITION";
+constexpr char kConditionSeparator = '_';
 
 /// Whether `name` is what the database or a person calls the classifier.
 bool isCalled(const TAVClassifier& classifier, std::string_view name) {
   const std::string folded = tav::foldCase(name);
   return tav::foldCase(classifier.physicalName.view()) == folded ||
          tav::foldCase(classifier.getName().view()) == folded;
+}
+
+/// Whether getDstCondition made this condition where a feature of another kind has its name: it then bears a
+/// number, and like every condition made there, its name as physical name.
+bool isNumbered(const TAVCondition& condition) {
+  std::string_view number = condition.getName().view();
+  if (condition.physicalName != number || !number.starts_with(tav::label::kSqlCondition)) return false;
+  number.remove_prefix(tav::label::kSqlCondition.size());
+  return number.size() > 1 && number[0] == kConditionSeparator && number[1] != '0' &&
+         number.find_first_not_of("0123456789", 1) == number.npos;
 }
 
 }  // namespace
@@ -46,15 +57,16 @@ TAVFeature* Analyzer::getDstFeature(TAVClassifier* classifier, const TAVString& 
 
 TAVCondition* Analyzer::getDstCondition(TAVClassifier* classifier) {
   if (!classifier) return nullptr;
-  // One that had to give way to a feature of its name goes by another.
-  for (TAVFeature& feature : classifier->features) {
-    auto* condition = tav::as<TAVCondition>(&feature);
-    const std::string_view name = feature.getName().view();
-    if (condition && (name == kConditionName || name.starts_with(std::string(kConditionName) + "_")))
-      return condition;
+  const tav::ClassId kind = tav::classId<TAVCondition>;
+  const auto& features = classifier->features;
+  if (TAVObject* named = features.get(tav::label::kSqlCondition, kind))
+    return static_cast<TAVCondition*>(named);
+  for (std::int32_t i = 0; i < features.getCount(kind); ++i) {
+    auto* condition = static_cast<TAVCondition*>(features.at(i, kind));
+    if (isNumbered(*condition)) return condition;
   }
-  auto condition = tav::make<TAVCondition>(kConditionName);
-  TAVCondition& placed = classifier->addFeatureUniqueName(std::move(condition), '_');
+  auto condition = tav::make<TAVCondition>(tav::label::kSqlCondition);
+  TAVCondition& placed = classifier->addFeatureUniqueName(std::move(condition), kConditionSeparator);
   placed.setPhysicalName(placed.getName());
   return &placed;
 }

@@ -4,7 +4,6 @@
 #include <iomanip>
 
 #include "framework/std/json_text.h"
-#include "framework/std/mask.h"
 #include "framework/std/printable.h"
 
 namespace tav {
@@ -13,12 +12,8 @@ namespace {
 constexpr std::string_view kDimensions = "Dimensions";
 constexpr int kCountWidth = 8;
 
-std::string shown(std::string_view text) {
-  return printable(maskPasswords(text));
-}
-
 std::string titleOf(const LineageGraph& graph, const CubeCoverage& cube) {
-  return cube.cube == kNoNode ? std::string(kDimensions) : "Cube " + shown(graph.node(cube.cube).name);
+  return cube.cube == kNoNode ? std::string(kDimensions) : "Cube " + printable(graph.name(cube.cube));
 }
 
 std::string percentText(std::size_t part, std::size_t whole) {
@@ -34,7 +29,7 @@ class CoverageText {
 
   void write() const {
     writeTable();
-    out_ << "\nTogether " << coverage_.percent() << " % lead to a column of a database";
+    out_ << "\nTotal: " << coverage_.percent() << " % trace back to a database column";
     if (coverage_.percentByModel() != coverage_.percent())
       out_ << ", " << coverage_.percentByModel() << " % by the model's own lineage";
     out_ << ".\n"
@@ -43,7 +38,9 @@ class CoverageText {
                                        : " names in expressions are not found");
     if (coverage_.foundByGraph > 0)
       out_ << "; " << coverage_.foundByGraph
-           << " more are found through the names that cubes give to dimensions";
+           << (coverage_.foundByGraph == 1
+                   ? " more is resolved by the cube's own names for its dimensions"
+                   : " more are resolved by the cubes' own names for their dimensions");
     out_ << ".\n";
     for (const CubeCoverage& cube : coverage_.cubes) writeGaps(cube);
   }
@@ -68,14 +65,14 @@ class CoverageText {
 
   void writeCount(const CoverageCount& kind) const {
     out_ << std::setw(kCountWidth + 2) << kind.count << std::setw(kCountWidth + 2) << kind.reached
-         << std::setw(kCountWidth - 2) << percentText(kind.reached, kind.coverable());
+         << std::setw(kCountWidth - 2) << percentText(kind.reached, kind.count);
   }
 
   void writeGaps(const CubeCoverage& cube) const {
     if (cube.gaps.empty()) return;
-    out_ << "\n" << titleOf(graph_, cube) << ": no column is reached from\n";
+    out_ << "\n" << titleOf(graph_, cube) << ": these do not trace back to a database column\n";
     for (const CoverageGap& gap : cube.gaps)
-      out_ << "    " << shown(graph_.qualifiedName(gap.node)) << ": " << shown(gap.reason) << "\n";
+      out_ << "    " << printable(graph_.qualifiedName(gap.node)) << ": " << printable(gap.reason) << "\n";
   }
 
   const LineageGraph& graph_;
@@ -86,7 +83,7 @@ class CoverageText {
 
 std::string jsonText(std::string_view value) {
   std::string text;
-  appendJsonText(text, maskPasswords(value));
+  appendJsonText(text, value);
   return text;
 }
 
@@ -96,7 +93,7 @@ void writeCountJson(std::string_view name, const CoverageCount& kind, std::ostre
 }
 
 void writeCubeJson(const LineageGraph& graph, const CubeCoverage& cube, std::ostream& out) {
-  out << "{\"cube\":" << (cube.cube == kNoNode ? "null" : jsonText(graph.node(cube.cube).name));
+  out << "{\"cube\":" << (cube.cube == kNoNode ? "null" : jsonText(graph.name(cube.cube)));
   writeCountJson("attributes", cube.attributes, out);
   if (cube.cube != kNoNode) writeCountJson("measures", cube.measures, out);
   out << ",\"gaps\":[";

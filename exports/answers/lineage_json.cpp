@@ -1,6 +1,5 @@
 #include "exports/answers/lineage_text.h"
 #include "framework/std/json_text.h"
-#include "framework/std/mask.h"
 #include "lineage/graph_part.h"
 
 namespace tav {
@@ -37,7 +36,7 @@ class JsonPart {
     const LineageNode& node = graph_.node(id);
     text_.append("{\"id\":").append(std::to_string(id));
     member("kind", nodeKindName(node.kind));
-    member("name", node.name);
+    member("name", graph_.name(id));
     member("qualifiedName", graph_.qualifiedName(id));
     member("path", graph_.path(id));
     if (node.owner != kNoNode) text_.append(",\"owner\":").append(std::to_string(node.owner));
@@ -58,18 +57,18 @@ class JsonPart {
 
   void member(std::string_view name, std::string_view value) {
     text_.append(",\"").append(name).append("\":");
-    appendJsonText(text_, maskPasswords(value));
+    appendJsonText(text_, value);
   }
 
   void optional(std::string_view name, std::string_view value) {
     if (!value.empty()) member(name, value);
   }
 
-  void names(const std::vector<std::string_view>& unresolved) {
+  void names(const std::vector<std::string>& unresolved) {
     if (unresolved.empty()) return;
     text_ += ",\"unresolved\":";
     char separator = '[';
-    for (const std::string_view name : unresolved) {
+    for (const std::string& name : unresolved) {
       text_ += separator;
       separator = ',';
       appendJsonText(text_, name);

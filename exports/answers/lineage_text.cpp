@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "framework/std/mask.h"
 #include "framework/std/printable.h"
 
 namespace tav {
@@ -16,10 +15,6 @@ constexpr std::string_view kLastBranch = "└─ ";
 constexpr std::string_view kIndent = "    ";
 /// What lies deeper is not indented further, or a long chain would be a triangle of blanks.
 constexpr std::uint32_t kDeepest = 60;
-
-std::string shown(std::string_view text) {
-  return printable(maskPasswords(text));
-}
 
 class TreeText {
  public:
@@ -58,7 +53,7 @@ class TreeText {
       out_ << (hasMore_[i] ? kBranch : kLastBranch);
       bars_.push_back(hasMore_[i]);
     }
-    out_ << edgeText(line) << shown(graph_.qualifiedName(line.node)) << "  " << describe(line.node)
+    out_ << edgeText(line) << printable(graph_.qualifiedName(line.node)) << "  " << describe(line.node)
          << stateText(line.state) << "\n";
     if (line.state == LineageTreeLine::State::whole) {
       const bool hasChildren = i + 1 < lines_.size() && lines_[i + 1].depth > line.depth;
@@ -77,7 +72,7 @@ class TreeText {
     for (std::size_t i = 0; i < lines.size(); ++i) {
       writeBars();
       out_ << (hasChildren ? kBar : kGap) << (i == 0 ? "= " : "  ")
-           << shown(lines[i].substr(i == 0 ? 0 : std::min(margin, lines[i].size()))) << "\n";
+           << printable(lines[i].substr(i == 0 ? 0 : std::min(margin, lines[i].size()))) << "\n";
     }
   }
 
@@ -124,9 +119,9 @@ class TreeText {
     std::string text(nodeKindLabel(graph_.node(id).kind));
     if (const std::string_view how = graph_.aggregation(id); !how.empty()) text.append(", ").append(how);
     const NodeId cube = graph_.cubeOf(id);
-    if (cube != kNoNode && cube != id) text += ", cube " + shown(graph_.node(cube).name);
+    if (cube != kNoNode && cube != id) text += ", cube " + printable(graph_.name(cube));
     if (const DatabaseAddress* database = graph_.database(id))
-      text += ", " + shown(database->server + "/" + database->database);
+      text += ", " + printable(database->server + "/" + database->database);
     return text;
   }
 
@@ -154,7 +149,7 @@ class TreeText {
     cubes.erase(std::unique(cubes.begin(), cubes.end()), cubes.end());
     if (!cubes.empty()) out_ << "\nCubes that this reaches:\n";
     for (const NodeId cube : cubes) {
-      out_ << kIndent << shown(graph_.node(cube).name);
+      out_ << kIndent << printable(graph_.name(cube));
       writePerspectives(cube);
       out_ << "\n";
     }
@@ -164,7 +159,7 @@ class TreeText {
     std::string_view separator = "  perspectives: ";
     for (const NodeId part : graph_.partsOf(cube)) {
       if (graph_.node(part).kind != NodeKind::perspective) continue;
-      out_ << separator << shown(graph_.node(part).name);
+      out_ << separator << printable(graph_.name(part));
       separator = ", ";
     }
   }

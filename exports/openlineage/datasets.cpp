@@ -43,12 +43,6 @@ bool isField(NodeKind kind) {
   return !isClassifierKind(kind) && kind != NodeKind::condition && kind != NodeKind::perspective;
 }
 
-std::string_view packageName(const LineageNode& node) {
-  const auto* classifier = as<TAVClassifier>(node.object);
-  const TAVNamespace* package = classifier ? classifier->nameSpace.get() : nullptr;
-  return package ? package->getName().view() : std::string_view();
-}
-
 }  // namespace
 
 std::string UniqueNames::take(std::string name) {
@@ -113,9 +107,8 @@ void CatalogDatasets::findDescriptions() {
   }
 }
 
-const TAVModelObject* CatalogDatasets::describing(NodeId id) const noexcept {
-  const NodeId described = describedBy_[id] == kNoNode ? id : describedBy_[id];
-  return graph_.node(described).object;
+NodeId CatalogDatasets::describing(NodeId id) const noexcept {
+  return describedBy_[id] == kNoNode ? id : describedBy_[id];
 }
 
 bool CatalogDatasets::isDataset(NodeId id) const {
@@ -171,51 +164,51 @@ void CatalogDatasets::addUnknownTables() {
 void CatalogDatasets::nameFields(const CatalogDataset& dataset) {
   UniqueNames names;
   for (const NodeId field : dataset.fields) {
-    std::string name = names.take(std::string(nameOrUnnamed(graph_.node(field).name)));
-    if (name != graph_.node(field).name) otherNames_.emplace(field, std::move(name));
+    const std::string given = graph_.name(field);
+    std::string name = names.take(std::string(nameOrUnnamed(given)));
+    if (name != given) otherNames_.emplace(field, std::move(name));
   }
 }
 
-std::string_view CatalogDatasets::fieldName(NodeId field) const {
+std::string CatalogDatasets::fieldName(NodeId field) const {
   const auto other = otherNames_.find(field);
-  return other == otherNames_.end() ? graph_.node(field).name : std::string_view(other->second);
+  return other == otherNames_.end() ? graph_.name(field) : other->second;
 }
 
 /// Names are like paths of the model, so that a cube, a dimension and a measure group of one name differ.
 std::string CatalogDatasets::nameInModel(NodeId id) const {
-  const LineageNode& node = graph_.node(id);
-  const std::string_view database = graph_.model().getName().view();
+  const std::string name = graph_.name(id);
+  const std::string database = graph_.modelName();
   const NodeId cubeNode = graph_.cubeOf(id);
-  const std::string_view cube = cubeNode == kNoNode ? std::string_view() : graph_.node(cubeNode).name;
-  switch (node.kind) {
+  const std::string cube = cubeNode == kNoNode ? std::string() : graph_.name(cubeNode);
+  switch (graph_.node(id).kind) {
     case NodeKind::viewTable:
     case NodeKind::namedQuery:
-      return joinParts({database, "Data Source Views", packageName(node), node.name});
+      return joinParts({database, "Data Source Views", graph_.packageName(id), name});
     case NodeKind::dimension:
-      return joinParts({database, "Dimensions", node.name});
+      return joinParts({database, "Dimensions", name});
     case NodeKind::cubeDimension:
-      return joinParts({database, cube, "Dimensions", node.name});
+      return joinParts({database, cube, "Dimensions", name});
     case NodeKind::calculations:
-      if (node.name == kCalculations) return joinParts({database, cube, kCalculations});
-      return joinParts({database, cube, kCalculations, node.name});
+      if (name == kCalculations) return joinParts({database, cube, kCalculations});
+      return joinParts({database, cube, kCalculations, name});
     case NodeKind::kpi:
-      return joinParts({database, cube, "KPIs", node.name});
+      return joinParts({database, cube, "KPIs", name});
     case NodeKind::measureGroup:
     case NodeKind::linkedMeasureGroup:
-      return joinParts({database, cube, "Measure Groups", node.name});
+      return joinParts({database, cube, "Measure Groups", name});
     default:
-      return joinParts({database, node.name});
+      return joinParts({database, name});
   }
 }
 
 /// As every producer names tables: without marks around names that hold dots.
 std::string CatalogDatasets::nameInDatabase(NodeId table) const {
   std::string name;
-  for (const std::string_view part :
-       {std::string_view(graph_.database(table)->database), graph_.schema(table)}) {
+  for (const std::string& part : {graph_.database(table)->database, graph_.schema(table)}) {
     if (!part.empty()) name.append(part).append(".");
   }
-  return name.append(nameOrUnnamed(graph_.node(table).name));
+  return name.append(nameOrUnnamed(graph_.name(table)));
 }
 
 }  // namespace tav

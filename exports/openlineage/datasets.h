@@ -61,10 +61,10 @@ class CatalogDatasets {
   [[nodiscard]] DatasetId datasetOf(NodeId id) const noexcept { return datasetOf_[id]; }
   /// What a field is called: its name, with a number where another field of its dataset has the same. Never
   /// empty.
-  [[nodiscard]] std::string_view fieldName(NodeId field) const;
-  /// The object of the model that tells type and description of a node: its own, or of a table or column of a
-  /// database the one that a view has for it. Null when there is none.
-  [[nodiscard]] const TAVModelObject* describing(NodeId id) const noexcept;
+  [[nodiscard]] std::string fieldName(NodeId field) const;
+  /// The node that has type and description of a node: itself, or for a table or column of a database the one
+  /// that a view has for it.
+  [[nodiscard]] NodeId describing(NodeId id) const noexcept;
 
  private:
   void findStandIns();

@@ -7,7 +7,7 @@
 #include <system_error>
 
 #include "framework/bridgelib/model_stamps.h"
-#include "framework/std/exception.h"
+#include "messages/message.h"
 
 namespace tav {
 namespace {
@@ -31,8 +31,7 @@ bool isModelTime(std::string_view text) {
 std::int64_t modifiedAt(const std::string& file) {
   struct stat status {};
   if (stat(file.c_str(), &status) != 0)
-    fail("TAVLINEAGE_F0001",
-         file + ": its time cannot be read: " + std::error_code(errno, std::generic_category()).message());
+    fail(Message::noEventTime, {file, std::error_code(errno, std::generic_category()).message()});
   return status.st_mtim.tv_sec;
 }
 

@@ -5,7 +5,6 @@
 #include <unordered_set>
 
 #include "exports/openlineage/uri.h"
-#include "framework/std/mask.h"
 #include "framework/std/utf8.h"
 
 namespace tav {
@@ -26,6 +25,7 @@ constexpr std::string_view kProducer = "urn:xmla-bridge:" XMLA_VERSION;
 constexpr std::size_t kDescriptionSize = 1000;
 
 constexpr DatasetType kUnknownTable{"TABLE", "UNKNOWN_TABLE"};
+constexpr std::string_view kUndefined = "undefined";
 
 DatasetType typeOf(NodeKind kind) {
   switch (kind) {
@@ -89,13 +89,6 @@ std::string connectionKey(const DatabaseAddress& address) {
   return address.server + '\0' + address.database;
 }
 
-std::string_view typeName(const TAVModelObject* object) {
-  const auto* feature = as<TAVFeature>(object);
-  const TAVType* type = feature ? feature->type.get() : nullptr;
-  const std::string_view name = type ? type->getName().view() : std::string_view();
-  return name == "undefined" ? std::string_view() : name;
-}
-
 }  // namespace
 
 std::string_view lineageProducer() noexcept {
@@ -110,11 +103,8 @@ FacetWriter::FacetWriter(const LineageGraph& graph, const CatalogDatasets& datas
     reference.member("namespace", dataset.space);
     reference.member("name", dataset.name);
   }
-  for (const TAVStoreConnection& connection : graph.model().storeConnections) {
-    const DatabaseAddress address = parseDatabaseAddress(
-        connection.connectionString, connection.getName().view(), connection.dataStore.name);
-    connections_.try_emplace(connectionKey(address), connection.getName().str());
-  }
+  for (const LineageConnection& connection : graph.connections())
+    connections_.try_emplace(connectionKey(connection.address), connection.name);
 }
 
 void FacetWriter::writeReference(DatasetId id) {
@@ -149,22 +139,22 @@ void FacetWriter::writeType(const DatasetType& type) {
 }
 
 void FacetWriter::writeOrigin(const CatalogDataset& dataset) {
-  std::string_view name = graph_.model().getName().view();
+  std::string name = graph_.modelName();
   if (const DatabaseAddress* address = graph_.database(dataset.node)) {
     const auto connection = connections_.find(connectionKey(*address));
-    name = connection == connections_.end() ? std::string_view(address->database) : connection->second;
+    name = connection == connections_.end() ? address->database : connection->second;
   }
   open({"dataSource", "1-0-1", "DatasourceDatasetFacet"});
-  json_.member("name", name.empty() ? std::string_view(dataset.space) : name);
+  json_.member("name", name.empty() ? dataset.space : name);
   if (isUri(dataset.space)) json_.member("uri", dataset.space);
   json_.close('}');
 }
 
 void FacetWriter::writeDescription(NodeId node) {
-  const TAVModelObject* object = datasets_.describing(node);
-  if (!object || object->description.empty()) return;
+  const std::string description = graph_.description(datasets_.describing(node));
+  if (description.empty()) return;
   open({"documentation", "1-1-0", "DocumentationDatasetFacet"});
-  json_.member("description", maskPasswords(object->description));
+  json_.member("description", description);
   json_.close('}');
 }
 
@@ -175,10 +165,11 @@ void FacetWriter::writeColumns(const CatalogDataset& dataset) {
   for (const NodeId field : dataset.fields) {
     json_.open('{');
     json_.member("name", datasets_.fieldName(field));
-    const TAVModelObject* object = datasets_.describing(field);
-    if (const std::string_view type = typeName(object); !type.empty()) json_.member("type", type);
-    if (object && !object->description.empty())
-      json_.member("description", maskPasswords(object->description));
+    const NodeId described = datasets_.describing(field);
+    const std::string type = graph_.typeName(described);
+    if (!type.empty() && type != kUndefined) json_.member("type", type);
+    const std::string description = graph_.description(described);
+    if (!description.empty()) json_.member("description", description);
     json_.close('}');
   }
   json_.close(']');
@@ -212,7 +203,7 @@ void FacetWriter::writeColumnLineage(const CatalogDataset& dataset) {
 }
 
 void FacetWriter::writeInputFields(NodeId field, const std::vector<Source>& sources) {
-  std::string expression = maskPasswords(graph_.expression(field));
+  std::string expression = graph_.expression(field);
   json_.open(datasets_.fieldName(field), '{');
   json_.open("inputFields", '[');
   for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -246,7 +237,7 @@ void FacetWriter::writeConditions(const CatalogDataset& dataset) {
   bool isOpen = false;
   for (const NodeId part : graph_.partsOf(dataset.node)) {
     if (graph_.node(part).kind != NodeKind::condition) continue;
-    std::string expression = maskPasswords(graph_.expression(part));
+    std::string expression = graph_.expression(part);
     const std::vector<Source> sources = sourcesOf(part);
     if (!sources.empty() && !isOpen) json_.open("dataset", '[');
     isOpen = isOpen || !sources.empty();
@@ -275,7 +266,7 @@ void FacetWriter::writeJobFacets(DatasetId id) {
 }
 
 void FacetWriter::writeQuery(NodeId query) {
-  const std::string text = maskPasswords(graph_.expression(query));
+  const std::string text = graph_.expression(query);
   if (text.empty()) return;
   const std::string_view language = graph_.language(query);
   if (language == "sql") {
@@ -294,11 +285,11 @@ void FacetWriter::writeExpressions(const CatalogDataset& dataset) {
   std::string text;
   std::string_view language;
   for (const NodeId field : dataset.fields) {
-    const std::string_view expression = graph_.expression(field);
+    const std::string expression = graph_.expression(field);
     if (expression.empty()) continue;
     language = graph_.language(field);
     if (!text.empty()) text += "\n\n";
-    text.append(graph_.qualifiedName(field)).append(" = ").append(maskPasswords(expression));
+    text.append(graph_.qualifiedName(field)).append(" = ").append(expression);
     if (language == "mdx" && text.back() != ';') text += ';';
   }
   if (text.empty()) return;

@@ -29,12 +29,15 @@ std::string joinedExtensions(const TAVOption& option) {
   return text;
 }
 
+Fault unreadable(const std::string& path, const std::string& cause) {
+  return {"TAVBRIDGE_E0016", "The file '" + path + "' cannot be read: " + cause + "."};
+}
+
 Fault testContent(const std::string& path) {
   tav::FileReader file;
   char first = '\0';
   const bool empty = !file.open(path) || file.read(&first, 1) == 0;
-  if (!file.getError().empty())
-    return {"TAVBRIDGE_E0016", "The file '" + path + "' cannot be read: " + file.getError() + "."};
+  if (!file.getError().empty()) return unreadable(path, file.getError());
   if (empty) return {"TAVBRIDGE_E0017", "The file '" + path + "' is empty."};
   return {};
 }
@@ -44,8 +47,7 @@ Fault testPath(const std::string& path, bool acceptFolders) {
   std::error_code error;
   const fs::file_type type = fs::status(path, error).type();
   if (type == fs::file_type::not_found) return {"TAVBRIDGE_E0013", "The file '" + path + "' does not exist."};
-  if (type == fs::file_type::none)
-    return {"TAVBRIDGE_E0016", "The file '" + path + "' cannot be read: " + error.message() + "."};
+  if (type == fs::file_type::none) return unreadable(path, error.message());
   if (type == fs::file_type::directory && acceptFolders) return {};
   if (type == fs::file_type::directory) return {"TAVBRIDGE_E0014", "'" + path + "' is a folder, not a file."};
   if (type != fs::file_type::regular) return {"TAVBRIDGE_E0015", "'" + path + "' is no regular file."};

@@ -7,14 +7,9 @@
 #include <vector>
 
 #include "framework/dom/arena.h"
-#include "framework/dom/dom.h"
+#include "framework/dom/dom_name.h"
 
 namespace tav {
-
-/// The hash that DomName keeps of its text.
-inline std::uint32_t hashName(std::string_view text) noexcept {
-  return static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
-}
 
 /// The names of a document, each kept once for each namespace that its prefix stands for, and the
 /// declarations of namespaces that hold where the parser is.

@@ -4,7 +4,7 @@
 #include <limits>
 #include <new>
 
-#include "framework/dom/child_index.h"
+#include "framework/dom/document_encoding.h"
 #include "framework/dom/single_byte_encoding.h"
 #include "framework/std/exception.h"
 
@@ -85,8 +85,8 @@ void DomParser::FreeParser::operator()(XML_ParserStruct* parser) const noexcept 
   XML_ParserFree(parser);
 }
 
-DomParser::DomParser(DomStorage& storage, TAVLog* log, std::string_view document)
-    : storage_(storage), log_(log), document_(document), parser_(XML_ParserCreate(nullptr)) {
+DomParser::DomParser(DomStorage& storage, TAVLog* log, const DomLimits& limits, std::string_view document)
+    : storage_(storage), log_(log), limits_(limits), document_(document), parser_(XML_ParserCreate(nullptr)) {
   XML_Parser parser = parser_.get();
   if (!parser) throw std::bad_alloc();
   storage_.names.closeScope(0);  // an earlier document may have broken off inside
@@ -97,14 +97,13 @@ DomParser::DomParser(DomStorage& storage, TAVLog* log, std::string_view document
   XML_SetExternalEntityRefHandler(parser, Callbacks::externalEntity);
   XML_SetSkippedEntityHandler(parser, Callbacks::skippedEntity);
   XML_SetUnknownEncodingHandler(parser, Callbacks::unknownEncoding, nullptr);
-  XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, TAVDOM::kMaxAmplification);
-  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, TAVDOM::kAmplificationThreshold);
+  XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, limits_.amplification);
+  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, limits_.threshold);
 }
 
 DomParser::~DomParser() = default;
 
-const TAVDOMElement* DomParser::parse(const Read& read, std::uint64_t total,
-                                      const TAVDOM::Progress& progress) {
+const TAVDOMElement* DomParser::parse(const Read& read, std::uint64_t total, const Progress& progress) {
   std::uint64_t fed = 0;
   for (bool last = false; !last;) {
     feed(read, fed, last);
@@ -123,6 +122,8 @@ void DomParser::feed(const Read& read, std::uint64_t& fed, bool& last) {
   auto* buffer = static_cast<char*>(XML_GetBuffer(parser, static_cast<int>(capacity)));
   if (!buffer) failForDocument(document_, causeOf(XML_GetErrorCode(parser)));
   const std::size_t count = read(buffer, capacity);
+  // The declaration is all in the first chunk.
+  if (fed == 0) XML_SetEncoding(parser, encodingInSpiteOf({buffer, count}));
   last = count < capacity;
   fed += count;
   if (fed == 0) failAt(1, 1, "the file is empty");
@@ -151,8 +152,7 @@ void DomParser::readAttributes(const char** attributes, std::size_t count, TAVDO
   // Many default values of one tag would cost every empty element of it more than the document itself.
   defaultBytes_ += (count - specified) * sizeof(DomAttribute);
   const auto parsed = static_cast<float>(XML_GetCurrentByteIndex(parser_.get()));
-  if (defaultBytes_ > TAVDOM::kAmplificationThreshold &&
-      static_cast<float>(defaultBytes_) > TAVDOM::kMaxAmplification * parsed)
+  if (defaultBytes_ > limits_.threshold && static_cast<float>(defaultBytes_) > limits_.amplification * parsed)
     return stop("its document type gives too many attribute values");
   auto* place = static_cast<DomAttribute*>(
       storage_.arena.allocate(count * sizeof(DomAttribute), alignof(DomAttribute)));
@@ -200,21 +200,20 @@ void DomParser::end() {
 void DomParser::placeChildren(TAVDOMElement& element, std::span<const TAVDOMElement> children) {
   if (!fits<std::int32_t>(children.size())) return stop("an element has more than 2,147,483,647 children");
   const bool indexed = children.size() >= kIndexedChildren;
-  const std::size_t front = indexed ? sizeof(Front) : 0;
+  const std::size_t front = indexed ? sizeof(const ChildIndex*) : 0;
   auto* place =
       static_cast<std::byte*>(storage_.arena.allocate(front + children.size_bytes(), alignof(TAVDOMElement)));
   auto* first = reinterpret_cast<TAVDOMElement*>(place + front);
   std::uninitialized_copy(children.begin(), children.end(), first);
   element.children_ = first;
   element.count_ = static_cast<std::uint32_t>(children.size());
-  if (indexed) {
-    const ChildIndex* index = ChildIndex::build({first, children.size()}, storage_.arena);
-    std::construct_at(reinterpret_cast<Front*>(place), Front{index});
-  }
+  if (indexed) std::construct_at(reinterpret_cast<const ChildIndex**>(place), indexOf(children));
 }
 
-const ChildIndex* DomParser::indexBefore(const TAVDOMElement* children) noexcept {
-  return (reinterpret_cast<const Front*>(children) - 1)->index;
+const ChildIndex* DomParser::indexOf(std::span<const TAVDOMElement> children) const {
+  ChildIndex::Builder index;
+  for (std::uint32_t i = 0; i < children.size(); ++i) index.add(*children[i].name_, i);
+  return index.finish(storage_.arena);
 }
 
 void DomParser::warn(std::string_view text) const {

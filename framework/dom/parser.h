@@ -10,19 +10,26 @@
 #include <vector>
 
 #include "framework/dom/arena.h"
-#include "framework/dom/dom.h"
+#include "framework/dom/child_index.h"
+#include "framework/dom/element.h"
 #include "framework/dom/names.h"
+#include "framework/std/log.h"
 
 struct XML_ParserStruct;
 
 namespace tav {
 
-class ChildIndex;
-
 /// Where the trees of a TAVDOM lie.
 struct DomStorage {
   Arena arena;
   DomNames names{arena};
+};
+
+/// How much a document may make out of its own size: more than `threshold` bytes at most `amplification`
+/// times as many as it has.
+struct DomLimits {
+  float amplification;
+  std::uint64_t threshold;
 };
 
 /// Throws the TAVException for a document that cannot be read at all.
@@ -35,21 +42,18 @@ class DomParser {
   /// Gives the next bytes of the document: fewer than `capacity` only at its end.
   using Read = std::function<std::size_t(char* buffer, std::size_t capacity)>;
 
-  DomParser(DomStorage& storage, TAVLog* log, std::string_view document);
+  /// Called after each chunk with the bytes read so far and the size of the document.
+  using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t bytesTotal)>;
+
+  DomParser(DomStorage& storage, TAVLog* log, const DomLimits& limits, std::string_view document);
   DomParser(const DomParser&) = delete;
   DomParser& operator=(const DomParser&) = delete;
   ~DomParser();
 
-  const TAVDOMElement* parse(const Read& read, std::uint64_t total, const TAVDOM::Progress& progress);
-
-  /// The index of children that are at least kIndexedChildren.
-  static const ChildIndex* indexBefore(const TAVDOMElement* children) noexcept;
+  const TAVDOMElement* parse(const Read& read, std::uint64_t total, const Progress& progress);
 
  private:
   struct Callbacks;
-  struct Front {  // what lies in front of many children
-    const ChildIndex* index;
-  };
   struct Frame {
     TAVDOMElement element;
     std::size_t firstChild;  // in closed_
@@ -64,6 +68,7 @@ class DomParser {
   void addText(std::string_view text);
   void end();
   void placeChildren(TAVDOMElement& element, std::span<const TAVDOMElement> children);
+  const ChildIndex* indexOf(std::span<const TAVDOMElement> children) const;
   void warn(std::string_view text) const;
   void stop(std::string_view cause);
   [[nodiscard]] TAVString causeOf(int error) const;
@@ -71,6 +76,7 @@ class DomParser {
 
   DomStorage& storage_;
   TAVLog* log_;
+  DomLimits limits_;
   std::string_view document_;
   struct FreeParser {
     void operator()(XML_ParserStruct* parser) const noexcept;

@@ -163,7 +163,8 @@ ProcessEnd ChildProcess::wait(const Sink& output, const Sink& errors) {
   while (output_.get() >= 0 || errors_.get() >= 0) {
     std::array<pollfd, 2> ready{{{output_.get(), POLLIN, 0}, {errors_.get(), POLLIN, 0}}};
     const int count = poll(ready.data(), ready.size(), kLookMilliseconds);
-    if (count < 0 && errno != EINTR) fail("TAVJAVA_F0001", std::generic_category().message(errno));
+    if (count < 0 && errno != EINTR)
+      fail("TAVJAVA_F0010", "The Java importer cannot be awaited: " + std::generic_category().message(errno));
     if (count == 0 && ended) break;  // a process outside the group holds the pipes
     if (!ended && hasEnded()) {
       ended = true;

@@ -1,6 +1,7 @@
 #include "framework/model/model.h"
 
-// The operations that callers know by name; each is an operation on one link.
+// The operations that callers know by name; each is an operation on one link. What puts an object into a
+// container takes it as Owned, also where it is the operation of the part: so it can be seen who deletes it.
 
 using tav::add;
 using tav::addUnique;
@@ -37,7 +38,11 @@ std::vector<TAVPackage*> TAVNamespace::getChildPackages() const {
 }
 
 std::int32_t TAVNamespace::getChildPackageCount() const {
-  return static_cast<std::int32_t>(getChildPackages().size());
+  return namespaceElements.getCount(tav::classId<TAVPackage>);
+}
+
+TAVPackage* TAVNamespace::getChildPackage(std::int32_t index) const {
+  return static_cast<TAVPackage*>(namespaceElements.at(index, tav::classId<TAVPackage>));
 }
 
 TAVPackage* TAVNamespace::getChildPackage(std::string_view name) const {
@@ -59,7 +64,11 @@ std::vector<TAVModelElement*> TAVDesignPackage::getModelElements() const {
 }
 
 std::int32_t TAVDesignPackage::getModelElementCount() const {
-  return static_cast<std::int32_t>(getModelElements().size());
+  return namespaceElements.getCount(tav::classId<TAVModelElement>);
+}
+
+TAVModelElement* TAVDesignPackage::getModelElement(std::int32_t index) const {
+  return static_cast<TAVModelElement*>(namespaceElements.at(index, tav::classId<TAVModelElement>));
 }
 
 TAVClassifierMap& TAVClassifier::addClassifierMap(Owned<TAVClassifierMap> map) {
@@ -85,6 +94,14 @@ void TAVDimension::addDefaultHierarchy(TAVHierarchy& hierarchy) {
 
 void TAVDimension::removeDefaultHierarchy() {
   clear<&TAVDimension::defaultHierarchy>(*this);
+}
+
+TAVLevel& TAVLevel::addDimension(Owned<TAVLevel> level, TAVDimension& dimension) {
+  return add<&TAVDimension::levels>(dimension, std::move(level));
+}
+
+Owned<TAVLevel> TAVLevel::removeDimension() {
+  return dimension ? tav::take(*this) : nullptr;
 }
 
 void TAVLevel::addDefaultLevelAttribute(TAVLevelAttribute& attribute) {
@@ -124,8 +141,17 @@ void TAVHierarchy::addBottomHierarchyLevelAssociation(TAVHierarchyLevelAssociati
   link<&TAVHierarchy::bottomHierarchyLevelAssociation>(*this, association);
 }
 
+TAVHierarchyLevelAssociation& TAVHierarchyLevelAssociation::addHierarchy(
+    Owned<TAVHierarchyLevelAssociation> association, TAVHierarchy& hierarchy) {
+  return hierarchy.addHierarchyLevelAssociation(std::move(association));
+}
+
 void TAVHierarchyLevelAssociation::addLevel(TAVLevel& used) {
   link<&TAVHierarchyLevelAssociation::level>(*this, used);
+}
+
+TAVLevelKey& TAVLevelKey::addLevel(Owned<TAVLevelKey> key, TAVLevel& level) {
+  return add<&TAVLevel::levelKeys>(level, std::move(key));
 }
 
 void TAVLevelKey::addLevelAttribute(TAVLevelAttribute& attribute) {

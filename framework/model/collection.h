@@ -1,49 +1,18 @@
 #pragma once
 
 // The ends of links between model objects: single ends and collections. Every link has two ends that know
-// each other's place, so nothing is ever searched for when one of them goes. Only link.cpp changes ends;
-// everything here reads.
+// each other's place, so nothing is ever searched for when one of them goes. Everything here reads; only
+// link.cpp changes ends.
 
 #include <cstdint>
 #include <memory>
 #include <string_view>
-#include <vector>
 
-#include "framework/api.h"
-#include "framework/model/class_list.h"
+#include "framework/model/slot.h"
 
 namespace tav {
 
 struct LinkAccess;
-
-inline constexpr std::uint32_t kNone = 0xFFFFFFFF;
-
-/// What a link end means for saving, walking, copying and deleting.
-enum class LinkKind : std::uint8_t {
-  contained,  ///< this end owns the other and deletes it
-  container,  ///< the other side of `contained`
-  reference,  ///< saved and exported
-  hidden,     ///< the back link of a reference: kept for deletion and queries, never saved
-};
-
-struct Slot {
-  TAVObject* other = nullptr;          ///< null: a hole that a removed link has left
-  std::uint32_t peer = kNone;          ///< the slot that `other` keeps for the same link
-  std::uint32_t nextSameHash = kNone;  ///< chain of the name index
-};
-
-struct Indexes;
-struct TAV_API DeleteIndexes {
-  void operator()(Indexes* indexes) const noexcept;
-};
-
-/// What a collection keeps once something has been added to it.
-struct ManyData {
-  std::vector<Slot> slots;
-  std::uint32_t live = 0;
-  std::uint8_t row = 0;
-  std::unique_ptr<Indexes, DeleteIndexes> indexes;
-};
 
 }  // namespace tav
 
@@ -60,8 +29,13 @@ class TAV_API TAVSdkCollection {
   }
   [[nodiscard]] bool empty() const noexcept { return getCount() == 0; }
 
-  /// The object at `index`, from 0 in insertion order, or null outside the collection.
-  TAVObject* operator[](std::int32_t index) const;
+  /// The object at `index`, from 0 in insertion order, or null outside the collection. Cost: the logarithm of
+  /// the size once something was removed, constant before.
+  TAVObject* operator[](std::int32_t index) const { return at(index, 0); }
+
+  /// Count and place among the objects of class `kind` and its subclasses alone, at the same cost.
+  [[nodiscard]] std::int32_t getCount(tav::ClassId kind) const;
+  [[nodiscard]] TAVObject* at(std::int32_t index, tav::ClassId kind) const;
 
  protected:
   ~TAVSdkCollection() = default;
@@ -136,7 +110,7 @@ template <class T, LinkKind Kind> class Many : public TAVObjectCollection {
     std::size_t place_;
   };
 
-  [[nodiscard]] Iterator begin() const { return {data_.get(), 0}; }
+  [[nodiscard]] Iterator begin() const { return {data_.get(), data_ ? data_->front : 0}; }
   [[nodiscard]] std::nullptr_t end() const { return nullptr; }
 
   T* operator[](std::int32_t index) const { return static_cast<T*>(TAVSdkCollection::operator[](index)); }

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "framework/model/collection.h"
 #include "framework/model/object.h"
 #include "framework/model/rows.h"
 

@@ -1,5 +1,6 @@
 #include "framework/model/name_index.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "framework/model/object.h"
@@ -21,45 +22,73 @@ NameIndex::NameIndex(std::vector<Slot>& slots) : table_(64) {
 
 void NameIndex::append(std::vector<Slot>& slots, std::uint32_t slot) {
   if (2 * (used_ + 1) > table_.size()) grow();
-  Chain& chain = chainOf(hashOf(slots[slot].other->getName().view()));
+  const std::uint32_t hash = hashOf(slots[slot].other->getName().view());
+  Chain& chain = table_[placeOf(hash)];
   slots[slot].nextSameHash = kNone;
-  if (chain.head == kNone) {
-    chain.head = slot;
-  } else {
-    slots[chain.tail].nextSameHash = slot;
+  if (chain.tail == kNone) {
+    chain = {hash, slot, slot};
+    ++used_;
+    return;
   }
+  slots[chain.tail].nextSameHash = slot;
   chain.tail = slot;
 }
 
-TAVObject* NameIndex::find(std::vector<Slot>& slots, std::string_view name, ClassId kind) {
-  Chain& chain = chainOf(hashOf(name));
-  // Holes in front never come back, so each is passed once however often the name is asked for.
-  while (chain.head != kNone && chain.head != chain.tail && !slots[chain.head].other)
-    chain.head = slots[chain.head].nextSameHash;
-  for (std::uint32_t i = chain.head; i != kNone; i = slots[i].nextSameHash) {
-    TAVObject* object = slots[i].other;
-    if (object && object->getName() == name && derives(object->classId(), kind)) return object;
-  }
-  return nullptr;
+void NameIndex::remove(const std::vector<Slot>& slots, std::uint32_t slot) {
+  if (!moved_.empty()) moved_.erase({hashOf(slots[slot].other->getName().view()), slot});
 }
 
-NameIndex::Chain& NameIndex::chainOf(std::uint32_t hash) {
+void NameIndex::rename(const std::vector<Slot>& slots, std::uint32_t slot, std::string_view name) {
+  remove(slots, slot);
+  moved_.emplace(hashOf(name), slot);
+}
+
+TAVObject* NameIndex::find(std::vector<Slot>& slots, std::string_view name, ClassId kind) {
+  const std::uint32_t hash = hashOf(name);
+  // Both are in insertion order, so the first of all is the lower slot; kNone is above every slot.
+  const std::uint32_t slot =
+      std::min(findInChain(slots, hash, name, kind), findMoved(slots, hash, name, kind));
+  return slot == kNone ? nullptr : slots[slot].other;
+}
+
+std::uint32_t NameIndex::findInChain(std::vector<Slot>& slots, std::uint32_t hash, std::string_view name,
+                                     ClassId kind) {
+  Chain& chain = table_[placeOf(hash)];
+  // Holes and renamed objects in front never come back, so each is passed once however often the name is
+  // asked for.
+  const auto isGone = [&](const Slot& slot) {
+    return !slot.other || (!moved_.empty() && hashOf(slot.other->getName().view()) != hash);
+  };
+  while (chain.head != chain.tail && isGone(slots[chain.head])) chain.head = slots[chain.head].nextSameHash;
+  for (std::uint32_t i = chain.head; i != kNone; i = slots[i].nextSameHash) {
+    const TAVObject* object = slots[i].other;
+    if (object && object->getName() == name && derives(object->classId(), kind)) return i;
+  }
+  return kNone;
+}
+
+std::uint32_t NameIndex::findMoved(const std::vector<Slot>& slots, std::uint32_t hash, std::string_view name,
+                                   ClassId kind) const {
+  for (auto at = moved_.lower_bound({hash, 0}); at != moved_.end() && at->first == hash; ++at) {
+    const TAVObject* object = slots[at->second].other;
+    if (object->getName() == name && derives(object->classId(), kind)) return at->second;
+  }
+  return kNone;
+}
+
+// The place of a hash's chain, or the free one where it belongs; never more than half of them are taken.
+std::size_t NameIndex::placeOf(std::uint32_t hash) const noexcept {
   const std::size_t mask = table_.size() - 1;
   std::size_t place = hash & mask;
   while (table_[place].tail != kNone && table_[place].hash != hash) place = (place + 1) & mask;
-  if (table_[place].tail == kNone) {
-    table_[place].hash = hash;
-    ++used_;
-  }
-  return table_[place];
+  return place;
 }
 
 void NameIndex::grow() {
   std::vector<Chain> old(table_.size() * 2);
   old.swap(table_);
-  used_ = 0;
   for (const Chain& chain : old)
-    if (chain.tail != kNone) chainOf(chain.hash) = chain;
+    if (chain.tail != kNone) table_[placeOf(chain.hash)] = chain;
 }
 
 UniqueNumbers::Numbers& UniqueNumbers::of(std::string_view stem) {

@@ -1,29 +1,33 @@
 #pragma once
 
-// What a large collection keeps beside its slots: the index by name, the numbers of unique names, and the
-// index by object.
+// What a large collection knows of names: where the objects of a name are, and which numbers its unique names
+// have taken.
 
 #include <cstdint>
-#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
-#include "framework/model/collection.h"
+#include "framework/model/slot.h"
 #include "framework/std/string.h"
 
 namespace tav {
 
 /// Finds slots by the hash of their object's name. It holds no text: whoever asks compares the live
 /// object's name, so nothing in here can dangle. Slots of one hash form a chain in insertion order through
-/// Slot::nextSameHash; holes stay in their chain until they are passed.
+/// Slot::nextSameHash; holes stay in their chain until they are passed. An object that is renamed stays in
+/// the chain of its first name, where nobody finds it any more, and is found among those that moved.
 class NameIndex {
  public:
   explicit NameIndex(std::vector<Slot>& slots);
   void append(std::vector<Slot>& slots, std::uint32_t slot);
-  /// The first live slot of this name's chain whose object has the name and is of class `kind`, or null.
+  /// To be told before the object of a slot goes, and before it takes another name.
+  void remove(const std::vector<Slot>& slots, std::uint32_t slot);
+  void rename(const std::vector<Slot>& slots, std::uint32_t slot, std::string_view name);
+  /// The first live slot whose object has the name and is of class `kind`, or null.
   TAVObject* find(std::vector<Slot>& slots, std::string_view name, ClassId kind);
 
  private:
@@ -32,11 +36,16 @@ class NameIndex {
     std::uint32_t head = kNone;
     std::uint32_t tail = kNone;
   };
-  Chain& chainOf(std::uint32_t hash);
+  [[nodiscard]] std::size_t placeOf(std::uint32_t hash) const noexcept;
   void grow();
+  std::uint32_t findInChain(std::vector<Slot>& slots, std::uint32_t hash, std::string_view name,
+                            ClassId kind);
+  [[nodiscard]] std::uint32_t findMoved(const std::vector<Slot>& slots, std::uint32_t hash,
+                                        std::string_view name, ClassId kind) const;
 
   std::vector<Chain> table_;  // open addressing, its size a power of two
   std::size_t used_ = 0;
+  std::set<std::pair<std::uint32_t, std::uint32_t>> moved_;  // hash and slot of what was renamed
 };
 
 /// The numbers given to equal names. For each stem (a name with its separator) all numbers from 2 up to
@@ -53,12 +62,6 @@ class UniqueNumbers {
 
  private:
   std::unordered_map<std::string, Numbers, TextHash, std::equal_to<>> stems_;
-};
-
-struct Indexes {
-  std::unique_ptr<NameIndex> names;
-  std::unique_ptr<UniqueNumbers> numbers;
-  std::unique_ptr<std::unordered_map<const TAVObject*, std::uint32_t>> members;  // object to how often
 };
 
 }  // namespace tav

@@ -3,17 +3,18 @@
 // The root of the class tree: what every model object is and can be asked.
 
 #include <cstdint>
-#include <memory>
 #include <string_view>
+#include <type_traits>
 
 #include "framework/api.h"
 #include "framework/model/class_list.h"
-#include "framework/model/collection.h"
+#include "framework/model/owned.h"
 #include "framework/std/string.h"
 
 namespace tav {
 class Numbering;
-}
+struct LinkAccess;
+}  // namespace tav
 class TAVTraversalOperation;
 
 /// An object of the metadata model. It belongs to the object that contains it, or, while it is not placed
@@ -79,15 +80,6 @@ template <class T, class O> auto as(O* object) noexcept {
 template <class T> bool is(const TAV_Object& object) noexcept {
   return derives(object.classId(), classId<T>);
 }
-
-/// Deletes an object with all that it contains and takes each out of every link that names it. Cost: the
-/// links of what goes.
-struct TAV_API DestroyTree {
-  void operator()(TAVObject* object) const noexcept;
-};
-
-/// An object that no model contains yet.
-template <class T> using Owned = std::unique_ptr<T, DestroyTree>;
 
 /// Makes an object that is not placed yet. The name is given before placing: that costs least.
 template <class T> Owned<T> make(TAVString name = {}) {

@@ -10,12 +10,16 @@
 #include <variant>
 
 #include "framework/model/class_list.h"
-#include "framework/model/collection.h"
 #include "framework/model/data_store.h"
 #include "framework/model/enumerations.h"
+#include "framework/model/slot.h"
 #include "framework/std/exception.h"
 
+class TAVSdkCollection;
+
 namespace tav {
+
+class OneBase;
 
 /// An attribute's value: a flag, a number, a text (a view into the object), or a data store. Empty text,
 /// 0, false and a data store without a name are the defaults; a default is neither saved nor exported.

@@ -13,6 +13,10 @@
 namespace tav {
 namespace {
 
+[[noreturn]] void failToLoad(std::string_view place, std::string_view cause) {
+  fail("TAVXML_F0002", std::string(place) + ": " + std::string(cause));
+}
+
 template <class Number> bool parseNumber(std::string_view text, Number& number) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   return error == std::errc() && end == text.data() + text.size();
@@ -63,8 +67,7 @@ class Loader {
   };
 
   [[noreturn]] void failAt(const TAVDOMElement& element, std::string_view cause) const {
-    fail("TAVXML_F0002",
-         std::string(name_) + ":" + std::to_string(element.getLine()) + ": " + std::string(cause));
+    failToLoad(std::string(name_) + ":" + std::to_string(element.getLine()), cause);
   }
 
   void readNext() {
@@ -192,7 +195,7 @@ class Loader {
 Owned<TAVModel> onlyModelOf(const TAVMultiModel& multiModel, std::string_view name) {
   const TAVModelContent* content = multiModel.contents.first();
   TAVModel* model = content ? content->models.first() : nullptr;
-  if (!model) fail("TAVXML_F0002", std::string(name) + ": the document holds no model");
+  if (!model) failToLoad(name, "the document holds no model");
   return model->removeContent();
 }
 

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -26,11 +27,28 @@ std::string reason() {
   return std::error_code(errno, std::generic_category()).message();
 }
 
-/// The file that a chain of links ends at, so that the link itself is kept.
-std::string followed(const std::string& path) {
+constexpr int kMostLinks = 40;  // as many as the kernel follows
+
+/// The file that a chain of links ends at, so that the links themselves are kept; it need not be there. None
+/// when the links lead in a circle.
+std::optional<std::string> followed(const std::string& path) {
   std::error_code error;
   const std::filesystem::path real = std::filesystem::canonical(path, error);
-  return error ? path : real.string();
+  if (!error) return real.string();
+  // A link may lead to what has no path, as /dev/stdout does to a pipe.
+  if (std::filesystem::exists(path, error)) return path;
+  std::filesystem::path at = path;
+  for (int links = 0; links <= kMostLinks; ++links) {
+    const std::filesystem::path next = std::filesystem::read_symlink(at, error);
+    if (error) return at.string();
+    at = at.parent_path() / next;
+  }
+  return std::nullopt;
+}
+
+std::string targetOf(const std::string& path) {
+  if (std::optional<std::string> target = followed(path)) return *target;
+  failWith(path, "its links lead in a circle");
 }
 
 /// What the names of unfinished files begin with. The process is named so that they can be told from those of
@@ -58,7 +76,7 @@ void syncFolderOf(const std::string& path) {
 /// The descriptor that is written to, with the path that it will have.
 class ReplacingFile::Buffer : public std::streambuf {
  public:
-  explicit Buffer(const TAVString& target) : target_(followed(target.str())), bytes_(kBufferSize) {
+  explicit Buffer(const TAVString& target) : target_(targetOf(target.str())), bytes_(kBufferSize) {
     struct stat status {};
     const bool there = stat(target_.c_str(), &status) == 0;
     if (there && S_ISDIR(status.st_mode)) failWith(target_, "it is a folder");
@@ -156,7 +174,9 @@ void ReplacingFile::commit() {
 }
 
 void removeUnfinished(const TAVString& target, pid_t process) {
-  const std::filesystem::path beginning = temporaryOf(followed(target.str()), process);
+  const std::optional<std::string> file = followed(target.str());
+  if (!file) return;
+  const std::filesystem::path beginning = temporaryOf(*file, process);
   const std::filesystem::path folder = beginning.parent_path();
   std::error_code error;
   std::filesystem::directory_iterator entries(folder.empty() ? "." : folder, error);

@@ -14,8 +14,8 @@ namespace tav {
 
 /// Writes a file beside `target` and puts it in place with commit(). Without commit, or when anything
 /// throws, the target is untouched and nothing is left behind, nor by endUnfinishedWork(). A link is followed
-/// to the file it names; a target that exists and is no regular file (a terminal, a pipe) is written to as it
-/// is.
+/// to the file it names, which need not be there; a target that exists and is no regular file (a terminal, a
+/// pipe) is written to as it is.
 ///
 /// Every failure is a TAVException "[TAVXML_F0001] path: cause".
 class TAV_API ReplacingFile {

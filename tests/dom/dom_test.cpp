@@ -74,8 +74,8 @@ TEST(Dom, TheTreeIsTheSameWhereverAChunkEnds) {
   for (const auto& c : tav::test::loadCorpus("dom/documents.txt")) {
     const std::string document = tav::test::unescape(c.input);
     if (document.empty() || c.expected.find("[TAVDOM") != std::string::npos) continue;
-    if (document.starts_with("\xFF\xFE") || document.starts_with("\xFE\xFF") || document.starts_with("\xEF"))
-      continue;
+    // Blanks of one byte would spoil UTF-16, and none may stand before a mark.
+    if (document.find('\0') != std::string::npos || document.starts_with("\xEF")) continue;
     const std::string expected = withoutLines(parseAndDump(document));
     for (std::size_t cut = 1; cut < document.size(); cut += 3)
       EXPECT_EQ(withoutLines(parseAndDump(around(document, kChunk - cut))), expected)

@@ -29,7 +29,7 @@ put java/Other.java '/* Outer' ' * Outer */' 'final class Other { Third third; }
 put java/Third.java 'Other other;'
 put java/inner/Inner.java '/** Of Other. */ class Inner {' '  Other other;'
 put setup.sh '. scripts/steps.sh' 'echo . java/none.sh'
-put scripts/steps.sh '# . gone.sh' '  source setup.sh'
+put scripts/steps.sh '# . gone.sh' '  source "$root/setup.sh"'
 put build/made.h '#include "gone.h"'
 put page/node_modules/a/a.ts 'import "./gone";'
 put directions.txt '# a table' 'framework:' 'framework/std: framework' 'framework/model: framework framework/std' \

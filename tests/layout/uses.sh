@@ -52,8 +52,15 @@ classes() {
     }' "$@"
 }
 
-# Scripts that a script reads in, by their paths from the root.
-sourced() { awk '/^[ \t]*(\.|source) / { print FILENAME "|" $2 "|" $2 }' "$@"; }
+# Scripts that a script reads in, by their paths from the root, which a variable may stand for.
+sourced() {
+  awk '
+    /^[ \t]*(\.|source) / {
+      gsub(/"/, "", $2)
+      sub(/^\$[a-z]+\//, "", $2)
+      print FILENAME "|" $2 "|" $2
+    }' "$@"
+}
 
 # Runs a reader on those of the sources whose names match a pattern.
 read_with() {

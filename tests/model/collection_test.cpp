@@ -34,7 +34,7 @@ class RandomSteps {
   explicit RandomSteps(unsigned seed) : random_(seed) {}
 
   void step() {
-    switch (random_() % 8) {
+    switch (random_() % 9) {
       case 0:
       case 1:
         return add(false);
@@ -47,6 +47,8 @@ class RandomSteps {
         return rename();
       case 6:
         return look();
+      case 7:
+        return compareMeasures();
       default:
         return compareOne();
     }
@@ -69,11 +71,15 @@ class RandomSteps {
     // Growing and shrinking phases, so that holes, indexes and small collections all occur.
     if (plain_.features.size() > (random_() % 512)) return remove();
     const std::string name = anyName();
-    auto made = tav::make<TAVColumn>(name);
-    TAVColumn& column =
+    tav::Owned<TAVStructuralFeature> made;
+    if (random_() % 3 == 0)
+      made = tav::make<TAVMeasure>(name);
+    else
+      made = tav::make<TAVColumn>(name);
+    TAVStructuralFeature& feature =
         unique ? table_->addFeatureUniqueName(std::move(made), '/') : table_->addFeature(std::move(made));
-    ASSERT_EQ(column.getName(), unique ? plain_.uniqueName(name) : name);
-    plain_.features.emplace_back(column.getName().str(), &column);
+    ASSERT_EQ(feature.getName(), unique ? plain_.uniqueName(name) : name);
+    plain_.features.emplace_back(feature.getName().str(), &feature);
   }
   void remove() {
     if (plain_.features.empty()) return;
@@ -97,6 +103,23 @@ class RandomSteps {
     const std::size_t place = anyPlace();
     ASSERT_EQ(table_->features[static_cast<std::int32_t>(place)], plain_.features[place].second);
     ASSERT_TRUE(table_->features.contains(*plain_.features[place].second));
+  }
+  /// The same among the measures alone.
+  void compareMeasures() {
+    std::vector<TAVFeature*> measures;
+    for (const auto& [name, feature] : plain_.features)
+      if (tav::is<TAVMeasure>(*feature)) measures.push_back(feature);
+    const tav::ClassId kind = tav::classId<TAVMeasure>;
+    ASSERT_EQ(table_->features.getCount(kind), static_cast<std::int32_t>(measures.size()));
+    ASSERT_EQ(table_->features.at(static_cast<std::int32_t>(measures.size()), kind), nullptr);
+    if (measures.empty()) return;
+    const std::size_t place = random_() % measures.size();
+    ASSERT_EQ(table_->features.at(static_cast<std::int32_t>(place), kind), measures[place]);
+    const std::string name = measures[place]->getName().str();
+    const auto first = std::find_if(measures.begin(), measures.end(),
+                                    [&](TAVFeature* measure) { return measure->getName() == name; });
+    const TAVObjectCollection& features = table_->features;
+    ASSERT_EQ(features.get(name, kind), *first);
   }
 
   std::mt19937 random_;

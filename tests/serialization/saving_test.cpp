@@ -92,6 +92,39 @@ TEST_F(Saving, ALinkAndTheModeOfTheOldFileAreKept) {
   EXPECT_EQ(static_cast<int>(fs::status(path).permissions()), 0604);
 }
 
+TEST_F(Saving, DanglingLinksMakeTheFileThatTheyName) {
+  fs::create_directory(folder_.path() / "models");
+  const fs::path link = folder_.path() / "link.xml";
+  fs::create_symlink("models/next.xml", link);
+  fs::create_symlink("../models/made.xml", folder_.path() / "models" / "next.xml");
+  {
+    tav::ReplacingFile unfinished(TAVString(link.string()));
+    EXPECT_EQ(filesIn(folder_.path()), 2U) << "it is written in the folder where it will be";
+    EXPECT_EQ(filesIn(folder_.path() / "models"), 2U);
+  }
+  EXPECT_FALSE(fs::exists(link));
+  EXPECT_EQ(failureOfSaving(*model_, link), "saved");
+  EXPECT_TRUE(fs::is_symlink(link));
+  EXPECT_TRUE(fs::is_symlink(folder_.path() / "models" / "next.xml"));
+  EXPECT_TRUE(fs::is_regular_file(folder_.path() / "models" / "made.xml"));
+
+  const fs::path nowhere = folder_.path() / "nowhere.xml";
+  fs::create_symlink("missing/model.xml", nowhere);
+  EXPECT_EQ(
+      failureOfSaving(*model_, nowhere),
+      "[TAVXML_F0001] " + (folder_.path() / "missing/model.xml").string() + ": No such file or directory");
+}
+
+TEST_F(Saving, LinksInACircleAreAnError) {
+  const fs::path link = folder_.path() / "a.xml";
+  fs::create_symlink("b.xml", link);
+  fs::create_symlink("a.xml", folder_.path() / "b.xml");
+  EXPECT_EQ(failureOfSaving(*model_, link),
+            "[TAVXML_F0001] " + link.string() + ": its links lead in a circle");
+  tav::removeUnfinished(TAVString(link.string()), 1);
+  EXPECT_TRUE(fs::is_symlink(link));
+}
+
 TEST_F(Saving, AnInterruptedProcessCanRemoveItsUnfinishedFiles) {
   tav::ReplacingFile file(TAVString((folder_.path() / "a.xml").string()));
   EXPECT_EQ(filesIn(folder_.path()), 1U);

@@ -70,21 +70,22 @@ TEST(Sqlite, WhatIsNoDatabaseOfModelsIsLeftAlone) {
   const tav::test::TemporaryFolder folder;
   const std::string text =
       folder.write("text", "this is a text, and long enough to be taken for a header of one");
-  EXPECT_EQ(load(text, "m.xml", "M", ""), "[XMLABRIDGE_F0031] DB: the file is there and is no database");
+  EXPECT_EQ(load(text, "m.xml", "M", ""),
+            "[XMLABRIDGE_F0032] DB: the file exists and is no lineage database of this program");
   EXPECT_TRUE(tav::test::readFile(text).starts_with("this is a text"));
 
   const std::string other = folder.write("other.db", "");
   EXPECT_EQ(ask(other, "CREATE TABLE models(name); INSERT INTO models VALUES('theirs')"), "");
   EXPECT_EQ(load(other, "m.xml", "M", ""),
-            "[XMLABRIDGE_F0032] DB: the file is there and is a database of something else");
+            "[XMLABRIDGE_F0032] DB: the file exists and is no lineage database of this program");
   EXPECT_EQ(ask(other, "SELECT * FROM models"), "name\ntheirs\n");
 
-  const std::string later = folder.write("later.db", "");
-  EXPECT_EQ(load(later, "m.xml", "M", ""), "");
-  EXPECT_EQ(ask(later, "PRAGMA user_version = 2"), "");
+  const std::string earlier = folder.write("earlier.db", "");
+  EXPECT_EQ(load(earlier, "m.xml", "M", ""), "");
+  EXPECT_EQ(ask(earlier, "PRAGMA user_version = 1"), "");
   EXPECT_EQ(
-      load(later, "m.xml", "M", ""),
-      "[XMLABRIDGE_F0032] DB: its tables are those of another version of this program (2 instead of 1)");
+      load(earlier, "m.xml", "M", ""),
+      "[XMLABRIDGE_F0033] DB: its tables are those of another version of this program (1 instead of 2)");
 
   EXPECT_EQ(load((folder.path() / "no" / "such.db").string(), "m.xml", "M", ""),
             "[XMLABRIDGE_F0031] DB: unable to open database file: No such file or directory");
@@ -132,7 +133,7 @@ TEST(Sqlite, ALockThatStaysIsAFailure) {
   std::string inTheMeantime;
   tav::test::whileLocked(
       database, [&] { inTheMeantime = load(database, "n.xml", "N", "", std::chrono::milliseconds(50)); });
-  EXPECT_EQ(inTheMeantime, "[XMLABRIDGE_F0031] DB: another process keeps the database locked");
+  EXPECT_EQ(inTheMeantime, "[XMLABRIDGE_F0034] DB: another process keeps the database locked");
   EXPECT_EQ(load(database, "n.xml", "N", ""), "");
 }
 

@@ -49,10 +49,26 @@ TEST_F(DsvAnalyzer, ATableHasOneCondition) {
   EXPECT_FALSE(analyzer_.isClassifierDefined(table_.get()));
 }
 
-TEST_F(DsvAnalyzer, AConditionGivesWayToAColumnOfItsName) {
+TEST_F(DsvAnalyzer, AConditionGivesWayToColumnsOfItsName) {
   addColumn("SQL CONDITION", "a");
+  TAVColumn& second = addColumn("SQL CONDITION_2", "b");
   TAVCondition* condition = analyzer_.getDstCondition(table_.get());
-  EXPECT_EQ(condition->getName(), "SQL CONDITION_2");
+  EXPECT_EQ(condition->getName(), "SQL CONDITION_3");
+  EXPECT_EQ(analyzer_.getDstCondition(table_.get()), condition);
+  tav::destroy(second);
+  EXPECT_EQ(analyzer_.getDstCondition(table_.get()), condition) << "also when a lower number is free";
+}
+
+TEST_F(DsvAnalyzer, AConditionThatOnlyBeginsLikeItIsAnother) {
+  for (const char* name : {"SQL CONDITION_", "SQL CONDITION_draft", "SQL CONDITION_02", "SQL CONDITION 2",
+                           "sql condition", "SQL CONDITION_2x"}) {
+    auto other = tav::make<TAVCondition>(name);
+    other->setPhysicalName(name);
+    table_->addFeature(std::move(other));
+  }
+  table_->addFeature(tav::make<TAVCondition>("SQL CONDITION_4"));  // it has no physical name
+  TAVCondition* condition = analyzer_.getDstCondition(table_.get());
+  EXPECT_EQ(condition->getName(), "SQL CONDITION");
   EXPECT_EQ(analyzer_.getDstCondition(table_.get()), condition);
 }
 

@@ -12,8 +12,9 @@ class TAV_API TAVDesignPackage : public TAVPackage {
 
   /// The classifiers among the elements, in order.
   [[nodiscard]] std::vector<TAVModelElement*> getModelElements() const;
-  /// Counts by walking the elements.
   [[nodiscard]] std::int32_t getModelElementCount() const;
+  /// Classifier `index` among them, from 0, or null.
+  [[nodiscard]] TAVModelElement* getModelElement(std::int32_t index) const;
 };
 
 template <> struct tav::Meta<TAVDesignPackage> {

@@ -14,6 +14,9 @@ class TAV_API TAVHierarchyLevelAssociation : public TAVModelObject {
   tav::BackReference<TAVHierarchy> topOf;
   tav::BackReference<TAVHierarchy> bottomOf;
 
+  /// Puts an association under its hierarchy, behind those that it has, and lets it delete it from now on.
+  static TAVHierarchyLevelAssociation& addHierarchy(tav::Owned<TAVHierarchyLevelAssociation> association,
+                                                    TAVHierarchy& hierarchy);
   void addLevel(TAVLevel& used);
 };
 

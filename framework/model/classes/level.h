@@ -12,6 +12,11 @@ class TAV_API TAVLevel : public TAVClassifier {
   tav::Parts<TAVLevelKey> levelKeys;
   tav::BackReferences<TAVHierarchyLevelAssociation> hierarchyLevelAssociations;
 
+  /// Puts a level under its dimension, which deletes it from now on.
+  static TAVLevel& addDimension(tav::Owned<TAVLevel> level, TAVDimension& dimension);
+  /// Takes the level out of its dimension and gives it to the caller; its other links stay. Null when it is
+  /// in none, and so not the caller's to take.
+  [[nodiscard]] tav::Owned<TAVLevel> removeDimension();
   void addDefaultLevelAttribute(TAVLevelAttribute& attribute);
   void removeDefaultLevelAttribute();
 };

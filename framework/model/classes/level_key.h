@@ -10,6 +10,8 @@ class TAV_API TAVLevelKey : public TAVModelObject {
   tav::Container<TAVLevel> level;
   tav::References<TAVLevelAttribute> levelAttributes;
 
+  /// Puts a key under its level, which deletes it from now on.
+  static TAVLevelKey& addLevel(tav::Owned<TAVLevelKey> key, TAVLevel& level);
   void addLevelAttribute(TAVLevelAttribute& attribute);
 };
 

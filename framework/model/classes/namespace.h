@@ -7,6 +7,7 @@
 class TAV_API TAVNamespace : public TAVNamespaceElement {
  public:
   tav::Parts<TAVNamespaceElement> namespaceElements;
+  tav::BackReferences<TAVStoreConnection> namespaceConnections;
 
   template <class T> T& addNamespaceElement(tav::Owned<T> element) {
     return tav::add<&TAVNamespace::namespaceElements>(*this, std::move(element));
@@ -16,8 +17,9 @@ class TAV_API TAVNamespace : public TAVNamespaceElement {
   }
   /// The packages among the elements, in order.
   [[nodiscard]] std::vector<TAVPackage*> getChildPackages() const;
-  /// Counts by walking the elements.
   [[nodiscard]] std::int32_t getChildPackageCount() const;
+  /// Package `index` among them, from 0, or null.
+  [[nodiscard]] TAVPackage* getChildPackage(std::int32_t index) const;
   /// The first child package of this name, or null.
   [[nodiscard]] TAVPackage* getChildPackage(std::string_view name) const;
 
@@ -27,5 +29,7 @@ class TAV_API TAVNamespace : public TAVNamespaceElement {
 
 template <> struct tav::Meta<TAVNamespace> {
   static constexpr std::array<AttributeRow, 0> attributes{};
-  static constexpr std::array links{link<&TAVNamespace::namespaceElements>("namespaceElements", "nameSpace")};
+  static constexpr std::array links{
+      link<&TAVNamespace::namespaceElements>("namespaceElements", "nameSpace"),
+      link<&TAVNamespace::namespaceConnections>("namespaceConnections", "connectionNamespaces")};
 };

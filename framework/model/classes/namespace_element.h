@@ -8,6 +8,7 @@ class TAV_API TAVNamespaceElement : public TAVModelObject {
  public:
   tav::Container<TAVNamespace> nameSpace;
   tav::BackReferences<TAVPackage> importingPackages;
+  tav::BackReferences<TAVStoreConnection> elementConnections;
 
  protected:
   using TAVModelObject::TAVModelObject;
@@ -17,5 +18,6 @@ template <> struct tav::Meta<TAVNamespaceElement> {
   static constexpr std::array<AttributeRow, 0> attributes{};
   static constexpr std::array links{
       link<&TAVNamespaceElement::nameSpace>("nameSpace", "namespaceElements"),
-      link<&TAVNamespaceElement::importingPackages>("importingPackages", "importedNamespaceElements")};
+      link<&TAVNamespaceElement::importingPackages>("importingPackages", "importedNamespaceElements"),
+      link<&TAVNamespaceElement::elementConnections>("elementConnections", "connectionElements")};
 };

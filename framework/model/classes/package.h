@@ -7,6 +7,7 @@
 class TAV_API TAVPackage : public TAVNamespace {
  public:
   tav::References<TAVNamespaceElement> importedNamespaceElements;
+  tav::BackReferences<TAVStoreConnection> packageConnections;
 
   /// Lists `element` under a name that is free among the imported elements; the element itself takes it.
   void addImportedNamespaceElementUniqueName(TAVNamespaceElement& element, char separator);
@@ -18,5 +19,6 @@ class TAV_API TAVPackage : public TAVNamespace {
 template <> struct tav::Meta<TAVPackage> {
   static constexpr std::array<AttributeRow, 0> attributes{};
   static constexpr std::array links{
-      link<&TAVPackage::importedNamespaceElements>("importedNamespaceElements", "importingPackages")};
+      link<&TAVPackage::importedNamespaceElements>("importedNamespaceElements", "importingPackages"),
+      link<&TAVPackage::packageConnections>("packageConnections", "connectionPackages")};
 };

@@ -11,6 +11,10 @@ class TAV_API TAVStoreConnection : public TAVSystemPackage {
   TAVString connectionString;
   /// The classifiers that are read through this connection.
   tav::References<TAVClassifier> connectionClassifiers;
+  /// What else is: single elements, and all that a namespace or package holds.
+  tav::References<TAVNamespaceElement> connectionElements;
+  tav::References<TAVNamespace> connectionNamespaces;
+  tav::References<TAVPackage> connectionPackages;
   tav::Container<TAVModel> model;
 };
 
@@ -19,5 +23,8 @@ template <> struct tav::Meta<TAVStoreConnection> {
       attribute<&TAVStoreConnection::connectionString>("connectionString")};
   static constexpr std::array links{
       link<&TAVStoreConnection::connectionClassifiers>("connectionClassifiers", "storeConnections"),
+      link<&TAVStoreConnection::connectionElements>("connectionElements", "elementConnections"),
+      link<&TAVStoreConnection::connectionNamespaces>("connectionNamespaces", "namespaceConnections"),
+      link<&TAVStoreConnection::connectionPackages>("connectionPackages", "packageConnections"),
       link<&TAVStoreConnection::model>("model", "storeConnections")};
 };

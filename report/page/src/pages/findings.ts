@@ -54,7 +54,7 @@ export function coveragePage({ model }: App): Page {
         h("h2", {}, row.n < 0 ? "Total" : objectLink(model, row.n)),
         coverageBar("Attributes", row.a[0], row.a[1], row.a[2]), coverageBar("Measures", row.m[0], row.m[1], row.m[2]),
         row.m[3] > 0 && h("p", { class: "note" },
-          `Not included: ${counted(row.m[3], "row count")}, which need no column.`)))),
+          `Included: ${counted(row.m[3], "row count")}.`)))),
       open.length > 0 && section(titled("Not traced back to a column", open.length), table({
         label: "objects not traced back to a column", rows: open,
         filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""}`,

@@ -58,11 +58,11 @@ public final class MicrosoftSqlServerAsImport {
     } catch (IOException failure) {
       return new ImportException(ImportException.FILE, 0, 0, reason(failure)).describe(input);
     } catch (RuntimeException | StackOverflowError failure) {
-      return new ImportException(ImportException.FILE, 0, 0, "the importer failed: " + failure)
+      return new ImportException(ImportException.INTERNAL, 0, 0, "the importer failed: " + failure)
           .describe(input);
     } catch (OutOfMemoryError failure) {
       return new ImportException(
-          ImportException.FILE, 0, 0, "the definition does not fit into Java's memory (option -Xmx)")
+          ImportException.MEMORY, 0, 0, "the definition does not fit into Java's memory (option -Xmx)")
           .describe(input);
     }
   }
@@ -73,7 +73,7 @@ public final class MicrosoftSqlServerAsImport {
       if (tab > 0 && line.substring(0, tab).equals(INPUT_OPTION))
         return Escapes.unescape(line.substring(tab + 1));
     }
-    throw new ImportException(ImportException.FILE, 0, 0, "the option " + INPUT_OPTION + " is missing");
+    throw new ImportException(ImportException.OPTION, 0, 0, "the option " + INPUT_OPTION + " is missing");
   }
 
   private static String reason(IOException failure) {

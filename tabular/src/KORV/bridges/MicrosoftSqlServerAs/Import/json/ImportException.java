@@ -10,6 +10,12 @@ public final class ImportException extends Exception {
   static final String SYNTAX = "TAVTAB_F0002";
   /** The input is JSON, but not a tabular definition that can be imported. */
   public static final String DEFINITION = "TAVTAB_F0003";
+  /** The definition needs more memory than Java may use. */
+  public static final String MEMORY = "TAVTAB_F0004";
+  /** A defect of the importer. */
+  public static final String INTERNAL = "TAVTAB_F0005";
+  /** The options name no input. */
+  public static final String OPTION = "TAVTAB_F0006";
 
   private final String identifier;
   private final int line;

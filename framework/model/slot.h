@@ -1,0 +1,45 @@
+#pragma once
+
+// What a link end is made of. Nothing here knows what an object is: link.cpp fills slots, look_up.cpp and
+// end_walk.h read them.
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "framework/api.h"
+#include "framework/model/class_list.h"
+
+namespace tav {
+
+inline constexpr std::uint32_t kNone = 0xFFFFFFFF;
+
+/// What a link end means for saving, walking, copying and deleting.
+enum class LinkKind : std::uint8_t {
+  contained,  ///< this end owns the other and deletes it
+  container,  ///< the other side of `contained`
+  reference,  ///< saved and exported
+  hidden,     ///< the back link of a reference: kept for deletion and queries, never saved
+};
+
+struct Slot {
+  TAVObject* other = nullptr;          ///< null: a hole that a removed link has left
+  std::uint32_t peer = kNone;          ///< the slot that `other` keeps for the same link
+  std::uint32_t nextSameHash = kNone;  ///< chain of the name index
+};
+
+struct Indexes;
+struct TAV_API DeleteIndexes {
+  void operator()(Indexes* indexes) const noexcept;
+};
+
+/// What a collection keeps once something has been added to it.
+struct ManyData {
+  std::vector<Slot> slots;
+  std::uint32_t live = 0;
+  std::uint32_t front = 0;  ///< the first slot that is no hole
+  std::uint8_t row = 0;
+  std::unique_ptr<Indexes, DeleteIndexes> indexes;
+};
+
+}  // namespace tav

@@ -1,0 +1,237 @@
+// The texts that leave a lineage graph. Each goes through maskPasswords here, so that no export can forget
+// it.
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <unordered_map>
+
+#include "framework/model/roles.h"
+#include "framework/std/dotted_name.h"
+#include "framework/std/mask.h"
+#include "lineage/lineage_graph.h"
+
+namespace tav {
+namespace {
+
+constexpr std::array<std::string_view, TAVAggregationOperatorType::kLast + 1> kAggregations{
+    "Sum", "AverageOfChildren", "Count", "Minimum", "Maximum", "", "", "Other"};
+
+bool isDatabaseKind(NodeKind kind) noexcept {
+  return kind == NodeKind::databaseTable || kind == NodeKind::databaseColumn;
+}
+
+bool isViewKind(NodeKind kind) noexcept {
+  return kind >= NodeKind::viewTable && kind <= NodeKind::condition;
+}
+
+std::string asWritten(std::string_view text) {
+  return std::string(text);
+}
+
+std::string_view operationOf(const TAVFeature& feature) {
+  const TAVFeatureMap* map = feature.getDestinationOfFeatureMap();
+  return map ? map->operation.view() : std::string_view();
+}
+
+const TAVType* typeOf(const TAVModelObject* object) {
+  const auto* feature = as<TAVFeature>(object);
+  return feature ? feature->type.get() : nullptr;
+}
+
+/// The attribute behind the key of a level, or null.
+const TAVDimensionAttribute* keyAttributeOf(const TAVLevel& level) {
+  const TAVLevelKey* key = level.levelKeys.first();
+  const TAVLevelAttribute* attribute = key ? key->levelAttributes.first() : nullptr;
+  return attribute ? attribute->dimensionAttribute.get() : nullptr;
+}
+
+/// A query in M begins with `let`, or with a call of one of its functions, whose names have dots.
+bool isM(std::string_view query) {
+  const std::size_t begin = query.find_first_not_of(" \t\r\n");
+  if (begin == query.npos) return false;
+  query.remove_prefix(begin);
+  const std::size_t word = query.find_first_of(" \t\r\n(");
+  const std::string_view first = query.substr(0, word);
+  return first == "let" || (word != query.npos && query[word] == '(' && first.find('.') != first.npos);
+}
+
+}  // namespace
+
+std::string LineageGraph::modelName() const {
+  return maskPasswords(model_.getName());
+}
+
+std::vector<LineageConnection> LineageGraph::connections() const {
+  std::vector<LineageConnection> connections;
+  for (const TAVStoreConnection& connection : model_.storeConnections) {
+    connections.push_back(
+        {maskPasswords(connection.getName()), maskPasswords(connection.connectionString),
+         parseDatabaseAddress(connection.connectionString, connection.getName(), connection.dataStore.name)});
+  }
+  return connections;
+}
+
+std::string LineageGraph::name(NodeId id) const {
+  return maskPasswords(node(id).rawName);
+}
+
+std::string LineageGraph::path(NodeId id) const {
+  return pathText(id, maskPasswords);
+}
+
+std::string LineageGraph::rawPath(NodeId id) const {
+  return pathText(id, asWritten);
+}
+
+std::string LineageGraph::pathText(NodeId id, Show show) const {
+  std::string text;
+  if (const TAVObject* object = node(id).object) {
+    std::vector<const TAVObject*> steps;
+    for (; object && !is<TAVModel>(*object); object = object->getParent()) steps.push_back(object);
+    for (auto step = steps.rbegin(); step != steps.rend(); ++step)
+      text.append("/").append(show((*step)->getName()));
+    return text;
+  }
+  const NodeId table = node(id).kind == NodeKind::databaseTable ? id : node(id).owner;
+  text = database(id)->server + "/" + database(id)->database;
+  if (table != kNoNode) {
+    if (!rawSchema(table).empty()) text.append("/").append(show(rawSchema(table)));
+    text.append("/").append(show(node(table).rawName));
+  }
+  if (table != id) text.append("/").append(show(node(id).rawName));
+  return text;
+}
+
+std::string LineageGraph::qualifiedName(NodeId id) const {
+  return qualifiedText(id, maskPasswords);
+}
+
+std::string LineageGraph::rawQualifiedName(NodeId id) const {
+  return qualifiedText(id, asWritten);
+}
+
+std::string LineageGraph::qualifiedText(NodeId id, Show show) const {
+  const LineageNode& at = node(id);
+  if (isDatabaseKind(at.kind) || isViewKind(at.kind)) return sqlName(id, show);
+  std::string text = bracketed(show(at.rawName));
+  if (isMeasureKind(at.kind)) return tabular_ ? text : "[Measures]." + text;
+  if (at.kind == NodeKind::kpi) return "[KPIs]." + text;
+  if (isClassifierKind(at.kind) || at.kind == NodeKind::perspective) return text;
+  const std::string owner = show(node(at.owner).rawName);
+  if (at.kind == NodeKind::kpiValue) return "[KPIs]." + bracketed(owner) + "." + text;
+  return tabular_ ? quoted(owner) + text : bracketed(owner) + "." + text;
+}
+
+std::string LineageGraph::sqlName(NodeId id, Show show) const {
+  const NodeId owner = node(id).owner;
+  std::string text;
+  const std::string_view schemaName = rawSchema(owner == kNoNode ? id : owner);
+  if (!schemaName.empty()) appendDottedPart(text, show(schemaName));
+  if (owner != kNoNode) appendDottedPart(text, show(node(owner).rawName));
+  appendDottedPart(text, show(node(id).rawName));
+  return text;
+}
+
+std::string LineageGraph::expression(NodeId id) const {
+  return maskPasswords(rawExpression(id));
+}
+
+std::string_view LineageGraph::rawExpression(NodeId id) const {
+  const TAVModelObject* object = node(id).object;
+  if (const auto* table = as<TAVTable>(object)) return table->query;
+  if (const auto* condition = as<TAVCondition>(object)) return condition->expression;
+  if (const auto* column = as<TAVColumn>(object); column && !column->expression.empty())
+    return column->expression;
+  if (const auto* measure = as<TAVMeasure>(object); measure && !measure->expression.empty())
+    return measure->expression;
+  const auto* feature = as<TAVFeature>(object);
+  return feature ? operationOf(*feature) : std::string_view();
+}
+
+std::string_view LineageGraph::language(NodeId id) const {
+  const std::string_view text = rawExpression(id);
+  if (text.empty()) return {};
+  if (isViewKind(node(id).kind)) return node(id).kind == NodeKind::namedQuery && isM(text) ? "m" : "sql";
+  return tabular_ ? "dax" : "mdx";
+}
+
+std::string_view LineageGraph::aggregation(NodeId id) const {
+  const LineageNode& at = node(id);
+  const auto* measure = as<TAVMeasure>(at.object);
+  if (!measure || at.kind != NodeKind::measure) return {};
+  return kAggregations[static_cast<std::size_t>(measure->aggregation.value())];
+}
+
+std::vector<std::string> LineageGraph::unresolved(NodeId id) const {
+  std::vector<std::string> names;
+  for (const std::string_view name : rawUnresolved(id)) names.push_back(maskPasswords(name));
+  return names;
+}
+
+std::vector<std::string_view> LineageGraph::rawUnresolved(NodeId id) const {
+  std::vector<std::string_view> names;
+  if (!node(id).object) return names;
+  for (const std::string_view name : unresolvedNamesOf(*node(id).object))
+    if (!std::binary_search(resolvedNames_.begin(), resolvedNames_.end(), name.data(), std::less<>()))
+      names.push_back(name);
+  return names;
+}
+
+std::string LineageGraph::description(NodeId id) const {
+  return node(id).object ? maskPasswords(node(id).object->description) : std::string();
+}
+
+std::string LineageGraph::typeName(NodeId id) const {
+  const TAVType* type = typeOf(node(id).object);
+  return type ? maskPasswords(type->getName()) : std::string();
+}
+
+std::string LineageGraph::dataType(NodeId id) const {
+  const TAVType* type = typeOf(node(id).object);
+  if (const auto* derived = as<TAVDerivedType>(type)) return maskPasswords(derived->dataType);
+  const auto* base = as<TAVBaseType>(type);
+  return base ? maskPasswords(base->dataType) : std::string();
+}
+
+std::string LineageGraph::packageName(NodeId id) const {
+  const auto* classifier = as<TAVClassifier>(node(id).object);
+  const TAVNamespace* package = classifier ? classifier->nameSpace.get() : nullptr;
+  return package ? maskPasswords(package->getName()) : std::string();
+}
+
+std::vector<std::pair<std::string, std::string>> LineageGraph::properties(NodeId id) const {
+  std::vector<std::pair<std::string, std::string>> properties;
+  if (!node(id).object) return properties;
+  for (const TAVPropertyValue& property : node(id).object->propertyValues) {
+    const TAVPropertyType* type = property.propertyType.get();
+    properties.emplace_back(maskPasswords(type ? type->getName() : property.getName()),
+                            maskPasswords(property.value));
+  }
+  return properties;
+}
+
+std::vector<LineageHierarchy> LineageGraph::hierarchies(NodeId id) const {
+  const auto* dimension = as<TAVDimension>(node(id).object);
+  if (!dimension || dimension->hierarchies.empty()) return {};
+  std::unordered_map<const TAVObject*, NodeId> attributes{{nullptr, kNoNode}};
+  for (const NodeId part : partsOf(id)) attributes.emplace(node(part).object, part);
+  std::vector<LineageHierarchy> shown;
+  for (const TAVHierarchy& hierarchy : dimension->hierarchies) {
+    LineageHierarchy& one = shown.emplace_back(LineageHierarchy{maskPasswords(hierarchy.getName()), {}});
+    for (const TAVHierarchyLevelAssociation& use : hierarchy.hierarchyLevelAssociations) {
+      const TAVLevel* level = use.level.get();
+      if (!level) continue;
+      const auto attribute = attributes.find(keyAttributeOf(*level));
+      one.levels.push_back(
+          {maskPasswords(level->getName()), attribute == attributes.end() ? kNoNode : attribute->second});
+    }
+  }
+  return shown;
+}
+
+std::string LineageGraph::schema(NodeId id) const {
+  return maskPasswords(rawSchema(id));
+}
+
+}  // namespace tav

@@ -1,0 +1,123 @@
+#include "messages/message.h"
+
+#include <array>
+
+#include "framework/std/exception.h"
+#include "framework/std/literal.h"
+
+namespace tav {
+namespace {
+
+constexpr std::array kRows{
+    MessageRow{Message::outputNotWritten, "XMLABRIDGE_F0001", "Standard output cannot be written: {0}",
+               "The disk is full, or nobody reads the pipe any longer."},
+    MessageRow{
+        Message::pluginNotLoaded, "XMLABRIDGE_F0002", "The plug-in cannot be loaded: {0}",
+        "The folder lib beside the program's own folder bin is incomplete; install the program again."},
+    MessageRow{Message::noFileOption, "XMLABRIDGE_F0003", "The plug-in has no option for a file to read.",
+               "The plug-in is not the one that came with the program."},
+    MessageRow{Message::noModel, "XMLABRIDGE_F0004", "{0}: the import gave no model.",
+               "The importer of tabular definitions failed; the messages before this one tell why."},
+    MessageRow{
+        Message::noDefinition, "XMLABRIDGE_E0005",
+        "{0}: no database definition was found; expected a Create script of a Database, a Batch with an "
+        "Alter of a Database, or a Database document.",
+        "The file is something else, such as a script that processes objects or alters a part of a "
+        "database."},
+    MessageRow{Message::outOfMemory, "XMLABRIDGE_F0006", "Out of memory.",
+               "The definition needs more memory than the machine or its limits allow."},
+    MessageRow{Message::internalError, "XMLABRIDGE_F0007", "Internal error: {0}",
+               "A defect of the program; please report it."},
+    MessageRow{Message::inputNotRead, "XMLABRIDGE_F0008", "Standard input cannot be read: {0}",
+               "It is closed, or a folder."},
+    MessageRow{Message::ambiguousName, "XMLABRIDGE_F0010", "'{0}' may mean{1}",
+               "Several objects have this name: give a path or a qualified name from the list."},
+    MessageRow{Message::unknownName, "XMLABRIDGE_F0011", "'{0}' is the name of nothing in the model{1}",
+               "Nothing has this name; names that are spelled alike follow."},
+    MessageRow{Message::belowCoverage, "XMLABRIDGE_E0012",
+               "{0} % trace back to a database column, less than the required {1} %.",
+               "The coverage is below --fail-under."},
+    MessageRow{Message::badApiKey, "XMLABRIDGE_F0020",
+               "OPENLINEAGE_API_KEY holds a control character, such as a line end.",
+               "No HTTP header can hold such a key."},
+    MessageRow{
+        Message::eventNotPosted, "XMLABRIDGE_F0021", "Event {0} of {1} could not be posted to {2}{3}: {4}",
+        "The lineage server refused the event, or could not be reached; events before it were posted."},
+    MessageRow{Message::signalsNotWatched, "XMLABRIDGE_F0022", "Signals cannot be watched: {0}",
+               "The system refuses a file descriptor for signals."},
+    MessageRow{Message::importKilled, "XMLABRIDGE_F0023", "The import was ended by signal {0} ({1}).",
+               "One of several imports crashed or was killed, by the system for want of memory perhaps; the "
+               "others go on."},
+    MessageRow{Message::importEnded, "XMLABRIDGE_S0024", "{0} ({1} of {2})",
+               "The outcome of one of several imports."},
+    MessageRow{Message::folderNotMade, "XMLABRIDGE_F0025", "{0}: the folder cannot be made: {1}",
+               "The folder of --out-dir is missing and may not be made."},
+    MessageRow{Message::processNotStarted, "XMLABRIDGE_F0026", "No process can be started for it: {0}",
+               "The system's limit of processes or file descriptors is reached; lower --jobs."},
+    MessageRow{Message::httpNotAvailable, "XMLABRIDGE_F0027", "HTTP is not available: {0}",
+               "The library libcurl cannot be set up."},
+    MessageRow{Message::duplicateInput, "XMLABRIDGE_W0028", "named more than once; it is imported once.",
+               "Two arguments of import name the same file."},
+    MessageRow{Message::processesNotAwaited, "XMLABRIDGE_F0029", "Processes cannot be awaited: {0}",
+               "The system refuses to wait for several imports at a time."},
+    MessageRow{Message::inputWouldBeReplaced, "XMLABRIDGE_F0030", "{0}: the output would replace the input",
+               "One of the files that an export to csv writes is its input: choose another name."},
+    MessageRow{Message::databaseFailed, "XMLABRIDGE_F0031", "{0}: {1}",
+               "SQLite cannot open or write the database; the text is SQLite's. The database is unchanged."},
+    MessageRow{Message::foreignDatabase, "XMLABRIDGE_F0032",
+               "{0}: the file exists and is no lineage database of this program",
+               "It is left as it is: choose another name."},
+    MessageRow{Message::otherSchemaVersion, "XMLABRIDGE_F0033",
+               "{0}: its tables are those of another version of this program ({1} instead of {2})",
+               "Export to a new database."},
+    MessageRow{Message::databaseLocked, "XMLABRIDGE_F0034", "{0}: another process keeps the database locked",
+               "It was locked for a minute; try again."},
+    MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
+               "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
+};
+
+constexpr bool isOrdered() {
+  for (std::size_t i = 0; i < kRows.size(); ++i)
+    if (kRows[i].message != static_cast<Message>(i)) return false;
+  return kRows.back().message == Message::noEventTime;
+}
+static_assert(isOrdered(), "each message has a row, in the order of the enumeration");
+
+const MessageRow& rowOf(Message message) noexcept {
+  return kRows[static_cast<std::size_t>(message)];
+}
+
+std::int32_t severityOfRow(const MessageRow& row) {
+  const char letter = row.identifier[row.identifier.find('_') + 1];
+  for (std::int32_t severity = kSeverityFatal; severity < kSeverityDebug; ++severity)
+    if (severityName(severity).front() == letter) return severity;
+  return kSeverityDebug;
+}
+
+TAVString textOf(const MessageRow& row, std::initializer_list<std::string_view> arguments) {
+  TAVStringArray array;
+  for (const std::string_view argument : arguments) array.add(argument);
+  return TAVParameterizedTextLiteral(row.identifier, row.text).createParameterizedText(array);
+}
+
+}  // namespace
+
+std::span<const MessageRow> messageRows() noexcept {
+  return kRows;
+}
+
+std::string messageText(Message message, std::initializer_list<std::string_view> arguments) {
+  const MessageRow& row = rowOf(message);
+  return "[" + std::string(row.identifier) + "] " + textOf(row, arguments).str();
+}
+
+TAVLogEvent messageEvent(Message message, std::initializer_list<std::string_view> arguments) {
+  const MessageRow& row = rowOf(message);
+  return {textOf(row, arguments), row.identifier, severityOfRow(row), TAVString()};
+}
+
+void fail(Message message, std::initializer_list<std::string_view> arguments) {
+  fail(rowOf(message).identifier, textOf(rowOf(message), arguments));
+}
+
+}  // namespace tav
