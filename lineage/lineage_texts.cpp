@@ -6,6 +6,8 @@
 #include <functional>
 #include <unordered_map>
 
+#include "framework/model/class_info.h"
+#include "framework/model/reflection.h"
 #include "framework/model/roles.h"
 #include "framework/std/dotted_name.h"
 #include "framework/std/mask.h"
@@ -54,6 +56,23 @@ bool isM(std::string_view query) {
   const std::size_t word = query.find_first_of(" \t\r\n(");
   const std::string_view first = query.substr(0, word);
   return first == "let" || (word != query.npos && query[word] == '(' && first.find('.') != first.npos);
+}
+
+/// Attributes that have an accessor of their own, and those that only the import needs. Every other one is a
+/// property of its object: an attribute that is new in the model is shown without a word here.
+constexpr std::array<std::string_view, 18> kToldElsewhere{
+    "aggregation", "dataSourceId", "description", "dimensionType", "expression",   "hidden",
+    "linkedGroup", "measureGroup", "nativeId",    "nativeType",    "physicalName", "position",
+    "query",       "querySources", "schemaName",  "structural",    "tableType",    "unresolved"};
+
+bool isToldElsewhere(std::string_view attribute) {
+  return std::find(kToldElsewhere.begin(), kToldElsewhere.end(), attribute) != kToldElsewhere.end();
+}
+
+std::string textOf(const Value& value) {
+  if (const auto* text = std::get_if<std::string_view>(&value)) return std::string(*text);
+  if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
+  return std::holds_alternative<bool>(value) ? "true" : "";
 }
 
 }  // namespace
@@ -202,8 +221,14 @@ std::string LineageGraph::packageName(NodeId id) const {
 
 std::vector<std::pair<std::string, std::string>> LineageGraph::properties(NodeId id) const {
   std::vector<std::pair<std::string, std::string>> properties;
-  if (!node(id).object) return properties;
-  for (const TAVPropertyValue& property : node(id).object->propertyValues) {
+  const TAVModelObject* object = node(id).object;
+  if (!object) return properties;
+  for (const AttributeRow* row : classInfo(object->classId()).attributes) {
+    const Value value = row->get(*object);
+    if (isDefault(value) || isToldElsewhere(row->name)) continue;
+    properties.emplace_back(row->name, maskPasswords(textOf(value)));
+  }
+  for (const TAVPropertyValue& property : object->propertyValues) {
     const TAVPropertyType* type = property.propertyType.get();
     properties.emplace_back(maskPasswords(type ? type->getName() : property.getName()),
                             maskPasswords(property.value));

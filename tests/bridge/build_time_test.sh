@@ -5,9 +5,10 @@ set -euo pipefail
 source=$1 compiler=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-cd "$work"
 unset SOURCE_DATE_EPOCH
-. "$source/scripts/setup.sh"
+cd "$source"
+. scripts/setup.sh
+cd "$work"
 
 cat >CMakeLists.txt <<END
 cmake_minimum_required(VERSION 3.25)
