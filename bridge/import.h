@@ -16,10 +16,3 @@ TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile i
 /// Stamps `model` and fills it from an XML definition. Always true.
 TAV_API bool execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVStoreModel* model,
                           TAVLog* log);
-
-namespace tav {
-
-/// The origin of a model that this plug-in reads from `inputFile`.
-Owned<TAVMetadataOrigin> describeOrigin(const TAVString& bridgeIdentifier, const TAVFile& inputFile);
-
-}  // namespace tav
