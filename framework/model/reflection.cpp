@@ -7,13 +7,9 @@
 namespace tav {
 namespace {
 
-template <class T> Owned<TAVObject> createBlank() {
-  return make<T>();
-}
-
 template <class Entry> constexpr auto creatorOf() -> Owned<TAVObject> (*)() {
   if constexpr (Entry::concrete)
-    return &createBlank<typename Entry::Type>;
+    return &makeObjectHere<typename Entry::Type>;
   else
     return nullptr;
 }
@@ -108,6 +104,10 @@ bool isDefault(const Value& value) {
   if (const auto* store = std::get_if<TAVDataStore>(&value)) return *store == TAVDataStore{};
   if (const auto* number = std::get_if<std::int64_t>(&value)) return *number == 0;
   return !std::get<bool>(value);
+}
+
+Owned<TAVObject> makeObject(ClassId id) {
+  return classInfo(id).create();
 }
 
 Owned<TAVObject> copyTree(const TAVObject& object) {
