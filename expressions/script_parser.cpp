@@ -79,7 +79,7 @@ void cScriptParser::getSrcElements(TAVOperationNode* operation, TAVVector& /*res
   TAVString text(argument);
   TAVVector arguments;
   arguments.add(&text, true, nullptr);
-  TAVVector unused;
+  TAVVector unused;  // a KPI's value is linked by its function, as the call itself names nothing
   getFunctionElements(operation->getName(), arguments, kFeatureType,
                       TAVArgumentType(TAVArgumentType::kSource), unused);
 }
@@ -117,7 +117,10 @@ void cScriptParser::getElementByName(const TAVString& text, const TAVString& /*n
                                      TAVElementType /*elementType*/, TAVArgumentType /*argumentType*/,
                                      const TAVVector& /*scope*/, TAVVector& result) {
   const auto [first, second, third] = partsOf(text);
+  // What goes into `result` becomes a source of the caller's; the attributes behind levels, which may be many
+  // and are no name of the text, are linked here.
   Features found;
+  // A dimension that bears the name comes before the measures, even one that is called "Measures".
   if (TAVDimension* dimension = names_.findDimension(first))
     findInDimension(*dimension, second, third, found, result);
   if (found.empty() && (partCount == 1 || first.equals("Measures", false))) {
@@ -133,6 +136,7 @@ void cScriptParser::getElementByName(const TAVString& text, const TAVString& /*n
 
 void cScriptParser::findInDimension(TAVDimension& dimension, const TAVString& member, const TAVString& level,
                                     Features& found, TAVVector& result) {
+  // A hierarchy often bears the name of the attribute it begins with, and hides it.
   if (const TAVHierarchy* hierarchy = dimension.hierarchies.get(member)) {
     findLevelAttributes(*hierarchy, level, found);
   } else if (TAVFeature* attribute = dimension.features.get(member)) {
@@ -152,6 +156,7 @@ void cScriptParser::findLevelAttributes(const TAVHierarchy& hierarchy, const TAV
 }
 
 TAVFeature* cScriptParser::findMeasure(const TAVString& name) const {
+  // Cubes allow a calculated measure to repeat a name; the one with data is meant.
   TAVFeature* measure = measures_.findInMeasureGroups(name);
   return measure ? measure : measures_.findCalculated(name);
 }
