@@ -10,7 +10,7 @@ if(NOT time MATCHES "^[0-9]+$")
   file(TIMESTAMP ${SOURCE}/CMakeLists.txt time "%s" UTC)
 endif()
 file(CONFIGURE OUTPUT ${OUTPUT} @ONLY CONTENT [[
-#include "bridge/build_time.h"
+#include "bridge/catalogue/build_time.h"
 
 std::int64_t tav::getBuildTime() noexcept {
   return @time@;

@@ -1,10 +1,10 @@
 #include "bridge/import.h"
 
-#include "bridge/interface.h"
 #include "bridge/tabular_import.h"
-#include "framework/bridgelib/model_stamps.h"
-#include "framework/modelbridge/bridge_constants.h"
+#include "framework/model/roles.h"
+#include "reader/origin.h"
 #include "reader/reader.h"
+#include "reader/run/import_types.h"
 
 namespace {
 
@@ -44,18 +44,6 @@ bool execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVStore
     model->addMetadataOrigin(tav::describeOrigin(bridgeIdentifier, inputFile));
   model->metadataOrigins.first()->code = kOriginCode;
   const bool result = reader.importFile(bridgeIdentifier, model, std::move(inputFile));
-  model->nativeType = "AS Database";
+  model->nativeType = tav::label::kMultidimensionalDatabase;
   return result;
-}
-
-tav::Owned<TAVMetadataOrigin> tav::describeOrigin(const TAVString& bridgeIdentifier,
-                                                  const TAVFile& inputFile) {
-  const TAVBridgeSpecificationLiteral& tool = BRIDGE_SPEC_MICROSOFTSQLSERVERXMLA_IMPORT;
-  const TAVString& version = getTAVMicrosoftSqlServerXMLAImportInterface()->getBuildVersion();
-  Owned<TAVMetadataOrigin> origin =
-      generateMetadataOrigin({tool.getTool_Name(), tool.getVendor_Name()}, bridgeIdentifier, version);
-  origin->format = "XML";
-  origin->encoding = "UTF-8";
-  origin->path = inputFile.getPath();
-  return origin;
 }

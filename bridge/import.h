@@ -1,6 +1,9 @@
 #pragma once
 
 // One import, in three steps: which kind of definition a file holds, a model for it, and the reading.
+//
+// A model may outlive the plug-in. Nothing in it points into the plug-in or into the definition: its objects
+// are made by libtav_framework, which must stay loaded until the model is deleted, and its texts are its own.
 
 #include "framework/model/model.h"
 #include "framework/std/file.h"
@@ -13,13 +16,7 @@ TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile i
 /// The same with the kind given: `json` for a tabular definition, which the Java importer reads.
 TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log,
                                     bool json);
-/// Stamps `model` and fills it from an XML definition. Always true.
+/// Stamps `model` and fills it from an XML definition. Always true. What ends the import half-way, an
+/// exception of the log included, leaves in the model what was read so far, without the definition's IDs.
 TAV_API bool execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVStoreModel* model,
                           TAVLog* log);
-
-namespace tav {
-
-/// The origin of a model that this plug-in reads from `inputFile`.
-Owned<TAVMetadataOrigin> describeOrigin(const TAVString& bridgeIdentifier, const TAVFile& inputFile);
-
-}  // namespace tav

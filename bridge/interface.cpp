@@ -2,15 +2,14 @@
 
 #include <array>
 
-#include "bridge/build_time.h"
+#include "bridge/catalogue/build_version.h"
 #include "bridge/catalogue/literals.h"
 #include "bridge/import.h"
 #include "framework/bridgelib/input_files.h"
 #include "framework/bridgelib/model_stamps.h"
 #include "framework/modelbridge/bridge_constants.h"
-#include "framework/std/date.h"
 #include "framework/std/exception.h"
-#include "reader/reader.h"
+#include "reader/run/import_types.h"
 
 using Interface = TAVMicrosoftSqlServerXMLAImportDllInterface;
 
@@ -25,7 +24,7 @@ Interface* getTAVMicrosoftSqlServerXMLAImportInterface() {
 }
 
 const TAVString& Interface::getBuildVersion() {
-  if (buildVersion_.empty()) buildVersion_ = "10.0.1 - " + TAVDate(tav::getBuildTime()).getPstTimestamp();
+  if (buildVersion_.empty()) buildVersion_ = tav::getBuildVersion();
   return buildVersion_;
 }
 

@@ -1,53 +1,46 @@
-#include "reader/reader.h"
-#include "reader/vocabulary.h"
+#include "cubes/cube_dimension.h"
+
+#include "framework/model/lineage_writer.h"
+#include "framework/model/roles.h"
+#include "reader/run/vocabulary.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 
+namespace tav {
 namespace {
 
 /// Lets the alias show every feature of what it stands for, in order, with the lineage of each.
 void mirrorFeatures(const TAVClassifier& source, TAVAliasClassifier& alias, TAVClassifierMap& map) {
   for (TAVFeature& feature : source.features) {
-    auto made = tav::make<TAVAliasFeature>(feature.getName());
+    auto made = make<TAVAliasFeature>(feature.getName());
     made->description = feature.description;
-    TAVAliasFeature& aliasFeature = alias.addFeature(std::move(made));
-    TAVFeatureMap& featureMap = map.addFeatureMap(tav::make<TAVFeatureMap>());
-    featureMap.addSourceFeature(feature);
-    featureMap.addDestinationFeature(aliasFeature);
+    addSource(addFeatureMap(map, alias.addFeature(std::move(made))), feature);
   }
 }
 
 }  // namespace
 
-void TAVSQLServerXMLAImportBridge::importCubeDimensions(const TAVDOMElement& element, TAVCube& cube,
-                                                        TAVDesignPackage& package, TAVOlapSchema& schema) {
-  const TAVDOMElement* dimensions = element.getFirstElement(kDimensions);
-  if (!dimensions) return;
-  for (const TAVDOMElement& child : dimensions->getElements())
-    if (child.getTagName() == kDimension) importCubeDimension(child, cube, package, schema);
-}
-
-void TAVSQLServerXMLAImportBridge::importCubeDimension(const TAVDOMElement& element, TAVCube& cube,
-                                                       TAVDesignPackage& package, TAVOlapSchema& schema) {
+void importCubeDimension(const ImportRun& run, const TAVDOMElement& element, TAVCube& cube,
+                         TAVDesignPackage& package, TAVOlapSchema& schema) {
   const std::string_view dimensionId = element.getFirstElementValue(kDimensionId);
-  TAVDimension* dimension = dimensionsById_.find(dimensionId);
+  TAVDimension* dimension = run.dimensions.find(dimensionId);
   if (!dimension) return;
-  auto madeAssociation = tav::make<TAVCubeDimensionAssociation>();
-  setNameIdDescription(element, *madeAssociation);
-  madeAssociation->nativeId = "";
+  auto madeAssociation = make<TAVCubeDimensionAssociation>();
+  setNameDescription(element, *madeAssociation);
   madeAssociation->setPhysicalName(dimensionId);
   madeAssociation->addDimension(*dimension);
   const TAVCubeDimensionAssociation& association =
       cube.addCubeDimensionAssociation(std::move(madeAssociation));
 
-  auto madeAlias = tav::make<TAVAliasClassifier>(association.getName());
-  madeAlias->nativeType = "Dimension";
+  auto madeAlias = make<TAVAliasClassifier>(association.getName());
+  madeAlias->nativeType = label::kDimension;
   madeAlias->description = association.description;
   TAVAliasClassifier& alias = package.addNamespaceElementUniqueName(std::move(madeAlias), '/');
   schema.addImportedNamespaceElementUniqueName(alias, '/');
 
-  TAVClassifierMap& map = alias.addClassifierMap(tav::make<TAVClassifierMap>());
-  map.addSourceClassifier(*dimension);
-  map.addDestinationClassifier(alias);
+  TAVClassifierMap& map = classifierMapOf(alias);
+  addSource(map, *dimension);  // one without attributes feeds the alias all the same
   mirrorFeatures(*dimension, alias, map);
 }
+
+}  // namespace tav

@@ -1,46 +1,37 @@
-#include <array>
+#include "cubes/kpi.h"
 
-#include "reader/reader.h"
-#include "reader/vocabulary.h"
+#include "framework/model/roles.h"
+#include "reader/run/measures.h"
+#include "reader/run/vocabulary.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 
+namespace tav {
 namespace {
 
-/// One measure of a KPI: the element that holds its expression and names it, and its kind.
-struct KpiMeasure {
-  std::string_view name;
-  const char* nativeType;
-};
-
-constexpr std::array kKpiMeasures{KpiMeasure{kValue, "KPI Value"}, KpiMeasure{kGoal, "KPI Goal"},
-                                  KpiMeasure{kStatus, "KPI Status"}, KpiMeasure{kTrend, "KPI Trend"}};
+/// The elements that hold the expressions of a KPI's parts, in the order of the parts.
+constexpr std::array kExpressionElements{kValue, kGoal, kStatus, kTrend};
+static_assert(kExpressionElements.size() == kKpiParts.size());
 
 }  // namespace
 
-void TAVSQLServerXMLAImportBridge::importKpis(const TAVDOMElement* element, TAVCube& cube,
-                                              TAVDesignPackage& package) {
-  if (!element || element->getElementCount() == 0) return;
-  TAVDesignPackage& folder = addCubeFolder(package, "KPIs");
-  for (const TAVDOMElement& kpi : element->getElements()) importKpi(kpi, cube, folder);
-}
-
-void TAVSQLServerXMLAImportBridge::importKpi(const TAVDOMElement& element, TAVCube& cube,
-                                             TAVDesignPackage& folder) {
+void importKpi(ImportRun& run, const TAVDOMElement& element, TAVCube& cube, TAVDesignPackage& folder) {
   const TAVString name = element.getFirstElementValue(kName);
-  auto made = tav::make<TAVDimension>(name);
+  auto made = make<TAVDimension>(name);
   made->description = element.getFirstElementValue(kDescription);
   made->dimensionType = TAVDimensionType(TAVDimensionType::kMeasures);
-  made->nativeType = "KPI";
+  made->nativeType = label::kKpi;
   TAVDimension& dimension = folder.addNamespaceElementUniqueName(std::move(made), '/');
-  dimension.addClassifierMap(tav::make<TAVClassifierMap>()).addDestinationClassifier(dimension);
 
-  for (const KpiMeasure& row : kKpiMeasures) {
+  for (std::size_t i = 0; i < kKpiParts.size(); ++i) {
     MeasureDescription description;
-    description.name = name + " " + TAVString(row.name);
-    description.nativeType = row.nativeType;
-    TAVMeasure& measure =
-        createMeasurePair(description, "Binary", element.getFirstElementValue(row.name), dimension, cube);
-    measure.setName(row.name);
+    description.name = name + " " + TAVString(kKpiParts[i].name);
+    description.nativeType = kKpiParts[i].nativeType;
+    TAVMeasure& measure = createMeasurePair(
+        run, description, "Binary", element.getFirstElementValue(kExpressionElements[i]), dimension, cube);
+    // The long name is for the cube, where all KPIs stand together.
+    measure.setName(kKpiParts[i].name);
   }
 }
+
+}  // namespace tav

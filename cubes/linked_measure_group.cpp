@@ -1,10 +1,16 @@
+#include "cubes/linked_measure_group.h"
+
 #include <unordered_map>
 
-#include "reader/reader.h"
-#include "reader/vocabulary.h"
+#include "cubes/cube_folder.h"
+#include "framework/model/lineage_writer.h"
+#include "framework/model/roles.h"
+#include "reader/run/measures.h"
+#include "reader/run/vocabulary.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 
+namespace tav {
 namespace {
 
 using Listings = std::unordered_map<std::string, int>;
@@ -19,76 +25,80 @@ Listings listedMeasures(const TAVDOMElement& group) {
     const TAVDOMElement* binding = item ? item->getFirstElement(kSource) : nullptr;
     if (!binding) continue;
     const TAVDOMElement* measureId = binding->getFirstElement(kMeasureId);
-    ++listings[tav::foldCase(measureId ? measureId->getValue() : measure.getFirstElementValue(kId))];
+    ++listings[foldCase(measureId ? measureId->getValue() : measure.getFirstElementValue(kId))];
   }
   return listings;
 }
 
+/// A measure of the cube like one that a linked group lists. It is hidden and has no lineage of its own: the
+/// alias feature of its name has it.
+TAVMeasure& copyIntoCube(const TAVFeature& source, TAVCube& cube) {
+  const MeasureDescription copied{source.getName(),
+                                  source.description,
+                                  source.nativeType,
+                                  source.nativeId,
+                                  TAVAggregationOperatorType(TAVAggregationOperatorType::kOther),
+                                  true};
+  TAVMeasure& measure = createMeasure(cube, copied, true);
+  if (source.type) measure.addType(*source.type);
+  return measure;
+}
+
+/// Lets the alias show all measures of its source, listed or not. Returns those that the cube gets.
+std::vector<TAVMeasure*> linkMeasures(const TAVDimension& source, const Listings& listings,
+                                      TAVClassifierMap& map, TAVAliasClassifier& alias, TAVCube& cube) {
+  std::vector<TAVMeasure*> measures;
+  for (TAVFeature& feature : source.features) {
+    TAVAliasFeature& shown = alias.addFeature(make<TAVAliasFeature>(feature.getName()));
+    addSource(addFeatureMap(map, shown), feature);
+    const auto listed = listings.find(foldCase(feature.nativeId.view()));
+    if (listed == listings.end()) continue;
+    for (int i = 0; i < listed->second; ++i) measures.push_back(&copyIntoCube(feature, cube));
+  }
+  return measures;
+}
+
+/// The folder that the second pass fills: the one of that name, which the first pass has made under another
+/// name when the cube has a dimension or is itself called so.
+TAVDesignPackage& folderByName(TAVNamespace& package) {
+  if (auto* folder = as<TAVDesignPackage>(package.namespaceElements.get(label::kMeasureGroups)))
+    return *folder;
+  return package.addNamespaceElement(makeCubeFolder(label::kMeasureGroups));
+}
+
 }  // namespace
 
-void TAVSQLServerXMLAImportBridge::importLinkedMeasureGroup(const TAVDOMElement& element, TAVCube& cube,
-                                                            TAVDesignPackage& folder) {
+void importLinkedMeasureGroup(MeasureGroups& groups, const TAVDOMElement& element, TAVCube& cube,
+                              TAVDesignPackage& folder) {
   const TAVDOMElement* source = element.getFirstElement(kSource);
   const TAVString cubeId = source ? source->getFirstElementValue(kCubeId) : std::string_view();
   const TAVString groupId = source ? source->getFirstElementValue(kMeasureGroupId) : std::string_view();
-  const TAVDesignPackage* sourcePackage = cubePackages_.find(tav::foldCase(cubeId.view()));
-  const TAVPackage* sourceFolder = sourcePackage ? sourcePackage->getChildPackage("Measure Groups") : nullptr;
-  if (!sourceFolder) return;
-  MeasureGroupFolder& groups = measureGroups_[&folder];
-  if (groups.byId.find(element.getFirstElementValue(kId)))
-    return;  // made in the first pass, or a plain one's ID
+  const TAVPackage* sourceFolder = groups.findFolder(cubeId);
+  if (!sourceFolder) return;  // of a cube that comes later, or of none
+  // Made in the first pass already, or a plain group has the ID.
+  if (groups.contains(folder, element.getFirstElementValue(kId))) return;
 
-  auto made = tav::make<TAVAliasClassifier>();
+  auto made = make<TAVAliasClassifier>();
   setNameIdDescription(element, *made);
-  made->nativeType = "MeasureGroup";
+  made->nativeType = label::kMeasureGroup;
   TAVAliasClassifier& alias = folder.addNamespaceElementUniqueName(std::move(made), '/');
-  groups.byId.add(alias, alias.nativeId);
-  TAVClassifierMap& map = alias.addClassifierMap(tav::make<TAVClassifierMap>());
-  map.addDestinationClassifier(alias);
+  groups.add(folder, alias);
+  TAVClassifierMap& map = classifierMapOf(alias);
   map.sourceReference = cubeId + "." + groupId;
 
-  TAVDimension* sourceGroup =
-      measureGroups_[sourceFolder].dimensionByFoldedId.find(tav::foldCase(groupId.view()));
+  TAVDimension* sourceGroup = groups.find(*sourceFolder, groupId);
   if (!sourceGroup) return;
-  linkMeasures(*sourceGroup, listedMeasures(element), map, alias, cube);
-  map.addSourceClassifier(*sourceGroup);
+  groups.addLinked(cube, alias, linkMeasures(*sourceGroup, listedMeasures(element), map, alias, cube));
+  addSource(map, *sourceGroup);  // also when it has no measures
 }
 
-void TAVSQLServerXMLAImportBridge::linkMeasures(const TAVDimension& sourceGroup, const Listings& listings,
-                                                TAVClassifierMap& map, TAVAliasClassifier& alias,
-                                                TAVCube& cube) {
-  for (TAVFeature& feature : sourceGroup.features) {
-    TAVAliasFeature& aliasFeature = alias.addFeature(tav::make<TAVAliasFeature>(feature.getName()));
-    TAVFeatureMap& featureMap = map.addFeatureMap(tav::make<TAVFeatureMap>());
-    featureMap.addSourceFeature(feature);
-    featureMap.addDestinationFeature(aliasFeature);
-
-    const auto listed = listings.find(tav::foldCase(feature.nativeId.view()));
-    if (listed == listings.end()) continue;
-    const MeasureDescription copied{feature.getName(),
-                                    feature.description,
-                                    feature.nativeType,
-                                    feature.nativeId,
-                                    TAVAggregationOperatorType(TAVAggregationOperatorType::kOther),
-                                    true};
-    for (int i = 0; i < listed->second; ++i) {
-      TAVMeasure& measure = createMeasure(cube, copied, true);
-      if (feature.type) measure.addType(*feature.type);
-    }
-  }
+void importLinkedMeasureGroups(MeasureGroups& groups, const TAVDOMElement& element, TAVCube& cube) {
+  const TAVDOMElement* list = element.getFirstElement(kMeasureGroups);
+  if (!list || list->getElementCount() == 0) return;
+  TAVDesignPackage& folder = folderByName(*cube.nameSpace);
+  for (const TAVDOMElement& group : list->getElements())
+    if (group.getFirstElement(kSource)) importLinkedMeasureGroup(groups, group, cube, folder);
+  groups.nameLinkedGroups(cube);
 }
 
-void TAVSQLServerXMLAImportBridge::importLinkedMeasureGroups(const TAVDOMElement& element, TAVCube& cube) {
-  const TAVDOMElement* groups = element.getFirstElement(kMeasureGroups);
-  if (!groups || groups->getElementCount() == 0) return;
-  TAVNamespace& package = *cube.nameSpace;
-  auto* folder = tav::as<TAVDesignPackage>(package.namespaceElements.get("Measure Groups"));
-  if (!folder) {
-    auto made = tav::make<TAVDesignPackage>("Measure Groups");
-    made->nativeType = "Measure Groups";
-    made->folder = false;
-    folder = &package.addNamespaceElement(std::move(made));
-  }
-  for (const TAVDOMElement& group : groups->getElements())
-    if (group.getFirstElement(kSource)) importLinkedMeasureGroup(group, cube, *folder);
-}
+}  // namespace tav

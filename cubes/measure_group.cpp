@@ -1,12 +1,17 @@
+#include "cubes/measure_group.h"
+
 #include <algorithm>
 #include <array>
 
 #include "framework/bridgelib/properties.h"
-#include "reader/reader.h"
-#include "reader/vocabulary.h"
+#include "framework/model/lineage_writer.h"
+#include "framework/model/roles.h"
+#include "reader/run/measures.h"
+#include "reader/run/vocabulary.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 
+namespace tav {
 namespace {
 
 struct Aggregation {
@@ -45,53 +50,57 @@ void setUserProperty(TAVElement& element, const TAVString& name, const TAVString
   setPropertyValue(*type, value, element);
 }
 
-}  // namespace
-
-void TAVSQLServerXMLAImportBridge::importMeasureGroup(const TAVDOMElement& element, TAVCube& cube,
-                                                      const TAVString& viewId, TAVDesignPackage& folder) {
-  if (element.getTagName() != kMeasureGroup) return;
-  auto made = tav::make<TAVDimension>();
-  setNameIdDescription(element, *made);
-  made->measureGroup = true;
-  made->dimensionType = TAVDimensionType(TAVDimensionType::kMeasures);
-  made->nativeType = "MeasureGroup";
-  TAVDimension& group = folder.addNamespaceElementUniqueName(std::move(made), '/');
-  measureGroups_[&folder].add(group);
-  group.addClassifierMap(tav::make<TAVClassifierMap>()).addDestinationClassifier(group);
-
-  const TAVDOMElement* measures = element.getFirstElement(kMeasures);
-  if (!measures) return;
-  for (const TAVDOMElement& measure : measures->getElements())
-    if (measure.getTagName() == kMeasure) importMeasure(measure, group, cube, viewId);
-}
-
-void TAVSQLServerXMLAImportBridge::importMeasure(const TAVDOMElement& element, TAVDimension& group,
-                                                 TAVCube& cube, const TAVString& viewId) {
-  const TAVDOMElement* item = element.getFirstElement(kSource);
-  const TAVDOMElement* binding = item ? item->getFirstElement(kSource) : nullptr;
-  if (!binding) return;
-
-  TAVString function = element.getFirstElementValue(kAggregateFunction);
-  if (function.empty()) function = "Sum";
-  const Aggregation* aggregation = findAggregation(function);
-  const int code = aggregation ? aggregation->code : TAVAggregationOperatorType::kSum;
-  TAVString dataType = element.getFirstElementValue(kDataType);
-  if (dataType.empty()) dataType = item->getFirstElementValue(kDataType);
-
+MeasureDescription describe(const TAVDOMElement& element, int code) {
   MeasureDescription description;
   description.name = element.getFirstElementValue(kName);
   description.description = element.getFirstElementValue(kDescription);
   description.nativeId = element.getFirstElementValue(kId);
   description.aggregation = TAVAggregationOperatorType(code);
   description.hidden = element.getFirstElementValue(kVisible) == "false";
-  TAVMeasure& measure =
-      createMeasurePair(description, dataType, element.getFirstElementValue(kMeasureExpression), group, cube);
+  return description;
+}
+
+void importMeasure(ImportRun& run, const TAVDOMElement& element, TAVDimension& group, TAVCube& cube,
+                   std::string_view viewId) {
+  const TAVDOMElement* item = element.getFirstElement(kSource);
+  const TAVDOMElement* binding = item ? item->getFirstElement(kSource) : nullptr;
+  if (!binding) return;
+
+  TAVString function = element.getFirstElementValue(kAggregateFunction);
+  if (function.empty()) function = "Sum";  // what the server does without one
+  const Aggregation* aggregation = findAggregation(function);
+  const int code = aggregation ? aggregation->code : TAVAggregationOperatorType::kSum;
+  TAVString dataType = element.getFirstElementValue(kDataType);
+  if (dataType.empty()) dataType = item->getFirstElementValue(kDataType);
+
+  TAVMeasure& measure = createMeasurePair(run, describe(element, code), dataType,
+                                          element.getFirstElementValue(kMeasureExpression), group, cube);
+  // Many functions share a code; the property keeps which it was.
   setUserProperty(measure, "Aggregation", function);
 
-  const TAVString columnId = TAVDsvReader::stringEscape(binding->getFirstElementValue(kColumnId));
-  if (columnId.empty() && code == TAVAggregationOperatorType::kCount)
-    measure.getDestinationOfFeatureMap()->operation = "COUNT(*)";
+  if (binding->getFirstElementValue(kColumnId).empty() && code == TAVAggregationOperatorType::kCount)
+    featureMapOf(measure).operation = label::kRowCount;
   else if (binding->getFirstElementValue(kMeasureId).empty())
-    linkFeatureToColumn(viewId, measure, TAVDsvReader::stringEscape(binding->getFirstElementValue(kTableId)),
-                        columnId);
+    run.columns.linkTo(measure, viewId, *binding);
 }
+
+}  // namespace
+
+void importMeasureGroup(ImportRun& run, MeasureGroups& groups, const TAVDOMElement& element, TAVCube& cube,
+                        std::string_view viewId, TAVDesignPackage& folder) {
+  if (element.getTagName() != kMeasureGroup) return;
+  auto made = make<TAVDimension>();
+  setNameIdDescription(element, *made);
+  made->measureGroup = true;
+  made->dimensionType = TAVDimensionType(TAVDimensionType::kMeasures);
+  made->nativeType = label::kMeasureGroup;
+  TAVDimension& group = folder.addNamespaceElementUniqueName(std::move(made), '/');
+  groups.add(folder, group);
+
+  const TAVDOMElement* measures = element.getFirstElement(kMeasures);
+  if (!measures) return;
+  for (const TAVDOMElement& measure : measures->getElements())
+    if (measure.getTagName() == kMeasure) importMeasure(run, measure, group, cube, viewId);
+}
+
+}  // namespace tav

@@ -1,8 +1,10 @@
-#include "reader/reader.h"
-#include "reader/vocabulary.h"
+#include "dimensions/attribute.h"
+
+#include "reader/run/vocabulary.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 
+namespace tav {
 namespace {
 
 /// The column that types and feeds an attribute: its value, else its name, else its first key; or null.
@@ -13,8 +15,8 @@ const TAVDOMElement* findColumnBinding(const TAVDOMElement& attribute) {
   return keys ? keys->getFirstElement(kKeyColumn) : nullptr;
 }
 
-std::vector<TAVString> relatedIdsOf(const TAVDOMElement& attribute) {
-  std::vector<TAVString> ids;
+std::vector<std::string> relatedIdsOf(const TAVDOMElement& attribute) {
+  std::vector<std::string> ids;
   if (const TAVDOMElement* relationships = attribute.getFirstElement(kAttributeRelationships)) {
     for (const TAVDOMElement& relationship : relationships->getElements())
       if (relationship.getTagName() == kAttributeRelationship)
@@ -23,35 +25,35 @@ std::vector<TAVString> relatedIdsOf(const TAVDOMElement& attribute) {
   return ids;
 }
 
+TAVDimensionAttribute& addAttribute(ImportRun& run, const TAVDOMElement& element,
+                                    const TAVDOMElement& binding, TAVDimension& dimension,
+                                    std::string_view viewId) {
+  auto made = make<TAVDimensionAttribute>();
+  setNameDescription(element, *made);
+  made->position = static_cast<std::uint16_t>(dimension.features.getCount());
+  made->addType(run.types.fetch(*run.model, binding.getFirstElementValue(kDataType)));
+  TAVDimensionAttribute& attribute = dimension.addFeature(std::move(made));
+  run.records.add(attribute);
+  if (const TAVDOMElement* source = binding.getFirstElement(kSource))
+    run.columns.linkTo(attribute, viewId, *source);
+  return attribute;
+}
+
 }  // namespace
 
-void TAVSQLServerXMLAImportBridge::importAttribute(const TAVDOMElement& element, TAVDimension& dimension,
-                                                   const TAVClassifierMap& dimensionMap, int& counter) {
-  if (element.getTagName() != kAttribute) return;
-  AttributeRecord& record = attributeRecords_.emplace_back();
-  record.id = element.getFirstElementValue(kId);
-  record.name = element.getFirstElementValue(kName);
-  record.description = element.getFirstElementValue(kDescription);
-  record.dimension = &dimension;
-  if (const TAVDOMElement* binding = findColumnBinding(element))
-    bindAttribute(*binding, record, dimensionMap, counter);
-  record.relatedIds = relatedIdsOf(element);
-  recordsOfDimension_.add(record, record.id);
+void AttributeRecords::add(std::string_view id, AttributeRecord record) {
+  byId_.add(records_.emplace_back(std::move(record)), id);
 }
 
-void TAVSQLServerXMLAImportBridge::bindAttribute(const TAVDOMElement& binding, AttributeRecord& record,
-                                                 const TAVClassifierMap& dimensionMap, int& counter) {
-  auto made = tav::make<TAVDimensionAttribute>(record.name);
-  made->position = static_cast<std::uint16_t>(counter++);
-  made->description = record.description;
-  const TAVString dataType = binding.getFirstElementValue(kDataType);
-  made->addType(getDerivedType(importTypeName(dataType), dataType));
-  TAVDimensionAttribute& attribute = record.dimension->addFeature(std::move(made));
-  registerObject(attribute);
-  record.dimensionAttribute = &attribute;
-  if (const TAVDOMElement* source = binding.getFirstElement(kSource)) {
-    linkFeatureToColumn(dimensionMap.sourceReference, attribute,
-                        TAVDsvReader::stringEscape(source->getFirstElementValue(kTableId)),
-                        TAVDsvReader::stringEscape(source->getFirstElementValue(kColumnId)));
-  }
+void importAttribute(ImportRun& run, const TAVDOMElement& element, TAVDimension& dimension,
+                     std::string_view viewId, AttributeRecords& records) {
+  if (element.getTagName() != kAttribute) return;
+  AttributeRecord record;
+  // An attribute without a column is none in the model; a level may name it all the same.
+  if (const TAVDOMElement* binding = findColumnBinding(element))
+    record.attribute = &addAttribute(run, element, *binding, dimension, viewId);
+  record.relatedIds = relatedIdsOf(element);
+  records.add(element.getFirstElementValue(kId), std::move(record));
 }
+
+}  // namespace tav

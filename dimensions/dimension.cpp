@@ -1,9 +1,14 @@
+#include "dimensions/dimension.h"
+
 #include "bridge/catalogue/literals.h"
-#include "reader/reader.h"
-#include "reader/vocabulary.h"
+#include "dimensions/attribute.h"
+#include "dimensions/hierarchy.h"
+#include "framework/model/roles.h"
+#include "reader/run/vocabulary.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 
+namespace tav {
 namespace {
 
 TAVDimensionType typeOf(const TAVDOMElement& dimension) {
@@ -11,37 +16,33 @@ TAVDimensionType typeOf(const TAVDOMElement& dimension) {
   return TAVDimensionType(type.equals("Time", false) ? TAVDimensionType::kTime : TAVDimensionType::kRegular);
 }
 
+std::string_view viewIdOf(const TAVDOMElement& dimension) {
+  const TAVDOMElement* source = dimension.getFirstElement(kSource);
+  return source ? source->getFirstElementValue(kDataSourceViewId) : std::string_view();
+}
+
 }  // namespace
 
-tav::Owned<TAVDimension> TAVSQLServerXMLAImportBridge::importDimension(const TAVDOMElement& element,
-                                                                       TAVOlapSchema& schema) {
+Owned<TAVDimension> importDimension(ImportRun& run, const TAVDOMElement& element, TAVOlapSchema& schema) {
   if (element.getTagName() != kDimension) return nullptr;
-  auto dimension = tav::make<TAVDimension>();
+  auto dimension = make<TAVDimension>();
   setNameIdDescription(element, *dimension);
-  dimension->nativeType = "Dimension";
-  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_DIMENSION.log(*log_, dimension->getName());
+  dimension->nativeType = label::kDimension;
+  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_DIMENSION.log(*run.log, dimension->getName());
 
-  TAVClassifierMap& map = dimension->addClassifierMap(tav::make<TAVClassifierMap>());
-  map.addDestinationClassifier(*dimension);
-  if (const TAVDOMElement* source = element.getFirstElement(kSource))
-    map.sourceReference = source->getFirstElementValue(kDataSourceViewId);
-
-  recordsOfDimension_.clear();
-  int counter = 0;
-  if (const TAVDOMElement* attributes = element.getFirstElement(kAttributes))
-    for (const TAVDOMElement& attribute : attributes->getElements())
-      importAttribute(attribute, *dimension, map, counter);
-  if (map.sourceClassifiers.empty())
-    tav::destroy(map);
-  else
-    map.sourceReference = "";
-
-  if (const TAVDOMElement* hierarchies = element.getFirstElement(kHierarchies))
-    for (const TAVDOMElement& hierarchy : hierarchies->getElements()) importHierarchy(hierarchy, *dimension);
+  // Levels name attributes, so attributes come first.
+  AttributeRecords attributes;
+  if (const TAVDOMElement* list = element.getFirstElement(kAttributes))
+    for (const TAVDOMElement& attribute : list->getElements())
+      importAttribute(run, attribute, *dimension, viewIdOf(element), attributes);
+  if (const TAVDOMElement* list = element.getFirstElement(kHierarchies))
+    for (const TAVDOMElement& hierarchy : list->getElements())
+      importHierarchy(run, hierarchy, *dimension, attributes);
   dimension->dimensionType = typeOf(element);
 
-  dimensions_.add(dimension.get(), true, nullptr);
-  registerObject(*dimension);
+  run.records.add(*dimension);
   schema.addImportedNamespaceElementUniqueName(*dimension, '/');
   return dimension;
 }
+
+}  // namespace tav

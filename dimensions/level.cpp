@@ -1,45 +1,46 @@
-#include "reader/reader.h"
-#include "reader/vocabulary.h"
+#include "dimensions/level.h"
+
+#include "reader/run/vocabulary.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 
-TAVLevel* TAVSQLServerXMLAImportBridge::importLevel(const TAVDOMElement& element, TAVDimension& dimension) {
-  if (element.getTagName() != kLevel) return nullptr;
-  if (TAVLevel* shared = dimension.levels.get(element.getFirstElementValue(kName))) return shared;
+namespace tav {
+namespace {
 
-  auto made = tav::make<TAVLevel>();
-  setNameIdDescription(element, *made);
-  made->nativeId = "";
-  TAVLevel& level = tav::add<&TAVDimension::levels>(dimension, std::move(made));
-
-  const std::string_view sourceId = element.getFirstElementValue(kSourceAttributeId);
-  if (const AttributeRecord* record = findAttributeRecord(sourceId, dimension)) {
-    int counter = 0;
-    TAVLevelAttribute* keyAttribute = addLevelAttributes(*record, level, counter);
-    for (const TAVString& relatedId : record->relatedIds)
-      if (const AttributeRecord* related = findAttributeRecord(relatedId, dimension))
-        addLevelAttributes(*related, level, counter);
-    if (keyAttribute)
-      tav::add<&TAVLevel::levelKeys>(level, tav::make<TAVLevelKey>()).addLevelAttribute(*keyAttribute);
-  }
-  registerObject(level);
-  return &level;
-}
-
-TAVLevelAttribute* TAVSQLServerXMLAImportBridge::addLevelAttributes(const AttributeRecord& record,
-                                                                    TAVLevel& level, int& counter) {
+/// Adds the attribute to the level and makes it the level's default: the last one stays it, and a last one
+/// that the model does not have leaves none. Null when there is no such attribute.
+TAVLevelAttribute* addLevelAttribute(const AttributeRecord& record, TAVLevel& level) {
   level.removeDefaultLevelAttribute();
-  if (!record.dimensionAttribute) return nullptr;
-  auto made = tav::make<TAVLevelAttribute>(record.dimensionAttribute->getName());
-  made->position = static_cast<std::uint16_t>(counter++);
-  made->addDimensionAttribute(*record.dimensionAttribute);
+  if (!record.attribute) return nullptr;
+  auto made = make<TAVLevelAttribute>(record.attribute->getName());
+  made->position = static_cast<std::uint16_t>(level.features.getCount());
+  made->addDimensionAttribute(*record.attribute);
   TAVLevelAttribute& attribute = level.addFeature(std::move(made));
   level.addDefaultLevelAttribute(attribute);
   return &attribute;
 }
 
-const AttributeRecord* TAVSQLServerXMLAImportBridge::findAttributeRecord(
-    std::string_view id, const TAVDimension& dimension) const {
-  const AttributeRecord* record = recordsOfDimension_.find(id);
-  return record && record->dimension == &dimension ? record : nullptr;
+void addLevelAttributes(const AttributeRecord& source, const AttributeRecords& attributes, TAVLevel& level) {
+  TAVLevelAttribute* keyAttribute = addLevelAttribute(source, level);
+  for (const std::string& relatedId : source.relatedIds)
+    if (const AttributeRecord* related = attributes.find(relatedId)) addLevelAttribute(*related, level);
+  if (keyAttribute) add<&TAVLevel::levelKeys>(level, make<TAVLevelKey>()).addLevelAttribute(*keyAttribute);
 }
+
+}  // namespace
+
+TAVLevel* importLevel(ImportRun& run, const TAVDOMElement& element, TAVDimension& dimension,
+                      const AttributeRecords& attributes) {
+  if (element.getTagName() != kLevel) return nullptr;
+  if (TAVLevel* shared = dimension.levels.get(element.getFirstElementValue(kName))) return shared;
+
+  auto made = make<TAVLevel>();
+  setNameDescription(element, *made);
+  TAVLevel& level = add<&TAVDimension::levels>(dimension, std::move(made));
+  if (const AttributeRecord* source = attributes.find(element.getFirstElementValue(kSourceAttributeId)))
+    addLevelAttributes(*source, attributes, level);
+  run.records.add(level);
+  return &level;
+}
+
+}  // namespace tav

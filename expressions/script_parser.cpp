@@ -3,27 +3,24 @@
 #include <algorithm>
 #include <array>
 
-#include "expressions/name_resolution.h"
 #include "framework/bridgelib/names.h"
+#include "framework/model/lineage_writer.h"
+#include "framework/model/roles.h"
+#include "reader/run/name_resolution.h"
 
 namespace {
 
 constexpr TAVElementType kFeatureType = tav::kClassRanges[tav::classId<TAVFeature>].code;
 constexpr int kUsualNames = 5;
-constexpr std::string_view kKpis = "KPIs";
+constexpr std::string_view kKpiFunctionPrefix = "Kpi";
 
-struct KpiFunction {
-  std::string_view function;
-  std::string_view measure;
-};
-
-constexpr std::array kKpiFunctions{KpiFunction{"KpiValue", "Value"}, KpiFunction{"KpiGoal", "Goal"},
-                                   KpiFunction{"KpiStatus", "Status"}, KpiFunction{"KpiTrend", "Trend"}};
-
-const KpiFunction* findKpiFunction(const TAVString& name) {
-  const auto* row = std::find_if(kKpiFunctions.begin(), kKpiFunctions.end(),
-                                 [&](const KpiFunction& kpi) { return name.equals(kpi.function, false); });
-  return row == kKpiFunctions.end() ? nullptr : row;
+/// The part of a KPI that a function gives, or null: KpiValue gives its "Value".
+const tav::KpiPart* findKpiPart(const TAVString& function) {
+  if (!function.startsWith(kKpiFunctionPrefix, false)) return nullptr;
+  const TAVString name = function.mid(static_cast<std::int32_t>(kKpiFunctionPrefix.size()));
+  const auto* part = std::find_if(tav::kKpiParts.begin(), tav::kKpiParts.end(),
+                                  [&](const tav::KpiPart& kpi) { return name.equals(kpi.name, false); });
+  return part == tav::kKpiParts.end() ? nullptr : part;
 }
 
 /// The first parts of a reference, split at every dot, also those inside brackets, and unquoted.
@@ -63,7 +60,7 @@ cScriptParser::cScriptParser(TAVLog* log, TAVDesignPackage& cubePackage, tav::Mo
       names_(names),
       measures_(cubePackage),
       unresolvedNames_(kUsualNames) {
-  if (const TAVPackage* folder = cubePackage.getChildPackage(kKpis))
+  if (const TAVPackage* folder = cubePackage.getChildPackage(tav::label::kKpis))
     for (const TAVNamespaceElement& kpi : folder->namespaceElements)
       kpiNameLengths_.insert(kpi.getName().view().size());
 }
@@ -76,13 +73,13 @@ void cScriptParser::setCurrentMap(TAVFeatureMap& map) {
 }
 
 void cScriptParser::getSrcElements(TAVOperationNode* operation, TAVVector& /*result*/) {
-  if (!findKpiFunction(operation->getName()) || operation->getExpressionNodeCount() != 1) return;
+  if (!findKpiPart(operation->getName()) || operation->getExpressionNodeCount() != 1) return;
   const std::string_view argument = operation->getExpressionNodeByPosition(0)->getText();
   if (!mayNameKpi(argument)) return;
   TAVString text(argument);
   TAVVector arguments;
   arguments.add(&text, true, nullptr);
-  TAVVector unused;
+  TAVVector unused;  // a KPI's value is linked by its function, as the call itself names nothing
   getFunctionElements(operation->getName(), arguments, kFeatureType,
                       TAVArgumentType(TAVArgumentType::kSource), unused);
 }
@@ -105,20 +102,25 @@ bool cScriptParser::mayNameKpi(std::string_view text) const {
 void cScriptParser::getFunctionElements(const TAVString& functionName, const TAVVector& arguments,
                                         TAVElementType /*elementType*/, TAVArgumentType /*argumentType*/,
                                         TAVVector& /*result*/) {
-  const KpiFunction* function = findKpiFunction(functionName);
-  if (!function || arguments.getCount() != 1) return;
+  const tav::KpiPart* part = findKpiPart(functionName);
+  if (!part || arguments.getCount() != 1) return;
   const TAVString name = removeQuotes(*static_cast<const TAVString*>(arguments[0]));
-  const TAVPackage* folder = cubePackage_.getChildPackage(kKpis);
+  const TAVPackage* folder = cubePackage_.getChildPackage(tav::label::kKpis);
   const auto* kpi = folder ? tav::as<TAVDimension>(folder->namespaceElements.get(name)) : nullptr;
-  if (!kpi || kpi->dimensionType.value() != TAVDimensionType::kMeasures || kpi->nativeType != "KPI") return;
-  if (TAVFeature* measure = kpi->features.get(function->measure)) linkSource(*measure);
+  if (!kpi || kpi->dimensionType.value() != TAVDimensionType::kMeasures ||
+      kpi->nativeType != tav::label::kKpi)
+    return;
+  if (TAVFeature* measure = kpi->features.get(part->name)) linkSource(*measure);
 }
 
 void cScriptParser::getElementByName(const TAVString& text, const TAVString& /*name*/, int partCount,
                                      TAVElementType /*elementType*/, TAVArgumentType /*argumentType*/,
                                      const TAVVector& /*scope*/, TAVVector& result) {
   const auto [first, second, third] = partsOf(text);
+  // What goes into `result` becomes a source of the caller's; the attributes behind levels, which may be many
+  // and are no name of the text, are linked here.
   Features found;
+  // A dimension that bears the name comes before the measures, even one that is called "Measures".
   if (TAVDimension* dimension = names_.findDimension(first))
     findInDimension(*dimension, second, third, found, result);
   if (found.empty() && (partCount == 1 || first.equals("Measures", false))) {
@@ -134,6 +136,7 @@ void cScriptParser::getElementByName(const TAVString& text, const TAVString& /*n
 
 void cScriptParser::findInDimension(TAVDimension& dimension, const TAVString& member, const TAVString& level,
                                     Features& found, TAVVector& result) {
+  // A hierarchy often bears the name of the attribute it begins with, and hides it.
   if (const TAVHierarchy* hierarchy = dimension.hierarchies.get(member)) {
     findLevelAttributes(*hierarchy, level, found);
   } else if (TAVFeature* attribute = dimension.features.get(member)) {
@@ -153,14 +156,11 @@ void cScriptParser::findLevelAttributes(const TAVHierarchy& hierarchy, const TAV
 }
 
 TAVFeature* cScriptParser::findMeasure(const TAVString& name) const {
+  // Cubes allow a calculated measure to repeat a name; the one with data is meant.
   TAVFeature* measure = measures_.findInMeasureGroups(name);
   return measure ? measure : measures_.findCalculated(name);
 }
 
 void cScriptParser::linkSource(TAVFeature& feature) {
-  if (!currentMap_ || currentMap_->sourceFeatures.contains(feature)) return;
-  currentMap_->addSourceFeature(feature);
-  TAVClassifierMap* map = currentMap_->classifierMap.get();
-  TAVClassifier* owner = feature.classifier.get();
-  if (map && owner && !map->sourceClassifiers.contains(*owner)) map->addSourceClassifier(*owner);
+  if (currentMap_) tav::addSource(*currentMap_, feature);
 }

@@ -2,9 +2,9 @@
 
 #include <unordered_set>
 
+#include "expressions/model_names.h"
 #include "framework/expression/analyzer.h"
 #include "framework/std/hash_set.h"
-#include "reader/model_names.h"
 
 /// Resolves the names in the MDX expressions of one cube's measures: dimension attributes and levels,
 /// measures of measure groups, calculated measures, and the values of KPIs. It links the attributes of levels

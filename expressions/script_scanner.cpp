@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kCreate = "CREATE";
 constexpr std::string_view kMeasures = "MEASURES";
 
 bool isScriptBlank(char c) {
@@ -113,6 +114,7 @@ std::string removeScriptComments(std::string_view script) {
     last = lineEnd == kNone;
     const std::size_t next = last ? script.size() : lineEnd + 1;
     const std::string_view segment = script.substr(at, next - at);
+    // Whether the text behind a block comment begins a line is not known any more: it counts as if it did.
     if (!last && startsLikeLineComment(segment)) {
       at = next;
       continue;
@@ -131,18 +133,20 @@ std::string removeScriptComments(std::string_view script) {
 }
 
 std::vector<CalculatedMeasure> findCalculatedMeasures(std::string_view script) {
+  // Words are found in capitals, texts are cut from the script as it is written: both have one length.
   const std::string upper = upperCase(script);
   ForwardSearch members(upper, "MEMBER", &findWord);
   std::vector<CalculatedMeasure> measures;
-  for (std::size_t at = findWord(upper, "CREATE", 0); at != kNone;) {
+  for (std::size_t at = findWord(upper, kCreate, 0); at != kNone;) {
     const std::size_t end = upper.find(';', at);
-    if (end == kNone) break;
-    if (members.from(at + 7) <= end) {
+    if (end == kNone) break;  // a statement that nothing ends defines nothing
+    // A CREATE without a MEMBER of its own, such as a set's, must not take that of a later statement.
+    if (members.from(at + kCreate.size() + 1) <= end) {
       const std::size_t size = end - at + 1;
       if (auto measure = readStatement(script.substr(at, size), std::string_view(upper).substr(at, size)))
         measures.push_back(*measure);
     }
-    at = findWord(upper, "CREATE", end);
+    at = findWord(upper, kCreate, end);
   }
   return measures;
 }

@@ -31,7 +31,7 @@ done
 split dsv/views.txt import \
   '<Database xmlns:xs="http://www.w3.org/2001/XMLSchema" xmlns:msprop="urn:schemas-microsoft-com:xml-msprop"><DataSourceViews>' \
   '</DataSourceViews></Database>'
-sed -n 's/.*= "\([A-Za-z]*\)";/\1/p' "$root/reader/vocabulary.h" | tags >>"$folder/import.dict"
+sed -n 's/.*= "\([A-Za-z]*\)";/\1/p' "$root/reader/run/vocabulary.h" | tags >>"$folder/import.dict"
 
 model='<TAVMultiModel format="tav-model/1"><contents><TAVModelContent><models><TAVStoreModel name="S">'
 model_end='</TAVStoreModel></models></TAVModelContent></contents></TAVMultiModel>'

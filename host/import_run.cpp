@@ -24,8 +24,10 @@ class Observer : public tav::HostObserver {
                         static_cast<int>(100.0 * static_cast<double>(read) / static_cast<double>(total)));
   }
 
+  void onDatabase() override { defined_ = true; }
+
   bool onModel(const TAVStoreModel& model) override {
-    empty = holdsNothing(model);
+    empty = !defined_ && holdsNothing(model);
     log_.clearProgress();
     return visit_(model);
   }
@@ -36,6 +38,7 @@ class Observer : public tav::HostObserver {
   std::string step_;
   MessageLog& log_;
   const ModelVisitor& visit_;
+  bool defined_ = false;
 };
 
 }  // namespace

@@ -1,100 +1,109 @@
+#include "reader/database.h"
+
 #include "bridge/catalogue/literals.h"
-#include "framework/std/connection_string.h"
-#include "framework/types/data_store_version.h"
-#include "framework/types/providers.h"
-#include "reader/reader.h"
-#include "reader/vocabulary.h"
-#include "views/connection_index.h"
+#include "cubes/cube.h"
+#include "cubes/linked_measure_group.h"
+#include "dimensions/dimension.h"
+#include "expressions/cube_expressions.h"
+#include "framework/model/roles.h"
+#include "reader/clean_up.h"
+#include "reader/data_sources.h"
+#include "reader/measure_passes.h"
+#include "reader/run/vocabulary.h"
 
 using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
 
-void TAVSQLServerXMLAImportBridge::importDatabase(const TAVDOMElement& database, TAVOlapSchema& schema) {
-  importDataSources(database);
-  importDataSourceViews(database);
-  deleteForeignSchemas(schema);
-  importDimensions(database, schema);
+namespace tav {
+namespace {
 
-  const TAVDOMElement* cubes = database.getFirstElement(kCubes);
-  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_CUBES.log(*log_);
-  TAVDesignPackage& folder = addFolder("Cubes");
-  if (cubes) importCubes(*cubes, folder);
-  analyzer_.setCubesFolder(folder);
-  resolveMeasures(folder);
+/// A cube with the element that it was made from, which is read once more when all cubes are there.
+struct ReadCube {
+  TAVCube* cube;
+  const TAVDOMElement* element;
+};
+
+/// The database's schema, which dimensions are listed in. It has no name of its own: a name that is free
+/// among the model's packages stands in for it, and shows as the model's until the database gives its own.
+TAVOlapSchema& addSchema(ImportRun& run, const TAVDOMElement& database) {
+  auto made = make<TAVOlapSchema>();
+  made->nativeId = database.getFirstElementValue(kId);
+  made->description = database.getFirstElementValue(kDescription);
+  TAVOlapSchema& schema = run.model->addDataPackageUniqueName(std::move(made), '/');
+  run.model->setName(schema.getName());
+  run.records.add(schema);
+  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_MODEL.log(*run.log, run.model->getName());
+  return schema;
 }
 
-TAVDesignPackage& TAVSQLServerXMLAImportBridge::addFolder(const TAVString& name) {
-  auto folder = tav::make<TAVDesignPackage>(name);
-  folder->nativeType = name;
-  folder->folder = true;
-  return model_->addDesignPackageUniqueName(std::move(folder), '/');
+/// A package of the model; `folder` for those that hold what the definition lists.
+TAVDesignPackage& addPackage(ImportRun& run, std::string_view label, bool folder) {
+  auto package = make<TAVDesignPackage>(label);
+  if (folder) package->nativeType = label;
+  package->folder = folder;
+  return run.model->addDesignPackageUniqueName(std::move(package), '/');
 }
 
-void TAVSQLServerXMLAImportBridge::importDataSources(const TAVDOMElement& database) {
-  const TAVDOMElement* sources = database.getFirstElement(kDataSources);
-  if (!sources) return;
-  for (const TAVDOMElement& source : sources->getElements()) {
-    const TAVString id = source.getFirstElementValue(kId);
-    const TAVString name = source.getFirstElementValue(kName);
-    if (model_->storeConnections.get(id)) continue;
-    auto connection = tav::make<TAVStoreConnection>(name.empty() ? id : name);
-    connection->nativeId = id;
-    connection->description = id;
-    connection->connectionString = source.getFirstElementValue(kConnectionString);
-    const TAVString provider = getConnectionStringValue(connection->connectionString, "Provider");
-    setDataStore(connection.get(), findDataStoreByProvider(provider));
-    model_->addStoreConnection(std::move(connection));
-  }
-}
-
-void TAVSQLServerXMLAImportBridge::importDataSourceViews(const TAVDOMElement& database) {
-  const TAVDOMElement* views = database.getFirstElement(kDataSourceViews);
-  viewFolder_ = &addFolder("Data Source Views");
-  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_DSVS.log(*log_);
-  if (!views) return;
-  const auto connections = std::make_shared<tav::ConnectionIndex>(*model_);
-  for (const TAVDOMElement& element : views->getElements()) {
-    dsvReader_ = std::make_unique<TAVDsvReader>(model_, log_, true, true, connections);
-    if (tav::Owned<TAVDesignPackage> view = dsvReader_->importDataSourceView(&element))
-      indexColumns(viewFolder_->addNamespaceElementUniqueName(std::move(view), '/'));
-    dsvReader_.reset();
-  }
-}
-
-void TAVSQLServerXMLAImportBridge::indexColumns(const TAVDesignPackage& view) {
-  for (const TAVModelElement* table : view.getModelElements()) {
-    for (TAVFeature& column : static_cast<const TAVClassifier*>(table)->features)
-      columns_.add(column, view.nativeId, table->nativeId,
-                   column.nativeId.empty() ? column.physicalName : column.nativeId);
-  }
-}
-
-void TAVSQLServerXMLAImportBridge::deleteForeignSchemas(const TAVOlapSchema& schema) {
+/// Reading views may leave schemas in the model that are not the database's.
+void deleteForeignSchemas(const TAVStoreModel& model, const TAVOlapSchema& schema) {
   std::vector<TAVDataPackage*> foreign;
-  for (TAVDataPackage& package : model_->dataPackages)
-    if (tav::is<TAVOlapSchema>(package) && &package != &schema) foreign.push_back(&package);
-  for (TAVDataPackage* package : foreign) tav::destroy(*package);
+  for (TAVDataPackage& package : model.dataPackages)
+    if (is<TAVOlapSchema>(package) && &package != &schema) foreign.push_back(&package);
+  for (TAVDataPackage* package : foreign) destroy(*package);
 }
 
-void TAVSQLServerXMLAImportBridge::importDimensions(const TAVDOMElement& database, TAVOlapSchema& schema) {
+void importDimensions(ImportRun& run, const TAVDOMElement& database, TAVOlapSchema& schema,
+                      TAVDesignPackage& folder) {
   const TAVDOMElement* dimensions = database.getFirstElement(kDimensions);
-  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_DIMENSIONS.log(*log_);
-  TAVDesignPackage& folder = addFolder("Dimensions");
   if (!dimensions) return;
   for (const TAVDOMElement& element : dimensions->getElements()) {
-    if (tav::Owned<TAVDimension> made = importDimension(element, schema)) {
+    if (Owned<TAVDimension> made = importDimension(run, element, schema)) {
       TAVDimension& dimension = folder.addNamespaceElementUniqueName(std::move(made), '/');
-      dimensionsById_.add(dimension, dimension.nativeId);
+      run.dimensions.add(dimension, dimension.nativeId);
     }
   }
 }
 
-void TAVSQLServerXMLAImportBridge::importCubes(const TAVDOMElement& cubes, TAVDesignPackage& folder) {
-  std::vector<TAVCube*> imported;
-  for (const TAVDOMElement& element : cubes.getElements())
-    if (TAVCube* cube = importCube(element, folder)) imported.push_back(cube);
-  names_.emplace(*model_);
-  for (TAVCube* cube : imported) {
-    importLinkedMeasureGroups(*cube->sourceElement, *cube);
-    resolveCubeExpressions(*cube);
-  }
+std::vector<ReadCube> importCubes(ImportRun& run, MeasureGroups& groups, const TAVDOMElement& database,
+                                  TAVDesignPackage& folder) {
+  std::vector<ReadCube> read;
+  const TAVDOMElement* cubes = database.getFirstElement(kCubes);
+  if (!cubes) return read;
+  for (const TAVDOMElement& element : cubes->getElements())
+    if (TAVCube* cube = importCube(run, groups, element, folder)) read.push_back({cube, &element});
+  return read;
 }
+
+}  // namespace
+
+void importDatabase(ImportRun& run, const TAVDOMElement& database) {
+  TAVOlapSchema& schema = addSchema(run, database);
+  addPackage(run, label::kJoinGroups, false);
+  setNameIdDescription(database, *run.model);
+  addPackage(run, label::kTransformations, false);
+
+  // Each step refers to what the steps before it have made.
+  importDataSources(run, database);
+  TAVDesignPackage& viewFolder = addPackage(run, label::kDataSourceViews, true);
+  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_DSVS.log(*run.log);
+  importDataSourceViews(run, database, viewFolder);
+  deleteForeignSchemas(*run.model, schema);
+
+  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_DIMENSIONS.log(*run.log);
+  importDimensions(run, database, schema, addPackage(run, label::kDimensions, true));
+
+  QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_CUBES.log(*run.log);
+  TAVDesignPackage& cubesFolder = addPackage(run, label::kCubes, true);
+  MeasureGroups groups;
+  const std::vector<ReadCube> cubes = importCubes(run, groups, database, cubesFolder);
+  // Cubes link groups of cubes behind them, and expressions name what such groups show. A cube's expressions
+  // are resolved before the next cube gets its linked groups.
+  ModelNames names(*run.model);
+  for (const ReadCube& read : cubes) {
+    importLinkedMeasureGroups(groups, *read.element, *read.cube);
+    resolveCubeExpressions(*read.cube, names, *run.log);
+  }
+  resolveMeasures(run, cubesFolder);
+  tidyPackages(*run.model);
+}
+
+}  // namespace tav

@@ -1,67 +1,79 @@
 #include "reader/reader.h"
 
-#include "framework/model/traversal.h"
-
-namespace {
-
-// As many as a database of some hundred objects needs; the table grows beyond.
-constexpr int kRegistryBuckets = 1024;
-
-/// Takes the definition's IDs off a model and notes what is to be deleted because nothing leads to it. One
-/// walk does it all: a large model is seldom in the cache, so that each walk costs as much as the work
-/// itself.
-class Cleaner : public TAVTraversalOperation {
- public:
-  void visit(TAVObject& object) override {
-    if (auto* element = tav::as<TAVNamespaceElement>(&object)) {
-      element->nativeId = "";
-      if (auto* cube = tav::as<TAVCube>(element)) cube->sourceElement = nullptr;
-    } else if (auto* feature = tav::as<TAVFeature>(&object)) {
-      feature->nativeId = "";
-      TAVFeatureMap* map = feature->getDestinationOfFeatureMap();
-      if (map && map->sourceFeatures.empty()) empty_.push_back(map);
-    } else if (auto* map = tav::as<TAVClassifierMap>(&object)) {
-      map->nativeId = "";
-      if (map->sourceClassifiers.empty()) emptyOwners_.push_back(map);
-    } else if (auto* connection = tav::as<TAVStoreConnection>(&object)) {
-      if (connection->connectionClassifiers.empty()) emptyOwners_.push_back(connection);
-    }
-  }
-
-  void deleteEmpty() {
-    for (TAVObject* map : empty_) tav::destroy(*map);
-    for (TAVObject* owner : emptyOwners_) tav::destroy(*owner);
-  }
-
- private:
-  std::vector<TAVObject*> empty_;
-  std::vector<TAVObject*> emptyOwners_;  // which may own some of the others, and so go after them
-};
-
-}  // namespace
+#include "bridge/catalogue/literals.h"
+#include "framework/bridgelib/types.h"
+#include "framework/modelbridge/host_observer.h"
+#include "reader/clean_up.h"
+#include "reader/database.h"
+#include "reader/document.h"
+#include "reader/origin.h"
+#include "reader/run/vocabulary.h"
 
 TAVSQLServerXMLAImportBridge::TAVSQLServerXMLAImportBridge(TAVLog* log)
-    : analyzer_(log), log_(log), registry_(kRegistryBuckets) {}
+    : run_(std::make_unique<tav::ImportRun>(log)) {}
 
-TAVSQLServerXMLAImportBridge::~TAVSQLServerXMLAImportBridge() = default;
+TAVSQLServerXMLAImportBridge::~TAVSQLServerXMLAImportBridge() {
+  try {
+    cleanUp();
+  } catch (...) {
+    // Only for want of memory. Then IDs stay in the model, which points nowhere but into itself all the same.
+  }
+}
 
-void TAVSQLServerXMLAImportBridge::registerObject(TAVElement& object) {
-  registry_.add(&object, true, nullptr);
+bool TAVSQLServerXMLAImportBridge::importFile(const TAVString& identifier, TAVStoreModel* model,
+                                              TAVFile file) {
+  cleanUp();
+  run_ = std::make_unique<tav::ImportRun>(run_->log);
+  run_->model = model;
+  importing_ = true;
+  if (!file.exists()) QVT_SSXMLA::MICROSOFT_XMLA_I_FILE_NOT_OPEN.throwException(file.getPath());
+  readDocument(file);
+  factorizeTypes(*model, 0, 0);
+  if (model->metadataOrigins.empty()) model->addMetadataOrigin(tav::describeOrigin(identifier, file));
+  cleanUp();
+  return true;
+}
+
+void TAVSQLServerXMLAImportBridge::readDocument(const TAVFile& file) {
+  run_->document = std::make_unique<TAVDOM>(run_->log);
+  run_->document->setProgress(tav::reportParsed);
+  const TAVDOMElement* root = run_->document->parseFile(file);
+  const TAVDOMElement* database = root ? tav::findDatabase(*root) : nullptr;
+  if (!database) return;
+  // An element of another name is read as a database all the same; whether it was one shows in the model.
+  if (database->getTagName() == tav::xmla::kDatabase) tav::reportDatabase();
+  tav::importDatabase(*run_, *database);
 }
 
 void TAVSQLServerXMLAImportBridge::cleanUp() {
-  dimensions_.empty();
-  cubes_.empty();
-  attributeRecords_.clear();
-  recordsOfDimension_.clear();
-  columns_.clear();
+  if (!importing_) return;  // what is left is the caller's, who may have deleted the model
+  importing_ = false;
+  run_->records.dimensions.empty();
+  run_->records.cubes.empty();
+  run_->columns.clear();
+  run_->dimensions.clear();
+  run_->document.reset();
+  run_->types.release();
+  tav::cleanModel(*run_->model);
+}
 
-  Cleaner cleaner;
-  model_->depthTraversal(cleaner);
-  cleaner.deleteEmpty();
+TAVString TAVSQLServerXMLAImportBridge::importTypeName(const TAVString& dataType) {
+  return run_->types.nameOf(dataType);
+}
 
-  root_ = nullptr;
-  dom_.reset();
-  dsvReader_.reset();
-  typeConverter_.reset();
+TAVDerivedType& TAVSQLServerXMLAImportBridge::getDerivedType(const TAVString& typeName,
+                                                             const TAVString& nativeDataType) {
+  return tav::fetchDerivedType(*run_->model, typeName, nativeDataType);
+}
+
+TAVMeasure& TAVSQLServerXMLAImportBridge::createMeasure(TAVClassifier& owner,
+                                                        const MeasureDescription& measure, bool plainAdd) {
+  return tav::createMeasure(owner, measure, plainAdd);
+}
+
+TAVMeasure& TAVSQLServerXMLAImportBridge::createMeasurePair(const MeasureDescription& measure,
+                                                            const TAVString& dataType,
+                                                            const TAVString& expression,
+                                                            TAVDimension& measureGroup, TAVCube& cube) {
+  return tav::createMeasurePair(*run_, measure, dataType, expression, measureGroup, cube);
 }

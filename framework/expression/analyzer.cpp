@@ -2,7 +2,7 @@
 
 #include "framework/expression/parser.h"
 #include "framework/model/classes/classifier_map.h"
-#include "framework/model/link.h"
+#include "framework/model/lineage_writer.h"
 
 namespace {
 
@@ -19,17 +19,6 @@ TAVOperationNode operationNode(const ExpressionTree& tree, const ExpressionNode&
   for (std::uint32_t i = call.first; i != ExpressionNode::kNone; i = tree.nodes[i].next)
     arguments.emplace_back(tree.textOf(tree.nodes[i]));
   return {tree.textOf(call), call.name, std::move(arguments)};
-}
-
-void linkSources(TAVFeatureMap& map, const TAVVector& features) {
-  for (void* object : features) {
-    auto& feature = *static_cast<TAVFeature*>(object);
-    if (!map.sourceFeatures.contains(feature)) map.addSourceFeature(feature);
-    TAVClassifierMap* owner = map.classifierMap.get();
-    TAVClassifier* classifier = feature.classifier.get();
-    if (owner && classifier && !owner->sourceClassifiers.contains(*classifier))
-      owner->addSourceClassifier(*classifier);
-  }
 }
 
 }  // namespace
@@ -99,6 +88,6 @@ void TAVExpressionAnalyzer::parse(TAVFeatureMap* map) {
       TAVOperationNode operation = operationNode(tree, node);
       getSrcElements(&operation, result);
     }
-    linkSources(*map, result);
+    for (void* feature : result) tav::addSource(*map, *static_cast<TAVFeature*>(feature));
   }
 }

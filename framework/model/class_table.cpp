@@ -12,13 +12,9 @@ constinit const std::span<const std::uint8_t> kOppositeRows = kOpposite;
 
 namespace {
 
-template <class T> Owned<TAVObject> createBlank() {
-  return make<T>();
-}
-
 template <class Entry> constexpr auto creatorOf() -> Owned<TAVObject> (*)() {
   if constexpr (Entry::concrete)
-    return &createBlank<typename Entry::Type>;
+    return &makeObjectHere<typename Entry::Type>;
   else
     return nullptr;
 }
@@ -82,6 +78,10 @@ const ClassTable& classTable() noexcept {
 
 const ClassInfo& classInfo(ClassId id) noexcept {
   return classTable()[id];
+}
+
+Owned<TAVObject> makeObject(ClassId id) {
+  return classInfo(id).create();
 }
 
 const ClassInfo* findClass(std::string_view name) noexcept {

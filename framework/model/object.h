@@ -81,9 +81,18 @@ template <class T> bool is(const TAV_Object& object) noexcept {
   return derives(object.classId(), classId<T>);
 }
 
+/// A blank object of a class that has objects of its own. The framework makes the objects of all plug-ins:
+/// what is virtual about one lies where it was made, and must stay loaded as long as the object.
+TAV_API Owned<TAVObject> makeObject(ClassId id);
+
+/// What makeObject does for one class; to be called in the framework alone.
+template <class T> Owned<TAVObject> makeObjectHere() {
+  return Owned<TAVObject>(new T);
+}
+
 /// Makes an object that is not placed yet. The name is given before placing: that costs least.
 template <class T> Owned<T> make(TAVString name = {}) {
-  Owned<T> object(new T);
+  Owned<T> object(static_cast<T*>(makeObject(classId<T>).release()));
   if (!name.empty()) object->setName(std::move(name));
   return object;
 }

@@ -17,12 +17,18 @@ HostObserver::~HostObserver() {
 
 void HostObserver::onParsed(std::uint64_t /*read*/, std::uint64_t /*total*/) {}
 
+void HostObserver::onDatabase() {}
+
 bool HostObserver::onModel(const TAVStoreModel& /*model*/) {
   return true;
 }
 
 void reportParsed(std::uint64_t read, std::uint64_t total) {
   if (last) last->onParsed(read, total);
+}
+
+void reportDatabase() {
+  if (last) last->onDatabase();
 }
 
 bool reportModel(const TAVStoreModel& model) {

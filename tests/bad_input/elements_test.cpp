@@ -108,7 +108,7 @@ TEST(DamagedElements, TheDefinitionsHoldEveryElementThatIsRead) {
   for (const auto& c : tav::test::loadCorpus("bad_input/elements.txt"))
     for (const Span& element : tav::test::findElements(c.input))
       tags.insert(element.path.substr(element.path.rfind('/') + 1));
-  std::istringstream vocabulary(tav::test::readFile(tav::test::testFile("../reader/vocabulary.h")));
+  std::istringstream vocabulary(tav::test::readFile(tav::test::testFile("../reader/run/vocabulary.h")));
   int names = 0;
   for (std::string line; std::getline(vocabulary, line);) {
     const std::size_t begin = line.find("= \""), end = line.rfind('"');

@@ -153,4 +153,29 @@ TEST(Run, ShowsTheModelToTheHostWhichMayKeepItFromBeingSaved) {
   EXPECT_TRUE(std::filesystem::exists(output));
 }
 
+TEST(Run, TellsTheHostOfADatabaseHoweverLittleItHolds) {
+  class Observer : public tav::HostObserver {
+   public:
+    void onDatabase() override { defined = true; }
+    bool onModel(const TAVStoreModel& /*model*/) override { return false; }
+    bool defined = false;
+  };
+  const tav::test::TemporaryFolder folder;
+  const auto tells = [&](const std::string& document) {
+    Observer observer;
+    EXPECT_TRUE(run(folder.write("a.xmla", document), (folder.path() / "m.xml").string())) << document;
+    return observer.defined;
+  };
+  for (const char* database : {"<Database><Name>Sales</Name></Database>", "<Database/>"}) {
+    const std::string definition = "<ObjectDefinition>" + std::string(database) + "</ObjectDefinition>";
+    EXPECT_TRUE(tells(database));
+    EXPECT_TRUE(tells("<Create>" + definition + "</Create>"));
+    EXPECT_TRUE(tells("<Batch><Alter>" + definition + "</Alter></Batch>"));
+    EXPECT_FALSE(tells("<Alter>" + definition + "</Alter>"));
+    EXPECT_FALSE(tells("<Batch><Create>" + definition + "</Create></Batch>"));
+  }
+  EXPECT_FALSE(tells("<Create><ObjectDefinition><Trace/></ObjectDefinition></Create>"));
+  EXPECT_FALSE(tells("<Other><Name>Sales</Name></Other>"));
+}
+
 }  // namespace

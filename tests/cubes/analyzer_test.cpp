@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "expressions/model_names.h"
 #include "expressions/script_parser.h"
 #include "reader/reader.h"
 #include "tests/support/checked_import.h"

@@ -1,4 +1,6 @@
-#include "reader/model_names.h"
+#include "expressions/model_names.h"
+
+#include "framework/model/roles.h"
 
 namespace tav {
 namespace {
@@ -15,7 +17,7 @@ void addFeatures(IdIndex<TAVFeature>& index, const TAVPackage* folder, std::stri
 }  // namespace
 
 ModelNames::ModelNames(const TAVStoreModel& model) {
-  const TAVPackage* folder = model.designPackages.get("Dimensions");
+  const TAVPackage* folder = model.designPackages.get(label::kDimensions);
   if (!folder) return;
   std::vector<const TAVPackage*> waiting{folder};
   while (!waiting.empty()) {
@@ -46,8 +48,9 @@ TAVLevel* ModelNames::findLevel(const TAVHierarchy& hierarchy, std::string_view 
 }
 
 MeasureNames::MeasureNames(const TAVDesignPackage& cubePackage) {
-  addFeatures(groups_, cubePackage.getChildPackage("Measure Groups"), "MeasureGroup");
-  addFeatures(calculated_, cubePackage.getChildPackage("Calculated Measures"), "Calculated Measures");
+  addFeatures(groups_, cubePackage.getChildPackage(label::kMeasureGroups), label::kMeasureGroup);
+  addFeatures(calculated_, cubePackage.getChildPackage(label::kCalculatedMeasures),
+              label::kCalculatedMeasures);
 }
 
 }  // namespace tav

@@ -7,7 +7,7 @@
 #include <unordered_map>
 
 #include "framework/model/model.h"
-#include "reader/id_index.h"
+#include "reader/run/id_index.h"
 
 namespace tav {
 

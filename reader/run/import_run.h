@@ -1,0 +1,35 @@
+#pragma once
+
+// The state of one import: what its steps share. It lies below all of them and knows none; a step is a
+// function that takes it, and what only that step needs, as arguments.
+
+#include <memory>
+
+#include "framework/dom/dom.h"
+#include "framework/model/model.h"
+#include "framework/std/log.h"
+#include "reader/run/id_index.h"
+#include "reader/run/import_types.h"
+#include "reader/run/records.h"
+#include "reader/run/view_columns.h"
+
+namespace tav {
+
+struct ImportRun {
+  explicit ImportRun(TAVLog* messages) : log(messages), types(messages), records(messages) {}
+
+  TAVLog* log;
+  TAVStoreModel* model = nullptr;    ///< the caller's; there when the first step begins
+  std::unique_ptr<TAVDOM> document;  ///< while it is read; nothing in the model points into it
+  ImportTypes types;
+  ViewColumns columns;               ///< of the data source views
+  IdIndex<TAVDimension> dimensions;  ///< of the database
+  Records records;
+};
+
+/// Copies an element's name and description to an object.
+void setNameDescription(const TAVDOMElement& element, TAVElement& object);
+/// The same with its ID, which the model loses at the end of the import.
+void setNameIdDescription(const TAVDOMElement& element, TAVElement& object);
+
+}  // namespace tav
