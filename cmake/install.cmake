@@ -4,15 +4,12 @@
 include(CMakePackageConfigHelpers)
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/xmlaBridge)
 
-target_include_directories(tav_framework INTERFACE $<INSTALL_INTERFACE:include/xmla-bridge>)
 target_compile_features(tav_framework INTERFACE cxx_std_20)
 
-install(TARGETS tav_framework xmla_import EXPORT xmlaBridgeTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS tav_framework xmla_import EXPORT xmlaBridgeTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        FILE_SET HEADERS DESTINATION include/xmla-bridge)
 install(TARGETS xmla-bridge RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-# Folders without a header would be made all the same.
-install(DIRECTORY framework DESTINATION include/xmla-bridge
-        FILES_MATCHING PATTERN "*.h")
 install(EXPORT xmlaBridgeTargets NAMESPACE xmlaBridge:: DESTINATION ${package_folder})
 configure_package_config_file(
   ${CMAKE_CURRENT_LIST_DIR}/xmlaBridgeConfig.cmake.in ${PROJECT_BINARY_DIR}/xmlaBridgeConfig.cmake

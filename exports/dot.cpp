@@ -6,7 +6,7 @@
 #include "exports/boxes.h"
 #include "exports/formats.h"
 #include "framework/std/printable.h"
-#include "framework/std/utf8.h"
+#include "framework/std/text.h"
 
 namespace tav {
 namespace {
@@ -33,21 +33,15 @@ std::string_view colourOf(NodeKind kind) {
 
 /// Text inside a label in angle brackets. What is no UTF-8 would make the whole file unreadable.
 std::string labelText(std::string_view text) {
-  const std::string shown = printable(text);
   std::string label;
-  for (std::string_view rest = shown; !rest.empty();) {
-    const std::size_t length = utf8Length(rest);
-    const std::string_view character = rest.substr(0, length == 0 ? 1 : length);
-    rest.remove_prefix(character.size());
-    if (length == 0)
-      label += "\xEF\xBF\xBD";
-    else if (character == "<")
+  for (const char character : mendedUtf8(printable(text))) {
+    if (character == '<')
       label += "&lt;";
-    else if (character == ">")
+    else if (character == '>')
       label += "&gt;";
-    else if (character == "&")
+    else if (character == '&')
       label += "&amp;";
-    else if (character == "\"")
+    else if (character == '"')
       label += "&quot;";
     else
       label += character;

@@ -3,7 +3,7 @@
 #include "exports/boxes.h"
 #include "exports/formats.h"
 #include "framework/std/printable.h"
-#include "framework/std/utf8.h"
+#include "framework/std/text.h"
 
 namespace tav {
 namespace {
@@ -14,16 +14,10 @@ constexpr std::array<std::string_view, kEdgeKindCount> kArrows{" --> ", " -.-> "
 /// numbered entity.
 std::string label(std::string_view text) {
   constexpr std::string_view kSigns = "\"#&<>[]{}()|`\\*_~;$";
-  const std::string shown = printable(text);
   std::string result = "\"";
-  for (std::string_view rest = shown; !rest.empty();) {
-    const std::size_t length = utf8Length(rest);
-    const std::string_view character = rest.substr(0, length == 0 ? 1 : length);
-    rest.remove_prefix(character.size());
-    if (length == 0)
-      result += "\xEF\xBF\xBD";
-    else if (kSigns.find(character) != kSigns.npos)
-      result.append("#").append(std::to_string(static_cast<int>(character.front()))).append(";");
+  for (const char character : mendedUtf8(printable(text))) {
+    if (kSigns.find(character) != kSigns.npos)
+      result.append("#").append(std::to_string(static_cast<int>(character))).append(";");
     else
       result += character;
   }

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "messages/message.h"
+#include "framework/std/text.h"
 
 namespace host {
 namespace {
@@ -73,12 +74,10 @@ std::string hide(std::string text, const std::string& secret) {
 
 /// The beginning of an answer for a message, without the secret that the server may have repeated in it.
 std::string quoteBody(const std::string& body, const std::string& secret) {
-  std::string text = hide(body, secret);
-  text.erase(text.find_last_not_of(" \t\r\n") + 1);
-  if (text.size() <= kShownBody) return text;
-  std::size_t size = kShownBody;
-  while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0U) == 0x80U) --size;
-  return text.substr(0, size) + " ...";
+  const std::string hidden = hide(body, secret);
+  const std::string_view text = tav::trimmed(hidden);
+  const std::string_view shown = tav::beginningOf(text, kShownBody);
+  return std::string(shown) + (shown.size() < text.size() ? " ..." : "");
 }
 
 extern "C" std::size_t keepBeginning(char* data, std::size_t /*one*/, std::size_t size, void* target) {

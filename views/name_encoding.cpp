@@ -2,13 +2,12 @@
 
 #include <charconv>
 
+#include "framework/std/text.h"
 #include "framework/std/utf8.h"
 #include "views/name_characters.h"
 
 namespace tav {
 namespace {
-
-constexpr char32_t kReplacement = 0xFFFD;  // for a byte that is no UTF-8
 
 /// The first character in a name that is no letter from A to Z, no digit and no low line; nearly every name
 /// of a real database has none.
@@ -58,14 +57,15 @@ Code codeAt(std::string_view text) {
 std::string encodeName(std::string_view text) {
   const std::size_t strange = findStrange(text);
   std::string name(text.substr(0, strange));
-  for (std::string_view rest = text.substr(strange); !rest.empty();) {
+  const std::string mended = mendedUtf8(text.substr(strange));
+  for (std::string_view rest = mended; !rest.empty();) {
     const std::size_t length = utf8Length(rest);
-    const char32_t character = length == 0 ? kReplacement : utf8Character(rest, length);
+    const char32_t character = utf8Character(rest, length);
     if (isNameCharacter(character, name.empty()))
       name += rest.substr(0, length);
     else
       appendCode(name, character);
-    rest.remove_prefix(std::max<std::size_t>(length, 1));
+    rest.remove_prefix(length);
   }
   return name;
 }

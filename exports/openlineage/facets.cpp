@@ -5,7 +5,7 @@
 #include <unordered_set>
 
 #include "exports/openlineage/uri.h"
-#include "framework/std/utf8.h"
+#include "framework/std/text.h"
 
 namespace tav {
 
@@ -73,10 +73,8 @@ Transformation transformationOf(EdgeKind kind) {
 }
 
 std::string shortened(std::string_view text) {
-  std::size_t size = 0;
-  while (size < text.size() && size + 4 <= kDescriptionSize)
-    size += std::max<std::size_t>(utf8Length(text.substr(size)), 1);
-  return size >= text.size() ? std::string(text) : std::string(text.substr(0, size)).append(" ...");
+  const std::string_view beginning = beginningOf(text, kDescriptionSize);
+  return beginning.size() == text.size() ? std::string(text) : std::string(beginning).append(" ...");
 }
 
 std::string_view languageName(std::string_view language) {

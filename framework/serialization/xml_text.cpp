@@ -8,8 +8,6 @@
 namespace tav {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
-
 /// What stands for an ASCII character; empty when it stands for itself.
 constexpr std::string_view escapeOf(unsigned char c) {
   switch (c) {
@@ -28,7 +26,7 @@ constexpr std::string_view escapeOf(unsigned char c) {
     case '\r':
       return "&#13;";
     default:
-      return c < 0x20 ? kReplacement : std::string_view();
+      return c < 0x20 ? kReplacementCharacter : std::string_view();
   }
 }
 
@@ -60,9 +58,9 @@ void appendAttributeText(std::string& out, std::string_view text) {
     } else if (c < 0x80) {
       replace(1, escapeOf(c));
     } else if (const std::size_t length = utf8Length(text.substr(at)); length == 0) {
-      replace(1, kReplacement);
+      replace(1, kReplacementCharacter);
     } else if (isNoncharacter(text.substr(at, length))) {
-      replace(length, kReplacement);
+      replace(length, kReplacementCharacter);
     } else {
       at += length;
     }

@@ -7,15 +7,9 @@
 namespace tav {
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
-
 constexpr char closingOf(char open) noexcept {
   if (open == '{') return '}';
   return open == '"' || open == '\'' ? open : '\0';
-}
-
-std::size_t skipBlanks(std::string_view text, std::size_t i) {
-  return std::min(text.find_first_not_of(kBlanks, i), text.size());
 }
 
 /// The end of a part that begins with a quote or a brace at `i`; a doubled closing character is a part of it.

@@ -66,7 +66,7 @@ std::vector<std::string> splitDottedName(std::string_view name) {
   std::vector<std::string> parts;
   std::size_t i = 0;
   while (i <= name.size()) {
-    i = std::min(name.find_first_not_of(" \t\r\n", i), name.size());
+    i = skipBlanks(name, i);
     const bool isEnclosed = i < name.size() && closingOf(name[i]) != '\0';
     parts.push_back(isEnclosed ? readEnclosed(name, i) : readBare(name, i));
     if (i < name.size() && name[i] == '[') continue;

@@ -10,6 +10,7 @@
 
 #include "framework/std/exception.h"
 #include "framework/std/file_reader.h"
+#include "framework/std/text.h"
 #include "framework/std/utf8.h"
 
 using tav::appendUtf8;
@@ -19,10 +20,6 @@ namespace {
 constexpr std::size_t kChunk = std::size_t{64} << 10;
 constexpr int kReadMode = 1;
 constexpr char32_t kReplacement = 0xFFFD;
-
-bool continuesCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
 
 // Turns UTF-16 that comes in pieces of any size into UTF-8.
 class Utf16Decoder {
@@ -82,8 +79,7 @@ class TAVFile::Text {
       const std::size_t end = rest.find('\n');
       std::size_t count = std::min(end, rest.size());
       if (count > limit - line.size()) {
-        count = limit - line.size();
-        for (int i = 0; i < 3 && count > 0 && continuesCharacter(rest[count]); ++i) --count;
+        count = tav::beginningOf(rest, limit - line.size()).size();
         at_ += count;
         return line.append(rest.substr(0, count));
       }

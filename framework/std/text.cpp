@@ -2,6 +2,8 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
+
 #include "framework/std/utf8.h"
 
 namespace tav {
@@ -31,6 +33,10 @@ std::string_view trimmed(std::string_view text) noexcept {
   const std::size_t begin = text.find_first_not_of(kBlanks);
   if (begin == text.npos) return {};
   return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+std::size_t skipBlanks(std::string_view text, std::size_t at) noexcept {
+  return std::min(text.find_first_not_of(kBlanks, at), text.size());
 }
 
 std::vector<std::string_view> linesOf(std::string_view text) {
@@ -71,6 +77,16 @@ bool equalNames(std::string_view a, std::string_view b) {
   for (std::size_t i = 0; i < a.size(); ++i)
     if (foldCase(a[i]) != foldCase(b[i])) return false;
   return true;
+}
+
+std::string_view beginningOf(std::string_view text, std::size_t bytes) noexcept {
+  if (bytes >= text.size()) return text;
+  // A character has at most three bytes behind its first. What has more is no UTF-8, and is cut anywhere.
+  for (std::size_t end = bytes; end + 3 >= bytes; --end) {
+    if ((static_cast<unsigned char>(text[end]) & 0xC0U) != 0x80U) return text.substr(0, end);
+    if (end == 0) break;
+  }
+  return text.substr(0, bytes);
 }
 
 std::string mendedUtf8(std::string_view text) {

@@ -15,6 +15,9 @@ namespace tav {
 /// `text` without blanks, tabs and line ends on both sides.
 TAV_API std::string_view trimmed(std::string_view text) noexcept;
 
+/// The place of the first character from `at` on that is none of those; the text's end when there is none.
+TAV_API std::size_t skipBlanks(std::string_view text, std::size_t at) noexcept;
+
 /// The lines of a text, the line ends left out ("\n" and "\r\n"). Behind the last line end no line begins.
 TAV_API std::vector<std::string_view> linesOf(std::string_view text);
 
@@ -28,6 +31,9 @@ TAV_API std::string foldedName(std::string_view name);
 
 /// Whether two names are equal but for letter case, in every script.
 TAV_API bool equalNames(std::string_view a, std::string_view b);
+
+/// The beginning of a text: at most so many bytes, and no part of a character at its end.
+TAV_API std::string_view beginningOf(std::string_view text, std::size_t bytes) noexcept;
 
 /// `text` with each byte that is no part of UTF-8 replaced by U+FFFD.
 TAV_API std::string mendedUtf8(std::string_view text);

@@ -47,3 +47,9 @@ END
 } >"$work/log" 2>&1 || fail "$(cat "$work/log")"
 version=$("$work/consumer/consumer")
 [[ $version == '10.0.1 - '* ]] || fail "the consumer printed '$version'"
+
+# A program that takes something from every installed header links. The classes of the model are all in one of them.
+diff <(sed -n 's/^#include "\(.*\)"$/\1/p' "$source/tests/install/consumer/every_header.cpp" | LC_ALL=C sort) \
+  <(cd "$tree/include/xmla-bridge" && find . -name '*.h' -not -path '*/classes/*' | sed 's,^\./,,' | LC_ALL=C sort) ||
+  fail 'the program every_header does not take something from every installed header'
+[ "$("$work/consumer/every_header")" = 1 ] || fail 'the program every_header does not run'

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <sstream>
 
@@ -8,6 +9,7 @@
 #include "framework/std/java_path.h"
 #include "framework/std/literal.h"
 #include "framework/std/log.h"
+#include "framework/std/text.h"
 #include "tests/support/corpus.h"
 
 namespace {
@@ -58,6 +60,15 @@ TEST(Log, SeverityNamesAndNumbersGoTogether) {
   EXPECT_EQ(tav::severityName(7), "");
   EXPECT_EQ(tav::severityOf("warning"), std::nullopt);
   EXPECT_THROW(TAVMessageLiteral("1", "text", "LOUD"), TAVException);
+}
+
+TEST(Text, ABeginningEndsWithAWholeCharacter) {
+  constexpr std::string_view kText = "a\u00E9\u20AC\U0001F600";  // 1, 2, 3 and 4 bytes
+  constexpr std::array<std::size_t, 11> kSizes{0, 1, 1, 3, 3, 3, 6, 6, 6, 6, 10};
+  for (std::size_t bytes = 0; bytes < kSizes.size(); ++bytes)
+    EXPECT_EQ(tav::beginningOf(kText, bytes), kText.substr(0, kSizes[bytes])) << bytes;
+  EXPECT_EQ(tav::beginningOf(kText, 99), kText);
+  EXPECT_EQ(tav::beginningOf("\x80\x80\x80\x80\x80\x80", 5).size(), 5U) << "no UTF-8 at all";
 }
 
 TEST(JavaPath, LiesBesideTheFoldersOfTheLibrary) {
