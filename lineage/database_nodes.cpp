@@ -1,13 +1,14 @@
 #include "lineage/database_nodes.h"
 
 #include "framework/std/dotted_name.h"
+#include "framework/std/text.h"
 
 namespace tav {
 namespace {
 
 std::string key(std::uint32_t number, std::string_view first, std::string_view second = {}) {
   std::string text = std::to_string(number) + '\0';
-  return text.append(foldCase(first)).append(1, '\0').append(foldCase(second));
+  return text.append(foldedName(first)).append(1, '\0').append(foldedName(second));
 }
 
 }  // namespace
@@ -25,31 +26,20 @@ std::uint32_t DatabaseNodes::addressOfConnection(const TAVStoreConnection* conne
 
 std::uint32_t DatabaseNodes::addAddress(const DatabaseAddress& address) {
   const std::string text =
-      foldCase(address.server) + '\0' + foldCase(address.database) + (address.named ? "" : "\n");
+      foldedName(address.server) + '\0' + foldedName(address.database) + (address.named ? "" : "\n");
   const auto [place, isNew] = addresses_.try_emplace(text);
   if (isNew) place->second = builder_.addAddress(address);
   return place->second;
 }
 
 NodeId DatabaseNodes::table(std::uint32_t address, std::string_view schema, std::string_view name) {
-  if (!schema.empty()) {
-    const auto known = tables_.find(key(address, schema, name));
-    return known != tables_.end() ? known->second : addTable(address, schema, name);
+  if (schema.empty()) schema = builder_.address(address).defaultSchema;
+  const auto [place, isNew] = tables_.try_emplace(key(address, schema, name));
+  if (isNew) {
+    place->second =
+        builder_.addDatabaseNode({NodeKind::databaseTable, kNoNode, nullptr, name}, address, schema);
   }
-  const std::string& usual = builder_.address(address).defaultSchema;
-  if (const auto known = tables_.find(key(address, usual, name)); known != tables_.end())
-    return known->second;
-  const auto known = byName_.find(key(address, name));
-  return known != byName_.end() && known->second != kNoNode ? known->second : addTable(address, usual, name);
-}
-
-NodeId DatabaseNodes::addTable(std::uint32_t address, std::string_view schema, std::string_view name) {
-  const NodeId node =
-      builder_.addDatabaseNode({NodeKind::databaseTable, kNoNode, nullptr, name}, address, schema);
-  tables_.emplace(key(address, schema, name), node);
-  const auto [place, isNew] = byName_.try_emplace(key(address, name), node);
-  if (!isNew) place->second = kNoNode;
-  return node;
+  return place->second;
 }
 
 NodeId DatabaseNodes::namedTable(std::uint32_t address, std::string_view text) {

@@ -12,7 +12,7 @@
 namespace tav {
 
 /// Finds the node of a database's table or column, made when it is first asked for. Letter case does not tell
-/// names apart; the first one asked for gives the spelling.
+/// names apart in any script; the first one asked for gives the spelling.
 class DatabaseNodes {
  public:
   explicit DatabaseNodes(GraphBuilder& builder) : builder_(builder) {}
@@ -20,8 +20,8 @@ class DatabaseNodes {
   /// The address that the tables of a connection have. Null stands for a table without a connection.
   std::uint32_t addressOfConnection(const TAVStoreConnection* connection);
 
-  /// The table `schema.name`; with an empty schema, that of the store's default schema, or the only one of
-  /// this name.
+  /// The table `schema.name`; with an empty schema, that of the store's default schema. Where the store has
+  /// no such rule, the schema is not known, and the table is none of those whose schema is.
   NodeId table(std::uint32_t address, std::string_view schema, std::string_view name);
   /// The table that a query calls `text`: up to four parts, the server in front.
   NodeId namedTable(std::uint32_t address, std::string_view text);
@@ -35,13 +35,11 @@ class DatabaseNodes {
 
   std::uint32_t addAddress(const DatabaseAddress& address);
   NodeId qualifiedTable(std::uint32_t address, std::span<const std::string> parts);
-  NodeId addTable(std::uint32_t address, std::string_view schema, std::string_view name);
 
   GraphBuilder& builder_;
   std::unordered_map<const TAVStoreConnection*, std::uint32_t> connections_;
   std::unordered_map<std::string, std::uint32_t> addresses_;
   Index tables_;   // by address, folded schema and name
-  Index byName_;   // by address and folded name; kNoNode when several schemas have one
   Index columns_;  // by table or query, and folded name
 };
 

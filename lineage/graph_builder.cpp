@@ -1,24 +1,16 @@
 #include "lineage/graph_builder.h"
 
-#include <algorithm>
 #include <unordered_set>
 
 #include "framework/model/roles.h"
 #include "framework/model/tree_walk.h"
-#include "framework/std/text.h"
 #include "lineage/database_nodes.h"
-#include "lineage/role_names.h"
 
 namespace tav {
 namespace {
 
 /// The number of an object that is no node. Nodes are numbered from 1.
 constexpr std::uint32_t kNoNumber = 0;
-
-NodeId nodeOf(const TAVObject* object) {
-  const std::uint32_t number = object ? Numbering::get(*object) : kNoNumber;
-  return number == kNoNumber ? kNoNode : number - 1;
-}
 
 NodeKind kindOf(const TAVClassifier& classifier) {
   switch (roleOf(classifier)) {
@@ -79,21 +71,41 @@ EdgeKind kindOfEdge(NodeKind from, NodeKind to, bool computed) {
   return computed ? EdgeKind::computed : EdgeKind::direct;
 }
 
+/// Whether an alias shows the dimension of an association under the association's name, or that with a
+/// number.
+bool isUseOf(const TAVAliasClassifier& alias, const TAVCubeDimensionAssociation& association) {
+  const TAVClassifierMap* map = alias.getDestinationOfClassifierMap();
+  const std::string_view name = association.getName();
+  return map && association.dimension && map->sourceClassifiers.first() == association.dimension.get() &&
+         (alias.getName() == name || alias.getName().view().starts_with(std::string(name).append("/")));
+}
+
 std::string_view databaseName(const TAVModelObject& object) {
   return object.physicalName.empty() ? object.getName().view() : object.physicalName.view();
 }
 
 }  // namespace
 
+/// The passes, each of which needs what those before it made.
 void GraphBuilder::build() {
+  // All nodes first: a source may stand anywhere in the model, also behind what it feeds.
   addNodes();
+  // A cube stands behind some of what belongs to it.
   setCubeOwners();
+  nameCubeDimensions();
+  // What databases hold comes behind the nodes of the model, made when a table or query first names it.
   graph_.firstDatabaseNode_ = static_cast<NodeId>(graph_.nodes_.size());
   for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) addModelEdges(id);
   addDatabaseEdges();
-  addRoleEdges();
-  addLinkedMeasureEdges();
+  // What the graph finds beyond the model comes last: it leaves out what the model has.
+  addFoundEdges();
+  // Only now it is known how many edges each node has.
   arrange();
+}
+
+NodeId GraphBuilder::nodeOf(const TAVObject* object) {
+  const std::uint32_t number = object ? Numbering::get(*object) : kNoNumber;
+  return number == kNoNumber ? kNoNode : number - 1;
 }
 
 void GraphBuilder::addNodes() {
@@ -145,6 +157,26 @@ NodeId GraphBuilder::enclosingCube(const TAVClassifier& classifier) const {
     package = package->nameSpace.get();
   }
   return kNoNode;
+}
+
+/// The dimensions of a cube and its associations with them are made together, in one order; only the
+/// associations keep the name as the cube gives it. The other one gets a number where the package has that
+/// name already, as a cube that is called like one of its dimensions has. Expressions use the cube's name.
+void GraphBuilder::nameCubeDimensions() {
+  std::unordered_map<NodeId, std::vector<NodeId>> dimensions;
+  for (NodeId id = 0; id < graph_.nodes_.size(); ++id) {
+    const LineageNode& node = graph_.nodes_[id];
+    if (node.kind == NodeKind::cubeDimension && node.owner != kNoNode) dimensions[node.owner].push_back(id);
+  }
+  for (const auto& [cube, aliases] : dimensions) {
+    const auto& associations = as<TAVCube>(graph_.nodes_[cube].object)->cubeDimensionAssociations;
+    if (static_cast<std::size_t>(associations.getCount()) != aliases.size()) continue;
+    auto alias = aliases.begin();
+    for (const TAVCubeDimensionAssociation& association : associations) {
+      LineageNode& node = graph_.nodes_[*alias++];
+      if (isUseOf(*as<TAVAliasClassifier>(node.object), association)) node.rawName = association.getName();
+    }
+  }
 }
 
 void GraphBuilder::addModelEdges(NodeId id) {
@@ -203,7 +235,8 @@ void GraphBuilder::addMemberEdges(NodeId id) {
   }
 }
 
-/// Tables that the views know by schema and name come first: queries also name them without their schema.
+/// Three turns over the nodes: the connections of all tables have to be known before the first query is read,
+/// and the columns that stand for one of a database before a query may name that one again.
 void GraphBuilder::addDatabaseEdges() {
   DatabaseNodes databases(*this);
   columnOfView_.assign(graph_.firstDatabaseNode_, kNoNode);
@@ -235,76 +268,30 @@ void GraphBuilder::addTableSource(NodeId id, DatabaseNodes& databases) {
 void GraphBuilder::addQuerySources(NodeId id, DatabaseNodes& databases) {
   const auto* table = as<TAVTable>(graph_.nodes_[id].object);
   if (!table) return;
-  for (const std::string_view name : linesOf(table->querySources))
+  for (const std::string_view name : querySourcesOf(*table))
     addEdge(databases.namedTable(tableAddress_[id], name), id, EdgeKind::computed);
 }
 
 void GraphBuilder::addColumnSources(NodeId id, DatabaseNodes& databases) {
   const TAVModelObject* object = graph_.nodes_[id].object;
-  if (const auto* condition = as<TAVCondition>(object))
-    addNamedColumns(id, condition->querySources, EdgeKind::condition, databases);
-  if (const auto* column = as<TAVColumn>(object)) {
-    const bool computed = !graph_.rawExpression(id).empty();
-    addNamedColumns(id, column->querySources, computed ? EdgeKind::computed : EdgeKind::direct, databases);
-  }
+  if (as<TAVCondition>(object)) addNamedColumns(id, EdgeKind::condition, databases);
+  if (as<TAVColumn>(object))
+    addNamedColumns(id, graph_.rawExpression(id).empty() ? EdgeKind::direct : EdgeKind::computed, databases);
 }
 
 /// A query is resolved against the tables of its view first: columns of the database that the model's own map
 /// leads to already are not named once more.
-void GraphBuilder::addNamedColumns(NodeId id, std::string_view names, EdgeKind kind,
-                                   DatabaseNodes& databases) {
+void GraphBuilder::addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& databases) {
+  const std::vector<std::string_view> names = querySourcesOf(*graph_.nodes_[id].object);
   if (names.empty()) return;
   std::unordered_set<NodeId> known;
   if (const TAVFeatureMap* map = as<TAVFeature>(graph_.nodes_[id].object)->getDestinationOfFeatureMap())
     for (const TAVFeature& source : map->sourceFeatures)
       if (const NodeId from = nodeOf(&source); from != kNoNode) known.insert(columnOfView_[from]);
   const NodeId table = graph_.nodes_[id].owner;
-  for (const std::string_view name : linesOf(names)) {
+  for (const std::string_view name : names) {
     const NodeId column = databases.namedColumn(tableAddress_[table], name, table);
     if (known.insert(column).second) addEdge(column, id, kind);
-  }
-}
-
-void GraphBuilder::addRoleEdges() {
-  RoleNames roles;
-  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) {
-    const LineageNode& node = graph_.nodes_[id];
-    const auto* alias = as<TAVAliasClassifier>(node.object);
-    if (alias && node.kind == NodeKind::cubeDimension) roles.add(node.owner, *alias);
-  }
-  std::vector<const char*> resolved;
-  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) addRoleEdgesOf(id, roles, resolved);
-  std::sort(resolved.begin(), resolved.end(), std::less<>());
-  graph_.resolvedNames_ = std::move(resolved);
-}
-
-void GraphBuilder::addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const char*>& resolved) {
-  const NodeId cube = graph_.cubeOf(id);
-  if (cube == kNoNode) return;
-  std::unordered_set<NodeId> known;
-  for (const std::string_view name : graph_.rawUnresolved(id)) {
-    const std::vector<const TAVFeature*> attributes = roles.find(cube, name);
-    if (!attributes.empty()) resolved.push_back(name.data());
-    for (const TAVFeature* attribute : attributes)
-      if (known.insert(nodeOf(attribute)).second) addEdge(nodeOf(attribute), id, EdgeKind::computed, true);
-  }
-}
-
-/// A cube lists the measures that it links by name only: they come from its linked groups.
-void GraphBuilder::addLinkedMeasureEdges() {
-  const auto key = [&](NodeId id) {
-    return std::to_string(graph_.cubeOf(id)).append("/").append(graph_.nodes_[id].rawName);
-  };
-  std::unordered_map<std::string, NodeId> linked;
-  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id)
-    if (graph_.nodes_[id].kind == NodeKind::linkedMeasure) linked.try_emplace(key(id), id);
-  if (linked.empty()) return;
-  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) {
-    const LineageNode& node = graph_.nodes_[id];
-    if (node.kind != NodeKind::cubeMeasure || as<TAVFeature>(node.object)->getDestinationOfFeatureMap())
-      continue;
-    if (const auto source = linked.find(key(id)); source != linked.end())
-      addEdge(source->second, id, EdgeKind::direct, true);
   }
 }
 

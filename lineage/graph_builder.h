@@ -1,6 +1,7 @@
 #pragma once
 
-// How a lineage graph comes about: nodes in one walk over the model, then the edges into each of them.
+// How a lineage graph comes about: nodes in one walk over the model, then the edges into each of them
+// (graph_builder.cpp), then those that the model does not have (found_edges.cpp).
 
 #include <unordered_map>
 #include <vector>
@@ -10,6 +11,7 @@
 namespace tav {
 
 class DatabaseNodes;
+class KpiValues;
 class RoleNames;
 
 class GraphBuilder {
@@ -32,6 +34,7 @@ class GraphBuilder {
   void addPerspective(const TAVSynonym& perspective);
   void addNode(NodeKind kind, NodeId owner, const TAVModelObject& object);
   void setCubeOwners();
+  void nameCubeDimensions();
   [[nodiscard]] NodeId enclosingCube(const TAVClassifier& classifier) const;
 
   void addModelEdges(NodeId id);
@@ -43,12 +46,16 @@ class GraphBuilder {
   void addTableSource(NodeId id, DatabaseNodes& databases);
   void addQuerySources(NodeId id, DatabaseNodes& databases);
   void addColumnSources(NodeId id, DatabaseNodes& databases);
-  void addNamedColumns(NodeId id, std::string_view names, EdgeKind kind, DatabaseNodes& databases);
+  void addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& databases);
+
+  void addFoundEdges();
   void addRoleEdges();
   void addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const char*>& resolved);
-
+  void addKpiEdges();
+  void addKpiEdgesOf(NodeId id, const KpiValues& values);
   void addLinkedMeasureEdges();
 
+  static NodeId nodeOf(const TAVObject* object);
   void addEdge(NodeId from, NodeId to, EdgeKind kind, bool foundByGraph = false);
   void arrange();
 

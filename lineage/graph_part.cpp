@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "framework/std/text.h"
 #include "lineage/node_search.h"
 
 namespace tav {
@@ -60,7 +61,7 @@ GraphPart partAround(const LineageGraph& graph, std::string_view from, std::stri
   GraphPart part = partOfWalk(graph, from, LineageDirection::downstream);
   if (to.empty()) return part;
   const GraphPart sources = partOfWalk(graph, to, LineageDirection::upstream);
-  if (from == to)
+  if (equalNames(from, to))
     append(part, sources);
   else
     intersect(part, sources);

@@ -2,14 +2,15 @@
 
 // The lineage of a model as one graph, which every export and every question about lineage reads. It goes
 // beyond the model: to the tables and columns of the database behind the data source views, to attributes
-// that an expression names through a cube's own name for a dimension, and from a linked measure group to the
-// measures that a cube lists because of it.
+// that an expression names through a cube's own name for a dimension, to KPIs that a function names in single
+// quotes, and from a linked measure group to the measures that a cube lists because of it.
 
 #include <cstdint>
 #include <deque>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -105,7 +106,7 @@ struct LineageEdge {
   NodeId to;
   EdgeKind kind;
   /// Whether the graph found it where the model has none: an expression names a dimension as only its cube
-  /// does, or a cube lists a linked measure.
+  /// does, or a KPI in single quotes, or a cube lists a linked measure.
   bool foundByGraph = false;
 };
 
@@ -174,8 +175,8 @@ class LineageGraph {
   /// The schema of a table of a database, as far as it is known.
   [[nodiscard]] std::string schema(NodeId id) const;
   [[nodiscard]] std::string_view rawSchema(NodeId id) const noexcept;
-  /// How many names of expressions, unresolved in the model, the graph found a meaning for.
-  [[nodiscard]] std::size_t foundCount() const noexcept { return resolvedNames_.size(); }
+  /// How many names of expressions mean something to the graph and nothing to the model.
+  [[nodiscard]] std::size_t foundCount() const noexcept { return resolvedNames_.size() + foundKpis_; }
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
 
@@ -219,9 +220,12 @@ class LineageGraph {
   NodeId firstDatabaseNode_ = 0;
   std::vector<DatabasePlace> places_;  // of the nodes from firstDatabaseNode_ on
   std::deque<DatabaseAddress> addresses_;
-  std::deque<std::string> texts_;  // names of databases' nodes
+  std::deque<std::string> texts_;  // names of databases' nodes, calls of missing KPIs
   /// Where the texts of names begin that the graph found a meaning for, ordered.
   std::vector<const char*> resolvedNames_;
+  std::size_t foundKpis_ = 0;
+  /// By node: the calls that name a KPI which its cube does not have.
+  std::unordered_map<NodeId, std::vector<std::string_view>> missingKpis_;
 };
 
 }  // namespace tav

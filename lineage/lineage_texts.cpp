@@ -194,6 +194,8 @@ std::vector<std::string_view> LineageGraph::rawUnresolved(NodeId id) const {
   for (const std::string_view name : unresolvedNamesOf(*node(id).object))
     if (!std::binary_search(resolvedNames_.begin(), resolvedNames_.end(), name.data(), std::less<>()))
       names.push_back(name);
+  if (const auto missing = missingKpis_.find(id); missing != missingKpis_.end())
+    names.insert(names.end(), missing->second.begin(), missing->second.end());
   return names;
 }
 

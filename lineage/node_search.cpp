@@ -5,7 +5,8 @@
 
 #include "framework/std/dotted_name.h"
 #include "framework/std/printable.h"
-#include "framework/std/string.h"
+#include "framework/std/text.h"
+#include "framework/std/utf8.h"
 #include "messages/message.h"
 
 namespace tav {
@@ -15,15 +16,6 @@ constexpr std::size_t kListed = 10;  // alternatives that a message shows
 
 /// How well a node fits a name, best first.
 enum class Fit : std::uint8_t { path, qualified, ending, part, none };
-
-bool equals(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return foldCase(x) == foldCase(y); });
-}
-
-bool endsWith(std::string_view text, std::string_view ending) {
-  return text.size() >= ending.size() && equals(text.substr(text.size() - ending.size()), ending);
-}
 
 bool isKpi(NodeKind kind) {
   return kind == NodeKind::kpi || kind == NodeKind::kpiValue;
@@ -49,7 +41,7 @@ class FullName {
   [[nodiscard]] bool endsIn(std::span<const std::string> parts) const {
     if (parts.size() > count_) return false;
     for (std::size_t i = 0; i < parts.size(); ++i)
-      if (!equals(parts_[i], parts[parts.size() - 1 - i])) return false;
+      if (!equalNames(parts_[i], parts[parts.size() - 1 - i])) return false;
     return true;
   }
 
@@ -69,7 +61,8 @@ class Search {
         name_(name),
         parts_(splitDottedName(name)),
         isPath_(name.find('/') != name.npos),
-        folded_(foldCase(parts_.size() == 1 ? std::string_view(parts_.front()) : name)) {}
+        foldedPath_("/" + foldedName(name)),
+        folded_(foldedName(parts_.size() == 1 ? std::string_view(parts_.front()) : name)) {}
 
   std::vector<NodeId> run() {
     std::vector<NodeId> found;
@@ -88,25 +81,25 @@ class Search {
  private:
   [[nodiscard]] Fit fitOf(NodeId id) const {
     if (isPath_) {
-      const std::string path = graph_.rawPath(id);
-      if (equals(path, name_)) return Fit::path;
-      if (endsWith(path, name_) && path[path.size() - name_.size() - 1] == '/') return Fit::ending;
+      const std::string path = foldedName(graph_.rawPath(id));
+      if (path == std::string_view(foldedPath_).substr(1)) return Fit::path;
+      if (path.ends_with(foldedPath_)) return Fit::ending;
     }
     const LineageNode& node = graph_.node(id);
-    if (parts_.size() > 1 && equals(node.rawName, parts_.back()) &&
-        equals(graph_.rawQualifiedName(id), name_))
+    if (parts_.size() > 1 && equalNames(node.rawName, parts_.back()) &&
+        equalNames(graph_.rawQualifiedName(id), name_))
       return Fit::qualified;
     if (fitsPrefix(node.kind) && parts_.size() > 1 &&
         FullName(graph_, id).endsIn(std::span(parts_).subspan(1)))
       return parts_.size() == 2 || isKpi(node.kind) ? Fit::qualified : Fit::ending;
-    if (equals(node.rawName, name_) || FullName(graph_, id).endsIn(parts_)) return Fit::ending;
-    return foldCase(node.rawName).find(folded_) == std::string::npos ? Fit::none : Fit::part;
+    if (equalNames(node.rawName, name_) || FullName(graph_, id).endsIn(parts_)) return Fit::ending;
+    return foldedName(node.rawName).find(folded_) == std::string::npos ? Fit::none : Fit::part;
   }
 
   /// `[Measures]` and `[KPIs]` stand in front of names without being the name of anything.
   [[nodiscard]] bool fitsPrefix(NodeKind kind) const {
-    return (isMeasureKind(kind) && equals(parts_.front(), "Measures")) ||
-           (isKpi(kind) && equals(parts_.front(), "KPIs"));
+    return (isMeasureKind(kind) && equalNames(parts_.front(), "Measures")) ||
+           (isKpi(kind) && equalNames(parts_.front(), "KPIs"));
   }
 
   void preferExact(std::vector<NodeId>& found) const {
@@ -119,6 +112,7 @@ class Search {
   std::string_view name_;
   std::vector<std::string> parts_;
   bool isPath_;
+  std::string foldedPath_;  // behind a slash
   std::string folded_;
 };
 
@@ -167,8 +161,20 @@ void leaveOutCopies(const LineageGraph& graph, std::vector<NodeId>& found, Linea
   if (!told.empty()) found = std::move(told);
 }
 
+/// The characters of a name, letter case folded.
+std::u32string charactersOf(std::string_view name) {
+  const std::string folded = foldedName(name);
+  std::u32string characters;
+  for (std::string_view rest = folded; !rest.empty();) {
+    const std::size_t length = utf8Length(rest);
+    characters += length == 0 ? U'\uFFFD' : utf8Character(rest, length);
+    rest.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return characters;
+}
+
 /// The number of characters to insert, remove or replace between two texts, `limit` when it is not less.
-std::size_t editDistance(std::string_view a, std::string_view b, std::size_t limit,
+std::size_t editDistance(std::u32string_view a, std::u32string_view b, std::size_t limit,
                          std::vector<std::size_t>& row) {
   if (std::max(a.size(), b.size()) - std::min(a.size(), b.size()) >= limit) return limit;
   row.resize(b.size() + 1);
@@ -177,7 +183,7 @@ std::size_t editDistance(std::string_view a, std::string_view b, std::size_t lim
     std::size_t diagonal = row[0];
     std::size_t least = row[0] = i;
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t replaced = diagonal + (foldCase(a[i - 1]) == foldCase(b[j - 1]) ? 0 : 1);
+      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
       diagonal = row[j];
       row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
       least = std::min(least, row[j]);
@@ -206,7 +212,7 @@ std::vector<NodeId> findNodes(const LineageGraph& graph, std::string_view name, 
 
 std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view name, std::size_t count) {
   constexpr std::size_t kLongest = 200;  // nobody mistypes a longer name, and comparing costs its square
-  const std::string wanted = splitDottedName(name).back();
+  const std::u32string wanted = charactersOf(splitDottedName(name).back());
   if (wanted.size() > kLongest) return {};
   struct Near {
     std::size_t distance;
@@ -217,7 +223,7 @@ std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view nam
   const std::size_t limit = wanted.size() / 3 + 2;
   for (NodeId id = 0; id < graph.nodes().size(); ++id) {
     if (isCopyKind(graph.node(id).kind)) continue;
-    const std::size_t distance = editDistance(wanted, graph.node(id).rawName, limit, row);
+    const std::size_t distance = editDistance(wanted, charactersOf(graph.node(id).rawName), limit, row);
     if (distance < limit) near.push_back({distance, id});
   }
   std::stable_sort(near.begin(), near.end(),

@@ -1,12 +1,13 @@
 #include "lineage/role_names.h"
 
 #include "framework/std/dotted_name.h"
+#include "framework/std/text.h"
 
 namespace tav {
 namespace {
 
 std::string key(NodeId cube, std::string_view name) {
-  return std::to_string(cube) + '\0' + foldCase(name);
+  return std::to_string(cube) + '\0' + foldedName(name);
 }
 
 const TAVDimension* dimensionOf(const TAVAliasClassifier& alias) {
@@ -21,14 +22,14 @@ const TAVDimensionAttribute* keyAttributeOf(const TAVLevel& level) {
 }
 
 bool meansEveryLevel(std::string_view part) {
-  const std::string folded = foldCase(part);
+  const std::string folded = foldedName(part);
   return folded == "currentmember" || folded == "nextmember" || folded == "prevmember";
 }
 
 }  // namespace
 
-void RoleNames::add(NodeId cube, const TAVAliasClassifier& alias) {
-  aliases_.try_emplace(key(cube, alias.getName()), &alias);
+void RoleNames::add(NodeId cube, std::string_view name, const TAVAliasClassifier& alias) {
+  aliases_.try_emplace(key(cube, name), &alias);
 }
 
 std::vector<const TAVFeature*> RoleNames::find(NodeId cube, std::string_view name) {
@@ -63,9 +64,9 @@ const TAVLevel* RoleNames::findLevel(const TAVHierarchy& hierarchy, std::string_
   if (isNew) {
     for (const TAVHierarchyLevelAssociation& use : hierarchy.hierarchyLevelAssociations)
       if (const TAVLevel* level = use.level.get())
-        place->second.try_emplace(foldCase(level->getName().view()), level);
+        place->second.try_emplace(foldedName(level->getName()), level);
   }
-  const auto level = place->second.find(foldCase(name));
+  const auto level = place->second.find(foldedName(name));
   return level == place->second.end() ? nullptr : level->second;
 }
 

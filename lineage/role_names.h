@@ -15,8 +15,9 @@ namespace tav {
 /// CurrentMember and its like, or else an attribute.
 class RoleNames {
  public:
-  /// Makes `alias` findable under its name in `cube`; the first of equal names counts.
-  void add(NodeId cube, const TAVAliasClassifier& alias);
+  /// Makes a dimension of `cube` findable by the name that the cube gives it; the first of equal names
+  /// counts.
+  void add(NodeId cube, std::string_view name, const TAVAliasClassifier& alias);
   /// The attributes of a cube's dimensions that `name` means in that cube; none when it means nothing.
   [[nodiscard]] std::vector<const TAVFeature*> find(NodeId cube, std::string_view name);
 

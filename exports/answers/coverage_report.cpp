@@ -37,10 +37,8 @@ class CoverageText {
          << (coverage_.unresolved == 1 ? " name in expressions is not found"
                                        : " names in expressions are not found");
     if (coverage_.foundByGraph > 0)
-      out_ << "; " << coverage_.foundByGraph
-           << (coverage_.foundByGraph == 1
-                   ? " more is resolved by the cube's own names for its dimensions"
-                   : " more are resolved by the cubes' own names for their dimensions");
+      out_ << "; " << coverage_.foundByGraph << " more " << (coverage_.foundByGraph == 1 ? "is" : "are")
+           << " found by the graph alone";
     out_ << ".\n";
     for (const CubeCoverage& cube : coverage_.cubes) writeGaps(cube);
   }

@@ -102,7 +102,7 @@ class TreeText {
     switch (line.edge->kind) {
       case EdgeKind::computed:
         if (line.edge->foundByGraph)
-          return upstream_ ? "uses, as the cube calls it: " : "used, as the cube calls it, by ";
+          return upstream_ ? "uses (found by the graph) " : "used (found by the graph) by ";
         return upstream_ ? "uses " : "used by ";
       case EdgeKind::aggregated:
         return upstream_ ? "aggregates " : "aggregated by ";

@@ -62,6 +62,7 @@ TEST(Lineage, EveryCommandAnswersForExamplesAndSamples) {
       if (entry.path().extension() != ".md") checkDefinition(entry.path());
   }
   checkDefinition(tav::test::testFile("lineage/orders.xmla"));
+  checkDefinition(tav::test::testFile("lineage/names.xmla"));
 }
 
 }  // namespace
