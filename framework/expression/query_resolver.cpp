@@ -4,23 +4,13 @@
 #include <numeric>
 
 #include "framework/expression/parser.h"
+#include "framework/expression/query_words.h"
 #include "framework/std/dotted_name.h"
 #include "framework/std/string.h"
 
 namespace tav {
 
 namespace {
-
-std::string keyOf(std::string_view name) {
-  return foldCase(unquotedPart(name));
-}
-
-/// The parts of a table's name. BigQuery quotes names as a whole: `project.set.table`.
-std::vector<std::string> tableParts(std::string_view name) {
-  std::vector<std::string> parts = splitDottedName(name);
-  const bool whole = parts.size() == 1 && name.starts_with('`');
-  return whole ? splitDottedName(parts.front()) : parts;
-}
 
 /// Empties a set. Emptying costs what the set once held, so that after one look-up that led everywhere all
 /// others would pay for it.
@@ -33,100 +23,6 @@ template <class Set> void empty(Set& set) {
 
 }  // namespace
 
-QueryResolver::QueryResolver(const Query& query)
-    : query_(query),
-      tables_(query.blocks.size()),
-      byAlias_(query.blocks.size()),
-      columns_(query.blocks.size()),
-      hasColumns_(query.blocks.size()),
-      firstStar_(query.blocks.size(), kNoQuery),
-      expressions_(query.queries.size()),
-      shared_(query.blocks.size()),
-      maxSteps_(50'000 + 20 * query.source.size()) {
-  addExpressions();
-  for (std::uint32_t i = 0; i < query.blocks.size(); ++i) {
-    const auto& columns = query.blocks[i].columns;
-    const auto star =
-        std::find_if(columns.begin(), columns.end(), [](const auto& column) { return column.star; });
-    if (star != columns.end()) firstStar_[i] = static_cast<std::uint32_t>(star - columns.begin());
-    for (const QueryReference& reference : query.blocks[i].shared)
-      shared_[i][keyOf(reference.name)].push_back(&reference);
-    addTables(i);
-  }
-  addObjects();
-}
-
-void QueryResolver::addExpressions() {
-  for (std::uint32_t i = 0; i < query_.queries.size(); ++i) {
-    const QueryUnion& current = query_.queries[i];
-    for (const QueryExpression& expression : current.expressions)
-      expressions_[i].emplace(keyOf(expression.name), &expression);
-    // A query stands behind the one around it.
-    const std::uint32_t outer = current.parent == kNoQuery ? kNoQuery : scopes_[current.parent];
-    scopes_.push_back(current.expressions.empty() ? outer : i);
-  }
-  for (const QueryExpression& filled : query_.temporaries)
-    temporaries_[foldCase(splitDottedName(filled.name).back())].push_back(&filled);
-}
-
-void QueryResolver::addTables(std::uint32_t block) {
-  for (const QueryTable& table : query_.blocks[block].tables) {
-    Table& made = tables_[block].emplace_back();
-    for (const std::string& part : tableParts(table.name)) made.parts.push_back(foldCase(part));
-    made.alias = table.alias.empty() ? made.parts.back() : keyOf(table.alias);
-    if (table.kind == QueryTable::Kind::table)
-      made.expressions = findExpressions(query_.blocks[block].query, made);
-    byAlias_[block].emplace(made.alias, static_cast<std::uint32_t>(tables_[block].size() - 1));
-  }
-}
-
-/// What a table of `query` reads that is none of the database: a common table expression, or what the
-/// statements put into a table that they made.
-QueryResolver::Expressions QueryResolver::findExpressions(std::uint32_t query, const Table& table) const {
-  const std::string& name = table.parts.back();
-  if (table.parts.size() == 1) {
-    query = scopes_[query];
-    for (std::size_t depth = 0; query != kNoQuery && depth <= kMaxExpressionDepth; ++depth) {
-      const auto found = expressions_[query].find(name);
-      if (found != expressions_[query].end()) return {found->second};
-      const std::uint32_t outer = query_.queries[query].parent;
-      query = outer == kNoQuery ? kNoQuery : scopes_[outer];
-    }
-  } else if (!name.starts_with('#')) {
-    return {};
-  }
-  const auto made = temporaries_.find(name);
-  return made == temporaries_.end() ? Expressions() : made->second;
-}
-
-void QueryResolver::addObjects() {
-  struct Place {
-    std::size_t begin;
-    std::uint32_t block, table;
-  };
-  std::vector<Place> places;
-  for (std::uint32_t b = 0; b < tables_.size(); ++b) {
-    for (std::uint32_t t = 0; t < tables_[b].size(); ++t) {
-      const QueryTable& table = query_.blocks[b].tables[t];
-      // Functions of one name are the database's own; those of users stand in a schema. A table variable or a
-      // temporary table is none of the database.
-      const bool object = (table.kind == QueryTable::Kind::table && tables_[b][t].expressions.empty()) ||
-                          (table.kind == QueryTable::Kind::function && tables_[b][t].parts.size() > 1);
-      const std::string& last = tables_[b][t].parts.back();
-      if (object && !last.starts_with('@') && !last.starts_with('#')) places.push_back({table.begin, b, t});
-    }
-  }
-  std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.begin < b.begin; });
-  std::unordered_map<std::string, std::uint32_t> known;
-  for (const Place& place : places) {
-    Table& table = tables_[place.block][place.table];
-    const auto [entry, isNew] =
-        known.emplace(joinDottedName(table.parts), static_cast<std::uint32_t>(objects_.size()));
-    if (isNew) objects_.push_back({tableParts(query_.blocks[place.block].tables[place.table].name)});
-    table.object = entry->second;
-  }
-}
-
 // Results by name.
 
 /// The first column of the name in a block's list, or none.
@@ -135,7 +31,7 @@ std::uint32_t QueryResolver::findPlace(std::uint32_t block, const std::string& n
     hasColumns_[block] = true;
     const auto& columns = query_.blocks[block].columns;
     for (std::uint32_t i = 0; i < columns.size(); ++i)
-      if (!columns[i].name.empty()) columns_[block].emplace(keyOf(columns[i].name), i);
+      if (!columns[i].name.empty()) columns_[block].emplace(nameKey(columns[i].name), i);
   }
   const auto found = columns_[block].find(name);
   return found == columns_[block].end() ? kNoQuery : found->second;
@@ -143,7 +39,7 @@ std::uint32_t QueryResolver::findPlace(std::uint32_t block, const std::string& n
 
 std::uint32_t QueryResolver::placeIn(const Names& names, const std::string& folded) {
   const auto [entry, isNew] = places_.try_emplace(&names);
-  for (std::uint32_t i = 0; isNew && i < names.size(); ++i) entry->second.emplace(keyOf(names[i]), i);
+  for (std::uint32_t i = 0; isNew && i < names.size(); ++i) entry->second.emplace(nameKey(names[i]), i);
   const auto found = entry->second.find(folded);
   return found == entry->second.end() ? kNoQuery : found->second;
 }
@@ -387,6 +283,29 @@ bool QueryResolver::isHidden(const QueryColumn& star, const std::string& folded)
   return !star.hidden.empty() && placeIn(star.hidden, folded) != kNoQuery;
 }
 
+/// A name for a column of all expressions together. A script may fill a table a thousand times, and read it
+/// as often.
+std::string QueryResolver::keyOfAll(const Expressions& expressions, const Names& renamed,
+                                    const std::string& folded) {
+  const void* first = renamed.empty() ? static_cast<const void*>(&expressions) : &renamed;
+  return "@" + std::to_string(reinterpret_cast<std::uintptr_t>(first)) + " " + folded;
+}
+
+QueryResolver::Has QueryResolver::expressionsHave(const Expressions& expressions, const Names& renamed,
+                                                  const std::string& folded) {
+  const auto ask = [&](const QueryExpression& expression) {
+    return queryHas(expression.query, renamed.empty() ? expression.columns : renamed, folded);
+  };
+  if (expressions.size() == 1) return ask(*expressions.front());
+  const auto [entry, isNew] = known_.try_emplace(keyOfAll(expressions, renamed, folded), Has::no);
+  if (!isNew) return entry->second;
+  for (const QueryExpression* expression : expressions) {
+    ++steps_;
+    entry->second = std::max(entry->second, ask(*expression));
+  }
+  return entry->second;
+}
+
 QueryResolver::Has QueryResolver::queryHas(std::uint32_t query, const Names& names,
                                            const std::string& folded) {
   if (!names.empty()) return placeIn(names, folded) == kNoQuery ? Has::no : Has::yes;
@@ -397,16 +316,21 @@ QueryResolver::Has QueryResolver::queryHas(std::uint32_t query, const Names& nam
   return isHidden(query_.blocks[block].columns[firstStar_[block]], folded) ? Has::no : Has::perhaps;
 }
 
+/// Whether a USING names the column of this table alone, which shows that it has one.
+bool QueryResolver::isShared(std::uint32_t block, std::uint32_t table, const std::string& folded) {
+  const auto found = shared_[block].find(folded);
+  if (found == shared_[block].end()) return false;
+  steps_ += found->second.size();
+  return std::any_of(found->second.begin(), found->second.end(), [&](const QueryReference* side) {
+    return side->firstTable == table && side->endTable == table + 1;
+  });
+}
+
 QueryResolver::Has QueryResolver::has(std::uint32_t block, std::uint32_t table, const std::string& folded) {
+  if (isShared(block, table, folded)) return Has::yes;
   const QueryTable& written = query_.blocks[block].tables[table];
   const Table& known = tables_[block][table];
-  Has answer = Has::no;
-  for (const QueryExpression* expression : known.expressions) {
-    const Names& names = written.columns.empty() ? expression->columns : written.columns;
-    ++steps_;
-    answer = std::max(answer, queryHas(expression->query, names, folded));
-  }
-  if (!known.expressions.empty()) return answer;
+  if (known.expressions) return expressionsHave(*known.expressions, written.columns, folded);
   switch (written.kind) {
     case QueryTable::Kind::query:
       return queryHas(written.query, written.columns, folded);
@@ -424,6 +348,14 @@ QueryResolver::Has QueryResolver::has(std::uint32_t block, std::uint32_t table, 
   return Has::perhaps;
 }
 
+void QueryResolver::visitExpressions(const Expressions& expressions, const Names& renamed,
+                                     const std::string& name) {
+  if (expressions.size() > 1 && !seenTargets_.insert(keyOfAll(expressions, renamed, foldCase(name))).second)
+    return;
+  for (const QueryExpression* expression : expressions)
+    visitTableQuery(expression->query, renamed.empty() ? expression->columns : renamed, name);
+}
+
 void QueryResolver::visitTableQuery(std::uint32_t query, const Names& names, const std::string& name) {
   if (query == kNoQuery) return;
   if (names.empty()) return addTarget({query, name, kNoQuery});
@@ -434,11 +366,7 @@ void QueryResolver::visitTableQuery(std::uint32_t query, const Names& names, con
 void QueryResolver::visitTable(std::uint32_t block, std::uint32_t table, const std::string& name) {
   const QueryTable& written = query_.blocks[block].tables[table];
   const Table& known = tables_[block][table];
-  for (const QueryExpression* expression : known.expressions) {
-    const Names& names = written.columns.empty() ? expression->columns : written.columns;
-    visitTableQuery(expression->query, names, name);
-  }
-  if (!known.expressions.empty()) return;
+  if (known.expressions) return visitExpressions(*known.expressions, written.columns, name);
   switch (written.kind) {
     case QueryTable::Kind::query:
       return visitTableQuery(written.query, written.columns, name);

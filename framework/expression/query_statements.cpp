@@ -9,10 +9,6 @@ namespace tav {
 
 namespace {
 
-std::string keyOf(std::string_view name) {
-  return foldCase(unquotedPart(name));
-}
-
 /// Temporary tables and table variables are empty until the script fills them.
 bool isTemporary(std::string_view name) {
   const std::string bare = unquotedPart(name);
@@ -61,7 +57,7 @@ void QueryParser::finishStatement() {
     gives_ = gives;
   }
   if (!filled_) return;
-  std::vector<std::string_view>& names = made_[keyOf(target_)];
+  std::vector<std::string_view>& names = made_[nameKey(target_)];
   if (!names.empty()) return;
   if (!targetColumns_.empty()) {
     names = targetColumns_;
@@ -121,7 +117,7 @@ void QueryParser::tableVariable() {
   const bool opens = tokens_.isOpenBracket(1);
   take();
   if (!opens || !lastName_.starts_with('@')) return;
-  listNames(made_[keyOf(lastName_)]);
+  listNames(made_[nameKey(lastName_)]);
 }
 
 /// CREATE OR REPLACE TEMPORARY VIEW ...
@@ -137,7 +133,7 @@ void QueryParser::createdTable() {
   const bool listed = tokens_.at().kind == Token::Kind::call;
   take();
   if (!listed) return;
-  listNames(made_[keyOf(target_)]);
+  listNames(made_[nameKey(target_)]);
   // CREATE TABLE #t (a int) SELECT ...: two statements
   if (isTemporary(target_)) forgetTarget();
 }
@@ -170,7 +166,7 @@ void QueryParser::forgetTarget() {
 /// there before, with rows of its own, is read as a table of the database.
 void QueryParser::fillTarget() {
   if (target_.empty() || filled_ || frames_.size() > 1) return;
-  const auto made = made_.find(keyOf(target_));
+  const auto made = made_.find(nameKey(target_));
   if (!creates_ && !isTemporary(target_) && made == made_.end()) return;
   filled_ = true;
   const auto& columns = targetColumns_.empty() && made != made_.end() ? made->second : targetColumns_;

@@ -4,6 +4,8 @@
 #include <array>
 
 #include "framework/expression/words.h"
+#include "framework/std/dotted_name.h"
+#include "framework/std/string.h"
 
 namespace tav {
 
@@ -215,6 +217,10 @@ template <class List> auto find(const List& list, std::string_view text) noexcep
 QuerySign signOfWord(std::string_view text) noexcept {
   const Entry* entry = find(kSigns, text);
   return entry ? entry->sign : QuerySign::name;
+}
+
+std::string nameKey(std::string_view name) {
+  return foldCase(unquotedPart(name));
 }
 
 bool isWindowWord(std::string_view text) noexcept {

@@ -3,6 +3,7 @@
 // What the tokens of statements are to the reader of statements. Letter case is ignored.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace tav {
@@ -75,6 +76,9 @@ enum class QuerySign : std::uint8_t {
 /// What a word means in a statement, QuerySign::name for all that mean nothing. Some mean it only in front of
 /// certain others, which QueryTokens sees to.
 QuerySign signOfWord(std::string_view text) noexcept;
+
+/// A name as it is written, as a key for look-ups: without its quotes, in small letters.
+std::string nameKey(std::string_view name);
 
 /// A word that stands in a window beside its values.
 bool isWindowWord(std::string_view text) noexcept;
