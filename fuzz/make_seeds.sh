@@ -24,6 +24,7 @@ done
 
 for corpus in mdx functions references; do split "expression/$corpus.txt" mdx '' ''; done
 for corpus in sql sql_references; do split "expression/$corpus.txt" sql '' ''; done
+for corpus in queries dialects; do split "expression/$corpus.txt" query '' ''; done
 
 for corpus in reader/documents reader/sources reader/dimensions bad_input/elements; do
   split "$corpus.txt" import '' ''

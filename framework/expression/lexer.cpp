@@ -9,8 +9,6 @@ namespace tav {
 
 namespace {
 
-constexpr std::size_t kOpen = static_cast<std::size_t>(-1);  // the end of what is never closed
-
 enum class CharClass : std::uint8_t { other, blank, word, digit, high };
 
 constexpr std::array<CharClass, 256> classify() {
@@ -81,6 +79,11 @@ std::size_t Lexer::skipLine(std::size_t place) const noexcept {
 }
 
 std::size_t Lexer::skipBlockComment(std::size_t place) noexcept {
+  if (language_ == ExpressionLanguage::sql && !flatComments_) {
+    const std::size_t nested = skipNestedComment(place);
+    if (nested != kNeverClosed) return nested;
+    flatComments_ = true;
+  }
   const std::size_t end = source_.find("*/", place + 2);
   if (end != source_.npos) return end + 2;
   fail(place, "\"*/\"");
@@ -110,7 +113,10 @@ std::size_t Lexer::skipBlanks(std::size_t place) noexcept {
 std::size_t Lexer::endOfWord(std::size_t place) const noexcept {
   for (; place < source_.size(); ++place) {
     const CharClass kind = classOf(source_[place]);
-    if (kind == CharClass::word || kind == CharClass::digit) continue;
+    if (kind == CharClass::word || kind == CharClass::digit) {
+      if (source_[place] == '$') place = endOfVariable(place);
+      continue;
+    }
     if (kind != CharClass::high || highBlankLength(source_.substr(place, 3)) > 0) break;
   }
   return place;
@@ -136,7 +142,7 @@ std::size_t Lexer::endOfNumber(std::size_t place) const noexcept {
 std::size_t Lexer::endOfQuoted(std::size_t place, char close) const noexcept {
   for (;;) {
     place = source_.find(close, place);
-    if (place == source_.npos) return kOpen;
+    if (place == source_.npos) return kNeverClosed;
     if (at(place + 1) != close) return place + 1;
     place += 2;
   }
@@ -155,16 +161,17 @@ bool Lexer::startsKey(std::size_t place) const noexcept {
 
 bool Lexer::startsPart(std::size_t place) const noexcept {
   const char c = at(place);
-  return c == '[' || (c == '"' && language_ == ExpressionLanguage::sql) || startsWord(place) ||
-         startsKey(place);
+  const bool quote = (c == '"' || c == '`') && language_ == ExpressionLanguage::sql;
+  return c == '[' || quote || startsWord(place) || startsKey(place);
 }
 
 std::size_t Lexer::endOfPart(std::size_t place) noexcept {
   const std::size_t name = at(place) == '&' ? place + 1 : place;
   const char open = at(name);
-  if (open != '[' && open != '"') return endOfWord(name);
-  const std::size_t end = endOfQuoted(name + 1, open == '[' ? ']' : '"');
-  if (end == kOpen) fail(name, open == '[' ? "\"]\"" : "a closing quote");
+  if (open == '.') return place;  // db..table has an empty one
+  if (open != '[' && open != '"' && open != '`') return endOfWord(name);
+  const std::size_t end = endOfQuoted(name + 1, open == '[' ? ']' : open);
+  if (end == kNeverClosed) fail(name, open == '[' ? "\"]\"" : "a closing quote");
   return end;
 }
 
@@ -191,10 +198,8 @@ Token Lexer::next(bool insideCase) {
     return token;
   }
   const char c = source_[place_];
-  if (c == '\'') return quoted(c);
-  if (c == '"' && language_ == ExpressionLanguage::mdx) return quoted(c);
-  const bool national = (c == 'N' || c == 'n') && at(place_ + 1) == '\'';
-  if (national && language_ == ExpressionLanguage::sql) return quoted('\'');
+  if (language_ == ExpressionLanguage::mdx && (c == '\'' || c == '"')) return quoted(c);
+  if (language_ == ExpressionLanguage::sql && startsSqlString(place_)) return sqlString();
   const CharClass kind = classOf(c);
   if (kind == CharClass::digit || (c == '.' && classOf(at(place_ + 1)) == CharClass::digit))
     return finish(Token::Kind::number, endOfNumber(place_));
@@ -204,8 +209,8 @@ Token Lexer::next(bool insideCase) {
 }
 
 Token Lexer::quoted(char quote) {
-  const std::size_t end = endOfQuoted(source_.find(quote, place_) + 1, quote);
-  if (end != kOpen) return finish(Token::Kind::string, end);
+  const std::size_t end = endOfQuoted(place_ + 1, quote);
+  if (end != kNeverClosed) return finish(Token::Kind::string, end);
   fail(place_, "a closing quote");
   return finish(Token::Kind::unknown, source_.size());
 }
@@ -215,9 +220,14 @@ std::size_t Lexer::findNextPart(std::size_t from, std::size_t to, bool& sameKey)
   // Several keys in a row are one part. In SQL a blank before the sign makes it an operator.
   sameKey = at(from) == '&' && startsKey(place_) && (place_ == to || language_ == ExpressionLanguage::mdx);
   if (sameKey) return place_;
-  if (at(place_) != '.' || classOf(at(place_ + 1)) == CharClass::digit) return kOpen;
+  if (at(place_) != '.' || classOf(at(place_ + 1)) == CharClass::digit) return kNeverClosed;
   const std::size_t following = skipBlanks(place_ + 1);
-  return startsPart(following) ? following : kOpen;
+  if (startsPart(following)) return following;
+  // Of server.database.schema.table the two in the middle may be empty, so three dots are the most.
+  std::size_t name = following;
+  for (int empty = 0; empty < 2 && language_ == ExpressionLanguage::sql && at(name) == '.'; ++empty)
+    name = skipBlanks(name + 1);
+  return name != following && startsPart(name) ? following : kNeverClosed;
 }
 
 Token Lexer::reference(bool insideCase) {
@@ -226,9 +236,9 @@ Token Lexer::reference(bool insideCase) {
   bool laidOut = false;  // otherwise the text stands in the source as it is
   bool sameKey = false;
   bool lastIsWord = false;
-  for (std::size_t from = place_; from != kOpen;) {
+  for (std::size_t from = place_; from != kNeverClosed;) {
     const std::size_t to = endOfPart(from);
-    if (to == kOpen) {
+    if (to == kNeverClosed) {
       place_ = source_.size();
       break;
     }
@@ -242,8 +252,8 @@ Token Lexer::reference(bool insideCase) {
     lastIsWord = startsWord(from);
     std::size_t following = findNextPart(from, to, sameKey);
     if (insideCase && token.parts == 1 && lastIsWord && isWord(source_.substr(from, to - from), "END"))
-      following = kOpen;
-    if (!laidOut && following != kOpen && following != to + (sameKey ? 0 : 1)) {
+      following = kNeverClosed;
+    if (!laidOut && following != kNeverClosed && following != to + (sameKey ? 0 : 1)) {
       laidOut = true;
       pieces_.startPiece(source_.size());
       pieces_.append(source_.substr(token.begin, to - token.begin));
@@ -327,28 +337,6 @@ Token Lexer::symbol() {
     default:
       return language_ == ExpressionLanguage::sql ? sqlSymbol() : finish(Kind::unknown, place_ + 1);
   }
-}
-
-Token Lexer::sqlSymbol() {
-  const char following = at(place_ + 1);
-  switch (at(place_)) {
-    case '%':
-      return operation(Op::remainder, 1);
-    case '&':
-      return operation(Op::bitAnd, 1);
-    case '|':
-      return following == '|' ? operation(Op::concatenate, 2) : operation(Op::bitOr, 1);
-    case '~':
-      return operation(Op::complement, 1);
-    case '!':
-      if (following == '=') return operation(Op::unequal, 2);
-      if (following == '<') return operation(Op::greaterEqual, 2);
-      if (following == '>') return operation(Op::lessEqual, 2);
-      break;
-    default:
-      break;
-  }
-  return finish(Token::Kind::unknown, place_ + 1);
 }
 
 TAVString placeInText(std::string_view text, std::size_t offset) {

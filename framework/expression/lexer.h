@@ -93,16 +93,26 @@ class TAV_API Lexer {
   [[nodiscard]] const ExpressionFault& fault() const noexcept { return fault_; }
 
  private:
+  // The end of a string, a quoted name or a comment that is left open.
+  static constexpr std::size_t kNeverClosed = static_cast<std::size_t>(-1);
+
   [[nodiscard]] char at(std::size_t place) const noexcept {
     return place < source_.size() ? source_[place] : '\0';
   }
   [[nodiscard]] std::size_t skipBlanks(std::size_t place) noexcept;
   [[nodiscard]] std::size_t skipLine(std::size_t place) const noexcept;
   [[nodiscard]] std::size_t skipBlockComment(std::size_t place) noexcept;
+  [[nodiscard]] std::size_t skipNestedComment(std::size_t place) noexcept;
   [[nodiscard]] std::size_t endOfWord(std::size_t place) const noexcept;
   [[nodiscard]] std::size_t endOfNumber(std::size_t place) const noexcept;
   [[nodiscard]] std::size_t endOfQuoted(std::size_t place, char close) const noexcept;
   [[nodiscard]] std::size_t endOfPart(std::size_t place) noexcept;
+  [[nodiscard]] std::size_t endOfVariable(std::size_t place) const noexcept;
+  [[nodiscard]] std::size_t endOfEscaped(std::size_t place) const noexcept;
+  [[nodiscard]] std::size_t endOfDelimited(std::size_t place) const noexcept;
+  [[nodiscard]] std::size_t endOfDollarQuoted(std::size_t place) const noexcept;
+  [[nodiscard]] bool startsSqlString(std::size_t place) const noexcept;
+  [[nodiscard]] std::size_t endOfSqlString(std::size_t place) const noexcept;
   [[nodiscard]] bool startsWord(std::size_t place) const noexcept;
   [[nodiscard]] bool startsPart(std::size_t place) const noexcept;
   [[nodiscard]] bool startsKey(std::size_t place) const noexcept;
@@ -114,6 +124,7 @@ class TAV_API Lexer {
   Token closeReference(Token token, bool lastIsWord);
   bool takeLibraryFunction(Token& token) noexcept;
   Token quoted(char quote);
+  Token sqlString();
   Token symbol();
   Token sqlSymbol();
 
@@ -121,7 +132,8 @@ class TAV_API Lexer {
   ExpressionLanguage language_;
   PieceBuffer& pieces_;
   ExpressionFault fault_;
-  std::size_t place_;  // where the next token begins
+  bool flatComments_ = false;  // comments were seen to end at the first "*/"
+  std::size_t place_;          // where the next token begins
 };
 
 /// A place in a text as "line 2, column 7", columns in characters; `offset` in bytes.

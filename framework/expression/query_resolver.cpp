@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "framework/expression/parser.h"
+#include "framework/expression/query_words.h"
 #include "framework/std/dotted_name.h"
 #include "framework/std/string.h"
 
@@ -11,85 +12,16 @@ namespace tav {
 
 namespace {
 
-std::string foldedName(std::string_view name) {
-  return foldCase(unquotedPart(name));
+/// Empties a set. Emptying costs what the set once held, so that after one look-up that led everywhere all
+/// others would pay for it.
+template <class Set> void empty(Set& set) {
+  if (set.bucket_count() > 1024)
+    set = Set();
+  else
+    set.clear();
 }
 
 }  // namespace
-
-QueryResolver::QueryResolver(const Query& query)
-    : query_(query),
-      tables_(query.blocks.size()),
-      byAlias_(query.blocks.size()),
-      columns_(query.blocks.size()),
-      hasColumns_(query.blocks.size()),
-      firstStar_(query.blocks.size(), kNoQuery),
-      expressions_(query.queries.size()),
-      maxSteps_(50'000 + 20 * query.source.size()) {
-  for (std::uint32_t i = 0; i < query.queries.size(); ++i) {
-    const QueryUnion& current = query.queries[i];
-    for (const QueryExpression& expression : current.expressions)
-      expressions_[i].emplace(foldedName(expression.name), &expression);
-    // A query stands behind the one around it.
-    const std::uint32_t outer = current.parent == kNoQuery ? kNoQuery : scopes_[current.parent];
-    scopes_.push_back(current.expressions.empty() ? outer : i);
-  }
-  for (std::size_t i = 0; i < query.blocks.size(); ++i) {
-    const auto& columns = query.blocks[i].columns;
-    const auto star =
-        std::find_if(columns.begin(), columns.end(), [](const auto& column) { return column.star; });
-    if (star != columns.end()) firstStar_[i] = static_cast<std::uint32_t>(star - columns.begin());
-    for (const QueryTable& table : query.blocks[i].tables) {
-      Table& made = tables_[i].emplace_back();
-      for (const std::string& part : splitDottedName(table.name)) made.parts.push_back(foldCase(part));
-      made.alias = table.alias.empty() ? made.parts.back() : foldedName(table.alias);
-      if (table.kind == QueryTable::Kind::table && made.parts.size() == 1)
-        made.expression = findExpression(query.blocks[i].query, made.parts.front());
-      byAlias_[i].emplace(made.alias, static_cast<std::uint32_t>(tables_[i].size() - 1));
-    }
-  }
-  addObjects();
-}
-
-/// Finds the common table expression that a name means inside `query`, or null.
-const QueryExpression* QueryResolver::findExpression(std::uint32_t query, const std::string& name) const {
-  query = scopes_[query];
-  for (std::size_t depth = 0; query != kNoQuery && depth <= kMaxExpressionDepth; ++depth) {
-    const auto found = expressions_[query].find(name);
-    if (found != expressions_[query].end()) return found->second;
-    const std::uint32_t outer = query_.queries[query].parent;
-    query = outer == kNoQuery ? kNoQuery : scopes_[outer];
-  }
-  return nullptr;
-}
-
-void QueryResolver::addObjects() {
-  struct Place {
-    std::size_t begin;
-    std::uint32_t block, table;
-  };
-  std::vector<Place> places;
-  for (std::uint32_t b = 0; b < tables_.size(); ++b) {
-    for (std::uint32_t t = 0; t < tables_[b].size(); ++t) {
-      const QueryTable& table = query_.blocks[b].tables[t];
-      // Functions of one name are the database's own; those of users stand in a schema. A table variable or a
-      // temporary table is none of the database.
-      const bool object = (table.kind == QueryTable::Kind::table && !tables_[b][t].expression) ||
-                          (table.kind == QueryTable::Kind::function && tables_[b][t].parts.size() > 1);
-      if (object && table.name.front() != '@' && table.name.front() != '#')
-        places.push_back({table.begin, b, t});
-    }
-  }
-  std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.begin < b.begin; });
-  std::unordered_map<std::string, std::uint32_t> known;
-  for (const Place& place : places) {
-    Table& table = tables_[place.block][place.table];
-    const auto [entry, isNew] =
-        known.emplace(joinDottedName(table.parts), static_cast<std::uint32_t>(objects_.size()));
-    if (isNew) objects_.push_back({splitDottedName(query_.blocks[place.block].tables[place.table].name)});
-    table.object = entry->second;
-  }
-}
 
 // Results by name.
 
@@ -99,17 +31,31 @@ std::uint32_t QueryResolver::findPlace(std::uint32_t block, const std::string& n
     hasColumns_[block] = true;
     const auto& columns = query_.blocks[block].columns;
     for (std::uint32_t i = 0; i < columns.size(); ++i)
-      if (!columns[i].name.empty()) columns_[block].emplace(foldedName(columns[i].name), i);
+      if (!columns[i].name.empty()) columns_[block].emplace(nameKey(columns[i].name), i);
   }
   const auto found = columns_[block].find(name);
   return found == columns_[block].end() ? kNoQuery : found->second;
 }
 
-std::uint32_t QueryResolver::placeIn(const std::vector<std::string_view>& names, const std::string& folded) {
-  steps_ += names.size();
-  const auto found = std::find_if(names.begin(), names.end(),
-                                  [&](std::string_view name) { return foldedName(name) == folded; });
-  return found == names.end() ? kNoQuery : static_cast<std::uint32_t>(found - names.begin());
+std::uint32_t QueryResolver::placeIn(const Names& names, const std::string& folded) {
+  const auto [entry, isNew] = places_.try_emplace(&names);
+  for (std::uint32_t i = 0; isNew && i < names.size(); ++i) entry->second.emplace(nameKey(names[i]), i);
+  const auto found = entry->second.find(folded);
+  return found == entry->second.end() ? kNoQuery : found->second;
+}
+
+/// Columns of a PIVOT that names its aggregates are made of two names, in the one or the other order.
+bool QueryResolver::pivotHas(const QueryTable& table, const std::string& folded) {
+  if (placeIn(table.columns, folded) != kNoQuery) return true;
+  if (table.suffixes.empty()) return false;
+  for (std::size_t i = folded.find('_'); i != folded.npos; i = folded.find('_', i + 1)) {
+    ++steps_;
+    const std::string front = folded.substr(0, i);
+    const std::string back = folded.substr(i + 1);
+    if (placeIn(table.columns, front) != kNoQuery && placeIn(table.suffixes, back) != kNoQuery) return true;
+    if (placeIn(table.suffixes, front) != kNoQuery && placeIn(table.columns, back) != kNoQuery) return true;
+  }
+  return false;
 }
 
 const QueryColumn* QueryResolver::findColumn(std::string_view name) {
@@ -136,9 +82,9 @@ std::vector<QuerySource> QueryResolver::conditionSources() {
 void QueryResolver::start() {
   parts_.clear();
   targets_.clear();
-  seenParts_.clear();
-  seenTargets_.clear();
-  seenSources_.clear();
+  empty(seenParts_);
+  empty(seenTargets_);
+  empty(seenSources_);
   sources_.clear();
 }
 
@@ -151,8 +97,7 @@ std::vector<QuerySource> QueryResolver::follow() {
       continue;
     }
     const QueryPart& current = *parts_[part++];
-    for (const QueryReference& reference : current.references)
-      visitReference(reference.block, splitDottedName(reference.name));
+    for (const QueryReference& reference : current.references) visitReference(reference);
     for (const std::uint32_t query : current.queries)
       for (const std::uint32_t block : query_.queries[query].blocks)
         for (const QueryColumn& column : query_.blocks[block].columns) addPart(column);
@@ -204,7 +149,7 @@ void QueryResolver::visitByName(std::uint32_t block, const std::string& name) {
   std::vector<std::uint32_t> candidates;
   for (std::size_t i = firstStar_[block]; i < columns.size() && candidates.size() < kMaxTables; ++i) {
     ++steps_;
-    if (!columns[i].star) continue;
+    if (!columns[i].star || isHidden(columns[i], foldCase(name))) continue;
     if (columns[i].qualifier.empty()) {
       visitUnqualified(block, name);
       return;
@@ -218,16 +163,52 @@ void QueryResolver::visitByName(std::uint32_t block, const std::string& name) {
 }
 
 /// A name that the block's tables do not know may belong to those of the blocks around it.
-void QueryResolver::visitReference(std::uint32_t block, const std::vector<std::string>& parts) {
+void QueryResolver::visitReference(const QueryReference& reference) {
+  const std::vector<std::string> parts = splitDottedName(reference.name);
+  if (reference.endTable != kNoQuery) {
+    visitTables(reference.block, reference.firstTable, reference.endTable, parts.back());
+    return;
+  }
+  std::uint32_t block = reference.block;
   for (std::size_t depth = 0; block != kNoQuery && depth <= kMaxExpressionDepth; ++depth) {
     ++steps_;
-    if (parts.size() == 1) {
-      if (visitUnqualified(block, parts.front())) return;
-    } else if (const std::uint32_t table = findQualified(block, parts); table != kNoQuery) {
-      return visitNamed(block, table, parts.back());
-    }
+    const bool found =
+        parts.size() == 1 ? visitUnqualified(block, parts.front()) : visitQualified(block, parts);
+    if (found) return;
     block = query_.blocks[block].parent;
   }
+  block = reference.block;
+  for (std::size_t depth = 0; parts.size() > 1 && block != kNoQuery && depth <= kMaxExpressionDepth;
+       ++depth) {
+    ++steps_;
+    if (visitField(block, parts)) return;
+    block = query_.blocks[block].parent;
+  }
+}
+
+bool QueryResolver::visitQualified(std::uint32_t block, const std::vector<std::string>& parts) {
+  const std::uint32_t table = findQualified(block, parts);
+  if (table == kNoQuery) return false;
+  visitNamed(block, table, parts.back());
+  return true;
+}
+
+/// A field of a column that is a record: table.column.field, or column.field where the column is certain.
+bool QueryResolver::visitField(std::uint32_t block, const std::vector<std::string>& parts) {
+  const auto [first, last] = byAlias_[block].equal_range(foldCase(parts.front()));
+  if (first != last) {
+    visitNamed(block, first->second, parts[1]);
+    return true;
+  }
+  const std::string column = foldCase(parts.front());
+  const std::size_t count = std::min(tables_[block].size(), kMaxTables);
+  for (std::uint32_t table = 0; table < count; ++table) {
+    ++steps_;
+    if (has(block, table, column) != Has::yes) continue;
+    visitTable(block, table, parts.front());
+    return true;
+  }
+  return false;
 }
 
 /// The table that the parts before the last name, or none.
@@ -237,12 +218,12 @@ std::uint32_t QueryResolver::findQualified(std::uint32_t block, const std::vecto
   for (auto entry = first; entry != last; ++entry) {
     ++steps_;
     const Table& table = tables_[block][entry->second];
-    const std::size_t count = parts.size() - 1;
-    // Of dbo.t.c the parts before the last are the end of the table's own name.
-    bool same = count == 1 ||
-                (count <= table.parts.size() && query_.blocks[block].tables[entry->second].alias.empty());
-    for (std::size_t i = 0; same && count > 1 && i < count; ++i)
-      same = foldCase(parts[i]) == table.parts[table.parts.size() - count + i];
+    const std::size_t written = parts.size() - 1;
+    // Of dbo.t.c the parts before the last are the end of the table's own name, or say more than it does.
+    const std::size_t count = std::min(written, table.parts.size());
+    bool same = written == 1 || query_.blocks[block].tables[entry->second].alias.empty();
+    for (std::size_t i = 1; same && written > 1 && i <= count; ++i)
+      same = foldCase(parts[written - i]) == table.parts[table.parts.size() - i];
     if (same) found = std::min(found, entry->second);
   }
   return found;
@@ -258,9 +239,22 @@ void QueryResolver::visitNamed(std::uint32_t block, std::uint32_t table, const s
 }
 
 bool QueryResolver::visitUnqualified(std::uint32_t block, const std::string& name) {
-  std::vector<std::uint32_t> all(std::min(tables_[block].size(), kMaxTables));
-  std::iota(all.begin(), all.end(), 0U);
-  return choose(block, all, name);
+  const auto shared = shared_[block].find(foldCase(name));
+  if (shared == shared_[block].end()) return visitTables(block, 0, kNoQuery, name);
+  // The value of a column that USING makes of two is that of both.
+  bool found = false;
+  for (const QueryReference* side : shared->second)
+    found = visitTables(block, side->firstTable, side->endTable, name) || found;
+  return found;
+}
+
+/// Follows a column of some of the tables of a block.
+bool QueryResolver::visitTables(std::uint32_t block, std::uint32_t first, std::uint32_t end,
+                                const std::string& name) {
+  const std::size_t count = std::min<std::size_t>(end, tables_[block].size());
+  std::vector<std::uint32_t> some(count > first ? std::min(count - first, kMaxTables) : 0);
+  std::iota(some.begin(), some.end(), first);
+  return choose(block, some, name);
 }
 
 /// Follows a column of the one table that has it, or else may have it; false when none can.
@@ -285,28 +279,65 @@ bool QueryResolver::choose(std::uint32_t block, const std::vector<std::uint32_t>
   return true;
 }
 
-QueryResolver::Has QueryResolver::queryHas(std::uint32_t query, const std::vector<std::string_view>& names,
+bool QueryResolver::isHidden(const QueryColumn& star, const std::string& folded) {
+  return !star.hidden.empty() && placeIn(star.hidden, folded) != kNoQuery;
+}
+
+/// A name for a column of all expressions together. A script may fill a table a thousand times, and read it
+/// as often.
+std::string QueryResolver::keyOfAll(const Expressions& expressions, const Names& renamed,
+                                    const std::string& folded) {
+  const void* first = renamed.empty() ? static_cast<const void*>(&expressions) : &renamed;
+  return "@" + std::to_string(reinterpret_cast<std::uintptr_t>(first)) + " " + folded;
+}
+
+QueryResolver::Has QueryResolver::expressionsHave(const Expressions& expressions, const Names& renamed,
+                                                  const std::string& folded) {
+  const auto ask = [&](const QueryExpression& expression) {
+    return queryHas(expression.query, renamed.empty() ? expression.columns : renamed, folded);
+  };
+  if (expressions.size() == 1) return ask(*expressions.front());
+  const auto [entry, isNew] = known_.try_emplace(keyOfAll(expressions, renamed, folded), Has::no);
+  if (!isNew) return entry->second;
+  for (const QueryExpression* expression : expressions) {
+    ++steps_;
+    entry->second = std::max(entry->second, ask(*expression));
+  }
+  return entry->second;
+}
+
+QueryResolver::Has QueryResolver::queryHas(std::uint32_t query, const Names& names,
                                            const std::string& folded) {
   if (!names.empty()) return placeIn(names, folded) == kNoQuery ? Has::no : Has::yes;
   if (query == kNoQuery || query_.queries[query].blocks.empty()) return Has::no;
   const std::uint32_t block = query_.queries[query].blocks.front();
   if (findPlace(block, folded) != kNoQuery) return Has::yes;
-  return firstStar_[block] != kNoQuery ? Has::perhaps : Has::no;
+  if (firstStar_[block] == kNoQuery) return Has::no;
+  return isHidden(query_.blocks[block].columns[firstStar_[block]], folded) ? Has::no : Has::perhaps;
+}
+
+/// Whether a USING names the column of this table alone, which shows that it has one.
+bool QueryResolver::isShared(std::uint32_t block, std::uint32_t table, const std::string& folded) {
+  const auto found = shared_[block].find(folded);
+  if (found == shared_[block].end()) return false;
+  steps_ += found->second.size();
+  return std::any_of(found->second.begin(), found->second.end(), [&](const QueryReference* side) {
+    return side->firstTable == table && side->endTable == table + 1;
+  });
 }
 
 QueryResolver::Has QueryResolver::has(std::uint32_t block, std::uint32_t table, const std::string& folded) {
+  if (isShared(block, table, folded)) return Has::yes;
   const QueryTable& written = query_.blocks[block].tables[table];
   const Table& known = tables_[block][table];
-  if (known.expression) {
-    const auto& names = written.columns.empty() ? known.expression->columns : written.columns;
-    return queryHas(known.expression->query, names, folded);
-  }
+  if (known.expressions) return expressionsHave(*known.expressions, written.columns, folded);
   switch (written.kind) {
     case QueryTable::Kind::query:
       return queryHas(written.query, written.columns, folded);
     case QueryTable::Kind::values:
-    case QueryTable::Kind::pivot:
       return placeIn(written.columns, folded) == kNoQuery ? Has::no : Has::yes;
+    case QueryTable::Kind::pivot:
+      return pivotHas(written, folded) ? Has::yes : Has::no;
     default:
       break;
   }
@@ -317,8 +348,15 @@ QueryResolver::Has QueryResolver::has(std::uint32_t block, std::uint32_t table, 
   return Has::perhaps;
 }
 
-void QueryResolver::visitTableQuery(std::uint32_t query, const std::vector<std::string_view>& names,
-                                    const std::string& name) {
+void QueryResolver::visitExpressions(const Expressions& expressions, const Names& renamed,
+                                     const std::string& name) {
+  if (expressions.size() > 1 && !seenTargets_.insert(keyOfAll(expressions, renamed, foldCase(name))).second)
+    return;
+  for (const QueryExpression* expression : expressions)
+    visitTableQuery(expression->query, renamed.empty() ? expression->columns : renamed, name);
+}
+
+void QueryResolver::visitTableQuery(std::uint32_t query, const Names& names, const std::string& name) {
   if (query == kNoQuery) return;
   if (names.empty()) return addTarget({query, name, kNoQuery});
   const std::uint32_t place = placeIn(names, foldCase(name));
@@ -328,10 +366,7 @@ void QueryResolver::visitTableQuery(std::uint32_t query, const std::vector<std::
 void QueryResolver::visitTable(std::uint32_t block, std::uint32_t table, const std::string& name) {
   const QueryTable& written = query_.blocks[block].tables[table];
   const Table& known = tables_[block][table];
-  if (known.expression) {
-    const auto& names = written.columns.empty() ? known.expression->columns : written.columns;
-    return visitTableQuery(known.expression->query, names, name);
-  }
+  if (known.expressions) return visitExpressions(*known.expressions, written.columns, name);
   switch (written.kind) {
     case QueryTable::Kind::query:
       return visitTableQuery(written.query, written.columns, name);

@@ -59,10 +59,25 @@ class TAV_API QueryResolver {
     std::uint32_t place = kNoQuery;
   };
 
+  enum class Has : std::uint8_t { no, perhaps, yes };
+  using Names = std::vector<std::string_view>;
+  using Expressions = std::vector<const QueryExpression*>;
+
+  /// What was found out about a table of a block.
+  struct Table {
+    std::uint32_t object = QuerySource::kUnknown;
+    const Expressions* expressions = nullptr;  // what it reads if it is none of the database
+    std::vector<std::string> parts;            // in small letters
+    std::string alias;                         // the last name that it goes by, in small letters
+  };
+
+  void addExpressions();
+  void addTables(std::uint32_t block);
   void addObjects();
-  [[nodiscard]] const QueryExpression* findExpression(std::uint32_t query, const std::string& name) const;
+  [[nodiscard]] const Expressions* findExpressions(std::uint32_t query, const Table& table) const;
   [[nodiscard]] std::uint32_t findPlace(std::uint32_t block, const std::string& name);
-  [[nodiscard]] std::uint32_t placeIn(const std::vector<std::string_view>& names, const std::string& folded);
+  [[nodiscard]] std::uint32_t placeIn(const Names& names, const std::string& folded);
+  [[nodiscard]] bool pivotHas(const QueryTable& table, const std::string& folded);
 
   std::vector<QuerySource> follow();
   void start();
@@ -70,27 +85,26 @@ class TAV_API QueryResolver {
   void addTarget(Target target);
   void visitTarget(const Target& target);
   void visitByName(std::uint32_t block, const std::string& name);
-  void visitReference(std::uint32_t block, const std::vector<std::string>& parts);
+  void visitReference(const QueryReference& reference);
+  bool visitQualified(std::uint32_t block, const std::vector<std::string>& parts);
+  bool visitField(std::uint32_t block, const std::vector<std::string>& parts);
+  bool visitTables(std::uint32_t block, std::uint32_t first, std::uint32_t end, const std::string& name);
   [[nodiscard]] std::uint32_t findQualified(std::uint32_t block, const std::vector<std::string>& parts);
   void visitNamed(std::uint32_t block, std::uint32_t table, const std::string& name);
   bool visitUnqualified(std::uint32_t block, const std::string& name);
   bool choose(std::uint32_t block, const std::vector<std::uint32_t>& tables, const std::string& name);
   void visitTable(std::uint32_t block, std::uint32_t table, const std::string& name);
-  void visitTableQuery(std::uint32_t query, const std::vector<std::string_view>& names,
-                       const std::string& name);
-  enum class Has : std::uint8_t { no, perhaps, yes };
+  void visitExpressions(const Expressions& expressions, const Names& renamed, const std::string& name);
+  void visitTableQuery(std::uint32_t query, const Names& names, const std::string& name);
+  [[nodiscard]] bool isShared(std::uint32_t block, std::uint32_t table, const std::string& folded);
   [[nodiscard]] Has has(std::uint32_t block, std::uint32_t table, const std::string& folded);
-  [[nodiscard]] Has queryHas(std::uint32_t query, const std::vector<std::string_view>& names,
-                             const std::string& folded);
+  [[nodiscard]] static std::string keyOfAll(const Expressions& expressions, const Names& renamed,
+                                            const std::string& folded);
+  [[nodiscard]] Has expressionsHave(const Expressions& expressions, const Names& renamed,
+                                    const std::string& folded);
+  [[nodiscard]] Has queryHas(std::uint32_t query, const Names& names, const std::string& folded);
+  [[nodiscard]] bool isHidden(const QueryColumn& star, const std::string& folded);
   void addSource(std::uint32_t object, const std::string& column);
-
-  /// What was found out about a table of a block.
-  struct Table {
-    std::uint32_t object = QuerySource::kUnknown;
-    const QueryExpression* expression = nullptr;
-    std::vector<std::string> parts;  // in small letters
-    std::string alias;               // the last name that it goes by, in small letters
-  };
 
   const Query& query_;
   HasColumn hasColumn_;
@@ -100,7 +114,12 @@ class TAV_API QueryResolver {
   std::vector<std::unordered_map<std::string, std::uint32_t>> columns_;  // by block, made when asked for
   std::vector<bool> hasColumns_;
   std::vector<std::uint32_t> firstStar_;
-  std::vector<std::unordered_map<std::string, const QueryExpression*>> expressions_;  // by query
+  std::vector<std::unordered_map<std::string, Expressions>> expressions_;  // by query
+  std::unordered_map<std::string, Expressions> temporaries_;
+  std::unordered_map<std::string, Has> known_;  // whether many expressions together have a column
+  // Made when asked for, as are the columns of blocks.
+  std::unordered_map<const Names*, std::unordered_map<std::string, std::uint32_t>> places_;
+  std::vector<std::unordered_map<std::string, std::vector<const QueryReference*>>> shared_;  // by block
   std::vector<std::uint32_t> scopes_;  // by query, the innermost around it that has expressions
 
   // Of one look-up.

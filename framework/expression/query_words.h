@@ -1,41 +1,84 @@
 #pragma once
 
-// The words of statements. Letter case is ignored.
+// What the tokens of statements are to the reader of statements. Letter case is ignored.
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace tav {
 
-/// What a word means in a statement; other words are names.
-enum class QueryWord : std::uint8_t {
-  none,
+/// What a token is to the table of transitions. A word is a sign of its own where it means something in a
+/// statement; all other words are names.
+enum class QuerySign : std::uint8_t {
+  end,
+  semicolon,
+  openBracket,
+  closeBracket,
+  openBrace,
+  closeBrace,
+  comma,
+  dot,
+  name,
+  call,     ///< a name before an open bracket
+  literal,  ///< a number, NULL, CURRENT_DATE
+  string,
+  operation,
+  times,
+  equal,
+  cast,  ///< `::`, a type follows
+  colon,
+  ampersand,
+  question,
+  index,  ///< `[0]` right behind a value
+  unknown,
+  as,
+  distinct,
+  caseWord,
+  casePart,  ///< WHEN, THEN, ELSE
+  endWord,
   select,
   with,
   from,
-  where,
-  having,
+  where,    ///< WHERE, HAVING, QUALIFY
+  connect,  ///< CONNECT BY, START WITH
   on,
+  usingWord,
   group,
   order,
-  unite,  ///< UNION, INTERSECT
-  except,
+  window,
+  unite,
+  intersect,
+  except,  ///< EXCEPT, MINUS
   into,
   join,      ///< JOIN, APPLY: a table follows
-  joinKind,  ///< INNER, CROSS, ...: a join follows
-  side,      ///< LEFT, RIGHT: functions when a bracket follows
+  joinKind,  ///< INNER, CROSS, LEFT, ...: a join follows
   pivot,
-  hint,  ///< TABLESAMPLE (...)
-  tail,  ///< FOR, OPTION: nothing of interest follows
-  over,  ///< OVER, WITHIN: a window or an order of rows follows
+  hint,  ///< TABLESAMPLE (...), USE INDEX (...)
+  tail,  ///< FOR, OPTION, LIMIT: nothing of interest follows
+  over,  ///< OVER, WITHIN, FILTER: rows of a window, their order or a condition follow
   collate,
   exists,
   values,
-  operation,  ///< IN, LIKE, ALL, BY, ...: a value follows
-  direction,  ///< ASC, DESC
+  wordOperation,  ///< IN, LIKE, ALL, BY, ...: a value follows
+  direction,      ///< ASC, NULLS FIRST: nothing of interest, and no value follows
+  zone,           ///< AT TIME ZONE
+  typed,          ///< DATE '2024-01-31'
+  interval,
+  statement,  ///< DECLARE, SET, EXEC, ...: a statement that gives no rows
+  insert,
+  create,
+  table,
+  lateral,
+  count_,
 };
 
-QueryWord queryWordOf(std::string_view text) noexcept;
+/// What a word means in a statement, QuerySign::name for all that mean nothing. Some mean it only in front of
+/// certain others, which QueryTokens sees to.
+QuerySign signOfWord(std::string_view text) noexcept;
+
+/// A name as it is written, as a key for look-ups: without its quotes, in small letters.
+std::string nameKey(std::string_view name);
 
 /// A word that stands in a window beside its values.
 bool isWindowWord(std::string_view text) noexcept;
@@ -43,10 +86,31 @@ bool isWindowWord(std::string_view text) noexcept;
 /// A method that gives a part of the value that it is called on.
 bool isValueMethod(std::string_view text) noexcept;
 
+/// A type whose functions are called as `type::Function(x)`.
+bool isTypeOfMethods(std::string_view text) noexcept;
+
 /// A function that parts its arguments with FROM: TRIM(x FROM y).
 bool isFromFunction(std::string_view text) noexcept;
 
+/// A function whose last argument may be a part of a date: DATE_TRUNC(x, MONTH).
+bool takesPartLast(std::string_view function) noexcept;
+
+/// A part of a date or of a time, abbreviations included.
+bool isDatePart(std::string_view text) noexcept;
+
+/// The name of a data type, or the first word of one.
+bool isTypeWord(std::string_view text) noexcept;
+
+/// A word that goes on a type: DOUBLE PRECISION, TIMESTAMP WITH TIME ZONE.
+bool isTypeTail(std::string_view text) noexcept;
+
+/// A word between the arguments of a function: GROUP_CONCAT(a SEPARATOR ',').
+bool isArgumentWord(std::string_view text) noexcept;
+
 /// What tells a table's hints, `t (NOLOCK)`, from a function's arguments.
 bool isTableHint(std::string_view text) noexcept;
+
+/// A function in FROM whose arguments have a grammar of their own.
+bool isForeignFunction(std::string_view text) noexcept;
 
 }  // namespace tav

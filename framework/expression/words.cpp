@@ -48,8 +48,16 @@ constexpr std::array kSqlOperators{SqlOperator{"IN", Op::in, Op::notIn},
                                    SqlOperator{"COLLATE", Op::collate, Op::none},
                                    SqlOperator{"OVER", Op::over, Op::none}};
 
-/// Compares as strcmp does, the letters of `text` as capitals.
-int compareUpper(std::string_view text, std::string_view upper) noexcept {
+template <std::size_t Size>
+bool contains(const std::array<std::string_view, Size>& sorted, std::string_view text) noexcept {
+  const auto* place = std::lower_bound(sorted.begin(), sorted.end(), text,
+                                       [](auto word, auto sought) { return compareWords(sought, word) > 0; });
+  return place != sorted.end() && compareWords(text, *place) == 0;
+}
+
+}  // namespace
+
+int compareWords(std::string_view text, std::string_view upper) noexcept {
   for (std::size_t i = 0; i < std::min(text.size(), upper.size()); ++i) {
     const char c = text[i] >= 'a' && text[i] <= 'z' ? static_cast<char>(text[i] - 'a' + 'A') : text[i];
     if (c != upper[i]) return c < upper[i] ? -1 : 1;
@@ -57,17 +65,8 @@ int compareUpper(std::string_view text, std::string_view upper) noexcept {
   return text.size() == upper.size() ? 0 : text.size() < upper.size() ? -1 : 1;
 }
 
-template <std::size_t Size>
-bool contains(const std::array<std::string_view, Size>& sorted, std::string_view text) noexcept {
-  const auto* place = std::lower_bound(sorted.begin(), sorted.end(), text,
-                                       [](auto word, auto sought) { return compareUpper(sought, word) > 0; });
-  return place != sorted.end() && compareUpper(text, *place) == 0;
-}
-
-}  // namespace
-
 bool isWord(std::string_view text, std::string_view upper) noexcept {
-  return text.size() == upper.size() && compareUpper(text, upper) == 0;
+  return text.size() == upper.size() && compareWords(text, upper) == 0;
 }
 
 bool isFlagWord(std::string_view text) noexcept {

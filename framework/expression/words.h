@@ -9,6 +9,9 @@
 
 namespace tav {
 
+/// Compares as strcmp does, the letters of `text` as capitals; `upper` is in capitals.
+int compareWords(std::string_view text, std::string_view upper) noexcept;
+
 /// Whether `text` is `upper`, a text in capitals.
 bool isWord(std::string_view text, std::string_view upper) noexcept;
 

@@ -89,7 +89,7 @@ std::size_t namePartLength(std::string_view reference) noexcept {
     if (place < reference.size() && reference[place] == '&') ++place;
     const char open = place < reference.size() ? reference[place] : '\0';
     const char close = open == '[' ? ']' : open;
-    if (open == '[' || open == '"') {
+    if (open == '[' || open == '"' || open == '`') {
       do {
         place = reference.find(close, place + 1);
         if (place == reference.npos) return reference.size();

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
+#include <ctime>
+#include <functional>
 #include <random>
 #include <sstream>
 
@@ -85,20 +88,44 @@ std::string showCase(const std::string& input) {
   return show(read.sql, read.known);
 }
 
+const std::vector<std::string> kCorpora{"expression/queries.txt", "expression/dialects.txt"};
+
 TEST(Query, Corpus) {
-  tav::test::checkCorpus("expression/queries.txt", showCase);
+  for (const std::string& corpus : kCorpora) tav::test::checkCorpus(corpus, showCase);
 }
 
 TEST(Query, EveryPrefixAndEveryDamageIsRead) {
   std::mt19937 random(7);
-  const std::string pieces = "()[].,;'\"*=-/ {}@";
-  for (const tav::test::CorpusCase& given : tav::test::loadCorpus("expression/queries.txt")) {
-    const std::string sql = readCase(given.input).sql;
-    for (std::size_t size = 0; size <= sql.size(); ++size) show(sql.substr(0, size), {});
-    for (int round = 0; round < 200; ++round) {
-      std::string damaged = sql;
-      damaged[random() % damaged.size()] = pieces[random() % pieces.size()];
-      show(damaged.erase(random() % damaged.size(), random() % 8), {});
+  const std::string pieces = "()[].,;'\"*=-/ {}@:?&$`";
+  for (const std::string& corpus : kCorpora) {
+    for (const tav::test::CorpusCase& given : tav::test::loadCorpus(corpus)) {
+      const std::string sql = readCase(given.input).sql;
+      for (std::size_t size = 0; size <= sql.size(); ++size) show(sql.substr(0, size), {});
+      for (int round = 0; round < 200; ++round) {
+        std::string damaged = sql;
+        damaged[random() % damaged.size()] = pieces[random() % pieces.size()];
+        show(damaged.erase(random() % damaged.size(), random() % 8), {});
+      }
+    }
+  }
+}
+
+TEST(Query, LetterCaseAndAStatementInFrontChangeNothing) {
+  const auto turned = [](std::string text, int (*turn)(int)) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [&](unsigned char c) { return static_cast<char>(c < 0x80 ? turn(c) : c); });
+    return text;
+  };
+  for (const std::string& corpus : kCorpora) {
+    for (const tav::test::CorpusCase& given : tav::test::loadCorpus(corpus)) {
+      const Statement read = readCase(given.input);
+      const std::string shown = show(read.sql, read.known);
+      const std::string where = corpus + ":" + std::to_string(given.line);
+      EXPECT_EQ(turned(shown, std::tolower),
+                turned(show(turned(read.sql, std::toupper), read.known), std::tolower))
+          << where;
+      const std::string behind = show("SET NOCOUNT ON;" + read.sql, read.known);
+      EXPECT_EQ(shown.substr(0, shown.find("\n! ")), behind.substr(0, behind.find("\n! "))) << where;
     }
   }
 }
@@ -120,6 +147,80 @@ TEST(Query, DepthCostsHeapAlone) {
   show(repeated("SELECT a FROM (", kDepth), {});
   show(repeated("WITH x AS (", kDepth), {});
   show("SELECT a FROM t WHERE a IN " + repeated("(SELECT b FROM u WHERE EXISTS ", kDepth), {});
+}
+
+/// The seconds that a statement takes: what it says, what its columns and what its conditions are fed from.
+/// The best of three, for other programs take time too.
+double secondsOf(const std::string& sql) {
+  double best = 1e9;
+  for (int round = 0; round < 3; ++round) {
+    const std::clock_t begin = std::clock();
+    const Query query = tav::parseQuery(sql);
+    QueryResolver resolver(query);
+    if (query.main != tav::kNoQuery) {
+      for (const tav::QueryColumn& column : query.blocks[query.queries[query.main].blocks.front()].columns)
+        [[maybe_unused]] const auto sources = resolver.sourcesOf(tav::unquotedPart(column.name));
+    }
+    [[maybe_unused]] const auto sources = resolver.conditionSources();
+    best = std::min(best, static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
+  }
+  return best;
+}
+
+/// `count` common table expressions, each of which joins the one before it with itself.
+std::string chain(int count) {
+  std::string sql = "WITH e0 AS (SELECT a, b FROM t)";
+  for (int i = 1; i <= count; ++i) {
+    const std::string before = "e" + std::to_string(i - 1);
+    sql += ", e" + std::to_string(i) + " AS (SELECT x.a + y.b AS a, y.a - x.b AS b FROM " + before +
+           " x JOIN " + before + " y ON x.a = y.b)";
+  }
+  return sql + " SELECT a, b FROM e" + std::to_string(count);
+}
+
+TEST(Query, TimeGrowsAsTheTextDoes) {
+  EXPECT_NE(show(chain(40), {}).find("\na: t.a t.b\n"), std::string::npos);
+  // Short: measured a hundred at a time.
+  const auto ofChain = [](int count) { return secondsOf(repeated(chain(count) + ";", 100)); };
+  EXPECT_LT(ofChain(40), 3 * ofChain(20));
+
+  struct Growing {
+    const char* name;
+    std::function<std::string(int)> sql;
+  };
+  const auto list = [](const std::string& front, const std::string& each, const std::string& back) {
+    return [=](int count) {
+      std::string sql = front;
+      for (int i = 0; i < count; ++i) sql += (i > 0 ? "," : "") + each + std::to_string(i);
+      return sql + back;
+    };
+  };
+  const auto again = [](const std::string& front, const std::string& each) {
+    return [=](int count) { return front + repeated(each, count); };
+  };
+  const std::vector<Growing> statements{
+      {"columns", list("SELECT ", "c", " FROM t")},
+      {"columns of a query", list("SELECT * FROM (SELECT ", "c", " FROM t) s")},
+      {"tables", list("SELECT a FROM ", "t", "")},
+      {"tables with USING", again("SELECT a FROM t", " JOIN u USING (k)")},
+      {"new names", list("WITH e (", "c", ") AS (SELECT * FROM t) SELECT c1 FROM e")},
+      {"rows", list("SELECT x FROM (VALUES (0)", ",(1),(2)--\n", ") v (x)")},
+      {"statements", again("SELECT a INTO #t FROM s;", "INSERT INTO #t SELECT a FROM #t ")},
+      {"open brackets", again("SELECT ", "(")},
+      {"sub-queries", again("", "SELECT (")},
+      {"tables in brackets", again("SELECT a FROM ", "(")},
+      {"CASE", again("SELECT ", "CASE WHEN ")},
+      {"comments in comments", again("SELECT a ", "/* ")},
+      {"dollars", again("SELECT ", "$a")},
+      {"dots", again("SELECT a", ".")},
+      {"braces", again("SELECT ", "${")},
+      {"MINUS", again("SELECT a", " MINUS")},
+      {"WITH", again("", "WITH a AS (")},
+  };
+  for (const Growing& statement : statements) {
+    const double small = secondsOf(statement.sql(5'000));
+    EXPECT_LT(secondsOf(statement.sql(40'000)), 24 * small + 0.02) << statement.name;
+  }
 }
 
 TEST(Query, LengthIsNoFaultAndWhatLeadsEverywhereIsLimited) {
