@@ -62,16 +62,18 @@ class JsonExport {
  private:
   void key(std::string_view name) { text_.append(",\"").append(name).append("\":"); }
 
+  /// The one way for texts of the model, any of which may hold a password.
+  void text(std::string_view value) { appendJsonText(text_, maskPasswords(value)); }
+
   void member(std::string_view name, std::string_view value) {
     key(name);
-    appendJsonText(text_, value);
+    text(value);
   }
 
   void attribute(const AttributeRow& row, const TAVObject& object) {
     const Value value = row.get(object);
     if (isDefault(value)) return;
-    if (const auto* text = std::get_if<std::string_view>(&value))
-      return member(row.name, maskPasswords(*text));
+    if (const auto* given = std::get_if<std::string_view>(&value)) return member(row.name, *given);
     key(row.name);
     if (const auto* store = std::get_if<TAVDataStore>(&value))
       dataStore(*store);
@@ -83,7 +85,7 @@ class JsonExport {
 
   void dataStore(const TAVDataStore& store) {
     text_ += R"({"name":)";
-    appendJsonText(text_, store.name);
+    text(store.name);
     text_ += ",\"version\":[" + std::to_string(store.major) + "," + std::to_string(store.minor) + "," +
              std::to_string(store.release) + "]}";
   }
@@ -96,9 +98,10 @@ class JsonExport {
       text_ += separator;
       separator = ',';
       const TAVPropertyType* type = value.propertyType.get();
-      appendJsonText(text_, type ? type->getName() : value.getName());
+      const std::string_view name = type ? type->getName() : value.getName();
+      text(name);
       text_ += ':';
-      appendJsonText(text_, maskPasswords(value.value));
+      appendJsonText(text_, maskProperty(name, value.value));
     }
     text_ += '}';
   }

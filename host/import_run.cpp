@@ -8,9 +8,13 @@
 namespace host {
 namespace {
 
+/// What the plug-in calls a model that got no name.
+constexpr std::string_view kNameless = "Undefined";
+
+/// Whether no database was found. One that is found may hold nothing itself, but has a name or an ID.
 bool holdsNothing(const TAVStoreModel& model) {
-  return model.nativeId.empty() && model.dataPackages.empty() && model.designPackages.empty() &&
-         model.storeConnections.empty();
+  return model.nativeId.empty() && (model.getName().empty() || model.getName() == kNameless) &&
+         model.dataPackages.empty() && model.designPackages.empty() && model.storeConnections.empty();
 }
 
 class Observer : public tav::HostObserver {

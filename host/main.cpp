@@ -6,6 +6,7 @@
 #include <new>
 
 #include "framework/std/exception.h"
+#include "framework/std/mask.h"
 #include "host/command.h"
 #include "host/signals.h"
 #include "host/standard_output.h"
@@ -73,7 +74,8 @@ int runProgram(int argc, char** argv, MessageLog& log) {
     out.finish();
     return kDone;
   } catch (const CLI::ParseError& error) {
-    std::cerr << "xmla-bridge: " << printable(error.what()) << "\nTry: xmla-bridge --help\n";
+    std::cerr << "xmla-bridge: " << printable(tav::maskPasswords(error.what()))
+              << "\nTry: xmla-bridge --help\n";
     return kWrongUsage;
   }
 }

@@ -40,8 +40,13 @@ std::string_view beginning(std::string_view text, std::size_t count) {
   return text.substr(0, bytes);
 }
 
+/// What is shown of an event, or of the name of a file: both may hold a password.
+std::string shown(std::string_view text) {
+  return printable(tav::maskPasswords(text));
+}
+
 std::string withFile(const std::string& file, const std::string& line) {
-  return file.empty() ? line : printable(file) + ": " + line;
+  return file.empty() ? line : shown(file) + ": " + line;
 }
 
 std::string withIdentifier(const TAVLogEvent& event, const std::string& text) {
@@ -72,7 +77,7 @@ void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& event) {
     warnings_.push_back(withIdentifier(event, tav::maskPasswords(event.getText())));
   if (quiet && event.getSeverity() > tav::kSeverityError) return;
   if (terminal_ && format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus)
-    renewProgress(withFile(file, printable(tav::maskPasswords(event.getText()))), true);
+    renewProgress(withFile(file, shown(event.getText())), true);
   else
     writeLine(file, event);
 }
@@ -88,16 +93,15 @@ void MessageLog::logFailure(std::string_view message, const std::string& file) {
 }
 
 void MessageLog::writeLine(const std::string& file, const TAVLogEvent& event) {
-  const std::string text = tav::maskPasswords(event.getText());
   if (format == LogFormat::json) {
     nlohmann::ordered_json line;
-    if (!file.empty()) line["file"] = file;
+    if (!file.empty()) line["file"] = tav::maskPasswords(file);
     line["level"] = tav::severityName(event.getSeverity());
     line["id"] = event.getMessageId().view();
-    line["text"] = text;
+    line["text"] = tav::maskPasswords(event.getText());
     return writeError(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
   }
-  std::string line = withFile(file, withIdentifier(event, printable(text)));
+  std::string line = withFile(file, withIdentifier(event, shown(event.getText())));
   if (colours_ && event.getSeverity() <= tav::kSeverityWarning)
     line = fmt::format("{}{}{}", event.getSeverity() < tav::kSeverityWarning ? kRed : kYellow, line, kPlain);
   if (progress_.empty()) return writeError(line + "\n");
@@ -107,7 +111,7 @@ void MessageLog::writeLine(const std::string& file, const TAVLogEvent& event) {
 
 void MessageLog::showProgress(const std::string& step, int percent) {
   if (!terminal_ || quiet || format == LogFormat::json) return;
-  renewProgress(fmt::format("{} {} %", printable(step), percent), false);
+  renewProgress(fmt::format("{} {} %", shown(step), percent), false);
 }
 
 void MessageLog::renewProgress(const std::string& text, bool must) {

@@ -232,8 +232,8 @@ std::vector<std::pair<std::string, std::string>> LineageGraph::properties(NodeId
   }
   for (const TAVPropertyValue& property : object->propertyValues) {
     const TAVPropertyType* type = property.propertyType.get();
-    properties.emplace_back(maskPasswords(type ? type->getName() : property.getName()),
-                            maskPasswords(property.value));
+    const std::string_view name = type ? type->getName() : property.getName();
+    properties.emplace_back(maskPasswords(name), maskProperty(name, property.value));
   }
   return properties;
 }

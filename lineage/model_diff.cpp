@@ -33,8 +33,8 @@ Facts factsOf(const TAVElement& element) {
   }
   for (const TAVPropertyValue& property : element.propertyValues) {
     const TAVPropertyType* type = property.propertyType.get();
-    facts.emplace("property " + maskPasswords(type ? type->getName() : property.getName()),
-                  maskPasswords(property.value));
+    const std::string_view name = type ? type->getName() : property.getName();
+    facts.emplace("property " + maskPasswords(name), maskProperty(name, property.value));
   }
   const auto* feature = as<TAVFeature>(&element);
   if (feature && feature->type) facts.emplace("data type", maskPasswords(feature->type->getName()));

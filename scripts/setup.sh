@@ -74,8 +74,6 @@ need_for_program() {
   need command javac openjdk-17-jdk-headless
   need command jar openjdk-17-jdk-headless
   need archive jackson-core libjackson2-core-java
-  need archive jackson-annotations libjackson2-annotations-java
-  need archive jackson-databind libjackson2-databind-java
   # The page of the report.
   need command node nodejs
   need command npm npm

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kSpace = " \t\r\n";
+constexpr std::string_view kBehindValue = " \t\r\n,;)]}&|+";
 constexpr std::string_view kHidden = "***";
 constexpr std::array<std::string_view, 2> kKeys{"password", "pwd"};
 
@@ -64,8 +65,10 @@ struct Literal {
   std::size_t begin;  ///< of what stands inside
   Form form;
   char close;
-  /// In front of each of the two quotes: JSON that is itself quoted has one, quoted again three.
+  /// In front of each quote: JSON that is itself quoted has one, quoted again three.
   std::size_t backslashes = 0;
+  /// With escapes: the quotes of the literal are doubled as well, as M is that stands in JSON.
+  bool doubled = false;
 };
 
 /// Reads the text once from left to right. It follows quotes, because a plain value within quotes ends with
@@ -129,18 +132,30 @@ class Masking {
     const char close = at(i);
     const bool bracketed = open == '[' && close == ']';
     const bool quoted = bracketed || (isQuote(close) && open == close);
-    const bool doubled = quoted && at(i + 1) == close;
-    i = quoted ? i + (doubled ? 2 : 1) : end;
+    const bool doubled = quoted && isPair(end, i);
+    i = quoted ? i + 1 + (doubled ? i + 1 - end : 0) : end;
+    if (quoted) i = behindValueName(i);
     const std::size_t sign = skip(i, kSpace);
     const bool json = at(sign) == ':';
     if (!json && at(sign) != '=') return std::nullopt;
-    if (quoted && around_ == close && i == end + 1) around_ = '\0';
+    if (quoted && !doubled && around_ == close && text_[end] == close) around_ = '\0';
     return Key{json ? sign + 1 : endOfRun(sign),
                characterBefore(begin),
                json,
                quoted,
                sign == i,
                bracketed || open == '.' || (json && !quoted)};
+  }
+
+  /// Where a key and its value are members of their own, "name": "pwd", "value": "a", the place behind the
+  /// name of the second; else `i`.
+  [[nodiscard]] std::size_t behindValueName(std::size_t i) const {
+    std::size_t next = skip(i, kSpace);
+    if (at(next) != ',') return i;
+    const std::size_t begin = skip(next + 1, " \t\r\n\\\"");
+    for (next = begin; isWordCharacter(at(next));) ++next;
+    if (foldCase(text_.substr(begin, next - begin)) != "value") return i;
+    return skip(next, "\\\"");
   }
 
   [[nodiscard]] char characterBefore(std::size_t i) const noexcept {
@@ -169,15 +184,27 @@ class Masking {
     const std::size_t quote = skip(i, "\\");
     const char c = at(quote);
     if (!isQuote(c)) return std::nullopt;
+    if (quote > i && isPair(i, quote)) {
+      const std::size_t begin = 2 * quote + 2 - i;
+      if (begin >= text_.size() || isIn(text_[begin], kBehindValue)) return std::nullopt;
+      return Literal{begin, Form::escapedQuotes, c, quote - i, true};
+    }
     if (quote > i) return Literal{quote + 1, Form::escapedQuotes, c, quote - i};
     const std::size_t end = endOfRun(i);
     const std::size_t count = end - i;
     const bool isEven = count % 2 == 0;
-    if (c == around && (!isEven || count == 4)) return std::nullopt;
+    const bool atEnd = end == text_.size() || isIn(text_[end], kBehindValue);
+    if (c == around && ((!isEven && atEnd) || count == 4)) return std::nullopt;
     if (!isEven) return Literal{i + 1, json ? Form::escapedQuotes : Form::quotes, c};
     // Outside quotes, two are an empty literal, unless something follows that must be the value.
-    if (c != around && (end == text_.size() || isIn(text_[end], " \t\r\n,;)]}&|+"))) return std::nullopt;
+    if (c != around && atEnd) return std::nullopt;
     return Literal{i + 2, Form::doubledQuotes, c};
+  }
+
+  /// Whether the quote with the escapes before it, which begin at `begin`, stands there twice.
+  [[nodiscard]] bool isPair(std::size_t begin, std::size_t quote) const {
+    const std::size_t size = quote + 1 - begin;
+    return text_.substr(quote + 1, size) == text_.substr(begin, size);
   }
 
   /// The literal that an operator at `i` adds to the one in front.
@@ -200,7 +227,7 @@ class Masking {
     if (literal.form == Literal::Form::doubledQuotes)
       place_ = left > 1 ? end + 2 : end;  // a single quote closes what is around it
     else
-      place_ = std::min(end + literal.backslashes + 1, text_.size());
+      place_ = std::min(end + (literal.backslashes + 1) * (literal.doubled ? 2 : 1), text_.size());
   }
 
   /// Where the closing quote, brace or bracket begins, its backslashes included; the end of the text without.
@@ -212,7 +239,7 @@ class Masking {
       const std::size_t count = end - i;
       switch (literal.form) {
         case Literal::Form::escapedQuotes:
-          if (isClosing(i, literal)) return i - literal.backslashes;
+          if (isClosing(i, literal)) return std::max(i - literal.backslashes, literal.begin);
           ++i;
           break;
         case Literal::Form::doubledQuotes:
@@ -274,6 +301,10 @@ class Masking {
         continue;
       }
       const std::size_t end = endOfRun(i);
+      if (i > begin && text_[i - 1] == '\\' && isPair(i - 1, i)) {
+        i = end + 2;
+        continue;
+      }
       if ((end - i) % 2 == 1 && !isWordCharacter(at(end))) {
         i = end - 1;
         while (i > begin && text_[i - 1] == '\\') --i;  // of quoted JSON

@@ -27,9 +27,7 @@ share/doc/xmla-bridge/LICENSE
 share/doc/xmla-bridge/README.md
 share/man/man1/xmla-bridge.1
 share/xmla-bridge/java/MicrosoftSqlServerAs.jar
-share/xmla-bridge/java/jackson-annotations.jar
 share/xmla-bridge/java/jackson-core.jar
-share/xmla-bridge/java/jackson-databind.jar
 share/xmla-bridge/model.xsd
 share/zsh/site-functions/_xmla-bridge
 END
