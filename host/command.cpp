@@ -18,13 +18,13 @@ bool isSameFile(const std::string& a, const std::string& b) {
 }  // namespace
 
 void addInput(CLI::App& parser, std::string& input) {
-  parser.add_option("INPUT", input, "A definition, or a saved model (\"-\": one on standard input)")
+  parser.add_option("INPUT", input, "A definition or a saved model, \"-\" for a model on standard input")
       ->type_name("FILE")
       ->required();
 }
 
 void addOutput(CLI::App& parser, std::string& output) {
-  parser.add_option("-o,--output", output, "The file to write; standard output without it or with \"-\"")
+  parser.add_option("-o,--output", output, "The file to write, \"-\" for standard output (default: -)")
       ->type_name("FILE");
 }
 

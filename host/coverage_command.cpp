@@ -45,12 +45,14 @@ Command addCoverage(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* parser = program.add_subcommand(
       "coverage",
-      "Tell how many attributes and measures trace back to a database column, and why others do not");
+      "Show how many attributes and measures trace back to a database column, and why others do not");
   addInput(*parser, arguments->input);
-  parser->add_option("--fail-under", arguments->bound, "End with exit code 4 when fewer percent do than this")
+  parser
+      ->add_option("--fail-under", arguments->bound,
+                   "Exit with code 4 if the coverage is below this percentage")
       ->type_name("PERCENT")
       ->check(CLI::Range(0, kWholeCoverage));
-  parser->add_option("--format", arguments->format, "How the answer is written")
+  parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json"}));
   addOutput(*parser, arguments->output);

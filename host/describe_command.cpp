@@ -111,9 +111,9 @@ void writeJson(const Description& description, std::ostream& out) {
 
 Command addDescribe(CLI::App& program) {
   auto json = std::make_shared<bool>(false);
-  CLI::App* parser =
-      program.add_subcommand("describe", "Show version, specification, options and data store versions");
-  parser->add_flag("--json", *json, "As one JSON document");
+  CLI::App* parser = program.add_subcommand(
+      "describe", "Show version, specification, options and data store versions of the plug-in");
+  parser->add_flag("--json", *json, "Print one JSON document");
   return {parser, [json](MessageLog& /*log*/) {
             StandardOutput out;
             (*json ? writeJson : writeText)(describePlugin(), out.stream());

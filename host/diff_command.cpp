@@ -46,16 +46,15 @@ int compare(const Arguments& arguments, MessageLog& log) {
 
 Command addDiff(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser =
-      program.add_subcommand("diff", "Tell what differs between two definitions or models, lineage included");
+  CLI::App* parser = program.add_subcommand("diff", "Compare two definitions or models, lineage included");
   parser->add_option("OLD", arguments->before, "A definition or a saved model")
       ->type_name("FILE")
       ->required();
   parser->add_option("NEW", arguments->after, "Another one")->type_name("FILE")->required();
-  parser->add_option("--format", arguments->format, "How the answer is written")
+  parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "markdown"}));
-  parser->add_flag("--exit-code", arguments->exitCode, "End with exit code 5 when they differ");
+  parser->add_flag("--exit-code", arguments->exitCode, "Exit with code 5 if they differ");
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return compare(*arguments, log); }};
 }

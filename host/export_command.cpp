@@ -30,7 +30,8 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
   const tav::ExportFormat& format = *tav::findExportFormat(arguments.format);
   if (arguments.output != "-") checkOutput(arguments.options.input, arguments.output);
   if (arguments.output == "-" && format.writeFiles)
-    throw CLI::ValidationError("-o", "the format " + arguments.format + " is written to files: name one");
+    throw CLI::ValidationError("-o",
+                               "the format " + arguments.format + " is written to files: give a file name");
   const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
@@ -43,7 +44,7 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
 }
 
 std::string describeFormats() {
-  std::string text = "The format to write:";
+  std::string text = "The output format:";
   for (const tav::ExportFormat* format : tav::exportFormats())
     text.append("\n").append(format->name).append(": ").append(format->description);
   return text;
@@ -56,7 +57,7 @@ Command addExport(CLI::App& program) {
   std::vector<std::string> formats;
   for (const tav::ExportFormat* format : tav::exportFormats()) formats.emplace_back(format->name);
   CLI::App* parser =
-      program.add_subcommand("export", "Write a saved model or a definition in another format");
+      program.add_subcommand("export", "Export a saved model or a definition to another format");
   addInput(*parser, arguments->options.input);
   parser->add_option("--format", arguments->format, describeFormats())
       ->type_name("FORMAT")
@@ -64,12 +65,11 @@ Command addExport(CLI::App& program) {
       ->check(CLI::IsMember(formats));
   parser
       ->add_option("--from", arguments->options.from,
-                   "dot, mermaid: only this name and what depends on it; with --to, only the ways between")
+                   "dot, mermaid: only this object and what depends on it; with --to, only the paths between")
       ->type_name("NAME");
   parser
-      ->add_option(
-          "--to", arguments->options.to,
-          "dot, mermaid: only this name and what it comes from; the same as --from: both sides of it")
+      ->add_option("--to", arguments->options.to,
+                   "dot, mermaid: only this object and its sources; the same as --from: both directions")
       ->type_name("NAME");
   addOutput(*parser, arguments->output);
   addLineageOptions(*parser, arguments->options, arguments->post);

@@ -29,28 +29,27 @@ std::string checkUrl(const std::string& text) {
 
 void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget& post) {
   parser.add_flag("--openlineage-static", options.staticEvents,
-                  "openlineage: describe datasets and jobs, instead of runs that made them");
+                  "openlineage: describe datasets and jobs without runs");
   parser
       .add_option("--server", options.server,
-                  "openlineage: the server of the cubes, ssas://localhost without it")
+                  "openlineage: the server of the cubes (default: ssas://localhost)")
       ->type_name("URI")
       ->check(checkServer);
   CLI::Option* url = parser
                          .add_option("--post", post.url,
-                                     "openlineage: send the events to this end point of a lineage server, "
-                                     "instead of writing them to standard output")
+                                     "openlineage: post the events to this endpoint instead of writing them")
                          ->type_name("URL")
                          ->check(checkUrl);
   parser
       .add_option_function<double>(
           "--post-timeout",
           [&post](double seconds) { post.timeout = std::chrono::milliseconds(std::lround(seconds * 1000)); },
-          "How long one attempt to send an event may take, 30 seconds without it")
+          "The timeout of one attempt (default: 30 s)")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 86400.0))
       ->needs(url);
   parser
-      .add_option("--post-attempts", post.attempts, "How often an event is sent at most, 4 times without it")
+      .add_option("--post-attempts", post.attempts, "The maximum number of attempts per event (default: 4)")
       ->type_name("COUNT")
       ->check(CLI::Range(1, 100))
       ->needs(url);
@@ -59,8 +58,7 @@ void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget
 void checkLineageOptions(const CLI::App& parser, const std::string& format) {
   if (format == "openlineage") return;
   for (const char* option : kOptions)
-    if (parser.count(option) > 0)
-      throw CLI::ValidationError(option, "is an option of the format openlineage");
+    if (parser.count(option) > 0) throw CLI::ValidationError(option, "is an option of --format openlineage");
 }
 
 void postLineage(const TAVModel& model, const tav::ExportOptions& options, PostTarget target,

@@ -77,8 +77,7 @@ int import(const Arguments& arguments, MessageLog& log) {
 
 Command addImport(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser =
-      program.add_subcommand("import", "Read a definition and save its model, or those of many");
+  CLI::App* parser = program.add_subcommand("import", "Read one or more definitions and save their models");
   parser
       ->add_option("INPUT", arguments->inputs,
                    "The definition: an XMLA script, an .asdatabase file or a tabular model")
@@ -90,16 +89,15 @@ Command addImport(CLI::App& program) {
   arguments->folderOption =
       parser
           ->add_option("--out-dir", arguments->folder,
-                       "The folder to save models in, each by a process of its own; made when it is missing")
+                       "The folder to save models in, one process per file; created if missing")
           ->type_name("DIR")
           ->excludes(arguments->outputOption);
   parser
-      ->add_option("--jobs", arguments->jobs,
-                   "How many processes run at a time; as many as processors without it")
+      ->add_option("--jobs", arguments->jobs, "The number of parallel processes (default: one per processor)")
       ->type_name("N")
       ->check(CLI::Range(1, kMostJobs))
       ->needs(arguments->folderOption);
-  parser->add_flag("--json", arguments->json, "The summary as JSON");
+  parser->add_flag("--json", arguments->json, "Print the summary as JSON");
   return {parser, [arguments](MessageLog& log) { return import(*arguments, log); }};
 }
 

@@ -25,7 +25,7 @@ void addMessageOptions(CLI::App& parser, MessageLog& log) {
   parser
       .add_option_function<std::string>(
           "--log-format", [&log](const std::string& name) { log.format = kFormats.at(name); },
-          "How messages are written")
+          "The format of messages (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json"}));
 }

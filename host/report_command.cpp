@@ -25,7 +25,8 @@ int report(const Arguments& arguments, MessageLog& log) {
 
 Command addReport(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser = program.add_subcommand("report", "Write a page that shows a model and its lineage");
+  CLI::App* parser =
+      program.add_subcommand("report", "Write a self-contained HTML report of a model and its lineage");
   addInput(*parser, arguments->input);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return report(*arguments, log); }};

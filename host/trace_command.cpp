@@ -43,13 +43,14 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
   addInput(*parser, arguments->input);
   parser
       ->add_option("NAME", arguments->name,
-                   "A path, a qualified name such as \"[Measures].[Sales]\" or dbo.FactSales.Amount, or a "
-                   "part of one that fits only once")
+                   "A path, a qualified name such as \"[Measures].[Sales]\" or dbo.FactSales.Amount, or an "
+                   "unambiguous part of one")
       ->required();
-  parser->add_option("--format", arguments->format, "How the answer is written")
+  parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "dot"}));
-  parser->add_option("--depth", arguments->depth, "How many steps to go; all without it")->type_name("N");
+  parser->add_option("--depth", arguments->depth, "The maximum number of steps (default: no limit)")
+      ->type_name("N");
   addOutput(*parser, arguments->output);
   return {parser, [arguments, direction](MessageLog& log) { return tell(*arguments, direction, log); }};
 }
@@ -57,12 +58,12 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
 }  // namespace
 
 Command addTrace(CLI::App& program) {
-  return add(program, "trace", "Show where something comes from, back to the columns of the database",
+  return add(program, "trace", "Trace an object back to its source columns in the database",
              tav::LineageDirection::upstream);
 }
 
 Command addImpact(CLI::App& program) {
-  return add(program, "impact", "Show everything that depends on something",
+  return add(program, "impact", "Show everything that depends on an object",
              tav::LineageDirection::downstream);
 }
 

@@ -132,7 +132,8 @@ Installing them needs root or sudo. As root: apt-get install ${packages[*]}"
     tail -n 30 "$log" >&2
     rm -f "$log"
     die "$wanted
-Installing them failed; the last lines of apt-get are above. As root: apt-get install ${packages[*]}"
+Installing them failed; the last lines of apt-get are above. Behind a proxy, set http_proxy and https_proxy and try
+again. As root: apt-get install ${packages[*]}"
   fi
   rm -f "$log"
   hash -r
@@ -141,7 +142,15 @@ Installing them failed; the last lines of apt-get are above. As root: apt-get in
   done
 }
 
-run_apt() { "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300 "$@" </dev/null; }
+# sudo drops the environment, and the proxies with it. A mirror that never answers is given up after a minute.
+run_apt() {
+  local settings=(DEBIAN_FRONTEND=noninteractive) name
+  for name in http_proxy https_proxy no_proxy; do
+    [ -z "${!name-}" ] || settings+=("$name=${!name}")
+  done
+  "${as_root[@]}" env "${settings[@]}" apt-get -q -o DPkg::Lock::Timeout=300 -o Acquire::http::Timeout=30 \
+    -o Acquire::https::Timeout=30 -o Acquire::Retries=1 "$@" </dev/null
+}
 
 join_by() {
   local separator=$1 text=$2
