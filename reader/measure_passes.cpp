@@ -45,10 +45,11 @@ void resolveMeasures(ImportRun& run, const TAVDesignPackage& cubesFolder) {
   run.records.analyzer.setCubesFolder(cubesFolder);
   const std::vector<TAVPackage*> packages = cubesFolder.getChildPackages();
   // Only dimensions that stand in a cube's package itself: groups, in their folder, have their sources.
-  for (const TAVPackage* package : packages)
+  for (const TAVPackage* package : packages) {
     for (TAVNamespaceElement& element : package->namespaceElements)
       if (const auto* dimension = as<TAVDimension>(&element))
         resolveMeasureSources(run.records.analyzer, *dimension);
+  }
   // After the first pass, as the measures of cubes take over what that has given to those of dimensions.
   for (const TAVPackage* package : packages) {
     for (TAVNamespaceElement& element : package->namespaceElements) {

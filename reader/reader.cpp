@@ -25,19 +25,20 @@ bool TAVSQLServerXMLAImportBridge::importFile(const TAVString& identifier, TAVSt
   cleanUp();
   run_ = std::make_unique<tav::ImportRun>(run_->log);
   run_->model = model;
+  run_->file = std::move(file);
   importing_ = true;
-  if (!file.exists()) QVT_SSXMLA::MICROSOFT_XMLA_I_FILE_NOT_OPEN.throwException(file.getPath());
-  readDocument(file);
+  if (!run_->file.exists()) QVT_SSXMLA::MICROSOFT_XMLA_I_FILE_NOT_OPEN.throwException(run_->file.getPath());
+  readDocument();
   factorizeTypes(*model, 0, 0);
-  if (model->metadataOrigins.empty()) model->addMetadataOrigin(tav::describeOrigin(identifier, file));
+  if (model->metadataOrigins.empty()) model->addMetadataOrigin(tav::describeOrigin(identifier, run_->file));
   cleanUp();
   return true;
 }
 
-void TAVSQLServerXMLAImportBridge::readDocument(const TAVFile& file) {
+void TAVSQLServerXMLAImportBridge::readDocument() {
   run_->document = std::make_unique<TAVDOM>(run_->log);
   run_->document->setProgress(tav::reportParsed);
-  const TAVDOMElement* root = run_->document->parseFile(file);
+  const TAVDOMElement* root = run_->document->parseFile(run_->file);
   const TAVDOMElement* database = root ? tav::findDatabase(*root) : nullptr;
   if (!database) return;
   // An element of another name is read as a database all the same; whether it was one shows in the model.

@@ -42,7 +42,7 @@ class TAVSQLServerXMLAImportBridge {
                                 const TAVString& expression, TAVDimension& measureGroup, TAVCube& cube);
 
  private:
-  void readDocument(const TAVFile& file);
+  void readDocument();
   void cleanUp();
 
   std::unique_ptr<tav::ImportRun> run_;

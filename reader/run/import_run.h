@@ -7,6 +7,7 @@
 
 #include "framework/dom/dom.h"
 #include "framework/model/model.h"
+#include "framework/std/file.h"
 #include "framework/std/log.h"
 #include "reader/run/id_index.h"
 #include "reader/run/import_types.h"
@@ -20,6 +21,7 @@ struct ImportRun {
 
   TAVLog* log;
   TAVStoreModel* model = nullptr;    ///< the caller's; there when the first step begins
+  TAVFile file;                      ///< the input
   std::unique_ptr<TAVDOM> document;  ///< while it is read; nothing in the model points into it
   ImportTypes types;
   ViewColumns columns;               ///< of the data source views

@@ -8,10 +8,11 @@ namespace tav {
 
 void ViewColumns::add(const TAVDesignPackage& view) {
   for (const TAVModelElement* table : view.getModelElements()) {
-    for (TAVFeature& column : static_cast<const TAVClassifier*>(table)->features)
-      // Columns that a view adds itself have no ID; bindings then name them as the database does.
-      columns_.add(column, view.nativeId, table->nativeId,
-                   column.nativeId.empty() ? column.physicalName : column.nativeId);
+    for (TAVFeature& column : static_cast<const TAVClassifier*>(table)->features) {
+      // A column without an ID is named by bindings as the database names it.
+      const TAVString& id = column.nativeId.empty() ? column.physicalName : column.nativeId;
+      columns_.add(column, view.nativeId, table->nativeId, id);
+    }
   }
 }
 
