@@ -15,15 +15,19 @@ namespace tav {
 inline constexpr std::size_t kIndexedChildren = 32;
 
 /// The first child of each tag, so that looking for a tag costs the same however many tags the children have.
-/// It lies in the arena; a pointer to it lies right in front of the children.
+/// It lies in the arena; what lies right in front of the children leads to it.
 class ChildIndex {
  public:
   static constexpr std::uint32_t kNone = 0xFFFFFFFF;
   class Builder;
+  /// What lies in front of indexed children.
+  struct Front {
+    const ChildIndex* index;
+  };
 
   /// The index of children that are at least kIndexedChildren.
   static const ChildIndex& before(const void* children) noexcept {
-    return **(static_cast<const ChildIndex* const*>(children) - 1);
+    return *(static_cast<const Front*>(children) - 1)->index;
   }
 
   /// The place of the first child with this tag, or kNone.

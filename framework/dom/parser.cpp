@@ -65,6 +65,7 @@ struct DomParser::Callbacks {
       p.warn("The external part of the document type, '" + TAVString(systemId) + "', is not read.");
     });
   }
+  // Reading one would let a definition from elsewhere name any file or address of this machine.
   static int externalEntity(XML_Parser parser, const char* context, const char* /*base*/,
                             const char* /*systemId*/, const char* /*publicId*/) {
     guarded(XML_GetUserData(parser), [=](DomParser& p) {
@@ -87,6 +88,8 @@ void DomParser::FreeParser::operator()(XML_ParserStruct* parser) const noexcept 
 
 DomParser::DomParser(DomStorage& storage, TAVLog* log, const DomLimits& limits, std::string_view document)
     : storage_(storage), log_(log), limits_(limits), document_(document), parser_(XML_ParserCreate(nullptr)) {
+  // Without Expat's own namespaces: they would drop the prefixes, and refuse those that real files never
+  // declare.
   XML_Parser parser = parser_.get();
   if (!parser) throw std::bad_alloc();
   storage_.names.closeScope(0);  // an earlier document may have broken off inside
@@ -137,6 +140,7 @@ void DomParser::feed(const Read& read, std::uint64_t& fed, bool& last) {
 
 void DomParser::start(const char* name, const char** attributes) {
   Frame frame{{}, closed_.size(), text_.size(), storage_.names.openScope()};
+  // What an element declares holds for its own tag, so all of its attributes are looked at before the tag.
   std::size_t count = 0;
   for (; attributes[2 * count]; ++count)
     storage_.names.declare(attributes[2 * count], attributes[2 * count + 1]);
@@ -180,6 +184,8 @@ void DomParser::addText(std::string_view text) {
   text_ += text;
 }
 
+// The children of an element are known when it ends, and only then do they get their place side by side.
+// Until then they lie on closed_, behind those of the elements around it, as its text lies on text_.
 void DomParser::end() {
   const Frame& frame = open_.back();
   TAVDOMElement element = frame.element;
@@ -200,14 +206,16 @@ void DomParser::end() {
 void DomParser::placeChildren(TAVDOMElement& element, std::span<const TAVDOMElement> children) {
   if (!fits<std::int32_t>(children.size())) return stop("an element has more than 2,147,483,647 children");
   const bool indexed = children.size() >= kIndexedChildren;
-  const std::size_t front = indexed ? sizeof(const ChildIndex*) : 0;
+  const std::size_t front = indexed ? sizeof(ChildIndex::Front) : 0;
+  // Elements that point to a child's own children can be copied, because those have their place for good.
   auto* place =
       static_cast<std::byte*>(storage_.arena.allocate(front + children.size_bytes(), alignof(TAVDOMElement)));
   auto* first = reinterpret_cast<TAVDOMElement*>(place + front);
   std::uninitialized_copy(children.begin(), children.end(), first);
   element.children_ = first;
   element.count_ = static_cast<std::uint32_t>(children.size());
-  if (indexed) std::construct_at(reinterpret_cast<const ChildIndex**>(place), indexOf(children));
+  if (indexed)
+    std::construct_at(reinterpret_cast<ChildIndex::Front*>(place), ChildIndex::Front{indexOf(children)});
 }
 
 const ChildIndex* DomParser::indexOf(std::span<const TAVDOMElement> children) const {
@@ -237,7 +245,6 @@ TAVString DomParser::causeOf(int error) const {
   if (error == XML_ERROR_NO_ELEMENTS && !open_.empty())
     return TAVString("the document ends inside <") + openElement();
   if (error == XML_ERROR_NO_ELEMENTS) return "the document has no element";
-  if (error == XML_ERROR_INCORRECT_ENCODING) return "the document is not in the encoding that it declares";
   if (error == XML_ERROR_UNKNOWN_ENCODING) return "the declared encoding is unknown";
   if (error == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) return "its entities expand to too much text";
   const char* words = XML_ErrorString(static_cast<XML_Error>(error));

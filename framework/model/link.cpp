@@ -113,7 +113,8 @@ void leaveLinks(TAVObject& object) {
   }
 }
 
-/// Marks an object and all that it contains as going, and lists them.
+/// Marks an object and all that it contains as going, and lists them. Objects of one tree name each other all
+/// over: without the marks each would put right the collections and indexes of others that go as well.
 std::vector<TAVObject*> doom(TAVObject& root) {
   std::vector<TAVObject*> tree;
   std::vector<TAVObject*> waiting{&root};
@@ -135,6 +136,7 @@ void leaveContainer(TAVObject& object) noexcept {
 
 }  // namespace
 
+// By its text: a row cannot be found while compiling, because rows are known only where all classes are.
 LinkNumber findLink(std::string_view member) noexcept {
   const auto row = std::find_if(kLinkRows.begin(), kLinkRows.end(),
                                 [&](const LinkRow& link) { return link.member == member; });
@@ -143,6 +145,8 @@ LinkNumber findLink(std::string_view member) noexcept {
 }
 
 void linkObjects(LinkNumber row, TAVObject& from, TAVObject& to) {
+  // A single end holds one link only. So a part that is added to another container leaves the first one, and
+  // never has two.
   const LinkNumber back = kOppositeRows[row];
   clearLink(row, from);
   clearLink(back, to);
@@ -190,6 +194,7 @@ TAVString uniqueNameIn(TAVSdkCollection& collection, const TAVString& name, char
   if (!data || !taken(name)) return name;
   Indexes& indexes = indexesOf(*data);
   if (!indexes.numbers) indexes.numbers = std::make_unique<UniqueNumbers>();
+  // Counting from 2 each time would make many equal names cost their square.
   const std::string stem = name.str() + separator;
   UniqueNumbers::Numbers& numbers = indexes.numbers->of(stem);
   while (!numbers.freed.empty()) {
@@ -233,6 +238,7 @@ void TAVObject::setName(TAVString name) {
     if (!listed || !kLinkRows[link.opposite].isMany()) continue;
     forEachSlot(link, *this, [&](const Slot& slot) {
       if (!slot.other) return;
+      // Told before the name changes: an index knows an object by the hash of the name it has.
       const ManyData& data = *LinkAccess::many(link.opposite, *slot.other);
       if (!data.indexes) return;
       if (data.indexes->names) data.indexes->names->rename(data.slots, slot.peer, name.view());

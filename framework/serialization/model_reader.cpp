@@ -5,6 +5,7 @@
 #include <charconv>
 #include <unordered_map>
 
+#include "framework/dom/document_encoding.h"
 #include "framework/dom/dom.h"
 #include "framework/model/reflection.h"
 #include "framework/serialization/model_format.h"
@@ -59,6 +60,7 @@ class Loader {
     const LinkInfo* link;
     std::int32_t next = 0;
   };
+  /// References wait until every object is there: they may name what stands behind them.
   struct Pending {
     const TAVDOMElement* element;
     TAVObject* from;
@@ -81,6 +83,7 @@ class Loader {
     if (!info || !info->create || !derives(info->id, role.link->row->target))
       failAt(*element, "'" + std::string(element->getTagName()) + "' cannot stand in '" +
                            std::string(role.link->row->name) + "'");
+    // Linked after its attributes: a container's index of names takes in the name that an object comes with.
     Owned<TAVObject> made = info->create();
     TAVObject& object = *made;
     readAttributes(*element, object, *info);
@@ -237,8 +240,9 @@ bool isSavedModel(const TAVString& path) {
   XML_SetUserData(parser.get(), &finder);
   XML_SetStartElementHandler(parser.get(), &rootFound);
   std::array<char, 4096> bytes{};
-  for (;;) {
+  for (bool first = true;; first = false) {
     const std::size_t size = file.read(bytes.data(), bytes.size());
+    if (first) XML_SetEncoding(parser.get(), encodingInSpiteOf({bytes.data(), size}));
     const auto status = XML_Parse(parser.get(), bytes.data(), static_cast<int>(size), size == 0);
     if (status != XML_STATUS_OK || size == 0) return finder.root == typeText<TAVMultiModel>();
   }

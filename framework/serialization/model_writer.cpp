@@ -27,6 +27,7 @@ class Writer {
     openDocumentElement(content);
     text_ += ">\n   <models>";
     depth_ = 4;
+    // Before anything is written, because references may name what comes later.
     numberTree(model, [](const TAVObject& /*object*/) { return false; });
     walkTree(model, *this);
     text_ += "\n   </models>\n  </";
@@ -56,6 +57,7 @@ class Writer {
     number(kElementTypeAttribute, kClassRanges[info.id].code);
   }
 
+  /// The tag stays open for what its element may hold, so that an element without content is closed in one.
   void startTag(std::string_view tag) {
     if (tagOpen_) text_ += '>';
     newLine();

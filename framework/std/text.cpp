@@ -81,12 +81,13 @@ bool equalNames(std::string_view a, std::string_view b) {
 
 std::string_view beginningOf(std::string_view text, std::size_t bytes) noexcept {
   if (bytes >= text.size()) return text;
-  // A character has at most three bytes behind its first. What has more is no UTF-8, and is cut anywhere.
-  for (std::size_t end = bytes; end + 3 >= bytes; --end) {
-    if ((static_cast<unsigned char>(text[end]) & 0xC0U) != 0x80U) return text.substr(0, end);
-    if (end == 0) break;
-  }
-  return text.substr(0, bytes);
+  const auto continues = [&](std::size_t at) {
+    return (static_cast<unsigned char>(text[at]) & 0xC0U) == 0x80U;
+  };
+  std::size_t end = bytes;
+  // A character has at most three bytes behind its first; what has more is no UTF-8.
+  for (int back = 0; back < 3 && end > 0 && continues(end); ++back) --end;
+  return text.substr(0, end);
 }
 
 std::string mendedUtf8(std::string_view text) {

@@ -156,6 +156,16 @@ TEST(Loading, ASavedModelIsToldByItsRoot) {
   EXPECT_FALSE(tav::isSavedModel(folder.path().string()));
 }
 
+TEST(Loading, AModelThatAnEditorSavedInAnotherEncodingIsOne) {
+  const auto model = tav::make<TAVStoreModel>("Sales");
+  std::string document("\xFF\xFE");
+  for (const char c : saved(*model)) document.append({c, '\0'});
+  const tav::test::TemporaryFolder folder;
+  const TAVString path(folder.write("model.xml", document));
+  EXPECT_TRUE(tav::isSavedModel(path));
+  EXPECT_EQ(saved(*tav::loadModel(path)), saved(*model));
+}
+
 TEST(Schema, TheDocumentedOneIsTheOneOfTheClasses) {
   std::ostringstream schema;
   tav::writeModelSchema(schema);
