@@ -197,6 +197,7 @@ class QueryParser {
   void unexpectedName();
   void unexpectedInBracket();
   void windowName();
+  bool shown();
   void call();
   void readArguments(std::string_view function);
   void value() { touchAndTake(); }

@@ -55,9 +55,10 @@ constexpr Set kNames = setOf(Sign::name, Sign::call);
 constexpr Set kUnite = setOf(Sign::unite, Sign::intersect, Sign::except);
 constexpr Set kStatements = setOf(Sign::statement, Sign::insert, Sign::create);
 /// Words that are names where they mean nothing.
-constexpr Set kSoft = kNames | kStatements |
-                      setOf(Sign::on, Sign::usingWord, Sign::join, Sign::joinKind, Sign::pivot, Sign::hint,
-                            Sign::over, Sign::zone, Sign::typed, Sign::interval, Sign::table, Sign::lateral);
+constexpr Set kSoft =
+    kNames | kStatements |
+    setOf(Sign::on, Sign::usingWord, Sign::join, Sign::joinKind, Sign::pivot, Sign::hint, Sign::over,
+          Sign::shortSelect, Sign::zone, Sign::typed, Sign::interval, Sign::table, Sign::lateral);
 constexpr Set kConstants = setOf(Sign::literal, Sign::string);
 constexpr Set kOperations = setOf(Sign::operation, Sign::times, Sign::equal, Sign::distinct,
                                   Sign::wordOperation, Sign::values, Sign::casePart);
@@ -88,6 +89,9 @@ constexpr QueryParser::Rule QueryParser::kRules[] = {
      {&QueryParser::skip, State::other}},
     {kOther | kWith | setOf(State::statement, State::united),
      setOf(Sign::select),
+     {&QueryParser::select, State::column}},
+    {setOf(State::statement, State::united, State::other, State::expressionEnd),
+     setOf(Sign::shortSelect),
      {&QueryParser::select, State::column}},
     {kOther | setOf(State::statement, State::united),
      setOf(Sign::with),

@@ -39,6 +39,7 @@ enum class QuerySign : std::uint8_t {
   casePart,  ///< WHEN, THEN, ELSE
   endWord,
   select,
+  shortSelect,  ///< SEL, where a query begins
   with,
   from,
   where,    ///< WHERE, HAVING, QUALIFY
