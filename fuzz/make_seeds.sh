@@ -29,7 +29,7 @@ for corpus in queries dialects; do split "expression/$corpus.txt" query '' ''; d
 for corpus in reader/documents reader/sources reader/dimensions bad_input/elements; do
   split "$corpus.txt" import '' ''
 done
-split dsv/views.txt import \
+split views/views.txt import \
   '<Database xmlns:xs="http://www.w3.org/2001/XMLSchema" xmlns:msprop="urn:schemas-microsoft-com:xml-msprop"><DataSourceViews>' \
   '</DataSourceViews></Database>'
 sed -n 's/.*= "\([A-Za-z]*\)";/\1/p' "$root/reader/run/vocabulary.h" | tags >>"$folder/import.dict"

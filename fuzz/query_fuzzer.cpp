@@ -14,6 +14,11 @@ void checkPart(const tav::Query& query, const tav::QueryPart& part) {
   for (const std::uint32_t used : part.queries) tav::fuzz::require(used < query.queries.size());
 }
 
+void checkSource(const tav::QueryResolver& resolver, const tav::QuerySource& source) {
+  tav::fuzz::require(source.object == tav::QuerySource::kUnknown ||
+                     source.object < resolver.objects().size());
+}
+
 }  // namespace
 
 // libFuzzer gives the name.
@@ -25,9 +30,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const tav::QueryBlock& block : query.blocks) {
     for (const tav::QueryColumn& column : block.columns) {
       checkPart(query, column);
-      resolver.sourcesOf(column.name);
+      for (const tav::QuerySource& source : resolver.sourcesOf(column.name)) checkSource(resolver, source);
     }
   }
-  resolver.conditionSources();
+  for (const tav::QuerySource& source : resolver.conditionSources()) checkSource(resolver, source);
   return 0;
 }

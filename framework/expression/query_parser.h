@@ -31,6 +31,12 @@ class QueryParser {
     Action action = nullptr;
     State next = State::stay;
   };
+  struct Rule {
+    std::uint64_t states;  // sets of states and signs, a bit for each
+    std::uint64_t signs;
+    Transition transition;
+  };
+  static const Rule kRules[];
   static const Transition& transitionOf(State state, Sign sign) noexcept;
 
   /// Where the columns that are named belong to.
@@ -191,6 +197,7 @@ class QueryParser {
   void unexpectedName();
   void unexpectedInBracket();
   void windowName();
+  bool shown();
   void call();
   void readArguments(std::string_view function);
   void value() { touchAndTake(); }

@@ -74,12 +74,12 @@ enum class QueryState : std::uint8_t {
   unpivotIn,
   unpivotInputs,
   unpivotAlias,
-  count_,
-  // The partner of the state at hand.
-  stay = count_,
+  // Where to go in the table of transitions: nowhere, or to the partner of the state at hand.
+  stay,
   toOperand,
   toOperator,
 };
+inline constexpr std::size_t kQueryStates = static_cast<std::size_t>(QueryState::stay);
 
 /// Where the next value of the same list, condition or bracket is waited for.
 constexpr QueryState operandOf(QueryState state) noexcept {

@@ -79,6 +79,9 @@ bool QueryTokens::startsQuery(std::size_t count) {
   const Token& token = at(count);
   if (!token.bare || !isName(count)) return false;
   const QuerySign sign = signOfWord(token.text);
+  const bool named =
+      isName(count + 1) || at(count + 1).kind == Token::Kind::number || at(count + 1).op == Op::times;
+  if (sign == QuerySign::shortSelect) return named;
   return sign == QuerySign::select || sign == QuerySign::with || sign == QuerySign::values;
 }
 

@@ -82,7 +82,19 @@ void QueryParser::windowName() {
 
 // Calls and brackets.
 
+/// a (FORMAT '9.99'), a (TITLE 'x'), a (NAMED b): how a value is shown, which looks like a call.
+bool QueryParser::shown() {
+  const bool format = tokens_.isWord("FORMAT", 2) || tokens_.isWord("TITLE", 2);
+  const bool named = tokens_.isWord("NAMED", 2) && tokens_.isName(3);
+  if (!named && !(format && tokens_.at(3).kind == Token::Kind::string)) return false;
+  name();
+  if (named && frame().sink.kind == Sink::Kind::column) column().name = tokens_.at(2).text;
+  skipBrackets(&QueryParser::touchAndTake);
+  return true;
+}
+
 void QueryParser::call() {
+  if (shown()) return;
   const Token& token = tokens_.at();
   const std::string_view function = token.text.substr(token.lastPart);
   if (token.parts > 1 && isValueMethod(function))

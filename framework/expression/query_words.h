@@ -2,6 +2,7 @@
 
 // What the tokens of statements are to the reader of statements. Letter case is ignored.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -38,6 +39,7 @@ enum class QuerySign : std::uint8_t {
   casePart,  ///< WHEN, THEN, ELSE
   endWord,
   select,
+  shortSelect,  ///< SEL, where a query begins
   with,
   from,
   where,    ///< WHERE, HAVING, QUALIFY
@@ -70,8 +72,8 @@ enum class QuerySign : std::uint8_t {
   create,
   table,
   lateral,
-  count_,
 };
+inline constexpr std::size_t kQuerySigns = static_cast<std::size_t>(QuerySign::lateral) + 1;
 
 /// What a word means in a statement, QuerySign::name for all that mean nothing. Some mean it only in front of
 /// certain others, which QueryTokens sees to.
