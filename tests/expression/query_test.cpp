@@ -172,8 +172,12 @@ std::string chain(int count) {
   std::string sql = "WITH e0 AS (SELECT a, b FROM t)";
   for (int i = 1; i <= count; ++i) {
     const std::string before = "e" + std::to_string(i - 1);
-    sql += ", e" + std::to_string(i) + " AS (SELECT x.a + y.b AS a, y.a - x.b AS b FROM " + before +
-           " x JOIN " + before + " y ON x.a = y.b)";
+    sql += ", e" + std::to_string(i);
+    sql += " AS (SELECT x.a + y.b AS a, y.a - x.b AS b FROM ";
+    sql += before;
+    sql += " x JOIN ";
+    sql += before;
+    sql += " y ON x.a = y.b)";
   }
   return sql + " SELECT a, b FROM e" + std::to_string(count);
 }
