@@ -22,7 +22,7 @@ add_executable(clock main.cpp)
 target_link_libraries(clock PRIVATE objects)
 END
 cat >main.cpp <<'END'
-#include "bridge/build_time.h"
+#include "bridge/catalogue/build_time.h"
 
 #include <cstdio>
 
