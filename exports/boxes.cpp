@@ -20,7 +20,7 @@ std::uint64_t pairOf(NodeId from, NodeId to) {
 
 }  // namespace
 
-std::vector<Box> boxesOf(const LineageGraph& graph, const GraphPart& part) {
+std::vector<Box> boxesOf(const LineageGraph& graph, const Subgraph& part) {
   std::vector<Box> boxes;
   std::unordered_map<NodeId, std::size_t> places;
   for (const NodeId id : part.nodes) {
@@ -32,7 +32,7 @@ std::vector<Box> boxesOf(const LineageGraph& graph, const GraphPart& part) {
   return boxes;
 }
 
-std::vector<const LineageEdge*> edgesToDraw(const LineageGraph& graph, const GraphPart& part) {
+std::vector<const LineageEdge*> edgesToDraw(const LineageGraph& graph, const Subgraph& part) {
   std::unordered_set<std::uint64_t> joined;
   for (const LineageEdge* edge : part.edges)
     if (edge->kind != EdgeKind::member && isRow(graph, edge->from) && isRow(graph, edge->to))

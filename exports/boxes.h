@@ -5,7 +5,7 @@
 
 #include <vector>
 
-#include "lineage/graph_part.h"
+#include "lineage/subgraph.h"
 
 namespace tav {
 
@@ -16,10 +16,10 @@ struct Box {
 
 /// The boxes of a part of a graph in the order of the graph, those of owners that are not in the part
 /// included.
-std::vector<Box> boxesOf(const LineageGraph& graph, const GraphPart& part);
+std::vector<Box> boxesOf(const LineageGraph& graph, const Subgraph& part);
 
 /// Whether an edge says more than the boxes do: what a cube shows stands in it as a row, and that a table
 /// feeds a dimension is said by the edges between their rows where there are any.
-std::vector<const LineageEdge*> edgesToDraw(const LineageGraph& graph, const GraphPart& part);
+std::vector<const LineageEdge*> edgesToDraw(const LineageGraph& graph, const Subgraph& part);
 
 }  // namespace tav

@@ -54,7 +54,7 @@ class DotText {
  public:
   DotText(const LineageGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
 
-  void write(const GraphPart& part) {
+  void write(const Subgraph& part) {
     rowOf_.assign(graph_.nodes().size(), kNoNode);
     out_ << kHead;
     for (const Box& box : boxesOf(graph_, part)) writeBox(box);
@@ -117,19 +117,20 @@ class DotText {
 
 }  // namespace
 
-void writeDot(const LineageGraph& graph, const GraphPart& part, std::ostream& out) {
+void writeDot(const LineageGraph& graph, const Subgraph& part, std::ostream& out) {
   DotText(graph, out).write(part);
 }
 
 void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
-  writeDot(graph, partOf(lineageTree(graph, question.start, question.direction, question.depth, false)), out);
+  writeDot(graph, subgraphOf(lineageTree(graph, question.start, question.direction, question.depth, false)),
+           out);
 }
 
 extern const ExportFormat kDotFormat{
     "dot", "lineage as a drawing for Graphviz",
     [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
       const LineageGraph graph(model);
-      writeDot(graph, partAround(graph, options.from, options.to), out);
+      writeDot(graph, subgraphAround(graph, options.from, options.to), out);
     },
     nullptr, true};
 

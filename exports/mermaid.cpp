@@ -29,7 +29,7 @@ class MermaidText {
  public:
   MermaidText(const LineageGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
 
-  void write(const GraphPart& part) {
+  void write(const Subgraph& part) {
     out_ << "flowchart LR\n";
     for (const Box& box : boxesOf(graph_, part)) writeBox(box);
     for (const LineageEdge* edge : edgesToDraw(graph_, part)) writeEdge(*edge);
@@ -67,7 +67,7 @@ extern const ExportFormat kMermaidFormat{
     "mermaid", "lineage as a drawing for Mermaid, which Markdown pages show",
     [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
       const LineageGraph graph(model);
-      MermaidText(graph, out).write(partAround(graph, options.from, options.to));
+      MermaidText(graph, out).write(subgraphAround(graph, options.from, options.to));
     },
     nullptr, true};
 

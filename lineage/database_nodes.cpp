@@ -28,16 +28,15 @@ std::uint32_t DatabaseNodes::addAddress(const DatabaseAddress& address) {
   const std::string text =
       foldedName(address.server) + '\0' + foldedName(address.database) + (address.named ? "" : "\n");
   const auto [place, isNew] = addresses_.try_emplace(text);
-  if (isNew) place->second = builder_.addAddress(address);
+  if (isNew) place->second = keepAddress(address);
   return place->second;
 }
 
 NodeId DatabaseNodes::table(std::uint32_t address, std::string_view schema, std::string_view name) {
-  if (schema.empty()) schema = builder_.address(address).defaultSchema;
+  if (schema.empty()) schema = addressAt(address).defaultSchema;
   const auto [place, isNew] = tables_.try_emplace(key(address, schema, name));
   if (isNew) {
-    place->second =
-        builder_.addDatabaseNode({NodeKind::databaseTable, kNoNode, nullptr, name}, address, schema);
+    place->second = addNode({NodeKind::databaseTable, kNoNode, nullptr, name}, address, schema);
   }
   return place->second;
 }
@@ -52,15 +51,14 @@ NodeId DatabaseNodes::qualifiedTable(std::uint32_t address, std::span<const std:
     return place <= parts.size() ? std::string_view(parts[parts.size() - place]) : std::string_view();
   };
   if (!part(3).empty() || !part(4).empty())
-    address = addAddress(addressOf(builder_.address(address), part(4), part(3)));
+    address = addAddress(addressOf(addressAt(address), part(4), part(3)));
   return table(address, part(2), part(1));
 }
 
 NodeId DatabaseNodes::column(NodeId table, std::string_view name) {
   const auto [place, isNew] = columns_.try_emplace(key(table, name));
   if (isNew) {
-    place->second = builder_.addDatabaseNode({NodeKind::databaseColumn, table, nullptr, name},
-                                             builder_.addressOfNode(table), {});
+    place->second = addNode({NodeKind::databaseColumn, table, nullptr, name}, addressOfNode(table), {});
   }
   return place->second;
 }
@@ -71,10 +69,32 @@ NodeId DatabaseNodes::namedColumn(std::uint32_t address, std::string_view text, 
     return column(qualifiedTable(address, std::span(parts).first(parts.size() - 1)), parts.back());
   const auto [place, isNew] = columns_.try_emplace(key(query, parts.back()));
   if (isNew) {
-    place->second =
-        builder_.addDatabaseNode({NodeKind::databaseColumn, kNoNode, nullptr, parts.back()}, address, {});
+    place->second = addNode({NodeKind::databaseColumn, kNoNode, nullptr, parts.back()}, address, {});
   }
   return place->second;
+}
+
+std::uint32_t DatabaseNodes::keepAddress(const DatabaseAddress& address) {
+  graph_.addresses_.push_back(address);
+  return static_cast<std::uint32_t>(graph_.addresses_.size() - 1);
+}
+
+const DatabaseAddress& DatabaseNodes::addressAt(std::uint32_t number) const {
+  return graph_.addresses_[number];
+}
+
+NodeId DatabaseNodes::addNode(LineageNode node, std::uint32_t address, std::string_view schema) {
+  const auto keep = [&](std::string_view text) {
+    return text.empty() ? std::string_view() : std::string_view(graph_.texts_.emplace_back(text));
+  };
+  node.rawName = keep(node.rawName);
+  graph_.nodes_.push_back(node);
+  graph_.places_.push_back({address, keep(schema)});
+  return static_cast<NodeId>(graph_.nodes_.size() - 1);
+}
+
+std::uint32_t DatabaseNodes::addressOfNode(NodeId id) const {
+  return graph_.places_[id - graph_.firstDatabaseNode_].address;
 }
 
 }  // namespace tav

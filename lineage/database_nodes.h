@@ -7,7 +7,7 @@
 #include <unordered_map>
 
 #include "framework/std/string.h"
-#include "lineage/graph_builder.h"
+#include "lineage/lineage_graph.h"
 
 namespace tav {
 
@@ -15,7 +15,7 @@ namespace tav {
 /// names apart in any script; the first one asked for gives the spelling.
 class DatabaseNodes {
  public:
-  explicit DatabaseNodes(GraphBuilder& builder) : builder_(builder) {}
+  explicit DatabaseNodes(LineageGraph& graph) : graph_(graph) {}
 
   /// The address that the tables of a connection have. Null stands for a table without a connection.
   std::uint32_t addressOfConnection(const TAVStoreConnection* connection);
@@ -36,7 +36,13 @@ class DatabaseNodes {
   std::uint32_t addAddress(const DatabaseAddress& address);
   NodeId qualifiedTable(std::uint32_t address, std::span<const std::string> parts);
 
-  GraphBuilder& builder_;
+  std::uint32_t keepAddress(const DatabaseAddress& address);
+  [[nodiscard]] const DatabaseAddress& addressAt(std::uint32_t number) const;
+  /// The graph keeps copies of the texts.
+  NodeId addNode(LineageNode node, std::uint32_t address, std::string_view schema);
+  [[nodiscard]] std::uint32_t addressOfNode(NodeId id) const;
+
+  LineageGraph& graph_;
   std::unordered_map<const TAVStoreConnection*, std::uint32_t> connections_;
   std::unordered_map<std::string, std::uint32_t> addresses_;
   Index tables_;   // by address, folded schema and name

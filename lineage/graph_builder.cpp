@@ -87,6 +87,10 @@ std::string_view databaseName(const TAVModelObject& object) {
 }  // namespace
 
 /// The passes, each of which needs what those before it made.
+LineageGraph::LineageGraph(const TAVModel& model) : model_(model), tabular_(tav::isTabular(model)) {
+  GraphBuilder(*this).build();
+}
+
 void GraphBuilder::build() {
   // All nodes first: a source may stand anywhere in the model, also behind what it feeds.
   addNodes();
@@ -238,7 +242,7 @@ void GraphBuilder::addMemberEdges(NodeId id) {
 /// Three turns over the nodes: the connections of all tables have to be known before the first query is read,
 /// and the columns that stand for one of a database before a query may name that one again.
 void GraphBuilder::addDatabaseEdges() {
-  DatabaseNodes databases(*this);
+  DatabaseNodes databases(graph_);
   columnOfView_.assign(graph_.firstDatabaseNode_, kNoNode);
   tableAddress_.assign(graph_.firstDatabaseNode_, 0);
   const auto forEach = [&](auto add) {
@@ -293,29 +297,6 @@ void GraphBuilder::addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& data
     const NodeId column = databases.namedColumn(tableAddress_[table], name, table);
     if (known.insert(column).second) addEdge(column, id, kind);
   }
-}
-
-std::uint32_t GraphBuilder::addAddress(const DatabaseAddress& address) {
-  graph_.addresses_.push_back(address);
-  return static_cast<std::uint32_t>(graph_.addresses_.size() - 1);
-}
-
-const DatabaseAddress& GraphBuilder::address(std::uint32_t number) const {
-  return graph_.addresses_[number];
-}
-
-NodeId GraphBuilder::addDatabaseNode(LineageNode node, std::uint32_t address, std::string_view schema) {
-  const auto keep = [&](std::string_view text) {
-    return text.empty() ? std::string_view() : std::string_view(graph_.texts_.emplace_back(text));
-  };
-  node.rawName = keep(node.rawName);
-  graph_.nodes_.push_back(node);
-  graph_.places_.push_back({address, keep(schema)});
-  return static_cast<NodeId>(graph_.nodes_.size() - 1);
-}
-
-std::uint32_t GraphBuilder::addressOfNode(NodeId id) const {
-  return graph_.places_[id - graph_.firstDatabaseNode_].address;
 }
 
 void GraphBuilder::addEdge(NodeId from, NodeId to, EdgeKind kind, bool foundByGraph) {

@@ -20,13 +20,6 @@ class GraphBuilder {
 
   void build();
 
-  // For what finds the nodes of databases.
-  std::uint32_t addAddress(const DatabaseAddress& address);
-  [[nodiscard]] const DatabaseAddress& address(std::uint32_t number) const;
-  /// Keeps copies of the texts.
-  NodeId addDatabaseNode(LineageNode node, std::uint32_t address, std::string_view schema);
-  [[nodiscard]] std::uint32_t addressOfNode(NodeId id) const;
-
  private:
   void addNodes();
   void addClassifier(const TAVClassifier& classifier);

@@ -4,8 +4,6 @@
 #include <array>
 
 #include "framework/model/roles.h"
-#include "lineage/graph_builder.h"
-#include "lineage/traced_nodes.h"
 
 namespace tav {
 namespace {
@@ -94,10 +92,6 @@ bool givesValue(EdgeKind kind) noexcept {
   return kind != EdgeKind::condition && kind != EdgeKind::member;
 }
 
-LineageGraph::LineageGraph(const TAVModel& model) : model_(model), tabular_(tav::isTabular(model)) {
-  GraphBuilder(*this).build();
-}
-
 std::span<const LineageEdge> LineageGraph::into(NodeId id) const noexcept {
   return slice(edges_, inOffsets_, id);
 }
@@ -139,10 +133,6 @@ bool LineageGraph::countsRows(NodeId id) const {
   const LineageNode& original = node(originalOf(id));
   const auto* measure = as<TAVMeasure>(original.object);
   return measure && original.kind == NodeKind::measure && tav::countsRows(*measure);
-}
-
-std::vector<bool> LineageGraph::tracedBack(bool withFound) const {
-  return TracedNodes(*this, withFound).run();
 }
 
 }  // namespace tav

@@ -191,6 +191,7 @@ class LineageGraph {
   [[nodiscard]] std::vector<bool> tracedBack(bool withFound) const;
 
  private:
+  friend class DatabaseNodes;
   friend class GraphBuilder;
 
   /// How a text of the definition goes into a longer one: masked, or as it is. Names are masked one by one,

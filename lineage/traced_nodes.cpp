@@ -90,4 +90,8 @@ bool TracedNodes::hasTable(NodeId group) const {
                      [&](const LineageEdge& edge) { return isViewTable(graph_.node(edge.from).kind); });
 }
 
+std::vector<bool> LineageGraph::tracedBack(bool withFound) const {
+  return TracedNodes(*this, withFound).run();
+}
+
 }  // namespace tav

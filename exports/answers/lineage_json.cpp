@@ -1,6 +1,6 @@
 #include "exports/answers/lineage_text.h"
 #include "framework/std/json_text.h"
-#include "lineage/graph_part.h"
+#include "lineage/subgraph.h"
 
 namespace tav {
 namespace {
@@ -10,8 +10,8 @@ class JsonPart {
   JsonPart(const LineageGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
 
   void write(const LineageQuestion& question) {
-    const GraphPart part =
-        partOf(lineageTree(graph_, question.start, question.direction, question.depth, true));
+    const Subgraph part =
+        subgraphOf(lineageTree(graph_, question.start, question.direction, question.depth, true));
     const bool upstream = question.direction == LineageDirection::upstream;
     out_ << R"({"format":"xmla-lineage/1","direction":")" << (upstream ? "upstream" : "downstream")
          << R"(","start":)" << question.start << R"(,"nodes":[)";

@@ -73,7 +73,7 @@ uses=$(bash "$here/uses.sh" "${all[@]}")
 report < <(awk '!/^#/ && NF { split($1, from, ":"); for (i = 2; i <= NF; ++i) print $i, from[1] }' "$directions" |
   loops 'the table of directions has a circle:')
 report < <(awk -v table="$directions" -v verb='include from' -f "$here/directions.awk" <<<"$uses")
-report < <(grep -E '\.(java|ts|mjs)\|' <<<"$uses" | circles)
+report < <(circles <<<"$uses")
 mapfile -t files < <(printf '%s\n' "${all[@]}" | grep -E '\.(h|cpp)$' | grep -vE '^(tests|fuzz|benchmarks)/')
 if [ ${#files[@]} -gt 0 ]; then
   report < <(ownership "${files[@]}")

@@ -1,4 +1,4 @@
-#include "lineage/graph_part.h"
+#include "lineage/subgraph.h"
 
 #include <algorithm>
 
@@ -13,7 +13,7 @@ template <class T> void makeUnique(std::vector<T>& items) {
   items.erase(std::unique(items.begin(), items.end()), items.end());
 }
 
-void append(GraphPart& part, const GraphPart& more) {
+void append(Subgraph& part, const Subgraph& more) {
   part.nodes.insert(part.nodes.end(), more.nodes.begin(), more.nodes.end());
   part.edges.insert(part.edges.end(), more.edges.begin(), more.edges.end());
   makeUnique(part.nodes);
@@ -21,7 +21,7 @@ void append(GraphPart& part, const GraphPart& more) {
 }
 
 /// Takes out of `part` what is not in `other`.
-void intersect(GraphPart& part, const GraphPart& other) {
+void intersect(Subgraph& part, const Subgraph& other) {
   const auto isMissing = [](const auto& items) {
     return [&](const auto& item) {
       return !std::binary_search(items.begin(), items.end(), item, std::less<>());
@@ -31,21 +31,21 @@ void intersect(GraphPart& part, const GraphPart& other) {
   std::erase_if(part.edges, isMissing(other.edges));
 }
 
-GraphPart partOfWalk(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
-  return partOf(lineageTree(graph, findNode(graph, name, direction), direction, kUnlimitedDepth, false));
+Subgraph subgraphOfWalk(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
+  return subgraphOf(lineageTree(graph, findNode(graph, name, direction), direction, kUnlimitedDepth, false));
 }
 
 }  // namespace
 
-GraphPart wholeGraph(const LineageGraph& graph) {
-  GraphPart part;
+Subgraph wholeGraph(const LineageGraph& graph) {
+  Subgraph part;
   for (NodeId id = 0; id < graph.nodes().size(); ++id) part.nodes.push_back(id);
   for (const LineageEdge& edge : graph.edges()) part.edges.push_back(&edge);
   return part;
 }
 
-GraphPart partOf(const std::vector<LineageTreeLine>& lines) {
-  GraphPart part;
+Subgraph subgraphOf(const std::vector<LineageTreeLine>& lines) {
+  Subgraph part;
   for (const LineageTreeLine& line : lines) {
     part.nodes.push_back(line.node);
     if (line.edge) part.edges.push_back(line.edge);
@@ -55,12 +55,12 @@ GraphPart partOf(const std::vector<LineageTreeLine>& lines) {
   return part;
 }
 
-GraphPart partAround(const LineageGraph& graph, std::string_view from, std::string_view to) {
+Subgraph subgraphAround(const LineageGraph& graph, std::string_view from, std::string_view to) {
   if (from.empty() && to.empty()) return wholeGraph(graph);
-  if (from.empty()) return partOfWalk(graph, to, LineageDirection::upstream);
-  GraphPart part = partOfWalk(graph, from, LineageDirection::downstream);
+  if (from.empty()) return subgraphOfWalk(graph, to, LineageDirection::upstream);
+  Subgraph part = subgraphOfWalk(graph, from, LineageDirection::downstream);
   if (to.empty()) return part;
-  const GraphPart sources = partOfWalk(graph, to, LineageDirection::upstream);
+  const Subgraph sources = subgraphOfWalk(graph, to, LineageDirection::upstream);
   if (equalNames(from, to))
     append(part, sources);
   else

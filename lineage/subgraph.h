@@ -10,18 +10,18 @@
 namespace tav {
 
 /// Nodes in the order of the graph, and the edges among them that are shown, each once.
-struct GraphPart {
+struct Subgraph {
   std::vector<NodeId> nodes;
   std::vector<const LineageEdge*> edges;
 };
 
-GraphPart wholeGraph(const LineageGraph& graph);
+Subgraph wholeGraph(const LineageGraph& graph);
 
 /// What a walk went through.
-GraphPart partOf(const std::vector<LineageTreeLine>& lines);
+Subgraph subgraphOf(const std::vector<LineageTreeLine>& lines);
 
 /// What depends on `from`, what `to` comes from, or, with both, the ways between them; with the same name for
 /// both, everything on either side of it. Names as findNode takes them; an empty one is not asked for.
-GraphPart partAround(const LineageGraph& graph, std::string_view from, std::string_view to);
+Subgraph subgraphAround(const LineageGraph& graph, std::string_view from, std::string_view to);
 
 }  // namespace tav
