@@ -2,7 +2,7 @@
 
 #include "exports/formats.h"
 #include "framework/model/tree_walk.h"
-#include "framework/std/json_text.h"
+#include "framework/std/json_writer.h"
 #include "framework/std/mask.h"
 
 namespace tav {
@@ -21,21 +21,24 @@ class JsonExport {
 
   void write(const TAVModel& model) {
     numberTree(model, isPropertyValue);
-    text_ = R"({"format":"tav-model/1","model":)";
-    first_ = true;
+    json_.begin('{');
+    json_.member("format", "tav-model/1");
+    json_.key("model");
     walkTree(model, *this);
-    text_ += "}\n";
+    json_.close('}');
+    text_ += '\n';
     flush();
   }
 
   // What walkTree tells.
   void enter(const TAVObject& object) {
     if (isPropertyValue(object)) return;
-    text_ += first_ ? "\n{" : ",\n{";
+    json_.line();
+    json_.open('{');
     const ClassInfo& info = classInfo(object.classId());
-    text_ += "\"id\":" + std::to_string(Numbering::get(object));
-    member("class", info.name);
-    member("name", object.getName());
+    json_.member("id", Numbering::get(object));
+    json_.member("class", info.name);
+    text("name", object.getName());
     for (const AttributeRow* row : info.attributes) attribute(*row, object);
     if (const auto* element = as<TAVElement>(&object)) properties(*element);
     for (const LinkInfo& link : info.links)
@@ -43,78 +46,60 @@ class JsonExport {
     if (text_.size() >= kFlushSize) flush();
   }
   void leave(const TAVObject& object) {
-    if (isPropertyValue(object)) return;
-    text_ += '}';
-    first_ = false;
+    if (!isPropertyValue(object)) json_.close('}');
   }
   void enterRole(const LinkRow& row) {
-    if (row.target == classId<TAVPropertyValue>) return;
-    key(row.name);
-    text_ += '[';
-    first_ = true;
+    if (row.target != classId<TAVPropertyValue>) json_.open(row.name, '[');
   }
   void leaveRole(const LinkRow& row) {
-    if (row.target == classId<TAVPropertyValue>) return;
-    text_ += "\n]";
-    first_ = false;
+    if (row.target != classId<TAVPropertyValue>) json_.closeOnLine(']');
   }
 
  private:
-  void key(std::string_view name) { text_.append(",\"").append(name).append("\":"); }
-
   /// The one way for texts of the model, any of which may hold a password.
-  void text(std::string_view value) { appendJsonText(text_, maskPasswords(value)); }
-
-  void member(std::string_view name, std::string_view value) {
-    key(name);
-    text(value);
-  }
+  void text(std::string_view name, std::string_view value) { json_.member(name, maskPasswords(value)); }
 
   void attribute(const AttributeRow& row, const TAVObject& object) {
     const Value value = row.get(object);
     if (isDefault(value)) return;
-    if (const auto* given = std::get_if<std::string_view>(&value)) return member(row.name, *given);
-    key(row.name);
-    if (const auto* store = std::get_if<TAVDataStore>(&value))
-      dataStore(*store);
+    if (const auto* given = std::get_if<std::string_view>(&value))
+      text(row.name, *given);
+    else if (const auto* store = std::get_if<TAVDataStore>(&value))
+      dataStore(row.name, *store);
     else if (const auto* number = std::get_if<std::int64_t>(&value))
-      text_ += std::to_string(*number);
+      json_.member(row.name, *number);
     else
-      text_ += "true";
+      json_.member(row.name, true);
   }
 
-  void dataStore(const TAVDataStore& store) {
-    text_ += R"({"name":)";
-    text(store.name);
-    text_ += ",\"version\":[" + std::to_string(store.major) + "," + std::to_string(store.minor) + "," +
-             std::to_string(store.release) + "]}";
+  void dataStore(std::string_view name, const TAVDataStore& store) {
+    json_.open(name, '{');
+    text("name", store.name);
+    json_.open("version", '[');
+    for (const auto part : {store.major, store.minor, store.release}) json_.value(part);
+    json_.close(']');
+    json_.close('}');
   }
 
   void properties(const TAVElement& element) {
     if (element.propertyValues.empty()) return;
-    key("properties");
-    char separator = '{';
+    json_.open("properties", '{');
     for (const TAVPropertyValue& value : element.propertyValues) {
-      text_ += separator;
-      separator = ',';
       const TAVPropertyType* type = value.propertyType.get();
       const std::string_view name = type ? type->getName() : value.getName();
-      text(name);
-      text_ += ':';
-      appendJsonText(text_, maskProperty(name, value.value));
+      json_.member(maskPasswords(name), maskProperty(name, value.value));
     }
-    text_ += '}';
+    json_.close('}');
   }
 
   void references(const LinkRow& row, const TAVObject& object) {
     EndWalk walk(row, object);
     const TAVObject* other = walk.next();
     if (!other) return;
-    key(row.name);
-    if (row.isMany()) text_ += '[';
-    text_ += std::to_string(Numbering::get(*other));
-    while ((other = walk.next())) text_ += "," + std::to_string(Numbering::get(*other));
-    if (row.isMany()) text_ += ']';
+    if (!row.isMany()) return json_.member(row.name, Numbering::get(*other));
+    json_.open(row.name, '[');
+    for (; other; other = walk.next()) json_.value(Numbering::get(*other));
+    json_.close(']');
   }
 
   void flush() {
@@ -123,8 +108,8 @@ class JsonExport {
   }
 
   std::ostream& out_;
-  std::string text_;    // what is not yet handed to the stream
-  bool first_ = false;  // whether the next object is the first of its list
+  std::string text_;  // what is not yet handed to the stream
+  JsonWriter json_{text_};
 };
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "framework/std/json_text.h"
+#include "framework/std/json_writer.h"
 #include "framework/std/mask.h"
 #include "lineage/coverage.h"
 
@@ -12,9 +12,9 @@ namespace {
 constexpr std::size_t kFlushSize = std::size_t{1} << 16;
 
 /// What the page makes of "r".
-constexpr char kNoColumn = '0';
-constexpr char kColumn = '1';
-constexpr char kColumnByGraph = '2';
+constexpr int kNoColumn = 0;
+constexpr int kColumn = 1;
+constexpr int kColumnByGraph = 2;
 
 bool leadsSomewhere(NodeKind kind) {
   switch (kind) {
@@ -47,6 +47,7 @@ class DataWriter {
         out_(out) {}
 
   void write() {
+    json_.begin('{');
     head();
     counts();
     vocabulary();
@@ -55,26 +56,27 @@ class DataWriter {
     hierarchies();
     dataSources();
     coverage();
-    text_ += "}\n";
+    json_.close('}');
+    text_ += '\n';
     flush();
   }
 
  private:
   void head() {
-    text_ = R"({"format":"xmla-report/1")";
-    given("program", program_);
-    given("database", graph_.modelName());
+    json_.member("format", "xmla-report/1");
+    json_.member("program", program_);
+    json_.member("database", graph_.modelName());
     const TAVMetadataOrigin* origin = graph_.model().metadataOrigins.first();
-    given("source", origin ? maskPasswords(fileName(origin->path)) : std::string());
-    given("dialect", graph_.isTabular() ? "tabular" : "multidimensional");
+    json_.member("source", origin ? maskPasswords(fileName(origin->path)) : std::string());
+    json_.member("dialect", graph_.isTabular() ? "tabular" : "multidimensional");
   }
 
   void counts() {
     std::array<std::size_t, kNodeKindCount> kinds{};
     for (const LineageNode& node : graph_.nodes()) ++kinds[static_cast<std::size_t>(node.kind)];
     const auto of = [&](NodeKind kind) { return kinds[static_cast<std::size_t>(kind)]; };
-    open("counts", '[');
-    count("Data sources", graph_.model().storeConnections.getCount());
+    json_.open("counts", '[');
+    count("Data sources", static_cast<std::size_t>(graph_.model().storeConnections.getCount()));
     count("Tables", of(NodeKind::viewTable) + of(NodeKind::namedQuery));
     count("Columns", of(NodeKind::viewColumn) + of(NodeKind::computedColumn));
     count("Dimensions", of(NodeKind::dimension));
@@ -85,141 +87,132 @@ class DataWriter {
     count("Calculated measures", of(NodeKind::calculatedMeasure));
     count("KPIs", of(NodeKind::kpi));
     count("Unresolved references", coverage_.unresolved);
-    text_ += ']';
+    json_.close(']');
   }
-  template <class Number> void count(std::string_view label, Number number) {
-    next('[');
-    string(label);
-    text_.append(",").append(std::to_string(number)).append("]");
+  void count(std::string_view label, std::size_t number) {
+    json_.open('[');
+    json_.value(label);
+    json_.value(number);
+    json_.close(']');
   }
 
   void vocabulary() {
-    open("kinds", '[');
-    for (std::size_t i = 0; i < kNodeKindCount; ++i) {
-      next();
-      string(nodeKindName(static_cast<NodeKind>(i)));
-    }
-    text_ += ']';
-    open("edgeKinds", '[');
-    for (std::size_t i = 0; i < kEdgeKindCount; ++i) {
-      next();
-      string(edgeKindName(static_cast<EdgeKind>(i)));
-    }
-    text_ += ']';
+    json_.open("kinds", '[');
+    for (std::size_t i = 0; i < kNodeKindCount; ++i) json_.value(nodeKindName(static_cast<NodeKind>(i)));
+    json_.close(']');
+    json_.open("edgeKinds", '[');
+    for (std::size_t i = 0; i < kEdgeKindCount; ++i) json_.value(edgeKindName(static_cast<EdgeKind>(i)));
+    json_.close(']');
   }
 
   void nodes() {
-    open("nodes", '[');
+    json_.open("nodes", '[');
     for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
-      next();
+      json_.line();
       node(id);
       if (text_.size() >= kFlushSize) flush();
     }
-    text_ += ']';
+    json_.close(']');
   }
 
   void node(NodeId id) {
     const LineageNode& at = graph_.node(id);
-    text_.append("\n{\"k\":").append(std::to_string(static_cast<unsigned>(at.kind)));
-    given("n", graph_.name(id));
-    if (at.owner != kNoNode) number("o", at.owner);
-    text("q", graph_.qualifiedName(id));
-    text("p", graph_.path(id));
-    text("e", graph_.expression(id));
-    text("l", graph_.language(id));
-    text("a", graph_.aggregation(id));
+    json_.open('{');
+    json_.member("k", static_cast<unsigned>(at.kind));
+    json_.member("n", graph_.name(id));
+    if (at.owner != kNoNode) json_.member("o", at.owner);
+    json_.optional("q", graph_.qualifiedName(id));
+    json_.optional("p", graph_.path(id));
+    json_.optional("e", graph_.expression(id));
+    json_.optional("l", graph_.language(id));
+    json_.optional("a", graph_.aggregation(id));
     if (at.object) object(id);
     unresolved(id);
     if (leadsSomewhere(at.kind)) reach(id);
-    text_ += '}';
+    json_.close('}');
   }
 
   void object(NodeId id) {
-    text("d", graph_.description(id));
-    text("t", graph_.typeName(id));
+    json_.optional("d", graph_.description(id));
+    json_.optional("t", graph_.typeName(id));
     const auto* measure = as<TAVMeasure>(graph_.node(id).object);
-    if (measure && measure->hidden) text_ += ",\"h\":1";
-    if (is<TAVTable>(*graph_.node(id).object)) text("v", graph_.packageName(id));
+    if (measure && measure->hidden) json_.member("h", 1);
+    if (is<TAVTable>(*graph_.node(id).object)) json_.optional("v", graph_.packageName(id));
     properties(id);
   }
 
   void properties(NodeId id) {
     const auto properties = graph_.properties(id);
     if (properties.empty()) return;
-    open("x", '{');
-    for (const auto& [name, value] : properties) {
-      next();
-      string(name);
-      text_ += ':';
-      string(value);
-    }
-    text_ += '}';
+    json_.open("x", '{');
+    for (const auto& [name, value] : properties) json_.member(name, value);
+    json_.close('}');
   }
 
   void unresolved(NodeId id) {
     const std::vector<std::string> names = graph_.unresolved(id);
     if (names.empty()) return;
-    open("u", '[');
-    for (const std::string& name : names) {
-      next();
-      string(name);
-    }
-    text_ += ']';
+    json_.open("u", '[');
+    for (const std::string& name : names) json_.value(name);
+    json_.close(']');
   }
 
   void reach(NodeId id) {
-    const char found = byModel_[id] ? kColumn : kColumnByGraph;
-    text_.append(",\"r\":").append(1, reached_[id] ? found : kNoColumn);
-    if (!reached_[id]) text("w", gapReason(graph_, id));
+    const int found = byModel_[id] ? kColumn : kColumnByGraph;
+    json_.member("r", reached_[id] ? found : kNoColumn);
+    if (!reached_[id]) json_.optional("w", gapReason(graph_, id));
   }
 
+  /// Four numbers each, without a list around them: there are many.
   void edges() {
-    open("edges", '[');
+    json_.open("edges", '[');
     for (const LineageEdge& edge : graph_.edges()) {
-      next();
-      text_.append(std::to_string(edge.from)).append(",").append(std::to_string(edge.to)).append(",");
-      text_.append(std::to_string(static_cast<unsigned>(edge.kind))).append(edge.foundByGraph ? ",1" : ",0");
+      json_.value(edge.from);
+      json_.value(edge.to);
+      json_.value(static_cast<unsigned>(edge.kind));
+      json_.value(edge.foundByGraph ? 1 : 0);
       if (text_.size() >= kFlushSize) flush();
     }
-    text_ += ']';
+    json_.close(']');
   }
 
   void hierarchies() {
-    open("hierarchies", '[');
+    json_.open("hierarchies", '[');
     for (NodeId id = 0; id < graph_.nodes().size(); ++id)
       for (const LineageHierarchy& one : graph_.hierarchies(id)) hierarchy(id, one);
-    text_ += ']';
+    json_.close(']');
   }
   void hierarchy(NodeId dimension, const LineageHierarchy& hierarchy) {
-    next('{');
-    text_.append("\"o\":").append(std::to_string(dimension));
-    given("n", hierarchy.name);
-    open("l", '[');
+    json_.open('{');
+    json_.member("o", dimension);
+    json_.member("n", hierarchy.name);
+    json_.open("l", '[');
     for (const LineageHierarchy::Level& level : hierarchy.levels) {
-      next('[');
-      string(level.name);
-      text_ += level.attribute == kNoNode ? ",-1]" : "," + std::to_string(level.attribute) + "]";
+      json_.open('[');
+      json_.value(level.name);
+      json_.value(level.attribute == kNoNode ? -1 : static_cast<std::int64_t>(level.attribute));
+      json_.close(']');
     }
-    text_ += "]}";
+    json_.close(']');
+    json_.close('}');
   }
 
   void dataSources() {
-    open("dataSources", '[');
+    json_.open("dataSources", '[');
     for (const LineageConnection& connection : graph_.connections()) {
-      next('{');
-      text_ += "\"n\":";
-      string(connection.name);
-      text("s", connection.address.server);
-      text("d", connection.address.database);
-      text("c", connection.connectionString);
-      text_ += '}';
+      json_.open('{');
+      json_.member("n", connection.name);
+      json_.optional("s", connection.address.server);
+      json_.optional("d", connection.address.database);
+      json_.optional("c", connection.connectionString);
+      json_.close('}');
     }
-    text_ += ']';
+    json_.close(']');
   }
 
   /// The database as a whole has the attributes of its dimensions, and the measures of all its cubes.
   void coverage() {
-    open("coverage", '[');
+    json_.open("coverage", '[');
     CoverageCount attributes;
     CoverageCount measures;
     for (const CubeCoverage& cube : coverage_.cubes) {
@@ -229,61 +222,25 @@ class DataWriter {
       measures.reachedByModel += cube.measures.reachedByModel;
       measures.rowCounts += cube.measures.rowCounts;
     }
-    covered("-1", attributes, measures);
+    covered(-1, attributes, measures);
     for (const CubeCoverage& cube : coverage_.cubes)
-      if (cube.cube != kNoNode) covered(std::to_string(cube.cube), cube.attributes, cube.measures);
-    text_ += ']';
+      if (cube.cube != kNoNode) covered(cube.cube, cube.attributes, cube.measures);
+    json_.close(']');
   }
-  void covered(std::string_view cube, const CoverageCount& attributes, const CoverageCount& measures) {
-    next('{');
-    text_.append("\"n\":").append(cube).append(",\"a\":[").append(figures(attributes));
-    text_.append("],\"m\":[").append(figures(measures)).append(",");
-    text_.append(std::to_string(measures.rowCounts)).append("]}");
+  void covered(std::int64_t cube, const CoverageCount& attributes, const CoverageCount& measures) {
+    json_.open('{');
+    json_.member("n", cube);
+    json_.open("a", '[');
+    figures(attributes);
+    json_.close(']');
+    json_.open("m", '[');
+    figures(measures);
+    json_.value(measures.rowCounts);
+    json_.close(']');
+    json_.close('}');
   }
-  static std::string figures(const CoverageCount& count) {
-    return std::to_string(count.count) + "," + std::to_string(count.reached) + "," +
-           std::to_string(count.reachedByModel);
-  }
-
-  void key(std::string_view name) { text_.append(",\"").append(name).append("\":"); }
-  void open(std::string_view name, char bracket) {
-    key(name);
-    text_ += bracket;
-  }
-  /// Begins the next one of a list. No text ends with "[" or "{" but one whose list is still empty.
-  void next() {
-    if (text_.empty() || (text_.back() != '[' && text_.back() != '{')) text_ += ',';
-  }
-  void next(char bracket) {
-    next();
-    text_ += bracket;
-  }
-  void number(std::string_view name, std::size_t value) {
-    key(name);
-    text_ += std::to_string(value);
-  }
-  void given(std::string_view name, std::string_view value) {
-    key(name);
-    string(value);
-  }
-  /// A member that is left out when there is nothing to say.
-  void text(std::string_view name, std::string_view value) {
-    if (!value.empty()) given(name, value);
-  }
-
-  /// A "<" could end the element of the page that the document stands in.
-  void string(std::string_view value) {
-    const std::size_t place = text_.size();
-    appendJsonText(text_, value);
-    if (value.find('<') == value.npos) return;
-    const std::string plain = text_.substr(place);
-    text_.resize(place);
-    for (const char c : plain) {
-      if (c == '<')
-        text_ += "\\u003c";
-      else
-        text_ += c;
-    }
+  void figures(const CoverageCount& count) {
+    for (const std::size_t figure : {count.count, count.reached, count.reachedByModel}) json_.value(figure);
   }
 
   void flush() {
@@ -298,6 +255,7 @@ class DataWriter {
   std::vector<bool> byModel_;
   std::ostream& out_;
   std::string text_;  // what is not yet handed to the stream
+  JsonWriter json_{text_, true};
 };
 
 }  // namespace

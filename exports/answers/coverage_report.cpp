@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iomanip>
 
-#include "framework/std/json_text.h"
+#include "framework/std/json_writer.h"
 #include "framework/std/printable.h"
 
 namespace tav {
@@ -79,30 +79,34 @@ class CoverageText {
   std::size_t width_ = kDimensions.size();
 };
 
-std::string jsonText(std::string_view value) {
-  std::string text;
-  appendJsonText(text, value);
-  return text;
+void writeCountJson(JsonWriter& json, std::string_view name, const CoverageCount& kind) {
+  json.open(name, '{');
+  json.member("count", kind.count);
+  json.member("reached", kind.reached);
+  json.member("reachedByModel", kind.reachedByModel);
+  json.member("rowCounts", kind.rowCounts);
+  json.close('}');
 }
 
-void writeCountJson(std::string_view name, const CoverageCount& kind, std::ostream& out) {
-  out << ",\"" << name << "\":{\"count\":" << kind.count << ",\"reached\":" << kind.reached
-      << ",\"reachedByModel\":" << kind.reachedByModel << ",\"rowCounts\":" << kind.rowCounts << "}";
-}
-
-void writeCubeJson(const LineageGraph& graph, const CubeCoverage& cube, std::ostream& out) {
-  out << "{\"cube\":" << (cube.cube == kNoNode ? "null" : jsonText(graph.name(cube.cube)));
-  writeCountJson("attributes", cube.attributes, out);
-  if (cube.cube != kNoNode) writeCountJson("measures", cube.measures, out);
-  out << ",\"gaps\":[";
-  std::string_view separator = "\n";
+void writeCubeJson(JsonWriter& json, const LineageGraph& graph, const CubeCoverage& cube) {
+  json.open('{');
+  if (cube.cube == kNoNode)
+    json.raw("cube", "null");
+  else
+    json.member("cube", graph.name(cube.cube));
+  writeCountJson(json, "attributes", cube.attributes);
+  if (cube.cube != kNoNode) writeCountJson(json, "measures", cube.measures);
+  json.open("gaps", '[');
   for (const CoverageGap& gap : cube.gaps) {
-    out << separator << "{\"path\":" << jsonText(graph.path(gap.node))
-        << ",\"qualifiedName\":" << jsonText(graph.qualifiedName(gap.node))
-        << ",\"reason\":" << jsonText(gap.reason) << "}";
-    separator = ",\n";
+    json.line();
+    json.open('{');
+    json.member("path", graph.path(gap.node));
+    json.member("qualifiedName", graph.qualifiedName(gap.node));
+    json.member("reason", gap.reason);
+    json.close('}');
   }
-  out << "]}";
+  json.close(']');
+  json.close('}');
 }
 
 }  // namespace
@@ -112,16 +116,22 @@ void writeCoverageText(const LineageGraph& graph, const Coverage& coverage, std:
 }
 
 void writeCoverageJson(const LineageGraph& graph, const Coverage& coverage, std::ostream& out) {
-  out << R"({"format":"xmla-coverage/1","percent":)" << coverage.percent()
-      << ",\"percentByModel\":" << coverage.percentByModel() << ",\"unresolved\":" << coverage.unresolved
-      << ",\"foundByGraph\":" << coverage.foundByGraph << ",\"cubes\":[";
-  std::string_view separator = "\n";
+  std::string text;
+  JsonWriter json(text);
+  json.begin('{');
+  json.member("format", "xmla-coverage/1");
+  json.member("percent", coverage.percent());
+  json.member("percentByModel", coverage.percentByModel());
+  json.member("unresolved", coverage.unresolved);
+  json.member("foundByGraph", coverage.foundByGraph);
+  json.open("cubes", '[');
   for (const CubeCoverage& cube : coverage.cubes) {
-    out << separator;
-    writeCubeJson(graph, cube, out);
-    separator = ",\n";
+    json.line();
+    writeCubeJson(json, graph, cube);
   }
-  out << "]}\n";
+  json.close(']');
+  json.close('}');
+  out << text << "\n";
 }
 
 }  // namespace tav

@@ -1,5 +1,5 @@
 #include "exports/answers/lineage_text.h"
-#include "framework/std/json_text.h"
+#include "framework/std/json_writer.h"
 #include "lineage/subgraph.h"
 
 namespace tav {
@@ -13,72 +13,62 @@ class JsonPart {
     const Subgraph part =
         subgraphOf(lineageTree(graph_, question.start, question.direction, question.depth, true));
     const bool upstream = question.direction == LineageDirection::upstream;
-    out_ << R"({"format":"xmla-lineage/1","direction":")" << (upstream ? "upstream" : "downstream")
-         << R"(","start":)" << question.start << R"(,"nodes":[)";
-    writeList(part.nodes, [&](NodeId id) { appendNode(id); });
-    out_ << R"(],"edges":[)";
-    writeList(part.edges, [&](const LineageEdge* edge) { appendEdge(*edge); });
-    out_ << "]}\n";
+    json_.begin('{');
+    json_.member("format", "xmla-lineage/1");
+    json_.member("direction", upstream ? "upstream" : "downstream");
+    json_.member("start", question.start);
+    writeList("nodes", part.nodes, [&](NodeId id) { writeNode(id); });
+    writeList("edges", part.edges, [&](const LineageEdge* edge) { writeEdge(*edge); });
+    json_.close('}');
+    out_ << text_ << "\n";
   }
 
  private:
-  template <class Items, class F> void writeList(const Items& items, F append) {
-    bool first = true;
+  template <class Items, class F> void writeList(std::string_view name, const Items& items, F write) {
+    json_.open(name, '[');
     for (const auto& item : items) {
-      text_ = first ? "\n" : ",\n";
-      first = false;
-      append(item);
+      json_.line();
+      write(item);
       out_ << text_;
+      text_.clear();
     }
+    json_.close(']');
   }
 
-  void appendNode(NodeId id) {
+  void writeNode(NodeId id) {
     const LineageNode& node = graph_.node(id);
-    text_.append("{\"id\":").append(std::to_string(id));
-    member("kind", nodeKindName(node.kind));
-    member("name", graph_.name(id));
-    member("qualifiedName", graph_.qualifiedName(id));
-    member("path", graph_.path(id));
-    if (node.owner != kNoNode) text_.append(",\"owner\":").append(std::to_string(node.owner));
-    optional("expression", graph_.expression(id));
-    optional("language", graph_.language(id));
-    optional("aggregation", graph_.aggregation(id));
-    names(graph_.unresolved(id));
-    text_ += '}';
-  }
-
-  void appendEdge(const LineageEdge& edge) {
-    text_.append("{\"from\":").append(std::to_string(edge.from));
-    text_.append(",\"to\":").append(std::to_string(edge.to));
-    member("kind", edgeKindName(edge.kind));
-    if (edge.foundByGraph) text_ += ",\"foundByGraph\":true";
-    text_ += '}';
-  }
-
-  void member(std::string_view name, std::string_view value) {
-    text_.append(",\"").append(name).append("\":");
-    appendJsonText(text_, value);
-  }
-
-  void optional(std::string_view name, std::string_view value) {
-    if (!value.empty()) member(name, value);
-  }
-
-  void names(const std::vector<std::string>& unresolved) {
-    if (unresolved.empty()) return;
-    text_ += ",\"unresolved\":";
-    char separator = '[';
-    for (const std::string& name : unresolved) {
-      text_ += separator;
-      separator = ',';
-      appendJsonText(text_, name);
+    json_.open('{');
+    json_.member("id", id);
+    json_.member("kind", nodeKindName(node.kind));
+    json_.member("name", graph_.name(id));
+    json_.member("qualifiedName", graph_.qualifiedName(id));
+    json_.member("path", graph_.path(id));
+    if (node.owner != kNoNode) json_.member("owner", node.owner);
+    json_.optional("expression", graph_.expression(id));
+    json_.optional("language", graph_.language(id));
+    json_.optional("aggregation", graph_.aggregation(id));
+    const std::vector<std::string> unresolved = graph_.unresolved(id);
+    if (!unresolved.empty()) {
+      json_.open("unresolved", '[');
+      for (const std::string& name : unresolved) json_.value(name);
+      json_.close(']');
     }
-    text_ += ']';
+    json_.close('}');
+  }
+
+  void writeEdge(const LineageEdge& edge) {
+    json_.open('{');
+    json_.member("from", edge.from);
+    json_.member("to", edge.to);
+    json_.member("kind", edgeKindName(edge.kind));
+    if (edge.foundByGraph) json_.member("foundByGraph", true);
+    json_.close('}');
   }
 
   const LineageGraph& graph_;
   std::ostream& out_;
   std::string text_;
+  JsonWriter json_{text_};
 };
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "exports/openlineage/datasets.h"
-#include "exports/openlineage/json_writer.h"
+#include "framework/std/json_writer.h"
 #include "lineage/lineage_graph.h"
 
 namespace tav {

@@ -60,7 +60,7 @@ class EventWriter {
  private:
   void begin(std::string_view kind) {
     text_.clear();
-    json_.open('{');
+    json_.begin('{');
     json_.member("eventTime", time_);
     json_.member("producer", lineageProducer());
     json_.member("schemaURL",

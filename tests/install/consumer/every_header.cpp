@@ -66,6 +66,7 @@
 #include "framework/std/interruption.h"
 #include "framework/std/java_path.h"
 #include "framework/std/json_text.h"
+#include "framework/std/json_writer.h"
 #include "framework/std/literal.h"
 #include "framework/std/log.h"
 #include "framework/std/mask.h"
@@ -163,6 +164,8 @@ void takeTexts() {
   take(&tav::mendedUtf8, &tav::appendUtf8, &tav::splitDottedName, &tav::maskPasswords, &tav::printable,
        &tav::appendJsonText, &tav::endUnfinishedWork, &getConnectionStringValue, &getTAVJavaPath,
        &buildStackTrace, &stringHashCode);
+  std::string text;
+  tav::JsonWriter(text).value("text");
   TAVVector vector;
   vector.add(nullptr, true, nullptr);
   TAVStringHashSet set(5);
