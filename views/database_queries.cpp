@@ -24,6 +24,13 @@ TAVStoreConnection* connectionOf(const TAVTable& table) {
   return table.storeConnections.first();
 }
 
+/// What a collection holds now: the links in it are about to change.
+template <class Collection> auto listOf(const Collection& collection) {
+  std::vector<typename Collection::Target*> objects;
+  for (auto& object : collection) objects.push_back(&object);
+  return objects;
+}
+
 /// The table of the model that reads a query; null when none does.
 const TAVClassifier* readerOf(const TAVTable& query) {
   for (const TAVFeature& column : query.features)
@@ -184,39 +191,35 @@ class ConnectionTables : public QueryTarget {
 
   /// Lets what read a query that hands on a table read the table, each source in its place.
   void replacePlain() {
-    std::unordered_set<TAVFeatureMap*> maps;
-    std::unordered_set<TAVClassifierMap*> owners;
-    for (const auto& [column, physical] : replaced_)
-      for (TAVFeatureMap& map : column->sourceOf) maps.insert(&map);
-    for (TAVTable* table : plain_)
-      for (TAVClassifierMap& map : table->sourceOfClassifierMaps) owners.insert(&map);
-    for (TAVFeatureMap* map : maps) replaceSources(*map);
-    for (TAVClassifierMap* map : owners) replaceSources(*map);
+    std::unordered_set<const TAVObject*> seen;
+    for (TAVTable* table : plain_) {
+      for (TAVFeature& column : table->features)
+        for (TAVFeatureMap* map : listOf(column.sourceOf))
+          if (seen.insert(map).second) replaceSources(*map);
+      for (TAVClassifierMap* map : listOf(table->sourceOfClassifierMaps))
+        if (seen.insert(map).second) replaceSources(*map);
+    }
     for (TAVTable* table : plain_) waiting_.erase(table);
   }
 
   void replaceSources(TAVFeatureMap& map) const {
-    std::vector<TAVFeature*> sources;
-    for (TAVFeature& source : map.sourceFeatures) {
-      const auto found = replaced_.find(&source);
-      sources.push_back(found == replaced_.end() ? &source : found->second);
+    const std::vector<TAVFeature*> sources = listOf(map.sourceFeatures);
+    for (TAVFeature* source : sources) unlink<&TAVFeatureMap::sourceFeatures>(map, *source);
+    for (TAVFeature* source : sources) {
+      const auto found = replaced_.find(source);
+      TAVFeature& kept = found == replaced_.end() ? *source : *found->second;
+      if (!map.sourceFeatures.contains(kept)) map.addSourceFeature(kept);
     }
-    while (TAVFeature* source = map.sourceFeatures.first())
-      unlink<&TAVFeatureMap::sourceFeatures>(map, *source);
-    for (TAVFeature* source : sources)
-      if (!map.sourceFeatures.contains(*source)) map.addSourceFeature(*source);
   }
 
   void replaceSources(TAVClassifierMap& map) const {
-    std::vector<TAVClassifier*> sources;
-    for (TAVClassifier& source : map.sourceClassifiers) {
-      const TAVFeature* column = source.features.first();
+    const std::vector<TAVClassifier*> sources = listOf(map.sourceClassifiers);
+    for (TAVClassifier* source : sources) unlink<&TAVClassifierMap::sourceClassifiers>(map, *source);
+    for (TAVClassifier* source : sources) {
+      const TAVFeature* column = source->features.first();
       const auto found = column ? replaced_.find(column) : replaced_.end();
-      sources.push_back(found == replaced_.end() ? &source : found->second->classifier.get());
+      addSource(map, found == replaced_.end() ? *source : *found->second->classifier);
     }
-    while (TAVClassifier* source = map.sourceClassifiers.first())
-      unlink<&TAVClassifierMap::sourceClassifiers>(map, *source);
-    for (TAVClassifier* source : sources) addSource(map, *source);
   }
 
   TAVDesignPackage& package_;
