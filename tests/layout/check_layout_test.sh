@@ -43,8 +43,10 @@ page/main.ts: \"./parts/gone\" is no file of the tree
 page/parts/b.ts: page/parts may not include from page (../frame)
 java/inner/Inner.java: java/inner may not include from java (Other)
 scripts/steps.sh: scripts may not include from . (setup.sh)
+a circle of files: framework/model/link framework/std/text
 a circle of files: java/Other java/Third
 a circle of files: page/parts/a page/parts/b
+a circle of files: scripts/steps setup
 framework/model/object.h:3: new and delete stand in framework/model alone
 reader/other.cpp:2: new and delete stand in framework/model alone
 reader/reader.cpp:3: new and delete stand in framework/model alone
