@@ -140,7 +140,7 @@ class Masking {
     if (!json && at(sign) != '=') return std::nullopt;
     if (quoted && !doubled && around_ == close && text_[end] == close) around_ = '\0';
     return Key{json ? sign + 1 : endOfRun(sign),
-               characterBefore(begin),
+               characterBefore(quoted ? begin : beginOfKey(begin)),
                json,
                quoted,
                sign == i,
@@ -156,6 +156,20 @@ class Masking {
     for (next = begin; isWordCharacter(at(next));) ++next;
     if (foldCase(text_.substr(begin, next - begin)) != "value") return i;
     return skip(next, "\\\"");
+  }
+
+  /// Where the key begins that the word at `i` ends: of "Jet OLEDB:Database Password" with the first word. A
+  /// word in front without such a prefix may be one of a statement, as in WHERE Password = a.
+  [[nodiscard]] std::size_t beginOfKey(std::size_t i) const {
+    constexpr std::string_view kPrefix = "oledb";
+    const auto behindWords = [this](std::size_t end) {
+      while (end > 0 && (isWordCharacter(text_[end - 1]) || isIn(text_[end - 1], kBlanks))) --end;
+      return end;
+    };
+    const std::size_t words = behindWords(i);
+    if (words <= kPrefix.size() || text_[words - 1] != ':') return i;
+    if (foldCase(text_.substr(words - 1 - kPrefix.size(), kPrefix.size())) != kPrefix) return i;
+    return behindWords(words - 1);
   }
 
   [[nodiscard]] char characterBefore(std::size_t i) const noexcept {
@@ -239,8 +253,12 @@ class Masking {
       const std::size_t count = end - i;
       switch (literal.form) {
         case Literal::Form::escapedQuotes:
-          if (isClosing(i, literal)) return std::max(i - literal.backslashes, literal.begin);
-          ++i;
+          if (!isClosing(i, literal))
+            ++i;
+          else if (isDoubled(i, literal))
+            i += literal.backslashes + 2;
+          else
+            return std::max(i - literal.backslashes, literal.begin);
           break;
         case Literal::Form::doubledQuotes:
           if (count % 4 != 0) return i + count / 4 * 4;
@@ -260,6 +278,11 @@ class Masking {
     while (begin > literal.begin && text_[begin - 1] == '\\') --begin;
     const std::size_t period = 2 * (literal.backslashes + 1);
     return (quote - begin + 1) % period == literal.backslashes + 1;
+  }
+
+  /// Whether the closing quote, of a text that is itself quoted, stands there twice and so closes nothing.
+  [[nodiscard]] bool isDoubled(std::size_t quote, const Literal& literal) const {
+    return literal.backslashes > 0 && !literal.doubled && isPair(quote - literal.backslashes, quote);
   }
 
   [[nodiscard]] std::size_t endOfNested(std::size_t i) const {
@@ -292,10 +315,12 @@ class Masking {
     place_ = end;
   }
 
-  /// Where a value without delimiters ends, which begins at `i`.
-  [[nodiscard]] std::size_t endOfPlain(std::size_t i, std::string_view ends) const {
+  /// Where a value without delimiters ends, which begins at `i`; at `limit` at the latest.
+  [[nodiscard]] std::size_t endOfPlain(std::size_t i, std::string_view ends,
+                                       std::size_t limit = std::string_view::npos) const {
     const std::size_t begin = i;
-    while (i < text_.size() && !isIn(text_[i], ends) && !isIn(text_[i], "\r\n")) {
+    limit = std::min(limit, text_.size());
+    while (i < limit && !isIn(text_[i], ends) && !isIn(text_[i], "\r\n")) {
       if (around_ == '\0' || text_[i] != around_) {
         ++i;
         continue;
@@ -325,12 +350,24 @@ class Masking {
     }
   }
 
-  /// Some drivers take quotes for a part of the password: what stands behind them is one, too.
+  /// Some drivers take quotes for a part of the password: what stands behind them is one, too. It may go up
+  /// to the next password of the text, whose end is to be found from its own key.
   void dropRest() {
     const std::size_t next = skip(place_, kBlanks);
     if (next == text_.size() || isIn(text_[next], ";\r\n,)]}&|+\\") || text_[next] == around_) return;
     masked_.append(text_.substr(done_, place_ - done_));
-    done_ = place_ = endOfPlain(next, ";");
+    done_ = place_ = endOfPlain(next, ";", nextKey(next));
+  }
+
+  /// Where the first key behind a place begins; the end of the text or of the line without one.
+  [[nodiscard]] std::size_t nextKey(std::size_t i) const {
+    while (i < text_.size() && !isIn(text_[i], "\r\n")) {
+      const std::size_t begin = i;
+      while (isWordCharacter(at(i))) ++i;
+      if (isKey(text_.substr(begin, i - begin))) return begin;
+      if (i == begin) ++i;
+    }
+    return i;
   }
 
   void hide(std::size_t begin, std::size_t end) {
