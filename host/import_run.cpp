@@ -45,28 +45,12 @@ class Observer : public tav::HostObserver {
   bool defined_ = false;
 };
 
-/// Hands on errors alone: what the plug-in's test of a file warns of, such as an unusual extension, is of no
-/// use to whoever imports it anyway.
-class Errors : public TAVLog {
- public:
-  explicit Errors(TAVLog& log) : log_(log) {}
-
-  void logEvent(const TAVLogEvent& event) override {
-    if (event.getSeverity() <= tav::kSeverityError) log_.logEvent(event);
-  }
-
- private:
-  TAVLog& log_;
-};
-
 }  // namespace
 
 int runImport(const std::string& input, const std::string& output, MessageLog& log,
               const ModelVisitor& visit) {
   TAVImportBridgeDllInterface& plugin = loadPlugin();
   TAVOptionList options = optionsFor(input);
-  Errors errors(log);
-  if (!plugin.test(kBridgeIdentifier, options, errors)) return kFailed;
   TAVFile file{TAVString(output)};
   Observer observer(input, log, visit);
   const bool done = plugin.run(kBridgeIdentifier, file, options, log);
