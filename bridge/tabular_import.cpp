@@ -59,9 +59,10 @@ TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile) {
 /// Adds what the importer leaves to the bridge, because XML definitions need it too: how connection strings
 /// and SQL are read.
 void completeTabularModel(TAVStoreModel& model, TAVLog* log) {
-  for (TAVStoreConnection& connection : model.storeConnections)
-    if (connection.dataStore.name.empty())
-      setDataStore(&connection, findDataStoreByProvider(
-                                    getConnectionStringValue(connection.connectionString, "Provider")));
+  for (TAVStoreConnection& connection : model.storeConnections) {
+    if (!connection.dataStore.name.empty()) continue;
+    const TAVString provider = getConnectionStringValue(connection.connectionString, "Provider");
+    setDataStore(&connection, findDataStoreByProvider(provider));
+  }
   tav::resolveDatabaseQueries(model, log);
 }
