@@ -54,13 +54,13 @@ struct Output {
   const char* name;
   std::vector<std::string> command;
 };
-const std::array<Output, 7> kOutputs{{{"json", {"export", "--format", "json"}},
-                                      {"openlineage", {"export", "--format", "openlineage"}},
-                                      {"csv", {"export", "--format", "csv"}},
-                                      {"sqlite", {"export", "--format", "sqlite"}},
-                                      {"dot", {"export", "--format", "dot"}},
-                                      {"mermaid", {"export", "--format", "mermaid"}},
-                                      {"report", {"report"}}}};
+const std::array kOutputs{Output{"json", {"export", "--format", "json"}},
+                          Output{"openlineage", {"export", "--format", "openlineage"}},
+                          Output{"csv", {"export", "--format", "csv"}},
+                          Output{"sqlite", {"export", "--format", "sqlite"}},
+                          Output{"dot", {"export", "--format", "dot"}},
+                          Output{"mermaid", {"export", "--format", "mermaid"}},
+                          Output{"report", {"report"}}};
 // The room that the largest files and the models made of them take, with much to spare.
 constexpr std::uintmax_t kRoom = std::uintmax_t{2} << 30;
 

@@ -127,11 +127,13 @@ void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question,
 }
 
 extern const ExportFormat kDotFormat{
-    "dot", "lineage as a drawing for Graphviz",
-    [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
-      const LineageGraph graph(model);
-      writeDot(graph, subgraphAround(graph, options.from, options.to), out);
-    },
-    nullptr, true};
+    .name = "dot",
+    .description = "lineage as a drawing for Graphviz",
+    .write =
+        [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+          const LineageGraph graph(model);
+          writeDot(graph, subgraphAround(graph, options.from, options.to), out);
+        },
+    .takesNames = true};
 
 }  // namespace tav

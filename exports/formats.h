@@ -1,6 +1,6 @@
 #pragma once
 
-// What a model can be exported as. A format is one file, and one line in formats.cpp.
+// What a model can be exported as. A format is one file, declared and listed in formats.cpp.
 
 #include <cstdint>
 #include <functional>

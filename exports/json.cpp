@@ -118,8 +118,9 @@ void exportJson(const TAVModel& model, std::ostream& out) {
   JsonExport(out).write(model);
 }
 
-extern const ExportFormat kJsonFormat{"json", "the whole model as one document",
-                                      [](const TAVModel& model, const ExportOptions& /*options*/,
-                                         std::ostream& out) { exportJson(model, out); }};
+extern const ExportFormat kJsonFormat{.name = "json",
+                                      .description = "the whole model as one document",
+                                      .write = [](const TAVModel& model, const ExportOptions& /*options*/,
+                                                  std::ostream& out) { exportJson(model, out); }};
 
 }  // namespace tav

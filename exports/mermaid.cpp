@@ -64,11 +64,13 @@ class MermaidText {
 }  // namespace
 
 extern const ExportFormat kMermaidFormat{
-    "mermaid", "lineage as a drawing for Mermaid, which Markdown pages show",
-    [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
-      const LineageGraph graph(model);
-      MermaidText(graph, out).write(subgraphAround(graph, options.from, options.to));
-    },
-    nullptr, true};
+    .name = "mermaid",
+    .description = "lineage as a drawing for Mermaid, which Markdown pages show",
+    .write =
+        [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+          const LineageGraph graph(model);
+          MermaidText(graph, out).write(subgraphAround(graph, options.from, options.to));
+        },
+    .takesNames = true};
 
 }  // namespace tav

@@ -155,8 +155,9 @@ void LineageEvents::write(const std::function<void(std::string_view event)>& tak
 }
 
 extern const ExportFormat kOpenLineageFormat{
-    "openlineage", "lineage as events of the OpenLineage standard, one a line",
-    [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+    .name = "openlineage",
+    .description = "lineage as events of the OpenLineage standard, one a line",
+    .write = [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
       LineageEvents(model, options).write([&](std::string_view event) { out << event << '\n'; });
     }};
 

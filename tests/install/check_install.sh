@@ -38,6 +38,28 @@ END
   fail 'the installed program runs no importer of tabular definitions'
 [ -s "$work/tabular.xml" ] || fail 'the installed importer saved no model'
 
+# The completions offer the commands and formats that the help tells of.
+words() { tr ' ,' '\n\n' | sed '/^$/d' | LC_ALL=C sort; }
+offered() {
+  COMP_WORDS=(xmla-bridge "$@" '') COMP_CWORD=$(($# + 1)) COMPREPLY=()
+  _xmla_bridge
+  printf '%s\n' "${COMPREPLY[@]}"
+}
+. "$tree/share/bash-completion/completions/xmla-bridge"
+zsh_completion=$tree/share/zsh/site-functions/_xmla-bridge
+commands=$("$tree/bin/xmla-bridge" help | sed -nE '/^Subcommands:/,$s/^  ([a-z]+) .*/\1/p' | words)
+[ -n "$commands" ] || fail 'the help lists no commands'
+diff <(echo "$commands") <(offered | grep -v '^--' | words) || fail 'bash completes other commands'
+diff <(echo "$commands") <(sed -nE "s/^  '([a-z]+):.*/\1/p" "$zsh_completion" | words) ||
+  fail 'zsh completes other commands'
+for command in $commands; do
+  formats=$("$tree/bin/xmla-bridge" help "$command" | sed -nE 's/^  --format FORMAT:\{([^}]*)\}.*/\1/p' | words)
+  [ -n "$formats" ] || continue
+  diff <(echo "$formats") <(offered "$command" --format | words) || fail "bash completes other formats of $command"
+  diff <(echo "$formats") <(sed -nE "/^  ([a-z]+ \| )*$command( \| [a-z]+)*\)/,/;;/s/.*:format:\(([^)]*)\).*/\1/p" \
+    "$zsh_completion" | words) || fail "zsh completes other formats of $command"
+done
+
 {
   cmake -G Ninja -S "$source/tests/install/consumer" -B "$work/consumer" -DCMAKE_PREFIX_PATH="$tree" \
     -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Debug

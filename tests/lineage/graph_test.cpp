@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "exports/formats.h"
 #include "framework/serialization/model_reader.h"
 #include "lineage/lineage_graph.h"
 #include "tests/support/corpus.h"
@@ -44,9 +45,10 @@ void checkDefinition(const fs::path& definition) {
   EXPECT_EQ(tav::test::brokenGraphLaw(*model), "");
   EXPECT_EQ(run(folder, "coverage m.xml"), 0);
   EXPECT_EQ(run(folder, "diff '" + definition.string() + "' m.xml --exit-code"), 0);
-  for (const char* format : {"dot", "mermaid", "csv", "sqlite"})
-    EXPECT_EQ(run(folder, std::string("export m.xml -o exported.") + format + " --format " + format), 0)
-        << format;
+  for (const tav::ExportFormat* format : tav::exportFormats()) {
+    const std::string name(format->name);
+    EXPECT_EQ(run(folder, "export m.xml -o exported." + name + " --format " + name), 0) << name;
+  }
   for (const std::string& path : pathsToAskFor(*model)) {
     // A shell takes a name in single quotes as it is; one that holds such a quote is not asked for here.
     if (path.find('\'') != path.npos) continue;
