@@ -68,8 +68,8 @@ final class TabularImport {
 
   private static ImportException noDatabase(Json place) {
     return new ImportException(ImportException.DEFINITION, place.line, place.column,
-        "no tabular database: expected \"model\", or \"create\" or \"createOrReplace\" with a \"database\" "
-            + "that has one");
+        "no tabular database: expected \"model\", or \"create\", \"createOrReplace\" or \"alter\" with a "
+            + "\"database\" that has one, alone or in a \"sequence\"");
   }
 
   private static void checkLevel(Json database) throws ImportException {
