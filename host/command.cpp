@@ -9,8 +9,8 @@ namespace {
 bool isSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
   if (std::filesystem::equivalent(a, b, error)) return true;
-  const auto plain = [](const std::string& path) {
-    return std::filesystem::absolute(path).lexically_normal();
+  const auto plain = [&](const std::string& path) {
+    return std::filesystem::absolute(path, error).lexically_normal();
   };
   return plain(a) == plain(b);
 }
@@ -36,6 +36,7 @@ void checkOutput(const std::string& input, const std::string& output) {
 void checkDefinition(const std::string& input) {
   if (input == "-")
     throw CLI::ValidationError("INPUT", "a definition is read from a file, not from standard input");
+  if (input.empty()) throw CLI::ValidationError("INPUT", "the name of a file is empty");
 }
 
 }  // namespace host

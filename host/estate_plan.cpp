@@ -110,7 +110,6 @@ Candidates candidatesFor(const std::vector<std::string>& inputs, MessageLog& log
   std::unordered_set<std::string> paths;
   for (const std::string& input : inputs) {
     checkDefinition(input);
-    if (input.empty()) throw CLI::ValidationError("INPUT", "the name of a file is empty");
     const fs::path path = plainPath(input);
     if (paths.insert(path.string()).second)
       candidates.emplace_back(input, path);
