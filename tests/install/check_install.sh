@@ -45,7 +45,8 @@ offered() {
   _xmla_bridge
   printf '%s\n' "${COMPREPLY[@]}"
 }
-. "$tree/share/bash-completion/completions/xmla-bridge"
+cmp "$source/host/completion/xmla-bridge.bash" "$tree/share/bash-completion/completions/xmla-bridge"
+. "$source/host/completion/xmla-bridge.bash"
 zsh_completion=$tree/share/zsh/site-functions/_xmla-bridge
 commands=$("$tree/bin/xmla-bridge" help | sed -nE '/^Subcommands:/,$s/^  ([a-z]+) .*/\1/p' | words)
 [ -n "$commands" ] || fail 'the help lists no commands'
