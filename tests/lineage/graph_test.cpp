@@ -47,7 +47,9 @@ void checkDefinition(const fs::path& definition) {
   EXPECT_EQ(run(folder, "diff '" + definition.string() + "' m.xml --exit-code"), 0);
   for (const tav::ExportFormat* format : tav::exportFormats()) {
     const std::string name(format->name);
-    EXPECT_EQ(run(folder, "export m.xml -o exported." + name + " --format " + name), 0) << name;
+    std::string command("export m.xml -o exported.");
+    command.append(name).append(" --format ").append(name);
+    EXPECT_EQ(run(folder, command), 0) << name;
   }
   for (const std::string& path : pathsToAskFor(*model)) {
     // A shell takes a name in single quotes as it is; one that holds such a quote is not asked for here.

@@ -147,25 +147,34 @@ TEST(TabularLineage, MLeadsToTables) {
   checkQueries("tabular/m.txt", "m");
 }
 
+/// `text` with the number in the place of each §.
+std::string numbered(std::string text, int number) {
+  constexpr std::string_view kMark = "\xC2\xA7";
+  for (std::size_t at = text.find(kMark); at != std::string::npos; at = text.find(kMark, at))
+    text.replace(at, kMark.size(), std::to_string(number));
+  return text;
+}
+
+json tableOfQuery(const std::string& name, const std::string& text) {
+  const json source = {{"type", "m"}, {"expression", text}};
+  return {{"name", name},
+          {"columns", json::array({column("A")})},
+          {"partitions", json::array({{{"name", "p"}, {"source", source}}})}};
+}
+
 /// Queries of which each combines the one before it with itself: a walk along all ways would double with
 /// each.
 json doublingModel(int levels) {
   json shared = json::array({{{"name", "Q0"}, {"expression", R"(DW{[Schema="dbo",Item="T"]}[Data])"}}});
   std::string steps = R"(let S0 = DW{[Schema="dbo",Item="T"]}[Data])";
   for (int i = 1; i <= levels; ++i) {
-    const std::string before = std::to_string(i - 1);
-    shared.push_back({{"name", "Q" + std::to_string(i)},
-                      {"expression", "Table.Combine({Q" + before + ", Q" + before + "})"}});
-    steps += ", S" + std::to_string(i) + " = Table.Combine({S" + before + ", S" + before + "})";
+    shared.push_back({{"name", numbered("Q\xC2\xA7", i)},
+                      {"expression", numbered("Table.Combine({Q\xC2\xA7, Q\xC2\xA7})", i - 1)}});
+    steps.append(numbered(", S\xC2\xA7 = ", i))
+        .append(numbered("Table.Combine({S\xC2\xA7, S\xC2\xA7})", i - 1));
   }
-  const std::string last = std::to_string(levels);
-  json tables = json::array();
-  for (const std::string& text : {"Q" + last, steps + " in S" + last}) {
-    const json source = {{"type", "m"}, {"expression", text}};
-    tables.push_back({{"name", text.substr(0, 3)},
-                      {"columns", json::array({column("A")})},
-                      {"partitions", json::array({{{"name", "p"}, {"source", source}}})}});
-  }
+  const json tables = json::array({tableOfQuery("shared", numbered("Q\xC2\xA7", levels)),
+                                   tableOfQuery("steps", numbered(steps + " in S\xC2\xA7", levels))});
   const json dataSources = json::array({{{"name", "DW"}, {"connectionString", "Data Source=dw.example"}}});
   return {{"name", "Doubling"},
           {"model", {{"dataSources", dataSources}, {"tables", tables}, {"expressions", shared}}}};
