@@ -7,8 +7,8 @@
 #include <array>
 #include <thread>
 
-#include "messages/message.h"
 #include "framework/std/text.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
