@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tests/tabular/importer_run.h"
 
@@ -79,6 +81,18 @@ void checkDax(const std::string& file, bool columns) {
   tav::test::checkCorpus(file, [&](const std::string& input) { return results[input]; });
 }
 
+/// The shared expressions of the corpus of M.
+const std::map<std::string, std::string> kSharedQueries = {
+    {"Server", R"("db.example" meta [IsParameterQuery=true])"},
+    {"Suffix", R"("" meta [IsParameterQuery=true, Type="Text"])"},
+    {"Flag", R"("on" meta [IsParameterQuery=true])"},
+    {"Base", R"(DW{[Schema="dbo",Item="Base"]}[Data])"},
+    {"T", R"(DW{[Schema="dbo",Item="T"]}[Data])"},
+    {"U", R"(let Source = DW, U = Source{[Schema="dbo",Item="U"]}[Data] in U)"},
+    {"Odd", "let S = T in\n  Foo.Bar(S)"},
+    {"Renamed", R"((t as table, name as text) as table => Table.RenameColumns(t, {{"Old", name}}))"},
+    {"Added", "let F = (a, b) => a + b in F"}};
+
 /// A case's first line lists the columns that its table reads, separated by blanks.
 json queryModel(const std::vector<CorpusCase>& cases, const std::string& type) {
   json tables = json::array();
@@ -94,16 +108,27 @@ json queryModel(const std::vector<CorpusCase>& cases, const std::string& type) {
                       {"columns", columns},
                       {"partitions", json::array({{{"name", "p"}, {"source", source}}})}});
   }
-  json shared =
-      json::array({{{"name", "Server"}, {"expression", "\"db.example\" meta [IsParameterQuery=true]"}},
-                   {{"name", "Base"}, {"expression", "DW{[Schema=\"dbo\",Item=\"Base\"]}[Data]"}}});
+  json shared = json::array();
+  for (const auto& [name, expression] : kSharedQueries)
+    shared.push_back({{"name", name}, {"expression", expression}});
   json dataSources = json::array({{{"name", "DW"}, {"connectionString", "Data Source=dw.example"}}});
   return {{"name", "Queries"},
           {"model", {{"dataSources", dataSources}, {"tables", tables}, {"expressions", shared}}}};
 }
 
+/// What a warning says about the query of a table, on a line of its own.
+std::string showWarnings(const std::string& messages, const CorpusCase& one) {
+  std::string text;
+  std::istringstream lines(messages);
+  const std::string about = "'/Dimensions/" + one.name + "' is not understood in full: ";
+  for (std::string line; std::getline(lines, line);)
+    if (const std::size_t at = line.find(about); at != std::string::npos)
+      text += "warning: " + line.substr(at + about.size()) + "\n";
+  return text;
+}
+
 /// A line for each column: where it is read, and behind a query's own column where that comes from.
-std::string showQuery(const Sources& sources, const CorpusCase& one) {
+std::string showQuery(const tav::test::ImporterRun& run, const Sources& sources, const CorpusCase& one) {
   std::string text;
   const auto names = [](const std::vector<std::string>& paths) {
     std::string list;
@@ -120,6 +145,7 @@ std::string showQuery(const Sources& sources, const CorpusCase& one) {
       if (const auto& further = sources.at(path); !further.empty()) text += " <- " + names(further);
     text += "\n";
   }
+  text += showWarnings(run.messages, one);
   text.pop_back();
   return text;
 }
@@ -130,7 +156,7 @@ void checkQueries(const std::string& file, const std::string& type) {
   ASSERT_EQ(run.exitCode, 0) << run.errors;
   const Sources sources = tav::test::sourcesOf(*run.model);
   std::map<std::string, std::string> results;
-  for (const CorpusCase& one : cases) results[one.input] = showQuery(sources, one);
+  for (const CorpusCase& one : cases) results[one.input] = showQuery(run, sources, one);
   tav::test::checkCorpus(file, [&](const std::string& input) { return results[input]; });
 }
 

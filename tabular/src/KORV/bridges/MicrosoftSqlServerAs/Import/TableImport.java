@@ -107,8 +107,8 @@ final class TableImport {
       String dataSource = source.text("dataSource");
       switch (source.text("type")) {
         case "calculated" -> expression = source.text("expression");
-        case "m" -> sources.add(query(name, source.text("expression")));
-        case "entity" -> sources.add(entity(name, source, dataSource));
+        case "m" -> sources.add(query(name, source.text("expression"), dimension));
+        case "entity" -> sources.add(entity(name, source, dataSource, dimension));
         case "", "query" -> {
           String text = source.text("query");
           Relation relation = Relation.ofTable(Relation.Table.ofQuery(dataSource, text));
@@ -121,12 +121,18 @@ final class TableImport {
     return expression;
   }
 
-  private PhysicalLayer.Source query(String name, String text) {
-    Relation relation = queries.read(text);
+  private PhysicalLayer.Source query(String name, String text, ModelObject dimension) {
+    MQuery.Reading reading = queries.read(text);
+    if (reading.fault() != null) {
+      messages.warning("TAVTAB_W0002",
+          "Query '" + name + "' of '" + dimension.path() + "' is not understood in full: " + reading.fault());
+    }
+    Relation relation = reading.relation();
     return PhysicalLayer.Source.of(relation == null ? "" : relation.connection(), relation, name, text);
   }
 
-  private PhysicalLayer.Source entity(String name, Json source, String dataSource) throws ImportException {
+  private PhysicalLayer.Source entity(String name, Json source, String dataSource, ModelObject dimension)
+      throws ImportException {
     String entity = source.text("entityName");
     String shared = source.text("expressionSource");
     if (shared.isEmpty()) {
@@ -135,7 +141,7 @@ final class TableImport {
     }
     String schema = source.text("schemaName");
     String key = (schema.isEmpty() ? "" : "Schema=" + quoted(schema) + ",") + "Item=" + quoted(entity);
-    return query(name, "#" + quoted(shared) + "{[" + key + "]}[Data]");
+    return query(name, "#" + quoted(shared) + "{[" + key + "]}[Data]", dimension);
   }
 
   private static String quoted(String text) {

@@ -8,10 +8,13 @@ import java.util.List;
 final class MTokens {
   enum Kind { WORD, QUOTED, TEXT, NUMBER, SIGN, END }
 
-  /** A token; `value` has quotes removed and escapes undone. QUOTED is never a keyword. */
-  record Token(Kind kind, String value) {
-    boolean isSign(char sign) {
-      return kind == Kind.SIGN && value.charAt(0) == sign;
+  /**
+   * A token with its place in the text; `value` has quotes removed and escapes undone. QUOTED is never a
+   * keyword.
+   */
+  record Token(Kind kind, String value, int begin, int end) {
+    boolean isSign(String sign) {
+      return kind == Kind.SIGN && value.equals(sign);
     }
 
     /** To the letter. */
@@ -24,10 +27,13 @@ final class MTokens {
     }
   }
 
-  private static final Token END = new Token(Kind.END, "");
+  /** Signs of more than one character; a longer one stands before those that it begins with. */
+  private static final List<String> LONG_SIGNS = List.of("...", "..", "=>", "<>", "<=", ">=", "??");
 
   private final String text;
   private int at;
+  /** Where the token that is being read begins. */
+  private int start;
   private final List<Token> tokens = new ArrayList<>();
 
   MTokens(String text) {
@@ -46,12 +52,18 @@ final class MTokens {
     return tokens.size();
   }
 
-  /** The token at a place; a token of kind END outside the query. */
+  /** The token at a place; a token of kind END behind the query. */
   Token get(int place) {
-    return place < 0 || place >= tokens.size() ? END : tokens.get(place);
+    return place < tokens.size() ? tokens.get(place) : new Token(Kind.END, "", text.length(), text.length());
+  }
+
+  /** What is written from one token to another. */
+  String written(Token first, Token last) {
+    return text.substring(first.begin, last.end);
   }
 
   private void read(char c) {
+    start = at;
     if (text.startsWith("//", at)) {
       skipLine();
     } else if (text.startsWith("/*", at)) {
@@ -67,22 +79,26 @@ final class MTokens {
     } else if (Names.isDigit(c)) {
       add(Kind.NUMBER, word());
     } else {
-      add(Kind.SIGN, text.substring(at, ++at));
+      String sign = LONG_SIGNS.stream().filter(s -> text.startsWith(s, at)).findFirst().orElse("" + c);
+      at += sign.length();
+      add(Kind.SIGN, sign);
     }
   }
 
   private void add(Kind kind, String value) {
-    tokens.add(new Token(kind, value));
+    tokens.add(new Token(kind, value, start, Math.min(at, text.length())));
   }
 
   private void skipLine() {
     while (at < text.length() && text.charAt(at) != '\n' && text.charAt(at) != '\r') ++at;
   }
 
-  /** What begins at the place and goes on with letters, digits and dots. */
+  /** What begins at the place and goes on with letters, digits and dots; two dots are a sign: {1..9}. */
   private String word() {
-    int start = at++;
-    while (at < text.length() && (Names.continuesWord(text.charAt(at)) || text.charAt(at) == '.')) ++at;
+    for (++at; at < text.length(); ++at) {
+      boolean dot = text.charAt(at) == '.' && !text.startsWith("..", at);
+      if (!dot && !Names.continuesWord(text.charAt(at))) break;
+    }
     return text.substring(start, at);
   }
 

@@ -1,0 +1,106 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
+
+import java.util.ArrayList;
+import java.util.Collection;
+import java.util.List;
+import java.util.Set;
+
+/** A call of a function of the language: its arguments, and what the evaluator does for it. */
+final class MCall {
+  final MEvaluator evaluator;
+  final String name;
+  final List<MValue> arguments;
+  private final int at;
+
+  MCall(MEvaluator evaluator, String name, List<MValue> arguments, int at) {
+    this.evaluator = evaluator;
+    this.name = name;
+    this.arguments = arguments;
+    this.at = at;
+  }
+
+  MValue argument(int place) {
+    return place < arguments.size() ? arguments.get(place) : MValue.UNKNOWN;
+  }
+
+  boolean has(int place) {
+    return place < arguments.size();
+  }
+
+  /** The rows of an argument that is a table, or null. */
+  Relation table(int place) {
+    MValue value = argument(place);
+    return value.is(MValue.Kind.TABLE) ? value.relation : null;
+  }
+
+  String text(int place) {
+    return argument(place).constantText();
+  }
+
+  /** One text or a list of texts; null when not all are constant. */
+  List<String> texts(int place) {
+    return texts(argument(place));
+  }
+
+  static List<String> texts(MValue value) {
+    if (value.is(MValue.Kind.TEXT)) return List.of(value.text);
+    if (!value.isWholeList()) return null;
+    List<String> texts = new ArrayList<>(value.items.size());
+    for (MValue item : value.items) {
+      if (!item.is(MValue.Kind.TEXT)) return null;
+      texts.add(item.text);
+    }
+    return texts;
+  }
+
+  /** {{"a", x}, {"b", y}}, or {"a", x} alone, as a list of lists; null when it is not all there. */
+  List<List<MValue>> tuples(int place) {
+    MValue value = argument(place);
+    if (!value.isWholeList()) return null;
+    boolean single = !value.items.isEmpty() && value.items.get(0).is(MValue.Kind.TEXT);
+    List<List<MValue>> tuples = new ArrayList<>();
+    for (MValue item : single ? List.of(value) : value.items) {
+      if (!item.isWholeList() || item.items.size() < 2 || !item.items.get(0).is(MValue.Kind.TEXT)) return null;
+      tuples.add(item.items);
+    }
+    return tuples;
+  }
+
+  MValue apply(MValue function, MValue... values) {
+    if (!function.is(MValue.Kind.FUNCTION)) return MValue.UNKNOWN;
+    return function.function.apply(List.of(values), at);
+  }
+
+  Relation.Output find(Relation relation, String column) {
+    return relation.find(column, evaluator.budget());
+  }
+
+  /** The sources of some columns together, as far as they are known. */
+  Set<Relation.Column> sources(Relation relation, Collection<String> columns) {
+    List<MValue> cells = new ArrayList<>();
+    for (String column : columns) {
+      Relation.Output output = find(relation, column);
+      if (output != null) cells.add(MValue.of(output.sources()));
+    }
+    return evaluator.union(cells);
+  }
+
+  Relation.Output output(MValue value) {
+    return new Relation.Output("", evaluator.union(List.of(value)), value);
+  }
+
+  /** What stands in the cells of a column. */
+  static MValue cell(Relation.Output output) {
+    if (output == null) return MValue.UNKNOWN;
+    return output.content() != null ? output.content() : MValue.of(output.sources());
+  }
+
+  MFault fault(String cause) {
+    return evaluator.fault("step '" + name + "' " + cause, at);
+  }
+
+  /** The same rows, with columns that the text does not tell. */
+  MValue unknownColumns(String cause) {
+    return evaluator.unknownTable(arguments, fault(cause));
+  }
+}

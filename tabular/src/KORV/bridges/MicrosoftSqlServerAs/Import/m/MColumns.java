@@ -1,0 +1,207 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
+
+import java.util.ArrayList;
+import java.util.LinkedHashSet;
+import java.util.List;
+import java.util.Set;
+
+/** Functions that choose, name, add and change columns of one table. */
+final class MColumns {
+  private static final String COMPUTED = "computes names of columns";
+  private static final int MOST_PARTS = 1000;
+
+  private MColumns() {}
+
+  /** The same columns; what argument `place` lists is surely there. */
+  static MValue same(MCall call, int place) {
+    if (call.argument(0).is(MValue.Kind.SOURCE)) return call.argument(0);
+    if (call.table(0) == null) return MValue.of(call.evaluator.union(List.of(call.argument(0))));
+    Relation relation = Relation.over(call.table(0));
+    if (place > 0) relation.mention(listed(call.argument(place)));
+    return MValue.table(relation);
+  }
+
+  /** "A", {"A", "B"}, {{"A", x}, {"B", y}}: the names, as far as they are constant. */
+  private static List<String> listed(MValue value) {
+    List<String> names = new ArrayList<>();
+    if (value.is(MValue.Kind.TEXT)) names.add(value.text);
+    if (!value.isWholeList()) return names;
+    for (MValue item : value.items) {
+      MValue name = item.isWholeList() && !item.items.isEmpty() ? item.items.get(0) : item;
+      if (name.is(MValue.Kind.TEXT)) names.add(name.text);
+    }
+    return names;
+  }
+
+  static MValue select(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<String> names = call.texts(1);
+    return MValue.table(names == null ? Relation.over(from) : Relation.chosen(from, names));
+  }
+
+  static MValue remove(MCall call) {
+    if (call.table(0) == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(call.table(0));
+    for (String name : listed(call.argument(1))) relation.leaveOut(name);
+    return MValue.table(relation);
+  }
+
+  /** {{"old", "new"}, ...}, or one pair alone. */
+  static MValue rename(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<List<MValue>> pairs = call.tuples(1);
+    if (pairs == null) return call.unknownColumns(COMPUTED);
+    Relation relation = Relation.over(from);
+    for (List<MValue> pair : pairs) relation.leaveOut(pair.get(0).text);
+    for (List<MValue> pair : pairs) {
+      String name = pair.get(1).constantText();
+      if (name == null) {
+        relation.setDoubtful();
+        relation.blame(call.fault(COMPUTED));
+        continue;
+      }
+      Relation.Output old = call.find(from, pair.get(0).text);
+      if (old == null) relation.put(name, Set.of());
+      else relation.put(name, old);
+    }
+    return MValue.table(relation);
+  }
+
+  static MValue prefix(MCall call) {
+    if (call.table(0) == null) return MValue.UNKNOWN;
+    if (call.text(1) == null) return call.unknownColumns(COMPUTED);
+    Relation relation = Relation.over(call.table(0));
+    relation.setPrefix(call.text(1) + ".");
+    return MValue.table(relation);
+  }
+
+  /** A new column is made of what its function makes of a row. */
+  static MValue add(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(from);
+    return added(call, relation, call.output(call.apply(call.argument(2), MValue.row(from))));
+  }
+
+  static MValue addIndex(MCall call) {
+    if (call.table(0) == null) return MValue.UNKNOWN;
+    return added(call, Relation.over(call.table(0)), call.output(MValue.UNKNOWN));
+  }
+
+  /** With a name that is not known any column may be the new one. */
+  private static MValue added(MCall call, Relation relation, Relation.Output output) {
+    relation.setComputed();
+    if (call.text(1) != null) {
+      relation.put(call.text(1), output);
+    } else {
+      relation.setDoubtful();
+      relation.blame(call.fault(COMPUTED));
+    }
+    return MValue.table(relation);
+  }
+
+  static MValue duplicate(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(from);
+    Relation.Output old = call.text(1) == null ? null : call.find(from, call.text(1));
+    if (call.text(2) == null) {
+      relation.setDoubtful();
+      relation.blame(call.fault(COMPUTED));
+    } else if (old == null) {
+      relation.put(call.text(2), Set.of());
+    } else {
+      relation.put(call.text(2), old);
+    }
+    return MValue.table(relation);
+  }
+
+  /** {{"A", each ..., type}, ...}: a cell's new value is made of the old one, and of what else it names. */
+  static MValue transform(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(from);
+    List<List<MValue>> changes = call.tuples(1);
+    // Names stay the same, so that of changes which are not known only the further sources are missing.
+    if (changes == null) relation.setComputed();
+    for (List<MValue> change : changes == null ? List.<List<MValue>>of() : changes) {
+      Relation.Output old = call.find(from, change.get(0).text);
+      if (old == null) continue;
+      MValue cell = MCall.cell(old);
+      boolean known = change.get(1).is(MValue.Kind.FUNCTION);
+      Relation.Output made = call.output(known ? call.apply(change.get(1), cell) : cell);
+      if (!made.sources().equals(old.sources())) relation.setComputed();
+      relation.put(change.get(0).text, made);
+    }
+    return MValue.table(relation);
+  }
+
+  /** Table.ReplaceValue(table, old, new, replacer, columns): a new value may come from another column. */
+  static MValue replace(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(from);
+    MValue value = call.argument(2);
+    if (value.is(MValue.Kind.FUNCTION)) value = call.apply(value, MValue.row(from));
+    Set<Relation.Column> further = call.evaluator.union(List.of(value));
+    List<String> columns = listed(call.argument(4));
+    relation.mention(columns);
+    if (further.isEmpty()) return MValue.table(relation);
+    relation.setComputed();
+    for (String column : columns) {
+      Set<Relation.Column> sources = new LinkedHashSet<>(call.sources(from, List.of(column)));
+      sources.addAll(further);
+      relation.put(column, sources);
+    }
+    return MValue.table(relation);
+  }
+
+  /** Table.SplitColumn(table, column, splitter, names or how many). */
+  static MValue split(MCall call) {
+    Relation from = call.table(0);
+    String column = call.text(1);
+    if (from == null) return MValue.UNKNOWN;
+    if (column == null) return call.unknownColumns(COMPUTED);
+    Relation relation = Relation.over(from);
+    relation.setComputed();
+    relation.leaveOut(column);
+    List<String> names = parts(call, column);
+    Relation.Output part = call.output(MValue.of(call.sources(from, List.of(column))));
+    if (names == null) {
+      relation.setDoubtful();
+      relation.blame(call.fault(COMPUTED));
+    } else {
+      for (String name : names) relation.put(name, part);
+    }
+    return MValue.table(relation);
+  }
+
+  private static List<String> parts(MCall call, String column) {
+    MValue value = call.argument(3);
+    if (!value.is(MValue.Kind.NUMBER)) return call.texts(3);
+    if (!value.text.matches("[0-9]{1,4}") || Integer.parseInt(value.text) > MOST_PARTS) return null;
+    List<String> names = new ArrayList<>();
+    for (int i = 1; i <= Integer.parseInt(value.text); ++i) names.add(column + "." + i);
+    return names;
+  }
+
+  /** Table.CombineColumns(table, columns, combiner, name). */
+  static MValue combine(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<String> columns = call.texts(1);
+    if (columns == null) return call.unknownColumns(COMPUTED);
+    Relation relation = Relation.over(from);
+    relation.setComputed();
+    for (String column : columns) relation.leaveOut(column);
+    if (call.text(3) != null) {
+      relation.put(call.text(3), call.output(MValue.of(call.sources(from, columns))));
+    } else {
+      relation.setDoubtful();
+      relation.blame(call.fault(COMPUTED));
+    }
+    return MValue.table(relation);
+  }
+}

@@ -1,0 +1,116 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
+
+import java.util.HashMap;
+import java.util.List;
+import java.util.Map;
+
+/** The functions of the language that are known, each with what it does to columns. */
+final class MFunctions {
+  /** Null when the arguments are such that nothing can be told by the function's meaning. */
+  interface Function {
+    MValue apply(MCall call);
+  }
+
+  private static final Map<String, Function> FUNCTIONS = new HashMap<>();
+
+  static {
+    // The same columns; the argument behind the name lists columns that the table has, 0 for none.
+    for (String name : List.of("Table.SelectRows", "Table.Buffer", "Table.RemoveRowsWithErrors",
+             "Table.SelectRowsWithErrors", "Table.FirstN", "Table.LastN", "Table.Skip", "Table.Range",
+             "Table.StopFolding", "Table.RemoveFirstN", "Table.RemoveLastN", "Table.ReverseRows",
+             "Table.AlternateRows", "Table.View", "Table.Repeat", "Table.RemoveRows", "Table.FindText",
+             "Table.ReplaceKeys", "Table.RemoveMatchingRows", "Table.MinN", "Table.MaxN", "Table.FilterWithDataTable",
+             "Value.ReplaceType", "Value.ReplaceMetadata", "Value.RemoveMetadata"))
+      FUNCTIONS.put(name, call -> MColumns.same(call, 0));
+    for (String name : List.of("Table.TransformColumnTypes", "Table.ReorderColumns", "Table.Sort",
+             "Table.Distinct", "Table.FillDown", "Table.FillUp", "Table.AddKey", "Table.ReplaceErrorValues"))
+      FUNCTIONS.put(name, call -> MColumns.same(call, 1));
+
+    FUNCTIONS.put("Table.SelectColumns", MColumns::select);
+    FUNCTIONS.put("Table.RemoveColumns", MColumns::remove);
+    FUNCTIONS.put("Table.RenameColumns", MColumns::rename);
+    FUNCTIONS.put("Table.PrefixColumns", MColumns::prefix);
+    FUNCTIONS.put("Table.AddColumn", MColumns::add);
+    FUNCTIONS.put("Table.AddIndexColumn", MColumns::addIndex);
+    FUNCTIONS.put("Table.DuplicateColumn", MColumns::duplicate);
+    FUNCTIONS.put("Table.TransformColumns", MColumns::transform);
+    FUNCTIONS.put("Table.ReplaceValue", MColumns::replace);
+    FUNCTIONS.put("Table.SplitColumn", MColumns::split);
+    FUNCTIONS.put("Table.CombineColumns", MColumns::combine);
+    FUNCTIONS.put("Table.TransformColumnNames", call -> call.unknownColumns("computes names of columns"));
+    FUNCTIONS.put("Table.PromoteHeaders", call -> call.unknownColumns("takes names of columns from the rows"));
+    FUNCTIONS.put("Table.DemoteHeaders", call -> call.unknownColumns("numbers the columns"));
+
+    FUNCTIONS.put("Table.Group", MTables::group);
+    FUNCTIONS.put("Table.Pivot", MTables::pivot);
+    FUNCTIONS.put("Table.Unpivot", MTables::unpivot);
+    FUNCTIONS.put("Table.UnpivotOtherColumns", MTables::unpivotOthers);
+    FUNCTIONS.put("Table.NestedJoin", MTables::nestedJoin);
+    FUNCTIONS.put("Table.FuzzyNestedJoin", MTables::nestedJoin);
+    FUNCTIONS.put("Table.AddJoinColumn", MTables::nestedJoin);
+    FUNCTIONS.put("Table.Join", MTables::join);
+    FUNCTIONS.put("Table.FuzzyJoin", MTables::join);
+    FUNCTIONS.put("Table.Combine", MTables::append);
+    FUNCTIONS.put("Table.InsertRows", MTables::insertRows);
+    FUNCTIONS.put("Table.ExpandTableColumn", MTables::expandTable);
+    FUNCTIONS.put("Table.ExpandRecordColumn", MTables::expandRecord);
+    FUNCTIONS.put("Table.ExpandListColumn", MTables::expandList);
+
+    FUNCTIONS.put("#table", MMaking::table);
+    FUNCTIONS.put("Table.FromRows", MMaking::fromRows);
+    FUNCTIONS.put("Table.FromRecords", MMaking::fromRecords);
+    FUNCTIONS.put("Table.FromColumns", MMaking::fromColumns);
+    FUNCTIONS.put("Table.FromList", MMaking::fromList);
+    FUNCTIONS.put("Table.Schema", MMaking::aboutColumns);
+    FUNCTIONS.put("Table.Profile", MMaking::aboutColumns);
+
+    // Rows, columns and facts of a table.
+    for (String name : List.of("Table.First", "Table.Last", "Table.Max", "Table.Min", "Table.SingleRow"))
+      FUNCTIONS.put(name, MScalars::row);
+    for (String name : List.of("Table.RowCount", "Table.ColumnCount", "Table.IsEmpty", "Table.IsDistinct",
+             "Table.HasColumns", "Table.Contains", "Table.ContainsAll", "Table.ContainsAny",
+             "Table.MatchesAllRows", "Table.MatchesAnyRows", "Table.PositionOf", "Table.ApproximateRowCount",
+             "Table.Keys", "Table.ColumnsOfType", "Table.ToList", "Table.ToRows", "Table.ToColumns",
+             "Table.FirstValue", "Value.Type", "Value.Is", "Value.Metadata"))
+      FUNCTIONS.put(name, call -> MValue.UNKNOWN);
+    FUNCTIONS.put("Table.Column", MScalars::column);
+    FUNCTIONS.put("Table.ColumnNames", MScalars::columnNames);
+    FUNCTIONS.put("Table.ToRecords", MScalars::records);
+    FUNCTIONS.put("Table.TransformRows", MScalars::transformRows);
+
+    for (String name : List.of("List.Buffer", "List.Distinct", "List.Sort", "List.Reverse", "List.Select",
+             "List.RemoveNulls", "List.FirstN", "List.LastN", "List.RemoveItems", "List.Skip", "List.Range",
+             "List.RemoveFirstN", "List.RemoveLastN"))
+      FUNCTIONS.put(name, MScalars::someItems);
+    FUNCTIONS.put("List.First", call -> MScalars.end(call, true));
+    FUNCTIONS.put("List.Last", call -> MScalars.end(call, false));
+    FUNCTIONS.put("List.Transform", MScalars::transformList);
+    FUNCTIONS.put("List.Accumulate", MScalars::accumulate);
+    FUNCTIONS.put("List.Combine", MScalars::combineLists);
+    FUNCTIONS.put("List.Count", call -> MValue.UNKNOWN);
+    FUNCTIONS.put("Record.Field", MScalars::recordField);
+    FUNCTIONS.put("Record.FieldOrDefault", MScalars::recordField);
+    FUNCTIONS.put("Record.AddField", MScalars::addField);
+    FUNCTIONS.put("Record.FieldNames", call -> MValue.UNKNOWN);
+    FUNCTIONS.put("Function.Invoke", MScalars::invoke);
+    FUNCTIONS.put("Text.From", MScalars::textFrom);
+    FUNCTIONS.put("Number.ToText", MScalars::textFrom);
+    FUNCTIONS.put("Text.Combine", MScalars::combineTexts);
+    FUNCTIONS.put("Text.Replace", MScalars::replaceText);
+
+    FUNCTIONS.put("Value.NativeQuery", MSources::nativeQuery);
+    FUNCTIONS.put("Odbc.Query", MSources::query);
+    FUNCTIONS.put("OleDb.Query", MSources::query);
+    FUNCTIONS.put("Odbc.DataSource", MSources::database);
+  }
+
+  private MFunctions() {}
+
+  /** Null for a function that is not known. */
+  static Function find(String name) {
+    Function known = FUNCTIONS.get(name);
+    if (known != null) return known;
+    if (name.endsWith(".Database")) return MSources::database;
+    return name.endsWith(".Databases") ? MSources::databases : null;
+  }
+}

@@ -1,0 +1,384 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
+
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Map;
+import java.util.Set;
+
+/** Reads a query of the M language into a tree. */
+final class MParser {
+  /** What is no query, and where. */
+  static final class Fault extends Exception {
+    private static final long serialVersionUID = 1L;
+    final int at;
+
+    Fault(String message, int at) {
+      super(message);
+      this.at = at;
+    }
+  }
+
+  /** The text is anybody's, and each level of nesting takes some of Java's stack. */
+  private static final int MAX_DEPTH = 300;
+
+  /** Operators by how strongly they bind. */
+  private static final Map<String, Integer> STRENGTHS = Map.ofEntries(Map.entry("??", 1), Map.entry("or", 2),
+      Map.entry("and", 3), Map.entry("is", 4), Map.entry("as", 4), Map.entry("=", 5), Map.entry("<>", 5),
+      Map.entry("<", 6), Map.entry(">", 6), Map.entry("<=", 6), Map.entry(">=", 6), Map.entry("+", 7),
+      Map.entry("-", 7), Map.entry("&", 7), Map.entry("*", 8), Map.entry("/", 8), Map.entry("meta", 9));
+  private static final Set<String> KEYWORDS =
+      Set.of("and", "as", "each", "else", "error", "if", "in", "is", "let", "meta", "or", "otherwise", "then");
+
+  private final MTokens tokens;
+  private int at;
+  private int depth;
+  /** All names that expressions use, in the text's order: those of a step are a range of it. */
+  private final List<String> used = new ArrayList<>();
+
+  private MParser(String text) {
+    tokens = new MTokens(text);
+  }
+
+  static MNode parse(String text) throws Fault {
+    MParser parser = new MParser(text);
+    MNode node = parser.expression();
+    if (parser.next().kind() != MTokens.Kind.END) throw parser.unexpected();
+    return node;
+  }
+
+  private MTokens.Token next() {
+    return tokens.get(at);
+  }
+
+  private Fault unexpected() {
+    MTokens.Token token = next();
+    boolean end = token.kind() == MTokens.Kind.END;
+    return new Fault(end ? "the query ends too early" : "unexpected '" + token.value() + "'", token.begin());
+  }
+
+  private boolean takeSign(String sign) {
+    if (!next().isSign(sign)) return false;
+    ++at;
+    return true;
+  }
+
+  private boolean takeWord(String word) {
+    if (!next().isWord(word)) return false;
+    ++at;
+    return true;
+  }
+
+  private void expectSign(String sign) throws Fault {
+    if (!takeSign(sign)) throw unexpected();
+  }
+
+  private void expectWord(String word) throws Fault {
+    if (!takeWord(word)) throw unexpected();
+  }
+
+  private MNode expression() throws Fault {
+    MTokens.Token token = next();
+    if (++depth > MAX_DEPTH) throw new Fault("nested too deeply", token.begin());
+    MNode node = switch (token.kind() == MTokens.Kind.WORD ? token.value() : "") {
+      case "let" -> let();
+      case "if" -> condition();
+      case "try" -> attempt();
+      case "each" -> each();
+      case "error" -> {
+        ++at;
+        expression();
+        yield MNode.of(MNode.Kind.NOTHING, "", token.begin());
+      }
+      default -> isFunction() ? function() : operation(1);
+    };
+    --depth;
+    return node;
+  }
+
+  private MNode each() throws Fault {
+    int begin = tokens.get(at++).begin();
+    return MNode.of(MNode.Kind.FUNCTION, List.of("_"), List.of(expression()), begin);
+  }
+
+  private MNode let() throws Fault {
+    MLet let = new MLet(used, tokens.get(at++).begin());
+    do {
+      String name = name();
+      expectSign("=");
+      let.step(name, this::expression);
+    } while (takeSign(","));
+    expectWord("in");
+    return let.node(expression());
+  }
+
+  private String name() throws Fault {
+    if (!next().isName()) throw unexpected();
+    return tokens.get(at++).value();
+  }
+
+  /** A chain of "else if" is one node, however long it is. */
+  private MNode condition() throws Fault {
+    int begin = next().begin();
+    List<MNode> items = new ArrayList<>();
+    while (takeWord("if")) {
+      items.add(expression());
+      expectWord("then");
+      items.add(expression());
+      expectWord("else");
+    }
+    items.add(expression());
+    return MNode.of(MNode.Kind.IF, List.of(), items, begin);
+  }
+
+  private MNode attempt() throws Fault {
+    int begin = tokens.get(at++).begin();
+    List<MNode> items = new ArrayList<>(List.of(expression()));
+    if (takeWord("otherwise") || takeWord("catch")) items.add(expression());
+    return MNode.of(MNode.Kind.TRY, List.of(), items, begin);
+  }
+
+  /** Whether a parenthesis opens the parameters of a function: () =>, (x) =>, (x, ...) =>, (x as ...). */
+  private boolean isFunction() {
+    if (!next().isSign("(")) return false;
+    MTokens.Token first = tokens.get(at + 1);
+    MTokens.Token second = tokens.get(at + 2);
+    if (first.isSign(")")) return second.isSign("=>") || second.isWord("as");
+    if (first.isWord("optional") && second.isName()) return true;
+    if (!first.isName()) return false;
+    if (second.isSign(",") || second.isWord("as")) return !second.isWord("as") || isParameterList();
+    return second.isSign(")") && (tokens.get(at + 3).isSign("=>") || tokens.get(at + 3).isWord("as"));
+  }
+
+  /** (x as table) alone is a value in parentheses; what follows the parenthesis tells. */
+  private boolean isParameterList() {
+    int place = at + 3;
+    while (tokens.get(place).isName()) ++place;
+    MTokens.Token token = tokens.get(place);
+    return !token.isSign(")") || tokens.get(place + 1).isSign("=>") || tokens.get(place + 1).isWord("as");
+  }
+
+  private MNode function() throws Fault {
+    int begin = tokens.get(at++).begin();
+    List<String> names = new ArrayList<>();
+    if (!takeSign(")")) {
+      do {
+        if (next().isWord("optional") && tokens.get(at + 1).isName()) ++at;
+        names.add(name());
+        if (takeWord("as")) type();
+      } while (takeSign(","));
+      expectSign(")");
+    }
+    if (takeWord("as")) type();
+    expectSign("=>");
+    return MNode.of(MNode.Kind.FUNCTION, names, List.of(expression()), begin);
+  }
+
+  private String operator() {
+    MTokens.Token token = next();
+    boolean can = token.kind() == MTokens.Kind.SIGN || token.kind() == MTokens.Kind.WORD;
+    return can && STRENGTHS.containsKey(token.value()) ? token.value() : null;
+  }
+
+  private MNode operation(int least) throws Fault {
+    MNode left = operand();
+    for (String operator = operator(); operator != null; operator = operator()) {
+      int strength = STRENGTHS.get(operator);
+      if (strength < least) break;
+      List<String> operators = new ArrayList<>();
+      List<MNode> operands = new ArrayList<>(List.of(left));
+      // Operators of one strength side by side are one node, so that a long sum is no deep tree.
+      while (operator != null && STRENGTHS.get(operator) == strength) {
+        ++at;
+        operators.add(operator);
+        operands.add(operator.equals("is") || operator.equals("as") ? type() : operation(strength + 1));
+        operator = operator();
+      }
+      left = MNode.of(MNode.Kind.OPERATION, operators, operands, left.at());
+    }
+    return left;
+  }
+
+  private MNode operand() throws Fault {
+    boolean changed = false;
+    int begin = next().begin();
+    while (takeSign("+") || takeSign("-") || takeWord("not")) changed = true;
+    if (takeWord("type")) return type();
+    MNode node = access();
+    return changed ? MNode.of(MNode.Kind.OPERATION, List.of("not"), List.of(node), begin) : node;
+  }
+
+  private MNode access() throws Fault {
+    MNode value = primary();
+    List<MNode> items = new ArrayList<>(List.of(value));
+    while (next().isSign("(") || next().isSign("{") || next().isSign("[")) {
+      int begin = next().begin();
+      if (next().isSign("[")) {
+        items.add(bracket(false));
+      } else {
+        boolean call = next().isSign("(");
+        List<MNode> inside = inside(call ? ")" : "}");
+        if (!call && inside.size() != 1) throw new Fault("one place or key is expected", begin);
+        items.add(MNode.of(call ? MNode.Kind.ARGUMENTS : MNode.Kind.ITEM, List.of(), inside, begin));
+      }
+      takeSign("?");
+    }
+    return items.size() == 1 ? value : MNode.of(MNode.Kind.ACCESS, List.of(), items, value.at());
+  }
+
+  private MNode primary() throws Fault {
+    takeSign("@");
+    MTokens.Token token = next();
+    switch (token.kind()) {
+      case TEXT:
+        ++at;
+        return MNode.of(MNode.Kind.TEXT, token.value(), token.begin());
+      case NUMBER:
+        ++at;
+        return MNode.of(MNode.Kind.NUMBER, token.value(), token.begin());
+      case QUOTED, WORD:
+        return word(token);
+      default:
+        break;
+    }
+    if (token.isSign("[")) {
+      MNode node = bracket(true);
+      takeSign("?");
+      return node;
+    }
+    if (token.isSign("{")) return MNode.of(MNode.Kind.LIST, List.of(), inside("}"), token.begin());
+    if (takeSign("...")) return MNode.of(MNode.Kind.NOTHING, "", token.begin());
+    expectSign("(");
+    MNode node = expression();
+    expectSign(")");
+    return node;
+  }
+
+  private MNode word(MTokens.Token token) throws Fault {
+    boolean quoted = token.kind() == MTokens.Kind.QUOTED;
+    if (!quoted && KEYWORDS.contains(token.value())) throw unexpected();
+    ++at;
+    if (!quoted && token.value().equals("null")) return MNode.of(MNode.Kind.NOTHING, "", token.begin());
+    if (!quoted && (token.value().equals("true") || token.value().equals("false")))
+      return MNode.of(MNode.Kind.LOGICAL, token.value(), token.begin());
+    String name = takeSign("!") ? name() : token.value();
+    used.add(name);
+    return MNode.of(MNode.Kind.NAME, name, token.begin());
+  }
+
+  /** The expressions from a bracket to the one that closes it; of {1..9} the rest is not told. */
+  private List<MNode> inside(String close) throws Fault {
+    ++at;
+    List<MNode> items = new ArrayList<>();
+    if (takeSign(close)) return items;
+    do {
+      items.add(expression());
+      if (!takeSign("..")) continue;
+      expression();
+      items.add(MNode.of(MNode.Kind.NOTHING, "", next().begin()));
+    } while (takeSign(","));
+    expectSign(close);
+    return items;
+  }
+
+  /** [Name], [[A], [B]], or where a value begins, [A = 1, B = 2]. */
+  private MNode bracket(boolean record) throws Fault {
+    int begin = tokens.get(at++).begin();
+    if (next().isSign("[")) return columns(begin);
+    List<String> names = new ArrayList<>();
+    List<MNode> values = new ArrayList<>();
+    if (record && takeSign("]")) return MNode.of(MNode.Kind.RECORD, names, values, begin);
+    String name = fieldName();
+    if (!record || next().isSign("]")) {
+      expectSign("]");
+      if (record) used.add("_");
+      return MNode.of(MNode.Kind.FIELD, name, begin);
+    }
+    for (boolean first = true; first || takeSign(","); first = false) {
+      names.add(first ? name : fieldName());
+      expectSign("=");
+      values.add(expression());
+    }
+    expectSign("]");
+    return MNode.of(MNode.Kind.RECORD, names, values, begin);
+  }
+
+  private MNode columns(int begin) throws Fault {
+    List<String> names = new ArrayList<>();
+    do {
+      expectSign("[");
+      names.add(fieldName());
+      expectSign("]");
+      takeSign("?");
+    } while (takeSign(","));
+    expectSign("]");
+    used.add("_");
+    return MNode.of(MNode.Kind.COLUMNS, names, List.of(), begin);
+  }
+
+  /** A field's name may be of several words, also of words that elsewhere mean something: [Number of Items]. */
+  private String fieldName() throws Fault {
+    MTokens.Token first = next();
+    MTokens.Token last = null;
+    for (; !next().isSign("]") && !next().isSign("=") && !next().isSign(","); ++at) {
+      last = next();
+      if (last.kind() == MTokens.Kind.END) throw unexpected();
+    }
+    if (last == null) throw unexpected();
+    return first == last && first.isName() ? first.value() : tokens.written(first, last);
+  }
+
+  private MNode type() throws Fault {
+    MTokens.Token token = next();
+    if (++depth > MAX_DEPTH) throw new Fault("nested too deeply", token.begin());
+    List<String> names = new ArrayList<>();
+    while (takeWord("nullable")) continue;
+    if (takeWord("table")) {
+      if (next().isSign("[")) fields(names);
+      else if (!isTypeEnd()) access();
+    } else if (next().isSign("[")) {
+      fields(names);
+    } else if (takeSign("{")) {
+      type();
+      expectSign("}");
+    } else if (next().isWord("function") && tokens.get(at + 1).isSign("(")) {
+      ++at;
+      parameterTypes();
+    } else {
+      access();
+    }
+    --depth;
+    return MNode.of(MNode.Kind.TYPE, names, List.of(), token.begin());
+  }
+
+  private boolean isTypeEnd() {
+    MTokens.Token token = next();
+    boolean value = token.kind() == MTokens.Kind.QUOTED || token.isSign("(");
+    return !value;
+  }
+
+  private void fields(List<String> names) throws Fault {
+    ++at;
+    if (takeSign("]")) return;
+    do {
+      if (takeSign("...")) continue;
+      MTokens.Token second = tokens.get(at + 1);
+      if (next().isWord("optional") && !second.isSign("=") && !second.isSign(",") && !second.isSign("]")) ++at;
+      names.add(fieldName());
+      if (takeSign("=")) type();
+    } while (takeSign(","));
+    expectSign("]");
+  }
+
+  private void parameterTypes() throws Fault {
+    ++at;
+    if (!takeSign(")")) {
+      do {
+        takeWord("optional");
+        name();
+        if (takeWord("as")) type();
+      } while (takeSign(","));
+      expectSign(")");
+    }
+    if (takeWord("as")) type();
+  }
+}

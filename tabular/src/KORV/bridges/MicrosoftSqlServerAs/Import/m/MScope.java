@@ -1,0 +1,60 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
+
+import java.util.HashMap;
+import java.util.Map;
+
+/** The names that an expression can use, each with its value or with the part of the tree that gives it. */
+final class MScope {
+  private final MScope outer;
+  /** A name that means what it means further outside: a step or field that is just being evaluated. */
+  private final String excluded;
+  private final Map<String, Object> values = new HashMap<>(4);
+
+  private MScope(MScope outer, String excluded) {
+    this.outer = outer;
+    this.excluded = excluded;
+  }
+
+  static MScope inside(MScope outer) {
+    return new MScope(outer, null);
+  }
+
+  /** The same names for the value of one of them: in `let T = T in …` the second T is another one. */
+  MScope forValueOf(String name) {
+    return new MScope(this, name);
+  }
+
+  void set(String name, MValue value) {
+    values.put(name, value);
+  }
+
+  /** A value that is evaluated when it is asked for. */
+  void defer(String name, MNode node) {
+    values.put(name, node);
+  }
+
+  MValue find(String name, MEvaluator evaluator) {
+    for (MScope at = this; at != null; at = at.outer) {
+      if (name.equals(at.excluded)) {
+        at = at.outer;
+        continue;
+      }
+      Object known = at.values.get(name);
+      if (known instanceof MValue value) return value;
+      if (!(known instanceof MNode node)) continue;
+      at.values.put(name, MValue.UNKNOWN);
+      MValue value = evaluator.evaluate(node, at.forValueOf(name));
+      at.values.put(name, value);
+      return value;
+    }
+    return null;
+  }
+
+  /** The innermost row that a field can belong to, or null. */
+  MValue rowWith(String field, MEvaluator evaluator) {
+    for (MScope at = this; at != null; at = at.outer) {
+      if (at.values.get("_") instanceof MValue row && evaluator.canHave(row, field)) return row;
+    }
+    return null;
+  }
+}

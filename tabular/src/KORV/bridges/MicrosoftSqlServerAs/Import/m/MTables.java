@@ -1,0 +1,178 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
+
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Set;
+import java.util.function.Function;
+
+/** Functions that group, turn, join, append and expand tables. */
+final class MTables {
+  private static final String COMPUTED = "computes names of columns";
+
+  private MTables() {}
+
+  /** The keys, and what each function makes of the rows of a group. */
+  static MValue group(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<String> keys = call.texts(1);
+    if (keys == null) return call.unknownColumns(COMPUTED);
+    Relation relation = Relation.chosen(from, keys);
+    relation.setComputed();
+    List<List<MValue>> made = call.tuples(2);
+    if (made == null) return MValue.table(relation.blame(call.fault(COMPUTED)));
+    for (List<MValue> one : made)
+      relation.put(one.get(0).text, call.output(call.apply(one.get(1), MValue.table(from))));
+    return MValue.table(relation);
+  }
+
+  /** Table.Pivot(table, values, attribute, value): the values become columns. */
+  static MValue pivot(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    if (call.text(2) == null || call.text(3) == null) return call.unknownColumns(COMPUTED);
+    Relation relation = Relation.over(from);
+    relation.setComputed();
+    relation.leaveOut(call.text(2));
+    relation.leaveOut(call.text(3));
+    List<String> names = call.texts(1);
+    Set<Relation.Column> sources = call.sources(from, List.of(call.text(3)));
+    for (String name : names == null ? List.<String>of() : names) relation.put(name, sources);
+    if (names == null) {
+      relation.setDoubtful();
+      relation.blame(call.fault("makes columns of names that stand in the data"));
+    }
+    return MValue.table(relation);
+  }
+
+  /** Table.Unpivot(table, columns, attribute, value): the attribute holds names of columns, no data. */
+  static MValue unpivot(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<String> columns = call.texts(1);
+    Relation relation = Relation.over(from);
+    if (columns == null) {
+      relation.setDoubtful();
+      relation.blame(call.fault(COMPUTED));
+    } else {
+      for (String column : columns) relation.leaveOut(column);
+    }
+    return unpivoted(call, relation, columns == null ? List.of() : columns);
+  }
+
+  /** All columns but those that are listed, which can be told only where all are known. */
+  static MValue unpivotOthers(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<String> kept = call.texts(1);
+    if (kept == null) return call.unknownColumns(COMPUTED);
+    Relation relation = Relation.chosen(from, kept);
+    Set<String> names = from.names(call.evaluator.budget());
+    if (names == null) relation.blame(call.fault("takes columns that the query does not name"));
+    List<String> others = new ArrayList<>(names == null ? List.of() : names);
+    others.removeAll(Set.copyOf(kept));
+    return unpivoted(call, relation, others);
+  }
+
+  private static MValue unpivoted(MCall call, Relation relation, List<String> columns) {
+    relation.setComputed();
+    if (call.text(2) == null || call.text(3) == null) return call.unknownColumns(COMPUTED);
+    relation.put(call.text(2), Set.of());
+    relation.put(call.text(3), call.sources(call.table(0), columns));
+    return MValue.table(relation);
+  }
+
+  /** Rows of the second table as a column of the first; the keys only decide which. */
+  static MValue nestedJoin(MCall call) {
+    if (call.table(0) == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(call.table(0));
+    MValue second = call.argument(2);
+    if (second.is(MValue.Kind.FUNCTION)) second = call.apply(second);
+    if (call.text(4) != null) {
+      relation.put(call.text(4), call.output(second));
+    } else {
+      relation.setDoubtful();
+      relation.blame(call.fault(COMPUTED));
+    }
+    return MValue.table(relation);
+  }
+
+  static MValue join(MCall call) {
+    if (call.table(0) == null && call.table(2) == null) return MValue.UNKNOWN;
+    if (call.table(0) == null || call.table(2) == null) return call.unknownColumns("joins an unknown table");
+    Relation relation = Relation.over(List.of(call.table(0), call.table(2)));
+    relation.setComputed();
+    return MValue.table(relation);
+  }
+
+  /** Table.Combine(tables, columns). */
+  static MValue append(MCall call) {
+    MValue tables = call.argument(0);
+    List<Relation> parts = new ArrayList<>();
+    for (MValue table : tables.items)
+      if (table.is(MValue.Kind.TABLE)) parts.add(table.relation);
+    if (parts.isEmpty()) return MValue.UNKNOWN;
+    Relation relation = Relation.append(parts);
+    if (parts.size() < tables.items.size()) {
+      relation = Relation.over(relation);
+      relation.setComputed();
+      relation.blame(call.fault("appends a table that is not known"));
+    }
+    List<String> columns = call.texts(1);
+    return MValue.table(columns == null ? relation : Relation.chosen(relation, columns));
+  }
+
+  /** Table.InsertRows(table, place, records). */
+  static MValue insertRows(MCall call) {
+    if (call.table(0) == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(call.table(0));
+    relation.setComputed();
+    return MValue.table(relation);
+  }
+
+  static MValue expandTable(MCall call) {
+    return expand(call, content -> content.is(MValue.Kind.TABLE) ? MValue.row(content.relation) : content);
+  }
+
+  static MValue expandRecord(MCall call) {
+    return expand(call, content -> content);
+  }
+
+  /** What stands in the cells becomes columns; a column that was there untouched holds what is not known. */
+  private static MValue expand(MCall call, Function<MValue, MValue> rowOf) {
+    Relation from = call.table(0);
+    String column = call.text(1);
+    if (from == null) return MValue.UNKNOWN;
+    if (column == null) return call.unknownColumns(COMPUTED);
+    Relation relation = Relation.over(from);
+    relation.setComputed();
+    relation.leaveOut(column);
+    Relation.Output output = call.find(from, column);
+    MValue content = output == null || output.content() == null ? MValue.UNKNOWN : output.content();
+    if (content.relation != null && content.relation.fault() != null)
+      relation.blame(content.relation.fault());
+    List<String> columns = call.texts(2);
+    List<String> names = call.has(3) ? call.texts(3) : columns;
+    if (columns == null || names == null || names.size() != columns.size()) {
+      relation.setDoubtful();
+      return MValue.table(relation.blame(call.fault(COMPUTED)));
+    }
+    MValue row = rowOf.apply(content);
+    for (int i = 0; i < columns.size(); ++i)
+      relation.put(names.get(i), call.output(MNavigation.field(call.evaluator, row, columns.get(i))));
+    return MValue.table(relation);
+  }
+
+  /** Each item of a list in a row of its own. */
+  static MValue expandList(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(from);
+    relation.setComputed();
+    Relation.Output output = call.text(1) == null ? null : call.find(from, call.text(1));
+    MValue content = output == null ? null : output.content();
+    if (content != null && content.is(MValue.Kind.LIST) && !content.items.isEmpty())
+      relation.put(call.text(1), call.output(call.evaluator.either(content.items, List.of())));
+    return MValue.table(relation);
+  }
+}

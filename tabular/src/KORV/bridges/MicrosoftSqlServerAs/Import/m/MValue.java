@@ -1,0 +1,145 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import.m;
+
+import java.util.LinkedHashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.Set;
+
+/** What a part of a query comes to, as far as its text tells. */
+final class MValue {
+  enum Kind { UNKNOWN, TEXT, NUMBER, LOGICAL, LIST, RECORD, TABLE, FUNCTION, SOURCE, TYPE }
+
+  /** What a function makes of its arguments; `at` is the place of the call. */
+  interface Function {
+    MValue apply(List<MValue> arguments, int at);
+  }
+
+  static final MValue UNKNOWN = new MValue(Kind.UNKNOWN);
+
+  final Kind kind;
+  /** A constant as it is written. */
+  String text;
+  /** The physical columns that the value is made of, besides those of its items and fields. */
+  Set<Relation.Column> sources = Set.of();
+  List<MValue> items = List.of();
+  /** Whether a list has its one item any number of times. */
+  boolean repeated;
+  /** Fields of a record by folded name. */
+  Map<String, MValue> fields = Map.of();
+  /** The rows of a table, or the table that a record is a row of. */
+  Relation relation;
+  /** Whether a table is still the row of a list of tables, so that [Data] is the table itself. */
+  boolean listed;
+  Function function;
+  /** Of a SOURCE: an open connection by its key, or a server without its database yet, and what opened it. */
+  String connection;
+  String server;
+  String opener;
+  String schema = "";
+  /** The columns of a table type. */
+  List<String> names = List.of();
+
+  private MValue(Kind kind) {
+    this.kind = kind;
+  }
+
+  private static MValue constant(Kind kind, String text) {
+    MValue value = new MValue(kind);
+    value.text = text;
+    return value;
+  }
+
+  static MValue text(String text) {
+    return constant(Kind.TEXT, text);
+  }
+
+  static MValue number(String text) {
+    return constant(Kind.NUMBER, text);
+  }
+
+  static MValue logical(boolean value) {
+    return constant(Kind.LOGICAL, Boolean.toString(value));
+  }
+
+  /** A value of which only the sources are known. */
+  static MValue of(Set<Relation.Column> sources) {
+    if (sources.isEmpty()) return UNKNOWN;
+    MValue value = new MValue(Kind.UNKNOWN);
+    value.sources = sources;
+    return value;
+  }
+
+  static MValue list(List<MValue> items) {
+    MValue value = new MValue(Kind.LIST);
+    value.items = items;
+    return value;
+  }
+
+  static MValue repeated(MValue item) {
+    MValue value = list(List.of(item));
+    value.repeated = true;
+    return value;
+  }
+
+  static MValue record(Map<String, MValue> fields) {
+    MValue value = new MValue(Kind.RECORD);
+    value.fields = fields;
+    return value;
+  }
+
+  static MValue row(Relation relation) {
+    MValue value = record(new LinkedHashMap<>());
+    value.relation = relation;
+    return value;
+  }
+
+  static MValue table(Relation relation) {
+    MValue value = new MValue(Kind.TABLE);
+    value.relation = relation;
+    return value;
+  }
+
+  static MValue function(Function function) {
+    MValue value = new MValue(Kind.FUNCTION);
+    value.function = function;
+    return value;
+  }
+
+  static MValue source(String connection, String schema) {
+    MValue value = new MValue(Kind.SOURCE);
+    value.connection = connection;
+    value.schema = schema;
+    return value;
+  }
+
+  static MValue server(String opener, String server) {
+    MValue value = new MValue(Kind.SOURCE);
+    value.opener = opener;
+    value.server = server;
+    return value;
+  }
+
+  static MValue type(List<String> names) {
+    MValue value = new MValue(Kind.TYPE);
+    value.names = names;
+    return value;
+  }
+
+  boolean is(Kind expected) {
+    return kind == expected;
+  }
+
+  /** The text of a constant, or null. */
+  String constantText() {
+    return kind == Kind.TEXT ? text : null;
+  }
+
+  boolean isConstant() {
+    return text != null;
+  }
+
+  /** Whether all items are there, each by itself. */
+  boolean isWholeList() {
+    return kind == Kind.LIST && !repeated;
+  }
+}
