@@ -5,7 +5,7 @@ check=$(dirname "$(realpath "${BASH_SOURCE[0]}")")/check_shape.sh
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
 cd "$tree"
-mkdir java
+mkdir -p java/m
 put() { printf '%s\n' "${@:2}" >"$1"; }
 
 put roles.h 'inline constexpr std::string_view kCube = "Cube";' 'inline constexpr std::string_view kDataSourceView =' \
@@ -15,6 +15,7 @@ put java/Labels.java 'static final String CUBE = "Cube";' 'static final String D
   '    "DataSourceView";' 'enum KpiPart {' 'VALUE("Value", "KPI Value"),' 'GOAL("Goal", "KPI Goal");'
 put java/LineageMaps.java 'make("TAVFeatureMap");'
 put java/Import.java 'set(Labels.CUBE, Labels.DATA_SOURCE_VIEW, "Cube of someone", Labels.KpiPart.GOAL.text);'
+put java/m/Language.java 'field("Value");'
 bash "$check" roles.h java
 
 sed -i 's/"KPI Goal"/"KPI Aim"/' java/Labels.java

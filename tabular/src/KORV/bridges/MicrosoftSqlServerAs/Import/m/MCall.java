@@ -7,25 +7,21 @@ import java.util.Set;
 
 /** A call of a function of the language: its arguments, and what the evaluator does for it. */
 final class MCall {
-  final MEvaluator evaluator;
+  final MEvaluation evaluator;
   final String name;
   final List<MValue> arguments;
   private final int at;
 
-  MCall(MEvaluator evaluator, String name, List<MValue> arguments, int at) {
+  MCall(MEvaluation evaluator, String name, List<MValue> arguments, int at) {
     this.evaluator = evaluator;
     this.name = name;
     this.arguments = arguments;
     this.at = at;
   }
 
-  MValue argument(int place) {
-    return place < arguments.size() ? arguments.get(place) : MValue.UNKNOWN;
-  }
+  MValue argument(int place) { return place < arguments.size() ? arguments.get(place) : MValue.UNKNOWN; }
 
-  boolean has(int place) {
-    return place < arguments.size();
-  }
+  boolean has(int place) { return place < arguments.size(); }
 
   /** The rows of an argument that is a table, or null. */
   Relation table(int place) {
@@ -33,14 +29,10 @@ final class MCall {
     return value.is(MValue.Kind.TABLE) ? value.relation : null;
   }
 
-  String text(int place) {
-    return argument(place).constantText();
-  }
+  String text(int place) { return argument(place).constantText(); }
 
   /** One text or a list of texts; null when not all are constant. */
-  List<String> texts(int place) {
-    return texts(argument(place));
-  }
+  List<String> texts(int place) { return texts(argument(place)); }
 
   static List<String> texts(MValue value) {
     if (value.is(MValue.Kind.TEXT)) return List.of(value.text);
@@ -60,7 +52,8 @@ final class MCall {
     boolean single = !value.items.isEmpty() && value.items.get(0).is(MValue.Kind.TEXT);
     List<List<MValue>> tuples = new ArrayList<>();
     for (MValue item : single ? List.of(value) : value.items) {
-      if (!item.isWholeList() || item.items.size() < 2 || !item.items.get(0).is(MValue.Kind.TEXT)) return null;
+      if (!item.isWholeList() || item.items.size() < 2 || !item.items.get(0).is(MValue.Kind.TEXT))
+        return null;
       tuples.add(item.items);
     }
     return tuples;
@@ -71,9 +64,7 @@ final class MCall {
     return function.function.apply(List.of(values), at);
   }
 
-  Relation.Output find(Relation relation, String column) {
-    return relation.find(column, evaluator.budget());
-  }
+  Relation.Output find(Relation relation, String column) { return relation.find(column, evaluator.budget()); }
 
   /** The sources of some columns together, as far as they are known. */
   Set<Relation.Column> sources(Relation relation, Collection<String> columns) {
@@ -92,15 +83,15 @@ final class MCall {
   /** What stands in the cells of a column. */
   static MValue cell(Relation.Output output) {
     if (output == null) return MValue.UNKNOWN;
-    return output.content() != null ? output.content() : MValue.of(output.sources());
+    MValue content = content(output);
+    return content != null ? content : MValue.of(output.sources());
   }
 
-  MFault fault(String cause) {
-    return evaluator.fault("step '" + name + "' " + cause, at);
-  }
+  /** The tables, lists and records that stand in the cells of a column, or null. */
+  static MValue content(Relation.Output output) { return output == null ? null : (MValue) output.content(); }
+
+  MFault fault(String cause) { return evaluator.fault("step '" + name + "' " + cause, at); }
 
   /** The same rows, with columns that the text does not tell. */
-  MValue unknownColumns(String cause) {
-    return evaluator.unknownTable(arguments, fault(cause));
-  }
+  MValue unknownColumns(String cause) { return evaluator.unknownTable(arguments, fault(cause)); }
 }

@@ -8,12 +8,12 @@ import java.util.List;
 import java.util.Map;
 
 /**
- * Puts the steps of a `let` in an order in which each follows those that it names, and leaves out those that the
- * result does not need. So a chain of steps, in whatever order it is written, is no deep chain of calls.
+ * Puts the steps of a `let` in an order in which each follows those that it names, and leaves out those that
+ * the result does not need. So a chain of steps, in whatever order it is written, is no deep chain of calls.
  */
 final class MLet {
   interface Reader {
-    MNode read() throws MParser.Fault;
+    MNode read() throws MSyntaxFault;
   }
 
   private final List<String> used;
@@ -29,7 +29,7 @@ final class MLet {
     this.at = at;
   }
 
-  void step(String name, Reader reader) throws MParser.Fault {
+  void step(String name, Reader reader) throws MSyntaxFault {
     int begin = used.size();
     values.add(reader.read());
     ranges.add(new int[] {begin, used.size()});

@@ -10,9 +10,9 @@ final class MNavigation {
 
   private MNavigation() {}
 
-  static MValue item(MEvaluator evaluator, MValue value, MValue key, int at) {
+  static MValue item(MEvaluation evaluator, MValue value, MValue key, int at) {
     return switch (value.kind) {
-      case SOURCE -> itemOfSource(evaluator, value, key, at);
+      case SOURCE -> MSources.item(evaluator, value, key, at);
       case LIST -> itemOfList(evaluator, value, key);
       case TABLE -> MValue.row(value.relation);
       case UNKNOWN -> value;
@@ -20,46 +20,18 @@ final class MNavigation {
     };
   }
 
-  private static MValue itemOfList(MEvaluator evaluator, MValue list, MValue key) {
+  private static MValue itemOfList(MEvaluation evaluator, MValue list, MValue key) {
     if (list.repeated) return list.items.get(0);
     if (key.is(MValue.Kind.NUMBER) && key.text.matches("[0-9]{1,8}")) {
       int place = Integer.parseInt(key.text);
-      return place < list.items.size() ? list.items.get(place) : MValue.UNKNOWN;
+      return place < list.items.size() ? list.items.get(place) :
+        MValue.UNKNOWN;
     }
     return list.items.isEmpty() ? MValue.UNKNOWN : evaluator.either(list.items, List.of());
   }
 
-  /** Source{[Schema="dbo",Item="Sales"]}, Source{[Name="Sales"]} and the like. */
-  private static MValue itemOfSource(MEvaluator evaluator, MValue source, MValue key, int at) {
-    String item = text(key, "Item");
-    String name = item != null ? item : text(key, "Name");
-    if (name == null) {
-      if (source.connection == null) return MValue.UNKNOWN;
-      MFault fault = evaluator.fault("the name of the item is computed", at);
-      MValue unknown = evaluator.unknownTable(List.of(source), fault);
-      unknown.listed = true;
-      return unknown;
-    }
-    if (source.server != null)
-      return MValue.source(evaluator.context().connection(source.opener, source.server, name), "");
-    String schema = text(key, "Schema");
-    String kind = text(key, "Kind");
-    if ("Schema".equals(kind)) return MValue.source(source.connection, name);
-    if ("Database".equals(kind)) return MValue.source(source.connection, source.schema);
-    Relation.Table table =
-        Relation.Table.named(source.connection, schema != null ? schema : source.schema, name);
-    MValue value = MValue.table(Relation.ofTable(table));
-    value.listed = true;
-    return value;
-  }
-
-  static String text(MValue record, String field) {
-    MValue value = record.fields.get(field);
-    return value == null ? null : value.constantText();
-  }
-
   /** [Data] behind an item of a source is the item's content; a table's field is the list of a column. */
-  static MValue field(MEvaluator evaluator, MValue value, String name) {
+  static MValue field(MEvaluation evaluator, MValue value, String name) {
     switch (value.kind) {
       case RECORD:
         if (value.fields.containsKey(name)) return value.fields.get(name);
@@ -76,7 +48,7 @@ final class MNavigation {
     }
   }
 
-  private static MValue cell(MEvaluator evaluator, Relation relation, String name) {
+  private static MValue cell(MEvaluation evaluator, Relation relation, String name) {
     return MCall.cell(relation.find(name, evaluator.budget()));
   }
 

@@ -10,14 +10,14 @@ final class MOperators {
   private MOperators() {}
 
   /** Null where the result is only known to be made of both. */
-  static MValue apply(MEvaluator evaluator, String operator, MValue left, MValue right, int at) {
+  static MValue apply(MEvaluation evaluator, String operator, MValue left, MValue right, int at) {
     return switch (operator) {
-      case "&" -> join(evaluator, left, right, at);
-      case "meta", "as" -> left;
-      case "is" -> MValue.UNKNOWN;
-      case "??" -> evaluator.either(List.of(left, right), List.of());
-      case "=" -> left.isConstant() && right.isConstant() ? MValue.logical(same(left, right)) : null;
-      case "<>" -> left.isConstant() && right.isConstant() ? MValue.logical(!same(left, right)) : null;
+      case "&" -> join(evaluator, left, right, at); case "meta", "as" -> left; case "is" -> MValue.UNKNOWN;
+          case "??" -> evaluator.either(List.of(left, right), List.of());
+          case "=" -> left.isConstant() && right.isConstant() ? MValue.logical(same(left, right)):
+        null;
+      case "<>" -> left.isConstant() && right.isConstant() ? MValue.logical(!same(left, right)):
+        null;
       case "and" -> decided(left, right, "false");
       case "or" -> decided(left, right, "true");
       default -> null;
@@ -31,13 +31,15 @@ final class MOperators {
   /** A logical operator that one of the values decides alone. */
   private static MValue decided(MValue left, MValue right, String deciding) {
     if (!left.is(MValue.Kind.LOGICAL)) return null;
-    return left.text.equals(deciding) ? left : right;
-  }
+    return left.text.equals(deciding) ? left :
+        right;
+    }
 
-  private static MValue join(MEvaluator evaluator, MValue left, MValue right, int at) {
-    if (left.is(MValue.Kind.TABLE) || right.is(MValue.Kind.TABLE)) return append(evaluator, left, right, at);
-    if (left.kind != right.kind) return null;
-    return switch (left.kind) {
+    private static MValue join(MEvaluation evaluator, MValue left, MValue right, int at) {
+      if (left.is(MValue.Kind.TABLE) || right.is(MValue.Kind.TABLE))
+        return append(evaluator, left, right, at);
+      if (left.kind != right.kind) return null;
+      return switch (left.kind) {
       case TEXT -> MValue.text(left.text + right.text);
       case LIST -> lists(evaluator, left, right);
       case RECORD -> records(left, right);
@@ -46,31 +48,31 @@ final class MOperators {
   }
 
   /** Rows of an unknown table have columns of the known one too, and may have others. */
-  private static MValue append(MEvaluator evaluator, MValue left, MValue right, int at) {
+  private static MValue append(MEvaluation evaluator, MValue left, MValue right, int at) {
     if (left.is(MValue.Kind.TABLE) && right.is(MValue.Kind.TABLE))
       return MValue.table(Relation.append(List.of(left.relation, right.relation)));
     Relation relation = Relation.over(left.is(MValue.Kind.TABLE) ? left.relation : right.relation);
-    relation.setComputed();
-    return MValue.table(relation.blame(evaluator.fault("a table that '&' appends is not known", at)));
-  }
+        relation.setComputed();
+        return MValue.table(relation.blame(evaluator.fault("a table that '&' appends is not known", at)));
+      }
 
-  private static MValue lists(MEvaluator evaluator, MValue left, MValue right) {
-    if (left.repeated || right.repeated) return null;
-    int size = left.items.size() + right.items.size();
-    // Long lists that are put together piece by piece would cost their length for each piece.
-    if (!evaluator.budget().take(size)) return null;
-    List<MValue> items = new ArrayList<>(size);
-    items.addAll(left.items);
-    items.addAll(right.items);
-    return MValue.list(items);
-  }
+      private static MValue lists(MEvaluation evaluator, MValue left, MValue right) {
+        if (left.repeated || right.repeated) return null;
+        int size = left.items.size() + right.items.size();
+        // Long lists that are put together piece by piece would cost their length for each piece.
+        if (!evaluator.budget().take(size)) return null;
+        List<MValue> items = new ArrayList<>(size);
+        items.addAll(left.items);
+        items.addAll(right.items);
+        return MValue.list(items);
+      }
 
-  private static MValue records(MValue left, MValue right) {
-    if (right.relation != null) return null;
-    Map<String, MValue> fields = new LinkedHashMap<>(left.fields);
-    fields.putAll(right.fields);
-    MValue record = MValue.record(fields);
-    record.relation = left.relation;
-    return record;
-  }
-}
+      private static MValue records(MValue left, MValue right) {
+        if (right.relation != null) return null;
+        Map<String, MValue> fields = new LinkedHashMap<>(left.fields);
+        fields.putAll(right.fields);
+        MValue record = MValue.record(fields);
+        record.relation = left.relation;
+        return record;
+      }
+    }

@@ -7,17 +7,6 @@ import java.util.Set;
 
 /** Reads a query of the M language into a tree. */
 final class MParser {
-  /** What is no query, and where. */
-  static final class Fault extends Exception {
-    private static final long serialVersionUID = 1L;
-    final int at;
-
-    Fault(String message, int at) {
-      super(message);
-      this.at = at;
-    }
-  }
-
   /** The text is anybody's, and each level of nesting takes some of Java's stack. */
   private static final int MAX_DEPTH = 300;
 
@@ -26,8 +15,8 @@ final class MParser {
       Map.entry("and", 3), Map.entry("is", 4), Map.entry("as", 4), Map.entry("=", 5), Map.entry("<>", 5),
       Map.entry("<", 6), Map.entry(">", 6), Map.entry("<=", 6), Map.entry(">=", 6), Map.entry("+", 7),
       Map.entry("-", 7), Map.entry("&", 7), Map.entry("*", 8), Map.entry("/", 8), Map.entry("meta", 9));
-  private static final Set<String> KEYWORDS =
-      Set.of("and", "as", "each", "else", "error", "if", "in", "is", "let", "meta", "or", "otherwise", "then");
+  private static final Set<String> KEYWORDS = Set.of(
+      "and", "as", "each", "else", "error", "if", "in", "is", "let", "meta", "or", "otherwise", "then");
 
   private final MTokens tokens;
   private int at;
@@ -35,25 +24,22 @@ final class MParser {
   /** All names that expressions use, in the text's order: those of a step are a range of it. */
   private final List<String> used = new ArrayList<>();
 
-  private MParser(String text) {
-    tokens = new MTokens(text);
-  }
+  private MParser(String text) { tokens = new MTokens(text); }
 
-  static MNode parse(String text) throws Fault {
+  static MNode parse(String text) throws MSyntaxFault {
     MParser parser = new MParser(text);
     MNode node = parser.expression();
     if (parser.next().kind() != MTokens.Kind.END) throw parser.unexpected();
     return node;
   }
 
-  private MTokens.Token next() {
-    return tokens.get(at);
-  }
+  private MTokens.Token next() { return tokens.get(at); }
 
-  private Fault unexpected() {
+  private MSyntaxFault unexpected() {
     MTokens.Token token = next();
     boolean end = token.kind() == MTokens.Kind.END;
-    return new Fault(end ? "the query ends too early" : "unexpected '" + token.value() + "'", token.begin());
+    return new MSyntaxFault(
+        end ? "the query ends too early" : "unexpected '" + token.value() + "'", token.begin());
   }
 
   private boolean takeSign(String sign) {
@@ -68,39 +54,34 @@ final class MParser {
     return true;
   }
 
-  private void expectSign(String sign) throws Fault {
+  private void expectSign(String sign) throws MSyntaxFault {
     if (!takeSign(sign)) throw unexpected();
   }
 
-  private void expectWord(String word) throws Fault {
+  private void expectWord(String word) throws MSyntaxFault {
     if (!takeWord(word)) throw unexpected();
   }
 
-  private MNode expression() throws Fault {
+  private MNode expression() throws MSyntaxFault {
     MTokens.Token token = next();
-    if (++depth > MAX_DEPTH) throw new Fault("nested too deeply", token.begin());
+    if (++depth > MAX_DEPTH) throw new MSyntaxFault("nested too deeply", token.begin());
     MNode node = switch (token.kind() == MTokens.Kind.WORD ? token.value() : "") {
-      case "let" -> let();
-      case "if" -> condition();
-      case "try" -> attempt();
-      case "each" -> each();
-      case "error" -> {
-        ++at;
-        expression();
-        yield MNode.of(MNode.Kind.NOTHING, "", token.begin());
-      }
-      default -> isFunction() ? function() : operation(1);
+      case "let" -> let(); case "if" -> condition(); case "try" -> attempt(); case "each" -> each();
+          case "error" -> {
+            ++at; expression(); yield MNode.of(MNode.Kind.NOTHING, "", token.begin());
+          } default -> isFunction() ? function():
+        operation(1);
     };
     --depth;
     return node;
   }
 
-  private MNode each() throws Fault {
+  private MNode each() throws MSyntaxFault {
     int begin = tokens.get(at++).begin();
     return MNode.of(MNode.Kind.FUNCTION, List.of("_"), List.of(expression()), begin);
   }
 
-  private MNode let() throws Fault {
+  private MNode let() throws MSyntaxFault {
     MLet let = new MLet(used, tokens.get(at++).begin());
     do {
       String name = name();
@@ -111,13 +92,13 @@ final class MParser {
     return let.node(expression());
   }
 
-  private String name() throws Fault {
+  private String name() throws MSyntaxFault {
     if (!next().isName()) throw unexpected();
     return tokens.get(at++).value();
   }
 
   /** A chain of "else if" is one node, however long it is. */
-  private MNode condition() throws Fault {
+  private MNode condition() throws MSyntaxFault {
     int begin = next().begin();
     List<MNode> items = new ArrayList<>();
     while (takeWord("if")) {
@@ -130,7 +111,7 @@ final class MParser {
     return MNode.of(MNode.Kind.IF, List.of(), items, begin);
   }
 
-  private MNode attempt() throws Fault {
+  private MNode attempt() throws MSyntaxFault {
     int begin = tokens.get(at++).begin();
     List<MNode> items = new ArrayList<>(List.of(expression()));
     if (takeWord("otherwise") || takeWord("catch")) items.add(expression());
@@ -157,7 +138,7 @@ final class MParser {
     return !token.isSign(")") || tokens.get(place + 1).isSign("=>") || tokens.get(place + 1).isWord("as");
   }
 
-  private MNode function() throws Fault {
+  private MNode function() throws MSyntaxFault {
     int begin = tokens.get(at++).begin();
     List<String> names = new ArrayList<>();
     if (!takeSign(")")) {
@@ -179,7 +160,7 @@ final class MParser {
     return can && STRENGTHS.containsKey(token.value()) ? token.value() : null;
   }
 
-  private MNode operation(int least) throws Fault {
+  private MNode operation(int least) throws MSyntaxFault {
     MNode left = operand();
     for (String operator = operator(); operator != null; operator = operator()) {
       int strength = STRENGTHS.get(operator);
@@ -198,7 +179,7 @@ final class MParser {
     return left;
   }
 
-  private MNode operand() throws Fault {
+  private MNode operand() throws MSyntaxFault {
     boolean changed = false;
     int begin = next().begin();
     while (takeSign("+") || takeSign("-") || takeWord("not")) changed = true;
@@ -207,7 +188,7 @@ final class MParser {
     return changed ? MNode.of(MNode.Kind.OPERATION, List.of("not"), List.of(node), begin) : node;
   }
 
-  private MNode access() throws Fault {
+  private MNode access() throws MSyntaxFault {
     MNode value = primary();
     List<MNode> items = new ArrayList<>(List.of(value));
     while (next().isSign("(") || next().isSign("{") || next().isSign("[")) {
@@ -217,7 +198,7 @@ final class MParser {
       } else {
         boolean call = next().isSign("(");
         List<MNode> inside = inside(call ? ")" : "}");
-        if (!call && inside.size() != 1) throw new Fault("one place or key is expected", begin);
+        if (!call && inside.size() != 1) throw new MSyntaxFault("one place or key is expected", begin);
         items.add(MNode.of(call ? MNode.Kind.ARGUMENTS : MNode.Kind.ITEM, List.of(), inside, begin));
       }
       takeSign("?");
@@ -225,7 +206,7 @@ final class MParser {
     return items.size() == 1 ? value : MNode.of(MNode.Kind.ACCESS, List.of(), items, value.at());
   }
 
-  private MNode primary() throws Fault {
+  private MNode primary() throws MSyntaxFault {
     takeSign("@");
     MTokens.Token token = next();
     switch (token.kind()) {
@@ -253,7 +234,7 @@ final class MParser {
     return node;
   }
 
-  private MNode word(MTokens.Token token) throws Fault {
+  private MNode word(MTokens.Token token) throws MSyntaxFault {
     boolean quoted = token.kind() == MTokens.Kind.QUOTED;
     if (!quoted && KEYWORDS.contains(token.value())) throw unexpected();
     ++at;
@@ -266,7 +247,7 @@ final class MParser {
   }
 
   /** The expressions from a bracket to the one that closes it; of {1..9} the rest is not told. */
-  private List<MNode> inside(String close) throws Fault {
+  private List<MNode> inside(String close) throws MSyntaxFault {
     ++at;
     List<MNode> items = new ArrayList<>();
     if (takeSign(close)) return items;
@@ -281,7 +262,7 @@ final class MParser {
   }
 
   /** [Name], [[A], [B]], or where a value begins, [A = 1, B = 2]. */
-  private MNode bracket(boolean record) throws Fault {
+  private MNode bracket(boolean record) throws MSyntaxFault {
     int begin = tokens.get(at++).begin();
     if (next().isSign("[")) return columns(begin);
     List<String> names = new ArrayList<>();
@@ -302,7 +283,7 @@ final class MParser {
     return MNode.of(MNode.Kind.RECORD, names, values, begin);
   }
 
-  private MNode columns(int begin) throws Fault {
+  private MNode columns(int begin) throws MSyntaxFault {
     List<String> names = new ArrayList<>();
     do {
       expectSign("[");
@@ -315,8 +296,10 @@ final class MParser {
     return MNode.of(MNode.Kind.COLUMNS, names, List.of(), begin);
   }
 
-  /** A field's name may be of several words, also of words that elsewhere mean something: [Number of Items]. */
-  private String fieldName() throws Fault {
+  /**
+   * A field's name may be of several words, also of words that elsewhere mean something: [Number of Items].
+   */
+  private String fieldName() throws MSyntaxFault {
     MTokens.Token first = next();
     MTokens.Token last = null;
     for (; !next().isSign("]") && !next().isSign("=") && !next().isSign(","); ++at) {
@@ -327,14 +310,16 @@ final class MParser {
     return first == last && first.isName() ? first.value() : tokens.written(first, last);
   }
 
-  private MNode type() throws Fault {
+  private MNode type() throws MSyntaxFault {
     MTokens.Token token = next();
-    if (++depth > MAX_DEPTH) throw new Fault("nested too deeply", token.begin());
+    if (++depth > MAX_DEPTH) throw new MSyntaxFault("nested too deeply", token.begin());
     List<String> names = new ArrayList<>();
     while (takeWord("nullable")) continue;
     if (takeWord("table")) {
-      if (next().isSign("[")) fields(names);
-      else if (!isTypeEnd()) access();
+      if (next().isSign("["))
+        fields(names);
+      else if (!isTypeEnd())
+        access();
     } else if (next().isSign("[")) {
       fields(names);
     } else if (takeSign("{")) {
@@ -356,20 +341,21 @@ final class MParser {
     return !value;
   }
 
-  private void fields(List<String> names) throws Fault {
+  private void fields(List<String> names) throws MSyntaxFault {
     ++at;
     if (takeSign("]")) return;
     do {
       if (takeSign("...")) continue;
       MTokens.Token second = tokens.get(at + 1);
-      if (next().isWord("optional") && !second.isSign("=") && !second.isSign(",") && !second.isSign("]")) ++at;
+      if (next().isWord("optional") && !second.isSign("=") && !second.isSign(",") && !second.isSign("]"))
+        ++at;
       names.add(fieldName());
       if (takeSign("=")) type();
     } while (takeSign(","));
     expectSign("]");
   }
 
-  private void parameterTypes() throws Fault {
+  private void parameterTypes() throws MSyntaxFault {
     ++at;
     if (!takeSign(")")) {
       do {

@@ -5,18 +5,6 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
  * ends in "unknown", never in a guess.
  */
 public final class MQuery {
-  /** What a model offers to its queries. */
-  public interface Context {
-    /** The text of a shared expression, or null. */
-    String sharedExpression(String name);
-
-    /** The key of a data source of the model by its name, or null. */
-    String dataSource(String name);
-
-    /** The key of a connection that a query opens by itself. */
-    String connection(String function, String server, String database);
-  }
-
   /**
    * What a query reads; `relation` is null when it is no table that comes from a database. `fault` tells the
    * first step that is not understood, with line and column; null when all are.
@@ -27,15 +15,13 @@ public final class MQuery {
   public static final class Reader {
     private final MEvaluator evaluator;
 
-    public Reader(Context context) {
-      evaluator = new MEvaluator(context);
-    }
+    public Reader(MContext context) { evaluator = new MEvaluator(context); }
 
     public Reading read(String text) {
       if (text.isBlank()) return new Reading(null, null);
       try {
         return reading(evaluator.evaluateQuery(text));
-      } catch (MParser.Fault fault) {
+      } catch (MSyntaxFault fault) {
         return new Reading(null, MFault.at(fault.getMessage(), "", text, fault.at).text());
       }
     }

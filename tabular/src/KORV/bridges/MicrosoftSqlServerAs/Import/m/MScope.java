@@ -2,9 +2,15 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
 import java.util.HashMap;
 import java.util.Map;
+import java.util.function.Predicate;
 
 /** The names that an expression can use, each with its value or with the part of the tree that gives it. */
 final class MScope {
+  /** Who gives a part of the tree its value. */
+  interface Evaluation {
+    MValue evaluate(MNode node, MScope scope);
+  }
+
   private final MScope outer;
   /** A name that means what it means further outside: a step or field that is just being evaluated. */
   private final String excluded;
@@ -15,25 +21,17 @@ final class MScope {
     this.excluded = excluded;
   }
 
-  static MScope inside(MScope outer) {
-    return new MScope(outer, null);
-  }
+  static MScope inside(MScope outer) { return new MScope(outer, null); }
 
   /** The same names for the value of one of them: in `let T = T in …` the second T is another one. */
-  MScope forValueOf(String name) {
-    return new MScope(this, name);
-  }
+  MScope forValueOf(String name) { return new MScope(this, name); }
 
-  void set(String name, MValue value) {
-    values.put(name, value);
-  }
+  void set(String name, MValue value) { values.put(name, value); }
 
   /** A value that is evaluated when it is asked for. */
-  void defer(String name, MNode node) {
-    values.put(name, node);
-  }
+  void defer(String name, MNode node) { values.put(name, node); }
 
-  MValue find(String name, MEvaluator evaluator) {
+  MValue find(String name, Evaluation evaluation) {
     for (MScope at = this; at != null; at = at.outer) {
       if (name.equals(at.excluded)) {
         at = at.outer;
@@ -43,17 +41,17 @@ final class MScope {
       if (known instanceof MValue value) return value;
       if (!(known instanceof MNode node)) continue;
       at.values.put(name, MValue.UNKNOWN);
-      MValue value = evaluator.evaluate(node, at.forValueOf(name));
+      MValue value = evaluation.evaluate(node, at.forValueOf(name));
       at.values.put(name, value);
       return value;
     }
     return null;
   }
 
-  /** The innermost row that a field can belong to, or null. */
-  MValue rowWith(String field, MEvaluator evaluator) {
+  /** The innermost row that can be meant, or null. */
+  MValue rowWith(Predicate<MValue> canBe) {
     for (MScope at = this; at != null; at = at.outer) {
-      if (at.values.get("_") instanceof MValue row && evaluator.canHave(row, field)) return row;
+      if (at.values.get("_") instanceof MValue row && canBe.test(row)) return row;
     }
     return null;
   }

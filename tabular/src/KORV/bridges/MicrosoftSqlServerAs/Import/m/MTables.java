@@ -134,9 +134,7 @@ final class MTables {
     return expand(call, content -> content.is(MValue.Kind.TABLE) ? MValue.row(content.relation) : content);
   }
 
-  static MValue expandRecord(MCall call) {
-    return expand(call, content -> content);
-  }
+  static MValue expandRecord(MCall call) { return expand(call, content -> content); }
 
   /** What stands in the cells becomes columns; a column that was there untouched holds what is not known. */
   private static MValue expand(MCall call, Function<MValue, MValue> rowOf) {
@@ -148,7 +146,8 @@ final class MTables {
     relation.setComputed();
     relation.leaveOut(column);
     Relation.Output output = call.find(from, column);
-    MValue content = output == null || output.content() == null ? MValue.UNKNOWN : output.content();
+    MValue content = MCall.content(output);
+    if (content == null) content = MValue.UNKNOWN;
     if (content.relation != null && content.relation.fault() != null)
       relation.blame(content.relation.fault());
     List<String> columns = call.texts(2);
@@ -170,7 +169,7 @@ final class MTables {
     Relation relation = Relation.over(from);
     relation.setComputed();
     Relation.Output output = call.text(1) == null ? null : call.find(from, call.text(1));
-    MValue content = output == null ? null : output.content();
+    MValue content = MCall.content(output);
     if (content != null && content.is(MValue.Kind.LIST) && !content.items.isEmpty())
       relation.put(call.text(1), call.output(call.evaluator.either(content.items, List.of())));
     return MValue.table(relation);

@@ -6,7 +6,7 @@ import java.util.Map;
 import java.util.Set;
 
 /** What a part of a query comes to, as far as its text tells. */
-final class MValue {
+final class MValue implements Relation.Content {
   enum Kind { UNKNOWN, TEXT, NUMBER, LOGICAL, LIST, RECORD, TABLE, FUNCTION, SOURCE, TYPE }
 
   /** What a function makes of its arguments; `at` is the place of the call. */
@@ -39,9 +39,7 @@ final class MValue {
   /** The columns of a table type. */
   List<String> names = List.of();
 
-  private MValue(Kind kind) {
-    this.kind = kind;
-  }
+  private MValue(Kind kind) { this.kind = kind; }
 
   private static MValue constant(Kind kind, String text) {
     MValue value = new MValue(kind);
@@ -49,17 +47,11 @@ final class MValue {
     return value;
   }
 
-  static MValue text(String text) {
-    return constant(Kind.TEXT, text);
-  }
+  static MValue text(String text) { return constant(Kind.TEXT, text); }
 
-  static MValue number(String text) {
-    return constant(Kind.NUMBER, text);
-  }
+  static MValue number(String text) { return constant(Kind.NUMBER, text); }
 
-  static MValue logical(boolean value) {
-    return constant(Kind.LOGICAL, Boolean.toString(value));
-  }
+  static MValue logical(boolean value) { return constant(Kind.LOGICAL, Boolean.toString(value)); }
 
   /** A value of which only the sources are known. */
   static MValue of(Set<Relation.Column> sources) {
@@ -125,21 +117,19 @@ final class MValue {
     return value;
   }
 
-  boolean is(Kind expected) {
-    return kind == expected;
-  }
+  boolean is(Kind expected) { return kind == expected; }
 
   /** The text of a constant, or null. */
-  String constantText() {
-    return kind == Kind.TEXT ? text : null;
+  String constantText() { return kind == Kind.TEXT ? text : null; }
+
+  /** The text of a field that is constant, or null. */
+  String fieldText(String name) {
+    MValue value = fields.get(name);
+    return value == null ? null : value.constantText();
   }
 
-  boolean isConstant() {
-    return text != null;
-  }
+  boolean isConstant() { return text != null; }
 
   /** Whether all items are there, each by itself. */
-  boolean isWholeList() {
-    return kind == Kind.LIST && !repeated;
-  }
+  boolean isWholeList() { return kind == Kind.LIST && !repeated; }
 }

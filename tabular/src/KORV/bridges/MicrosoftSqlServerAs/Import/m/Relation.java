@@ -33,6 +33,9 @@ public final class Relation {
     }
   }
 
+  /** What stands in a column's cells where it is more than a plain value. */
+  interface Content {}
+
   /** A column of such a table. */
   public record Column(Table table, String name) {}
 
@@ -45,9 +48,7 @@ public final class Relation {
     private static final int PER_CHARACTER = 20;
     private long left;
 
-    public Budget(int textLength) {
-      left = LEAST + (long) PER_CHARACTER * textLength;
-    }
+    public Budget(int textLength) { left = LEAST + (long) PER_CHARACTER * textLength; }
 
     boolean take(int steps) {
       left -= steps;
@@ -55,16 +56,15 @@ public final class Relation {
     }
 
     /** For a text that the query brings with it. */
-    void add(int textLength) {
-      left += (long) PER_CHARACTER * textLength;
-    }
+    void add(int textLength) { left += (long) PER_CHARACTER * textLength; }
   }
 
   /**
-   * A column of the relation, with the physical columns that it is made of; `sources` is null where the relation
-   * no longer has it. `content` is what stands in its cells where that is a table, list or record, or null.
+   * A column of the relation, with the physical columns that it is made of; `sources` is null where the
+   * relation no longer has it. `content` is what stands in its cells where that is a table, list or record,
+   * or null.
    */
-  public record Output(String name, Set<Column> sources, MValue content) {}
+  public record Output(String name, Set<Column> sources, Content content) {}
 
   /** A column in one of the relations that a look-up passes, where it may have another name. */
   private record Place(Relation relation, String name, boolean ends) {
@@ -120,9 +120,7 @@ public final class Relation {
     return relation;
   }
 
-  static Relation over(Relation base) {
-    return over(List.of(base));
-  }
+  static Relation over(Relation base) { return over(List.of(base)); }
 
   /** Of the base only the columns of these names. */
   static Relation chosen(Relation base, Collection<String> names) {
@@ -148,31 +146,23 @@ public final class Relation {
     return relation;
   }
 
-  void put(String name, Set<Column> sources) {
-    put(name, new Output(name, sources, null));
-  }
+  void put(String name, Set<Column> sources) { put(name, new Output(name, sources, null)); }
 
   void put(String name, Output output) {
     outputs.put(name, new Output(name, output.sources, output.content));
   }
 
   /** The column is there no more, whatever the base has. */
-  void leaveOut(String name) {
-    put(name, (Set<Column>) null);
-  }
+  void leaveOut(String name) { put(name, (Set<Column>) null); }
 
-  void setComputed() {
-    plain = false;
-  }
+  void setComputed() { plain = false; }
 
   void setDoubtful() {
     doubtful = true;
     plain = false;
   }
 
-  void setPrefix(String text) {
-    prefix = text;
-  }
+  void setPrefix(String text) { prefix = text; }
 
   void mention(Collection<String> names) {
     if (mentioned.isEmpty() && !names.isEmpty()) mentioned = new HashSet<>();
@@ -185,9 +175,7 @@ public final class Relation {
     return this;
   }
 
-  MFault fault() {
-    return fault;
-  }
+  MFault fault() { return fault; }
 
   /** The columns that were put and are still there. */
   public Iterable<Output> outputs() {
@@ -212,9 +200,7 @@ public final class Relation {
     return "";
   }
 
-  public boolean isPlain() {
-    return plain;
-  }
+  public boolean isPlain() { return plain; }
 
   /** The physical columns of a column; null when the relation is not known to have it. */
   public Set<Column> sourcesOf(String name, Budget budget) {
