@@ -24,4 +24,15 @@ void writeEstate(std::ostream& out, std::uint64_t bytes, std::uint64_t seed);
 ///   script          bytes of one script, as scripts are
 void writeMany(std::ostream& out, std::string_view kind, std::uint64_t count);
 
+/// Writes a made-up tabular definition (JSON) of about that many bytes: tables with columns, measures,
+/// partitions in M and SQL, hierarchies, annotations; relationships; translations. It grows in leaps of about
+/// 80 KB. The same bytes for the same arguments on every platform.
+void writeTabular(std::ostream& out, std::uint64_t bytes, std::uint64_t seed);
+
+/// Writes a tabular definition with `count` of one thing and little else: model-columns, model-measures,
+/// model-partitions, model-annotations or model-members of one table; model-tables; model-expressions (shared
+/// ones); model-equal-columns, -measures, -members and -tables, all of one name. Throws std::invalid_argument
+/// for a kind that is none of these.
+void writeTabularMany(std::ostream& out, std::string_view kind, std::uint64_t count);
+
 }  // namespace tav::bench

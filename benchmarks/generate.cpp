@@ -1,6 +1,6 @@
 // generate-definition SIZE SEED [KIND]: writes a made-up definition to standard output. SIZE is in MB for the
-// kinds "database" (0.01 is 10 KB) and "script", else a number of objects. The same arguments give the same
-// bytes everywhere.
+// kinds "database" (0.01 is 10 KB), "tabular" and "script", else a number of objects. The same arguments give
+// the same bytes everywhere.
 
 #include <charconv>
 #include <cmath>
@@ -25,9 +25,11 @@ template <class Number> std::optional<Number> number(std::string_view text) {
 
 int usage() {
   std::cerr << "usage: generate-definition SIZE SEED [KIND] > FILE\n"
-               "  KIND database (as if not given) or script: SIZE in MB, such as 0.01 or 100\n"
+               "  KIND database (as if not given), tabular or script: SIZE in MB, such as 0.01 or 100\n"
                "  KIND equal-names, attributes, uneven, tables, measures, equal-measures, references or\n"
-               "    cubes: SIZE objects\n";
+               "    cubes, or of a tabular definition model-columns, model-measures, model-partitions,\n"
+               "    model-annotations, model-members, model-tables, model-expressions, model-equal-columns,\n"
+               "    model-equal-measures, model-equal-members or model-equal-tables: SIZE objects\n";
   return 2;
 }
 
@@ -42,6 +44,10 @@ int main(int count, char** arguments) try {
   const auto bytes = static_cast<std::uint64_t>(std::llround(*size * 1e6));
   if (kind == "database")
     tav::bench::writeEstate(std::cout, bytes, *seed);
+  else if (kind == "tabular")
+    tav::bench::writeTabular(std::cout, bytes, *seed);
+  else if (kind.starts_with("model-"))
+    tav::bench::writeTabularMany(std::cout, kind, static_cast<std::uint64_t>(*size));
   else
     tav::bench::writeMany(std::cout, kind, kind == "script" ? bytes : static_cast<std::uint64_t>(*size));
   if (std::cout.flush()) return 0;

@@ -11,8 +11,9 @@ class TAVMetadataOrigin;
 
 /// An importer written in Java. It is started as
 ///
-///     java -cp CLASSPATH MAINCLASS OPTIONS_FILE OUTPUT_FILE
+///     java JAVA_OPTIONS -cp CLASSPATH MAINCLASS OPTIONS_FILE OUTPUT_FILE
 ///
+/// where the options ask for a heap that the files among the options of the import need,
 /// without a shell and in the locale C.UTF-8. The options are lines "key<TAB>value" in UTF-8, with \\, \n, \r
 /// and \t for what would break a line, in a file that its owner alone can read. The importer writes the
 /// output file, and messages to standard output as lines "LEVEL<TAB>IDENTIFIER<TAB>text", LEVEL being the

@@ -41,7 +41,7 @@ estate() {
   sed -E 's/ +[0-9]+\.[0-9]  /  T  /; s/ in [0-9.]+ s/ in T s/' table; rm table; return $code
 }
 fake_java() {
-  mkdir -p java/bin; { echo '#!/bin/sh'; cat; } >java/bin/java; chmod +x java/bin/java
+  mkdir -p java/bin; { echo '#!/bin/sh'; echo 'while [ $# -gt 1 ] && [ "$1" != -cp ]; do shift; done'; cat; } >java/bin/java; chmod +x java/bin/java
   echo 'JAVA_VERSION="17.0.1"' >java/release; export XMLA_BRIDGE_JAVA=$PWD/java/bin/java
 }
 )SH";

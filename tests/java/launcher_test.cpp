@@ -26,12 +26,16 @@ class Recorder : public TAVLog {
   std::string shown;
 };
 
+// The options of Java itself depend on the machine: they go into a variable, and the importer's are $1 to $5.
+constexpr std::string_view kJavaOptions =
+    "#!/bin/sh\nwhile [ \"$1\" != -cp ]; do java_options=\"$java_options $1\"; shift; done\n";
+
 /// A folder with a program that plays Java.
 class Place {
  public:
   explicit Place(const std::string& script) {
     for (const char* name : {"java/bin", "out", "tmp"}) fs::create_directories(folder_.path() / name);
-    const std::string java = folder_.write("java/bin/java", "#!/bin/sh\n" + script);
+    const std::string java = folder_.write("java/bin/java", std::string(kJavaOptions) + script);
     fs::permissions(java, fs::perms::owner_all);
     static_cast<void>(folder_.write("java/release", "JAVA_VERSION=\"17.0.1\"\n"));
     setenv("XMLA_BRIDGE_JAVA", java.c_str(), 1);

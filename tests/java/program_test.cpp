@@ -38,7 +38,7 @@ class Tree {
 // fake: makes a program that plays Java, of a version, from a script on standard input.
 constexpr std::string_view kPrelude = R"SH(
 fake() {
-  mkdir -p "$1/bin"; { echo '#!/bin/sh'; cat; } >"$1/bin/java"; chmod +x "$1/bin/java"
+  mkdir -p "$1/bin"; { echo '#!/bin/sh'; echo 'while [ $# -gt 1 ] && [ "$1" != -cp ]; do shift; done'; cat; } >"$1/bin/java"; chmod +x "$1/bin/java"
   echo "JAVA_VERSION=\"$2\"" >"$1/release"
 }
 model() { echo "<TAVMultiModel format=\"tav-model/1\">$1</TAVMultiModel>"; }

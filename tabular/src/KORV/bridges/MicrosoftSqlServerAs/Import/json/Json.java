@@ -1,7 +1,9 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.json;
 
 import java.util.ArrayList;
+import java.util.HashMap;
 import java.util.List;
+import java.util.Map;
 
 /** A value of the definition, with its place in the text. */
 public final class Json {
@@ -19,6 +21,9 @@ public final class Json {
     }
   }
 
+  /** So many members are compared one by one, which is faster than an index and takes no memory. */
+  private static final int MOST_UNINDEXED = 16;
+
   static final Json NOTHING = new Json(Kind.NULL, "", 0, 0);
 
   public final Kind kind;
@@ -29,6 +34,8 @@ public final class Json {
   /** The values of an object or array, and beside them the names of an object's members. */
   public final ArrayList<Json> values;
   public final ArrayList<String> names;
+  /** Where the last member of a name stands; made on the first look-up in an object of many members. */
+  private Map<String, Integer> index;
 
   Json(Kind kind, String text, int line, int column) {
     this.kind = kind;
@@ -43,8 +50,22 @@ public final class Json {
   /** The member of an object; null stands for absent. The last of equal names counts. */
   public Json get(String name) {
     if (kind != Kind.OBJECT) return NOTHING;
-    int i = names.lastIndexOf(name);
+    int i = names.size() > MOST_UNINDEXED ? indexed(name) : names.lastIndexOf(name);
     return i < 0 ? NOTHING : values.get(i);
+  }
+
+  private int indexed(String name) {
+    if (index == null) {
+      index = new HashMap<>();
+      for (int i = 0; i < names.size(); ++i) index.put(names.get(i), i);
+    }
+    return index.getOrDefault(name, -1);
+  }
+
+  /** Gives back the room that was kept for more members. */
+  void complete() {
+    values.trimToSize();
+    if (names != null) names.trimToSize();
   }
 
   public boolean has(String name) {

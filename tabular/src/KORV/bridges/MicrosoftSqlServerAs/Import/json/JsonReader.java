@@ -23,7 +23,20 @@ public final class JsonReader {
   private static final Set<String> STAMPS = Set.of("modifiedTime", "structureModifiedTime", "refreshedTime",
       "createdTimestamp", "lastUpdate", "lastSchemaUpdate", "lastProcessed", "state", "errorMessage");
 
-  private JsonReader() {}
+  /** Texts up to this length are worth a look whether they were read before. */
+  private static final int LONGEST_SHARED = 40;
+  private static final int SHARED_TEXTS = 1 << 14;
+
+  private final JsonParser parser;
+  /**
+   * The text last read of each hash: definitions repeat data types, names of columns and the like all over,
+   * and kept once they take a fraction of the memory. What is displaced is only kept once more.
+   */
+  private final String[] shared = new String[SHARED_TEXTS];
+
+  private JsonReader(JsonParser parser) {
+    this.parser = parser;
+  }
 
   /** The root value of a file. Comments, line ends inside texts and a byte order mark are accepted. */
   public static Json read(Path path) throws IOException, ImportException {
@@ -34,7 +47,7 @@ public final class JsonReader {
             .enable(JsonReadFeature.ALLOW_TRAILING_COMMA)
             .build();
     try (InputStream in = Files.newInputStream(path); JsonParser parser = factory.createParser(in)) {
-      return readTree(parser);
+      return new JsonReader(parser).readTree();
     } catch (JsonEOFException fault) {
       throw at(fault.getLocation(), "the text ends before the definition does");
     } catch (JsonProcessingException fault) {
@@ -45,7 +58,7 @@ public final class JsonReader {
     }
   }
 
-  private static Json readTree(JsonParser parser) throws IOException, ImportException {
+  private Json readTree() throws IOException, ImportException {
     ArrayDeque<Json> open = new ArrayDeque<>();
     ArrayDeque<String> names = new ArrayDeque<>();
     Json root = null;
@@ -57,10 +70,11 @@ public final class JsonReader {
       }
       if (token == JsonToken.END_OBJECT || token == JsonToken.END_ARRAY) {
         Json done = open.pop();
+        done.complete();
         if (open.isEmpty()) root = done;
         continue;
       }
-      Json value = makeValue(token, parser);
+      Json value = makeValue(token);
       if (!open.isEmpty()) addTo(open.peek(), names, value);
       if (value.values == null) {
         if (open.isEmpty()) root = value;
@@ -83,7 +97,7 @@ public final class JsonReader {
     parent.values.add(value);
   }
 
-  private static Json makeValue(JsonToken token, JsonParser parser) throws IOException {
+  private Json makeValue(JsonToken token) throws IOException {
     JsonLocation place = parser.getTokenLocation();
     Json.Kind kind =
         switch (token) {
@@ -94,7 +108,17 @@ public final class JsonReader {
           default -> Json.Kind.OTHER;
         };
     boolean plain = kind == Json.Kind.STRING || kind == Json.Kind.OTHER;
-    return new Json(kind, plain ? parser.getText() : "", place.getLineNr(), place.getColumnNr());
+    return new Json(kind, plain ? text() : "", place.getLineNr(), place.getColumnNr());
+  }
+
+  private String text() throws IOException {
+    String text = parser.getText();
+    if (text.length() > LONGEST_SHARED) return text;
+    int hash = text.hashCode();
+    int place = (hash ^ hash >>> 16) & SHARED_TEXTS - 1;
+    if (text.equals(shared[place])) return shared[place];
+    shared[place] = text;
+    return text;
   }
 
   private static ImportException at(JsonLocation place, String cause) {
