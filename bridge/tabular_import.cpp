@@ -6,10 +6,10 @@
 #include "framework/bridgelib/class_path.h"
 #include "framework/java/java_bridge.h"
 #include "framework/serialization/multi_model_serialization.h"
-#include "framework/std/connection_string.h"
 #include "framework/std/java_path.h"
 #include "framework/std/temporary_folder.h"
 #include "framework/types/providers.h"
+#include "framework/types/server_kinds.h"
 #include "views/database_queries.h"
 
 namespace {
@@ -45,6 +45,16 @@ TAVStoreModel* loadFrom(const TAVFile& folder, TAVLog* log) {
   return model;
 }
 
+/// What a connection reads, or null: most kinds of servers and files have no data store of their own. A
+/// connection string that names no provider is one of SQL Server's.
+const TAVDataStoreVersion* dataStoreOf(const TAVStoreConnection& connection) {
+  const tav::ConnectionFacts facts = tav::factsOf(connection);
+  const tav::ServerKind* kind = tav::serverKindOf(facts);
+  if (kind == &tav::oracleKind()) return findDataStoreByProvider("OraOLEDB.Oracle");
+  const bool isSqlServer = kind == &tav::sqlServerKind() || (!kind && facts.kind.empty());
+  return isSqlServer ? findDataStoreByProvider("SQLNCLI11.1") : nullptr;
+}
+
 }  // namespace
 
 TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile) {
@@ -61,8 +71,7 @@ TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile) {
 void completeTabularModel(TAVStoreModel& model, TAVLog* log) {
   for (TAVStoreConnection& connection : model.storeConnections) {
     if (!connection.dataStore.name.empty()) continue;
-    const TAVString provider = getConnectionStringValue(connection.connectionString, "Provider");
-    setDataStore(&connection, findDataStoreByProvider(provider));
+    if (const TAVDataStoreVersion* dataStore = dataStoreOf(connection)) setDataStore(&connection, dataStore);
   }
   tav::resolveDatabaseQueries(model, log);
 }

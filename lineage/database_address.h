@@ -5,18 +5,22 @@
 #include <string>
 #include <string_view>
 
+#include "framework/types/server_kinds.h"
+
 namespace tav {
 
 /// The server and database of a connection string, under the names that lineage catalogues use for them.
 /// Passwords are masked.
 struct DatabaseAddress {
   /// The server as a URI: "mssql://warehouse.example:1433", "mssql://localhost:1433/SQL2019" with the name of
-  /// an instance, "oracle://ledger.example:1521"; "connection://NAME" when the string names no server.
+  /// an instance, "abfss://raw@lake.dfs.core.windows.net"; "file" and "bigquery" have no more than a scheme.
+  /// "connection://NAME" when the connection names no server.
   std::string server;
-  /// The database, or an Oracle service; empty when the string names none.
+  /// The database, an Oracle service, or the path of a folder or workbook; empty when there is none.
   std::string database;
   /// The schema of objects that are named without one; empty when the store has no such rule.
   std::string defaultSchema;
+  TableNaming naming = TableNaming::databaseSchemaTable;
   /// Whether the model tells where the database is; not so for tables that belong to no connection.
   bool named = true;
 
@@ -26,14 +30,15 @@ struct DatabaseAddress {
 /// The address of tables that belong to no connection.
 DatabaseAddress unnamedDatabase();
 
-/// Reads a connection string. `connectionName` stands in for a server that it does not name; `dataStore` is
-/// the name of the data store that is meant where no provider is named (see TAVDataTypeConstants).
-DatabaseAddress parseDatabaseAddress(std::string_view connectionString, std::string_view connectionName,
-                                     std::string_view dataStore);
+/// Reads what a definition says of a connection, whose name stands in for a server that it does not name.
+DatabaseAddress parseDatabaseAddress(const ConnectionFacts& facts);
 
 /// The address of another server or database that a query names beside those of its connection. Empty names
 /// mean the connection's own.
 DatabaseAddress addressOf(const DatabaseAddress& connection, std::string_view server,
                           std::string_view database);
+
+/// What catalogues call a table: its name with database and schema as its kind of server has it.
+std::string catalogueName(const DatabaseAddress& address, std::string_view schema, std::string_view table);
 
 }  // namespace tav

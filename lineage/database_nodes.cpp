@@ -16,10 +16,7 @@ std::string key(std::uint32_t number, std::string_view first, std::string_view s
 std::uint32_t DatabaseNodes::addressOfConnection(const TAVStoreConnection* connection) {
   const auto [place, isNew] = connections_.try_emplace(connection);
   if (isNew) {
-    place->second =
-        addAddress(connection ? parseDatabaseAddress(connection->connectionString, connection->getName(),
-                                                     connection->dataStore.name)
-                              : unnamedDatabase());
+    place->second = addAddress(connection ? parseDatabaseAddress(factsOf(*connection)) : unnamedDatabase());
   }
   return place->second;
 }
@@ -33,6 +30,11 @@ std::uint32_t DatabaseNodes::addAddress(const DatabaseAddress& address) {
 }
 
 NodeId DatabaseNodes::table(std::uint32_t address, std::string_view schema, std::string_view name) {
+  // Where a schema is a database, the connection's own one is only the one that is meant without it.
+  if (!schema.empty() && addressAt(address).naming == TableNaming::databaseTable) {
+    address = addAddress(addressOf(addressAt(address), {}, schema));
+    schema = {};
+  }
   if (schema.empty()) schema = addressAt(address).defaultSchema;
   const auto [place, isNew] = tables_.try_emplace(key(address, schema, name));
   if (isNew) {

@@ -84,9 +84,8 @@ std::string LineageGraph::modelName() const {
 std::vector<LineageConnection> LineageGraph::connections() const {
   std::vector<LineageConnection> connections;
   for (const TAVStoreConnection& connection : model_.storeConnections) {
-    connections.push_back(
-        {maskPasswords(connection.getName()), maskPasswords(connection.connectionString),
-         parseDatabaseAddress(connection.connectionString, connection.getName(), connection.dataStore.name)});
+    connections.push_back({maskPasswords(connection.getName()), maskPasswords(connection.connectionString),
+                           parseDatabaseAddress(factsOf(connection))});
   }
   return connections;
 }

@@ -204,11 +204,7 @@ std::string CatalogDatasets::nameInModel(NodeId id) const {
 
 /// As every producer names tables: without marks around names that hold dots.
 std::string CatalogDatasets::nameInDatabase(NodeId table) const {
-  std::string name;
-  for (const std::string& part : {graph_.database(table)->database, graph_.schema(table)}) {
-    if (!part.empty()) name.append(part).append(".");
-  }
-  return name.append(nameOrUnnamed(graph_.name(table)));
+  return catalogueName(*graph_.database(table), graph_.schema(table), nameOrUnnamed(graph_.name(table)));
 }
 
 }  // namespace tav

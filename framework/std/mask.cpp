@@ -13,7 +13,11 @@ constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kSpace = " \t\r\n";
 constexpr std::string_view kBehindValue = " \t\r\n,;)]}&|+";
 constexpr std::string_view kHidden = "***";
-constexpr std::array<std::string_view, 2> kKeys{"password", "pwd"};
+constexpr std::array<std::string_view, 9> kKeys{
+    "password", "pwd",    "accountkey",   "sharedaccesskey", "sharedaccesssignature",
+    "api_key",  "apikey", "access_token", "client_secret"};
+/// Keys that hold a secret in the query of a URL, and mean other things elsewhere.
+constexpr std::array<std::string_view, 6> kUrlKeys{"sig", "key", "token", "code", "secret", "signature"};
 
 constexpr bool isIn(char c, std::string_view characters) noexcept {
   return characters.find(c) != characters.npos;
@@ -29,6 +33,12 @@ constexpr bool isQuote(char c) noexcept {
 
 bool isKey(std::string_view word) {
   return std::any_of(kKeys.begin(), kKeys.end(), [&](std::string_view key) {
+    return word.size() == key.size() && foldCase(word) == key;
+  });
+}
+
+bool isUrlKey(std::string_view word) {
+  return std::any_of(kUrlKeys.begin(), kUrlKeys.end(), [&](std::string_view key) {
     return word.size() == key.size() && foldCase(word) == key;
   });
 }
@@ -92,8 +102,28 @@ class Masking {
     return std::min(text_.find_first_not_of(at(i), i), text_.size());
   }
 
+  /// The value of a key in the query of a URL.
+  void urlValue() { hide(place_ + 1, endOfUrlPart(place_ + 1, "&#;")); }
+
+  /// `user:password@` in front of the host of a URL, whose slashes are at this place.
+  void authority() {
+    place_ += 2;
+    const std::size_t end = endOfUrlPart(place_, "/?#");
+    const std::size_t sign = text_.substr(place_, end - place_).rfind('@');
+    if (sign == text_.npos) return;
+    const std::size_t colon = text_.substr(place_, sign).find(':');
+    if (colon != text_.npos) hide(place_ + colon + 1, place_ + sign);
+  }
+
+  [[nodiscard]] std::size_t endOfUrlPart(std::size_t i, std::string_view ends) const {
+    while (i < text_.size() && !isIn(text_[i], ends) && !isIn(text_[i], kSpace) && !isIn(text_[i], "\"'<>\\"))
+      ++i;
+    return i;
+  }
+
   void step() {
     const char c = text_[place_];
+    if (c == '/' && at(place_ + 1) == '/' && place_ > 0 && text_[place_ - 1] == ':') return authority();
     if (isWordCharacter(c)) return word();
     if (isQuote(c)) return quote();
     if (c == '\n') around_ = '\0';
@@ -121,7 +151,9 @@ class Masking {
   void word() {
     const std::size_t begin = place_;
     while (isWordCharacter(at(place_))) ++place_;
-    if (!isKey(text_.substr(begin, place_ - begin))) return;
+    const std::string_view name = text_.substr(begin, place_ - begin);
+    if (isUrlKey(name) && at(place_) == '=' && begin > 0 && isIn(text_[begin - 1], "?&")) return urlValue();
+    if (!isKey(name)) return;
     if (const std::optional<Key> key = keyAt(begin, place_)) value(*key);
   }
 

@@ -8,7 +8,8 @@ namespace {
 
 TEST(Lineage, Addresses) {
   tav::test::checkCorpus("lineage/addresses.txt", [](const std::string& text) {
-    const tav::DatabaseAddress address = tav::parseDatabaseAddress(text, "My Source", "MICROSOFT_SQL_SERVER");
+    const tav::DatabaseAddress address =
+        tav::parseDatabaseAddress({"My Source", text, "MICROSOFT_SQL_SERVER", {}, {}});
     return address.server + " | " + address.database + " | " + address.defaultSchema;
   });
 }

@@ -80,6 +80,7 @@
 #include "framework/types/data_store_version.h"
 #include "framework/types/data_type_converter.h"
 #include "framework/types/providers.h"
+#include "framework/types/server_kinds.h"
 #include "framework/types/type_names.h"
 
 namespace {
@@ -150,7 +151,7 @@ void takeReading() {
 void takeBridges() {
   take(&appendClassPathElement, &testRequiredInputFiles, &generateMetadataOrigin, &removeQuotes,
        &getPhysicalName, &setPropertyValue, &factorizeTypes, &tav::isoTime, &setDataStore,
-       &findDataStoreByProvider, &getDefaultLogicalName, &getBridgeSpecification,
+       &findDataStoreByProvider, &tav::findServerKind, &getDefaultLogicalName, &getBridgeSpecification,
        &TAVBridgeDllInterface::saveStoreModel, &tav::reportModel);
   TAVDataTypeConverter(nullptr, TAVDataStoreVersion("MICROSOFT_DSV", 9, 0, 0), "none")
       .getImportTypeName("int");

@@ -2,7 +2,10 @@ package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.MSource;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.Relation;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.SourceAddress;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.SourceFunctions;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Catalog;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.LineageMaps;
@@ -10,6 +13,7 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.HashMap;
+import java.util.HashSet;
 import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
@@ -19,7 +23,13 @@ import java.util.Set;
 final class PhysicalLayer {
   private static final Set<String> PLACED =
       Set.of("name", "description", "connectionString", "type", "credential", "password");
-  private static final String ORACLE = "ORACLE 11.0.0";
+  private static final SourceFunctions.Opening DATABASE =
+      new SourceFunctions.Opening("", SourceFunctions.Form.DATABASE);
+  private static final String SERVER = "Data Source";
+  private static final String DATABASE_KEY = "Initial Catalog";
+  private static final String INLINE = "Inline";
+  /** What the address of a structured data source calls its server, file or service. */
+  private static final List<String> SERVERS = List.of("server", "url", "path", "account", "host");
   /** The package of queries that name no data source. */
   private static final String NO_SOURCE = "Queries";
 
@@ -27,9 +37,7 @@ final class PhysicalLayer {
     final ModelObject object;
     final Map<String, ModelObject> columns = new HashMap<>();
 
-    Table(ModelObject object) {
-      this.object = object;
-    }
+    Table(ModelObject object) { this.object = object; }
   }
 
   private final ModelObject model;
@@ -37,6 +45,9 @@ final class PhysicalLayer {
   private final Catalog catalog;
   private final LineageMaps maps;
   private final Map<String, ModelObject> connections = new HashMap<>();
+  private final Map<String, MSource> dataSources = new HashMap<>();
+  /** The keys of connections that lead to files. */
+  private final Set<String> files = new HashSet<>();
   private final Map<String, ModelObject> packages = new HashMap<>();
   private final Map<Relation.Table, Table> tables = new HashMap<>();
   private final Map<String, Table> queries = new HashMap<>();
@@ -52,16 +63,24 @@ final class PhysicalLayer {
 
   void addDataSource(Json definition) throws ImportException {
     String name = definition.text("name");
+    Json details = definition.object("connectionDetails");
     boolean structured = definition.text("type").equals("structured");
-    ModelObject connection = addConnection(name,
-        structured ? address(definition.object("connectionDetails")) : definition.text("connectionString"));
+    ModelObject connection =
+        addConnection(name, structured ? address(details) : definition.text("connectionString"));
     connection.set("description", definition.text("description"));
     // What a connection string says of the data store is read by whoever loads the model.
-    if (definition.object("connectionDetails").text("protocol").equals("oracle"))
-      connection.set("dataStore", ORACLE);
+    SourceFunctions.Opening opening =
+        structured ? SourceFunctions.ofProtocol(details.text("protocol")) : DATABASE;
+    catalog.property(connection, "kind", opening.kind());
     catalog.property(connection, "type", definition.text("type"));
     catalog.keep(connection, definition, PLACED);
-    connections.putIfAbsent(name, connection);
+    if (connections.putIfAbsent(name, connection) != null) return;
+    Json place = details.object("address");
+    String server = "";
+    for (String key : SERVERS)
+      if (server.isEmpty()) server = place.text(key);
+    dataSources.put(name, MSource.ofModel(name, opening, server, place.text("database")));
+    if (dataSources.get(name).isFile()) files.add(name);
   }
 
   private ModelObject addConnection(String name, String connectionString) {
@@ -76,29 +95,67 @@ final class PhysicalLayer {
     Json address = details.object("address");
     StringBuilder text = new StringBuilder();
     for (String name : new LinkedHashSet<>(address.names)) {
-      String key = name.equals("server") ? "Data Source" : name.equals("database") ? "Initial Catalog" : name;
-      text.append(text.isEmpty() ? "" : ";").append(key).append('=').append(address.get(name).display());
+      Json value = address.get(name);
+      if (value.kind == Json.Kind.OBJECT) {
+        for (String inner : new LinkedHashSet<>(value.names)) append(text, inner, value.get(inner).display());
+        continue;
+      }
+      append(text,
+          SERVERS.contains(name)        ? SERVER
+              : name.equals("database") ? DATABASE_KEY
+                                        : name,
+          value.display());
     }
     return text.toString();
   }
 
-  /** The key of a data source, or null when the model has none of that name. */
-  String dataSource(String name) {
-    return connections.containsKey(name) ? name : null;
+  /** A value that would end early as it is goes into quotes. */
+  private static void append(StringBuilder text, String key, String value) {
+    if (value.isEmpty()) return;
+    boolean plain = value.indexOf(';') < 0 && "\"'{".indexOf(value.charAt(0)) < 0;
+    text.append(text.isEmpty() ? "" : ";").append(key).append('=');
+    text.append(plain ? value : '"' + value.replace("\"", "\"\"") + '"');
   }
 
+  boolean hasDataSource(String name) { return dataSources.containsKey(name); }
+
+  /** A data source of the model, or null. */
+  MSource dataSource(String name) { return dataSources.get(name); }
+
+  boolean isFile(String connection) { return files.contains(connection); }
+
   /** The key of a connection that an M query opens; it is made on the first use. */
-  String openConnection(String function, String server, String database) {
-    String key = function + "\n" + server + "\n" + database;
-    if (!connections.containsKey(key)) {
-      String text = "Data Source=" + server + (database.isEmpty() ? "" : ";Initial Catalog=" + database);
-      ModelObject connection = addConnection(database.isEmpty() ? server : server + ";" + database, text);
-      if (function.startsWith("Oracle.")) connection.set("dataStore", ORACLE);
-      catalog.property(connection, "function", function);
-      connections.put(key, connection);
-    }
+  String openConnection(SourceAddress address) {
+    boolean isFile = SourceFunctions.FILE_KINDS.contains(address.kind());
+    // Whatever reads files of a folder reads that folder.
+    String key = (isFile ? "" : address.function()) + "\n" + address.kind() + "\n" + address.server() + "\n"
+        + address.database();
+    if (connections.containsKey(key)) return key;
+    StringBuilder text = new StringBuilder();
+    boolean written = address.kind().equals("odbc") || address.kind().equals("oledb");
+    if (written)
+      text.append(address.server());
+    else
+      append(text, SERVER, address.server());
+    append(text, DATABASE_KEY, address.database());
+    ModelObject connection = addConnection(nameOf(address), text.toString());
+    catalog.property(connection, "kind", address.kind());
+    catalog.property(connection, "function", address.function());
+    connections.put(key, connection);
+    if (isFile) files.add(key);
     return key;
   }
+
+  private static String nameOf(SourceAddress address) {
+    String separator = address.server().isEmpty() || address.database().isEmpty() ? "" : ";";
+    String name = address.server() + separator + address.database();
+    if (!name.isEmpty()) return name;
+    int dot = address.function().indexOf('.');
+    return dot < 0 ? INLINE : address.function().substring(0, dot);
+  }
+
+  /** The key of the connection of rows that stand in a query itself. */
+  String inlineConnection() { return openConnection(new SourceAddress("", "inline", "", "")); }
 
   /** A column of a database table or query; table and column are made on the first use. */
   private ModelObject column(Source source, Relation.Column column, ModelObject type) {
@@ -119,7 +176,10 @@ final class PhysicalLayer {
     return table;
   }
 
-  /** A query of the database, whose sources whoever loads the model finds. Each table of the model that reads one has its own. */
+  /**
+   * A query of the database, whose sources whoever loads the model finds. Each table of the model that reads
+   * one has its own.
+   */
   private Table query(Source source, Relation.Table name) {
     Table known = databaseQueries.get(name);
     if (known != null) return known;
@@ -140,9 +200,10 @@ final class PhysicalLayer {
   }
 
   private ModelObject viewPackage(String connection) {
+    ModelObject source = connections.get(connection);
+    if (source == null) connection = "";
     ModelObject known = packages.get(connection);
     if (known != null) return known;
-    ModelObject source = connections.get(connection);
     ModelObject made = new ModelObject("TAVDesignPackage", source == null ? NO_SOURCE : source.name());
     made.set("nativeType", Labels.DATA_SOURCE_VIEW);
     packages.put(connection, views.addUnique(ModelObject.Role.namespaceElements, made));

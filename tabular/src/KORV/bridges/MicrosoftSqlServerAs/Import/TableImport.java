@@ -6,7 +6,9 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.MContext;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.MQuery;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.MSource;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.Relation;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.SourceAddress;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Catalog;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.LineageMaps;
@@ -99,48 +101,84 @@ final class TableImport {
       throws ImportException {
     List<Json> partitions = definition.objects("partitions");
     String expression = "";
+    boolean ranges = false;
     for (Json partition : partitions) {
       Json source = partition.object("source");
       String name = partitions.size() == 1 || partition.text("name").isEmpty() ? dimension.name()
                                                                                : partition.text("name");
-      String dataSource = source.text("dataSource");
       switch (source.text("type")) {
         case "calculated" -> expression = source.text("expression");
-        case "m" -> sources.add(query(name, source.text("expression"), dimension));
-        case "entity" -> sources.add(entity(name, source, dataSource, dimension));
-        case "", "query" -> {
-          String text = source.text("query");
-          Relation relation = Relation.ofTable(Relation.Table.ofQuery(dataSource, text));
-          sources.add(PhysicalLayer.Source.of(dataSource, relation, name, text));
-        }
+        case "m" -> addQuery(sources, name, source.text("expression"), dimension);
+        case "entity" -> addEntity(sources, name, source, dimension);
+        case "", "query" -> addText(sources, name, source, dimension);
+        case "policyRange" -> ranges = true;
         default -> { }
       }
+    }
+    // Partitions of an incremental refresh read what their policy says, each a range of it.
+    if (ranges || partitions.isEmpty()) {
+      String policy = definition.object("refreshPolicy").text("sourceExpression");
+      addQuery(sources, dimension.name(), policy, dimension);
     }
     if (!expression.isEmpty()) catalog.property(dimension, "expression", expression);
     return expression;
   }
 
-  private PhysicalLayer.Source query(String name, String text, ModelObject dimension) {
+  private void addQuery(List<PhysicalLayer.Source> sources, String name, String text, ModelObject dimension) {
+    if (text.isBlank()) return;
     MQuery.Reading reading = queries.read(text);
     if (reading.fault() != null) {
       messages.warning("TAVTAB_W0002",
           "Query '" + name + "' of '" + dimension.path() + "' is not understood in full: " + reading.fault());
     }
     Relation relation = reading.relation();
-    return PhysicalLayer.Source.of(relation == null ? "" : relation.connection(), relation, name, text);
+    String connection = relation == null ? "" :
+          relation.connection();
+          if (reading.inline()) connection = physical.inlineConnection();
+          sources.add(PhysicalLayer.Source.of(connection, relation, name, text));
       }
 
-      private PhysicalLayer.Source entity(String name, Json source, String dataSource, ModelObject dimension)
-          throws ImportException {
+      private void addText(List<PhysicalLayer.Source> sources, String name, Json source,
+          ModelObject dimension) throws ImportException {
+        String text = source.text("query");
+        if (text.isBlank()) return;
+        String dataSource = dataSource(name, source, dimension);
+        Relation relation = Relation.ofTable(Relation.Table.ofQuery(dataSource, text));
+        sources.add(PhysicalLayer.Source.of(dataSource, relation, name, text));
+      }
+
+      /** The key of the data source that a partition names; the warning is given where there is none. */
+      private String dataSource(String name, Json source, ModelObject dimension) throws ImportException {
+        String dataSource = source.text("dataSource");
+        if (dataSource.isEmpty() || physical.hasDataSource(dataSource)) return dataSource;
+        warnMissing(name, dimension, "data source", dataSource);
+        return "";
+      }
+
+      private void warnMissing(String name, ModelObject dimension, String kind, String missing) {
+        messages.warning("TAVTAB_W0003",
+            "Partition '" + name + "' of '" + dimension.path() + "' reads the " + kind + " '" + missing
+                + "', which the definition does not have");
+      }
+
+      private void addEntity(List<PhysicalLayer.Source> sources, String name, Json source,
+          ModelObject dimension) throws ImportException {
         String entity = source.text("entityName");
-        String shared = source.text("expressionSource");
-        if (shared.isEmpty()) {
-          Relation.Table table = Relation.Table.named(dataSource, source.text("schemaName"), entity);
-          return PhysicalLayer.Source.of(dataSource, Relation.ofTable(table), name, entity);
-        }
         String schema = source.text("schemaName");
+        String shared = source.text("expressionSource");
+        if (entity.isEmpty()) return;
+        if (shared.isEmpty()) {
+          String dataSource = dataSource(name, source, dimension);
+          Relation.Table table = Relation.Table.named(dataSource, schema, entity);
+          sources.add(PhysicalLayer.Source.of(dataSource, Relation.ofTable(table), name, entity));
+          return;
+        }
+        if (!sharedExpressions.containsKey(shared)) {
+          warnMissing(name, dimension, "expression", shared);
+          return;
+        }
         String key = (schema.isEmpty() ? "" : "Schema=" + quoted(schema) + ",") + "Item=" + quoted(entity);
-        return query(name, "#" + quoted(shared) + "{[" + key + "]}[Data]", dimension);
+        addQuery(sources, name, "#" + quoted(shared) + "{[" + key + "]}[Data]", dimension);
       }
 
       private static String quoted(String text) {
@@ -154,13 +192,18 @@ final class TableImport {
         }
 
         @Override
-        public String dataSource(String name) {
+        public MSource dataSource(String name) {
           return physical.dataSource(name);
         }
 
         @Override
-        public String connection(String function, String server, String database) {
-          return physical.openConnection(function, server, database);
+        public String connection(SourceAddress address) {
+          return physical.openConnection(address);
+        }
+
+        @Override
+        public boolean isFile(String connection) {
+          return physical.isFile(connection);
         }
       }
 

@@ -21,11 +21,17 @@ final class MCall {
 
   MValue argument(int place) { return place < arguments.size() ? arguments.get(place) : MValue.UNKNOWN; }
 
+  MCall with(List<MValue> others) { return new MCall(evaluator, name, others, at); }
+
+  /** Whether an argument is null. */
+  boolean isNothing(int place) { return argument(place) == MValue.NULL; }
+
   boolean has(int place) { return place < arguments.size(); }
 
   /** The rows of an argument that is a table, or null. */
   Relation table(int place) {
     MValue value = argument(place);
+    if (value.is(MValue.Kind.SOURCE)) return MFiles.rows(evaluator, value.source);
     return value.is(MValue.Kind.TABLE) ? value.relation : null;
   }
 

@@ -5,9 +5,12 @@ public interface MContext {
   /** The text of a shared expression, or null. */
   String sharedExpression(String name);
 
-  /** The key of a data source of the model by its name, or null. */
-  String dataSource(String name);
+  /** A data source of the model by its name, or null. */
+  MSource dataSource(String name);
 
   /** The key of a connection that a query opens by itself. */
-  String connection(String function, String server, String database);
+  String connection(SourceAddress address);
+
+  /** Whether a connection leads to files. */
+  boolean isFile(String connection);
 }

@@ -26,6 +26,9 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
   private Relation.Budget budget = new Relation.Budget(0);
   private Text text = new Text("", "");
   private int depth;
+  /** Whether a function was called that is not known, and whose rows may come from anywhere. */
+  private boolean foreign;
+  private final Set<String> foreignQueries = new HashSet<>();
 
   MEvaluator(MContext context) { this.context = context; }
 
@@ -43,8 +46,14 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
   MValue evaluateQuery(String query) throws MSyntaxFault {
     budget = new Relation.Budget(query.length());
     depth = 0;
+    foreign = false;
     text = new Text("", query);
     return evaluate(MParser.parse(query), MScope.inside(null));
+  }
+
+  /** Whether the query that was evaluated last may read something that it does not name. */
+  boolean isForeign() {
+    return foreign;
   }
 
   @Override
@@ -71,7 +80,8 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
       case ACCESS -> access(node, scope);
       case FIELD, COLUMNS -> ofRow(node, scope);
       case TYPE -> MValue.type(node.names());
-      case NOTHING, ITEM, ARGUMENTS -> MValue.UNKNOWN;
+      case NOTHING -> node.text().equals("null") ? MValue.NULL : MValue.UNKNOWN;
+        case ITEM, ARGUMENTS -> MValue.UNKNOWN;
     };
     --depth;
     return value;
@@ -181,19 +191,24 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
       if (value != null) return value;
       value = shared(name);
       if (value != null) return value;
-      String key = context.dataSource(name);
-      if (key != null) return MValue.source(key, "");
+      MSource source = context.dataSource(name);
+      if (source != null) return MValue.source(source);
       return MValue.function((arguments, at) -> call(name, arguments, at));
     }
 
     private MValue shared(String name) {
       MValue known = shared.get(name);
-      if (known != null) return known;
+      if (known != null) {
+        foreign |= foreignQueries.contains(name);
+        return known;
+      }
       String query = context.sharedExpression(name);
       if (query == null) return null;
       if (!openQueries.add(name)) return MValue.UNKNOWN;
       budget.add(query.length());
       Text caller = text;
+      boolean before = foreign;
+      foreign = false;
       text = new Text(name, query);
       MValue value = MValue.UNKNOWN;
       try {
@@ -202,6 +217,8 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
         value = MValue.table(Relation.opaque(List.of(), "").blame(fault(fault.getMessage(), fault.at)));
       }
       text = caller;
+      if (foreign) foreignQueries.add(name);
+      foreign |= before;
       openQueries.remove(name);
       shared.put(name, value);
       return value;
@@ -214,6 +231,7 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
       if (value != null) return value;
       boolean rows = arguments.stream().anyMatch(MEvaluator::holdsRows);
       if (rows) return call.unknownColumns("is not known");
+      foreign |= known == null && !SourceFunctions.isLibrary(name);
       List<MValue> all = new ArrayList<>(arguments);
       // What such a function calls its arguments with is one of the others, or made of them.
       MValue others = MValue.of(union(arguments));
@@ -234,7 +252,7 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
       String connection = "";
       for (MValue argument : arguments) {
         if (argument.is(MValue.Kind.TABLE)) bases.add(argument.relation);
-        if (argument.connection != null) connection = argument.connection;
+        if (argument.source != null) connection = argument.source.connection(context);
         for (MValue item : argument.items)
           if (item.is(MValue.Kind.TABLE)) bases.add(item.relation);
       }

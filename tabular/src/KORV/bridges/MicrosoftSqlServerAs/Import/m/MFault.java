@@ -1,7 +1,7 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
 /** A place in a query behind which not all columns are known: the step's name, and line and column from 1. */
-record MFault(String text) {
+public record MFault(String text) {
   static MFault at(String cause, String query, String text, int place) {
     int line = 1;
     int begin = 0;

@@ -38,7 +38,7 @@ final class MFunctions {
     FUNCTIONS.put("Table.SplitColumn", MColumns::split);
     FUNCTIONS.put("Table.CombineColumns", MColumns::combine);
     FUNCTIONS.put("Table.TransformColumnNames", call -> call.unknownColumns("computes names of columns"));
-    FUNCTIONS.put("Table.PromoteHeaders", call -> call.unknownColumns("takes names of columns from the rows"));
+    FUNCTIONS.put("Table.PromoteHeaders", MFiles::promoteHeaders);
     FUNCTIONS.put("Table.DemoteHeaders", call -> call.unknownColumns("numbers the columns"));
 
     FUNCTIONS.put("Table.Group", MTables::group);
@@ -58,9 +58,9 @@ final class MFunctions {
 
     FUNCTIONS.put("#table", MMaking::table);
     FUNCTIONS.put("Table.FromRows", MMaking::fromRows);
-    FUNCTIONS.put("Table.FromRecords", MMaking::fromRecords);
+    FUNCTIONS.put("Table.FromRecords", call -> MMaking.fromRecords(MFiles.withRows(call)));
     FUNCTIONS.put("Table.FromColumns", MMaking::fromColumns);
-    FUNCTIONS.put("Table.FromList", MMaking::fromList);
+    FUNCTIONS.put("Table.FromList", call -> MMaking.fromList(MFiles.withRows(call)));
     FUNCTIONS.put("Table.Schema", MMaking::aboutColumns);
     FUNCTIONS.put("Table.Profile", MMaking::aboutColumns);
 
@@ -99,9 +99,15 @@ final class MFunctions {
     FUNCTIONS.put("Text.Replace", MScalars::replaceText);
 
     FUNCTIONS.put("Value.NativeQuery", MSources::nativeQuery);
-    FUNCTIONS.put("Odbc.Query", MSources::query);
-    FUNCTIONS.put("OleDb.Query", MSources::query);
-    FUNCTIONS.put("Odbc.DataSource", MSources::database);
+    for (String name : List.of("Csv.Document", "Parquet.Document", "Html.Table", "Xml.Tables", "Xml.Document"))
+      FUNCTIONS.put(name, MFiles::document);
+    FUNCTIONS.put("Json.Document", MFiles::fields);
+    FUNCTIONS.put("Lines.FromBinary", MFiles::lines);
+    FUNCTIONS.put("Cube.Transform", MFiles::transformCube);
+    for (String name : List.of("Excel.Workbook", "Access.Database", "Pdf.Tables", "Web.Page"))
+      FUNCTIONS.put(name, MFiles::workbook);
+    for (String name : List.of("Binary.Buffer", "Binary.Decompress", "Text.FromBinary", "Cdm.Contents"))
+      FUNCTIONS.put(name, MFiles::same);
   }
 
   private MFunctions() {}
@@ -110,7 +116,7 @@ final class MFunctions {
   static Function find(String name) {
     Function known = FUNCTIONS.get(name);
     if (known != null) return known;
-    if (name.endsWith(".Database")) return MSources::database;
-    return name.endsWith(".Databases") ? MSources::databases : null;
+    SourceFunctions.Opening opening = SourceFunctions.find(name);
+    return opening == null ? null : call -> MSources.open(call, opening);
   }
 }

@@ -3,10 +3,12 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
 
 /** What is picked from a value: {item}, [field], [[columns]]. */
 final class MNavigation {
-  private static final String CONTENT = "Data";
+  /** The columns of a list of items that hold what the items are. */
+  private static final Set<String> CONTENTS = Set.of("Data", "Content", "Items", "Table");
 
   private MNavigation() {}
 
@@ -37,10 +39,10 @@ final class MNavigation {
         if (value.fields.containsKey(name)) return value.fields.get(name);
         return value.relation == null ? MValue.UNKNOWN : cell(evaluator, value.relation, name);
       case TABLE:
-        if (value.listed) return name.equals(CONTENT) ? MValue.table(value.relation) : MValue.UNKNOWN;
+        if (value.listed) return CONTENTS.contains(name) ? MValue.table(value.relation) : MValue.UNKNOWN;
         return MValue.repeated(cell(evaluator, value.relation, name));
       case SOURCE:
-        return name.equals(CONTENT) ? value : MValue.UNKNOWN;
+        return CONTENTS.contains(name) ? value : MValue.UNKNOWN;
       case UNKNOWN:
         return value;
       default:

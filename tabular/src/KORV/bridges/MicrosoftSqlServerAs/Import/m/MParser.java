@@ -238,7 +238,7 @@ final class MParser {
     boolean quoted = token.kind() == MTokens.Kind.QUOTED;
     if (!quoted && KEYWORDS.contains(token.value())) throw unexpected();
     ++at;
-    if (!quoted && token.value().equals("null")) return MNode.of(MNode.Kind.NOTHING, "", token.begin());
+    if (!quoted && token.value().equals("null")) return MNode.of(MNode.Kind.NOTHING, "null", token.begin());
     if (!quoted && (token.value().equals("true") || token.value().equals("false")))
       return MNode.of(MNode.Kind.LOGICAL, token.value(), token.begin());
     String name = takeSign("!") ? name() : token.value();

@@ -7,9 +7,10 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 public final class MQuery {
   /**
    * What a query reads; `relation` is null when it is no table that comes from a database. `fault` tells the
-   * first step that is not understood, with line and column; null when all are.
+   * first step that is not understood, with line and column; null when all are. `inline` is set when the rows
+   * stand in the query itself.
    */
-  public record Reading(Relation relation, String fault) {}
+  public record Reading(Relation relation, String fault, boolean inline) {}
 
   /** Reads the queries of one model. */
   public static final class Reader {
@@ -18,21 +19,23 @@ public final class MQuery {
     public Reader(MContext context) { evaluator = new MEvaluator(context); }
 
     public Reading read(String text) {
-      if (text.isBlank()) return new Reading(null, null);
+      if (text.isBlank()) return new Reading(null, null, false);
       try {
         return reading(evaluator.evaluateQuery(text));
       } catch (MSyntaxFault fault) {
-        return new Reading(null, MFault.at(fault.getMessage(), "", text, fault.at).text());
+        return new Reading(null, MFault.at(fault.getMessage(), "", text, fault.at).text(), false);
       }
     }
 
-    private static Reading reading(MValue value) {
-      if (!value.is(MValue.Kind.TABLE)) return new Reading(null, null);
-      Relation relation = value.relation;
+    private Reading reading(MValue value) {
+      Relation relation =
+          value.is(MValue.Kind.SOURCE) ? MFiles.rows(evaluator, value.source) : value.relation;
+      if (relation == null || value.is(MValue.Kind.RECORD)) return new Reading(null, null, false);
       String fault = relation.fault() == null ? null : relation.fault().text();
       // Without a database there is nothing that the columns could lead to.
       boolean read = !relation.connection().isEmpty();
-      return new Reading(read ? relation : null, read ? fault : null);
+      boolean inline = !read && fault == null && !evaluator.isForeign();
+      return new Reading(read ? relation : null, read ? fault : null, inline);
     }
   }
 

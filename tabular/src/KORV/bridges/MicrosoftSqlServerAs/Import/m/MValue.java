@@ -15,6 +15,7 @@ final class MValue implements Relation.Content {
   }
 
   static final MValue UNKNOWN = new MValue(Kind.UNKNOWN);
+  static final MValue NULL = new MValue(Kind.UNKNOWN);
 
   final Kind kind;
   /** A constant as it is written. */
@@ -31,11 +32,7 @@ final class MValue implements Relation.Content {
   /** Whether a table is still the row of a list of tables, so that [Data] is the table itself. */
   boolean listed;
   Function function;
-  /** Of a SOURCE: an open connection by its key, or a server without its database yet, and what opened it. */
-  String connection;
-  String server;
-  String opener;
-  String schema = "";
+  MSource source;
   /** The columns of a table type. */
   List<String> names = List.of();
 
@@ -97,17 +94,9 @@ final class MValue implements Relation.Content {
     return value;
   }
 
-  static MValue source(String connection, String schema) {
+  static MValue source(MSource source) {
     MValue value = new MValue(Kind.SOURCE);
-    value.connection = connection;
-    value.schema = schema;
-    return value;
-  }
-
-  static MValue server(String opener, String server) {
-    MValue value = new MValue(Kind.SOURCE);
-    value.opener = opener;
-    value.server = server;
+    value.source = source;
     return value;
   }
 

@@ -200,6 +200,13 @@ public final class Relation {
     return "";
   }
 
+  /** The table whose rows these are, or null where there are others or none. */
+  Table wholeTable() {
+    Relation at = this;
+    while (at.table == null && at.bases.size() == 1 && !at.opaque) at = at.bases.get(0);
+    return at.table;
+  }
+
   public boolean isPlain() { return plain; }
 
   /** The physical columns of a column; null when the relation is not known to have it. */
