@@ -1,7 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
-import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxExpression;
-import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxResolver;
+import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxLineage;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Catalog;
@@ -44,13 +43,9 @@ final class CubeImport {
     this.maps = maps;
   }
 
-  ModelObject cube() {
-    return cube;
-  }
+  ModelObject cube() { return cube; }
 
-  List<ModelObject> aliases() {
-    return aliases;
-  }
+  List<ModelObject> aliases() { return aliases; }
 
   void importCube(Json definition) throws ImportException {
     cube.set("description", definition.text("description"));
@@ -105,8 +100,7 @@ final class CubeImport {
 
   private void addMeasure(TableImport.Made table, Json definition, ModelObject group) throws ImportException {
     String name = definition.text("name");
-    ModelObject measure =
-        new ModelObject("TAVMeasure", name).set("nativeType", Labels.CALCULATED_MEASURE);
+    ModelObject measure = new ModelObject("TAVMeasure", name).set("nativeType", Labels.CALCULATED_MEASURE);
     measure.set("description", definition.text("description"))
         .set("expression", definition.text("expression"));
     measure.set("hidden", definition.flag("isHidden"));
@@ -165,9 +159,8 @@ final class CubeImport {
   void resolveExpressions() {
     for (Computed one : computed) {
       String text = one.measure.get("expression") == null ? "" : one.measure.get("expression");
-      DaxExpression expression = new DaxExpression(text);
-      DaxResolver.Lineage lineage = tables.resolver.resolve(expression, one.table.names(), false);
-      tables.report(expression, lineage, one.measure);
+      DaxLineage lineage = tables.resolver.resolveMeasure(text, one.table.names());
+      tables.report(lineage, one.measure);
       one.measure.set("unresolved", String.join("\n", lineage.unresolved));
       tables.link(one.measure, text, lineage);
       maps.link(one.copy, "", List.of(one.measure));

@@ -1,6 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
-import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxExpression;
+import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxLineage;
 import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxResolver;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
@@ -274,7 +274,7 @@ final class TableImport {
 
       /** Once all tables, columns and measures have their names: what expressions lead to. */
       void resolveExpressions() throws ImportException {
-        Map<Made, DaxExpression> tableExpressions = new HashMap<>();
+        Map<Made, DaxResolver.TableLineage> tableExpressions = new HashMap<>();
         for (Made table : tables) {
           if (!table.expression.isEmpty()) tableExpressions.put(table, resolveTable(table));
         }
@@ -289,56 +289,36 @@ final class TableImport {
 
       private void resolveColumn(Column column) throws ImportException {
         String text = column.definition.text("expression");
-        DaxExpression expression = new DaxExpression(text);
-        DaxResolver.Lineage lineage = resolver.resolve(expression, column.table.names, true);
-        report(expression, lineage, column.attribute);
+        DaxLineage lineage = resolver.resolveColumn(text, column.table.names);
+        report(lineage, column.attribute);
         catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
         link(column.attribute, text, lineage);
       }
 
-      private DaxExpression resolveTable(Made table) {
-        DaxExpression expression = new DaxExpression(table.expression);
-        DaxResolver.Lineage lineage = resolver.resolve(expression, null, false);
-        report(expression, lineage, table.dimension);
-        catalog.property(table.dimension, "unresolved", String.join("\n", lineage.unresolved));
-        for (ModelObject source : lineage.classifiers) maps.addSource(table.dimension, source);
-        return expression;
+      private DaxResolver.TableLineage resolveTable(Made table) {
+        DaxResolver.TableLineage lineage = resolver.resolveTable(table.expression);
+        report(lineage.whole(), table.dimension);
+        catalog.property(table.dimension, "unresolved", String.join("\n", lineage.whole().unresolved));
+        for (ModelObject source : lineage.whole().classifiers) maps.addSource(table.dimension, source);
+        return lineage;
       }
 
       /** A calculated table's column: one it takes over, or one that its expression makes under that name. */
-      private void resolveTableColumn(Column column, DaxExpression expression) throws ImportException {
-        String sourceColumn = column.definition.text("sourceColumn");
-        int bracket = sourceColumn.indexOf('[');
-        String table =
-            bracket < 0 ? "" : sourceColumn.substring(0, bracket).replaceAll("^'|'$", "").replace("''", "'");
-        String name = bracket < 0
-            ? sourceColumn
-            : sourceColumn.substring(bracket + 1).replaceAll("\\]$", "").replace("]]", "]");
-        if (!table.isEmpty()) {
-          ModelObject source = resolver.findColumn(table, name);
-          if (source != null) maps.link(column.attribute, "", List.of(source));
-          return;
-        }
-        List<DaxExpression.Reference> references = expression.referencesOf(name);
-        if (references != null) {
-          link(column.attribute, column.table.expression, resolver.resolve(expression, references, null));
-          return;
-        }
-        ModelObject taken = resolver.findTaken(expression, name);
-        if (taken != null) maps.link(column.attribute, "", List.of(taken));
+      private void resolveTableColumn(Column column, DaxResolver.TableLineage table) throws ImportException {
+        DaxLineage lineage = table.columns().apply(column.definition.text("sourceColumn"));
+        if (lineage == null) return;
+        link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
       }
 
-      void link(ModelObject feature, String operation, DaxResolver.Lineage lineage) {
+      void link(ModelObject feature, String operation, DaxLineage lineage) {
         for (ModelObject classifier : lineage.classifiers) maps.addSource(feature.owner, classifier);
         maps.link(feature, operation, lineage.features);
       }
 
       /** Warns about what cannot be read or found, as the native import does. */
-      void report(DaxExpression expression, DaxResolver.Lineage lineage, ModelObject destination) {
-        if (!expression.fault.isEmpty()) {
-          messages.warning(
-              "TAVEXPR_W0001", "Expression of '" + destination.path() + "', " + expression.fault);
-        }
+      void report(DaxLineage lineage, ModelObject destination) {
+        for (String fault : lineage.faults)
+          messages.warning("TAVEXPR_W0001", "Expression of '" + destination.path() + "', " + fault);
         for (String name : lineage.unresolved) {
           messages.warning("QVT_SSXMLA_W0013",
               "Could not find source feature '" + name + "' used in calculated expression '"

@@ -24,13 +24,10 @@ final class DaxTokens {
   private final String text;
   private final List<Token> tokens = new ArrayList<>();
   private int at;
-  /** Where a quote, bracket or comment is opened and never closed; -1 when there is none. */
   private int openPosition = -1;
   private String expected = "";
 
-  private DaxTokens(String text) {
-    this.text = text;
-  }
+  private DaxTokens(String text) { this.text = text; }
 
   static DaxTokens of(String text) {
     DaxTokens made = new DaxTokens(text);
@@ -38,19 +35,23 @@ final class DaxTokens {
     return made;
   }
 
-  int size() {
-    return tokens.size();
+  /** The tokens from `begin` to `end`, which is not included. */
+  DaxTokens part(int begin, int end) {
+    DaxTokens made = new DaxTokens(text);
+    made.tokens.addAll(tokens.subList(begin, end));
+    return made;
   }
+
+  int size() { return tokens.size(); }
 
   /** The token at a place; a token of kind END outside the expression. */
-  Token get(int place) {
-    return place < 0 || place >= tokens.size() ? END : tokens.get(place);
-  }
+  Token get(int place) { return place < 0 || place >= tokens.size() ? END : tokens.get(place); }
 
-  /** What an unfinished expression lacks, as "offset N: expected X"; empty when nothing is open. */
-  String fault() {
-    return openPosition < 0 ? "" : "offset " + openPosition + ": expected " + expected;
-  }
+  /** Where a quote, bracket or comment is opened and never closed; -1 when all are. */
+  int openPosition() { return openPosition; }
+
+  /** What is missing at openPosition(). */
+  String expected() { return "expected " + expected; }
 
   private void next() {
     char c = text.charAt(at);
@@ -68,16 +69,16 @@ final class DaxTokens {
       enclosed(Kind.BRACKETED, ']');
     } else if (Names.startsWord(c)) {
       word();
-    } else if (Names.isDigit(c)) {
+    } else if (Names.isDigit(c) || c == '.' && Names.isDigit(following())) {
       number();
     } else {
       tokens.add(new Token(Kind.SIGN, text.substring(at, ++at), at - 1));
     }
   }
 
-  private boolean startsWith(String sign) {
-    return text.startsWith(sign, at);
-  }
+  private char following() { return at + 1 < text.length() ? text.charAt(at + 1) : ' '; }
+
+  private boolean startsWith(String sign) { return text.startsWith(sign, at); }
 
   private void skipComment() {
     int end = text.indexOf("*/", at + 2);

@@ -1,0 +1,53 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
+
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
+import java.util.HashMap;
+import java.util.LinkedHashMap;
+import java.util.Map;
+
+/** The tables, columns, measures and functions of a model by name. The first object of a name stays. */
+public class ModelNames {
+  /** A table with its columns by folded name, in the order of the definition. */
+  public static final class Table {
+    final ModelObject dimension;
+    final Map<String, ModelObject> columns = new LinkedHashMap<>();
+
+    Table(ModelObject dimension) { this.dimension = dimension; }
+  }
+
+  private final Map<String, Table> tables = new HashMap<>();
+  private final Map<String, ModelObject> measures = new HashMap<>();
+  private final Map<String, DaxExpression> functions = new HashMap<>();
+
+  public Table addTable(String name, ModelObject dimension) {
+    Table table = new Table(dimension);
+    tables.putIfAbsent(Names.fold(name), table);
+    return table;
+  }
+
+  public void addColumn(Table table, String name, ModelObject attribute) {
+    table.columns.putIfAbsent(Names.fold(name), attribute);
+  }
+
+  public void addMeasure(String name, ModelObject measure) {
+    measures.putIfAbsent(Names.fold(name), measure);
+  }
+
+  public void addFunction(String name, String text) {
+    functions.putIfAbsent(Names.fold(name), DaxExpression.function(text));
+  }
+
+  public Table findTable(String name) { return tables.get(Names.fold(name)); }
+
+  public ModelObject findMeasure(String name) { return measures.get(Names.fold(name)); }
+
+  public ModelObject findColumn(String table, String column) {
+    Table found = findTable(table);
+    return found == null ? null : findColumn(found, column);
+  }
+
+  public ModelObject findColumn(Table table, String column) { return table.columns.get(Names.fold(column)); }
+
+  DaxExpression findFunction(String name) { return functions.get(Names.fold(name)); }
+}
