@@ -31,7 +31,7 @@ final class MCall {
   /** The rows of an argument that is a table, or null. */
   Relation table(int place) {
     MValue value = argument(place);
-    if (value.is(MValue.Kind.SOURCE)) return MFiles.rows(evaluator, value.source);
+    if (value.is(MValue.Kind.SOURCE)) return MPaths.rows(evaluator, value.source);
     return value.is(MValue.Kind.TABLE) ? value.relation : null;
   }
 

@@ -29,7 +29,7 @@ public final class MQuery {
 
     private Reading reading(MValue value) {
       Relation relation =
-          value.is(MValue.Kind.SOURCE) ? MFiles.rows(evaluator, value.source) : value.relation;
+          value.is(MValue.Kind.SOURCE) ? MPaths.rows(evaluator, value.source) : value.relation;
       if (relation == null || value.is(MValue.Kind.RECORD)) return new Reading(null, null, false);
       String fault = relation.fault() == null ? null : relation.fault().text();
       // Without a database there is nothing that the columns could lead to.

@@ -6,6 +6,12 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
  */
 public record MSource(String function, SourceFunctions.Form form, SourceAddress address, String schema,
     String key, MFault fault) {
+  /** Who makes connections. */
+  public interface Connections {
+    /** The key of a connection that a query opens by itself. */
+    String connection(SourceAddress address);
+  }
+
   /** The key of no connection. */
   public static final String UNKNOWN_CONNECTION = "?";
 
@@ -69,13 +75,13 @@ public record MSource(String function, SourceFunctions.Form form, SourceAddress 
   }
 
   /** The key of the connection, which is made on the first use. */
-  String connection(MContext context) {
+  String connection(Connections connections) {
     if (key != null) return key;
-    return address.server() == null ? UNKNOWN_CONNECTION : context.connection(address);
+    return address.server() == null ? UNKNOWN_CONNECTION : connections.connection(address);
   }
 
-  Relation table(MContext context, String ownSchema, String name) {
-    Relation relation = Relation.ofTable(Relation.Table.named(connection(context), ownSchema, name));
+  Relation table(Connections connections, String ownSchema, String name) {
+    Relation relation = Relation.ofTable(Relation.Table.named(connection(connections), ownSchema, name));
     return fault == null ? relation : relation.blame(fault);
   }
 }

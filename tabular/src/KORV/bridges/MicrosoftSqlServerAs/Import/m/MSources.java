@@ -85,26 +85,20 @@ final class MSources {
       return call.unknownColumns(COMPUTED);
     }
 
-    static MValue listed(Relation relation) {
-      MValue value = MValue.table(relation);
-      value.listed = true;
-      return value;
-    }
-
     /** Source{[Schema="dbo",Item="Sales"]}, Source{[Name="Sales"]} and the like. */
     static MValue item(MEvaluation evaluator, MValue value, MValue key, int at) {
       MSource source = value.source;
-      if (source.isFile()) return MFiles.item(evaluator, source, key);
+      if (source.isFile()) return MPaths.item(evaluator, source, key);
       if (source.form() == SourceFunctions.Form.WORKSPACE) {
         MSource next = inWorkspace(source, key);
         if (next != null) return MValue.source(next);
       }
       String schema = key.fieldText("Schema");
       String item = key.fieldText("Item");
-    // A cube stands in a folder of its own name.
-    boolean cubes = CUBES.contains(source.address().kind()) && item == null;
-    if (cubes && key.fieldText("Id") != null) return MValue.source(source.withSchema(key.fieldText("Id")));
-    for (String name : List.of("Id", "entity"))
+      // A cube stands in a folder of its own name.
+      boolean cubes = CUBES.contains(source.address().kind()) && item == null;
+      if (cubes && key.fieldText("Id") != null) return MValue.source(source.withSchema(key.fieldText("Id")));
+      for (String name : List.of("Id", "entity"))
         if (item == null) item = key.fieldText(name);
       String name = key.fieldText("Name");
       boolean named = key.fields.containsKey("Item") || key.fields.containsKey("Name");
@@ -117,9 +111,11 @@ final class MSources {
       if (key.fields.containsKey("Schema") && schema == null) item = null;
       // Which sheet is the first one the workbook alone knows.
       if (item == null && source.isWorkbook())
-        return listed(MFiles.content(evaluator, source.as(SourceFunctions.Form.FILE), source.function()));
+        return MValue.listed(
+            MPaths.content(evaluator, source.as(SourceFunctions.Form.FILE), source.function()));
       if (item != null)
-        return listed(source.table(evaluator.context(), schema != null ? schema : source.schema(), item));
+        return MValue.listed(
+            source.table(evaluator.context(), schema != null ? schema : source.schema(), item));
       MFault fault = evaluator.fault("the name of the item is computed", at);
       MValue unknown = evaluator.unknownTable(List.of(value), fault);
       unknown.listed = true;

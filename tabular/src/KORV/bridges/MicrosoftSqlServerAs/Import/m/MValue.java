@@ -88,6 +88,13 @@ final class MValue implements Relation.Content {
     return value;
   }
 
+  /** A table that is still a row of the list that it was picked from. */
+  static MValue listed(Relation relation) {
+    MValue value = table(relation);
+    value.listed = true;
+    return value;
+  }
+
   static MValue function(Function function) {
     MValue value = new MValue(Kind.FUNCTION);
     value.function = function;

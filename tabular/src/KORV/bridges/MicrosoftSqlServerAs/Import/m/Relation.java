@@ -165,7 +165,9 @@ public final class Relation {
   void setPrefix(String text) { prefix = text; }
 
   void mention(Collection<String> names) {
-    if (mentioned.isEmpty() && !names.isEmpty()) mentioned = new HashSet<>();
+    // The set of no names cannot be added to, not even nothing.
+    if (names.isEmpty()) return;
+    if (mentioned.isEmpty()) mentioned = new HashSet<>();
     mentioned.addAll(names);
   }
 
