@@ -14,7 +14,7 @@ final class MNavigation {
     return switch (value.kind) {
       case SOURCE -> MSources.item(evaluator, value, key, at);
       case LIST -> itemOfList(evaluator, value, key);
-      case TABLE -> MValue.row(value.relation);
+      case TABLE -> MValue.row(value.relation).from(value.relation.origin());
       case UNKNOWN -> value;
       default -> MValue.UNKNOWN;
     };
@@ -35,10 +35,11 @@ final class MNavigation {
     switch (value.kind) {
       case RECORD:
         if (value.fields.containsKey(name)) return value.fields.get(name);
-        return value.relation == null ? MValue.UNKNOWN : cell(evaluator, value.relation, name);
+        return value.relation == null ? MValue.UNKNOWN
+                                      : cell(evaluator, value.relation, name).from(value.origin);
       case TABLE:
         if (value.listed) return name.equals(CONTENT) ? MValue.table(value.relation) : MValue.UNKNOWN;
-        return MValue.repeated(cell(evaluator, value.relation, name));
+        return MValue.repeated(cell(evaluator, value.relation, name)).from(value.relation.origin());
       case SOURCE:
         return name.equals(CONTENT) ? value : MValue.UNKNOWN;
       case UNKNOWN:
@@ -52,13 +53,14 @@ final class MNavigation {
     return MCall.cell(relation.find(name, evaluator.budget()));
   }
 
-  static MValue columns(MValue value, List<String> names) {
-    if (value.is(MValue.Kind.TABLE)) return MValue.table(Relation.chosen(value.relation, names));
+  static MValue columns(MEvaluation evaluator, MValue value, List<String> names) {
+    if (value.is(MValue.Kind.TABLE))
+      return MValue.table(Relation.chosen(value.relation, names, evaluator.budget()));
     if (!value.is(MValue.Kind.RECORD)) return value.is(MValue.Kind.UNKNOWN) ? value : MValue.UNKNOWN;
     Map<String, MValue> fields = new LinkedHashMap<>(value.fields);
     fields.keySet().retainAll(names);
     MValue record = MValue.record(fields);
-    record.relation = value.relation == null ? null : Relation.chosen(value.relation, names);
+    record.relation = value.relation == null ? null : Relation.chosen(value.relation, names, evaluator.budget());
     return record;
   }
 }

@@ -58,8 +58,8 @@ final class MSources {
     String kind = key.fieldText("Kind");
     if ("Schema".equals(kind)) return MValue.source(source.connection, name);
     if ("Database".equals(kind)) return MValue.source(source.connection, source.schema);
-    Relation.Table table =
-        Relation.Table.named(source.connection, schema != null ? schema : source.schema, name);
+    Origin.Table table =
+        Origin.Table.named(source.connection, schema != null ? schema : source.schema, name);
     MValue value = MValue.table(Relation.ofTable(table));
     value.listed = true;
     return value;
@@ -67,6 +67,6 @@ final class MSources {
 
   /** The text goes into the model as it is: what it reads is found out there, as for every query. */
   private static MValue queryOf(String connection, String text) {
-    return MValue.table(Relation.ofTable(Relation.Table.ofQuery(connection, text)));
+    return MValue.table(Relation.ofTable(Origin.Table.ofQuery(connection, text)));
   }
 }
