@@ -127,8 +127,19 @@ std::string showWarnings(const std::string& messages, const CorpusCase& one) {
   return text;
 }
 
+/// The columns whose conditions limit what the query of a table reads, on a line of their own.
+std::string showCondition(const Sources& sources, const CorpusCase& one) {
+  const auto found = sources.find("/Data Source Views/DW/" + one.name + "/SQL CONDITION");
+  if (found == sources.end()) return "";
+  std::string list;
+  for (const std::string& path : found->second)
+    list += (list.empty() ? "" : ", ") + without(path, "/Data Source Views/");
+  return "limited by " + (list.empty() ? "no column" : list) + "\n";
+}
+
 /// A line for each column: where it is read, and behind a query's own column where that comes from.
-std::string showQuery(const tav::test::ImporterRun& run, const Sources& sources, const CorpusCase& one) {
+std::string showQuery(const tav::test::ImporterRun& run, const Sources& sources, const CorpusCase& one,
+                      bool conditions) {
   std::string text;
   const auto names = [](const std::vector<std::string>& paths) {
     std::string list;
@@ -145,6 +156,7 @@ std::string showQuery(const tav::test::ImporterRun& run, const Sources& sources,
       if (const auto& further = sources.at(path); !further.empty()) text += " <- " + names(further);
     text += "\n";
   }
+  if (conditions) text += showCondition(sources, one);
   text += showWarnings(run.messages, one);
   text.pop_back();
   return text;
@@ -156,7 +168,7 @@ void checkQueries(const std::string& file, const std::string& type) {
   ASSERT_EQ(run.exitCode, 0) << run.errors;
   const Sources sources = tav::test::sourcesOf(*run.model);
   std::map<std::string, std::string> results;
-  for (const CorpusCase& one : cases) results[one.input] = showQuery(run, sources, one);
+  for (const CorpusCase& one : cases) results[one.input] = showQuery(run, sources, one, type == "m");
   tav::test::checkCorpus(file, [&](const std::string& input) { return results[input]; });
 }
 

@@ -3,6 +3,8 @@ package KORV.bridges.MicrosoftSqlServerAs.Import;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.MSource;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.Budget;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.Origin;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.Relation;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.SourceAddress;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.SourceFunctions;
@@ -49,10 +51,10 @@ final class PhysicalLayer {
   /** The keys of connections that lead to files. */
   private final Set<String> files = new HashSet<>();
   private final Map<String, ModelObject> packages = new HashMap<>();
-  private final Map<Relation.Table, Table> tables = new HashMap<>();
+  private final Map<Origin.Table, Table> tables = new HashMap<>();
   private final Map<String, Table> queries = new HashMap<>();
   /** Of the table that is being imported. */
-  private final Map<Relation.Table, Table> databaseQueries = new HashMap<>();
+  private final Map<Origin.Table, Table> databaseQueries = new HashMap<>();
 
   PhysicalLayer(ModelObject model, ModelObject views, Catalog catalog, LineageMaps maps) {
     this.model = model;
@@ -158,15 +160,15 @@ final class PhysicalLayer {
   String inlineConnection() { return openConnection(new SourceAddress("", "inline", "", "")); }
 
   /** A column of a database table or query; table and column are made on the first use. */
-  private ModelObject column(Source source, Relation.Column column, ModelObject type) {
-    Relation.Table name = column.table();
+  private ModelObject column(Source source, Origin.Column column, ModelObject type) {
+    Origin.Table name = column.table();
     Table owner = name.isQuery() ? query(source, name) : table(name);
     return column(owner, column.name(), type, true);
   }
 
-  private Table table(Relation.Table name) {
-    Relation.Table key =
-        Relation.Table.named(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
+  private Table table(Origin.Table name) {
+    Origin.Table key =
+        Origin.Table.named(name.connection(), Names.fold(name.schema()), Names.fold(name.name()));
     Table table = tables.get(key);
     if (table == null) {
       table = addTable(name.connection(), name.name(), Labels.TABLE);
@@ -180,7 +182,7 @@ final class PhysicalLayer {
    * A query of the database, whose sources whoever loads the model finds. Each table of the model that reads
    * one has its own.
    */
-  private Table query(Source source, Relation.Table name) {
+  private Table query(Source source, Origin.Table name) {
     Table known = databaseQueries.get(name);
     if (known != null) return known;
     Table table = addTable(name.connection(), source.name, Labels.NAMED_QUERY);
@@ -222,9 +224,9 @@ final class PhysicalLayer {
   }
 
   /** What a partition reads: the relation, null when it cannot be told, and the text that says so. */
-  record Source(String connection, Relation relation, String name, String query, Relation.Budget budget) {
+  record Source(String connection, Relation relation, String name, String query, Budget budget) {
     static Source of(String connection, Relation relation, String name, String query) {
-      return new Source(connection, relation, name, query, new Relation.Budget(query.length()));
+      return new Source(connection, relation, name, query, new Budget(query.length()));
     }
   }
 
@@ -234,15 +236,15 @@ final class PhysicalLayer {
    */
   List<ModelObject> columnsFor(Source source, String sourceColumn, ModelObject type) {
     Relation relation = source.relation;
-    Set<Relation.Column> direct = relation == null ? null : relation.sourcesOf(sourceColumn, source.budget);
+    Set<Origin.Column> direct = relation == null ? null : relation.sourcesOf(sourceColumn, source.budget);
     if (relation != null && relation.isPlain() && direct != null && !direct.isEmpty())
       return physical(source, direct, type);
     return List.of(column(query(source), sourceColumn, type, direct == null || direct.size() == 1));
   }
 
-  private List<ModelObject> physical(Source source, Set<Relation.Column> columns, ModelObject type) {
+  private List<ModelObject> physical(Source source, Set<Origin.Column> columns, ModelObject type) {
     List<ModelObject> found = new ArrayList<>();
-    for (Relation.Column column : columns) found.add(column(source, column, type));
+    for (Origin.Column column : columns) found.add(column(source, column, type));
     return found;
   }
 
@@ -266,14 +268,40 @@ final class PhysicalLayer {
     Table table = queries.remove(source.connection + "\n" + source.query);
     if (table == null || source.relation == null) return;
     for (Relation.Output output : source.relation.outputs()) {
-      if (!output.name().isEmpty()) column(table, output.name(), null, output.sources().size() == 1);
+      boolean same = output.sources() == null || output.sources().size() == 1;
+      if (!output.name().isEmpty()) column(table, output.name(), null, same);
     }
     for (ModelObject column : new ArrayList<>(table.columns.values())) {
-      Set<Relation.Column> sources = source.relation.sourcesOf(column.name(), source.budget);
+      Set<Origin.Column> sources = source.relation.sourcesOf(column.name(), source.budget);
       if (sources == null) continue;
       List<ModelObject> type = column.references().get("type");
       boolean same = sources.size() == 1 && type != null;
       maps.link(column, "", physical(source, sources, same ? type.get(0) : null));
     }
+    linkRows(source, table);
+  }
+
+  /**
+   * The tables that a query reads are its sources also where no column of theirs is known; conditions limit
+   * their rows.
+   */
+  private void linkRows(Source source, Table table) {
+    Origin origin = source.relation.origin();
+    for (Origin.Table read : origin.tables())
+      maps.addSource(table.object, (read.isQuery() ? query(source, read) : table(read)).object);
+    Set<Origin.Condition> conditions = origin.conditions();
+    if (conditions.isEmpty()) return;
+    Set<Origin.Column> limiting = new LinkedHashSet<>();
+    Set<String> texts = new LinkedHashSet<>();
+    for (Origin.Condition condition : conditions) {
+      limiting.addAll(condition.sources());
+      if (!condition.text().isEmpty()) texts.add(condition.text());
+    }
+    String name = Labels.SQL_CONDITION;
+    for (int n = 2; table.columns.containsKey(Names.fold(name)); ++n) name = Labels.SQL_CONDITION + "_" + n;
+    ModelObject feature = new ModelObject("TAVCondition", name).set("physicalName", name);
+    String expression = String.join("\n", texts);
+    table.object.addFeature(feature.set("expression", expression));
+    maps.link(feature, expression, physical(source, limiting, null));
   }
 }

@@ -7,6 +7,7 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.MContext;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.MQuery;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.MSource;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.Origin;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.Relation;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.SourceAddress;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Catalog;
@@ -44,6 +45,8 @@ final class TableImport {
   private final LineageMaps maps;
   private final MessageOutput messages;
   private final Map<String, String> sharedExpressions = new HashMap<>();
+  /** The queries of tables that have just one. */
+  private final Map<String, String> tableQueries = new HashMap<>();
   private final MQuery.Reader queries = new MQuery.Reader(new QueryContext());
   private final List<Column> computed = new ArrayList<>();
   final DaxResolver resolver = new DaxResolver();
@@ -66,6 +69,12 @@ final class TableImport {
       sharedExpressions.putIfAbsent(shared.text("name"), shared.text("expression"));
     for (Json function : model.objects("functions"))
       resolver.addFunction(function.text("name"), function.text("expression"));
+    for (Json table : model.objects("tables")) {
+      List<Json> partitions = table.objects("partitions");
+      Json source = partitions.size() == 1 ? partitions.get(0).object("source") : null;
+      if (source != null && source.text("type").equals("m"))
+        tableQueries.putIfAbsent(table.text("name"), source.text("expression"));
+    }
     for (Json table : model.objects("tables")) {
       messages.status("QVT_SSXMLA_S0009", "Importing dimension '" + table.text("name") + "' ...");
       importTable(table);
@@ -112,7 +121,8 @@ final class TableImport {
         case "entity" -> addEntity(sources, name, source, dimension);
         case "", "query" -> addText(sources, name, source, dimension);
         case "policyRange" -> ranges = true;
-        default -> { }
+        default -> {
+        }
       }
     }
     // Partitions of an incremental refresh read what their policy says, each a range of it.
@@ -132,197 +142,199 @@ final class TableImport {
           "Query '" + name + "' of '" + dimension.path() + "' is not understood in full: " + reading.fault());
     }
     Relation relation = reading.relation();
-    String connection = relation == null ? "" :
-          relation.connection();
-          if (reading.inline()) connection = physical.inlineConnection();
-          sources.add(PhysicalLayer.Source.of(connection, relation, name, text));
-      }
+    String connection = relation == null ? "" : relation.connection();
+    if (reading.inline()) connection = physical.inlineConnection();
+    sources.add(PhysicalLayer.Source.of(connection, relation, name, text));
+  }
 
-      private void addText(List<PhysicalLayer.Source> sources, String name, Json source,
-          ModelObject dimension) throws ImportException {
-        String text = source.text("query");
-        if (text.isBlank()) return;
-        String dataSource = dataSource(name, source, dimension);
-        Relation relation = Relation.ofTable(Relation.Table.ofQuery(dataSource, text));
-        sources.add(PhysicalLayer.Source.of(dataSource, relation, name, text));
-      }
+  private void addText(List<PhysicalLayer.Source> sources, String name, Json source, ModelObject dimension)
+      throws ImportException {
+    String text = source.text("query");
+    if (text.isBlank()) return;
+    String dataSource = dataSource(name, source, dimension);
+    Relation relation = Relation.ofTable(Origin.Table.ofQuery(dataSource, text));
+    sources.add(PhysicalLayer.Source.of(dataSource, relation, name, text));
+  }
 
-      /** The key of the data source that a partition names; the warning is given where there is none. */
-      private String dataSource(String name, Json source, ModelObject dimension) throws ImportException {
-        String dataSource = source.text("dataSource");
-        if (dataSource.isEmpty() || physical.hasDataSource(dataSource)) return dataSource;
-        warnMissing(name, dimension, "data source", dataSource);
-        return "";
-      }
+  /** The key of the data source that a partition names; the warning is given where there is none. */
+  private String dataSource(String name, Json source, ModelObject dimension) throws ImportException {
+    String dataSource = source.text("dataSource");
+    if (dataSource.isEmpty() || physical.hasDataSource(dataSource)) return dataSource;
+    warnMissing(name, dimension, "data source", dataSource);
+    return "";
+  }
 
-      private void warnMissing(String name, ModelObject dimension, String kind, String missing) {
-        messages.warning("TAVTAB_W0003",
-            "Partition '" + name + "' of '" + dimension.path() + "' reads the " + kind + " '" + missing
-                + "', which the definition does not have");
-      }
+  private void warnMissing(String name, ModelObject dimension, String kind, String missing) {
+    messages.warning("TAVTAB_W0003",
+        "Partition '" + name + "' of '" + dimension.path() + "' reads the " + kind + " '" + missing
+            + "', which the definition does not have");
+  }
 
-      private void addEntity(List<PhysicalLayer.Source> sources, String name, Json source,
-          ModelObject dimension) throws ImportException {
-        String entity = source.text("entityName");
-        String schema = source.text("schemaName");
-        String shared = source.text("expressionSource");
-        if (entity.isEmpty()) return;
-        if (shared.isEmpty()) {
-          String dataSource = dataSource(name, source, dimension);
-          Relation.Table table = Relation.Table.named(dataSource, schema, entity);
-          sources.add(PhysicalLayer.Source.of(dataSource, Relation.ofTable(table), name, entity));
-          return;
-        }
-        if (!sharedExpressions.containsKey(shared)) {
-          warnMissing(name, dimension, "expression", shared);
-          return;
-        }
-        String key = (schema.isEmpty() ? "" : "Schema=" + quoted(schema) + ",") + "Item=" + quoted(entity);
-        addQuery(sources, name, "#" + quoted(shared) + "{[" + key + "]}[Data]", dimension);
-      }
+  private void addEntity(List<PhysicalLayer.Source> sources, String name, Json source, ModelObject dimension)
+      throws ImportException {
+    String entity = source.text("entityName");
+    String schema = source.text("schemaName");
+    String shared = source.text("expressionSource");
+    if (entity.isEmpty()) return;
+    if (shared.isEmpty()) {
+      String dataSource = dataSource(name, source, dimension);
+      Origin.Table table = Origin.Table.named(dataSource, schema, entity);
+      sources.add(PhysicalLayer.Source.of(dataSource, Relation.ofTable(table), name, entity));
+      return;
+    }
+    if (!sharedExpressions.containsKey(shared)) {
+      warnMissing(name, dimension, "expression", shared);
+      return;
+    }
+    String key = (schema.isEmpty() ? "" : "Schema=" + quoted(schema) + ",") + "Item=" + quoted(entity);
+    addQuery(sources, name, "#" + quoted(shared) + "{[" + key + "]}[Data]", dimension);
+  }
 
-      private static String quoted(String text) {
-        return "\"" + text.replace("\"", "\"\"") + "\"";
-      }
+  private static String quoted(String text) { return "\"" + text.replace("\"", "\"\"") + "\""; }
 
-      private final class QueryContext implements MContext {
-        @Override
-        public String sharedExpression(String name) {
-          return sharedExpressions.get(name);
-        }
+  private final class QueryContext implements MContext {
+    @Override
+    public String sharedExpression(String name) {
+      return sharedExpressions.get(name);
+    }
 
-        @Override
-        public MSource dataSource(String name) {
-          return physical.dataSource(name);
-        }
+    @Override
+    public String tableQuery(String table) {
+      return tableQueries.get(table);
+    }
 
-        @Override
-        public String connection(SourceAddress address) {
-          return physical.openConnection(address);
-        }
+    @Override
+    public MSource dataSource(String name) {
+      return physical.dataSource(name);
+    }
 
-        @Override
-        public boolean isFile(String connection) {
-          return physical.isFile(connection);
-        }
-      }
+    @Override
+    public String connection(SourceAddress address) {
+      return physical.openConnection(address);
+    }
 
-      private void importColumn(Made table, Json definition, List<PhysicalLayer.Source> sources)
-          throws ImportException {
-        String name = definition.text("name");
-        ModelObject attribute = new ModelObject("TAVDimensionAttribute", name);
-        String sourceColumn = definition.text("sourceColumn");
-        attribute.set("description", definition.text("description")).set("physicalName", sourceColumn);
-        attribute.set("nativeType", KINDS.get(definition.text("type")));
-        ModelObject type = catalog.type(definition.text("dataType"));
-        attribute.refer("type", type);
-        table.dimension.addFeature(attribute);
-        if (resolver.findColumn(table.names, name) != null) warnSameName("column", name, table.dimension);
-        resolver.addColumn(table.names, name, attribute);
-        catalog.keep(attribute, definition, COLUMN_PLACED);
-        if (KINDS.containsKey(definition.text("type"))) {
-          computed.add(new Column(table, definition, attribute));
-        } else if (!sourceColumn.isEmpty()) {
-          Set<ModelObject> columns = new LinkedHashSet<>();
-          for (PhysicalLayer.Source source : sources)
-            columns.addAll(physical.columnsFor(source, sourceColumn, type));
-          maps.link(attribute, "", columns);
-        }
-      }
+    @Override
+    public boolean isFile(String connection) {
+      return physical.isFile(connection);
+    }
+  }
 
-      private void importHierarchy(Made table, Json definition) throws ImportException {
-        ModelObject hierarchy = new ModelObject("TAVHierarchy", definition.text("name"));
-        hierarchy.set("description", definition.text("description"));
-        catalog.keep(hierarchy, definition, HIERARCHY_PLACED);
-        List<Json> levels = new ArrayList<>(definition.objects("levels"));
-        Map<Json, Integer> places = new HashMap<>();
-        for (int i = 0; i < levels.size(); ++i) places.put(levels.get(i), ordinal(levels.get(i), i));
-        levels.sort(Comparator.comparing(places::get));
-        ModelObject association = null;
-        for (Json definitionOfLevel : levels) {
-          association = new ModelObject("TAVHierarchyLevelAssociation", "")
-                            .set("position", places.get(definitionOfLevel));
-          association.refer("level", importLevel(table, definitionOfLevel));
-          if (hierarchy.references().isEmpty()) hierarchy.refer("topHierarchyLevelAssociation", association);
-          hierarchy.add(ModelObject.Role.hierarchyLevelAssociations, association);
-        }
-        if (association != null) hierarchy.refer("bottomHierarchyLevelAssociation", association);
-        table.dimension.add(ModelObject.Role.hierarchies, hierarchy);
-      }
+  private void importColumn(Made table, Json definition, List<PhysicalLayer.Source> sources)
+      throws ImportException {
+    String name = definition.text("name");
+    ModelObject attribute = new ModelObject("TAVDimensionAttribute", name);
+    String sourceColumn = definition.text("sourceColumn");
+    attribute.set("description", definition.text("description")).set("physicalName", sourceColumn);
+    attribute.set("nativeType", KINDS.get(definition.text("type")));
+    ModelObject type = catalog.type(definition.text("dataType"));
+    attribute.refer("type", type);
+    table.dimension.addFeature(attribute);
+    if (resolver.findColumn(table.names, name) != null) warnSameName("column", name, table.dimension);
+    resolver.addColumn(table.names, name, attribute);
+    catalog.keep(attribute, definition, COLUMN_PLACED);
+    if (KINDS.containsKey(definition.text("type"))) {
+      computed.add(new Column(table, definition, attribute));
+    } else if (!sourceColumn.isEmpty()) {
+      Set<ModelObject> columns = new LinkedHashSet<>();
+      for (PhysicalLayer.Source source : sources)
+        columns.addAll(physical.columnsFor(source, sourceColumn, type));
+      maps.link(attribute, "", columns);
+    }
+  }
 
-      private static int ordinal(Json level, int place) throws ImportException {
-        String text = level.text("ordinal");
-        return text.matches("[0-9]{1,4}") ? Integer.parseInt(text) : place;
-      }
+  private void importHierarchy(Made table, Json definition) throws ImportException {
+    ModelObject hierarchy = new ModelObject("TAVHierarchy", definition.text("name"));
+    hierarchy.set("description", definition.text("description"));
+    catalog.keep(hierarchy, definition, HIERARCHY_PLACED);
+    List<Json> levels = new ArrayList<>(definition.objects("levels"));
+    Map<Json, Integer> places = new HashMap<>();
+    for (int i = 0; i < levels.size(); ++i) places.put(levels.get(i), ordinal(levels.get(i), i));
+    levels.sort(Comparator.comparing(places::get));
+    ModelObject association = null;
+    for (Json definitionOfLevel : levels) {
+      association =
+          new ModelObject("TAVHierarchyLevelAssociation", "").set("position", places.get(definitionOfLevel));
+      association.refer("level", importLevel(table, definitionOfLevel));
+      if (hierarchy.references().isEmpty()) hierarchy.refer("topHierarchyLevelAssociation", association);
+      hierarchy.add(ModelObject.Role.hierarchyLevelAssociations, association);
+    }
+    if (association != null) hierarchy.refer("bottomHierarchyLevelAssociation", association);
+    table.dimension.add(ModelObject.Role.hierarchies, hierarchy);
+  }
 
-      private ModelObject importLevel(Made table, Json definition) throws ImportException {
-        String column = definition.text("column");
-        ModelObject level = new ModelObject("TAVLevel", definition.text("name"));
-        level.set("description", definition.text("description"));
-        catalog.keep(level, definition, LEVEL_PLACED);
-        ModelObject attribute = resolver.findColumn(table.names, column);
-        if (attribute != null) {
-          ModelObject levelAttribute = new ModelObject("TAVLevelAttribute", attribute.name());
-          levelAttribute.refer("dimensionAttribute", attribute);
-          level.addFeature(levelAttribute);
-          level.refer("defaultLevelAttribute", levelAttribute);
-          ModelObject key = level.add(ModelObject.Role.levelKeys, new ModelObject("TAVLevelKey", ""));
-          key.refer("levelAttributes", levelAttribute);
-        }
-        return table.dimension.add(ModelObject.Role.levels, level);
-      }
+  private static int ordinal(Json level, int place) throws ImportException {
+    String text = level.text("ordinal");
+    return text.matches("[0-9]{1,4}") ? Integer.parseInt(text) : place;
+  }
 
-      /** Once all tables, columns and measures have their names: what expressions lead to. */
-      void resolveExpressions() throws ImportException {
-        Map<Made, DaxResolver.TableLineage> tableExpressions = new HashMap<>();
-        for (Made table : tables) {
-          if (!table.expression.isEmpty()) tableExpressions.put(table, resolveTable(table));
-        }
-        for (Column column : computed) {
-          if (column.definition.text("type").equals("calculated")) {
-            resolveColumn(column);
-          } else if (tableExpressions.containsKey(column.table)) {
-            resolveTableColumn(column, tableExpressions.get(column.table));
-          }
-        }
-      }
+  private ModelObject importLevel(Made table, Json definition) throws ImportException {
+    String column = definition.text("column");
+    ModelObject level = new ModelObject("TAVLevel", definition.text("name"));
+    level.set("description", definition.text("description"));
+    catalog.keep(level, definition, LEVEL_PLACED);
+    ModelObject attribute = resolver.findColumn(table.names, column);
+    if (attribute != null) {
+      ModelObject levelAttribute = new ModelObject("TAVLevelAttribute", attribute.name());
+      levelAttribute.refer("dimensionAttribute", attribute);
+      level.addFeature(levelAttribute);
+      level.refer("defaultLevelAttribute", levelAttribute);
+      ModelObject key = level.add(ModelObject.Role.levelKeys, new ModelObject("TAVLevelKey", ""));
+      key.refer("levelAttributes", levelAttribute);
+    }
+    return table.dimension.add(ModelObject.Role.levels, level);
+  }
 
-      private void resolveColumn(Column column) throws ImportException {
-        String text = column.definition.text("expression");
-        DaxLineage lineage = resolver.resolveColumn(text, column.table.names);
-        report(lineage, column.attribute);
-        catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
-        link(column.attribute, text, lineage);
-      }
-
-      private DaxResolver.TableLineage resolveTable(Made table) {
-        DaxResolver.TableLineage lineage = resolver.resolveTable(table.expression);
-        report(lineage.whole(), table.dimension);
-        catalog.property(table.dimension, "unresolved", String.join("\n", lineage.whole().unresolved));
-        for (ModelObject source : lineage.whole().classifiers) maps.addSource(table.dimension, source);
-        return lineage;
-      }
-
-      /** A calculated table's column: one it takes over, or one that its expression makes under that name. */
-      private void resolveTableColumn(Column column, DaxResolver.TableLineage table) throws ImportException {
-        DaxLineage lineage = table.columns().apply(column.definition.text("sourceColumn"));
-        if (lineage == null) return;
-        link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
-      }
-
-      void link(ModelObject feature, String operation, DaxLineage lineage) {
-        for (ModelObject classifier : lineage.classifiers) maps.addSource(feature.owner, classifier);
-        maps.link(feature, operation, lineage.features);
-      }
-
-      /** Warns about what cannot be read or found, as the native import does. */
-      void report(DaxLineage lineage, ModelObject destination) {
-        for (String fault : lineage.faults)
-          messages.warning("TAVEXPR_W0001", "Expression of '" + destination.path() + "', " + fault);
-        for (String name : lineage.unresolved) {
-          messages.warning("QVT_SSXMLA_W0013",
-              "Could not find source feature '" + name + "' used in calculated expression '"
-                  + destination.path() + "'");
-        }
+  /** Once all tables, columns and measures have their names: what expressions lead to. */
+  void resolveExpressions() throws ImportException {
+    Map<Made, DaxResolver.TableLineage> tableExpressions = new HashMap<>();
+    for (Made table : tables) {
+      if (!table.expression.isEmpty()) tableExpressions.put(table, resolveTable(table));
+    }
+    for (Column column : computed) {
+      if (column.definition.text("type").equals("calculated")) {
+        resolveColumn(column);
+      } else if (tableExpressions.containsKey(column.table)) {
+        resolveTableColumn(column, tableExpressions.get(column.table));
       }
     }
+  }
+
+  private void resolveColumn(Column column) throws ImportException {
+    String text = column.definition.text("expression");
+    DaxLineage lineage = resolver.resolveColumn(text, column.table.names);
+    report(lineage, column.attribute);
+    catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
+    link(column.attribute, text, lineage);
+  }
+
+  private DaxResolver.TableLineage resolveTable(Made table) {
+    DaxResolver.TableLineage lineage = resolver.resolveTable(table.expression);
+    report(lineage.whole(), table.dimension);
+    catalog.property(table.dimension, "unresolved", String.join("\n", lineage.whole().unresolved));
+    for (ModelObject source : lineage.whole().classifiers) maps.addSource(table.dimension, source);
+    return lineage;
+  }
+
+  /** A calculated table's column: one it takes over, or one that its expression makes under that name. */
+  private void resolveTableColumn(Column column, DaxResolver.TableLineage table) throws ImportException {
+    DaxLineage lineage = table.columns().apply(column.definition.text("sourceColumn"));
+    if (lineage == null) return;
+    link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
+  }
+
+  void link(ModelObject feature, String operation, DaxLineage lineage) {
+    for (ModelObject classifier : lineage.classifiers) maps.addSource(feature.owner, classifier);
+    maps.link(feature, operation, lineage.features);
+  }
+
+  /** Warns about what cannot be read or found, as the native import does. */
+  void report(DaxLineage lineage, ModelObject destination) {
+    for (String fault : lineage.faults)
+      messages.warning("TAVEXPR_W0001", "Expression of '" + destination.path() + "', " + fault);
+    for (String name : lineage.unresolved) {
+      messages.warning("QVT_SSXMLA_W0013",
+          "Could not find source feature '" + name + "' used in calculated expression '" + destination.path()
+              + "'");
+    }
+  }
+}

@@ -56,13 +56,13 @@ final class DaxCall {
     switch (function.result()) {
       case AGGREGATE -> evaluation.note(DaxLineage.Entry.Kind.ITERATED, first.rows);
       case COUNT -> evaluation.note(DaxLineage.Entry.Kind.COUNTED, first.rows);
-      default -> { }
+      default -> {
+      }
     }
     return switch (function.result()) {
-      case GROUP -> context.group() == null ? DaxTable.UNKNOWN :
-        context.group();
-      case SAME -> first; case COLUMNS -> tables.size() == 1 ? first:
-        DaxTable.joined(tables);
+      case GROUP -> context.group() == null ? DaxTable.UNKNOWN : context.group();
+      case SAME -> first;
+      case COLUMNS -> tables.size() == 1 ? first : DaxTable.joined(tables);
       case ADD -> first.plus(made);
       case MADE, DATA -> DaxTable.of(made);
       case JOIN -> DaxTable.joined(tables);
@@ -79,7 +79,8 @@ final class DaxCall {
   private int argument(int i) {
     DaxNode node = arguments.get(i);
     char how = function.argument(i);
-    boolean makes = function.result() == DaxFunctions.Result.ADD || function.result() == DaxFunctions.Result.MADE;
+    boolean makes =
+        function.result() == DaxFunctions.Result.ADD || function.result() == DaxFunctions.Result.MADE;
     if (makes && how != 'T' && function.first().indexOf('.') < 0) return makeColumn(i);
     if (function.result() == DaxFunctions.Result.DATA && node.is(DaxNode.Kind.TEXT)) {
       made.add(new DaxTable.Column(node.name(), null, Sources.NONE));
@@ -91,53 +92,52 @@ final class DaxCall {
       return i + 1;
     }
     DaxContext.Value value = how == 'c' ? evaluation.columnValue(node, rows)
-        :
-        evaluation.value(node, how == 'r' || how == 'k' ? rows : outer());
-        boolean joins = how == 'r' && function.result() == DaxFunctions.Result.JOIN;
-        if (how == 't' || how == 'T' || how == 'c' || joins) tables.add(value.asTable());
-        if (how == 'T' && value.isTable()) rows = context.inRowsOf(value.asTable()).grouping(value.asTable());
-        return i + 1;
-    }
-
-    private DaxContext outer() {
-      return function.result() == DaxFunctions.Result.EARLIER ? context.outside() : context;
-    }
-
-    /** "Name", value; or a column that keeps its name; or a table that only limits the rows. */
-    private int makeColumn(int i) {
-      DaxNode node = arguments.get(i);
-      if (node.is(DaxNode.Kind.TEXT) && i + 1 < arguments.size()) {
-        Sources sources = evaluation.value(arguments.get(i + 1), rows).sources();
-        made.add(new DaxTable.Column(node.name(), null, sources));
-        return i + 2;
-      }
-      DaxContext.Value value = evaluation.columnValue(node, rows);
-      boolean lists = node.is(DaxNode.Kind.CALL) && Names.fold(node.name()).startsWith("rollup");
-      if (value.column() != null) {
-        made.add(value.column());
-      } else if (lists) {
-        made.addAll(value.asTable().columns());
-      }
-      return i + 1;
-    }
-
-    private DaxTable single(String name) {
-      Sources sources = Sources.range(begin, evaluation.noted());
-      return DaxTable.of(List.of(new DaxTable.Column(name, null, sources)));
-    }
-
-    private DaxTable treated() {
-      if (tables.isEmpty()) return DaxTable.UNKNOWN;
-      List<DaxTable.Column> values = tables.get(0).columns();
-      List<DaxTable.Column> columns = new ArrayList<>();
-      for (DaxTable named : tables.subList(1, tables.size())) {
-        if (named.columns().isEmpty()) return DaxTable.UNKNOWN;
-        DaxTable.Column column = named.columns().get(0);
-        int place = columns.size();
-        columns.add(place >= values.size()
-                ? column
-                : column.of(Sources.all(List.of(values.get(place).sources(), column.sources()))));
-      }
-      return DaxTable.of(columns);
-    }
+                                        : evaluation.value(node, how == 'r' || how == 'k' ? rows : outer());
+    boolean joins = how == 'r' && function.result() == DaxFunctions.Result.JOIN;
+    if (how == 't' || how == 'T' || how == 'c' || joins) tables.add(value.asTable());
+    if (how == 'T' && value.isTable()) rows = context.inRowsOf(value.asTable()).grouping(value.asTable());
+    return i + 1;
   }
+
+  private DaxContext outer() {
+    return function.result() == DaxFunctions.Result.EARLIER ? context.outside() : context;
+  }
+
+  /** "Name", value; or a column that keeps its name; or a table that only limits the rows. */
+  private int makeColumn(int i) {
+    DaxNode node = arguments.get(i);
+    if (node.is(DaxNode.Kind.TEXT) && i + 1 < arguments.size()) {
+      Sources sources = evaluation.value(arguments.get(i + 1), rows).sources();
+      made.add(new DaxTable.Column(node.name(), null, sources));
+      return i + 2;
+    }
+    DaxContext.Value value = evaluation.columnValue(node, rows);
+    boolean lists = node.is(DaxNode.Kind.CALL) && Names.fold(node.name()).startsWith("rollup");
+    if (value.column() != null) {
+      made.add(value.column());
+    } else if (lists) {
+      made.addAll(value.asTable().columns());
+    }
+    return i + 1;
+  }
+
+  private DaxTable single(String name) {
+    Sources sources = Sources.range(begin, evaluation.noted());
+    return DaxTable.of(List.of(new DaxTable.Column(name, null, sources)));
+  }
+
+  private DaxTable treated() {
+    if (tables.isEmpty()) return DaxTable.UNKNOWN;
+    List<DaxTable.Column> values = tables.get(0).columns();
+    List<DaxTable.Column> columns = new ArrayList<>();
+    for (DaxTable named : tables.subList(1, tables.size())) {
+      if (named.columns().isEmpty()) return DaxTable.UNKNOWN;
+      DaxTable.Column column = named.columns().get(0);
+      int place = columns.size();
+      columns.add(place >= values.size()
+              ? column
+              : column.of(Sources.all(List.of(values.get(place).sources(), column.sources()))));
+    }
+    return DaxTable.of(columns);
+  }
+}

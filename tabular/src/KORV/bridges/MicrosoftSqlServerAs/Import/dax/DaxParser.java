@@ -95,9 +95,8 @@ final class DaxParser {
     if (tokens.get(at).kind() == DaxTokens.Kind.BRACKETED) {
       column(tokens.get(at++), token.value(), token.position());
     } else {
-      DaxNode.Kind kind = quoted ? DaxNode.Kind.TABLE :
-        DaxNode.Kind.WORD;
-        operand(DaxNode.of(kind, token.position(), token.value(), List.of()));
+      DaxNode.Kind kind = quoted ? DaxNode.Kind.TABLE : DaxNode.Kind.WORD;
+      operand(DaxNode.of(kind, token.position(), token.value(), List.of()));
     }
   }
 

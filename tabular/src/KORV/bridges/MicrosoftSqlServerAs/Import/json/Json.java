@@ -16,9 +16,7 @@ public final class Json {
 
     final String description;
 
-    Kind(String description) {
-      this.description = description;
-    }
+    Kind(String description) { this.description = description; }
   }
 
   /** So many members are compared one by one, which is faster than an index and takes no memory. */
@@ -68,9 +66,7 @@ public final class Json {
     if (names != null) names.trimToSize();
   }
 
-  public boolean has(String name) {
-    return get(name).kind != Kind.NULL;
-  }
+  public boolean has(String name) { return get(name).kind != Kind.NULL; }
 
   /** A member that is an object, or an empty object. */
   public Json object(String name) throws ImportException {
@@ -102,9 +98,7 @@ public final class Json {
     return value.kind == Kind.OBJECT ? value.expect(Kind.STRING, name).text : value.text;
   }
 
-  public boolean flag(String name) throws ImportException {
-    return text(name).equals("true");
-  }
+  public boolean flag(String name) throws ImportException { return text(name).equals("true"); }
 
   Json expect(Kind wanted, String name) throws ImportException {
     if (kind == wanted) return this;

@@ -34,18 +34,15 @@ public final class JsonReader {
    */
   private final String[] shared = new String[SHARED_TEXTS];
 
-  private JsonReader(JsonParser parser) {
-    this.parser = parser;
-  }
+  private JsonReader(JsonParser parser) { this.parser = parser; }
 
   /** The root value of a file. Comments, line ends inside texts and a byte order mark are accepted. */
   public static Json read(Path path) throws IOException, ImportException {
-    JsonFactory factory =
-        JsonFactory.builder()
-            .enable(JsonReadFeature.ALLOW_JAVA_COMMENTS)
-            .enable(JsonReadFeature.ALLOW_UNESCAPED_CONTROL_CHARS)
-            .enable(JsonReadFeature.ALLOW_TRAILING_COMMA)
-            .build();
+    JsonFactory factory = JsonFactory.builder()
+                              .enable(JsonReadFeature.ALLOW_JAVA_COMMENTS)
+                              .enable(JsonReadFeature.ALLOW_UNESCAPED_CONTROL_CHARS)
+                              .enable(JsonReadFeature.ALLOW_TRAILING_COMMA)
+                              .build();
     try (InputStream in = Files.newInputStream(path); JsonParser parser = factory.createParser(in)) {
       return new JsonReader(parser).readTree();
     } catch (JsonEOFException fault) {
@@ -99,14 +96,13 @@ public final class JsonReader {
 
   private Json makeValue(JsonToken token) throws IOException {
     JsonLocation place = parser.getTokenLocation();
-    Json.Kind kind =
-        switch (token) {
-          case START_OBJECT -> Json.Kind.OBJECT;
-          case START_ARRAY -> Json.Kind.ARRAY;
-          case VALUE_STRING -> Json.Kind.STRING;
-          case VALUE_NULL -> Json.Kind.NULL;
-          default -> Json.Kind.OTHER;
-        };
+    Json.Kind kind = switch (token) {
+      case START_OBJECT -> Json.Kind.OBJECT;
+      case START_ARRAY -> Json.Kind.ARRAY;
+      case VALUE_STRING -> Json.Kind.STRING;
+      case VALUE_NULL -> Json.Kind.NULL;
+      default -> Json.Kind.OTHER;
+    };
     boolean plain = kind == Json.Kind.STRING || kind == Json.Kind.OTHER;
     return new Json(kind, plain ? text() : "", place.getLineNr(), place.getColumnNr());
   }

@@ -3,30 +3,37 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 import java.util.ArrayList;
 import java.util.Collection;
 import java.util.List;
-import java.util.Set;
 
-/** A call of a function of the language: its arguments, and what the evaluator does for it. */
+/** A call of a function of the language: its arguments, and what the evaluation does for it. */
 final class MCall {
   final MEvaluation evaluator;
   final String name;
   final List<MValue> arguments;
-  private final int at;
+  private final MNode written;
 
-  MCall(MEvaluation evaluator, String name, List<MValue> arguments, int at) {
+  MCall(MEvaluation evaluator, String name, List<MValue> arguments, MNode written) {
     this.evaluator = evaluator;
     this.name = name;
     this.arguments = arguments;
-    this.at = at;
+    this.written = written;
   }
+
+  Budget budget() { return evaluator.budget(); }
 
   MValue argument(int place) { return place < arguments.size() ? arguments.get(place) : MValue.UNKNOWN; }
 
-  MCall with(List<MValue> others) { return new MCall(evaluator, name, others, at); }
+  MCall with(List<MValue> others) { return new MCall(evaluator, name, others, written); }
 
   /** Whether an argument is null. */
   boolean isNothing(int place) { return argument(place) == MValue.NULL; }
 
-  boolean has(int place) { return place < arguments.size(); }
+  boolean has(int place) { return place < arguments.size() && argument(place) != MValue.UNKNOWN; }
+
+  /** An argument as the text has it; empty when a function made the call. */
+  String written(int place) {
+    boolean there = place < written.items().size() && written.items().size() == arguments.size();
+    return there ? evaluator.written(written.items().get(place)) : "";
+  }
 
   /** The rows of an argument that is a table, or null. */
   Relation table(int place) {
@@ -67,36 +74,50 @@ final class MCall {
 
   MValue apply(MValue function, MValue... values) {
     if (!function.is(MValue.Kind.FUNCTION)) return MValue.UNKNOWN;
-    return function.function.apply(List.of(values), at);
+    return function.function.apply(List.of(values), written);
   }
 
-  Relation.Output find(Relation relation, String column) { return relation.find(column, evaluator.budget()); }
+  Relation.Output find(Relation relation, String column) { return relation.find(column, budget()); }
 
-  /** The sources of some columns together, as far as they are known. */
-  Set<Relation.Column> sources(Relation relation, Collection<String> columns) {
+  /** What the cells of some columns are made of, as far as it is known. */
+  MValue cells(Relation relation, Collection<String> columns) {
     List<MValue> cells = new ArrayList<>();
-    for (String column : columns) {
-      Relation.Output output = find(relation, column);
-      if (output != null) cells.add(MValue.of(output.sources()));
-    }
-    return evaluator.union(cells);
+    for (String column : columns) cells.add(cell(find(relation, column)));
+    return evaluator.mixed(cells);
   }
 
-  Relation.Output output(MValue value) {
-    return new Relation.Output("", evaluator.union(List.of(value)), value);
+  /** Puts a column of such cells; what they are taken from is read too. */
+  void put(Relation relation, String column, MValue cells) {
+    relation.put(column, output(column, cells));
+    relation.readAlso(evaluator.origin(List.of(cells)));
+  }
+
+  Relation.Output output(String column, MValue cells) {
+    return new Relation.Output(column, evaluator.union(List.of(cells)), cells);
+  }
+
+  /** Puts a column that stands for another one. */
+  void put(Relation relation, String column, Relation.Output other) {
+    relation.put(column, other == null ? Relation.unknown(column) : other);
+  }
+
+  /** Limits the rows by what some values say; what those are taken from is read too. */
+  void limit(Relation relation, String text, List<MValue> values) {
+    relation.readAlso(evaluator.origin(values));
+    relation.limit(new Origin.Condition(text, evaluator.union(values)));
   }
 
   /** What stands in the cells of a column. */
   static MValue cell(Relation.Output output) {
-    if (output == null) return MValue.UNKNOWN;
+    if (output == null || !output.isKnown()) return MValue.UNKNOWN;
     MValue content = content(output);
-    return content != null ? content : MValue.of(output.sources());
+    return content != null ? content : MValue.of(output.sources(), Origin.NONE);
   }
 
   /** The tables, lists and records that stand in the cells of a column, or null. */
   static MValue content(Relation.Output output) { return output == null ? null : (MValue) output.content(); }
 
-  MFault fault(String cause) { return evaluator.fault("step '" + name + "' " + cause, at); }
+  MFault fault(String cause) { return evaluator.fault("step '" + name + "' " + cause, written.at()); }
 
   /** The same rows, with columns that the text does not tell. */
   MValue unknownColumns(String cause) { return evaluator.unknownTable(arguments, fault(cause)); }

@@ -1,9 +1,9 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
 import java.util.ArrayList;
-import java.util.LinkedHashSet;
+import java.util.LinkedHashMap;
 import java.util.List;
-import java.util.Set;
+import java.util.Map;
 
 /** Functions that choose, name, add and change columns of one table. */
 final class MColumns {
@@ -15,9 +15,9 @@ final class MColumns {
   /** The same columns; what argument `place` lists is surely there. */
   static MValue same(MCall call, int place) {
     if (call.argument(0).is(MValue.Kind.SOURCE)) return call.argument(0);
-    if (call.table(0) == null) return MValue.of(call.evaluator.union(List.of(call.argument(0))));
+    if (call.table(0) == null) return call.evaluator.mixed(List.of(call.argument(0)));
     Relation relation = Relation.over(call.table(0));
-    if (place > 0) relation.mention(listed(call.argument(place)));
+    if (place > 0) relation.mention(listed(call.argument(place)), call.budget());
     return MValue.table(relation);
   }
 
@@ -37,7 +37,10 @@ final class MColumns {
     Relation from = call.table(0);
     if (from == null) return MValue.UNKNOWN;
     List<String> names = call.texts(1);
-    return MValue.table(names == null ? Relation.over(from) : Relation.chosen(from, names));
+    if (names != null) return MValue.table(Relation.chosen(from, names, call.budget()));
+    Relation relation = Relation.over(from);
+    relation.setUnordered();
+    return MValue.table(relation);
   }
 
   static MValue remove(MCall call) {
@@ -54,18 +57,21 @@ final class MColumns {
     List<List<MValue>> pairs = call.tuples(1);
     if (pairs == null) return call.unknownColumns(COMPUTED);
     Relation relation = Relation.over(from);
-    for (List<MValue> pair : pairs) relation.leaveOut(pair.get(0).text);
+    // All at once, because names may change places.
+    Map<String, Relation.Output> renamed = new LinkedHashMap<>();
     for (List<MValue> pair : pairs) {
+      if (call.find(from, pair.get(0).text) == null && call.has(2)) continue;
       String name = pair.get(1).constantText();
       if (name == null) {
-        relation.setDoubtful();
+        relation.leaveOut(pair.get(0).text);
+        relation.setDoubtful(call.budget());
         relation.blame(call.fault(COMPUTED));
         continue;
       }
       Relation.Output old = call.find(from, pair.get(0).text);
-      if (old == null) relation.put(name, Set.of());
-      else relation.put(name, old);
+      renamed.put(pair.get(0).text, (old == null ? Relation.unknown(name) : old).called(name));
     }
+    relation.rename(renamed, call.budget());
     return MValue.table(relation);
   }
 
@@ -82,21 +88,21 @@ final class MColumns {
     Relation from = call.table(0);
     if (from == null) return MValue.UNKNOWN;
     Relation relation = Relation.over(from);
-    return added(call, relation, call.output(call.apply(call.argument(2), MValue.row(from))));
+    return added(call, relation, call.apply(call.argument(2), MValue.row(from)));
   }
 
   static MValue addIndex(MCall call) {
     if (call.table(0) == null) return MValue.UNKNOWN;
-    return added(call, Relation.over(call.table(0)), call.output(MValue.UNKNOWN));
+    return added(call, Relation.over(call.table(0)), MValue.UNKNOWN);
   }
 
   /** With a name that is not known any column may be the new one. */
-  private static MValue added(MCall call, Relation relation, Relation.Output output) {
+  private static MValue added(MCall call, Relation relation, MValue cells) {
     relation.setComputed();
     if (call.text(1) != null) {
-      relation.put(call.text(1), output);
+      call.put(relation, call.text(1), cells);
     } else {
-      relation.setDoubtful();
+      relation.setDoubtful(call.budget());
       relation.blame(call.fault(COMPUTED));
     }
     return MValue.table(relation);
@@ -108,12 +114,10 @@ final class MColumns {
     Relation relation = Relation.over(from);
     Relation.Output old = call.text(1) == null ? null : call.find(from, call.text(1));
     if (call.text(2) == null) {
-      relation.setDoubtful();
+      relation.setDoubtful(call.budget());
       relation.blame(call.fault(COMPUTED));
-    } else if (old == null) {
-      relation.put(call.text(2), Set.of());
     } else {
-      relation.put(call.text(2), old);
+      call.put(relation, call.text(2), old);
     }
     return MValue.table(relation);
   }
@@ -128,12 +132,12 @@ final class MColumns {
     if (changes == null) relation.setComputed();
     for (List<MValue> change : changes == null ? List.<List<MValue>>of() : changes) {
       Relation.Output old = call.find(from, change.get(0).text);
-      if (old == null) continue;
+      if (old == null || !old.isKnown()) continue;
       MValue cell = MCall.cell(old);
       boolean known = change.get(1).is(MValue.Kind.FUNCTION);
-      Relation.Output made = call.output(known ? call.apply(change.get(1), cell) : cell);
-      if (!made.sources().equals(old.sources())) relation.setComputed();
-      relation.put(change.get(0).text, made);
+      MValue made = known ? call.apply(change.get(1), cell) : cell;
+      call.put(relation, old.name(), made);
+      if (!call.evaluator.union(List.of(made)).equals(old.sources())) relation.setComputed();
     }
     return MValue.table(relation);
   }
@@ -145,16 +149,12 @@ final class MColumns {
     Relation relation = Relation.over(from);
     MValue value = call.argument(2);
     if (value.is(MValue.Kind.FUNCTION)) value = call.apply(value, MValue.row(from));
-    Set<Relation.Column> further = call.evaluator.union(List.of(value));
     List<String> columns = listed(call.argument(4));
-    relation.mention(columns);
-    if (further.isEmpty()) return MValue.table(relation);
+    relation.mention(columns, call.budget());
+    if (call.evaluator.union(List.of(value)).isEmpty()) return MValue.table(relation);
     relation.setComputed();
-    for (String column : columns) {
-      Set<Relation.Column> sources = new LinkedHashSet<>(call.sources(from, List.of(column)));
-      sources.addAll(further);
-      relation.put(column, sources);
-    }
+    for (String column : columns)
+      call.put(relation, column, call.evaluator.mixed(List.of(call.cells(from, List.of(column)), value)));
     return MValue.table(relation);
   }
 
@@ -166,16 +166,15 @@ final class MColumns {
     if (column == null) return call.unknownColumns(COMPUTED);
     Relation relation = Relation.over(from);
     relation.setComputed();
-    relation.leaveOut(column);
     List<String> names = parts(call, column);
-    Relation.Output part = call.output(MValue.of(call.sources(from, List.of(column))));
-    if (names == null) {
-      relation.setDoubtful();
-      relation.blame(call.fault(COMPUTED));
-    } else {
-      for (String name : names) relation.put(name, part);
+    MValue part = call.cells(from, List.of(column));
+    if (names != null) {
+      relation.replace(column, names.stream().map(name -> call.output(name, part)).toList());
+      return MValue.table(relation);
     }
-    return MValue.table(relation);
+    relation.leaveOut(column);
+    relation.setDoubtful(call.budget());
+    return MValue.table(relation.blame(call.fault(COMPUTED)));
   }
 
   private static List<String> parts(MCall call, String column) {
@@ -196,10 +195,11 @@ final class MColumns {
     Relation relation = Relation.over(from);
     relation.setComputed();
     for (String column : columns) relation.leaveOut(column);
+    relation.setUnordered();
     if (call.text(3) != null) {
-      relation.put(call.text(3), call.output(MValue.of(call.sources(from, columns))));
+      call.put(relation, call.text(3), call.cells(from, columns));
     } else {
-      relation.setDoubtful();
+      relation.setDoubtful(call.budget());
       relation.blame(call.fault(COMPUTED));
     }
     return MValue.table(relation);

@@ -5,6 +5,12 @@ public interface MContext extends MSource.Connections {
   /** The text of a shared expression, or null. */
   String sharedExpression(String name);
 
+  /**
+   * The text of the query that fills a table of the model, which others can name; null when it has not just
+   * one.
+   */
+  String tableQuery(String table);
+
   /** A data source of the model by its name, or null. */
   MSource dataSource(String name);
 

@@ -63,8 +63,8 @@ final class MFiles {
   static MValue lines(MCall call) {
     MSource source = call.argument(0).source;
     if (source == null || !source.isFile()) return null;
-    Relation.Table file = MPaths.content(call.evaluator, source, call.name).wholeTable();
-    return MValue.repeated(MValue.of(Set.of(new Relation.Column(file, "Column1"))));
+    Origin.Table file = MPaths.content(call.evaluator, source, call.name).wholeTable();
+    return MValue.repeated(MValue.of(Set.of(new Origin.Column(file, "Column1")), Origin.of(file)));
   }
 
   /** Excel.Workbook(file) and the like: steps pick a sheet or table in it. */
@@ -80,7 +80,7 @@ final class MFiles {
   /** Names that stand in a file are its own: a column that no step has made is the file's of that name. */
   static MValue promoteHeaders(MCall call) {
     Relation from = call.table(0);
-    Relation.Table file = from == null || !from.isPlain() ? null : from.wholeTable();
+    Origin.Table file = from == null || !from.isPlain() ? null : from.wholeTable();
     if (file == null || file.isQuery() || !call.evaluator.context().isFile(file.connection()))
       return call.unknownColumns("takes names of columns from the rows");
     Relation named = Relation.ofTable(file);
@@ -92,7 +92,7 @@ final class MFiles {
    * "[Measures].[Sales]"}}).
    */
   static MValue transformCube(MCall call) {
-    Relation.Table owner = cubeOf(call);
+    Origin.Table owner = cubeOf(call);
     if (owner == null || !call.argument(1).isWholeList()) return null;
     Relation relation = Relation.opaque(List.of(), owner.connection());
     for (MValue step : call.argument(1).items) {
@@ -107,7 +107,7 @@ final class MFiles {
     return MValue.table(relation);
   }
 
-  private static Relation.Table cubeOf(MCall call) {
+  private static Origin.Table cubeOf(MCall call) {
     MSource source = call.argument(0).source;
     Relation cube = source == null
         ? call.table(0)
@@ -116,10 +116,10 @@ final class MFiles {
   }
 
   /** [Measures].[Sales] is a column of the cube, [Date].[Month].[Month] one of a dimension. */
-  private static Relation.Column columnOf(Relation.Table cube, String path) {
+  private static Origin.Column columnOf(Origin.Table cube, String path) {
     String[] parts = path.replaceAll("^\\[|\\]$", "").split("\\]\\.\\[");
     String last = parts[parts.length - 1];
-    if (parts[0].equals("Measures")) return new Relation.Column(cube, last);
-    return new Relation.Column(Relation.Table.named(cube.connection(), "Dimensions", parts[0]), last);
+    if (parts[0].equals("Measures")) return new Origin.Column(cube, last);
+    return new Origin.Column(Origin.Table.named(cube.connection(), "Dimensions", parts[0]), last);
   }
 }

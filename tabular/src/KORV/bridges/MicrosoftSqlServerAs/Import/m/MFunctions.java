@@ -15,16 +15,23 @@ final class MFunctions {
 
   static {
     // The same columns; the argument behind the name lists columns that the table has, 0 for none.
-    for (String name : List.of("Table.SelectRows", "Table.Buffer", "Table.RemoveRowsWithErrors",
-             "Table.SelectRowsWithErrors", "Table.FirstN", "Table.LastN", "Table.Skip", "Table.Range",
-             "Table.StopFolding", "Table.RemoveFirstN", "Table.RemoveLastN", "Table.ReverseRows",
-             "Table.AlternateRows", "Table.View", "Table.Repeat", "Table.RemoveRows", "Table.FindText",
-             "Table.ReplaceKeys", "Table.RemoveMatchingRows", "Table.MinN", "Table.MaxN", "Table.FilterWithDataTable",
-             "Value.ReplaceType", "Value.ReplaceMetadata", "Value.RemoveMetadata"))
+    for (String name :
+        List.of("Table.Buffer", "Table.RemoveRowsWithErrors", "Table.SelectRowsWithErrors", "Table.Range",
+            "Table.StopFolding", "Table.ReverseRows", "Table.AlternateRows", "Table.View", "Table.Repeat",
+            "Table.RemoveRows", "Table.FindText", "Table.ReplaceKeys", "Table.FilterWithDataTable",
+            "Value.ReplaceType", "Value.ReplaceMetadata", "Value.RemoveMetadata"))
       FUNCTIONS.put(name, call -> MColumns.same(call, 0));
     for (String name : List.of("Table.TransformColumnTypes", "Table.ReorderColumns", "Table.Sort",
              "Table.Distinct", "Table.FillDown", "Table.FillUp", "Table.AddKey", "Table.ReplaceErrorValues"))
       FUNCTIONS.put(name, call -> MColumns.same(call, 1));
+
+    // Rows that a condition chooses.
+    for (String name : List.of("Table.SelectRows", "Table.FirstN", "Table.LastN", "Table.Skip",
+             "Table.RemoveFirstN", "Table.RemoveLastN"))
+      FUNCTIONS.put(name, call -> MRows.select(call, 1));
+    for (String name : List.of("Table.MinN", "Table.MaxN"))
+      FUNCTIONS.put(name, call -> MRows.select(call, 2));
+    FUNCTIONS.put("Table.RemoveMatchingRows", MRows::removeMatching);
 
     FUNCTIONS.put("Table.SelectColumns", MColumns::select);
     FUNCTIONS.put("Table.RemoveColumns", MColumns::remove);
@@ -99,7 +106,8 @@ final class MFunctions {
     FUNCTIONS.put("Text.Replace", MScalars::replaceText);
 
     FUNCTIONS.put("Value.NativeQuery", MSources::nativeQuery);
-    for (String name : List.of("Csv.Document", "Parquet.Document", "Html.Table", "Xml.Tables", "Xml.Document"))
+    for (String name :
+        List.of("Csv.Document", "Parquet.Document", "Html.Table", "Xml.Tables", "Xml.Document"))
       FUNCTIONS.put(name, MFiles::document);
     FUNCTIONS.put("Json.Document", MFiles::fields);
     FUNCTIONS.put("Lines.FromBinary", MFiles::lines);

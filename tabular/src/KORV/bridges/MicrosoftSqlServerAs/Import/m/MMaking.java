@@ -4,19 +4,24 @@ import java.util.ArrayList;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
 
 /** Functions that make a table of lists and records: its columns are only those that they name. */
 final class MMaking {
+  private static final Map<String, List<String>> ABOUT_COLUMNS = Map.of("Table.Schema",
+      List.of("Name", "Position", "TypeName", "Kind", "IsNullable", "NumericPrecisionBase",
+          "NumericPrecision", "NumericScale", "DateTimePrecision", "MaxLength", "IsVariableLength",
+          "NativeTypeName", "NativeDefaultExpression", "NativeExpression", "Description", "IsWritable",
+          "FieldCaption"),
+      "Table.Profile",
+      List.of("Column", "Min", "Max", "Average", "StandardDeviation", "Count", "NullCount", "DistinctCount"));
+
   private MMaking() {}
 
   /** #table(columns, rows). */
-  static MValue table(MCall call) {
-    return ofRows(call, call.argument(1), names(call.argument(0)));
-  }
+  static MValue table(MCall call) { return ofRows(call, call.argument(1), names(call.argument(0))); }
 
-  static MValue fromRows(MCall call) {
-    return ofRows(call, call.argument(0), names(call.argument(1)));
-  }
+  static MValue fromRows(MCall call) { return ofRows(call, call.argument(0), names(call.argument(1))); }
 
   private static List<String> names(MValue value) {
     return value.is(MValue.Kind.TYPE) ? value.names : MCall.texts(value);
@@ -55,11 +60,12 @@ final class MMaking {
   }
 
   private static MValue made(MCall call, List<String> names, List<List<MValue>> columns) {
-    Relation relation = Relation.opaque(List.of(), "");
+    Relation relation = Relation.made();
     for (int i = 0; i < names.size(); ++i) {
       List<MValue> cells = columns.get(i);
       MValue content = cells.isEmpty() ? MValue.UNKNOWN : content(call, cells);
       relation.put(names.get(i), new Relation.Output("", call.evaluator.union(cells), content));
+      relation.readAlso(call.evaluator.origin(cells));
     }
     return MValue.table(relation);
   }
@@ -68,7 +74,7 @@ final class MMaking {
   private static MValue content(MCall call, List<MValue> cells) {
     MValue only = cells.get(0);
     if (cells.size() == 1 && only.repeated) return only.items.get(0);
-    return MValue.of(call.evaluator.union(cells));
+    return call.evaluator.mixed(cells);
   }
 
   /** Records of rows that were there before are these rows. */
@@ -83,7 +89,11 @@ final class MMaking {
       for (Map.Entry<String, MValue> field : item.fields.entrySet())
         columns.computeIfAbsent(field.getKey(), name -> new ArrayList<>()).add(field.getValue());
     }
-    if (rows.isEmpty()) return made(call, new ArrayList<>(columns.keySet()), new ArrayList<>(columns.values()));
+    if (rows.isEmpty()) {
+      MValue table = made(call, new ArrayList<>(columns.keySet()), new ArrayList<>(columns.values()));
+      table.relation.readAlso(call.evaluator.origin(List.of(list)));
+      return table;
+    }
     Relation relation = Relation.over(Relation.append(rows));
     for (Map.Entry<String, List<MValue>> column : columns.entrySet()) {
       relation.setComputed();
@@ -95,6 +105,9 @@ final class MMaking {
   /** Rows about the columns of a table, which hold none of its data. */
   static MValue aboutColumns(MCall call) {
     if (call.table(0) == null) return MValue.UNKNOWN;
-    return MValue.table(Relation.opaque(List.of(call.table(0)), ""));
+    Relation relation = Relation.made();
+    relation.readAlso(call.table(0));
+    for (String name : ABOUT_COLUMNS.get(call.name)) relation.put(name, Set.of());
+    return MValue.table(relation);
   }
 }

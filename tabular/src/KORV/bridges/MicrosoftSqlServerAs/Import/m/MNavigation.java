@@ -16,7 +16,7 @@ final class MNavigation {
     return switch (value.kind) {
       case SOURCE -> MSources.item(evaluator, value, key, at);
       case LIST -> itemOfList(evaluator, value, key);
-      case TABLE -> MValue.row(value.relation);
+      case TABLE -> MValue.row(value.relation).from(value.relation.origin());
       case UNKNOWN -> value;
       default -> MValue.UNKNOWN;
     };
@@ -26,8 +26,7 @@ final class MNavigation {
     if (list.repeated) return list.items.get(0);
     if (key.is(MValue.Kind.NUMBER) && key.text.matches("[0-9]{1,8}")) {
       int place = Integer.parseInt(key.text);
-      return place < list.items.size() ? list.items.get(place) :
-        MValue.UNKNOWN;
+      return place < list.items.size() ? list.items.get(place) : MValue.UNKNOWN;
     }
     return list.items.isEmpty() ? MValue.UNKNOWN : evaluator.either(list.items, List.of());
   }
@@ -37,10 +36,11 @@ final class MNavigation {
     switch (value.kind) {
       case RECORD:
         if (value.fields.containsKey(name)) return value.fields.get(name);
-        return value.relation == null ? MValue.UNKNOWN : cell(evaluator, value.relation, name);
+        return value.relation == null ? MValue.UNKNOWN
+                                      : cell(evaluator, value.relation, name).from(value.origin);
       case TABLE:
         if (value.listed) return CONTENTS.contains(name) ? MValue.table(value.relation) : MValue.UNKNOWN;
-        return MValue.repeated(cell(evaluator, value.relation, name));
+        return MValue.repeated(cell(evaluator, value.relation, name)).from(value.relation.origin());
       case SOURCE:
         return CONTENTS.contains(name) ? value : MValue.UNKNOWN;
       case UNKNOWN:
@@ -54,13 +54,15 @@ final class MNavigation {
     return MCall.cell(relation.find(name, evaluator.budget()));
   }
 
-  static MValue columns(MValue value, List<String> names) {
-    if (value.is(MValue.Kind.TABLE)) return MValue.table(Relation.chosen(value.relation, names));
+  static MValue columns(MEvaluation evaluator, MValue value, List<String> names) {
+    if (value.is(MValue.Kind.TABLE))
+      return MValue.table(Relation.chosen(value.relation, names, evaluator.budget()));
     if (!value.is(MValue.Kind.RECORD)) return value.is(MValue.Kind.UNKNOWN) ? value : MValue.UNKNOWN;
     Map<String, MValue> fields = new LinkedHashMap<>(value.fields);
     fields.keySet().retainAll(names);
     MValue record = MValue.record(fields);
-    record.relation = value.relation == null ? null : Relation.chosen(value.relation, names);
+    record.relation =
+        value.relation == null ? null : Relation.chosen(value.relation, names, evaluator.budget());
     return record;
   }
 }

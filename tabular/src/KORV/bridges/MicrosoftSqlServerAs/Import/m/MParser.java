@@ -28,9 +28,36 @@ final class MParser {
 
   static MNode parse(String text) throws MSyntaxFault {
     MParser parser = new MParser(text);
-    MNode node = parser.expression();
+    MNode node = parser.isSection() ? parser.section() : parser.expression();
     if (parser.next().kind() != MTokens.Kind.END) throw parser.unexpected();
     return node;
+  }
+
+  private boolean isSection() throws MSyntaxFault {
+    int begin = at;
+    if (next().isSign("[")) bracket(true);
+    if (next().isWord("section")) return true;
+    at = begin;
+    used.clear();
+    return false;
+  }
+
+  /** section Name; shared A = ...; B = ...; comes to the record of its members. */
+  private MNode section() throws MSyntaxFault {
+    int begin = tokens.get(at++).begin();
+    List<String> names = new ArrayList<>();
+    List<MNode> values = new ArrayList<>();
+    if (next().isName()) ++at;
+    expectSign(";");
+    while (next().kind() != MTokens.Kind.END) {
+      if (next().isSign("[")) bracket(true);
+      if (next().isWord("shared") && tokens.get(at + 1).isName()) ++at;
+      names.add(name());
+      expectSign("=");
+      values.add(expression());
+      expectSign(";");
+    }
+    return MNode.of(MNode.Kind.RECORD, names, values, begin);
   }
 
   private MTokens.Token next() { return tokens.get(at); }
@@ -66,14 +93,19 @@ final class MParser {
     MTokens.Token token = next();
     if (++depth > MAX_DEPTH) throw new MSyntaxFault("nested too deeply", token.begin());
     MNode node = switch (token.kind() == MTokens.Kind.WORD ? token.value() : "") {
-      case "let" -> let(); case "if" -> condition(); case "try" -> attempt(); case "each" -> each();
-          case "error" -> {
-            ++at; expression(); yield MNode.of(MNode.Kind.NOTHING, "", token.begin());
-          } default -> isFunction() ? function():
-        operation(1);
+      case "let" -> let();
+      case "if" -> condition();
+      case "try" -> attempt();
+      case "each" -> each();
+      case "error" -> {
+        ++at;
+        expression();
+        yield MNode.of(MNode.Kind.NOTHING, "", token.begin());
+      }
+      default -> isFunction() ? function() : operation(1);
     };
     --depth;
-    return node;
+    return node.until(tokens.get(at - 1).end());
   }
 
   private MNode each() throws MSyntaxFault {
@@ -114,28 +146,28 @@ final class MParser {
   private MNode attempt() throws MSyntaxFault {
     int begin = tokens.get(at++).begin();
     List<MNode> items = new ArrayList<>(List.of(expression()));
-    if (takeWord("otherwise") || takeWord("catch")) items.add(expression());
-    return MNode.of(MNode.Kind.TRY, List.of(), items, begin);
+    boolean caught = takeWord("catch");
+    if (caught || takeWord("otherwise")) items.add(expression());
+    return MNode.of(caught ? MNode.Kind.CATCH : MNode.Kind.TRY, List.of(), items, begin);
   }
 
-  /** Whether a parenthesis opens the parameters of a function: () =>, (x) =>, (x, ...) =>, (x as ...). */
+  /** Whether a parenthesis opens the parameters of a function: () =>, (x, optional y as text) as any =>. */
   private boolean isFunction() {
+    int place = at + 1;
     if (!next().isSign("(")) return false;
-    MTokens.Token first = tokens.get(at + 1);
-    MTokens.Token second = tokens.get(at + 2);
-    if (first.isSign(")")) return second.isSign("=>") || second.isWord("as");
-    if (first.isWord("optional") && second.isName()) return true;
-    if (!first.isName()) return false;
-    if (second.isSign(",") || second.isWord("as")) return !second.isWord("as") || isParameterList();
-    return second.isSign(")") && (tokens.get(at + 3).isSign("=>") || tokens.get(at + 3).isWord("as"));
+    for (boolean first = true; !tokens.get(place).isSign(")"); first = false) {
+      if (!first && !tokens.get(place++).isSign(",")) return false;
+      if (tokens.get(place).isWord("optional") && tokens.get(place + 1).isName()) ++place;
+      if (!tokens.get(place).isName()) return false;
+      place = behindType(place + 1);
+    }
+    return tokens.get(behindType(place + 1)).isSign("=>");
   }
 
-  /** (x as table) alone is a value in parentheses; what follows the parenthesis tells. */
-  private boolean isParameterList() {
-    int place = at + 3;
-    while (tokens.get(place).isName()) ++place;
-    MTokens.Token token = tokens.get(place);
-    return !token.isSign(")") || tokens.get(place + 1).isSign("=>") || tokens.get(place + 1).isWord("as");
+  /** The place behind `as nullable text`, of which each part may be missing. */
+  private int behindType(int place) {
+    if (!tokens.get(place).isWord("as")) return place;
+    return tokens.get(place + 1).isWord("nullable") ? place + 3 : place + 2;
   }
 
   private MNode function() throws MSyntaxFault {
@@ -199,7 +231,10 @@ final class MParser {
         boolean call = next().isSign("(");
         List<MNode> inside = inside(call ? ")" : "}");
         if (!call && inside.size() != 1) throw new MSyntaxFault("one place or key is expected", begin);
-        items.add(MNode.of(call ? MNode.Kind.ARGUMENTS : MNode.Kind.ITEM, List.of(), inside, begin));
+        if (call)
+          items.add(MNode.of(MNode.Kind.ARGUMENTS, List.of(), inside, value.at()));
+        else
+          items.add(MNode.of(MNode.Kind.ITEM, List.of(), inside, begin));
       }
       takeSign("?");
     }
@@ -207,7 +242,7 @@ final class MParser {
   }
 
   private MNode primary() throws MSyntaxFault {
-    takeSign("@");
+    boolean own = takeSign("@");
     MTokens.Token token = next();
     switch (token.kind()) {
       case TEXT:
@@ -217,7 +252,7 @@ final class MParser {
         ++at;
         return MNode.of(MNode.Kind.NUMBER, token.value(), token.begin());
       case QUOTED, WORD:
-        return word(token);
+        return word(token, own);
       default:
         break;
     }
@@ -234,7 +269,7 @@ final class MParser {
     return node;
   }
 
-  private MNode word(MTokens.Token token) throws MSyntaxFault {
+  private MNode word(MTokens.Token token, boolean own) throws MSyntaxFault {
     boolean quoted = token.kind() == MTokens.Kind.QUOTED;
     if (!quoted && KEYWORDS.contains(token.value())) throw unexpected();
     ++at;
@@ -243,19 +278,19 @@ final class MParser {
       return MNode.of(MNode.Kind.LOGICAL, token.value(), token.begin());
     String name = takeSign("!") ? name() : token.value();
     used.add(name);
-    return MNode.of(MNode.Kind.NAME, name, token.begin());
+    return MNode.of(own ? MNode.Kind.OWN_NAME : MNode.Kind.NAME, name, token.begin());
   }
 
-  /** The expressions from a bracket to the one that closes it; of {1..9} the rest is not told. */
+  /** The expressions from a bracket to the one that closes it. */
   private List<MNode> inside(String close) throws MSyntaxFault {
     ++at;
     List<MNode> items = new ArrayList<>();
     if (takeSign(close)) return items;
     do {
-      items.add(expression());
-      if (!takeSign("..")) continue;
-      expression();
-      items.add(MNode.of(MNode.Kind.NOTHING, "", next().begin()));
+      MNode first = expression();
+      boolean range = takeSign("..");
+      items.add(
+          range ? MNode.of(MNode.Kind.RANGE, List.of(), List.of(first, expression()), first.at()) : first);
     } while (takeSign(","));
     expectSign(close);
     return items;

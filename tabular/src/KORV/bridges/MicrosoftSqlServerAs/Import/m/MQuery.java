@@ -1,5 +1,7 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
+import java.util.List;
+
 /**
  * Follows the steps of an M query from a database to the columns that it gives. A step that is not understood
  * ends in "unknown", never in a guess.
@@ -21,9 +23,12 @@ public final class MQuery {
     public Reading read(String text) {
       if (text.isBlank()) return new Reading(null, null, false);
       try {
-        return reading(evaluator.evaluateQuery(text));
+        MValue value = evaluator.evaluateQuery(text);
+        if (evaluator.isComplete() || !value.is(MValue.Kind.TABLE)) return reading(value);
+        MFault fault = evaluator.fault("the query takes too many steps to be followed", 0);
+        return reading(evaluator.unknownTable(List.of(value), fault));
       } catch (MSyntaxFault fault) {
-        return new Reading(null, MFault.at(fault.getMessage(), "", text, fault.at).text(), false);
+        return new Reading(null, new MFault(fault.getMessage(), "", text, fault.at).describe(), false);
       }
     }
 
@@ -31,7 +36,7 @@ public final class MQuery {
       Relation relation =
           value.is(MValue.Kind.SOURCE) ? MPaths.rows(evaluator, value.source) : value.relation;
       if (relation == null || value.is(MValue.Kind.RECORD)) return new Reading(null, null, false);
-      String fault = relation.fault() == null ? null : relation.fault().text();
+      String fault = relation.fault() == null ? null : relation.fault().describe();
       // Without a database there is nothing that the columns could lead to.
       boolean read = !relation.connection().isEmpty();
       boolean inline = !read && fault == null && !evaluator.isForeign();

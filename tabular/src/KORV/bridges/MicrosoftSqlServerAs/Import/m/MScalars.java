@@ -4,14 +4,13 @@ import java.util.ArrayList;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
-import java.util.Set;
 
 /** Functions that take values out of tables, lists, records and texts, or put them in. */
 final class MScalars {
   private MScalars() {}
 
   static MValue row(MCall call) {
-    return call.table(0) == null ? MValue.UNKNOWN : MValue.row(call.table(0));
+    return call.table(0) == null ? MValue.UNKNOWN : MValue.row(call.table(0)).from(call.table(0).origin());
   }
 
   static MValue column(MCall call) {
@@ -20,7 +19,7 @@ final class MScalars {
   }
 
   static MValue columnNames(MCall call) {
-    Set<String> names = call.table(0) == null ? null : call.table(0).names(call.evaluator.budget());
+    List<String> names = call.table(0) == null ? null : call.table(0).names(call.evaluator.budget());
     if (names == null) return MValue.UNKNOWN;
     return MValue.list(names.stream().map(MValue::text).toList());
   }
@@ -31,7 +30,8 @@ final class MScalars {
 
   static MValue transformRows(MCall call) {
     if (call.table(0) == null) return MValue.UNKNOWN;
-    return MValue.repeated(call.apply(call.argument(1), MValue.row(call.table(0))));
+    MValue made = call.apply(call.argument(1), MValue.row(call.table(0)));
+    return MValue.repeated(made.from(call.table(0).origin()));
   }
 
   /** A list of which some items may be missing. */
@@ -51,7 +51,7 @@ final class MScalars {
   static MValue transformList(MCall call) {
     MValue list = call.argument(0);
     if (!list.is(MValue.Kind.LIST)) {
-      MValue item = MValue.of(call.evaluator.union(List.of(list)));
+      MValue item = call.evaluator.mixed(List.of(list));
       return MValue.repeated(call.apply(call.argument(1), item));
     }
     List<MValue> items = new ArrayList<>(list.items.size());
@@ -66,7 +66,8 @@ final class MScalars {
     MValue list = call.argument(0);
     MValue state = call.argument(1);
     if (!list.isWholeList()) {
-      return state.is(MValue.Kind.TABLE) ? call.unknownColumns("goes through a list that is not known") : null;
+      return state.is(MValue.Kind.TABLE) ? call.unknownColumns("goes through a list that is not known")
+                                         : null;
     }
     for (MValue item : list.items) state = call.apply(call.argument(2), state, item);
     return state;

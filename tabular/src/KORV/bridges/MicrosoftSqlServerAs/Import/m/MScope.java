@@ -31,9 +31,10 @@ final class MScope {
   /** A value that is evaluated when it is asked for. */
   void defer(String name, MNode node) { values.put(name, node); }
 
-  MValue find(String name, Evaluation evaluation) {
+  /** The value of a name, null when there is none; with `own` also that in whose value the name stands. */
+  MValue find(String name, boolean own, Evaluation evaluation) {
     for (MScope at = this; at != null; at = at.outer) {
-      if (name.equals(at.excluded)) {
+      if (!own && name.equals(at.excluded)) {
         at = at.outer;
         continue;
       }

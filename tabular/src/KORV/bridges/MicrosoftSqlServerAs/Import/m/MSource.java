@@ -81,7 +81,7 @@ public record MSource(String function, SourceFunctions.Form form, SourceAddress 
   }
 
   Relation table(Connections connections, String ownSchema, String name) {
-    Relation relation = Relation.ofTable(Relation.Table.named(connection(connections), ownSchema, name));
+    Relation relation = Relation.ofTable(Origin.Table.named(connection(connections), ownSchema, name));
     return fault == null ? relation : relation.blame(fault);
   }
 }

@@ -17,12 +17,12 @@ final class MTables {
     if (from == null) return MValue.UNKNOWN;
     List<String> keys = call.texts(1);
     if (keys == null) return call.unknownColumns(COMPUTED);
-    Relation relation = Relation.chosen(from, keys);
+    Relation relation = Relation.chosen(from, keys, call.budget());
     relation.setComputed();
     List<List<MValue>> made = call.tuples(2);
     if (made == null) return MValue.table(relation.blame(call.fault(COMPUTED)));
     for (List<MValue> one : made)
-      relation.put(one.get(0).text, call.output(call.apply(one.get(1), MValue.table(from))));
+      call.put(relation, one.get(0).text, call.apply(one.get(1), MValue.table(from)));
     return MValue.table(relation);
   }
 
@@ -36,10 +36,10 @@ final class MTables {
     relation.leaveOut(call.text(2));
     relation.leaveOut(call.text(3));
     List<String> names = call.texts(1);
-    Set<Relation.Column> sources = call.sources(from, List.of(call.text(3)));
-    for (String name : names == null ? List.<String>of() : names) relation.put(name, sources);
+    MValue value = call.cells(from, List.of(call.text(3)));
+    for (String name : names == null ? List.<String>of() : names) call.put(relation, name, value);
     if (names == null) {
-      relation.setDoubtful();
+      relation.setDoubtful(call.budget());
       relation.blame(call.fault("makes columns of names that stand in the data"));
     }
     return MValue.table(relation);
@@ -52,12 +52,12 @@ final class MTables {
     List<String> columns = call.texts(1);
     Relation relation = Relation.over(from);
     if (columns == null) {
-      relation.setDoubtful();
+      relation.setDoubtful(call.budget());
       relation.blame(call.fault(COMPUTED));
     } else {
       for (String column : columns) relation.leaveOut(column);
     }
-    return unpivoted(call, relation, columns == null ? List.of() : columns);
+    return unpivoted(call, relation, columns);
   }
 
   /** All columns but those that are listed, which can be told only where all are known. */
@@ -66,11 +66,11 @@ final class MTables {
     if (from == null) return MValue.UNKNOWN;
     List<String> kept = call.texts(1);
     if (kept == null) return call.unknownColumns(COMPUTED);
-    Relation relation = Relation.chosen(from, kept);
-    Set<String> names = from.names(call.evaluator.budget());
+    Relation relation = Relation.chosen(from, kept, call.budget());
+    List<String> names = from.names(call.budget());
     if (names == null) relation.blame(call.fault("takes columns that the query does not name"));
-    List<String> others = new ArrayList<>(names == null ? List.of() : names);
-    others.removeAll(Set.copyOf(kept));
+    List<String> others = names == null ? null : new ArrayList<>(names);
+    if (others != null) others.removeAll(Set.copyOf(kept));
     return unpivoted(call, relation, others);
   }
 
@@ -78,7 +78,10 @@ final class MTables {
     relation.setComputed();
     if (call.text(2) == null || call.text(3) == null) return call.unknownColumns(COMPUTED);
     relation.put(call.text(2), Set.of());
-    relation.put(call.text(3), call.sources(call.table(0), columns));
+    if (columns == null)
+      relation.put(call.text(3), Relation.unknown(call.text(3)));
+    else
+      call.put(relation, call.text(3), call.cells(call.table(0), columns));
     return MValue.table(relation);
   }
 
@@ -88,20 +91,32 @@ final class MTables {
     Relation relation = Relation.over(call.table(0));
     MValue second = call.argument(2);
     if (second.is(MValue.Kind.FUNCTION)) second = call.apply(second);
+    relation.readAlso(call.evaluator.origin(List.of(second)));
+    limitByKeys(call, relation, second.is(MValue.Kind.TABLE) ? second.relation : null);
     if (call.text(4) != null) {
-      relation.put(call.text(4), call.output(second));
+      call.put(relation, call.text(4), second);
     } else {
-      relation.setDoubtful();
+      relation.setDoubtful(call.budget());
       relation.blame(call.fault(COMPUTED));
     }
     return MValue.table(relation);
   }
 
+  /** The keys of both tables, whatever the kind of join. */
+  private static void limitByKeys(MCall call, Relation relation, Relation second) {
+    List<MValue> keys = new ArrayList<>();
+    List<String> first = call.texts(1);
+    List<String> others = call.texts(3);
+    if (first != null) keys.add(call.cells(call.table(0), first));
+    if (others != null && second != null) keys.add(call.cells(second, others));
+    call.limit(relation, call.written(1) + " = " + call.written(3), keys);
+  }
+
   static MValue join(MCall call) {
     if (call.table(0) == null && call.table(2) == null) return MValue.UNKNOWN;
     if (call.table(0) == null || call.table(2) == null) return call.unknownColumns("joins an unknown table");
-    Relation relation = Relation.over(List.of(call.table(0), call.table(2)));
-    relation.setComputed();
+    Relation relation = Relation.joined(call.table(0), call.table(2), call.budget());
+    limitByKeys(call, relation, call.table(2));
     return MValue.table(relation);
   }
 
@@ -119,7 +134,7 @@ final class MTables {
       relation.blame(call.fault("appends a table that is not known"));
     }
     List<String> columns = call.texts(1);
-    return MValue.table(columns == null ? relation : Relation.chosen(relation, columns));
+    return MValue.table(columns == null ? relation : Relation.chosen(relation, columns, call.budget()));
   }
 
   /** Table.InsertRows(table, place, records). */
@@ -144,7 +159,6 @@ final class MTables {
     if (column == null) return call.unknownColumns(COMPUTED);
     Relation relation = Relation.over(from);
     relation.setComputed();
-    relation.leaveOut(column);
     Relation.Output output = call.find(from, column);
     MValue content = MCall.content(output);
     if (content == null) content = MValue.UNKNOWN;
@@ -153,13 +167,21 @@ final class MTables {
     List<String> columns = call.texts(2);
     List<String> names = call.has(3) ? call.texts(3) : columns;
     if (columns == null || names == null || names.size() != columns.size()) {
-      relation.setDoubtful();
+      relation.leaveOut(column);
+      relation.setDoubtful(call.budget());
       return MValue.table(relation.blame(call.fault(COMPUTED)));
     }
     MValue row = rowOf.apply(content);
+    List<Relation.Output> made = new ArrayList<>();
     for (int i = 0; i < columns.size(); ++i)
-      relation.put(names.get(i), call.output(MNavigation.field(call.evaluator, row, columns.get(i))));
+      made.add(expanded(call, names.get(i), MNavigation.field(call.evaluator, row, columns.get(i))));
+    relation.replace(column, made);
+    relation.readAlso(call.evaluator.origin(List.of(content)));
     return MValue.table(relation);
+  }
+
+  private static Relation.Output expanded(MCall call, String name, MValue cells) {
+    return cells == MValue.UNKNOWN ? Relation.unknown(name) : call.output(name, cells);
   }
 
   /** Each item of a list in a row of its own. */
@@ -171,7 +193,7 @@ final class MTables {
     Relation.Output output = call.text(1) == null ? null : call.find(from, call.text(1));
     MValue content = MCall.content(output);
     if (content != null && content.is(MValue.Kind.LIST) && !content.items.isEmpty())
-      relation.put(call.text(1), call.output(call.evaluator.either(content.items, List.of())));
+      call.put(relation, call.text(1), call.evaluator.either(content.items, List.of()));
     return MValue.table(relation);
   }
 }

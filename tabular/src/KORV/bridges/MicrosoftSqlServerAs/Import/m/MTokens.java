@@ -48,9 +48,7 @@ final class MTokens {
     }
   }
 
-  int size() {
-    return tokens.size();
-  }
+  int size() { return tokens.size(); }
 
   /** The token at a place; a token of kind END behind the query. */
   Token get(int place) {
@@ -58,9 +56,7 @@ final class MTokens {
   }
 
   /** What is written from one token to another. */
-  String written(Token first, Token last) {
-    return text.substring(first.begin, last.end);
-  }
+  String written(Token first, Token last) { return text.substring(first.begin, last.end); }
 
   private void read(char c) {
     start = at;
@@ -71,18 +67,31 @@ final class MTokens {
       at = end < 0 ? text.length() : end + 2;
     } else if (c == '"') {
       add(Kind.TEXT, unescape(enclosed()));
+    } else if (text.startsWith("#!\"", at)) {
+      // What a tool could not read is kept as a text, and evaluating it is an error.
+      ++at;
+      ++at;
+      enclosed();
+      add(Kind.SIGN, "...");
     } else if (text.startsWith("#\"", at)) {
       ++at;
       add(Kind.QUOTED, unescape(enclosed()));
     } else if (c == '#' || Names.startsWord(c)) {
       add(Kind.WORD, word());
-    } else if (Names.isDigit(c)) {
-      add(Kind.NUMBER, word());
+    } else if (Names.isDigit(c) || c == '.' && at + 1 < text.length() && Names.isDigit(text.charAt(at + 1))) {
+      add(Kind.NUMBER, number());
     } else {
-      String sign = LONG_SIGNS.stream().filter(s -> text.startsWith(s, at)).findFirst().orElse("" + c);
+      String sign = sign();
       at += sign.length();
       add(Kind.SIGN, sign);
     }
+  }
+
+  private String sign() {
+    for (String sign : LONG_SIGNS) {
+      if (text.startsWith(sign, at)) return sign;
+    }
+    return text.substring(at, at + 1);
   }
 
   private void add(Kind kind, String value) {
@@ -99,6 +108,15 @@ final class MTokens {
       boolean dot = text.charAt(at) == '.' && !text.startsWith("..", at);
       if (!dot && !Names.continuesWord(text.charAt(at))) break;
     }
+    return text.substring(start, at);
+  }
+
+  /** 12, 1.5, .5, 0xff, 1e-5. */
+  private String number() {
+    word();
+    boolean exponent = text.charAt(at - 1) == 'e' || text.charAt(at - 1) == 'E';
+    boolean signed = at + 1 < text.length() && (text.charAt(at) == '-' || text.charAt(at) == '+');
+    if (exponent && signed&& Names.isDigit(text.charAt(at + 1)) && !text.startsWith("0x", start)) word();
     return text.substring(start, at);
   }
 

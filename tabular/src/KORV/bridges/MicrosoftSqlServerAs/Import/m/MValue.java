@@ -9,9 +9,9 @@ import java.util.Set;
 final class MValue implements Relation.Content {
   enum Kind { UNKNOWN, TEXT, NUMBER, LOGICAL, LIST, RECORD, TABLE, FUNCTION, SOURCE, TYPE }
 
-  /** What a function makes of its arguments; `at` is the place of the call. */
+  /** What a function makes of its arguments; `call` are those as they are written. */
   interface Function {
-    MValue apply(List<MValue> arguments, int at);
+    MValue apply(List<MValue> arguments, MNode call);
   }
 
   static final MValue UNKNOWN = new MValue(Kind.UNKNOWN);
@@ -21,11 +21,13 @@ final class MValue implements Relation.Content {
   /** A constant as it is written. */
   String text;
   /** The physical columns that the value is made of, besides those of its items and fields. */
-  Set<Relation.Column> sources = Set.of();
+  Set<Origin.Column> sources = Set.of();
+  /** The tables that the value is taken from. */
+  Origin origin = Origin.NONE;
   List<MValue> items = List.of();
   /** Whether a list has its one item any number of times. */
   boolean repeated;
-  /** Fields of a record by folded name. */
+  /** Fields of a record by name. */
   Map<String, MValue> fields = Map.of();
   /** The rows of a table, or the table that a record is a row of. */
   Relation relation;
@@ -50,12 +52,43 @@ final class MValue implements Relation.Content {
 
   static MValue logical(boolean value) { return constant(Kind.LOGICAL, Boolean.toString(value)); }
 
-  /** A value of which only the sources are known. */
-  static MValue of(Set<Relation.Column> sources) {
-    if (sources.isEmpty()) return UNKNOWN;
+  /** A value of which only is known what it is made of. */
+  static MValue of(Set<Origin.Column> sources, Origin origin) {
+    if (sources.isEmpty() && origin == Origin.NONE) return UNKNOWN;
     MValue value = new MValue(Kind.UNKNOWN);
     value.sources = sources;
+    value.origin = origin;
     return value;
+  }
+
+  /** The same value, also taken from these tables. */
+  MValue from(Origin other) {
+    if (other == Origin.NONE || other == origin) return this;
+    MValue value = copy();
+    value.origin = origin.with(other);
+    return value;
+  }
+
+  private MValue copy() {
+    MValue value = new MValue(kind);
+    value.text = text;
+    value.sources = sources;
+    value.origin = origin;
+    value.items = items;
+    value.repeated = repeated;
+    value.fields = fields;
+    value.relation = relation;
+    value.listed = listed;
+    value.function = function;
+    value.source = source;
+    value.names = names;
+    return value;
+  }
+
+  @Override
+  public Relation.Content appended(Relation.Content other) {
+    boolean tables = is(Kind.TABLE) && other instanceof MValue value && value.is(Kind.TABLE);
+    return tables ? table(Relation.append(List.of(relation, ((MValue) other).relation))) : null;
   }
 
   static MValue list(List<MValue> items) {

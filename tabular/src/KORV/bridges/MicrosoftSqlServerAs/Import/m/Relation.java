@@ -3,172 +3,272 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 import java.util.ArrayDeque;
 import java.util.ArrayList;
 import java.util.Collection;
+import java.util.Comparator;
 import java.util.Deque;
-import java.util.HashMap;
 import java.util.HashSet;
 import java.util.LinkedHashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
 import java.util.Set;
-import java.util.function.Predicate;
 
 /** A set of rows that a query reads: which physical columns each of its columns comes from. */
 public final class Relation {
-  /**
-   * Where rows come from: through a connection, by its key, a table as the text names it, or the result of a
-   * query that the database runs. `query` is null for a table, and else the text as it is written.
-   */
-  public record Table(String connection, String schema, String name, String query) {
-    public static Table named(String connection, String schema, String name) {
-      return new Table(connection, schema, name, null);
-    }
-
-    public static Table ofQuery(String connection, String text) {
-      return new Table(connection, "", "", text);
-    }
-
-    public boolean isQuery() {
-      return query != null;
-    }
-  }
-
   /** What stands in a column's cells where it is more than a plain value. */
-  interface Content {}
-
-  /** A column of such a table. */
-  public record Column(Table table, String name) {}
-
-  /**
-   * How many steps the look-ups of one query may take together. Tables that are combined with themselves over
-   * and over would otherwise cost far more than their text is long.
-   */
-  public static final class Budget {
-    private static final int LEAST = 50_000;
-    private static final int PER_CHARACTER = 20;
-    private long left;
-
-    public Budget(int textLength) { left = LEAST + (long) PER_CHARACTER * textLength; }
-
-    boolean take(int steps) {
-      left -= steps;
-      return left >= 0;
-    }
-
-    /** For a text that the query brings with it. */
-    void add(int textLength) { left += (long) PER_CHARACTER * textLength; }
+  interface Content {
+    /** The cells of this and other columns one behind the other; null when that is not known. */
+    Content appended(Content other);
   }
 
   /**
-   * A column of the relation, with the physical columns that it is made of; `sources` is null where the
-   * relation no longer has it. `content` is what stands in its cells where that is a table, list or record,
-   * or null.
+   * A column of the relation, with the physical columns that it is made of; `sources` is null where they are
+   * not known. `content` is what stands in its cells where that is a table, list or record, or null.
    */
-  public record Output(String name, Set<Column> sources, Content content) {}
+  public record Output(String name, Set<Origin.Column> sources, Content content) {
+    boolean isKnown() {
+      return sources != null;
+    }
 
-  /** A column in one of the relations that a look-up passes, where it may have another name. */
-  private record Place(Relation relation, String name, boolean ends) {
-    boolean isOpen() {
-      return !ends && relation.bases.size() > 1 && !relation.found.containsKey(name);
+    Output called(String other) {
+      return new Output(other, sources, content);
     }
   }
 
-  /** Columns by name, in order. Names are exact, as in the language: "b" and "B" are two columns. */
-  private final Map<String, Output> outputs = new LinkedHashMap<>();
-  /** Relations whose columns come along under their own names. */
-  private final List<Relation> bases = new ArrayList<>(1);
+  static Output unknown(String name) { return new Output(name, null, null); }
+
   /**
-   * Whether the bases' rows stand one behind the other, so that a column comes from all of them. Otherwise
-   * they are joined, and a column that two of them may have is not told.
+   * A column that a step has told of, or that is there no more, then without an output. Its place among the
+   * others begins at `begin`, and what takes its place has `width` to share.
    */
-  private boolean appended;
-  /** Set on a relation that is a table of the database or the result of a query. */
-  private Table table;
-  /** Of a relation that has no other way to tell. */
-  private String connection = "";
-  /** Those columns of the base that come along; null for all. */
-  private Set<String> kept;
-  /** Names of columns that the text says the base has. */
-  private Set<String> mentioned = Set.of();
-  /** Whether there may be columns besides those of the base: only those that it surely has come along. */
-  private boolean doubtful;
-  /** Whether nothing is known of the columns but what is put. */
-  private boolean opaque;
-  /** What stands before the base's names, or null. */
-  private String prefix;
-  /** What look-ups have found here, by name; null stands for nothing. */
-  private final Map<String, Output> found = new HashMap<>(2);
-  /** Whether the relation only renames and chooses columns. */
+  private record Entry(Output output, double begin, double width) {}
+
+  /** So much of a place is needed that those in it have an order. */
+  private static final double LEAST_WIDTH = 1e-9;
+
+  /** What the names mean that no step has told of. */
+  private enum Others { NONE, UNKNOWN, OF_TABLE, PREFIXED, APPENDED }
+
+  /** `parts` stand one behind the other, or are the one whose names have the prefix. */
+  private record Rest(Others kind, Origin.Table table, String prefix, List<Relation> parts) {
+    static final Rest NONE = new Rest(Others.NONE, null, "", List.of());
+    static final Rest UNKNOWN = new Rest(Others.UNKNOWN, null, "", List.of());
+  }
+
+  /** A name that is looked for in a relation. */
+  private record Place(Relation relation, String name) {
+    @Override
+    public boolean equals(Object other) {
+      return other instanceof Place place && place.relation == relation && place.name.equals(name);
+    }
+
+    @Override
+    public int hashCode() {
+      return System.identityHashCode(relation) * 31 + name.hashCode();
+    }
+  }
+
+  private MNameMap<Entry> columns = MNameMap.empty();
+  private Rest rest = Rest.NONE;
+  private double end;
+  /** Whether all columns are in `columns`, in an order that is known. */
+  private boolean ordered = true;
+  private Origin origin = Origin.NONE;
+  /** Whether the relation only renames and chooses columns of one table. */
   private boolean plain = true;
   /** The first step that is not understood, or null. */
   private MFault fault;
 
-  public static Relation ofTable(Table table) {
+  private Relation() {}
+
+  public static Relation ofTable(Origin.Table table) {
     Relation relation = new Relation();
-    relation.table = table;
+    relation.rest = new Rest(Others.OF_TABLE, table, "", List.of());
+    relation.origin = Origin.of(table);
     return relation;
   }
 
-  /** A relation over others, whose columns it has beside those that are put into it. */
-  static Relation over(List<Relation> bases) {
+  /** A relation without columns yet, made of values. */
+  static Relation made() {
     Relation relation = new Relation();
-    relation.bases.addAll(bases);
-    for (Relation base : bases) {
-      relation.plain &= base.plain;
-      if (relation.fault == null) relation.fault = base.fault;
-    }
+    relation.plain = false;
     return relation;
   }
 
-  static Relation over(Relation base) { return over(List.of(base)); }
+  /** A relation of which only is known what its rows come from. */
+  static Relation opaque(List<Relation> bases, String connection) {
+    Relation relation = made();
+    relation.rest = Rest.UNKNOWN;
+    relation.origin = Origin.through(connection);
+    for (Relation base : bases) relation.readAlso(base);
+    return relation;
+  }
+
+  /** The same rows and columns, which steps then change. */
+  static Relation over(Relation base) {
+    Relation relation = new Relation();
+    relation.columns = base.columns;
+    relation.rest = base.rest;
+    relation.end = base.end;
+    relation.ordered = base.ordered;
+    relation.origin = base.origin;
+    relation.plain = base.plain;
+    relation.fault = base.fault;
+    return relation;
+  }
+
+  /** The same rows without columns yet. */
+  static Relation rowsOf(Relation base) {
+    Relation relation = over(base);
+    relation.columns = MNameMap.empty();
+    relation.rest = Rest.NONE;
+    relation.end = 0;
+    relation.ordered = true;
+    return relation;
+  }
 
   /** Of the base only the columns of these names. */
-  static Relation chosen(Relation base, Collection<String> names) {
-    Relation relation = over(base);
-    relation.kept = new LinkedHashSet<>(names);
-    return relation;
-  }
-
-  /** A relation whose columns are only those that are put into it, made out of others or of nothing. */
-  static Relation opaque(List<Relation> bases, String connection) {
-    Relation relation = over(bases);
-    relation.opaque = true;
-    relation.plain = false;
-    relation.connection = connection;
+  static Relation chosen(Relation base, Collection<String> names, Budget budget) {
+    Relation relation = rowsOf(base);
+    for (String name : names) {
+      Output output = base.find(name, budget);
+      relation.put(name, output == null ? unknown(name) : output);
+    }
     return relation;
   }
 
   static Relation append(List<Relation> parts) {
     if (parts.size() == 1) return parts.get(0);
-    Relation relation = over(parts);
-    relation.appended = true;
-    relation.plain = false;
+    Relation relation = made();
+    relation.rest = new Rest(Others.APPENDED, null, "", List.copyOf(new LinkedHashSet<>(parts)));
+    relation.ordered = false;
+    for (Relation part : parts) relation.readAlso(part);
     return relation;
   }
 
-  void put(String name, Set<Column> sources) { put(name, new Output(name, sources, null)); }
-
-  void put(String name, Output output) {
-    outputs.put(name, new Output(name, output.sources, output.content));
+  /** The columns of both side by side; one that either may have is not known. */
+  static Relation joined(Relation left, Relation right, Budget budget) {
+    Relation relation = over(left);
+    relation.setComputed();
+    relation.readAlso(right);
+    for (Entry entry : left.columns.values()) {
+      Output own = entry.output;
+      if (own != null && right.hasSurely(own.name)) relation.put(own.name, unknown(own.name));
+    }
+    for (Entry entry : right.inOrder()) {
+      Entry other = left.columns.get(entry.output.name);
+      if (other == null || other.output == null) relation.put(entry.output.name, entry.output);
+      if (!budget.take(1)) break;
+    }
+    if (left.rest.kind == Others.NONE)
+      relation.rest = right.rest;
+    else if (right.rest.kind != Others.NONE)
+      relation.rest = Rest.UNKNOWN;
+    relation.ordered = left.ordered && right.ordered;
+    return relation;
   }
 
-  /** The column is there no more, whatever the base has. */
-  void leaveOut(String name) { put(name, (Set<Column>) null); }
+  void put(String name, Set<Origin.Column> sources) { put(name, new Output(name, sources, null)); }
+
+  /** A column in its old place, or a new one behind the others. */
+  void put(String name, Output output) {
+    Entry known = columns.get(name);
+    boolean there = known != null && known.output != null;
+    Entry entry = new Entry(output.called(name), there ? known.begin : end, there ? known.width : 1);
+    columns = columns.with(name, entry);
+    if (!there) ++end;
+  }
+
+  /** The column is there no more, whatever stands below. */
+  void leaveOut(String name) { columns = columns.with(name, new Entry(null, 0, 0)); }
+
+  /** Columns in the place of one that is there no more. */
+  void replace(String name, List<Output> by) {
+    Entry known = columns.get(name);
+    leaveOut(name);
+    if (known == null || known.output == null) {
+      for (Output output : by) put(output.name, output);
+      return;
+    }
+    double width = known.width / Math.max(1, by.size());
+    if (width < LEAST_WIDTH) ordered = false;
+    double begin = known.begin;
+    for (Output output : by) {
+      columns = columns.with(output.name, new Entry(output, begin, width));
+      begin += width;
+    }
+  }
+
+  /** Columns under new names, each in its old place. */
+  void rename(Map<String, Output> renamed, Budget budget) {
+    MNameMap<Entry> before = columns;
+    for (String old : renamed.keySet()) leaveOut(old);
+    for (Map.Entry<String, Output> one : renamed.entrySet()) {
+      Entry known = before.get(one.getKey());
+      boolean there = known != null && known.output != null && budget.take(1);
+      Entry entry = new Entry(one.getValue(), there ? known.begin : end++, there ? known.width : 1);
+      columns = columns.with(one.getValue().name, entry);
+    }
+  }
+
+  /** These columns share their places in this order. */
+  void reorder(List<String> names) {
+    List<Entry> entries = new ArrayList<>();
+    for (String name : new LinkedHashSet<>(names)) {
+      Entry entry = columns.get(name);
+      if (entry != null && entry.output != null) entries.add(entry);
+    }
+    List<Entry> places = new ArrayList<>(entries);
+    places.sort(Comparator.comparingDouble(Entry::begin));
+    for (int i = 0; i < entries.size(); ++i) {
+      Output output = entries.get(i).output;
+      columns = columns.with(output.name, new Entry(output, places.get(i).begin, places.get(i).width));
+    }
+  }
+
+  /** The text says that there are these columns. */
+  void mention(Collection<String> names, Budget budget) {
+    for (String name : names) {
+      if (columns.get(name) != null) continue;
+      Output output = find(name, budget);
+      if (output != null) put(name, output);
+    }
+  }
 
   void setComputed() { plain = false; }
 
-  void setDoubtful() {
-    doubtful = true;
+  /** The order of the columns is not known any more. */
+  void setUnordered() { ordered = false; }
+
+  /** There may be columns that are not known: only those come along that the text has surely told of. */
+  void setDoubtful(Budget budget) {
+    List<String> names = names(budget);
+    if (names != null) mention(names, budget);
+    rest = Rest.UNKNOWN;
     plain = false;
   }
 
-  void setPrefix(String text) { prefix = text; }
+  void setPrefix(String prefix) {
+    Relation base = over(this);
+    columns = MNameMap.empty();
+    for (Entry entry : base.columns.values()) {
+      if (entry.output == null) continue;
+      String name = prefix + entry.output.name;
+      columns = columns.with(name, new Entry(entry.output.called(name), entry.begin, entry.width));
+    }
+    if (base.rest.kind != Others.NONE) rest = new Rest(Others.PREFIXED, null, prefix, List.of(base));
+  }
 
-  void mention(Collection<String> names) {
-    // The set of no names cannot be added to, not even nothing.
-    if (names.isEmpty()) return;
-    if (mentioned.isEmpty()) mentioned = new HashSet<>();
-    mentioned.addAll(names);
+  /** Rows of another relation have a part in these. */
+  void readAlso(Relation other) {
+    origin = origin.with(other.origin);
+    if (fault == null) fault = other.fault;
+  }
+
+  void readAlso(Origin other) { origin = origin.with(other); }
+
+  void limit(Origin.Condition condition) {
+    origin = origin.limited(condition);
+    plain = false;
   }
 
   /** Keeps the first of a query's faults: what comes behind it may only follow from it. */
@@ -179,152 +279,107 @@ public final class Relation {
 
   MFault fault() { return fault; }
 
-  /** The columns that were put and are still there. */
-  public Iterable<Output> outputs() {
-    return outputs.values().stream().filter(output -> output.sources != null)::iterator;
+  /** What the rows come from. */
+  public Origin origin() { return origin; }
+
+  /** The columns that the text tells of, in their order. */
+  public List<Output> outputs() { return inOrder().stream().map(Entry::output).toList(); }
+
+  private List<Entry> inOrder() {
+    List<Entry> entries = new ArrayList<>(columns.values());
+    entries.removeIf(entry -> entry.output == null);
+    entries.sort(Comparator.comparingDouble(Entry::begin));
+    return entries;
   }
 
-  /** The key of the connection that the rows come through; empty when no table tells it. */
-  public String connection() {
+  /** The table whose rows these are, or null where there are others or none. */
+  Origin.Table wholeTable() {
+    Set<Origin.Table> tables = origin.tables();
+    return tables.size() == 1 ? tables.iterator().next() : null;
+  }
+
+  /** The key of the connection that the rows come through; empty when nothing tells it. */
+  public String connection() { return origin.connection(); }
+
+  public boolean isPlain() { return plain; }
+
+  /** The physical columns of a column; null when they are not known. */
+  public Set<Origin.Column> sourcesOf(String name, Budget budget) {
+    Output output = find(name, budget);
+    return output == null ? null : output.sources;
+  }
+
+  boolean hasSurely(String name) {
+    Entry entry = columns.get(name);
+    return entry != null && entry.output != null;
+  }
+
+  /** A column, without sources when they are not known; null when there surely is none. */
+  Output find(String name, Budget budget) {
+    List<Output> answers = new ArrayList<>(1);
+    Deque<Place> waiting = new ArrayDeque<>(List.of(new Place(this, name)));
+    Set<Place> seen = rest.kind == Others.APPENDED || rest.kind == Others.PREFIXED ? new HashSet<>() : null;
+    while (!waiting.isEmpty()) {
+      Place at = waiting.pop();
+      if (seen != null && !seen.add(at)) continue;
+      if (!budget.take(1)) return unknown(name);
+      at.relation.answer(at.name, answers, waiting);
+    }
+    return together(name, answers, budget);
+  }
+
+  private void answer(String name, List<Output> answers, Deque<Place> waiting) {
+    Entry entry = columns.get(name);
+    if (entry != null) {
+      if (entry.output != null) answers.add(entry.output);
+      return;
+    }
+    switch (rest.kind) {
+      case UNKNOWN -> answers.add(unknown(name));
+      case OF_TABLE -> answers.add(new Output(name, Set.of(new Origin.Column(rest.table, name)), null));
+      case PREFIXED -> {
+        boolean can = name.startsWith(rest.prefix) && name.length() > rest.prefix.length();
+        if (can) waiting.push(new Place(rest.parts.get(0), name.substring(rest.prefix.length())));
+      }
+      case APPENDED -> {
+        for (int i = rest.parts.size() - 1; i >= 0; --i) waiting.push(new Place(rest.parts.get(i), name));
+      }
+      default -> {
+      }
+    }
+  }
+
+  private static Output together(String name, List<Output> answers, Budget budget) {
+    if (answers.isEmpty()) return null;
+    if (answers.size() == 1) return answers.get(0).called(name);
+    Set<Origin.Column> all = new LinkedHashSet<>();
+    Content content = answers.get(0).content;
+    boolean known = false;
+    for (Output output : answers) {
+      known |= output.isKnown();
+      if (output.isKnown() && budget.take(output.sources.size())) all.addAll(output.sources);
+      if (output != answers.get(0)) content = content == null ? null : content.appended(output.content);
+    }
+    return known ? new Output(name, all, content) : unknown(name);
+  }
+
+  /** The names of all columns in their order, or null where the text does not tell them. */
+  List<String> names(Budget budget) {
+    Map<String, Boolean> names = new LinkedHashMap<>();
     Deque<Relation> waiting = new ArrayDeque<>(List.of(this));
     Set<Relation> seen = new HashSet<>();
     while (!waiting.isEmpty()) {
       Relation at = waiting.pop();
       if (!seen.add(at)) continue;
-      if (at.table != null) return at.table.connection;
-      if (!at.connection.isEmpty()) return at.connection;
-      for (int i = at.bases.size() - 1; i >= 0; --i) waiting.push(at.bases.get(i));
-      if (!at.bases.isEmpty()) continue;
-      for (Output output : at.outputs()) {
-        for (Column column : output.sources) return column.table.connection;
-      }
-    }
-    return "";
-  }
-
-  /** The table whose rows these are, or null where there are others or none. */
-  Table wholeTable() {
-    Relation at = this;
-    while (at.table == null && at.bases.size() == 1 && !at.opaque) at = at.bases.get(0);
-    return at.table;
-  }
-
-  public boolean isPlain() { return plain; }
-
-  /** The physical columns of a column; null when the relation is not known to have it. */
-  public Set<Column> sourcesOf(String name, Budget budget) {
-    Output output = find(name, budget);
-    return output == null ? null : output.sources;
-  }
-
-  /** A column; null when the relation is not known to have it. */
-  Output find(String name, Budget budget) {
-    Place start = follow(name, budget);
-    Deque<Place> waiting = new ArrayDeque<>(List.of(start));
-    // Relations over several others wait until those are known: a stack of our own, because the depth is the
-    // text's. What one of them has found it keeps, because many others may ask it.
-    while (!waiting.isEmpty()) {
-      Place at = waiting.peek();
-      if (!at.isOpen()) {
-        waiting.pop();
+      if (at.rest.kind == Others.APPENDED && at.columns.isEmpty()) {
+        for (int i = at.rest.parts.size() - 1; i >= 0; --i) waiting.push(at.rest.parts.get(i));
         continue;
       }
-      int before = waiting.size();
-      for (Relation base : at.relation.bases) {
-        Place next = base.follow(at.name, budget);
-        if (next.isOpen()) waiting.push(next);
-      }
-      if (!budget.take(at.relation.bases.size())) return null;
-      if (waiting.size() == before && !at.relation.findInSeveral(at.name, budget)) return null;
+      if (at.rest.kind != Others.NONE || !at.ordered) return null;
+      List<Entry> entries = at.inOrder();
+      if (!budget.take(1 + entries.size())) return null;
+      for (Entry entry : entries) names.put(entry.output.name, true);
     }
-    Output output = start.relation.answer(start);
-    if (budget.take(0)) found.put(name, output);
-    return output;
-  }
-
-  /** Where it is decided what a column comes from: behind relations that only take over from one other. */
-  private Place follow(String name, Budget budget) {
-    Relation at = this;
-    String own = name;
-    while (!at.outputs.containsKey(own) && !at.found.containsKey(own)) {
-      boolean passes = !at.opaque && (at.kept == null || at.kept.contains(own));
-      if (passes && at.prefix != null) {
-        passes = own.startsWith(at.prefix) && own.length() > at.prefix.length();
-        if (passes) own = own.substring(at.prefix.length());
-      }
-      if (passes && at.doubtful) passes = at.bases.stream().anyMatch(sureOf(own, budget));
-      if (!passes || !budget.take(1)) return new Place(at, own, true);
-      if (at.table != null || at.bases.size() != 1) break;
-      at = at.bases.get(0);
-    }
-    return new Place(at, own, at.outputs.containsKey(own) || at.table != null);
-  }
-
-  private static Predicate<Relation> sureOf(String name, Budget budget) {
-    return base -> base.surelyHas(name, budget);
-  }
-
-  /** Whether the text itself says that there is such a column; of a table of the database it does not. */
-  private boolean surelyHas(String name, Budget budget) {
-    Relation at = this;
-    while (budget.take(1)) {
-      Output output = at.outputs.get(name);
-      if (output != null) return output.sources != null;
-      if (at.mentioned.contains(name) || at.kept != null && at.kept.contains(name)) return true;
-      if (at.opaque || at.kept != null || at.prefix != null || at.bases.size() != 1) return false;
-      at = at.bases.get(0);
-    }
-    return false;
-  }
-
-  private Output answer(Place place) {
-    Output output = outputs.get(place.name);
-    if (output != null) return output.sources == null ? null : output;
-    if (found.containsKey(place.name)) return found.get(place.name);
-    if (table == null || !place.ends) return null;
-    return new Output(place.name, new LinkedHashSet<>(Set.of(new Column(table, place.name))), null);
-  }
-
-  /** Puts together what the bases, which all know their answers, say; false when that costs too much. */
-  private boolean findInSeveral(String name, Budget budget) {
-    List<Output> answers = new ArrayList<>();
-    List<Output> sure = new ArrayList<>();
-    Set<Column> all = new LinkedHashSet<>();
-    for (Relation base : bases) {
-      Place place = base.follow(name, budget);
-      Output output = place.relation.answer(place);
-      if (output == null) continue;
-      if (!budget.take(output.sources.size() + 1)) return false;
-      answers.add(output);
-      if (!appended && base.surelyHas(name, budget)) sure.add(output);
-      all.addAll(output.sources);
-    }
-    // Joined tables have no two columns of one name: the one that surely has it is the only one.
-    if (sure.size() == 1) answers = sure;
-    Output several = answers.isEmpty() || !appended ? null : new Output(name, all, null);
-    found.put(name, answers.size() == 1 ? answers.get(0) : several);
-    return true;
-  }
-
-  /** The names of all columns, or null where the text does not tell them. */
-  Set<String> names(Budget budget) {
-    Set<String> hidden = new HashSet<>();
-    Set<String> names = new LinkedHashSet<>();
-    Relation at = this;
-    while (budget.take(1 + at.outputs.size())) {
-      for (Map.Entry<String, Output> entry : at.outputs.entrySet()) {
-        if (hidden.add(entry.getKey()) && entry.getValue().sources != null) names.add(entry.getValue().name);
-      }
-      if (at.kept != null) {
-        for (String name : at.kept) {
-          if (hidden.add(name)) names.add(name);
-        }
-        return names;
-      }
-      if (at.opaque && at.bases.isEmpty() && at.connection.isEmpty()) return names;
-      if (at.opaque || at.doubtful || at.prefix != null || at.bases.size() != 1) return null;
-      at = at.bases.get(0);
-    }
-    return null;
+    return new ArrayList<>(names.keySet());
   }
 }

@@ -27,6 +27,7 @@ public final class Labels {
   public static final String TABLE = "Table";
   public static final String NAMED_QUERY = "NamedQuery";
   public static final String UNRESOLVED_QUERY = "DatabaseQuery";
+  public static final String SQL_CONDITION = "SQL CONDITION";
 
   /** The parts of a KPI in their order: the name of a part's measure, and that measure's native type. */
   public enum KpiPart {
