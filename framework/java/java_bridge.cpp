@@ -28,9 +28,24 @@ bool isAskedFor(std::string_view option) {
   return false;
 }
 
+/// Beside the first jar there may be its classes as a Java has them in memory, with which that Java starts
+/// sooner. Where they do not fit, another Java runs or the tree was moved, it must not say so: it would
+/// warn on standard output.
+void addClassArchive(const std::string& classPath, std::vector<std::string>& arguments) {
+  std::filesystem::path archive = classPath.substr(0, classPath.find(':'));
+  archive.replace_extension("jsa");
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(archive, error)) return;
+  arguments.push_back("-XX:SharedArchiveFile=" + archive.string());
+  arguments.emplace_back("-Xshare:auto");
+  if (isAskedFor("-Xlog")) return;
+  arguments.emplace_back("-Xlog:disable");
+  arguments.emplace_back("-Xlog:all=error:stderr");
+}
+
 /// An import is short and its heap small: the simple collector and the quick compiler start sooner and take
 /// less processor time, and large inputs take no longer with them.
-std::vector<std::string> javaArguments(const TAVOptionList& options) {
+std::vector<std::string> javaArguments(const TAVOptionList& options, const std::string& classPath) {
   std::uint64_t size = 0;
   for (const TAVOption& option : options) {
     std::error_code error;
@@ -46,6 +61,7 @@ std::vector<std::string> javaArguments(const TAVOptionList& options) {
                                      "-XX:CompressedClassSpaceSize=64m", "-XX:+DisplayVMOutputToStderr"};
   if (!isAskedFor("-Xmx")) arguments.push_back("-Xmx" + std::to_string(heap >> 20) + "m");
   if (!isAskedFor("GC")) arguments.emplace_back("-XX:+UseSerialGC");
+  addClassArchive(classPath, arguments);
   return arguments;
 }
 
@@ -85,7 +101,7 @@ void TAVJavaBridge::javaImport(const TAVFile& outputFile, const TAVOptionList& o
   };
   tav::MessageLines messages(report);
   tav::ErrorText errors;
-  std::vector<std::string> arguments = javaArguments(options);
+  std::vector<std::string> arguments = javaArguments(options, classPath_.str());
   arguments.insert(arguments.end(), {"-cp", classPath_.str(), mainClass_.str(), optionFile.getPath().str(),
                                      outputFile.getPath().str()});
   tav::ChildProcess process(java.str(), arguments);

@@ -13,7 +13,8 @@ class TAVMetadataOrigin;
 ///
 ///     java JAVA_OPTIONS -cp CLASSPATH MAINCLASS OPTIONS_FILE OUTPUT_FILE
 ///
-/// where the options ask for a heap that the files among the options of the import need,
+/// where the options ask for a heap that the files among the options of the import need, and name the
+/// archive of classes (.jsa) that lies beside the first jar if there is one. It is started
 /// without a shell and in the locale C.UTF-8. The options are lines "key<TAB>value" in UTF-8, with \\, \n, \r
 /// and \t for what would break a line, in a file that its owner alone can read. The importer writes the
 /// output file, and messages to standard output as lines "LEVEL<TAB>IDENTIFIER<TAB>text", LEVEL being the

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# check_install.sh BUILD SOURCE COMPILER: installs the build, moves the installed tree to another place, and uses it
+# check_install.sh BUILD SOURCE COMPILER JAVA: installs the build, moves the installed tree to another place, and uses it
 # there: runs the program, and builds and runs a host of its own against the package.
 set -euo pipefail
-build=$1 source=$2 compiler=$3
+build=$1 source=$2 compiler=$3 java=$4
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -11,7 +11,20 @@ fail() {
   exit 1
 }
 
+java_folder=share/xmla-bridge/java
+jar=MicrosoftSqlServerAs.jar
+classes=MicrosoftSqlServerAs.jsa
+
+DESTDIR=$work/package cmake --install "$build" --prefix /usr >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+[ ! -e "$work/package/usr/$java_folder/$classes" ] || fail 'an archive of classes was made for another place'
+
 cmake --install "$build" --prefix "$work/first" >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+# Without -Xshare:auto an archive that does not fit ends Java with 1, and the importer without arguments ends with 2.
+code=0
+"$java" -Xshare:on -XX:SharedArchiveFile="$work/first/$java_folder/$classes" -jar "$work/first/$java_folder/$jar" \
+  >"$work/log" 2>&1 || code=$?
+[ "$code" = 2 ] || fail "the archive of classes does not fit the installed importer: $(cat "$work/log")"
+"$work/first/bin/xmla-bridge" import "$source/examples/ferry-line.bim" -o "$work/fits.xml" >"$work/fits" 2>&1
 mv "$work/first" "$work/second place"
 tree="$work/second place"
 
@@ -27,6 +40,7 @@ share/doc/xmla-bridge/LICENSE
 share/doc/xmla-bridge/README.md
 share/man/man1/xmla-bridge.1
 share/xmla-bridge/java/MicrosoftSqlServerAs.jar
+share/xmla-bridge/java/MicrosoftSqlServerAs.jsa
 share/xmla-bridge/java/jackson-core.jar
 share/xmla-bridge/model.xsd
 share/zsh/site-functions/_xmla-bridge
@@ -37,6 +51,19 @@ END
 "$tree/bin/xmla-bridge" import --quiet "$source/examples/ferry-line.bim" -o "$work/tabular.xml" ||
   fail 'the installed program runs no importer of tabular definitions'
 [ -s "$work/tabular.xml" ] || fail 'the installed importer saved no model'
+
+# The archive of classes fits no longer, because the tree was moved; then it is something else. Nobody is told.
+said() { sed -E 's/ in [0-9.]+ s//; s,(Saved in ).*,\1MODEL,' "$1"; }
+noise=$(printf 'noise%.0s' {1..10000})
+for content in 'of another place' "$noise" ''; do
+  if [ "$content" != 'of another place' ]; then
+    rm "$tree/$java_folder/$classes"
+    printf %s "$content" >"$tree/$java_folder/$classes"
+  fi
+  "$tree/bin/xmla-bridge" import "$source/examples/ferry-line.bim" -o "$work/tabular.xml" >"$work/log" 2>&1 ||
+    fail "an archive of classes (${content:0:16}) ends the import: $(cat "$work/log")"
+  diff <(said "$work/fits") <(said "$work/log") || fail "an archive of classes (${content:0:16}) is told of"
+done
 
 # The completions offer the commands and formats that the help tells of.
 words() { tr ' ,' '\n\n' | sed '/^$/d' | LC_ALL=C sort; }

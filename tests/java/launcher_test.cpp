@@ -82,6 +82,25 @@ TEST(Launcher, Corpus) {
   });
 }
 
+TEST(Launcher, AnArchiveOfClassesBesideTheFirstJarIsUsed) {
+  const Place place("printf 'INFO\\tJAVA\\t%s\\n' \"${java_options#*GC }\"; touch \"$5\"");
+  const auto import = [&](const char* jars) {
+    Recorder log;
+    const TAVString classPath = TAVString(jars).replaceAll("DIR", place.folder().path().string());
+    TAVJavaBridge("org.Main", classPath, &log, TAVJavaExe::JAVA_VERSION_6)
+        .javaImport(TAVFile((place.folder().path() / "out/main.xml").string()), {}, nullptr);
+    return TAVString(log.shown).replaceAll(place.folder().path().string(), "DIR").str();
+  };
+  static_cast<void>(place.folder().write("b.jsa", ""));
+  EXPECT_EQ(import("DIR/a.jar:DIR/b.jar").find("jsa"), std::string::npos);
+  static_cast<void>(place.folder().write("a.jsa", ""));
+  EXPECT_EQ(import("DIR/a.jar:DIR/b.jar"),
+            "INFO|JAVA|-XX:SharedArchiveFile=DIR/a.jsa -Xshare:auto -Xlog:disable -Xlog:all=error:stderr\n");
+  setenv("JDK_JAVA_OPTIONS", "-Xlog:gc", 1);
+  EXPECT_EQ(import("DIR/a.jar"), "INFO|JAVA|-XX:SharedArchiveFile=DIR/a.jsa -Xshare:auto\n");
+  unsetenv("JDK_JAVA_OPTIONS");
+}
+
 TEST(Launcher, AFileOfAnyNameReachesTheImporter) {
   // It reads the file as the option names it, and fails as an importer does.
   const std::string script = R"SH(
