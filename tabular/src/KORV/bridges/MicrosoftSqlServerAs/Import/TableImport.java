@@ -26,8 +26,8 @@ final class TableImport {
       Set.of("name", "description", "dataType", "type", "sourceColumn");
   private static final Set<String> HIERARCHY_PLACED = Set.of("name", "description", "levels");
   private static final Set<String> LEVEL_PLACED = Set.of("name", "description", "column", "ordinal");
-  private static final Map<String, String> KINDS =
-      Map.of("calculated", Labels.CALCULATED_COLUMN, "calculatedTableColumn", Labels.CALCULATED_TABLE_COLUMN);
+  private static final Map<String, String> KINDS = Map.of(
+      "calculated", Labels.CALCULATED_COLUMN, "calculatedTableColumn", Labels.CALCULATED_TABLE_COLUMN);
 
   /** A table of the definition with what was made of it. */
   record Made(Json definition, ModelObject dimension, DaxResolver.Table names, String expression) {}
@@ -56,7 +56,9 @@ final class TableImport {
     this.messages = messages;
   }
 
-  List<ModelObject> dimensions() { return tables.stream().map(Made::dimension).toList(); }
+  List<ModelObject> dimensions() {
+    return tables.stream().map(Made::dimension).toList();
+  }
 
   void importTables() throws ImportException {
     for (Json shared : model.objects("expressions"))
@@ -127,158 +129,156 @@ final class TableImport {
     }
     Relation relation = reading.relation();
     return PhysicalLayer.Source.of(relation == null ? "" : relation.connection(), relation, name, text);
-      }
+  }
 
-      private PhysicalLayer.Source entity(String name, Json source, String dataSource, ModelObject dimension)
-          throws ImportException {
-        String entity = source.text("entityName");
-        String shared = source.text("expressionSource");
-        if (shared.isEmpty()) {
-          Relation.Table table = Relation.Table.named(dataSource, source.text("schemaName"), entity);
-          return PhysicalLayer.Source.of(dataSource, Relation.ofTable(table), name, entity);
-        }
-        String schema = source.text("schemaName");
-        String key = (schema.isEmpty() ? "" : "Schema=" + quoted(schema) + ",") + "Item=" + quoted(entity);
-        return query(name, "#" + quoted(shared) + "{[" + key + "]}[Data]", dimension);
-      }
+  private PhysicalLayer.Source entity(String name, Json source, String dataSource, ModelObject dimension)
+      throws ImportException {
+    String entity = source.text("entityName");
+    String shared = source.text("expressionSource");
+    if (shared.isEmpty()) {
+      Relation.Table table = Relation.Table.named(dataSource, source.text("schemaName"), entity);
+      return PhysicalLayer.Source.of(dataSource, Relation.ofTable(table), name, entity);
+    }
+    String schema = source.text("schemaName");
+    String key = (schema.isEmpty() ? "" : "Schema=" + quoted(schema) + ",") + "Item=" + quoted(entity);
+    return query(name, "#" + quoted(shared) + "{[" + key + "]}[Data]", dimension);
+  }
 
-      private static String quoted(String text) {
-        return "\"" + text.replace("\"", "\"\"") + "\"";
-      }
+  private static String quoted(String text) {
+    return "\"" + text.replace("\"", "\"\"") + "\"";
+  }
 
-      private final class MContext implements MQuery.Context {
-        @Override
-        public String sharedExpression(String name) {
-          return sharedExpressions.get(name);
-        }
+  private final class MContext implements MQuery.Context {
+    @Override
+    public String sharedExpression(String name) {
+      return sharedExpressions.get(name);
+    }
 
-        @Override
-        public String dataSource(String name) {
-          return physical.dataSource(name);
-        }
+    @Override
+    public String dataSource(String name) {
+      return physical.dataSource(name);
+    }
 
-        @Override
-        public String connection(String function, String server, String database) {
-          return physical.openConnection(function, server, database);
-        }
-      }
+    @Override
+    public String connection(String function, String server, String database) {
+      return physical.openConnection(function, server, database);
+    }
+  }
 
-      private void importColumn(Made table, Json definition, List<PhysicalLayer.Source> sources)
-          throws ImportException {
-        String name = definition.text("name");
-        ModelObject attribute = new ModelObject("TAVDimensionAttribute", name);
-        String sourceColumn = definition.text("sourceColumn");
-        attribute.set("description", definition.text("description")).set("physicalName", sourceColumn);
-        attribute.set("nativeType", KINDS.get(definition.text("type")));
-        ModelObject type = catalog.type(definition.text("dataType"));
-        attribute.refer("type", type);
-        table.dimension.addFeature(attribute);
-        if (resolver.findColumn(table.names, name) != null) warnSameName("column", name, table.dimension);
-        resolver.addColumn(table.names, name, attribute);
-        catalog.keep(attribute, definition, COLUMN_PLACED);
-        if (KINDS.containsKey(definition.text("type"))) {
-          computed.add(new Column(table, definition, attribute));
-        } else if (!sourceColumn.isEmpty()) {
-          Set<ModelObject> columns = new LinkedHashSet<>();
-          for (PhysicalLayer.Source source : sources)
-            columns.addAll(physical.columnsFor(source, sourceColumn, type));
-          maps.link(attribute, "", columns);
-        }
-      }
+  private void importColumn(Made table, Json definition, List<PhysicalLayer.Source> sources)
+      throws ImportException {
+    String name = definition.text("name");
+    ModelObject attribute = new ModelObject("TAVDimensionAttribute", name);
+    String sourceColumn = definition.text("sourceColumn");
+    attribute.set("description", definition.text("description")).set("physicalName", sourceColumn);
+    attribute.set("nativeType", KINDS.get(definition.text("type")));
+    ModelObject type = catalog.type(definition.text("dataType"));
+    attribute.refer("type", type);
+    table.dimension.addFeature(attribute);
+    if (resolver.findColumn(table.names, name) != null) warnSameName("column", name, table.dimension);
+    resolver.addColumn(table.names, name, attribute);
+    catalog.keep(attribute, definition, COLUMN_PLACED);
+    if (KINDS.containsKey(definition.text("type"))) {
+      computed.add(new Column(table, definition, attribute));
+    } else if (!sourceColumn.isEmpty()) {
+      Set<ModelObject> columns = new LinkedHashSet<>();
+      for (PhysicalLayer.Source source : sources)
+        columns.addAll(physical.columnsFor(source, sourceColumn, type));
+      maps.link(attribute, "", columns);
+    }
+  }
 
-      private void importHierarchy(Made table, Json definition) throws ImportException {
-        ModelObject hierarchy = new ModelObject("TAVHierarchy", definition.text("name"));
-        hierarchy.set("description", definition.text("description"));
-        catalog.keep(hierarchy, definition, HIERARCHY_PLACED);
-        List<Json> levels = new ArrayList<>(definition.objects("levels"));
-        Map<Json, Integer> places = new HashMap<>();
-        for (int i = 0; i < levels.size(); ++i) places.put(levels.get(i), ordinal(levels.get(i), i));
-        levels.sort(Comparator.comparing(places::get));
-        ModelObject association = null;
-        for (Json definitionOfLevel : levels) {
-          association = new ModelObject("TAVHierarchyLevelAssociation", "")
-                            .set("position", places.get(definitionOfLevel));
-          association.refer("level", importLevel(table, definitionOfLevel));
-          if (hierarchy.references().isEmpty()) hierarchy.refer("topHierarchyLevelAssociation", association);
-          hierarchy.add(ModelObject.Role.hierarchyLevelAssociations, association);
-        }
-        if (association != null) hierarchy.refer("bottomHierarchyLevelAssociation", association);
-        table.dimension.add(ModelObject.Role.hierarchies, hierarchy);
-      }
+  private void importHierarchy(Made table, Json definition) throws ImportException {
+    ModelObject hierarchy = new ModelObject("TAVHierarchy", definition.text("name"));
+    hierarchy.set("description", definition.text("description"));
+    catalog.keep(hierarchy, definition, HIERARCHY_PLACED);
+    List<Json> levels = new ArrayList<>(definition.objects("levels"));
+    Map<Json, Integer> places = new HashMap<>();
+    for (int i = 0; i < levels.size(); ++i) places.put(levels.get(i), ordinal(levels.get(i), i));
+    levels.sort(Comparator.comparing(places::get));
+    ModelObject association = null;
+    for (Json definitionOfLevel : levels) {
+      association =
+          new ModelObject("TAVHierarchyLevelAssociation", "").set("position", places.get(definitionOfLevel));
+      association.refer("level", importLevel(table, definitionOfLevel));
+      if (hierarchy.references().isEmpty()) hierarchy.refer("topHierarchyLevelAssociation", association);
+      hierarchy.add(ModelObject.Role.hierarchyLevelAssociations, association);
+    }
+    if (association != null) hierarchy.refer("bottomHierarchyLevelAssociation", association);
+    table.dimension.add(ModelObject.Role.hierarchies, hierarchy);
+  }
 
-      private static int ordinal(Json level, int place) throws ImportException {
-        String text = level.text("ordinal");
-        return text.matches("[0-9]{1,4}") ? Integer.parseInt(text) : place;
-      }
+  private static int ordinal(Json level, int place) throws ImportException {
+    String text = level.text("ordinal");
+    return text.matches("[0-9]{1,4}") ? Integer.parseInt(text) : place;
+  }
 
-      private ModelObject importLevel(Made table, Json definition) throws ImportException {
-        String column = definition.text("column");
-        ModelObject level = new ModelObject("TAVLevel", definition.text("name"));
-        level.set("description", definition.text("description"));
-        catalog.keep(level, definition, LEVEL_PLACED);
-        ModelObject attribute = resolver.findColumn(table.names, column);
-        if (attribute != null) {
-          ModelObject levelAttribute = new ModelObject("TAVLevelAttribute", attribute.name());
-          levelAttribute.refer("dimensionAttribute", attribute);
-          level.addFeature(levelAttribute);
-          level.refer("defaultLevelAttribute", levelAttribute);
-          ModelObject key = level.add(ModelObject.Role.levelKeys, new ModelObject("TAVLevelKey", ""));
-          key.refer("levelAttributes", levelAttribute);
-        }
-        return table.dimension.add(ModelObject.Role.levels, level);
-      }
+  private ModelObject importLevel(Made table, Json definition) throws ImportException {
+    String column = definition.text("column");
+    ModelObject level = new ModelObject("TAVLevel", definition.text("name"));
+    level.set("description", definition.text("description"));
+    catalog.keep(level, definition, LEVEL_PLACED);
+    ModelObject attribute = resolver.findColumn(table.names, column);
+    if (attribute != null) {
+      ModelObject levelAttribute = new ModelObject("TAVLevelAttribute", attribute.name());
+      levelAttribute.refer("dimensionAttribute", attribute);
+      level.addFeature(levelAttribute);
+      level.refer("defaultLevelAttribute", levelAttribute);
+      ModelObject key = level.add(ModelObject.Role.levelKeys, new ModelObject("TAVLevelKey", ""));
+      key.refer("levelAttributes", levelAttribute);
+    }
+    return table.dimension.add(ModelObject.Role.levels, level);
+  }
 
-      /** Once all tables, columns and measures have their names: what expressions lead to. */
-      void resolveExpressions() throws ImportException {
-        Map<Made, DaxResolver.TableLineage> tableExpressions = new HashMap<>();
-        for (Made table : tables) {
-          if (!table.expression.isEmpty()) tableExpressions.put(table, resolveTable(table));
-        }
-        for (Column column : computed) {
-          if (column.definition.text("type").equals("calculated")) {
-            resolveColumn(column);
-          } else if (tableExpressions.containsKey(column.table)) {
-            resolveTableColumn(column, tableExpressions.get(column.table));
-          }
-        }
-      }
-
-      private void resolveColumn(Column column) throws ImportException {
-        String text = column.definition.text("expression");
-        DaxLineage lineage = resolver.resolveColumn(text, column.table.names);
-        report(lineage, column.attribute);
-        catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
-        link(column.attribute, text, lineage);
-      }
-
-      private DaxResolver.TableLineage resolveTable(Made table) {
-        DaxResolver.TableLineage lineage = resolver.resolveTable(table.expression);
-        report(lineage.whole(), table.dimension);
-        catalog.property(table.dimension, "unresolved", String.join("\n", lineage.whole().unresolved));
-        for (ModelObject source : lineage.whole().classifiers) maps.addSource(table.dimension, source);
-        return lineage;
-      }
-
-      /** A calculated table's column: one it takes over, or one that its expression makes under that name. */
-      private void resolveTableColumn(Column column, DaxResolver.TableLineage table) throws ImportException {
-        DaxLineage lineage = table.columns().apply(column.definition.text("sourceColumn"));
-        if (lineage == null) return;
-        link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
-      }
-
-      void link(ModelObject feature, String operation, DaxLineage lineage) {
-        for (ModelObject classifier : lineage.classifiers) maps.addSource(feature.owner, classifier);
-        maps.link(feature, operation, lineage.features);
-      }
-
-      /** Warns about what cannot be read or found, as the native import does. */
-      void report(DaxLineage lineage, ModelObject destination) {
-        for (String fault : lineage.faults)
-          messages.warning("TAVEXPR_W0001", "Expression of '" + destination.path() + "', " + fault);
-        for (String name : lineage.unresolved) {
-          messages.warning("QVT_SSXMLA_W0013",
-              "Could not find source feature '" + name + "' used in calculated expression '"
-                  + destination.path() + "'");
-        }
+  /** Once all tables, columns and measures have their names: what expressions lead to. */
+  void resolveExpressions() throws ImportException {
+    Map<Made, DaxResolver.TableLineage> tableExpressions = new HashMap<>();
+    for (Made table : tables) {
+      if (!table.expression.isEmpty()) tableExpressions.put(table, resolveTable(table));
+    }
+    for (Column column : computed) {
+      if (column.definition.text("type").equals("calculated")) {
+        resolveColumn(column);
+      } else if (tableExpressions.containsKey(column.table)) {
+        resolveTableColumn(column, tableExpressions.get(column.table));
       }
     }
+  }
+
+  private void resolveColumn(Column column) throws ImportException {
+    String text = column.definition.text("expression");
+    DaxLineage lineage = resolver.resolveColumn(text, column.table.names);
+    report(lineage, column.attribute.path());
+    catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
+    link(column.attribute, text, lineage);
+  }
+
+  private DaxResolver.TableLineage resolveTable(Made table) {
+    DaxResolver.TableLineage lineage = resolver.resolveTable(table.expression);
+    report(lineage.whole(), table.dimension.path());
+    catalog.property(table.dimension, "unresolved", String.join("\n", lineage.whole().unresolved));
+    for (ModelObject source : lineage.whole().classifiers) maps.addSource(table.dimension, source);
+    return lineage;
+  }
+
+  /** A calculated table's column: one it takes over, or one that its expression makes under that name. */
+  private void resolveTableColumn(Column column, DaxResolver.TableLineage table) throws ImportException {
+    DaxLineage lineage = table.columns().apply(column.definition.text("sourceColumn"));
+    if (lineage != null) link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
+  }
+
+  void link(ModelObject feature, String operation, DaxLineage lineage) {
+    for (ModelObject classifier : lineage.classifiers) maps.addSource(feature.owner, classifier);
+    maps.link(feature, operation, lineage.features);
+  }
+
+  /** Warns about what cannot be read or found in the expression of `path`, as the native import does. */
+  void report(DaxLineage lineage, String path) {
+    for (String fault : lineage.faults)
+      messages.warning("TAVEXPR_W0001", "Expression of '" + path + "', " + fault);
+    for (String name : lineage.unresolved) {
+      messages.warning("QVT_SSXMLA_W0013",
+          "Could not find source feature '" + name + "' used in calculated expression '" + path + "'");
+    }
+  }
+}
