@@ -160,7 +160,7 @@ final class CubeImport {
     for (Computed one : computed) {
       String text = one.measure.get("expression") == null ? "" : one.measure.get("expression");
       DaxLineage lineage = tables.resolver.resolveMeasure(text, one.table.names());
-      tables.report(lineage, one.measure);
+      tables.report(lineage, one.measure.path());
       one.measure.set("unresolved", String.join("\n", lineage.unresolved));
       tables.link(one.measure, text, lineage);
       maps.link(one.copy, "", List.of(one.measure));

@@ -2,8 +2,8 @@ package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
-import KORV.bridges.MicrosoftSqlServerAs.Import.m.MSource;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.Budget;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.MSource;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.Origin;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.Relation;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.SourceAddress;

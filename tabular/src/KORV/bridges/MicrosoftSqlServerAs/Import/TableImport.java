@@ -302,14 +302,14 @@ final class TableImport {
   private void resolveColumn(Column column) throws ImportException {
     String text = column.definition.text("expression");
     DaxLineage lineage = resolver.resolveColumn(text, column.table.names);
-    report(lineage, column.attribute);
+    report(lineage, column.attribute.path());
     catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
     link(column.attribute, text, lineage);
   }
 
   private DaxResolver.TableLineage resolveTable(Made table) {
     DaxResolver.TableLineage lineage = resolver.resolveTable(table.expression);
-    report(lineage.whole(), table.dimension);
+    report(lineage.whole(), table.dimension.path());
     catalog.property(table.dimension, "unresolved", String.join("\n", lineage.whole().unresolved));
     for (ModelObject source : lineage.whole().classifiers) maps.addSource(table.dimension, source);
     return lineage;
@@ -318,8 +318,7 @@ final class TableImport {
   /** A calculated table's column: one it takes over, or one that its expression makes under that name. */
   private void resolveTableColumn(Column column, DaxResolver.TableLineage table) throws ImportException {
     DaxLineage lineage = table.columns().apply(column.definition.text("sourceColumn"));
-    if (lineage == null) return;
-    link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
+    if (lineage != null) link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
   }
 
   void link(ModelObject feature, String operation, DaxLineage lineage) {
@@ -327,14 +326,13 @@ final class TableImport {
     maps.link(feature, operation, lineage.features);
   }
 
-  /** Warns about what cannot be read or found, as the native import does. */
-  void report(DaxLineage lineage, ModelObject destination) {
+  /** Warns about what cannot be read or found in the expression of `path`, as the native import does. */
+  void report(DaxLineage lineage, String path) {
     for (String fault : lineage.faults)
-      messages.warning("TAVEXPR_W0001", "Expression of '" + destination.path() + "', " + fault);
+      messages.warning("TAVEXPR_W0001", "Expression of '" + path + "', " + fault);
     for (String name : lineage.unresolved) {
       messages.warning("QVT_SSXMLA_W0013",
-          "Could not find source feature '" + name + "' used in calculated expression '" + destination.path()
-              + "'");
+          "Could not find source feature '" + name + "' used in calculated expression '" + path + "'");
     }
   }
 }

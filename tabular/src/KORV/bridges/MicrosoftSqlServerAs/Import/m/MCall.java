@@ -27,7 +27,7 @@ final class MCall {
   /** Whether an argument is null. */
   boolean isNothing(int place) { return argument(place) == MValue.NULL; }
 
-  boolean has(int place) { return place < arguments.size() && argument(place) != MValue.UNKNOWN; }
+  boolean has(int place) { return place < arguments.size() && !isNothing(place); }
 
   /** An argument as the text has it; empty when a function made the call. */
   String written(int place) {

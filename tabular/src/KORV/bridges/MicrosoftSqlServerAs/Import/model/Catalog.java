@@ -24,9 +24,7 @@ public final class Catalog {
   private final Map<String, ModelObject> derivedTypes = new HashMap<>();
   private final Map<String, ModelObject> propertyTypes = new HashMap<>();
 
-  public Catalog(ModelObject model) {
-    this.model = model;
-  }
+  public Catalog(ModelObject model) { this.model = model; }
 
   /** The type for a definition's data type; an empty or unknown one is undefined. */
   public ModelObject type(String nativeType) {

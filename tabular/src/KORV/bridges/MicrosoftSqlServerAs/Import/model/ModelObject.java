@@ -63,9 +63,7 @@ public final class ModelObject {
   }
 
   /** Names and values by turns. */
-  List<String> attributes() {
-    return attributes;
-  }
+  List<String> attributes() { return attributes; }
 
   /** Sets an attribute; the empty text is the default and is left out. */
   public ModelObject set(String attribute, String value) {
@@ -87,9 +85,7 @@ public final class ModelObject {
     return set(attribute, value == 0 ? "" : Integer.toString(value));
   }
 
-  public ModelObject set(String attribute, boolean value) {
-    return set(attribute, value ? "true" : "");
-  }
+  public ModelObject set(String attribute, boolean value) { return set(attribute, value ? "true" : ""); }
 
   public void refer(String reference, ModelObject target) {
     if (references == null) references = new LinkedHashMap<>(2);
@@ -100,9 +96,7 @@ public final class ModelObject {
     for (ModelObject target : targets) refer(reference, target);
   }
 
-  public Map<String, List<ModelObject>> references() {
-    return references == null ? Map.of() : references;
-  }
+  public Map<String, List<ModelObject>> references() { return references == null ? Map.of() : references; }
 
   public List<ModelObject> parts(Role role) {
     if (parts == null || parts.size() <= role.ordinal() || parts.get(role.ordinal()) == null)

@@ -13,15 +13,12 @@ import java.util.Map;
 public final class ModelWriter {
   private final Writer out;
 
-  private ModelWriter(Writer out) {
-    this.out = out;
-  }
+  private ModelWriter(Writer out) { this.out = out; }
 
   public static void write(ModelObject model, Path target) throws IOException {
     number(model, 0);
     try (BufferedWriter out = Files.newBufferedWriter(target, StandardCharsets.UTF_8)) {
-      out.write(
-          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+      out.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
           + "<TAVMultiModel elementType=\"286\" format=\"tav-model/1\">\n"
           + " <contents>\n  <TAVModelContent elementType=\"295\">\n   <models>\n");
       new ModelWriter(out).writeObject(model, 4);

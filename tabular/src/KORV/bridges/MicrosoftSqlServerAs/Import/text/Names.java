@@ -26,29 +26,21 @@ public final class Names {
     return Character.toLowerCase(Character.toUpperCase(c));
   }
 
-  public static boolean same(String a, String b) {
-    return fold(a).equals(fold(b));
-  }
+  public static boolean same(String a, String b) { return fold(a).equals(fold(b)); }
 
   /** A letter or underscore, or any character above ASCII that can be part of a word. */
   public static boolean startsWord(char c) {
     return c == '_' || (c < 0x80 ? isUpper(c) || c >= 'a' && c <= 'z' : !isBlank(c));
   }
 
-  public static boolean continuesWord(char c) {
-    return startsWord(c) || isDigit(c);
-  }
+  public static boolean continuesWord(char c) { return startsWord(c) || isDigit(c); }
 
-  public static boolean isDigit(char c) {
-    return c >= '0' && c <= '9';
-  }
+  public static boolean isDigit(char c) { return c >= '0' && c <= '9'; }
 
   public static boolean isBlank(char c) {
     return c <= ' ' || Character.isWhitespace(c) || Character.isSpaceChar(c) || c == '\uFEFF'
         || c == '\u200B';
   }
 
-  private static boolean isUpper(char c) {
-    return c >= 'A' && c <= 'Z';
-  }
+  private static boolean isUpper(char c) { return c >= 'A' && c <= 'Z'; }
 }
