@@ -223,10 +223,19 @@ final class PhysicalLayer {
     return column;
   }
 
-  /** What a partition reads: the relation, null when it cannot be told, and the text that says so. */
-  record Source(String connection, Relation relation, String name, String query, Budget budget) {
+  /**
+   * What a partition reads: the relation, null when it cannot be told, and the text that says so. `open` are
+   * the columns that a query in M was asked for and does not tell the sources of; null where nobody wants to
+   * know.
+   */
+  record Source(
+      String connection, Relation relation, String name, String query, Budget budget, Set<String> open) {
     static Source of(String connection, Relation relation, String name, String query) {
-      return new Source(connection, relation, name, query, new Budget(query.length()));
+      return new Source(connection, relation, name, query, new Budget(query.length()), null);
+    }
+
+    static Source watched(String connection, Relation relation, String name, String query) {
+      return new Source(connection, relation, name, query, new Budget(query.length()), new LinkedHashSet<>());
     }
   }
 
@@ -239,6 +248,7 @@ final class PhysicalLayer {
     Set<Origin.Column> direct = relation == null ? null : relation.sourcesOf(sourceColumn, source.budget);
     if (relation != null && relation.isPlain() && direct != null && !direct.isEmpty())
       return physical(source, direct, type);
+    if (direct == null && source.open != null) source.open.add(sourceColumn);
     return List.of(column(query(source), sourceColumn, type, direct == null || direct.size() == 1));
   }
 

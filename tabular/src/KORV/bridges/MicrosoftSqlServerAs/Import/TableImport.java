@@ -96,6 +96,7 @@ final class TableImport {
     for (Json column : definition.objects("columns")) {
       if (!column.text("type").equals("rowNumber")) importColumn(made, column, sources);
     }
+    reportOpen(sources, dimension);
     physical.linkQueries(sources);
     for (Json hierarchy : definition.objects("hierarchies")) importHierarchy(made, hierarchy);
   }
@@ -137,14 +138,27 @@ final class TableImport {
   private void addQuery(List<PhysicalLayer.Source> sources, String name, String text, ModelObject dimension) {
     if (text.isBlank()) return;
     MQuery.Reading reading = queries.read(text);
-    if (reading.fault() != null) {
-      messages.warning("TAVTAB_W0002",
-          "Query '" + name + "' of '" + dimension.path() + "' is not understood in full: " + reading.fault());
-    }
+    if (reading.fault() != null) warnQuery(name, dimension, reading.fault());
     Relation relation = reading.relation();
     String connection = relation == null ? "" : relation.connection();
     if (reading.inline()) connection = physical.inlineConnection();
-    sources.add(PhysicalLayer.Source.of(connection, relation, name, text));
+    boolean told = reading.fault() != null || reading.inline();
+    sources.add(told ? PhysicalLayer.Source.of(connection, relation, name, text)
+                     : PhysicalLayer.Source.watched(connection, relation, name, text));
+  }
+
+  private void warnQuery(String name, ModelObject dimension, String fault) {
+    messages.warning("TAVTAB_W0002",
+        "Query '" + name + "' of '" + dimension.path() + "' is not understood in full: " + fault);
+  }
+
+  /** A column without sources is told of, also where no step is to blame for it. */
+  private void reportOpen(List<PhysicalLayer.Source> sources, ModelObject dimension) {
+    for (PhysicalLayer.Source source : sources) {
+      if (source.open() == null || source.open().isEmpty()) continue;
+      warnQuery(source.name(), dimension,
+          "it does not tell where these columns come from: '" + String.join("', '", source.open()) + "'");
+    }
   }
 
   private void addText(List<PhysicalLayer.Source> sources, String name, Json source, ModelObject dimension)

@@ -245,6 +245,7 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
     try {
       value = evaluate(MParser.parse(query), MScope.inside(null));
     } catch (MSyntaxFault fault) {
+      foreign = true;
       value = MValue.table(Relation.opaque(List.of(), "").blame(fault(fault.getMessage(), fault.at)));
     }
     text = caller;
@@ -261,9 +262,9 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
     MCall call = new MCall(this, name, arguments, written);
     MValue value = known == null ? null : known.apply(call);
     if (value != null) return value;
+    foreign |= known == null && !SourceFunctions.isLibrary(name);
     boolean rows = arguments.stream().anyMatch(MEvaluator::holdsRows);
     if (rows) return call.unknownColumns("is not known");
-    foreign |= known == null && !SourceFunctions.isLibrary(name);
     List<MValue> all = new ArrayList<>(arguments);
     // What such a function calls its arguments with is one of the others, or made of them.
     MValue others = mixed(arguments);

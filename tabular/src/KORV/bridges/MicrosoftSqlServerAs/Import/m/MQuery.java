@@ -39,8 +39,9 @@ public final class MQuery {
       String fault = relation.fault() == null ? null : relation.fault().describe();
       // Without a database there is nothing that the columns could lead to.
       boolean read = !relation.connection().isEmpty();
-      boolean inline = !read && fault == null && !evaluator.isForeign();
-      return new Reading(read ? relation : null, read ? fault : null, inline);
+      boolean inline = !read && !evaluator.isForeign();
+      // What is entered is in the definition, whatever its columns are called.
+      return new Reading(read ? relation : null, inline ? null : fault, inline);
     }
   }
 
