@@ -145,7 +145,11 @@ void takeReading() {
   TAVJavaBridge java("Main", "", nullptr, TAVJavaExe::JAVA_VERSION_6);
   take(&tav::loadModelText, &tav::isSavedModel, &tav::writeModelSchema, &tav::writeModel, &tav::saveModel,
        &tav::removeUnfinished);
-  TAVMultiModelSerialization(nullptr, TAVFile("none"), MixOptimizationLevel::none).getFile();
+  taken += TAVMultiModelSerialization(nullptr, TAVFile("none"), MixOptimizationLevel::none)
+               .getFile()
+               .getPath()
+               .str()
+               .size();
 }
 
 void takeBridges() {
@@ -153,9 +157,12 @@ void takeBridges() {
        &getPhysicalName, &setPropertyValue, &factorizeTypes, &tav::isoTime, &setDataStore,
        &findDataStoreByProvider, &tav::findServerKind, &getDefaultLogicalName, &getBridgeSpecification,
        &TAVBridgeDllInterface::saveStoreModel, &tav::reportModel);
-  TAVDataTypeConverter(nullptr, TAVDataStoreVersion("MICROSOFT_DSV", 9, 0, 0), "none")
-      .getImportTypeName("int");
-  TAVBridgeOptionLiteral("K", "Name", OptionType::text, "Text", nullptr, nullptr).getName();
+  taken += TAVDataTypeConverter(nullptr, TAVDataStoreVersion("MICROSOFT_DSV", 9, 0, 0), "none")
+               .getImportTypeName("int")
+               .str()
+               .size();
+  taken +=
+      TAVBridgeOptionLiteral("K", "Name", OptionType::text, "Text", nullptr, nullptr).getName().str().size();
   TAVBridgeSpecification().initialize("", "", "", "", "", "", "", false);
   taken += UNSUPPORTED_BRIDGE_OPERATION.getKey().str().size();
   tav::HostObserver observer;
