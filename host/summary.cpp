@@ -63,6 +63,7 @@ class Counter {
         break;
       case tav::NodeKind::calculatedMeasure:
         countReach(id, summary_.calculatedMeasures);
+        summary_.calculatedRowCounts += graph_.countsRows(id);
         break;
       default:
         break;
@@ -112,12 +113,14 @@ void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& 
   writeCount(out, "Attributes", summary.attributes.count, reachText(summary.attributes));
   writeCount(out, "Cubes", summary.cubes);
   writeCount(out, "Perspectives", summary.perspectives);
-  std::string measures = reachText(summary.measures);
-  if (summary.rowCounts > 0)
-    measures += fmt::format(", {} row count{}", summary.rowCounts, summary.rowCounts == 1 ? "" : "s");
-  writeCount(out, "Measures", summary.measures.count, measures);
+  const auto withRowCounts = [](std::string text, std::size_t count) {
+    if (count > 0) text += fmt::format(", {} row count{}", count, count == 1 ? "" : "s");
+    return text;
+  };
+  writeCount(out, "Measures", summary.measures.count,
+             withRowCounts(reachText(summary.measures), summary.rowCounts));
   writeCount(out, "Calculated measures", summary.calculatedMeasures.count,
-             reachText(summary.calculatedMeasures));
+             withRowCounts(reachText(summary.calculatedMeasures), summary.calculatedRowCounts));
   writeCount(out, "KPIs", summary.kpis);
   writeCount(out, "Unresolved references", unresolved,
              unresolved == 0 ? ""
@@ -138,7 +141,7 @@ std::string summaryAsJson(const Summary& summary, std::size_t unresolved, const 
                                         {"cubes", summary.cubes},
                                         {"perspectives", summary.perspectives},
                                         {"measures", reach(summary.measures)},
-                                        {"rowCounts", summary.rowCounts},
+                                        {"rowCounts", summary.rowCounts + summary.calculatedRowCounts},
                                         {"calculatedMeasures", reach(summary.calculatedMeasures)},
                                         {"kpis", summary.kpis},
                                         {"unresolvedReferences", unresolved},

@@ -23,8 +23,9 @@ struct Summary {
   std::size_t cubes = 0;
   std::size_t perspectives = 0;
   std::size_t kpis = 0;
-  std::size_t rowCounts = 0;        ///< of the measures, those that count rows
-  std::size_t openExpressions = 0;  ///< those with references that could not be resolved
+  std::size_t rowCounts = 0;            ///< of the measures, those that count rows
+  std::size_t calculatedRowCounts = 0;  ///< of the calculated measures, likewise
+  std::size_t openExpressions = 0;      ///< those with references that could not be resolved
   Reach attributes;
   Reach measures;
   Reach calculatedMeasures;

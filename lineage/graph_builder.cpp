@@ -126,7 +126,9 @@ void GraphBuilder::addNodes() {
 }
 
 void GraphBuilder::addClassifier(const TAVClassifier& classifier) {
-  addNode(kindOf(classifier), kNoNode, classifier);
+  const NodeKind kind = kindOf(classifier);
+  addNode(kind, kNoNode, classifier);
+  if (kind == NodeKind::dimension) dimensions_.try_emplace(classifier.getName(), nodeOf(&classifier));
   if (is<TAVCube>(classifier) && classifier.nameSpace)
     cubes_.try_emplace(classifier.nameSpace.get(), nodeOf(&classifier));
 }
@@ -185,10 +187,12 @@ void GraphBuilder::nameCubeDimensions() {
 
 void GraphBuilder::addModelEdges(NodeId id) {
   const TAVModelObject* object = graph_.nodes_[id].object;
-  if (const auto* classifier = as<TAVClassifier>(object))
+  if (const auto* classifier = as<TAVClassifier>(object)) {
     addClassifierEdges(id, *classifier);
-  else if (const auto* feature = as<TAVFeature>(object))
+  } else if (const auto* feature = as<TAVFeature>(object)) {
     addFeatureEdges(id, *feature);
+    if (graph_.tabular_) addTableEdges(id, *feature);
+  }
   addConditionEdges(id);
   addMemberEdges(id);
 }
@@ -208,6 +212,18 @@ void GraphBuilder::addFeatureEdges(NodeId id, const TAVFeature& feature) {
       addEdge(from, id, kindOfEdge(graph_.nodes_[from].kind, kind, !map->operation.empty()));
   for (const TAVFeature& control : map->controlFeatures)
     if (nodeOf(&control) != kNoNode) addEdge(nodeOf(&control), id, EdgeKind::condition);
+}
+
+/// A feature map has features only. The tables that an expression names decide which rows its value is of,
+/// and give none, unless the value is how many rows they have.
+void GraphBuilder::addTableEdges(NodeId id, const TAVFeature& feature) {
+  const std::vector<std::string_view> names = linesOfProperty(feature, label::kSourceTables);
+  if (names.empty()) return;
+  std::unordered_set<std::string_view> counted;
+  for (const std::string_view name : linesOfProperty(feature, label::kCountedTables)) counted.insert(name);
+  for (const std::string_view name : names)
+    if (const auto table = dimensions_.find(name); table != dimensions_.end())
+      addEdge(table->second, id, counted.contains(name) ? EdgeKind::aggregated : EdgeKind::condition);
 }
 
 /// Every value of a query depends on the conditions under which it takes rows. Where there are several, the

@@ -3,6 +3,7 @@
 // How a lineage graph comes about: nodes in one walk over the model, then the edges into each of them
 // (graph_builder.cpp), then those that the model does not have (found_edges.cpp).
 
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -33,6 +34,7 @@ class GraphBuilder {
   void addModelEdges(NodeId id);
   void addClassifierEdges(NodeId id, const TAVClassifier& classifier);
   void addFeatureEdges(NodeId id, const TAVFeature& feature);
+  void addTableEdges(NodeId id, const TAVFeature& feature);
   void addConditionEdges(NodeId id);
   void addMemberEdges(NodeId id);
   void addDatabaseEdges();
@@ -53,8 +55,9 @@ class GraphBuilder {
   void arrange();
 
   LineageGraph& graph_;
-  std::unordered_map<const TAVNamespace*, NodeId> cubes_;  // by the package that the cube is in
-  std::unordered_map<NodeId, NodeId> firstConditions_;     // by table
+  std::unordered_map<const TAVNamespace*, NodeId> cubes_;    // by the package that the cube is in
+  std::unordered_map<std::string_view, NodeId> dimensions_;  // of the database, by name
+  std::unordered_map<NodeId, NodeId> firstConditions_;       // by table
   std::vector<NodeId> columnOfView_;         // by node: the database's column that a view's column stands for
   std::vector<std::uint32_t> tableAddress_;  // by node of a view's table
 };

@@ -129,8 +129,18 @@ NodeId LineageGraph::originalOf(NodeId id) const {
   return id;
 }
 
+/// Edges from a table to a feature are those of tables that its expression names (see addTableEdges).
+bool LineageGraph::isCountOfTables(NodeId id) const {
+  const auto sources = into(id);
+  const auto isTable = [&](const LineageEdge& edge) { return node(edge.from).kind == NodeKind::dimension; };
+  const auto isCounted = [](const LineageEdge& edge) { return edge.kind == EdgeKind::aggregated; };
+  return !isClassifierKind(node(id).kind) && std::all_of(sources.begin(), sources.end(), isTable) &&
+         std::any_of(sources.begin(), sources.end(), isCounted);
+}
+
 bool LineageGraph::countsRows(NodeId id) const {
   const LineageNode& original = node(originalOf(id));
+  if (tabular_) return isCountOfTables(originalOf(id));
   const auto* measure = as<TAVMeasure>(original.object);
   return measure && original.kind == NodeKind::measure && tav::countsRows(*measure);
 }

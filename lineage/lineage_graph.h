@@ -198,6 +198,7 @@ class LineageGraph {
   /// because a password ends where the name ends.
   using Show = std::string (*)(std::string_view text);
 
+  [[nodiscard]] bool isCountOfTables(NodeId id) const;
   [[nodiscard]] std::string pathText(NodeId id, Show show) const;
   [[nodiscard]] std::string qualifiedText(NodeId id, Show show) const;
   [[nodiscard]] std::string sqlName(NodeId id, Show show) const;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "framework/model/roles.h"
+
 namespace tav {
 namespace {
 
@@ -31,7 +33,8 @@ void TracedNodes::add(NodeId id) {
 }
 
 /// Tables go this way too, each to what it feeds as a whole: that is how a count of rows finds out whether
-/// its table is one of a database. No edge leads from a table to a value, so values owe nothing to it.
+/// its table is one of a database. No value but a count of rows owes anything to a table: other edges from a
+/// table to a value are conditions.
 void TracedNodes::spread() {
   while (!waiting_.empty()) {
     const NodeId source = waiting_.back();
@@ -39,10 +42,23 @@ void TracedNodes::spread() {
     for (const std::uint32_t place : graph_.outOf(source)) {
       const LineageEdge& edge = graph_.edges()[place];
       if (!givesValue(edge.kind) || (edge.foundByGraph && !withFound_)) continue;
+      if (!givesRows(source, edge.to)) continue;
       add(edge.to);
       if (isViewTable(graph_.node(source).kind)) addRowCounts(edge.to);
     }
   }
+}
+
+/// A tabular table is fed by those that its calculated columns read too, but has its rows only from those
+/// that its own expression reads.
+bool TracedNodes::givesRows(NodeId from, NodeId to) {
+  if (graph_.node(from).kind != NodeKind::dimension || graph_.node(to).kind != NodeKind::dimension)
+    return true;
+  const auto [found, isNew] = tablesOfExpression_.try_emplace(to);
+  if (isNew)
+    for (const std::string_view name : linesOfProperty(*graph_.node(to).object, label::kSourceTables))
+      found->second.insert(name);
+  return found->second.contains(graph_.node(from).object->getName());
 }
 
 void TracedNodes::addRowCounts(NodeId group) {

@@ -2,6 +2,7 @@
 
 // Which nodes trace back to a database column (see LineageGraph::tracedBack).
 
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -24,6 +25,7 @@ class TracedNodes {
 
   void add(NodeId id);
   void spread();
+  [[nodiscard]] bool givesRows(NodeId from, NodeId to);
   void addRowCounts(NodeId group);
   void addCountsOfUnknownTables();
   [[nodiscard]] std::unordered_map<NodeId, std::unordered_set<View>> viewsOfCubes() const;
@@ -33,6 +35,8 @@ class TracedNodes {
   bool withFound_;
   std::vector<bool> reached_;
   std::vector<NodeId> waiting_;
+  std::unordered_map<NodeId, std::unordered_set<std::string_view>>
+      tablesOfExpression_;  // of calculated tables
 };
 
 }  // namespace tav

@@ -114,8 +114,9 @@ class EventWriter {
       const NodeId from = datasets_.resolve(edge.from);
       const DatasetId input = datasets_.datasetOf(from);
       const bool isOwnPart =
-          input == id && (edge.kind == EdgeKind::member || node == datasets_.get(id).node ||
-                          graph_.node(from).kind == NodeKind::condition);
+          input == id &&
+          (edge.kind == EdgeKind::member || node == datasets_.get(id).node ||
+           graph_.node(from).kind == NodeKind::condition || isClassifierKind(graph_.node(from).kind));
       if (isOwnPart || foundFor_[input] == id) continue;
       foundFor_[input] = id;
       inputs.push_back(input);

@@ -50,4 +50,11 @@ std::vector<std::string_view> unresolvedNamesOf(const TAVModelObject& object) {
   return measure ? linesOf(measure->unresolved) : std::vector<std::string_view>();
 }
 
+std::vector<std::string_view> linesOfProperty(const TAVModelObject& object, std::string_view name) {
+  for (const TAVPropertyValue& property : object.propertyValues)
+    if (const TAVPropertyType* type = property.propertyType.get(); type && type->getName() == name)
+      return linesOf(property.value);
+  return {};
+}
+
 }  // namespace tav

@@ -57,6 +57,10 @@ inline constexpr std::string_view kUnresolvedQuery = "DatabaseQuery";
 
 /// The operation of a measure that counts rows.
 inline constexpr std::string_view kRowCount = "COUNT(*)";
+/// The properties of a tabular measure or column that name, a line each, the tables that its expression names
+/// by themselves, and those of which its value is the number of rows.
+inline constexpr std::string_view kSourceTables = "sourceTables";
+inline constexpr std::string_view kCountedTables = "countedTables";
 /// The feature of a table that stands for the conditions of its query.
 inline constexpr std::string_view kSqlCondition = "SQL CONDITION";
 
@@ -94,5 +98,7 @@ TAV_API bool countsRows(const TAVMeasure& measure);
 /// found, as the model keeps them: a line each.
 TAV_API std::vector<std::string_view> querySourcesOf(const TAVModelObject& object);
 TAV_API std::vector<std::string_view> unresolvedNamesOf(const TAVModelObject& object);
+/// The lines of an object's property, none where it has none of that name.
+TAV_API std::vector<std::string_view> linesOfProperty(const TAVModelObject& object, std::string_view name);
 
 }  // namespace tav

@@ -30,11 +30,17 @@ std::string listSources(const Sources& sources, const std::string& folder) {
   return text;
 }
 
+/// A calculation group of a model that has no table of that name.
+constexpr std::string_view kNoDateTable =
+    "WARNING QVT_SSXMLA_W0013 Could not find source feature ''Date'[Date]' used in calculated expression "
+    "'/Dimensions/Time Intelligence/MTD'\n";
+
 TEST(TabularSamples, AllImportWithoutAnOpenReference) {
   for (const std::filesystem::path& path : definitions()) {
     const ImporterRun run = tav::test::runImporter(path);
     EXPECT_EQ(run.exitCode, 0) << path << run.errors;
-    EXPECT_EQ(run.messages, path.stem() == "ferry-line" ? run.messages : "") << path;
+    if (path.stem() == "ferry-line") continue;
+    EXPECT_EQ(run.messages, path.stem() == "dax-calcgroup-1605" ? kNoDateTable : "") << path;
   }
 }
 

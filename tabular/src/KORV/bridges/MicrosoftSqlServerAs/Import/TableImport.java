@@ -15,6 +15,7 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.LineageMaps;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
 import java.util.ArrayList;
+import java.util.Collection;
 import java.util.Comparator;
 import java.util.HashMap;
 import java.util.LinkedHashSet;
@@ -303,6 +304,7 @@ final class TableImport {
     Map<Made, DaxResolver.TableLineage> tableExpressions = new HashMap<>();
     for (Made table : tables) {
       if (!table.expression.isEmpty()) tableExpressions.put(table, resolveTable(table));
+      if (table.definition.has("calculationGroup")) resolveItems(table);
     }
     for (Column column : computed) {
       if (column.definition.text("type").equals("calculated")) {
@@ -321,10 +323,41 @@ final class TableImport {
     link(column.attribute, text, lineage);
   }
 
+  /** What the items of a calculation group name belongs to the column by which one of them is chosen. */
+  private void resolveItems(Made table) throws ImportException {
+    Json group = table.definition.object("calculationGroup");
+    StringBuilder operation = new StringBuilder();
+    DaxLineage all = DaxLineage.empty();
+    for (Json item : group.objects("calculationItems")) {
+      resolveItem(table, item, item.text("name"), operation, all);
+      resolveItem(table, item.object("formatStringDefinition"), item.text("name"), operation, all);
+    }
+    for (String selection : List.of("noSelectionExpression", "multipleOrEmptySelectionExpression"))
+      resolveItem(table, group.object(selection), selection, operation, all);
+    // The other column of a calculation group orders its items.
+    for (ModelObject attribute : table.dimension.parts(ModelObject.Role.features)) {
+      if ("Ordinal".equals(attribute.get("physicalName"))) continue;
+      catalog.property(attribute, "unresolved", String.join("\n", all.unresolved));
+      link(attribute, operation.toString().strip(), all);
+      return;
+    }
+  }
+
+  private void resolveItem(Made table, Json definition, String name, StringBuilder operation, DaxLineage all)
+      throws ImportException {
+    String text = definition.text("expression");
+    if (text.isEmpty()) return;
+    DaxLineage lineage = resolver.resolveMeasure(text, table.names);
+    report(lineage, table.dimension.path() + "/" + name);
+    all.add(lineage);
+    operation.append("-- ").append(name).append('\n').append(text.strip()).append('\n');
+  }
+
   private DaxResolver.TableLineage resolveTable(Made table) {
     DaxResolver.TableLineage lineage = resolver.resolveTable(table.expression);
     report(lineage.whole(), table.dimension.path());
     catalog.property(table.dimension, "unresolved", String.join("\n", lineage.whole().unresolved));
+    catalog.property(table.dimension, Labels.SOURCE_TABLES, namesOf(lineage.whole().sourceTables()));
     for (ModelObject source : lineage.whole().classifiers) maps.addSource(table.dimension, source);
     return lineage;
   }
@@ -335,9 +368,16 @@ final class TableImport {
     if (lineage != null) link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
   }
 
+  /** What a feature comes from; tables that it names by themselves have no place in its map. */
   void link(ModelObject feature, String operation, DaxLineage lineage) {
+    catalog.property(feature, Labels.SOURCE_TABLES, namesOf(lineage.tables));
+    catalog.property(feature, Labels.COUNTED_TABLES, namesOf(lineage.counted));
     for (ModelObject classifier : lineage.classifiers) maps.addSource(feature.owner, classifier);
     maps.link(feature, operation, lineage.features);
+  }
+
+  private static String namesOf(Collection<ModelObject> tables) {
+    return String.join("\n", tables.stream().map(ModelObject::name).toList());
   }
 
   /** Warns about what cannot be read or found in the expression of `path`, as the native import does. */

@@ -23,7 +23,8 @@ final class DaxCall {
       "second", "asc", "desc", "skip", "dense", "both", "none", "oneway", "oneway_leftfiltersright",
       "oneway_rightfiltersleft", "integer", "int64", "double", "string", "boolean", "currency", "decimal",
       "datetime", "date", "time", "variant", "text", "keep", "blanks", "default", "first", "last", "abs",
-      "rel", "rows", "columns", "highestparent", "lowestparent", "true", "false");
+      "rel", "extending", "precise", "anchored", "endaligned", "rows", "columns", "highestparent",
+      "lowestparent", "true", "false");
 
   private final Evaluation evaluation;
   private final DaxFunctions.Function function;

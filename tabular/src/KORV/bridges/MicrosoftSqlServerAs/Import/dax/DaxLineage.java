@@ -1,5 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
 import java.util.ArrayDeque;
 import java.util.ArrayList;
@@ -31,6 +32,21 @@ public final class DaxLineage {
   private final Set<ModelObject> iterated = new LinkedHashSet<>();
 
   DaxLineage() {}
+
+  public static DaxLineage empty() { return new DaxLineage(); }
+
+  public void add(DaxLineage other) {
+    features.addAll(other.features);
+    classifiers.addAll(other.classifiers);
+    tables.addAll(other.tables);
+    counted.addAll(other.counted);
+    unresolved.addAll(other.unresolved);
+  }
+
+  /** The tables that are named, or whose columns are; not those that measures belong to. */
+  public List<ModelObject> sourceTables() {
+    return classifiers.stream().filter(one -> Labels.DIMENSION.equals(one.get("nativeType"))).toList();
+  }
 
   /** All that `log` names. */
   static DaxLineage of(List<Entry> log) {

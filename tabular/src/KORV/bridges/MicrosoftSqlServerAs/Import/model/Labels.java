@@ -29,6 +29,9 @@ public final class Labels {
   public static final String UNRESOLVED_QUERY = "DatabaseQuery";
   public static final String SQL_CONDITION = "SQL CONDITION";
 
+  public static final String SOURCE_TABLES = "sourceTables";
+  public static final String COUNTED_TABLES = "countedTables";
+
   /** The parts of a KPI in their order: the name of a part's measure, and that measure's native type. */
   public enum KpiPart {
     VALUE("Value", "KPI Value"),
