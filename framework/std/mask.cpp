@@ -1,9 +1,10 @@
 #include "framework/std/mask.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 
+#include "framework/std/quoted_text.h"
+#include "framework/std/secret_names.h"
 #include "framework/std/string.h"
 
 namespace tav {
@@ -11,36 +12,10 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 constexpr std::string_view kSpace = " \t\r\n";
-constexpr std::string_view kBehindValue = " \t\r\n,;)]}&|+";
 constexpr std::string_view kHidden = "***";
-constexpr std::array<std::string_view, 9> kKeys{
-    "password", "pwd",    "accountkey",   "sharedaccesskey", "sharedaccesssignature",
-    "api_key",  "apikey", "access_token", "client_secret"};
-/// Keys that hold a secret in the query of a URL, and mean other things elsewhere.
-constexpr std::array<std::string_view, 6> kUrlKeys{"sig", "key", "token", "code", "secret", "signature"};
-
-constexpr bool isIn(char c, std::string_view characters) noexcept {
-  return characters.find(c) != characters.npos;
-}
 
 bool isWordCharacter(char c) noexcept {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
-}
-
-constexpr bool isQuote(char c) noexcept {
-  return c == '"' || c == '\'';
-}
-
-bool isKey(std::string_view word) {
-  return std::any_of(kKeys.begin(), kKeys.end(), [&](std::string_view key) {
-    return word.size() == key.size() && foldCase(word) == key;
-  });
-}
-
-bool isUrlKey(std::string_view word) {
-  return std::any_of(kUrlKeys.begin(), kUrlKeys.end(), [&](std::string_view key) {
-    return word.size() == key.size() && foldCase(word) == key;
-  });
 }
 
 /// A key with a sign behind it.
@@ -63,45 +38,18 @@ struct Key {
   }
 };
 
-/// A value in quotes, braces or brackets.
-struct Literal {
-  enum class Form : std::uint8_t {
-    quotes,         ///< a quote inside is doubled
-    doubledQuotes,  ///< a literal within a literal: `""a""`, and a quote inside is `""""`
-    escapedQuotes,  ///< a quote inside has a backslash; see `backslashes`
-    braces,         ///< a closing brace inside is doubled
-    nested,         ///< an object or a list of JSON
-  };
-  std::size_t begin;  ///< of what stands inside
-  Form form;
-  char close;
-  /// In front of each quote: JSON that is itself quoted has one, quoted again three.
-  std::size_t backslashes = 0;
-  /// With escapes: the quotes of the literal are doubled as well, as M is that stands in JSON.
-  bool doubled = false;
-};
-
 /// Reads the text once from left to right. It follows quotes, because a plain value within quotes ends with
 /// them; an apostrophe or a fault in the text misleads it to the end of the line at most.
-class Masking {
+class Masking : private QuotedText {
  public:
-  explicit Masking(std::string_view text) : text_(text) {}
+  explicit Masking(std::string_view text) : QuotedText(text) {}
 
   std::string run() {
-    while (place_ < text_.size()) step();
-    return masked_.append(text_.substr(done_));
+    while (place_ < text().size()) step();
+    return masked_.append(text().substr(done_));
   }
 
  private:
-  [[nodiscard]] char at(std::size_t i) const noexcept { return i < text_.size() ? text_[i] : '\0'; }
-  [[nodiscard]] std::size_t skip(std::size_t i, std::string_view characters) const noexcept {
-    return std::min(text_.find_first_not_of(characters, i), text_.size());
-  }
-  /// The end of the row of equal characters that begins at `i`.
-  [[nodiscard]] std::size_t endOfRun(std::size_t i) const noexcept {
-    return std::min(text_.find_first_not_of(at(i), i), text_.size());
-  }
-
   /// The value of a key in the query of a URL.
   void urlValue() { hide(place_ + 1, endOfUrlPart(place_ + 1, "&#;")); }
 
@@ -109,29 +57,31 @@ class Masking {
   void authority() {
     place_ += 2;
     const std::size_t end = endOfUrlPart(place_, "/?#");
-    const std::size_t sign = text_.substr(place_, end - place_).rfind('@');
-    if (sign == text_.npos) return;
-    const std::size_t colon = text_.substr(place_, sign).find(':');
-    if (colon != text_.npos) hide(place_ + colon + 1, place_ + sign);
+    const std::size_t sign = text().substr(place_, end - place_).rfind('@');
+    if (sign == text().npos) return;
+    const std::size_t colon = text().substr(place_, sign).find(':');
+    if (colon != text().npos) hide(place_ + colon + 1, place_ + sign);
   }
 
   [[nodiscard]] std::size_t endOfUrlPart(std::size_t i, std::string_view ends) const {
-    while (i < text_.size() && !isIn(text_[i], ends) && !isIn(text_[i], kSpace) && !isIn(text_[i], "\"'<>\\"))
+    while (i < text().size() && !isIn(text()[i], ends) && !isIn(text()[i], kSpace) &&
+           !isIn(text()[i], "\"'<>\\"))
       ++i;
     return i;
   }
 
   void step() {
-    const char c = text_[place_];
-    if (c == '/' && at(place_ + 1) == '/' && place_ > 0 && text_[place_ - 1] == ':') return authority();
+    const char c = text()[place_];
+    if (c == '/' && at(place_ + 1) == '/' && place_ > 0 && text()[place_ - 1] == ':') return authority();
     if (isWordCharacter(c)) return word();
     if (isQuote(c)) return quote();
     if (c == '\n') around_ = '\0';
+    if (c == ']') inQuery_ = false;
     ++place_;
   }
 
   void quote() {
-    const char c = text_[place_];
+    const char c = text()[place_];
     const char next = at(place_ + 1);
     if (around_ == c && next == c)
       ++place_;
@@ -144,22 +94,52 @@ class Masking {
 
   /// Whether the single quote stands behind a letter, but for N'...'.
   [[nodiscard]] bool isApostrophe(std::size_t i) const noexcept {
-    if (i == 0 || !isWordCharacter(text_[i - 1])) return false;
-    return !isIn(text_[i - 1], "Nn") || (i > 1 && isWordCharacter(text_[i - 2]));
+    if (i == 0 || !isWordCharacter(text()[i - 1])) return false;
+    return !isIn(text()[i - 1], "Nn") || (i > 1 && isWordCharacter(text()[i - 2]));
   }
 
   void word() {
     const std::size_t begin = place_;
-    while (isWordCharacter(at(place_))) ++place_;
-    const std::string_view name = text_.substr(begin, place_ - begin);
-    if (isUrlKey(name) && at(place_) == '=' && begin > 0 && isIn(text_[begin - 1], "?&")) return urlValue();
-    if (!isKey(name)) return;
-    if (const std::optional<Key> key = keyAt(begin, place_)) value(*key);
+    place_ = endOfName(begin);
+    const std::string_view name = text().substr(begin, place_ - begin);
+    if (isSecretName(name)) {
+      if (const std::optional<Key> key = keyAt(begin, place_)) value(*key);
+    } else if (isSecretQueryName(name)) {
+      queryName(begin);
+    } else if (foldCase(name) == "query") {
+      inQuery_ = beginsRecord(place_);
+    }
+  }
+
+  /// Where the name that begins at `begin` ends: with its hyphens if that makes it one of a secret, else with
+  /// its first word.
+  [[nodiscard]] std::size_t endOfName(std::size_t begin) const {
+    std::size_t word = begin;
+    while (isWordCharacter(at(word))) ++word;
+    std::size_t end = word;
+    while (end - begin <= kLongestSecretName && (isWordCharacter(at(end)) || at(end) == '-')) ++end;
+    return isSecretName(text().substr(begin, end - begin)) ? end : word;
+  }
+
+  /// A name that is secret in the query of a URL, which M also writes as a record.
+  void queryName(std::size_t begin) {
+    if (at(place_) == '=' && begin > 0 && isIn(text()[begin - 1], "?&")) return urlValue();
+    if (!inQuery_) return;
+    std::optional<Key> key = keyAt(begin, place_);
+    if (!key) return;
+    key->literalsOnly = true;
+    value(*key);
+  }
+
+  /// Whether a name that ends at `i` has a record as its value.
+  [[nodiscard]] bool beginsRecord(std::size_t i) const {
+    i = skip(i, kSpace);
+    return at(i) == '=' && at(skip(i + 1, kSpace)) == '[';
   }
 
   /// The key that the word from `begin` to `end` is, if a sign follows it.
   std::optional<Key> keyAt(std::size_t begin, std::size_t end) {
-    const char open = begin == 0 ? '\0' : text_[begin - 1];
+    const char open = begin == 0 ? '\0' : text()[begin - 1];
     std::size_t i = skip(end, "\\");
     const char close = at(i);
     const bool bracketed = open == '[' && close == ']';
@@ -170,7 +150,7 @@ class Masking {
     const std::size_t sign = skip(i, kSpace);
     const bool json = at(sign) == ':';
     if (!json && at(sign) != '=') return std::nullopt;
-    if (quoted && !doubled && around_ == close && text_[end] == close) around_ = '\0';
+    if (quoted && !doubled && around_ == close && text()[end] == close) around_ = '\0';
     return Key{json ? sign + 1 : endOfRun(sign),
                characterBefore(quoted ? begin : beginOfKey(begin)),
                json,
@@ -186,7 +166,7 @@ class Masking {
     if (at(next) != ',') return i;
     const std::size_t begin = skip(next + 1, " \t\r\n\\\"");
     for (next = begin; isWordCharacter(at(next));) ++next;
-    if (foldCase(text_.substr(begin, next - begin)) != "value") return i;
+    if (foldCase(text().substr(begin, next - begin)) != "value") return i;
     return skip(next, "\\\"");
   }
 
@@ -195,18 +175,18 @@ class Masking {
   [[nodiscard]] std::size_t beginOfKey(std::size_t i) const {
     constexpr std::string_view kPrefix = "oledb";
     const auto behindWords = [this](std::size_t end) {
-      while (end > 0 && (isWordCharacter(text_[end - 1]) || isIn(text_[end - 1], kBlanks))) --end;
+      while (end > 0 && (isWordCharacter(text()[end - 1]) || isIn(text()[end - 1], kBlanks))) --end;
       return end;
     };
     const std::size_t words = behindWords(i);
-    if (words <= kPrefix.size() || text_[words - 1] != ':') return i;
-    if (foldCase(text_.substr(words - 1 - kPrefix.size(), kPrefix.size())) != kPrefix) return i;
+    if (words <= kPrefix.size() || text()[words - 1] != ':') return i;
+    if (foldCase(text().substr(words - 1 - kPrefix.size(), kPrefix.size())) != kPrefix) return i;
     return behindWords(words - 1);
   }
 
   [[nodiscard]] char characterBefore(std::size_t i) const noexcept {
-    while (i > 0 && isIn(text_[i - 1], kBlanks)) --i;
-    return i == 0 ? '\n' : text_[i - 1];
+    while (i > 0 && isIn(text()[i - 1], kBlanks)) --i;
+    return i == 0 ? '\n' : text()[i - 1];
   }
 
   void value(const Key& key) {
@@ -221,51 +201,6 @@ class Masking {
     }
   }
 
-  /// The literal at `i`; none when it is empty, or when there only is the quote that closes what is `around`.
-  [[nodiscard]] std::optional<Literal> literalAt(std::size_t i, bool json, char around) const {
-    using Form = Literal::Form;
-    if (at(i) == '{') return Literal{i + 1, json ? Form::nested : Form::braces, '}'};
-    if (json && at(i) == '[') return Literal{i + 1, Form::nested, ']'};
-    if (isIn(at(i), "Nn") && at(i + 1) == '\'') ++i;
-    const std::size_t quote = skip(i, "\\");
-    const char c = at(quote);
-    if (!isQuote(c)) return std::nullopt;
-    if (quote > i && isPair(i, quote)) {
-      const std::size_t begin = 2 * quote + 2 - i;
-      if (begin >= text_.size() || isIn(text_[begin], kBehindValue)) return std::nullopt;
-      return Literal{begin, Form::escapedQuotes, c, quote - i, true};
-    }
-    if (quote > i) return Literal{quote + 1, Form::escapedQuotes, c, quote - i};
-    const std::size_t end = endOfRun(i);
-    const std::size_t count = end - i;
-    const bool isEven = count % 2 == 0;
-    const bool atEnd = end == text_.size() || isIn(text_[end], kBehindValue);
-    if (c == around && ((!isEven && atEnd) || count == 4)) return std::nullopt;
-    if (!isEven) return Literal{i + 1, json ? Form::escapedQuotes : Form::quotes, c};
-    // Outside quotes, two are an empty literal, unless something follows that must be the value.
-    if (c != around && atEnd) return std::nullopt;
-    return Literal{i + 2, Form::doubledQuotes, c};
-  }
-
-  /// Whether the quote with the escapes before it, which begin at `begin`, stands there twice.
-  [[nodiscard]] bool isPair(std::size_t begin, std::size_t quote) const {
-    const std::size_t size = quote + 1 - begin;
-    return text_.substr(quote + 1, size) == text_.substr(begin, size);
-  }
-
-  /// The literal that an operator at `i` adds to the one in front.
-  [[nodiscard]] std::optional<Literal> literalAddedAt(std::size_t i) const {
-    i = skip(i, kSpace);
-    if (text_.substr(i, 2) == "||")
-      i += 2;
-    else if (isIn(at(i), "&+") && i < text_.size())
-      ++i;
-    else
-      return std::nullopt;
-    i = skip(i, kSpace);
-    return at(i) == '{' ? std::nullopt : literalAt(i, false, '\0');
-  }
-
   void hideLiteral(const Literal& literal) {
     const std::size_t end = endOfContent(literal);
     hide(literal.begin, end);
@@ -273,64 +208,7 @@ class Masking {
     if (literal.form == Literal::Form::doubledQuotes)
       place_ = left > 1 ? end + 2 : end;  // a single quote closes what is around it
     else
-      place_ = std::min(end + (literal.backslashes + 1) * (literal.doubled ? 2 : 1), text_.size());
-  }
-
-  /// Where the closing quote, brace or bracket begins, its backslashes included; the end of the text without.
-  [[nodiscard]] std::size_t endOfContent(const Literal& literal) const {
-    if (literal.form == Literal::Form::nested) return endOfNested(literal.begin);
-    for (std::size_t i = text_.find(literal.close, literal.begin); i != text_.npos;
-         i = text_.find(literal.close, i)) {
-      const std::size_t end = endOfRun(i);
-      const std::size_t count = end - i;
-      switch (literal.form) {
-        case Literal::Form::escapedQuotes:
-          if (!isClosing(i, literal))
-            ++i;
-          else if (isDoubled(i, literal))
-            i += literal.backslashes + 2;
-          else
-            return std::max(i - literal.backslashes, literal.begin);
-          break;
-        case Literal::Form::doubledQuotes:
-          if (count % 4 != 0) return i + count / 4 * 4;
-          i = end;
-          break;
-        default:
-          if (count % 2 != 0) return end - 1;
-          i = end;
-      }
-    }
-    return text_.size();
-  }
-
-  /// Each time that JSON is quoted, n backslashes in front of a quote become 2n + 1.
-  [[nodiscard]] bool isClosing(std::size_t quote, const Literal& literal) const noexcept {
-    std::size_t begin = quote;
-    while (begin > literal.begin && text_[begin - 1] == '\\') --begin;
-    const std::size_t period = 2 * (literal.backslashes + 1);
-    return (quote - begin + 1) % period == literal.backslashes + 1;
-  }
-
-  /// Whether the closing quote, of a text that is itself quoted, stands there twice and so closes nothing.
-  [[nodiscard]] bool isDoubled(std::size_t quote, const Literal& literal) const {
-    return literal.backslashes > 0 && !literal.doubled && isPair(quote - literal.backslashes, quote);
-  }
-
-  [[nodiscard]] std::size_t endOfNested(std::size_t i) const {
-    std::size_t depth = 1;
-    for (bool inText = false; i < text_.size(); ++i) {
-      const char c = text_[i];
-      if (c == '\\')
-        ++i;
-      else if (c == '"')
-        inText = !inText;
-      else if (!inText && isIn(c, "{["))
-        ++depth;
-      else if (!inText && isIn(c, "}]") && --depth == 0)
-        return i;
-    }
-    return text_.size();
+      place_ = std::min(end + (literal.backslashes + 1) * (literal.doubled ? 2 : 1), text().size());
   }
 
   void hidePlain(const Key& key) {
@@ -343,7 +221,7 @@ class Masking {
     const bool isValue = key.json ? key.quoted : key.startsPair() || (key.tight && place_ == key.value);
     if (!isValue) return;
     const std::size_t end = endOfPlain(place_, key.ends());
-    if (!key.json || text_.substr(place_, end - place_) != "null") hide(place_, end);
+    if (!key.json || text().substr(place_, end - place_) != "null") hide(place_, end);
     place_ = end;
   }
 
@@ -351,20 +229,20 @@ class Masking {
   [[nodiscard]] std::size_t endOfPlain(std::size_t i, std::string_view ends,
                                        std::size_t limit = std::string_view::npos) const {
     const std::size_t begin = i;
-    limit = std::min(limit, text_.size());
-    while (i < limit && !isIn(text_[i], ends) && !isIn(text_[i], "\r\n")) {
-      if (around_ == '\0' || text_[i] != around_) {
+    limit = std::min(limit, text().size());
+    while (i < limit && !isIn(text()[i], ends) && !isIn(text()[i], "\r\n")) {
+      if (around_ == '\0' || text()[i] != around_) {
         ++i;
         continue;
       }
       const std::size_t end = endOfRun(i);
-      if (i > begin && text_[i - 1] == '\\' && isPair(i - 1, i)) {
+      if (i > begin && text()[i - 1] == '\\' && isPair(i - 1, i)) {
         i = end + 2;
         continue;
       }
       if ((end - i) % 2 == 1 && !isWordCharacter(at(end))) {
         i = end - 1;
-        while (i > begin && text_[i - 1] == '\\') --i;  // of quoted JSON
+        while (i > begin && text()[i - 1] == '\\') --i;  // of quoted JSON
         break;
       }
       i = end;
@@ -386,33 +264,33 @@ class Masking {
   /// to the next password of the text, whose end is to be found from its own key.
   void dropRest() {
     const std::size_t next = skip(place_, kBlanks);
-    if (next == text_.size() || isIn(text_[next], ";\r\n,)]}&|+\\") || text_[next] == around_) return;
-    masked_.append(text_.substr(done_, place_ - done_));
+    if (next == text().size() || isIn(text()[next], ";\r\n,)]}&|+\\") || text()[next] == around_) return;
+    masked_.append(text().substr(done_, place_ - done_));
     done_ = place_ = endOfPlain(next, ";", nextKey(next));
   }
 
   /// Where the first key behind a place begins; the end of the text or of the line without one.
   [[nodiscard]] std::size_t nextKey(std::size_t i) const {
-    while (i < text_.size() && !isIn(text_[i], "\r\n")) {
+    while (i < text().size() && !isIn(text()[i], "\r\n")) {
       const std::size_t begin = i;
-      while (isWordCharacter(at(i))) ++i;
-      if (isKey(text_.substr(begin, i - begin))) return begin;
+      i = endOfName(begin);
+      if (isSecretName(text().substr(begin, i - begin))) return begin;
       if (i == begin) ++i;
     }
     return i;
   }
 
   void hide(std::size_t begin, std::size_t end) {
-    if (begin < end) masked_.append(text_.substr(done_, begin - done_)).append(kHidden);
+    if (begin < end) masked_.append(text().substr(done_, begin - done_)).append(kHidden);
     if (begin < end) done_ = end;
     place_ = end;
   }
 
-  std::string_view text_;
   std::string masked_;
   std::size_t done_ = 0;   // up to here the text is in masked_
   std::size_t place_ = 0;  // that is looked at
   char around_ = '\0';     // the quote that opened the text around this place
+  bool inQuery_ = false;   // in the record of M that holds the query of a URL
 };
 
 }  // namespace
@@ -423,7 +301,7 @@ std::string maskPasswords(std::string_view text) {
 }
 
 std::string maskProperty(std::string_view name, std::string_view value) {
-  if (value.empty() || !isKey(name.substr(name.rfind('.') + 1))) return maskPasswords(value);
+  if (value.empty() || !isSecretName(name.substr(name.rfind('.') + 1))) return maskPasswords(value);
   return std::string(kHidden);
 }
 

@@ -11,7 +11,13 @@ import { fileURLToPath } from 'node:url';
 const program = process.argv[2];
 const here = dirname(fileURLToPath(import.meta.url));
 const secret = 'hunter7Sesame';
-const forms = [`Password=${secret}`, `pwd=${secret};`, `PWD = "${secret}"`, `{"password": "${secret}"}`];
+const forms = [
+  `Password=${secret}`,
+  `pwd=${secret};`,
+  `PWD = "${secret}"`,
+  `{"password": "${secret}"}`,
+  `[Headers=[Authorization="${secret}", #"x-api-key"="${secret}"]] https://h.example/?subscription-key=${secret}`,
+];
 const definitions = [
   { file: 'definition.xmla', escape: escapeXml, names: ['Sales', 'Doubled', 'Growth', 'Amount', 'Unknown'] },
   { file: 'definition.bim', escape: escapeJson, names: ['Crossings', 'Takings', 'Quick', 'PRICE', 'Unknown'] },
