@@ -47,6 +47,32 @@ final class MColumns {
     if (call.table(0) == null) return MValue.UNKNOWN;
     Relation relation = Relation.over(call.table(0));
     for (String name : listed(call.argument(1))) relation.leaveOut(name);
+    // Others may be gone too, so that the places of those that are left are not known.
+    if (call.texts(1) == null) relation.setUnordered();
+    return MValue.table(relation);
+  }
+
+  /** Those that are listed share their places in the order of the list; the others stay where they are. */
+  static MValue reorder(MCall call) {
+    if (call.table(0) == null) return MValue.UNKNOWN;
+    Relation relation = Relation.over(call.table(0));
+    List<String> names = call.texts(1);
+    if (names == null) relation.setUnordered();
+    relation.mention(listed(call.argument(1)), call.budget());
+    if (names != null) relation.reorder(names);
+    return MValue.table(relation);
+  }
+
+  /** The names become the first row, and the columns are numbered. */
+  static MValue demoteHeaders(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<String> names = from.names(call.budget());
+    if (names == null) return call.unknownColumns("numbers the columns");
+    Relation relation = Relation.rowsOf(from);
+    relation.setComputed();
+    int number = 0;
+    for (String name : names) call.put(relation, "Column" + ++number, call.find(from, name));
     return MValue.table(relation);
   }
 
@@ -147,15 +173,31 @@ final class MColumns {
     Relation from = call.table(0);
     if (from == null) return MValue.UNKNOWN;
     Relation relation = Relation.over(from);
-    MValue value = call.argument(2);
-    if (value.is(MValue.Kind.FUNCTION)) value = call.apply(value, MValue.row(from));
+    MValue old = ofRow(call, call.argument(1), from);
+    MValue value = ofRow(call, call.argument(2), from);
     List<String> columns = listed(call.argument(4));
     relation.mention(columns, call.budget());
-    if (call.evaluator.union(List.of(value)).isEmpty()) return MValue.table(relation);
-    relation.setComputed();
-    for (String column : columns)
-      call.put(relation, column, call.evaluator.mixed(List.of(call.cells(from, List.of(column)), value)));
+    for (String column : columns) {
+      Relation.Output output = call.find(from, column);
+      if (output == null || !output.isKnown()) continue;
+      MValue cell = MCall.cell(output);
+      boolean known = call.argument(3).is(MValue.Kind.FUNCTION);
+      MValue made = known ? call.apply(call.argument(3), cell, old, value)
+                          : call.evaluator.mixed(List.of(cell, old, value));
+      if (call.evaluator.union(List.of(made)).equals(output.sources())) continue;
+      relation.setComputed();
+      call.put(relation, column, made);
+    }
     return MValue.table(relation);
+  }
+
+  private static MValue ofRow(MCall call, MValue value, Relation from) {
+    return value.is(MValue.Kind.FUNCTION) ? call.apply(value, MValue.row(from)) : value;
+  }
+
+  /** Replacer.ReplaceValue(value, old, new): the old value is only compared. */
+  static MValue replacer(MCall call) {
+    return call.evaluator.mixed(List.of(call.argument(0), call.argument(2)));
   }
 
   /** Table.SplitColumn(table, column, splitter, names or how many). */

@@ -15,14 +15,13 @@ final class MFunctions {
 
   static {
     // The same columns; the argument behind the name lists columns that the table has, 0 for none.
-    for (String name :
-        List.of("Table.Buffer", "Table.RemoveRowsWithErrors", "Table.SelectRowsWithErrors", "Table.Range",
-            "Table.StopFolding", "Table.ReverseRows", "Table.AlternateRows", "Table.View", "Table.Repeat",
-            "Table.RemoveRows", "Table.FindText", "Table.ReplaceKeys", "Table.FilterWithDataTable",
-            "Value.ReplaceType", "Value.ReplaceMetadata", "Value.RemoveMetadata"))
+    for (String name : List.of("Table.Buffer", "Table.RemoveRowsWithErrors", "Table.SelectRowsWithErrors",
+             "Table.Range", "Table.StopFolding", "Table.ReverseRows", "Table.AlternateRows", "Table.Repeat",
+             "Table.RemoveRows", "Table.FindText", "Table.ReplaceKeys", "Table.FilterWithDataTable",
+             "Value.ReplaceType", "Value.ReplaceMetadata", "Value.RemoveMetadata"))
       FUNCTIONS.put(name, call -> MColumns.same(call, 0));
-    for (String name : List.of("Table.TransformColumnTypes", "Table.ReorderColumns", "Table.Sort",
-             "Table.Distinct", "Table.FillDown", "Table.FillUp", "Table.AddKey", "Table.ReplaceErrorValues"))
+    for (String name : List.of("Table.TransformColumnTypes", "Table.Sort", "Table.Distinct", "Table.FillDown",
+             "Table.FillUp", "Table.AddKey", "Table.ReplaceErrorValues"))
       FUNCTIONS.put(name, call -> MColumns.same(call, 1));
 
     // Rows that a condition chooses.
@@ -34,6 +33,7 @@ final class MFunctions {
     FUNCTIONS.put("Table.RemoveMatchingRows", MRows::removeMatching);
 
     FUNCTIONS.put("Table.SelectColumns", MColumns::select);
+    FUNCTIONS.put("Table.ReorderColumns", MColumns::reorder);
     FUNCTIONS.put("Table.RemoveColumns", MColumns::remove);
     FUNCTIONS.put("Table.RenameColumns", MColumns::rename);
     FUNCTIONS.put("Table.PrefixColumns", MColumns::prefix);
@@ -46,7 +46,10 @@ final class MFunctions {
     FUNCTIONS.put("Table.CombineColumns", MColumns::combine);
     FUNCTIONS.put("Table.TransformColumnNames", call -> call.unknownColumns("computes names of columns"));
     FUNCTIONS.put("Table.PromoteHeaders", MFiles::promoteHeaders);
-    FUNCTIONS.put("Table.DemoteHeaders", call -> call.unknownColumns("numbers the columns"));
+    FUNCTIONS.put("Table.DemoteHeaders", MColumns::demoteHeaders);
+    FUNCTIONS.put("Table.View", MTables::view);
+    FUNCTIONS.put("Replacer.ReplaceValue", MColumns::replacer);
+    FUNCTIONS.put("Replacer.ReplaceText", MColumns::replacer);
 
     FUNCTIONS.put("Table.Group", MTables::group);
     FUNCTIONS.put("Table.Pivot", MTables::pivot);

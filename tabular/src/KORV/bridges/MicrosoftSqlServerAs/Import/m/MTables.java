@@ -26,6 +26,14 @@ final class MTables {
     return MValue.table(relation);
   }
 
+  /** Table.View(table, [GetRows = () => ..., ...]): the rows are whatever the handlers make of them. */
+  static MValue view(MCall call) {
+    List<MValue> read = new ArrayList<>(call.arguments);
+    for (MValue handler : call.argument(1).fields.values())
+      if (handler.is(MValue.Kind.FUNCTION)) read.add(call.apply(handler));
+    return call.evaluator.unknownTable(read, call.fault("has handlers of its own"));
+  }
+
   /** Table.Pivot(table, values, attribute, value): the values become columns. */
   static MValue pivot(MCall call) {
     Relation from = call.table(0);
