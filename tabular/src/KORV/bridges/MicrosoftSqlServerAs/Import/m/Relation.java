@@ -46,9 +46,12 @@ public final class Relation {
   private static final double LEAST_WIDTH = 1e-9;
 
   /** What the names mean that no step has told of. */
-  private enum Others { NONE, UNKNOWN, OF_TABLE, PREFIXED, APPENDED }
+  private enum Others { NONE, UNKNOWN, OF_TABLE, PREFIXED, APPENDED, BESIDE }
 
-  /** `parts` stand one behind the other, or are the one whose names have the prefix. */
+  /**
+   * `parts` stand one behind the other, or are the one whose names have the prefix, or two side by side of
+   * which the first has all names with it.
+   */
   private record Rest(Others kind, Origin.Table table, String prefix, List<Relation> parts) {
     static final Rest NONE = new Rest(Others.NONE, null, "", List.of());
     static final Rest UNKNOWN = new Rest(Others.UNKNOWN, null, "", List.of());
@@ -159,12 +162,19 @@ public final class Relation {
       if (other == null || other.output == null) relation.put(entry.output.name, entry.output);
       if (!budget.take(1)) break;
     }
-    if (left.rest.kind == Others.NONE)
-      relation.rest = right.rest;
-    else if (right.rest.kind != Others.NONE)
-      relation.rest = Rest.UNKNOWN;
+    relation.rest = beside(left, right);
     relation.ordered = left.ordered && right.ordered;
     return relation;
+  }
+
+  /** A prefix is given so that names of the other table do not begin with it. */
+  private static Rest beside(Relation left, Relation right) {
+    if (right.rest.kind == Others.NONE) return left.rest;
+    if (left.rest.kind == Others.NONE) return right.rest;
+    boolean rightHas = right.rest.kind == Others.PREFIXED;
+    if (rightHas == (left.rest.kind == Others.PREFIXED)) return Rest.UNKNOWN;
+    List<Relation> sides = rightHas ? List.of(right, left) : List.of(left, right);
+    return new Rest(Others.BESIDE, null, sides.get(0).rest.prefix, sides);
   }
 
   void put(String name, Set<Origin.Column> sources) { put(name, new Output(name, sources, null)); }
@@ -318,7 +328,7 @@ public final class Relation {
   Output find(String name, Budget budget) {
     List<Output> answers = new ArrayList<>(1);
     Deque<Place> waiting = new ArrayDeque<>(List.of(new Place(this, name)));
-    Set<Place> seen = rest.kind == Others.APPENDED || rest.kind == Others.PREFIXED ? new HashSet<>() : null;
+    Set<Place> seen = rest.parts.isEmpty() ? null : new HashSet<>();
     while (!waiting.isEmpty()) {
       Place at = waiting.pop();
       if (seen != null && !seen.add(at)) continue;
@@ -341,6 +351,7 @@ public final class Relation {
         boolean can = name.startsWith(rest.prefix) && name.length() > rest.prefix.length();
         if (can) waiting.push(new Place(rest.parts.get(0), name.substring(rest.prefix.length())));
       }
+      case BESIDE -> waiting.push(new Place(rest.parts.get(name.startsWith(rest.prefix) ? 0 : 1), name));
       case APPENDED -> {
         for (int i = rest.parts.size() - 1; i >= 0; --i) waiting.push(new Place(rest.parts.get(i), name));
       }
