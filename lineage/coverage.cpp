@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "framework/types/server_kinds.h"
+#include "lineage/lost_columns.h"
 
 namespace tav {
 namespace {
@@ -81,18 +81,6 @@ template <class F> std::size_t percentOver(const std::vector<CubeCoverage>& cube
   return percentOf(part, whole);
 }
 
-/// Whether all that a node comes from directly are columns of queries that hold their rows themselves.
-bool readsEnteredData(const LineageGraph& graph, NodeId id) {
-  const auto isEntered = [&](const LineageEdge& edge) {
-    const NodeId owner = graph.node(edge.from).owner;
-    const auto* table = owner == kNoNode ? nullptr : as<TAVTable>(graph.node(owner).object);
-    const TAVStoreConnection* connection = table ? table->storeConnections.first() : nullptr;
-    return connection && factsOf(*connection).kind == kInlineKind;
-  };
-  const auto into = graph.into(id);
-  return !into.empty() && std::all_of(into.begin(), into.end(), isEntered);
-}
-
 }  // namespace
 
 std::size_t Coverage::percent() const noexcept {
@@ -113,8 +101,7 @@ std::string gapReason(const LineageGraph& graph, NodeId id) {
   std::string names;
   for (const std::string& name : graph.unresolved(id)) names.append(names.empty() ? "" : ", ").append(name);
   if (!names.empty()) return "its expression uses names that are not found: " + names;
-  if (readsEnteredData(graph, id)) return "its data is entered in the definition";
-  if (!graph.into(id).empty()) return "its sources do not reach a column";
+  if (!graph.into(id).empty()) return lostReason(graph, id);
   if (!graph.rawExpression(id).empty()) return "its expression uses no column, attribute or measure";
   if (graph.node(id).kind == NodeKind::kpiValue) return "the KPI has no expression for it";
   const NodeId owner = graph.node(id).owner;

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "exports/openlineage/datasets.h"
+#include "lineage/coverage.h"
 #include "lineage/lineage_graph.h"
 #include "tests/tabular/importer_run.h"
 
@@ -54,7 +55,8 @@ std::string kindOf(const TAVStoreConnection& connection) {
 
 class Answers {
  public:
-  explicit Answers(const TAVModel& model) : graph_(model), datasets_(graph_, "ssas://localhost") {
+  explicit Answers(const TAVModel& model)
+      : graph_(model), datasets_(graph_, "ssas://localhost"), reached_(graph_.tracedBack(true)) {
     for (NodeId id = 0; id < graph_.nodes().size(); ++id) nodes_.emplace(graph_.path(id), id);
   }
 
@@ -62,7 +64,7 @@ class Answers {
     std::string text;
     connections_.clear();
     for (const NodeId column : graph_.partsOf(nodes_.at("/Dimensions/" + table)))
-      text += graph_.name(column) + " <- " + sources(column) + "\n";
+      text += graph_.name(column) + " <- " + sources(column) + gap(column) + "\n";
     for (const std::string& connection : connections_) text += connection + "\n";
     return text;
   }
@@ -85,6 +87,10 @@ class Answers {
     return text.empty() ? "nothing" : text;
   }
 
+  std::string gap(NodeId column) const {
+    return reached_[column] ? "" : " (" + tav::gapReason(graph_, column) + ")";
+  }
+
   void noteConnection(NodeId column) {
     const NodeId owner = graph_.node(column).owner;
     const auto* table = owner == tav::kNoNode ? nullptr : tav::as<TAVTable>(graph_.node(owner).object);
@@ -97,6 +103,7 @@ class Answers {
 
   tav::LineageGraph graph_;
   tav::CatalogDatasets datasets_;
+  std::vector<bool> reached_;
   std::map<std::string, NodeId> nodes_;
   std::set<std::string> connections_;
 };
