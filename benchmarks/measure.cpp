@@ -35,6 +35,8 @@ constexpr double kLargestPerMegabyte = 1.1;
 constexpr double kLargestPerObject = 2;
 // An export reads the definition and writes: the writing takes no longer than an import.
 constexpr double kExportPerImport = 1;
+// The start of Java, which the smaller one carries too, makes the larger one cheaper by the MB if anything.
+constexpr double kLargestTabularGrowth = 1.2;
 
 /// A kind of definition that has one thing many times.
 struct Kind {
@@ -66,6 +68,7 @@ constexpr std::uintmax_t kRoom = std::uintmax_t{2} << 30;
 
 struct Settings {
   std::vector<double> sizes{1, 10, 100};                   // MB, beside kSmallest
+  std::vector<double> tabular{7, 70};                      // MB
   std::vector<std::uint64_t> counts{1000, 10000, 100000};  // objects
   unsigned repeat = 5;
   bool check = false;
@@ -102,6 +105,8 @@ class Bench {
   Row measureSize(double megabytes) const;
   void printSizes() const;
   bool printBounds() const;
+  /// Imports of tabular definitions, which Java reads.
+  bool printTabular() const;
   /// What each export of the largest definition takes beside its import.
   bool printExports();
   bool printExport(const Output& output, const Best& import);
@@ -195,6 +200,31 @@ bool Bench::printBounds() const {
           static_cast<double>(hundred->import.peakBytes) / kMegabyte / hundred->megabytes, 3, "");
   bound("start of the program to its exit on 10 KB", start().wall * 1000, 20, " ms");
   fmt::print("\n");
+  return kept;
+}
+
+bool Bench::printTabular() const {
+  if (settings_.tabular.empty()) return true;
+  fmt::print("{:>10} {:>10} {:>10} {:>8} {:>9} {:>6}\n", "tabular MB", "import s", "cpu s", "s/MB", "peak MB",
+             "/size");
+  double first = 0, last = 0;
+  for (const double size : settings_.tabular) {
+    const double megabytes = generate([&](std::ostream& out) {
+      writeTabular(out, static_cast<std::uint64_t>(std::llround(size * kMegabyte)), kSeed);
+    });
+    Best best;
+    for (unsigned i = 0; i < settings_.repeat; ++i) best.take(run(importCommand(), folder_.path()));
+    const double peak = static_cast<double>(best.peakBytes) / kMegabyte;
+    last = best.processor / megabytes;
+    if (first == 0) first = last;
+    fmt::print("{:>10.3f} {:>10.4f} {:>10.4f} {:>8.3f} {:>9.1f} {:>6.1f}\n", megabytes, best.wall,
+               best.processor, best.wall / megabytes, peak, peak / megabytes);
+    std::fflush(stdout);
+  }
+  const double growth = last / first;
+  const bool kept = growth <= kLargestTabularGrowth;
+  fmt::print("cpu per MB, last / first: {:.2f}, at most {:.2f} {}. peak: Java, or the program beside it.\n\n",
+             growth, kLargestTabularGrowth, kept ? "ok" : "OVER");
   return kept;
 }
 
@@ -294,6 +324,7 @@ bool Bench::measure() {
     if (!at(size)) rows_[size] = measureSize(size);
   printSizes();
   bool kept = printBounds();
+  kept = printTabular() && kept;
   kept = printExports() && kept;
   if (!settings_.counts.empty()) kept = printScaling() && kept;
   return kept;
@@ -312,6 +343,9 @@ int main(int count, char** arguments) try {
   app.add_option("--sizes", settings.sizes, "Sizes of definitions in MB, beside 0.01")
       ->delimiter(',')
       ->check(CLI::Range(.01, 10000.));
+  app.add_option("--tabular", settings.tabular, "Sizes of tabular definitions in MB; 0: none")
+      ->delimiter(',')
+      ->check(CLI::Range(0., 10000.));
   app.add_option("--counts", settings.counts, "Numbers of objects for the last table; 0: no such table")
       ->delimiter(',');
   app.add_option("--repeat", settings.repeat, "Runs at 100 MB; smaller files get more")
@@ -320,6 +354,7 @@ int main(int count, char** arguments) try {
   app.add_flag("--check", settings.check, "End with exit code 1 when a bound is not kept");
   CLI11_PARSE(app, count, arguments);
   std::erase(settings.counts, 0u);
+  std::erase(settings.tabular, 0.);
 
   tav::bench::catchSignals();
   const bool check = settings.check;

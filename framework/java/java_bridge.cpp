@@ -55,10 +55,11 @@ std::vector<std::string> javaArguments(const TAVOptionList& options, const std::
   }
   const std::uint64_t heap = tav::javaHeapFor(size, tav::machineMemory());
   // What Java itself has to say, that it cannot reserve its memory for instance, goes to standard error,
-  // where the reasons of failures are looked for.
-  // The Java of another maker may not know all of these.
+  // where the reasons of failures are looked for. So does the report of a failure of its own, of which it
+  // would leave a file in the user's folder. The Java of another maker may not know all of these.
   std::vector<std::string> arguments{"-XX:+IgnoreUnrecognizedVMOptions", "-XX:TieredStopAtLevel=1",
-                                     "-XX:CompressedClassSpaceSize=64m", "-XX:+DisplayVMOutputToStderr"};
+                                     "-XX:CompressedClassSpaceSize=64m", "-XX:+DisplayVMOutputToStderr",
+                                     "-XX:+ErrorFileToStderr"};
   if (!isAskedFor("-Xmx")) arguments.push_back("-Xmx" + std::to_string(heap >> 20) + "m");
   if (!isAskedFor("GC")) arguments.emplace_back("-XX:+UseSerialGC");
   addClassArchive(classPath, arguments);

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -66,6 +67,26 @@ std::string optionLine(const std::string& path) {
   return "BP_FILE\t" + escaped + "\n";
 }
 
+/// The processor time of all programs that were run so far.
+double secondsOfPrograms() {
+  rusage used{};
+  getrusage(RUSAGE_CHILDREN, &used);
+  const auto seconds = [](const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+  };
+  return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
+std::vector<std::string> importerCommand(const std::vector<std::string>& javaOptions,
+                                         const std::string& options, const std::string& target) {
+  std::vector<std::string> words{JAVA_PROGRAM};
+  words.insert(words.end(), javaOptions.begin(), javaOptions.end());
+  words.insert(words.end(),
+               {"-cp", std::string(JAVA_FOLDER) + "/MicrosoftSqlServerAs.jar",
+                "KORV.bridges.MicrosoftSqlServerAs.Import.MicrosoftSqlServerAsImport", options, target});
+  return words;
+}
+
 class SourceCollector {
  public:
   void enter(const TAVObject& object) {
@@ -90,12 +111,8 @@ ImporterRun runImporter(const std::string& path) {
   const std::string out = folder.path() / "out";
   const std::string errors = folder.path() / "errors";
   const std::string options = folder.write("options", optionLine(path));
-  const std::string jar = std::string(JAVA_FOLDER) + "/MicrosoftSqlServerAs.jar";
   ImporterRun run;
-  run.exitCode =
-      runProgram({JAVA_PROGRAM, "-cp", jar,
-                  "KORV.bridges.MicrosoftSqlServerAs.Import.MicrosoftSqlServerAsImport", options, target},
-                 out, errors);
+  run.exitCode = runProgram(importerCommand({}, options, target), out, errors);
   run.messages = withoutStatus(readFile(out));
   run.errors = readFile(errors);
   const std::string place = std::filesystem::path(path).parent_path().string() + "/";
@@ -112,6 +129,20 @@ ImporterRun runImporter(const std::string& path) {
 ImporterRun importText(std::string_view definition) {
   const TemporaryFolder folder;
   return runImporter(folder.write("FILE.bim", definition));
+}
+
+ImporterCost measureImporter(const std::string& path, std::uint64_t heapMegabytes) {
+  const TemporaryFolder folder;
+  const std::string errors = folder.path() / "errors";
+  const std::vector<std::string> command = importerCommand(
+      {"-Xmx" + std::to_string(heapMegabytes) + "m", "-XX:TieredStopAtLevel=1", "-XX:+UseSerialGC"},
+      folder.write("options", optionLine(path)), folder.path() / "main.xml");
+  ImporterCost cost;
+  const double before = secondsOfPrograms();
+  cost.exitCode = runProgram(command, folder.path() / "out", errors);
+  cost.seconds = secondsOfPrograms() - before;
+  cost.errors = readFile(errors);
+  return cost;
 }
 
 Sources sourcesOf(const TAVModel& model) {

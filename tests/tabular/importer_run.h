@@ -2,6 +2,7 @@
 
 // Running the Java importer of tabular definitions on a file.
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
@@ -23,6 +24,15 @@ struct ImporterRun {
 ImporterRun runImporter(const std::string& path);
 /// Imports a text as FILE.bim.
 ImporterRun importText(std::string_view definition);
+
+/// What an import took.
+struct ImporterCost {
+  int exitCode = -1;
+  double seconds = 0;  ///< processor time: others on the machine do not lengthen it much
+  std::string errors;  ///< standard error
+};
+/// Imports a file with a heap of so many megabytes, only to measure it: nothing is read back.
+ImporterCost measureImporter(const std::string& path, std::uint64_t heapMegabytes);
 
 /// The features of a model by path, each with the paths of what it comes from, in the order of its map.
 using Sources = std::map<std::string, std::vector<std::string>>;

@@ -23,6 +23,10 @@ import java.nio.file.Path;
  */
 public final class MicrosoftSqlServerAsImport {
   private static final String INPUT_OPTION = "BP_FILE";
+  private static final long MEGABYTE = 1 << 20;
+  /** Measured: what a definition without blanks needs, which has the most in a byte. */
+  private static final long LEAST_HEAP = 64 * MEGABYTE;
+  private static final long HEAP_PER_BYTE = 14;
 
   private MicrosoftSqlServerAsImport() {}
 
@@ -45,8 +49,10 @@ public final class MicrosoftSqlServerAsImport {
   /** Runs the import; null, or the line that tells why it failed. */
   private static String run(String optionFile, Path target, MessageOutput messages) {
     String input = optionFile;
+    String definition = input;
     try {
       input = readInputPath(optionFile);
+      definition = input;
       // Nothing here holds on to the definition, so that its memory is free while the model is written.
       ModelObject model =
           new TabularImport(messages, input).importDefinition(JsonReader.read(Path.of(input)));
@@ -61,10 +67,19 @@ public final class MicrosoftSqlServerAsImport {
       return new ImportException(ImportException.INTERNAL, 0, 0, "the importer failed: " + failure)
           .describe(input);
     } catch (OutOfMemoryError failure) {
-      return new ImportException(
-          ImportException.MEMORY, 0, 0, "the definition does not fit into Java's memory (option -Xmx)")
-          .describe(input);
+      return tooLarge(definition).describe(definition);
     }
+  }
+
+  /** Tells what to ask for: as much as the launcher would, or twice what was not enough. */
+  private static ImportException tooLarge(String path) {
+    long size = Path.of(path).toFile().length();
+    long heap = Runtime.getRuntime().maxMemory();
+    long wanted = Math.max(LEAST_HEAP + HEAP_PER_BYTE * size, 2 * heap);
+    return new ImportException(ImportException.MEMORY, 0, 0,
+        "the definition of " + Math.round(size / 1e6) + " MB does not fit into Java's heap of "
+            + heap / MEGABYTE + " MB; set JDK_JAVA_OPTIONS to -Xmx" + (wanted + MEGABYTE - 1) / MEGABYTE
+            + "m");
   }
 
   private static String readInputPath(String optionFile) throws IOException, ImportException {

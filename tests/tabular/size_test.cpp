@@ -1,0 +1,73 @@
+// What large definitions take: memory in proportion to their size, and time in proportion to what they hold.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "benchmarks/definition.h"
+#include "tests/tabular/importer_run.h"
+
+namespace {
+
+using tav::test::ImporterCost;
+using tav::test::measureImporter;
+
+constexpr std::uint64_t kMegabyte = 1'000'000;
+/// Far more than is needed, and far less than work with the square of a number takes.
+constexpr double kMostSeconds = 5;
+constexpr double kLargestGrowth = 12;
+
+template <class Write> std::string writtenTo(const tav::test::TemporaryFolder& folder, Write write) {
+  const std::string path = folder.path() / "definition.bim";
+  std::ofstream out(path, std::ios::binary);
+  write(out);
+  return path;
+}
+
+/// A definition of 70 MB is imported with 1 GB; Java itself, whose share does not shrink, needs a little of
+/// it.
+TEST(TabularSize, ALargeDefinitionFitsIntoItsHeap) {
+  const tav::test::TemporaryFolder folder;
+  const std::string path =
+      writtenTo(folder, [](std::ostream& out) { tav::bench::writeTabular(out, 7 * kMegabyte, 1); });
+  const ImporterCost cost = measureImporter(path, 100);
+  EXPECT_EQ(cost.exitCode, 0) << cost.errors;
+  EXPECT_LT(cost.seconds, kMostSeconds);
+}
+
+TEST(TabularSize, ADefinitionThatDoesNotFitIsToldOf) {
+  const tav::test::TemporaryFolder folder;
+  const std::string path =
+      writtenTo(folder, [](std::ostream& out) { tav::bench::writeTabular(out, 7 * kMegabyte, 1); });
+  const ImporterCost cost = measureImporter(path, 20);
+  EXPECT_EQ(cost.exitCode, 1);
+  // 6,874,842 bytes, 14 times that and 64 MB. The collector keeps a part of the heap for itself.
+  EXPECT_EQ(cost.errors, "[TAVTAB_F0004] " + path +
+                             ": the definition of 7 MB does not fit into Java's heap of 19 MB;"
+                             " set JDK_JAVA_OPTIONS to -Xmx156m\n");
+}
+
+class ManyOfAKind : public testing::TestWithParam<const char*> {};
+
+TEST_P(ManyOfAKind, TakeTimeInProportion) {
+  const tav::test::TemporaryFolder folder;
+  const auto seconds = [&](std::uint64_t count) {
+    const std::string path =
+        writtenTo(folder, [&](std::ostream& out) { tav::bench::writeTabularMany(out, GetParam(), count); });
+    const ImporterCost cost = measureImporter(path, 512);
+    EXPECT_EQ(cost.exitCode, 0) << cost.errors;
+    return cost.seconds;
+  };
+  const double few = seconds(3000);
+  const double many = seconds(30000);
+  EXPECT_LT(many, kMostSeconds);
+  EXPECT_LT(many, kLargestGrowth * few);
+}
+
+INSTANTIATE_TEST_SUITE_P(TabularSize, ManyOfAKind,
+                         testing::Values("model-columns", "model-equal-columns", "model-measures",
+                                         "model-equal-measures", "model-partitions", "model-annotations",
+                                         "model-members", "model-equal-members", "model-tables",
+                                         "model-equal-tables", "model-expressions"));
+
+}  // namespace
