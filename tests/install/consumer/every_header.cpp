@@ -159,7 +159,6 @@ void takeBridges() {
        &TAVBridgeDllInterface::saveStoreModel, &tav::reportModel);
   taken += TAVDataTypeConverter(nullptr, TAVDataStoreVersion("MICROSOFT_DSV", 9, 0, 0), "none")
                .getImportTypeName("int")
-               .str()
                .size();
   taken +=
       TAVBridgeOptionLiteral("K", "Name", OptionType::text, "Text", nullptr, nullptr).getName().str().size();
