@@ -331,6 +331,7 @@ ServerKind refinedKind(const ServerKind& kind, std::string_view connectionString
 }
 
 ServerLocation locateServer(const ServerKind& kind, std::string_view connectionString) {
+  if (kind.form == AddressForm::hidden) return {};
   const ConnectionString values(connectionString);
   const std::string_view database = values.get({"initial catalog", "database", "service name", "catalog"});
   if (kind.form == AddressForm::none)
