@@ -45,6 +45,7 @@ DatabaseAddress parseDatabaseAddress(const ConnectionFacts& facts) {
   ServerLocation location = locateServer(kind, facts.connectionString);
   DatabaseAddress address{std::move(location.server), maskPasswords(location.database),
                           std::string(kind.defaultSchema), kind.naming};
+  address.named = kind.form != AddressForm::hidden;
   if (address.server.empty()) address.server = "connection://" + uriText(facts.name);
   return address;
 }

@@ -21,7 +21,8 @@ struct DatabaseAddress {
   /// The schema of objects that are named without one; empty when the store has no such rule.
   std::string defaultSchema;
   TableNaming naming = TableNaming::databaseSchemaTable;
-  /// Whether the model tells where the database is; not so for tables that belong to no connection.
+  /// Whether the model tells where the database is; not so for tables that belong to no connection, or to
+  /// one whose server stands in an embedded query.
   bool named = true;
 
   friend bool operator==(const DatabaseAddress&, const DatabaseAddress&) = default;

@@ -156,6 +156,25 @@ Url urlOf(std::string_view source) {
   return url;
 }
 
+/// A URL without the folders `.` and `..`, as whoever reads it takes it.
+std::string withoutDots(std::string_view source) {
+  if (source.find("/.") == source.npos) return std::string(source);
+  const std::size_t mark = source.find("://");
+  const std::size_t path = std::min(source.find('/', mark == source.npos ? 0 : mark + 3), source.size());
+  const std::size_t end = std::min(source.find_first_of("?#", path), source.size());
+  std::string text(source.substr(0, path));
+  for (std::size_t at = path; at < end;) {
+    const std::size_t next = std::min(source.find('/', at + 1), end);
+    const std::string_view folder = source.substr(at, next - at);
+    if (folder == "/..")
+      text.resize(std::max(std::min(text.rfind('/'), text.size()), path));
+    else if (folder != "/.")
+      text.append(folder);
+    at = next;
+  }
+  return text.append(source.substr(end));
+}
+
 /// The host and port of `host,port` too.
 Endpoint endpointOf(std::string_view source) {
   const std::size_t comma = source.find(',');
@@ -209,7 +228,8 @@ std::string kustoUri(const ServerKind& kind, std::string_view source) {
 ServerLocation storageLocation(const ServerKind& kind, std::string_view source) {
   if (kind.naming == TableNaming::lakehouse && source.find("://") == source.npos)  // a workspace
     return {std::string(kind.scheme).append("://").append(uriText(source)).append(kOneLake), {}};
-  Url url = urlOf(source);
+  const std::string address = withoutDots(source);
+  Url url = urlOf(address);
   std::string host(url.endpoint.host);
   if (host.empty()) return {};
   if (host.find('.') == host.npos) host += ".dfs.core.windows.net";
@@ -239,7 +259,8 @@ ServerLocation pathLocation(std::string_view source) {
 }
 
 ServerLocation urlLocation(const ServerKind& kind, std::string_view source) {
-  const Url url = urlOf(source);
+  const std::string address = withoutDots(source);
+  const Url url = urlOf(address);
   if (url.endpoint.host.empty()) return {};
   std::string server(url.scheme.empty() ? kind.scheme : url.scheme);
   server.append("://").append(uriText(url.endpoint.host));
@@ -331,6 +352,7 @@ ServerKind refinedKind(const ServerKind& kind, std::string_view connectionString
 }
 
 ServerLocation locateServer(const ServerKind& kind, std::string_view connectionString) {
+  if (kind.form == AddressForm::hidden) return {};
   const ConnectionString values(connectionString);
   const std::string_view database = values.get({"initial catalog", "database", "service name", "catalog"});
   if (kind.form == AddressForm::none)

@@ -15,6 +15,7 @@ constexpr Naming kThreeParts = Naming::databaseSchemaTable;
 /// Marks are tried from the first row on: "IBM DB2 ODBC DRIVER" is no driver for any ODBC source, and "Amazon
 /// Redshift" none for PostgreSQL.
 constexpr std::array kKinds{
+    ServerKind{"mashup", "connection", "", "", Form::hidden, kThreeParts, {"mashup.oledb", "powerbi.oledb"}},
     ServerKind{"oracle", "oracle", "1521", "", Form::oracle, kThreeParts, {"oracle", "oraoledb", "msdaora"}},
     ServerKind{
         "teradata", "teradata", "1025", "", Form::hostPort, Naming::databaseTable, {"teradata", "tdoledb"}},

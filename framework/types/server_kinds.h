@@ -15,6 +15,7 @@ namespace tav {
 /// How the address of a connection is read.
 enum class AddressForm : std::uint8_t {
   none,       ///< there is only one such server
+  hidden,     ///< stands in an embedded query, which the connection string does not show
   hostPort,   ///< `host`, `host:port`, `host,port` or a URL, of which only these count
   sqlServer,  ///< `host\instance,port` with what SQL Server knows besides
   oracle,     ///< `//host:port/service`, a descriptor or an alias

@@ -41,7 +41,16 @@ final class MFiles {
   static MValue document(MCall call) {
     MSource source = call.argument(0).source;
     if (source == null || !source.isFile()) return null;
-    return MValue.table(MPaths.content(call.evaluator, source, call.name));
+    Relation file = MPaths.content(call.evaluator, source, call.name);
+    return MValue.table(call.name.equals("Xml.Tables") ? withTables(call.evaluator, file) : file);
+  }
+
+  /** XML of several elements is a list of tables, of which steps pick one: all of them are the file. */
+  private static Relation withTables(MEvaluation evaluator, Relation file) {
+    Relation list = Relation.over(file);
+    MValue table = MValue.table(file);
+    list.put("Table", new Relation.Output("Table", evaluator.union(List.of(table)), table));
+    return list;
   }
 
   /** Json.Document(file): records and lists, whose fields are the file's. */

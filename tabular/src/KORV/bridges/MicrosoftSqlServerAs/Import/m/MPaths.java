@@ -30,8 +30,19 @@ final class MPaths {
     String folder = key.fieldText("Folder Path");
     if (folder == null) folder = key.fieldText("FolderPath");
     if (name == null) return MValue.source(folderOf(source));
+    if (folder == null && isAccount(source))
+      return MValue.source(source.withServer(join(server(source), name)));
     String path = folder == null ? source.schema() : below(source.address().server(), folder);
     return MValue.source(source.withSchema(join(path, name)));
+  }
+
+  private static String server(MSource source) { return source.address().server(); }
+
+  /** Whether a source is a whole storage account, whose first step picks a container. */
+  private static boolean isAccount(MSource source) {
+    if (server(source) == null || !source.schema().isEmpty()) return false;
+    boolean storage = source.address().kind().equals("wasbs") || source.address().kind().equals("abfss");
+    return storage && !server(source).replaceAll("^[A-Za-z]+://|/+$", "").matches(".*[/@].*");
   }
 
   /** A table of a lake is found by schema and item, as Direct Lake reads it. */

@@ -98,7 +98,7 @@ final class MSources {
     // A cube stands in a folder of its own name.
     boolean cubes = CUBES.contains(source.address().kind()) && item == null;
     if (cubes && key.fieldText("Id") != null) return MValue.source(source.withSchema(key.fieldText("Id")));
-    for (String name : List.of("Id", "entity"))
+    for (String name : List.of("Id", "entity", "Key"))
       if (item == null) item = key.fieldText(name);
     String name = key.fieldText("Name");
     boolean named = key.fields.containsKey("Item") || key.fields.containsKey("Name");

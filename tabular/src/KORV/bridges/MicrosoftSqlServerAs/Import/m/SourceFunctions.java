@@ -71,6 +71,8 @@ public final class SourceFunctions {
     add("snowflake", Form.SERVER, "Snowflake.Databases");
     add("unitycatalog", Form.SERVER, "Databricks.Catalogs", "Databricks.Contents", "Databricks.Query",
         "DatabricksMultiCloud.Catalogs", "DatabricksMultiCloud.Contents", "DatabricksMultiCloud.Query");
+    add("athena", Form.SERVER, "AmazonAthena.Databases");
+    add("hive", Form.DATABASE, "ApacheHiveLLAP.Database");
     add("bigquery", Form.PROJECT, "GoogleBigQuery.Database");
     add("sapbw", Form.SERVER, "SapBusinessWarehouse.Cubes");
     add("dataverse", Form.SERVER, "CommonDataService.Database", "Dataverse.Contents");
