@@ -97,6 +97,8 @@ final class TableImport {
     for (Json column : definition.objects("columns")) {
       if (!column.text("type").equals("rowNumber")) importColumn(made, column, sources);
     }
+    for (Json calendar : definition.objects("calendars"))
+      resolver.addCalendar(calendar.text("name"), made.names);
     reportOpen(sources, dimension);
     physical.linkQueries(sources);
     for (Json hierarchy : definition.objects("hierarchies")) importHierarchy(made, hierarchy);
@@ -365,7 +367,10 @@ final class TableImport {
   /** A calculated table's column: one it takes over, or one that its expression makes under that name. */
   private void resolveTableColumn(Column column, DaxResolver.TableLineage table) throws ImportException {
     DaxLineage lineage = table.columns().apply(column.definition.text("sourceColumn"));
-    if (lineage != null) link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
+    if (lineage == null) return;
+    report(lineage, column.attribute.path());
+    catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
+    link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
   }
 
   /** What a feature comes from; tables that it names by themselves have no place in its map. */

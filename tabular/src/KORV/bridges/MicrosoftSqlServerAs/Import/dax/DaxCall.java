@@ -14,6 +14,8 @@ final class DaxCall {
     /** A column where a measure of its name cannot be meant. */
     DaxContext.Value columnValue(DaxNode node, DaxContext context);
 
+    boolean isTable(DaxNode name);
+
     void note(DaxLineage.Entry.Kind kind, Sources sources);
 
     int noted();
@@ -87,7 +89,8 @@ final class DaxCall {
       made.add(new DaxTable.Column(node.name(), null, Sources.NONE));
       return i + 1;
     }
-    if (how == 'k' && isWord(node, context)) return i + 1;
+    boolean wantsTable = how == 't' || how == 'T';
+    if (!wantsTable && isWord(node, context) && (how == 'k' || !evaluation.isTable(node))) return i + 1;
     if (how == 'n' && node.is(DaxNode.Kind.TEXT)) {
       made.add(new DaxTable.Column(node.name(), null, Sources.NONE));
       return i + 1;
@@ -95,7 +98,7 @@ final class DaxCall {
     DaxContext.Value value = how == 'c' ? evaluation.columnValue(node, rows)
                                         : evaluation.value(node, how == 'r' || how == 'k' ? rows : outer());
     boolean joins = how == 'r' && function.result() == DaxFunctions.Result.JOIN;
-    if (how == 't' || how == 'T' || how == 'c' || joins) tables.add(value.asTable());
+    if (wantsTable || how == 'c' || joins) tables.add(value.asTable());
     if (how == 'T' && value.isTable()) rows = context.inRowsOf(value.asTable()).grouping(value.asTable());
     return i + 1;
   }
@@ -107,6 +110,10 @@ final class DaxCall {
   /** "Name", value; or a column that keeps its name; or a table that only limits the rows. */
   private int makeColumn(int i) {
     DaxNode node = arguments.get(i);
+    if (node.is(DaxNode.Kind.TEXT) && function.argument(i) == 'm') {
+      made.add(new DaxTable.Column(node.name(), null, Sources.NONE));
+      return i + 1;
+    }
     if (node.is(DaxNode.Kind.TEXT) && i + 1 < arguments.size()) {
       Sources sources = evaluation.value(arguments.get(i + 1), rows).sources();
       made.add(new DaxTable.Column(node.name(), null, sources));

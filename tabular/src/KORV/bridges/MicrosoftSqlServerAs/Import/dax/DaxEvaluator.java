@@ -49,6 +49,7 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     DaxLineage lineage = DaxLineage.of(log);
     lineage.unresolved.addAll(unresolved);
     lineage.faults.addAll(faults);
+    lineage.countIterated();
     return lineage;
   }
 
@@ -73,6 +74,11 @@ final class DaxEvaluator implements DaxCall.Evaluation {
   }
 
   @Override
+  public boolean isTable(DaxNode name) {
+    return names.findTable(name.name()) != null || names.findCalendar(name.name()) != null;
+  }
+
+  @Override
   public DaxContext.Value columnValue(DaxNode node, DaxContext context) {
     int begin = log.size();
     if (!node.is(DaxNode.Kind.COLUMN) || node.table() != null) return value(node, context);
@@ -91,11 +97,21 @@ final class DaxEvaluator implements DaxCall.Evaluation {
       return new DaxContext.Value(Sources.range(begin, log.size()), DaxTable.UNKNOWN, null);
     }
     ++depth;
+    if (!entered.isEmpty()) ++steps;
     DaxTable.Column column = null;
     DaxTable table = null;
     switch (node.kind()) {
       case COLUMN -> column = column(node, context);
-      case TABLE, WORD -> table = name(node, context);
+      case TABLE, WORD -> {
+        DaxContext.Argument argument = argument(node, context);
+        if (argument != null) {
+          DaxContext.Value used = use(argument, context);
+          column = used.column();
+          table = used.table();
+        } else {
+          table = name(node, context);
+        }
+      }
       case CALL -> table = call(node, context);
       case ROWS -> table = rows(node, context);
       case BLOCK -> table = block(node, context);
@@ -152,19 +168,43 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     return DaxTable.of(made);
   }
 
+  private static DaxContext.Value local(DaxNode node, DaxContext context) {
+    return node.is(DaxNode.Kind.WORD) ? context.scope().find(Names.fold(node.name())) : null;
+  }
+
+  /** Null unless `node` is a parameter that is evaluated here. */
+  private static DaxContext.Argument argument(DaxNode node, DaxContext context) {
+    DaxContext.Value local = local(node, context);
+    return local == null ? null : local.argument();
+  }
+
+  /** An argument belongs to the caller, but stands in the rows that the function's body goes through. */
+  private DaxContext.Value use(DaxContext.Argument argument, DaxContext context) {
+    if (steps > MAX_STEPS) return new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null);
+    DaxExpression body = current;
+    String bodyFunction = function;
+    current = argument.caller();
+    function = argument.callerFunction();
+    entered.remove(body);
+    DaxContext.Value used = columnValue(argument.node(), argument.context().within(context));
+    entered.add(body);
+    current = body;
+    function = bodyFunction;
+    return used;
+  }
+
   private DaxTable name(DaxNode node, DaxContext context) {
-    DaxContext.Value local =
-        node.is(DaxNode.Kind.WORD) ? context.scope().find(Names.fold(node.name())) : null;
+    DaxContext.Value local = local(node, context);
     if (local != null) {
       note(DaxLineage.Entry.Kind.VALUE, local.sources());
       return local.isTable() ? local.asTable() : null;
     }
     ModelNames.Table table = names.findTable(node.name());
+    if (table == null) table = names.findCalendar(node.name());
     if (table != null) {
       note(DaxLineage.Entry.Kind.TABLE, table.dimension);
       return DaxTable.of(table);
     }
-    if (DaxCall.isWord(node, context)) return null;
     fault(new DaxFault(node.place(), "unknown table " + node.written()));
     unresolved.add(node.written());
     return DaxTable.UNKNOWN;
@@ -249,17 +289,16 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     if (known != null) return new DaxCall(this, known, node, context).run();
     fault(new DaxFault(node.place(), "unknown function " + node.name()));
     for (DaxNode argument : node.parts()) {
-      if (!DaxCall.isWord(argument, context)) value(argument, context);
+      if (!DaxCall.isWord(argument, context) || isTable(argument)) value(argument, context);
     }
     return DaxTable.UNKNOWN;
   }
 
   /** A function of the model, whose parameters stand for the values of the arguments. */
   private DaxTable callOwn(DaxNode node, DaxExpression own, DaxContext context) {
-    DaxContext.Scope scope = new DaxContext.Scope(null);
-    DaxContext inside = new DaxContext(scope, null, null);
+    DaxContext inside = new DaxContext(new DaxContext.Scope(null), null, null);
     List<DaxContext.Value> values = new ArrayList<>();
-    for (DaxNode argument : node.parts()) values.add(value(argument, context));
+    for (int i = 0; i < node.parts().size(); ++i) values.add(given(own, i, node.parts().get(i), context));
     steps += own.text.length();
     if (steps > MAX_STEPS || !entered.add(own)) {
       if (steps > MAX_STEPS) fault(new DaxFault(node.place(), "too many calls of functions"));
@@ -270,20 +309,34 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     current = own;
     function = node.name();
     if (own.fault != null) fault(own.fault);
-    for (int i = 0; i < own.parameters.size(); ++i) {
-      DaxExpression.Parameter parameter = own.parameters.get(i);
-      if (i < values.size()) {
-        scope.put(parameter.name(), values.get(i));
-      } else if (parameter.value() != null) {
-        scope.put(parameter.name(), value(parameter.value(), inside));
-      } else {
-        scope.put(parameter.name(), new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null));
-      }
-    }
+    bind(own, values, inside);
     DaxContext.Value result = value(own.root, inside);
     entered.remove(own);
     current = outer;
     function = outerFunction;
     return result.isTable() ? result.asTable() : null;
+  }
+
+  /** What a function is given for a parameter. */
+  private DaxContext.Value given(DaxExpression own, int place, DaxNode node, DaxContext context) {
+    boolean later = place < own.parameters.size() && own.parameters.get(place).isExpression();
+    if (DaxCall.isWord(node, context) && !isTable(node))
+      return new DaxContext.Value(Sources.NONE, null, null);
+    if (!later) return value(node, context);
+    DaxContext.Argument argument = new DaxContext.Argument(node, context, current, function);
+    return new DaxContext.Value(Sources.NONE, null, null, argument);
+  }
+
+  private void bind(DaxExpression own, List<DaxContext.Value> values, DaxContext inside) {
+    for (int i = 0; i < own.parameters.size(); ++i) {
+      DaxExpression.Parameter parameter = own.parameters.get(i);
+      DaxContext.Value value = new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null);
+      if (i < values.size()) {
+        value = values.get(i);
+      } else if (parameter.value() != null) {
+        value = value(parameter.value(), inside);
+      }
+      inside.scope().put(parameter.name(), value);
+    }
   }
 }

@@ -3,11 +3,18 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Set;
 
 /** A DAX expression, or a function of a model, as a tree. */
 public final class DaxExpression {
-  /** A parameter of a function; `value` is its default, null when there is none. */
-  record Parameter(String name, DaxNode value) {}
+  /**
+   * A parameter of a function; `value` is its default, null when there is none. One of the mode EXPR is
+   * evaluated where the body uses it, any other where the function is called.
+   */
+  record Parameter(String name, DaxNode value, boolean isExpression) {}
+
+  /** References are expressions too; whether one names a column or a measure only its use tells. */
+  private static final Set<String> EXPRESSIONS = Set.of("expr", "anyref");
 
   final String text;
   final DaxNode root;
@@ -48,15 +55,17 @@ public final class DaxExpression {
   private static int readParameter(DaxTokens tokens, int begin, int end, List<Parameter> parameters) {
     int equals = -1;
     int at = begin;
+    boolean isExpression = false;
     for (int depth = 0; at < end && !(depth == 0 && tokens.get(at).isSign(',')); ++at) {
       if (tokens.get(at).isSign('(') || tokens.get(at).isSign('{')) ++depth;
       if (tokens.get(at).isSign(')') || tokens.get(at).isSign('}')) --depth;
       if (depth < 0) break;
       if (depth == 0 && equals < 0 && tokens.get(at).isSign('=')) equals = at;
+      isExpression |= equals < 0 && at > begin && EXPRESSIONS.contains(Names.fold(tokens.get(at).value()));
     }
     if (tokens.get(begin).kind() == DaxTokens.Kind.WORD) {
       DaxNode value = equals < 0 ? null : new DaxParser(tokens.part(equals + 1, at), 0).parse();
-      parameters.add(new Parameter(Names.fold(tokens.get(begin).value()), value));
+      parameters.add(new Parameter(Names.fold(tokens.get(begin).value()), value, isExpression));
     }
     return at + 1;
   }

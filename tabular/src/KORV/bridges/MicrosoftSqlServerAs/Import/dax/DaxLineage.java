@@ -35,6 +35,18 @@ public final class DaxLineage {
 
   public static DaxLineage empty() { return new DaxLineage(); }
 
+  /** SUMX ( T, 1 ) counts rows as well, where nothing else can give a value. */
+  void countIterated() {
+    if (features.isEmpty() && counted.isEmpty() && unresolved.isEmpty()) counted.addAll(iterated);
+  }
+
+  /** Of a column that is not there. */
+  static DaxLineage unresolved(DaxNode name) {
+    DaxLineage lineage = new DaxLineage();
+    lineage.unresolved.add(name.written());
+    return lineage;
+  }
+
   public void add(DaxLineage other) {
     features.addAll(other.features);
     classifiers.addAll(other.classifiers);
@@ -53,8 +65,6 @@ public final class DaxLineage {
     DaxLineage lineage = new DaxLineage();
     // What a variable or made column comes from stands in the log itself, but for objects taken over.
     lineage.collect(Sources.range(0, log.size()), log, false);
-    // SUMX ( T, 1 ) counts rows as well.
-    if (lineage.features.isEmpty()) lineage.counted.addAll(lineage.iterated);
     return lineage;
   }
 

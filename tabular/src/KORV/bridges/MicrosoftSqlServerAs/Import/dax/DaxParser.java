@@ -21,6 +21,8 @@ final class DaxParser {
     final List<DaxNode> done = new ArrayList<>(4);
     List<DaxNode> operands = new ArrayList<>(2);
     boolean complete;
+    /** Where its bracket is. */
+    int bracket;
     /** Of a block: the variable whose value is being read; null once its result is. */
     String variable;
     int variablePlace;
@@ -28,6 +30,7 @@ final class DaxParser {
     Frame(DaxNode.Kind kind, int place, String name) {
       this.kind = kind;
       this.place = place;
+      bracket = place;
       this.name = name;
     }
   }
@@ -60,7 +63,7 @@ final class DaxParser {
       if (frame.kind == DaxNode.Kind.BLOCK) {
         closeBlock();
       } else {
-        fail(frame.place, frame.kind == DaxNode.Kind.ROWS ? "expected }" : "expected )");
+        fail(frame.bracket, frame.kind == DaxNode.Kind.ROWS ? "expected }" : "expected )");
         close();
       }
     }
@@ -117,6 +120,7 @@ final class DaxParser {
     } else if (following.isSign('(')) {
       ++at;
       begin(new Frame(DaxNode.Kind.CALL, token.position(), token.value()));
+      open.peek().bracket = following.position();
     } else if (word.equals("dt") && following.kind() == DaxTokens.Kind.TEXT) {
       ++at;
       operand(DaxNode.constant(token.position()));

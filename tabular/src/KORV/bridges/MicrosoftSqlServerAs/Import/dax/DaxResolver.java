@@ -22,20 +22,24 @@ public final class DaxResolver extends ModelNames {
     DaxEvaluator evaluator = new DaxEvaluator(this, new DaxExpression(text), null, false);
     DaxTable table = evaluator.run();
     DaxLineage whole = evaluator.lineage();
-    return new TableLineage(whole, sourceColumn -> columnOf(sourceColumn, table, evaluator));
+    boolean certain = table.known && whole.faults.isEmpty() && whole.unresolved.isEmpty();
+    return new TableLineage(whole, sourceColumn -> columnOf(sourceColumn, table, certain, evaluator));
   }
 
   /** `sourceColumn` is Name, [Name] or Table[Name]. Null where it cannot be told. */
-  private DaxLineage columnOf(String sourceColumn, DaxTable table, DaxEvaluator evaluator) {
+  private DaxLineage columnOf(String sourceColumn, DaxTable table, boolean certain, DaxEvaluator evaluator) {
+    if (sourceColumn.isEmpty()) return null;
     int bracket = sourceColumn.indexOf('[');
     String owner =
         bracket < 0 ? "" : sourceColumn.substring(0, bracket).replaceAll("^'|'$", "").replace("''", "'");
     String name = bracket < 0 ? sourceColumn
                               : sourceColumn.substring(bracket + 1).replaceAll("\\]$", "").replace("]]", "]");
+    String written = owner.isEmpty() ? null : owner;
     Table origin = owner.isEmpty() ? null : findTable(owner);
     DaxTable.Column column = origin == null ? table.find(name) : table.find(origin, name);
-    if (column == null && origin != null && findColumn(origin, name) != null)
-      return evaluator.lineage(Sources.of(findColumn(origin, name)));
-    return column == null ? null : evaluator.lineage(column.sources());
+    if (column != null) return evaluator.lineage(column.sources());
+    if (certain && !table.has(name)) return DaxLineage.unresolved(DaxNode.column(0, written, name));
+    boolean isThere = origin != null && findColumn(origin, name) != null;
+    return isThere ? evaluator.lineage(Sources.of(findColumn(origin, name))) : null;
   }
 }

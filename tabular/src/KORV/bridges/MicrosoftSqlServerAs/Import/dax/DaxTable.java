@@ -98,6 +98,15 @@ final class DaxTable {
     return null;
   }
 
+  /** Whether there is a column [name], one or more. */
+  boolean has(String name) {
+    String key = Names.fold(name);
+    for (DaxTable at = this; at != null; at = at.base) {
+      if (at.index().containsKey(key)) return true;
+    }
+    return false;
+  }
+
   Column find(ModelNames.Table origin, String name) {
     String key = key(origin, name);
     for (DaxTable at = this; at != null; at = at.base) {

@@ -17,6 +17,7 @@ public class ModelNames {
   }
 
   private final Map<String, Table> tables = new HashMap<>();
+  private final Map<String, Table> calendars = new HashMap<>();
   private final Map<String, ModelObject> measures = new HashMap<>();
   private final Map<String, DaxExpression> functions = new HashMap<>();
 
@@ -34,11 +35,16 @@ public class ModelNames {
     measures.putIfAbsent(Names.fold(name), measure);
   }
 
+  /** A calendar stands for the table that it is of. */
+  public void addCalendar(String name, Table table) { calendars.putIfAbsent(Names.fold(name), table); }
+
   public void addFunction(String name, String text) {
     functions.putIfAbsent(Names.fold(name), DaxExpression.function(text));
   }
 
   public Table findTable(String name) { return tables.get(Names.fold(name)); }
+
+  Table findCalendar(String name) { return calendars.get(Names.fold(name)); }
 
   public ModelObject findMeasure(String name) { return measures.get(Names.fold(name)); }
 
