@@ -202,7 +202,7 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
 
   private MValue operation(MNode node, MScope scope) {
     List<MValue> values = evaluateAll(node.items(), scope);
-    if (values.size() == 1) return mixed(values);
+    if (values.size() == 1) return MOperators.single(this, node.names().get(0), values.get(0));
     boolean joins = node.names().stream().allMatch(name -> name.equals("&"));
     if (joins) return MOperators.join(this, values, node.at());
     MValue value = values.get(0);
@@ -223,6 +223,8 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
     MSource source = context.dataSource(name);
     if (source != null) return MValue.source(source);
     value = query("table", name, context.tableQuery(name));
+    if (value != null) return value;
+    value = MFunctions.constant(name);
     if (value != null) return value;
     return MValue.function((arguments, call) -> call(name, arguments, call));
   }
@@ -288,7 +290,9 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
       for (MValue item : argument.items)
         if (item.is(MValue.Kind.TABLE)) bases.add(item.relation);
     }
-    return MValue.table(Relation.opaque(bases, connection).blame(fault));
+    Relation relation = Relation.opaque(bases, connection).blame(fault);
+    relation.readAlso(origin(arguments));
+    return MValue.table(relation);
   }
 
   private MValue access(MNode node, MScope scope) {
