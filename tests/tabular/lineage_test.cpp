@@ -218,6 +218,31 @@ json doublingModel(int levels) {
           {"model", {{"dataSources", dataSources}, {"tables", tables}, {"expressions", shared}}}};
 }
 
+/// Shared expressions of which each names the one before it, the last one read by a table.
+json chainModel(int length) {
+  json shared = json::array({{{"name", "Q0"}, {"expression", R"(DW{[Schema="dbo",Item="T"]}[Data])"}}});
+  for (int i = 1; i <= length; ++i) {
+    const std::string step = "let S = Q\xC2\xA7 in Table.RenameColumns(S, {{\"c\xC2\xA7\", \"c";
+    shared.push_back({{"name", numbered("Q\xC2\xA7", i)},
+                      {"expression", numbered(step, i - 1) + numbered("\xC2\xA7\"}})", i)}});
+  }
+  const std::string last = numbered("Table.RenameColumns(Q\xC2\xA7, {{\"c\xC2\xA7\", \"A\"}})", length);
+  const json dataSources = json::array({{{"name", "DW"}, {"connectionString", "Data Source=dw.example"}}});
+  return {{"name", "Chain"},
+          {"model",
+           {{"dataSources", dataSources},
+            {"tables", json::array({tableOfQuery("last", last)})},
+            {"expressions", shared}}}};
+}
+
+TEST(TabularLineage, AChainOfSharedExpressionsIsFollowedToItsEnd) {
+  const tav::test::ImporterRun run = tav::test::importText(chainModel(5000).dump());
+  ASSERT_EQ(run.exitCode, 0) << run.errors;
+  EXPECT_EQ(run.messages.find("TAVTAB_W0002"), std::string::npos) << run.messages;
+  const Sources sources = tav::test::sourcesOf(*run.model);
+  EXPECT_EQ(sources.at("/Dimensions/last/A"), std::vector<std::string>{"/Data Source Views/DW/T/c0"});
+}
+
 double secondsFor(int levels) {
   const auto start = std::chrono::steady_clock::now();
   const tav::test::ImporterRun run = tav::test::importText(doublingModel(levels).dump());

@@ -22,6 +22,15 @@ final class MCall {
 
   MValue argument(int place) { return place < arguments.size() ? arguments.get(place) : MValue.UNKNOWN; }
 
+  /** The place of the call in the text. */
+  int place() { return written.at(); }
+
+  MCall withFirst(MValue value) {
+    List<MValue> others = new ArrayList<>(arguments);
+    others.set(0, value);
+    return with(others);
+  }
+
   MCall with(List<MValue> others) { return new MCall(evaluator, name, others, written); }
 
   /** Whether an argument is null. */

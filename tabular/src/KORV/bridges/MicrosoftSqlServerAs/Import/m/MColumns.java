@@ -4,10 +4,14 @@ import java.util.ArrayList;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
 
 /** Functions that choose, name, add and change columns of one table. */
 final class MColumns {
   private static final String COMPUTED = "computes names of columns";
+  /** What to do with columns that are not there: MissingField.Ignore and MissingField.UseNull. */
+  static final String IGNORE = "1";
+  static final String USE_NULL = "2";
   private static final int MOST_PARTS = 1000;
 
   private MColumns() {}
@@ -37,11 +41,27 @@ final class MColumns {
     Relation from = call.table(0);
     if (from == null) return MValue.UNKNOWN;
     List<String> names = call.texts(1);
-    if (names != null) return MValue.table(Relation.chosen(from, names, call.budget()));
+    if (names != null) return MValue.table(chosen(call, from, names));
     Relation relation = Relation.over(from);
     relation.setUnordered();
     return MValue.table(relation);
   }
+
+  private static Relation chosen(MCall call, Relation from, List<String> names) {
+    List<String> there = names;
+    if (isMissing(call, IGNORE))
+      there = names.stream().filter(name -> call.find(from, name) != null).toList();
+    Relation relation = Relation.chosen(from, there, call.budget());
+    boolean nulls = isMissing(call, USE_NULL);
+    for (String name : nulls ? names : List.<String>of())
+      if (call.find(from, name) == null) relation.put(name, Set.of());
+    // Of a table of the database nobody knows which of them it has.
+    if (isMissing(call, IGNORE) && !there.stream().allMatch(from::hasSurely)) relation.setUnordered();
+    return relation;
+  }
+
+  /** What the call says about columns that are not there. */
+  private static boolean isMissing(MCall call, String what) { return what.equals(call.argument(2).text); }
 
   static MValue remove(MCall call) {
     if (call.table(0) == null) return MValue.UNKNOWN;
@@ -86,7 +106,7 @@ final class MColumns {
     // All at once, because names may change places.
     Map<String, Relation.Output> renamed = new LinkedHashMap<>();
     for (List<MValue> pair : pairs) {
-      if (call.find(from, pair.get(0).text) == null && call.has(2)) continue;
+      if (isMissing(call, IGNORE) && call.find(from, pair.get(0).text) == null) continue;
       String name = pair.get(1).constantText();
       if (name == null) {
         relation.leaveOut(pair.get(0).text);
@@ -95,9 +115,32 @@ final class MColumns {
         continue;
       }
       Relation.Output old = call.find(from, pair.get(0).text);
-      renamed.put(pair.get(0).text, (old == null ? Relation.unknown(name) : old).called(name));
+      if (old == null)
+        old = isMissing(call, USE_NULL) ? call.output(name, MValue.UNKNOWN) : Relation.unknown(name);
+      renamed.put(pair.get(0).text, old.called(name));
     }
     relation.rename(renamed, call.budget());
+    return MValue.table(relation);
+  }
+
+  /** Table.TransformColumnNames(table, function, options): the names that are known get their new ones. */
+  static MValue transformNames(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    if (call.has(2)) return call.unknownColumns(COMPUTED);
+    List<String> names = from.names(call.budget());
+    boolean exact = names != null;
+    if (!exact) names = from.outputs().stream().map(Relation.Output::name).toList();
+    Relation relation = Relation.rowsOf(from);
+    for (String old : names) {
+      String name = call.apply(call.argument(1), MValue.text(old)).constantText();
+      exact &= name != null;
+      if (name != null) call.put(relation, name, relation.hasSurely(name) ? null : call.find(from, old));
+    }
+    if (!exact) {
+      relation.setDoubtful(call.budget());
+      relation.blame(call.fault(COMPUTED));
+    }
     return MValue.table(relation);
   }
 
@@ -114,19 +157,49 @@ final class MColumns {
     Relation from = call.table(0);
     if (from == null) return MValue.UNKNOWN;
     Relation relation = Relation.over(from);
-    return added(call, relation, call.apply(call.argument(2), MValue.row(from)));
+    return added(call, relation, call.text(1), call.apply(call.argument(2), MValue.row(from)));
   }
 
   static MValue addIndex(MCall call) {
     if (call.table(0) == null) return MValue.UNKNOWN;
-    return added(call, Relation.over(call.table(0)), MValue.UNKNOWN);
+    return added(call, Relation.over(call.table(0)), call.text(1), MValue.UNKNOWN);
+  }
+
+  /** Table.AddRankColumn(table, name, what is compared): ranks are made of what is compared. */
+  static MValue addRank(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    MValue compared = call.cells(from, listed(call.argument(2)));
+    if (call.argument(2).is(MValue.Kind.FUNCTION)) compared = ofRow(call, call.argument(2), from);
+    return added(call, Relation.over(from), call.text(1), compared);
+  }
+
+  /** Table.AddFuzzyClusterColumn(table, column, name): each cluster is called like one of its values. */
+  static MValue addCluster(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    MValue cells = call.text(1) == null ? MValue.UNKNOWN : call.cells(from, List.of(call.text(1)));
+    return added(call, Relation.over(from), call.text(2), cells);
+  }
+
+  /** Table.CombineColumnsToRecord(table, name, columns). */
+  static MValue combineToRecord(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<String> columns = call.texts(2);
+    if (columns == null) return call.unknownColumns(COMPUTED);
+    Map<String, MValue> fields = new LinkedHashMap<>();
+    for (String column : columns) fields.put(column, MCall.cell(call.find(from, column)));
+    Relation relation = Relation.over(from);
+    relation.setUnordered();
+    return added(call, relation, call.text(1), MValue.record(fields));
   }
 
   /** With a name that is not known any column may be the new one. */
-  private static MValue added(MCall call, Relation relation, MValue cells) {
+  private static MValue added(MCall call, Relation relation, String name, MValue cells) {
     relation.setComputed();
-    if (call.text(1) != null) {
-      call.put(relation, call.text(1), cells);
+    if (name != null) {
+      call.put(relation, name, cells);
     } else {
       relation.setDoubtful(call.budget());
       relation.blame(call.fault(COMPUTED));
@@ -197,6 +270,9 @@ final class MColumns {
 
   /** Replacer.ReplaceValue(value, old, new): the old value is only compared. */
   static MValue replacer(MCall call) {
+    boolean whole =
+        call.name.endsWith("Value") && call.argument(0).isConstant() && call.argument(1).isConstant();
+    if (whole) return call.argument(MOperators.same(call.argument(0), call.argument(1)) ? 2 : 0);
     return call.evaluator.mixed(List.of(call.argument(0), call.argument(2)));
   }
 

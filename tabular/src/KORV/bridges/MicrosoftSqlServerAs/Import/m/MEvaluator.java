@@ -3,7 +3,6 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 import java.util.ArrayDeque;
 import java.util.ArrayList;
 import java.util.Deque;
-import java.util.HashMap;
 import java.util.HashSet;
 import java.util.LinkedHashMap;
 import java.util.LinkedHashSet;
@@ -20,18 +19,18 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
   private record Text(String name, String text) {}
 
   private final MContext context;
-  /** Shared expressions by name, each evaluated once for all queries of a model. */
-  private final Map<String, MValue> shared = new HashMap<>();
-  private final Set<String> openQueries = new HashSet<>();
+  private final MQueries queries;
   private Budget budget = new Budget(0);
   private Text text = new Text("", "");
   private int depth;
   /** Whether a function was called that is not known, and whose rows may come from anywhere. */
   private boolean foreign;
-  private final Set<String> foreignQueries = new HashSet<>();
   private boolean tooDeep;
 
-  MEvaluator(MContext context) { this.context = context; }
+  MEvaluator(MContext context) {
+    this.context = context;
+    queries = new MQueries(context);
+  }
 
   @Override
   public MContext context() {
@@ -50,7 +49,10 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
     foreign = false;
     tooDeep = false;
     text = new Text("", query);
-    return evaluate(MParser.parse(query), MScope.inside(null));
+    MNode tree = MParser.parse(query);
+    queries.begin();
+    queries.before(tree, this::evaluateShared);
+    return evaluate(tree, MScope.inside(null));
   }
 
   /** Whether the query that was evaluated last may read something that it does not name. */
@@ -202,7 +204,7 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
 
   private MValue operation(MNode node, MScope scope) {
     List<MValue> values = evaluateAll(node.items(), scope);
-    if (values.size() == 1) return mixed(values);
+    if (values.size() == 1) return MOperators.single(this, node.names().get(0), values.get(0));
     boolean joins = node.names().stream().allMatch(name -> name.equals("&"));
     if (joins) return MOperators.join(this, values, node.at());
     MValue value = values.get(0);
@@ -224,37 +226,38 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
     if (source != null) return MValue.source(source);
     value = query("table", name, context.tableQuery(name));
     if (value != null) return value;
+    value = MFunctions.constant(name);
+    if (value != null) return value;
     return MValue.function((arguments, call) -> call(name, arguments, call));
   }
 
   private MValue query(String kind, String name, String query) {
-    if (query == null) return null;
-    String key = kind + " '" + name + "'";
-    MValue known = shared.get(key);
-    if (known != null) {
-      foreign |= foreignQueries.contains(key);
-      return known;
+    return query == null ? null : valueOf(new MQueries.Query(kind, name, query));
+  }
+
+  private MValue valueOf(MQueries.Query query) {
+    if (!queries.isKnown(query)) {
+      if (queries.isOpen(query)) return MValue.UNKNOWN;
+      queries.inOrder(query, this::evaluateShared);
     }
-    if (!openQueries.add(key)) return MValue.UNKNOWN;
-    budget.add(query.length());
+    foreign |= queries.isForeign(query);
+    return queries.value(query);
+  }
+
+  private void evaluateShared(MQueries.Query query, MNode tree, MSyntaxFault fault) {
+    budget.add(query.text().length());
     Text caller = text;
     boolean before = foreign;
     foreign = false;
-    text = new Text(key, query);
-    MValue value = MValue.UNKNOWN;
-    try {
-      value = evaluate(MParser.parse(query), MScope.inside(null));
-    } catch (MSyntaxFault fault) {
-      foreign = true;
-      value = MValue.table(Relation.opaque(List.of(), "").blame(fault(fault.getMessage(), fault.at)));
-    }
+    text = new Text(query.key(), query.text());
+    foreign = fault != null;
+    MValue value = fault == null
+        ? evaluate(tree, MScope.inside(null))
+        : MValue.table(Relation.opaque(List.of(), "").blame(fault(fault.getMessage(), fault.at)));
     text = caller;
-    if (foreign) foreignQueries.add(key);
-    foreign |= before;
-    openQueries.remove(key);
     // What had to stop early is another value for another query.
-    if (!budget.isSpent()) shared.put(key, value);
-    return value;
+    queries.set(query, value, foreign, !budget.isSpent() && !tooDeep);
+    foreign = before;
   }
 
   private MValue call(String name, List<MValue> arguments, MNode written) {
@@ -289,7 +292,9 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
       for (MValue item : argument.items)
         if (item.is(MValue.Kind.TABLE)) bases.add(item.relation);
     }
-    return MValue.table(Relation.opaque(bases, connection).blame(fault));
+    Relation relation = Relation.opaque(bases, connection).blame(fault);
+    relation.readAlso(origin(arguments));
+    return MValue.table(relation);
   }
 
   private MValue access(MNode node, MScope scope) {

@@ -1,6 +1,5 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
-import java.util.ArrayList;
 import java.util.List;
 import java.util.Set;
 
@@ -64,9 +63,7 @@ final class MFiles {
   static MCall withRows(MCall call) {
     MValue file = call.argument(0);
     if (!file.is(MValue.Kind.RECORD) || file.relation == null || !file.fields.isEmpty()) return call;
-    List<MValue> arguments = new ArrayList<>(call.arguments);
-    arguments.set(0, MValue.repeated(file));
-    return call.with(arguments);
+    return call.withFirst(MValue.repeated(file));
   }
 
   static MValue lines(MCall call) {

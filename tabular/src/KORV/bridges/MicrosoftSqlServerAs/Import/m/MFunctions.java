@@ -39,12 +39,15 @@ final class MFunctions {
     FUNCTIONS.put("Table.PrefixColumns", MColumns::prefix);
     FUNCTIONS.put("Table.AddColumn", MColumns::add);
     FUNCTIONS.put("Table.AddIndexColumn", MColumns::addIndex);
+    FUNCTIONS.put("Table.AddRankColumn", MColumns::addRank);
+    FUNCTIONS.put("Table.AddFuzzyClusterColumn", MColumns::addCluster);
+    FUNCTIONS.put("Table.CombineColumnsToRecord", MColumns::combineToRecord);
     FUNCTIONS.put("Table.DuplicateColumn", MColumns::duplicate);
     FUNCTIONS.put("Table.TransformColumns", MColumns::transform);
     FUNCTIONS.put("Table.ReplaceValue", MColumns::replace);
     FUNCTIONS.put("Table.SplitColumn", MColumns::split);
     FUNCTIONS.put("Table.CombineColumns", MColumns::combine);
-    FUNCTIONS.put("Table.TransformColumnNames", call -> call.unknownColumns("computes names of columns"));
+    FUNCTIONS.put("Table.TransformColumnNames", MColumns::transformNames);
     FUNCTIONS.put("Table.PromoteHeaders", MFiles::promoteHeaders);
     FUNCTIONS.put("Table.DemoteHeaders", MColumns::demoteHeaders);
     FUNCTIONS.put("Table.View", MTables::view);
@@ -52,6 +55,7 @@ final class MFunctions {
     FUNCTIONS.put("Replacer.ReplaceText", MColumns::replacer);
 
     FUNCTIONS.put("Table.Group", MTables::group);
+    FUNCTIONS.put("Table.FuzzyGroup", MTables::group);
     FUNCTIONS.put("Table.Pivot", MTables::pivot);
     FUNCTIONS.put("Table.Unpivot", MTables::unpivot);
     FUNCTIONS.put("Table.UnpivotOtherColumns", MTables::unpivotOthers);
@@ -61,7 +65,13 @@ final class MFunctions {
     FUNCTIONS.put("Table.Join", MTables::join);
     FUNCTIONS.put("Table.FuzzyJoin", MTables::join);
     FUNCTIONS.put("Table.Combine", MTables::append);
-    FUNCTIONS.put("Table.InsertRows", MTables::insertRows);
+    FUNCTIONS.put("Table.InsertRows", call -> MTables.withRows(call, 2));
+    FUNCTIONS.put("Table.ReplaceRows", call -> MTables.withRows(call, 3));
+    FUNCTIONS.put("Table.Split", MTables::pages);
+    FUNCTIONS.put("Table.SplitAt", MTables::pages);
+    FUNCTIONS.put("Table.Partition", MTables::pages);
+    FUNCTIONS.put("Table.FromPartitions", MTables::fromPartitions);
+    FUNCTIONS.put("Table.Transpose", MTables::transpose);
     FUNCTIONS.put("Table.ExpandTableColumn", MTables::expandTable);
     FUNCTIONS.put("Table.ExpandRecordColumn", MTables::expandRecord);
     FUNCTIONS.put("Table.ExpandListColumn", MTables::expandList);
@@ -80,33 +90,24 @@ final class MFunctions {
     for (String name : List.of("Table.RowCount", "Table.ColumnCount", "Table.IsEmpty", "Table.IsDistinct",
              "Table.HasColumns", "Table.Contains", "Table.ContainsAll", "Table.ContainsAny",
              "Table.MatchesAllRows", "Table.MatchesAnyRows", "Table.PositionOf", "Table.ApproximateRowCount",
-             "Table.Keys", "Table.ColumnsOfType", "Table.ToList", "Table.ToRows", "Table.ToColumns",
-             "Table.FirstValue", "Value.Type", "Value.Is", "Value.Metadata"))
+             "Table.Keys", "Table.ColumnsOfType", "Table.ToList", "Table.FirstValue", "Value.Type",
+             "Value.Is", "Value.Metadata"))
       FUNCTIONS.put(name, call -> MValue.UNKNOWN);
     FUNCTIONS.put("Table.Column", MScalars::column);
     FUNCTIONS.put("Table.ColumnNames", MScalars::columnNames);
+    FUNCTIONS.put("Table.ToColumns", MScalars::columns);
+    FUNCTIONS.put("Table.ToRows", MScalars::rows);
     FUNCTIONS.put("Table.ToRecords", MScalars::records);
     FUNCTIONS.put("Table.TransformRows", MScalars::transformRows);
 
-    for (String name : List.of("List.Buffer", "List.Distinct", "List.Sort", "List.Reverse", "List.Select",
-             "List.RemoveNulls", "List.FirstN", "List.LastN", "List.RemoveItems", "List.Skip", "List.Range",
-             "List.RemoveFirstN", "List.RemoveLastN"))
-      FUNCTIONS.put(name, MScalars::someItems);
-    FUNCTIONS.put("List.First", call -> MScalars.end(call, true));
-    FUNCTIONS.put("List.Last", call -> MScalars.end(call, false));
-    FUNCTIONS.put("List.Transform", MScalars::transformList);
-    FUNCTIONS.put("List.Accumulate", MScalars::accumulate);
-    FUNCTIONS.put("List.Combine", MScalars::combineLists);
-    FUNCTIONS.put("List.Count", call -> MValue.UNKNOWN);
-    FUNCTIONS.put("Record.Field", MScalars::recordField);
-    FUNCTIONS.put("Record.FieldOrDefault", MScalars::recordField);
-    FUNCTIONS.put("Record.AddField", MScalars::addField);
-    FUNCTIONS.put("Record.FieldNames", call -> MValue.UNKNOWN);
+    addLists();
+    addRecords();
+
     FUNCTIONS.put("Function.Invoke", MScalars::invoke);
-    FUNCTIONS.put("Text.From", MScalars::textFrom);
-    FUNCTIONS.put("Number.ToText", MScalars::textFrom);
-    FUNCTIONS.put("Text.Combine", MScalars::combineTexts);
-    FUNCTIONS.put("Text.Replace", MScalars::replaceText);
+    for (String name : MTexts.names()) FUNCTIONS.put(name, MTexts::apply);
+    FUNCTIONS.put("Text.From", MTexts::from);
+    FUNCTIONS.put("Number.ToText", MTexts::from);
+    FUNCTIONS.put("Text.Combine", MTexts::combine);
 
     FUNCTIONS.put("Value.NativeQuery", MSources::nativeQuery);
     for (String name :
@@ -122,6 +123,76 @@ final class MFunctions {
   }
 
   private MFunctions() {}
+
+  private static void addLists() {
+    FUNCTIONS.put("List.Buffer", call -> call.argument(0).is(MValue.Kind.LIST) ? call.argument(0) : null);
+    for (String name : List.of(
+             "List.Sort", "List.RemoveNulls", "List.RemoveRange", "List.Alternate", "List.MaxN", "List.MinN"))
+      FUNCTIONS.put(name, MLists::someItems);
+    addPart("List.FirstN", (items, count, none) -> MLists.front(items, count));
+    addPart("List.LastN", (items, count, none) -> MLists.back(items, count));
+    addPart("List.Skip", (items, count, none) -> MLists.behind(items, count));
+    addPart("List.RemoveFirstN", (items, count, none) -> MLists.behind(items, count));
+    addPart("List.RemoveLastN", (items, count, none) -> MLists.before(items, count));
+    addPart("List.Range", MLists::range);
+    addPart("List.Reverse", (items, none, nothing) -> MLists.reversed(items));
+    FUNCTIONS.put("List.First", call -> MLists.end(call, true));
+    FUNCTIONS.put("List.Last", call -> MLists.end(call, false));
+    FUNCTIONS.put("List.Count", MLists::count);
+    FUNCTIONS.put("List.Contains", MLists::contains);
+    FUNCTIONS.put("List.Select", MLists::select);
+    FUNCTIONS.put("List.Transform", MLists::transform);
+    FUNCTIONS.put("List.TransformMany", MLists::transformMany);
+    FUNCTIONS.put("List.Accumulate", MLists::accumulate);
+    FUNCTIONS.put("List.Generate", MLists::generate);
+    FUNCTIONS.put("List.Numbers", MLists::numbers);
+    FUNCTIONS.put("List.Positions", MLists::positions);
+    FUNCTIONS.put("List.Repeat", MLists::repeat);
+    FUNCTIONS.put("List.Combine", MLists::combine);
+    FUNCTIONS.put("List.Zip", MLists::zip);
+    FUNCTIONS.put("List.InsertRange", MLists::insertRange);
+    FUNCTIONS.put("List.ReplaceValue", MLists::replaceValue);
+    FUNCTIONS.put("List.Split", MLists::split);
+    FUNCTIONS.put("List.Distinct", MLists::distinct);
+    FUNCTIONS.put("List.Difference", call -> MLists.difference(call, false));
+    FUNCTIONS.put("List.RemoveItems", call -> MLists.difference(call, true));
+    FUNCTIONS.put("List.RemoveMatchingItems", call -> MLists.difference(call, true));
+    FUNCTIONS.put("List.Union", call -> MLists.ofSets(call, true));
+    FUNCTIONS.put("List.Intersect", call -> MLists.ofSets(call, false));
+  }
+
+  private static void addPart(String name, MLists.Part part) {
+    FUNCTIONS.put(name, call -> MLists.part(call, part));
+  }
+
+  private static void addRecords() {
+    FUNCTIONS.put("Record.Field", MRecords::field);
+    FUNCTIONS.put("Record.FieldOrDefault", MRecords::field);
+    FUNCTIONS.put("Record.AddField", MRecords::add);
+    FUNCTIONS.put("Record.SelectFields", call -> MRecords.changed(call, MColumns::select));
+    FUNCTIONS.put("Record.RemoveFields", call -> MRecords.changed(call, MColumns::remove));
+    FUNCTIONS.put("Record.RenameFields", call -> MRecords.changed(call, MColumns::rename));
+    FUNCTIONS.put("Record.ReorderFields", call -> MRecords.changed(call, MColumns::reorder));
+    FUNCTIONS.put("Record.TransformFields", call -> MRecords.changed(call, MColumns::transform));
+    FUNCTIONS.put("Record.Combine", MRecords::combine);
+    FUNCTIONS.put("Record.FromList", MRecords::fromList);
+    FUNCTIONS.put("Record.FromTable", MRecords::fromTable);
+    FUNCTIONS.put("Record.ToTable", MRecords::toTable);
+    FUNCTIONS.put("Record.ToList", MRecords::toList);
+    FUNCTIONS.put("Record.FieldValues", MRecords::toList);
+    FUNCTIONS.put("Record.FieldNames", MRecords::fieldNames);
+    FUNCTIONS.put("Record.HasFields", MRecords::hasFields);
+  }
+
+  /** What some names of the language stand for that are no functions. */
+  static MValue constant(String name) {
+    return switch (name) {
+      case "MissingField.Error" -> MValue.number("0");
+      case "MissingField.Ignore" -> MValue.number(MColumns.IGNORE);
+      case "MissingField.UseNull" -> MValue.number(MColumns.USE_NULL);
+      default -> null;
+    };
+  }
 
   /** Null for a function that is not known. */
   static Function find(String name) {

@@ -23,7 +23,7 @@ final class MMaking {
 
   static MValue fromRows(MCall call) { return ofRows(call, call.argument(0), names(call.argument(1))); }
 
-  private static List<String> names(MValue value) {
+  static List<String> names(MValue value) {
     return value.is(MValue.Kind.TYPE) ? value.names : MCall.texts(value);
   }
 
@@ -43,7 +43,8 @@ final class MMaking {
   static MValue fromColumns(MCall call) {
     List<String> names = names(call.argument(1));
     MValue lists = call.argument(0);
-    if (names == null || !lists.isWholeList() || lists.items.size() < names.size()) return null;
+    if (names == null || !lists.isWholeList() || lists.items.size() < names.size())
+      return call.unknownColumns("has columns that are not known");
     List<List<MValue>> columns = new ArrayList<>();
     for (MValue list : lists.items) columns.add(List.of(list));
     return made(call, names, columns);
@@ -61,11 +62,11 @@ final class MMaking {
 
   private static MValue made(MCall call, List<String> names, List<List<MValue>> columns) {
     Relation relation = Relation.made();
+    relation.readAlso(call.evaluator.origin(call.arguments));
     for (int i = 0; i < names.size(); ++i) {
       List<MValue> cells = columns.get(i);
       MValue content = cells.isEmpty() ? MValue.UNKNOWN : content(call, cells);
       relation.put(names.get(i), new Relation.Output("", call.evaluator.union(cells), content));
-      relation.readAlso(call.evaluator.origin(cells));
     }
     return MValue.table(relation);
   }

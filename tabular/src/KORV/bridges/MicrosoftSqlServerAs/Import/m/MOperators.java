@@ -28,6 +28,12 @@ final class MOperators {
     };
   }
 
+  /** `not`, or another operator before one value. */
+  static MValue single(MEvaluation evaluator, String operator, MValue value) {
+    boolean logical = operator.equals("not") && value.is(MValue.Kind.LOGICAL);
+    return logical ? MValue.logical(value.text.equals("false")) : evaluator.mixed(List.of(value));
+  }
+
   static boolean same(MValue left, MValue right) {
     return left == right || left.isConstant() && left.kind == right.kind && left.text.equals(right.text);
   }

@@ -2,21 +2,11 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
 import java.util.ArrayList;
 import java.util.List;
-import java.util.Map;
-import java.util.Set;
 
 /** Reads a query of the M language into a tree. */
 final class MParser {
   /** The text is anybody's, and each level of nesting takes some of Java's stack. */
   private static final int MAX_DEPTH = 300;
-
-  /** Operators by how strongly they bind. */
-  private static final Map<String, Integer> STRENGTHS = Map.ofEntries(Map.entry("??", 1), Map.entry("or", 2),
-      Map.entry("and", 3), Map.entry("is", 4), Map.entry("as", 4), Map.entry("=", 5), Map.entry("<>", 5),
-      Map.entry("<", 6), Map.entry(">", 6), Map.entry("<=", 6), Map.entry(">=", 6), Map.entry("+", 7),
-      Map.entry("-", 7), Map.entry("&", 7), Map.entry("*", 8), Map.entry("/", 8), Map.entry("meta", 9));
-  private static final Set<String> KEYWORDS = Set.of(
-      "and", "as", "each", "else", "error", "if", "in", "is", "let", "meta", "or", "otherwise", "then");
 
   private final MTokens tokens;
   private int at;
@@ -189,18 +179,18 @@ final class MParser {
   private String operator() {
     MTokens.Token token = next();
     boolean can = token.kind() == MTokens.Kind.SIGN || token.kind() == MTokens.Kind.WORD;
-    return can && STRENGTHS.containsKey(token.value()) ? token.value() : null;
+    return can && MTokens.STRENGTHS.containsKey(token.value()) ? token.value() : null;
   }
 
   private MNode operation(int least) throws MSyntaxFault {
     MNode left = operand();
     for (String operator = operator(); operator != null; operator = operator()) {
-      int strength = STRENGTHS.get(operator);
+      int strength = MTokens.STRENGTHS.get(operator);
       if (strength < least) break;
       List<String> operators = new ArrayList<>();
       List<MNode> operands = new ArrayList<>(List.of(left));
       // Operators of one strength side by side are one node, so that a long sum is no deep tree.
-      while (operator != null && STRENGTHS.get(operator) == strength) {
+      while (operator != null && MTokens.STRENGTHS.get(operator) == strength) {
         ++at;
         operators.add(operator);
         operands.add(operator.equals("is") || operator.equals("as") ? type() : operation(strength + 1));
@@ -212,12 +202,17 @@ final class MParser {
   }
 
   private MNode operand() throws MSyntaxFault {
-    boolean changed = false;
+    String operator = null;
     int begin = next().begin();
-    while (takeSign("+") || takeSign("-") || takeWord("not")) changed = true;
+    for (boolean negated = false;; operator = negated ? "not" : "-") {
+      if (takeWord("not"))
+        negated = !negated;
+      else if (!takeSign("+") && !takeSign("-"))
+        break;
+    }
     if (takeWord("type")) return type();
     MNode node = access();
-    return changed ? MNode.of(MNode.Kind.OPERATION, List.of("not"), List.of(node), begin) : node;
+    return operator == null ? node : MNode.of(MNode.Kind.OPERATION, List.of(operator), List.of(node), begin);
   }
 
   private MNode access() throws MSyntaxFault {
@@ -271,7 +266,7 @@ final class MParser {
 
   private MNode word(MTokens.Token token, boolean own) throws MSyntaxFault {
     boolean quoted = token.kind() == MTokens.Kind.QUOTED;
-    if (!quoted && KEYWORDS.contains(token.value())) throw unexpected();
+    if (!quoted && MTokens.KEYWORDS.contains(token.value())) throw unexpected();
     ++at;
     if (!quoted && token.value().equals("null")) return MNode.of(MNode.Kind.NOTHING, "null", token.begin());
     if (!quoted && (token.value().equals("true") || token.value().equals("false")))

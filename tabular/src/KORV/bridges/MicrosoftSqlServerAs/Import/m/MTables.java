@@ -145,11 +145,51 @@ final class MTables {
     return MValue.table(columns == null ? relation : Relation.chosen(relation, columns, call.budget()));
   }
 
-  /** Table.InsertRows(table, place, records). */
-  static MValue insertRows(MCall call) {
+  /** The rows of a table, and those that argument `place` lists as records. */
+  static MValue withRows(MCall call, int place) {
     if (call.table(0) == null) return MValue.UNKNOWN;
+    MValue rows = MMaking.fromRecords(call.withFirst(call.argument(place)));
     Relation relation = Relation.over(call.table(0));
     relation.setComputed();
+    if (rows == null) return MValue.table(relation.blame(call.fault("takes rows that are not known")));
+    return MValue.table(Relation.append(List.of(relation, rows.relation)));
+  }
+
+  /** Functions that cut a table into a list of tables. */
+  static MValue pages(MCall call) {
+    return call.table(0) == null ? MValue.UNKNOWN : MValue.repeated(MValue.table(call.table(0)));
+  }
+
+  /** Table.FromPartitions(column, {{value, table}, ...}). */
+  static MValue fromPartitions(MCall call) {
+    List<MValue> tables = new ArrayList<>();
+    List<Relation> parts = new ArrayList<>();
+    for (MValue partition : call.argument(1).items) {
+      List<MValue> pair = partition.items;
+      if (pair.size() != 2) continue;
+      tables.add(pair.get(1));
+      if (!pair.get(1).is(MValue.Kind.TABLE) || call.text(0) == null) continue;
+      Relation part = Relation.over(pair.get(1).relation);
+      part.setComputed();
+      call.put(part, call.text(0), pair.get(0));
+      parts.add(part);
+    }
+    boolean whole = call.argument(1).isWholeList() && parts.size() == call.argument(1).items.size();
+    if (whole && !parts.isEmpty()) return MValue.table(Relation.append(parts));
+    return call.evaluator.unknownTable(tables, call.fault("puts together tables that are not known"));
+  }
+
+  /** Table.Transpose(table, names): every column is made of one row, and so of all columns. */
+  static MValue transpose(MCall call) {
+    Relation from = call.table(0);
+    if (from == null) return MValue.UNKNOWN;
+    List<String> names = from.names(call.budget());
+    List<String> made = call.has(1) ? MMaking.names(call.argument(1)) : null;
+    if (names == null || made == null) return call.unknownColumns("turns rows into columns");
+    Relation relation = Relation.rowsOf(from);
+    relation.setComputed();
+    MValue cells = call.cells(from, names);
+    for (String name : made) call.put(relation, name, cells);
     return MValue.table(relation);
   }
 

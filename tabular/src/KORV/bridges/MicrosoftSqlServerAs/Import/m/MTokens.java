@@ -3,9 +3,19 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Map;
+import java.util.Set;
 
 /** The tokens of a query in the M language: `Table.RenameColumns` is one word, #"Changed Type" is quoted. */
 final class MTokens {
+  /** Operators by how strongly they bind. */
+  static final Map<String, Integer> STRENGTHS = Map.ofEntries(Map.entry("??", 1), Map.entry("or", 2),
+      Map.entry("and", 3), Map.entry("is", 4), Map.entry("as", 4), Map.entry("=", 5), Map.entry("<>", 5),
+      Map.entry("<", 6), Map.entry(">", 6), Map.entry("<=", 6), Map.entry(">=", 6), Map.entry("+", 7),
+      Map.entry("-", 7), Map.entry("&", 7), Map.entry("*", 8), Map.entry("/", 8), Map.entry("meta", 9));
+  static final Set<String> KEYWORDS = Set.of(
+      "and", "as", "each", "else", "error", "if", "in", "is", "let", "meta", "or", "otherwise", "then");
+
   enum Kind { WORD, QUOTED, TEXT, NUMBER, SIGN, END }
 
   /**
