@@ -248,7 +248,6 @@ final class MEvaluator implements MEvaluation, MScope.Evaluation {
     budget.add(query.text().length());
     Text caller = text;
     boolean before = foreign;
-    foreign = false;
     text = new Text(query.key(), query.text());
     foreign = fault != null;
     MValue value = fault == null
