@@ -41,7 +41,8 @@ final class MFiles {
     MSource source = call.argument(0).source;
     if (source == null || !source.isFile()) return null;
     Relation file = MPaths.content(call.evaluator, source, call.name);
-    return MValue.table(call.name.equals("Xml.Tables") ? withTables(call.evaluator, file) : file);
+    boolean tables = call.name.equals("Xml.Tables") && source.address().server() != null;
+    return MValue.table(tables ? withTables(call.evaluator, file) : file);
   }
 
   /** XML of several elements is a list of tables, of which steps pick one: all of them are the file. */
@@ -69,7 +70,9 @@ final class MFiles {
   static MValue lines(MCall call) {
     MSource source = call.argument(0).source;
     if (source == null || !source.isFile()) return null;
-    Origin.Table file = MPaths.content(call.evaluator, source, call.name).wholeTable();
+    Relation content = MPaths.content(call.evaluator, source, call.name);
+    Origin.Table file = content.wholeTable();
+    if (file == null) return MValue.table(content);
     return MValue.repeated(MValue.of(Set.of(new Origin.Column(file, "Column1")), Origin.of(file)));
   }
 

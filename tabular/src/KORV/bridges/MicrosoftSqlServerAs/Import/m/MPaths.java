@@ -63,10 +63,11 @@ final class MPaths {
     return Math.max(path.lastIndexOf('/'), path.lastIndexOf('\\'));
   }
 
-  /** The table that a file is. */
+  /** The table that a file is; of a path that is computed no more is known than that something is read. */
   static Relation content(MEvaluation evaluator, MSource source, String function) {
     MSource read = source.readBy(function);
-    if (source.address().server() == null) return read.table(evaluator.context(), "", "(computed path)");
+    if (source.address().server() == null)
+      return evaluator.unknownTable(List.of(MValue.source(source)), source.fault()).relation;
     if (source.schema().equals(WHOLE_FOLDER)) return read.table(evaluator.context(), "", WHOLE_FOLDER);
     if (!source.schema().isEmpty()) {
       int end = lastSeparator(source.schema());
