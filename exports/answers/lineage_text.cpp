@@ -105,6 +105,8 @@ class TreeText {
           return upstream_ ? "uses (found by the graph) " : "used (found by the graph) by ";
         return upstream_ ? "uses " : "used by ";
       case EdgeKind::aggregated:
+        if (isClassifierKind(graph_.node(line.edge->from).kind))
+          return upstream_ ? "counts the rows of " : "rows counted by ";
         return upstream_ ? "aggregates " : "aggregated by ";
       case EdgeKind::condition:
         return upstream_ ? "limited by " : "limits ";
