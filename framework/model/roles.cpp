@@ -47,7 +47,7 @@ std::vector<std::string_view> querySourcesOf(const TAVModelObject& object) {
 
 std::vector<std::string_view> unresolvedNamesOf(const TAVModelObject& object) {
   const auto* measure = as<TAVMeasure>(&object);
-  return measure ? linesOf(measure->unresolved) : std::vector<std::string_view>();
+  return measure ? linesOf(measure->unresolved) : linesOfProperty(object, "unresolved");
 }
 
 std::vector<std::string_view> linesOfProperty(const TAVModelObject& object, std::string_view name) {

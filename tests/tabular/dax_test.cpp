@@ -199,9 +199,10 @@ TEST(TabularDax, LeadsToWhatItMeans) {
 TEST(TabularDax, FunctionsThatMultiplyEndWithOneWarning) {
   json functions = json::array({{{"name", "F0"}, {"expression", "(x : EXPR) => x + x"}}});
   for (int i = 1; i < 40; ++i) {
-    const std::string before = "F" + std::to_string(i - 1) + "(x)";
-    functions.push_back(
-        {{"name", "F" + std::to_string(i)}, {"expression", "(x : EXPR) => " + before + " + " + before}});
+    const std::string call = "F" + std::to_string(i - 1) + "(x)";
+    std::string body = "(x : EXPR) => ";
+    body.append(call).append(" + ").append(call);
+    functions.push_back({{"name", "F" + std::to_string(i)}, {"expression", body}});
   }
   const json measures = json::array({{{"name", "M"}, {"expression", "F39(1)"}}});
   const json tables = json::array({{{"name", "T"}, {"measures", measures}}});
