@@ -195,4 +195,22 @@ TEST(TabularDax, LeadsToWhatItMeans) {
   tav::test::checkCorpus("tabular/dax.txt", [&](const std::string& input) { return results[input]; });
 }
 
+/// Each function evaluates its argument twice, through the one before it.
+TEST(TabularDax, FunctionsThatMultiplyEndWithOneWarning) {
+  json functions = json::array({{{"name", "F0"}, {"expression", "(x : EXPR) => x + x"}}});
+  for (int i = 1; i < 40; ++i) {
+    const std::string call = "F" + std::to_string(i - 1) + "(x)";
+    std::string body = "(x : EXPR) => ";
+    body.append(call).append(" + ").append(call);
+    functions.push_back({{"name", "F" + std::to_string(i)}, {"expression", body}});
+  }
+  const json measures = json::array({{{"name", "M"}, {"expression", "F39(1)"}}});
+  const json tables = json::array({{{"name", "T"}, {"measures", measures}}});
+  const json model = {{"tables", tables}, {"functions", functions}};
+  const tav::test::ImporterRun run = tav::test::importText(json{{"name", "F"}, {"model", model}}.dump());
+  ASSERT_EQ(run.exitCode, 0) << run.errors;
+  EXPECT_EQ(std::count(run.messages.begin(), run.messages.end(), '\n'), 1) << run.messages;
+  EXPECT_NE(run.messages.find("too many calls of functions"), run.messages.npos) << run.messages;
+}
+
 }  // namespace

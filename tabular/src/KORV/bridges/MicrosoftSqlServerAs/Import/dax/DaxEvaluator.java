@@ -28,6 +28,7 @@ final class DaxEvaluator implements DaxCall.Evaluation {
   private int depth;
   private int steps;
   private boolean tooDeep;
+  private boolean tooMuch;
 
   /** `home` is the table that the expression belongs to, `isColumn` whether it stands in its rows. */
   DaxEvaluator(ModelNames names, DaxExpression expression, ModelNames.Table home, boolean isColumn) {
@@ -180,7 +181,7 @@ final class DaxEvaluator implements DaxCall.Evaluation {
 
   /** An argument belongs to the caller, but stands in the rows that the function's body goes through. */
   private DaxContext.Value use(DaxContext.Argument argument, DaxContext context) {
-    if (steps > MAX_STEPS) return new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null);
+    if (isTooMuch(argument.node().place())) return new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null);
     DaxExpression body = current;
     String bodyFunction = function;
     current = argument.caller();
@@ -300,10 +301,7 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     List<DaxContext.Value> values = new ArrayList<>();
     for (int i = 0; i < node.parts().size(); ++i) values.add(given(own, i, node.parts().get(i), context));
     steps += own.text.length();
-    if (steps > MAX_STEPS || !entered.add(own)) {
-      if (steps > MAX_STEPS) fault(new DaxFault(node.place(), "too many calls of functions"));
-      return DaxTable.UNKNOWN;
-    }
+    if (isTooMuch(node.place()) || !entered.add(own)) return DaxTable.UNKNOWN;
     DaxExpression outer = current;
     String outerFunction = function;
     current = own;
@@ -315,6 +313,13 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     current = outer;
     function = outerFunction;
     return result.isTable() ? result.asTable() : null;
+  }
+
+  private boolean isTooMuch(int place) {
+    if (steps <= MAX_STEPS) return false;
+    if (!tooMuch) fault(new DaxFault(place, "too many calls of functions"));
+    tooMuch = true;
+    return true;
   }
 
   /** What a function is given for a parameter. */
