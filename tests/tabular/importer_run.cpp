@@ -103,6 +103,22 @@ class SourceCollector {
   Sources found;
 };
 
+class ClassifierSourceCollector {
+ public:
+  void enter(const TAVObject& object) {
+    const auto* classifier = as<TAVClassifier>(&object);
+    const TAVClassifierMap* map = classifier ? classifier->getDestinationOfClassifierMap() : nullptr;
+    if (!map) return;
+    std::vector<std::string>& sources = found[classifier->getPath(true).str()];
+    for (const TAVClassifier& source : map->sourceClassifiers) sources.push_back(source.getPath(true).str());
+  }
+  void enterRole(const LinkRow& /*row*/) {}
+  void leaveRole(const LinkRow& /*row*/) {}
+  void leave(const TAVObject& /*object*/) {}
+
+  Sources found;
+};
+
 }  // namespace
 
 ImporterRun runImporter(const std::string& path) {
@@ -147,6 +163,12 @@ ImporterCost measureImporter(const std::string& path, std::uint64_t heapMegabyte
 
 Sources sourcesOf(const TAVModel& model) {
   SourceCollector collector;
+  walkTree(model, collector);
+  return std::move(collector.found);
+}
+
+Sources classifierSourcesOf(const TAVModel& model) {
+  ClassifierSourceCollector collector;
   walkTree(model, collector);
   return std::move(collector.found);
 }

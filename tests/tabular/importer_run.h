@@ -37,5 +37,7 @@ ImporterCost measureImporter(const std::string& path, std::uint64_t heapMegabyte
 /// The features of a model by path, each with the paths of what it comes from, in the order of its map.
 using Sources = std::map<std::string, std::vector<std::string>>;
 Sources sourcesOf(const TAVModel& model);
+/// The same for the tables and dimensions of a model, and what those come from.
+Sources classifierSourcesOf(const TAVModel& model);
 
 }  // namespace tav::test

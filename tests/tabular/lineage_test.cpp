@@ -218,6 +218,26 @@ json doublingModel(int levels) {
           {"model", {{"dataSources", dataSources}, {"tables", tables}, {"expressions", shared}}}};
 }
 
+TEST(TabularLineage, ColumnsThatAreNotKnownStillLeadToTheTables) {
+  const std::string text =
+      R"(let T = DW{[Schema="dbo",Item="T"]}[Data], U = DW{[Schema="dbo",Item="U"]}[Data])"
+      R"( in Table.Transpose(Table.Combine({T, Foo.Bar(U)})))";
+  const json dataSources = json::array({{{"name", "DW"}, {"connectionString", "Data Source=dw.example"}}});
+  const json model = {
+      {"name", "Tables"},
+      {"model", {{"dataSources", dataSources}, {"tables", json::array({tableOfQuery("turned", text)})}}}};
+  const tav::test::ImporterRun run = tav::test::importText(model.dump());
+  ASSERT_EQ(run.exitCode, 0) << run.errors;
+  EXPECT_EQ(tav::test::sourcesOf(*run.model).at("/Data Source Views/DW/turned/A"),
+            std::vector<std::string>());
+  const std::vector<std::string> tables = {"/Data Source Views/DW/T", "/Data Source Views/DW/U"};
+  EXPECT_EQ(tav::test::classifierSourcesOf(*run.model).at("/Data Source Views/DW/turned"), tables);
+  // One warning for the query, which tells its first step that is not known.
+  const std::size_t first = run.messages.find("TAVTAB_W0002");
+  EXPECT_NE(run.messages.find("'Foo.Bar' is not known", first), std::string::npos) << run.messages;
+  EXPECT_EQ(run.messages.find("TAVTAB_W0002", first + 1), std::string::npos) << run.messages;
+}
+
 /// Shared expressions of which each names the one before it, the last one read by a table.
 json chainModel(int length) {
   json shared = json::array({{{"name", "Q0"}, {"expression", R"(DW{[Schema="dbo",Item="T"]}[Data])"}}});

@@ -23,6 +23,8 @@ final class MRecords {
   static MValue add(MCall call) {
     MValue record = call.argument(0);
     if (!record.is(MValue.Kind.RECORD) || call.text(1) == null) return null;
+    // A record that grows field by field would cost its length for each.
+    if (!call.budget().take(record.fields.size())) return MValue.UNKNOWN;
     MValue value = call.argument(2);
     if (call.has(3) && value.is(MValue.Kind.FUNCTION)) value = call.apply(value);
     Map<String, MValue> fields = new LinkedHashMap<>(record.fields);

@@ -209,7 +209,7 @@ final class MTables {
     relation.setComputed();
     Relation.Output output = call.find(from, column);
     MValue content = MCall.content(output);
-    if (content == null) content = MValue.UNKNOWN;
+    if (content == null) content = isOfFile(call, output) ? MCall.cell(output) : MValue.UNKNOWN;
     if (content.relation != null && content.relation.fault() != null)
       relation.blame(content.relation.fault());
     List<String> columns = call.texts(2);
@@ -226,6 +226,13 @@ final class MTables {
     relation.replace(column, made);
     relation.readAlso(call.evaluator.origin(List.of(content)));
     return MValue.table(relation);
+  }
+
+  /** What is nested in a file is a part of its column; a column of a database may stand for another table. */
+  private static boolean isOfFile(MCall call, Relation.Output output) {
+    if (output == null || !output.isKnown()) return false;
+    MContext context = call.evaluator.context();
+    return output.sources().stream().allMatch(column -> context.isFile(column.table().connection()));
   }
 
   private static Relation.Output expanded(MCall call, String name, MValue cells) {
