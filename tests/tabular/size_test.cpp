@@ -18,7 +18,7 @@ constexpr double kMostSeconds = 5;
 constexpr double kLargestGrowth = 12;
 
 template <class Write> std::string writtenTo(const tav::test::TemporaryFolder& folder, Write write) {
-  const std::string path = folder.path() / "definition.bim";
+  std::string path = folder.path() / "definition.bim";
   std::ofstream out(path, std::ios::binary);
   write(out);
   return path;
