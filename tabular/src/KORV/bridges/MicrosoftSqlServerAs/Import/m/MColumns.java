@@ -282,8 +282,7 @@ final class MColumns {
     String column = call.text(1);
     if (from == null) return MValue.UNKNOWN;
     if (column == null) return call.unknownColumns(COMPUTED);
-    Relation relation = Relation.over(from);
-    relation.setComputed();
+    Relation relation = Relation.computedFrom(from);
     List<String> names = parts(call, column);
     MValue part = call.cells(from, List.of(column));
     if (names != null) {
@@ -310,8 +309,7 @@ final class MColumns {
     if (from == null) return MValue.UNKNOWN;
     List<String> columns = call.texts(1);
     if (columns == null) return call.unknownColumns(COMPUTED);
-    Relation relation = Relation.over(from);
-    relation.setComputed();
+    Relation relation = Relation.computedFrom(from);
     for (String column : columns) relation.leaveOut(column);
     relation.setUnordered();
     if (call.text(3) != null) {

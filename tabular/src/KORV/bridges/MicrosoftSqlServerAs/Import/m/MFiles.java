@@ -71,7 +71,7 @@ final class MFiles {
     MSource source = call.argument(0).source;
     if (source == null || !source.isFile()) return null;
     Relation content = MPaths.content(call.evaluator, source, call.name);
-    Origin.Table file = content.wholeTable();
+    Origin.Table file = content.origin().onlyTable();
     if (file == null) return MValue.table(content);
     return MValue.repeated(MValue.of(Set.of(new Origin.Column(file, "Column1")), Origin.of(file)));
   }
@@ -89,7 +89,7 @@ final class MFiles {
   /** Names that stand in a file are its own: a column that no step has made is the file's of that name. */
   static MValue promoteHeaders(MCall call) {
     Relation from = call.table(0);
-    Origin.Table file = from == null || !from.isPlain() ? null : from.wholeTable();
+    Origin.Table file = from == null || !from.isPlain() ? null : from.origin().onlyTable();
     if (file == null || file.isQuery() || !call.evaluator.context().isFile(file.connection()))
       return call.unknownColumns("takes names of columns from the rows");
     Relation named = Relation.ofTable(file);
@@ -121,7 +121,7 @@ final class MFiles {
     Relation cube = source == null
         ? call.table(0)
         : source.withSchema("").table(call.evaluator.context(), "", source.schema());
-    return cube == null ? null : cube.wholeTable();
+    return cube == null ? null : cube.origin().onlyTable();
   }
 
   /** [Measures].[Sales] is a column of the cube, [Date].[Month].[Month] one of a dimension. */

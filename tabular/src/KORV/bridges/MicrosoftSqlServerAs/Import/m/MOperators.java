@@ -97,8 +97,7 @@ final class MOperators {
   private static MValue append(MEvaluation evaluator, MValue left, MValue right, int at) {
     if (left.is(MValue.Kind.TABLE) && right.is(MValue.Kind.TABLE))
       return MValue.table(Relation.append(List.of(left.relation, right.relation)));
-    Relation relation = Relation.over(left.is(MValue.Kind.TABLE) ? left.relation : right.relation);
-    relation.setComputed();
+    Relation relation = Relation.computedFrom(left.is(MValue.Kind.TABLE) ? left.relation : right.relation);
     return MValue.table(relation.blame(evaluator.fault("a table that '&' appends is not known", at)));
   }
 

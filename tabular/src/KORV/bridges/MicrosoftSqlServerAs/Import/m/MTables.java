@@ -39,8 +39,7 @@ final class MTables {
     Relation from = call.table(0);
     if (from == null) return MValue.UNKNOWN;
     if (call.text(2) == null || call.text(3) == null) return call.unknownColumns(COMPUTED);
-    Relation relation = Relation.over(from);
-    relation.setComputed();
+    Relation relation = Relation.computedFrom(from);
     relation.leaveOut(call.text(2));
     relation.leaveOut(call.text(3));
     List<String> names = call.texts(1);
@@ -149,8 +148,7 @@ final class MTables {
   static MValue withRows(MCall call, int place) {
     if (call.table(0) == null) return MValue.UNKNOWN;
     MValue rows = MMaking.fromRecords(call.withFirst(call.argument(place)));
-    Relation relation = Relation.over(call.table(0));
-    relation.setComputed();
+    Relation relation = Relation.computedFrom(call.table(0));
     if (rows == null) return MValue.table(relation.blame(call.fault("takes rows that are not known")));
     return MValue.table(Relation.append(List.of(relation, rows.relation)));
   }
@@ -169,8 +167,7 @@ final class MTables {
       if (pair.size() != 2) continue;
       tables.add(pair.get(1));
       if (!pair.get(1).is(MValue.Kind.TABLE) || call.text(0) == null) continue;
-      Relation part = Relation.over(pair.get(1).relation);
-      part.setComputed();
+      Relation part = Relation.computedFrom(pair.get(1).relation);
       call.put(part, call.text(0), pair.get(0));
       parts.add(part);
     }
@@ -205,8 +202,7 @@ final class MTables {
     String column = call.text(1);
     if (from == null) return MValue.UNKNOWN;
     if (column == null) return call.unknownColumns(COMPUTED);
-    Relation relation = Relation.over(from);
-    relation.setComputed();
+    Relation relation = Relation.computedFrom(from);
     Relation.Output output = call.find(from, column);
     MValue content = MCall.content(output);
     if (content == null) content = isOfFile(call, output) ? MCall.cell(output) : MValue.UNKNOWN;
@@ -243,8 +239,7 @@ final class MTables {
   static MValue expandList(MCall call) {
     Relation from = call.table(0);
     if (from == null) return MValue.UNKNOWN;
-    Relation relation = Relation.over(from);
-    relation.setComputed();
+    Relation relation = Relation.computedFrom(from);
     Relation.Output output = call.text(1) == null ? null : call.find(from, call.text(1));
     MValue content = MCall.content(output);
     if (content != null && content.is(MValue.Kind.LIST) && !content.items.isEmpty())

@@ -90,6 +90,12 @@ public final class Origin {
     return tables;
   }
 
+  /** The table whose rows these are, or null where there are others or none. */
+  Table onlyTable() {
+    Set<Table> tables = tables();
+    return tables.size() == 1 ? tables.iterator().next() : null;
+  }
+
   public Set<Condition> conditions() {
     Set<Condition> conditions = new LinkedHashSet<>();
     for (Origin at : all()) {

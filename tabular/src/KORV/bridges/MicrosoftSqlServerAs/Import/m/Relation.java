@@ -119,12 +119,18 @@ public final class Relation {
     return relation;
   }
 
+  /** The same, of which steps make more than a choice. */
+  static Relation computedFrom(Relation base) {
+    Relation relation = over(base);
+    relation.plain = false;
+    return relation;
+  }
+
   /** The same rows without columns yet. */
   static Relation rowsOf(Relation base) {
     Relation relation = over(base);
     relation.columns = MNameMap.empty();
     relation.rest = Rest.NONE;
-    relation.end = 0;
     relation.ordered = true;
     return relation;
   }
@@ -150,8 +156,7 @@ public final class Relation {
 
   /** The columns of both side by side; one that either may have is not known. */
   static Relation joined(Relation left, Relation right, Budget budget) {
-    Relation relation = over(left);
-    relation.setComputed();
+    Relation relation = computedFrom(left);
     relation.readAlso(right);
     for (Entry entry : left.columns.values()) {
       Output own = entry.output;
@@ -300,12 +305,6 @@ public final class Relation {
     entries.removeIf(entry -> entry.output == null);
     entries.sort(Comparator.comparingDouble(Entry::begin));
     return entries;
-  }
-
-  /** The table whose rows these are, or null where there are others or none. */
-  Origin.Table wholeTable() {
-    Set<Origin.Table> tables = origin.tables();
-    return tables.size() == 1 ? tables.iterator().next() : null;
   }
 
   /** The key of the connection that the rows come through; empty when nothing tells it. */
