@@ -5,6 +5,7 @@
 #include "bridge/catalogue/literals.h"
 #include "framework/bridgelib/class_path.h"
 #include "framework/java/java_bridge.h"
+#include "framework/modelbridge/host_observer.h"
 #include "framework/serialization/multi_model_serialization.h"
 #include "framework/std/java_path.h"
 #include "framework/std/temporary_folder.h"
@@ -33,7 +34,7 @@ TAVOptionList optionsOfImporter(const TAVFile& inputFile) {
 }
 
 /// The model is taken out of the document, which is deleted.
-TAVStoreModel* loadFrom(const TAVFile& folder, TAVLog* log) {
+TAVStoreModel* loadFrom(const TAVFile& folder, TAVLog* log, std::unique_ptr<tav::Details>& details) {
   TAVMultiModelSerialization serialization(log, folder, MixOptimizationLevel::none);
   const tav::Owned<TAVObject> root =
       serialization.load(serialization.getFile(), tav::kClassRanges[tav::classId<TAVMultiModel>].code, true);
@@ -41,6 +42,7 @@ TAVStoreModel* loadFrom(const TAVFile& folder, TAVLog* log) {
   auto* content = document ? tav::as<TAVModelContent>(document->contents.first()) : nullptr;
   auto* model = content ? tav::as<TAVStoreModel>(serialization.loadModel(*content)) : nullptr;
   if (!model) return nullptr;
+  if (tav::areDetailsWanted()) details = serialization.takeDetails();
   static_cast<void>(model->removeContent().release());  // it is `model` itself, the caller's from now on
   return model;
 }
@@ -61,17 +63,20 @@ TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile) {
   const tav::TemporaryFolder folder("MicrosoftSqlServerXMLAImport");
   TAVJavaBridge importer(kMainClass, classPathOfImporter(log), log, TAVJavaExe::JAVA_VERSION_6);
   importer.javaImport(folder.folder().getFile("main.xml"), optionsOfImporter(inputFile), nullptr);
-  TAVStoreModel* model = loadFrom(folder.folder(), log);
-  if (model) completeTabularModel(*model, log);
+  std::unique_ptr<tav::Details> details;
+  TAVStoreModel* model = loadFrom(folder.folder(), log, details);
+  if (!model) return nullptr;
+  completeTabularModel(*model, log, details.get());
+  tav::reportDetails(std::move(details));
   return model;
 }
 
 /// Adds what the importer leaves to the bridge, because XML definitions need it too: how connection strings
 /// and SQL are read.
-void completeTabularModel(TAVStoreModel& model, TAVLog* log) {
+void completeTabularModel(TAVStoreModel& model, TAVLog* log, tav::Details* details) {
   for (TAVStoreConnection& connection : model.storeConnections) {
     if (!connection.dataStore.name.empty()) continue;
     if (const TAVDataStoreVersion* dataStore = dataStoreOf(connection)) setDataStore(&connection, dataStore);
   }
-  tav::resolveDatabaseQueries(model, log);
+  tav::resolveDatabaseQueries(model, log, details);
 }

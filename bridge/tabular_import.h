@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/details/details.h"
 #include "framework/model/model.h"
 #include "framework/std/file.h"
 #include "framework/std/log.h"
@@ -11,5 +12,5 @@ TAVStoreModel* importTabularModel(TAVLog* log, const TAVFile& inputFile);
 
 /// Adds to a model as the importer has written it what the importer leaves to the bridge, because XML
 /// definitions need it too: what connection strings say of their data stores, and what SQL reads. Warnings go
-/// to `log`, which may be null.
-void completeTabularModel(TAVStoreModel& model, TAVLog* log);
+/// to `log`, which may be null. What `details` say of objects that give way is said of those that stay.
+void completeTabularModel(TAVStoreModel& model, TAVLog* log, tav::Details* details = nullptr);

@@ -119,7 +119,7 @@ std::string besides(const std::string& path, std::string_view table, const std::
   return name;
 }
 
-void exportCsv(const TAVModel& model, const ExportOptions& options, const std::string& path) {
+void exportCsv(const DetailedModel& model, const ExportOptions& options, const std::string& path) {
   CsvFile nodes(besides(path, "nodes", options.input));
   CsvFile edges(besides(path, "edges", options.input));
   const LineageGraph graph(model);

@@ -130,7 +130,7 @@ extern const ExportFormat kDotFormat{
     .name = "dot",
     .description = "lineage as a drawing for Graphviz",
     .write =
-        [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+        [](const DetailedModel& model, const ExportOptions& options, std::ostream& out) {
           const LineageGraph graph(model);
           writeDot(graph, subgraphAround(graph, options.from, options.to), out);
         },

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "framework/model/model.h"
+#include "framework/details/detailed_model.h"
 
 namespace tav {
 
@@ -32,8 +32,9 @@ struct ExportOptions {
 struct ExportFormat {
   std::string_view name;
   std::string_view description;  ///< half a line for the help
-  void (*write)(const TAVModel& model, const ExportOptions& options, std::ostream& out) = nullptr;
-  void (*writeFiles)(const TAVModel& model, const ExportOptions& options, const std::string& path) = nullptr;
+  void (*write)(const DetailedModel& model, const ExportOptions& options, std::ostream& out) = nullptr;
+  void (*writeFiles)(const DetailedModel& model, const ExportOptions& options,
+                     const std::string& path) = nullptr;
   bool takesNames = false;  ///< whether it can show the lineage around one node: ExportOptions::from and to
 };
 

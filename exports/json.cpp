@@ -114,13 +114,15 @@ class JsonExport {
 
 }  // namespace
 
-void exportJson(const TAVModel& model, std::ostream& out) {
-  JsonExport(out).write(model);
+void exportJson(const DetailedModel& model, std::ostream& out) {
+  JsonExport(out).write(model.model);
 }
 
-extern const ExportFormat kJsonFormat{.name = "json",
-                                      .description = "the whole model as one document",
-                                      .write = [](const TAVModel& model, const ExportOptions& /*options*/,
-                                                  std::ostream& out) { exportJson(model, out); }};
+extern const ExportFormat kJsonFormat{
+    .name = "json",
+    .description = "the whole model as one document",
+    .write = [](const DetailedModel& model, const ExportOptions& /*options*/, std::ostream& out) {
+      exportJson(model, out);
+    }};
 
 }  // namespace tav

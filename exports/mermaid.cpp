@@ -67,7 +67,7 @@ extern const ExportFormat kMermaidFormat{
     .name = "mermaid",
     .description = "lineage as a drawing for Mermaid, which Markdown pages show",
     .write =
-        [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+        [](const DetailedModel& model, const ExportOptions& options, std::ostream& out) {
           const LineageGraph graph(model);
           MermaidText(graph, out).write(subgraphAround(graph, options.from, options.to));
         },

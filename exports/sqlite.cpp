@@ -162,7 +162,7 @@ class ModelLoad {
 
 }  // namespace
 
-void exportSqlite(const TAVModel& model, const ExportOptions& options, const std::string& path,
+void exportSqlite(const DetailedModel& model, const ExportOptions& options, const std::string& path,
                   std::chrono::milliseconds patience) {
   const LineageGraph graph(model);
   SqliteDatabase database(path, patience);
@@ -175,7 +175,7 @@ void exportSqlite(const TAVModel& model, const ExportOptions& options, const std
 extern const ExportFormat kSqliteFormat{
     .name = "sqlite",
     .description = "the lineage in an SQLite database, added to those that are in it",
-    .writeFiles = [](const TAVModel& model, const ExportOptions& options, const std::string& path) {
+    .writeFiles = [](const DetailedModel& model, const ExportOptions& options, const std::string& path) {
       exportSqlite(model, options, path, kPatience);
     }};
 

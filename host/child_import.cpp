@@ -45,9 +45,10 @@ class SpawnSetup {
   posix_spawn_file_actions_t actions{};
 };
 
-pid_t spawn(const EstateFile& file, int pipe, const sigset_t& signals) {
-  std::vector<std::string> words{"xmla-bridge", "import",    "--json", "--log-format", "json",
-                                 "-o",          file.output, "--",     file.input};
+pid_t spawn(const EstateFile& file, const ImportScope& scope, int pipe, const sigset_t& signals) {
+  std::vector<std::string> words{"xmla-bridge", "import", "--json", "--log-format", "json"};
+  if (!scope.details) words.emplace_back("--no-details");
+  words.insert(words.end(), {"-o", file.output, "--", file.input});
   std::vector<char*> arguments;
   arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
@@ -62,12 +63,13 @@ pid_t spawn(const EstateFile& file, int pipe, const sigset_t& signals) {
 
 }  // namespace
 
-ChildImport::ChildImport(const EstateFile& file, const sigset_t& signals) : saved_(file.output) {
+ChildImport::ChildImport(const EstateFile& file, const ImportScope& scope, const sigset_t& signals)
+    : saved_(file.output) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) failToStart(errno);
   output_ = ends[0];
   try {
-    process_ = spawn(file, ends[1], signals);
+    process_ = spawn(file, scope, ends[1], signals);
   } catch (...) {
     close(ends[0]);
     close(ends[1]);

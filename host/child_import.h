@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "host/estate_plan.h"
+#include "host/import_run.h"
 
 namespace host {
 
@@ -16,7 +17,7 @@ namespace host {
 class ChildImport {
  public:
   /// Starts it with these signals held back. Throws Message::processNotStarted.
-  ChildImport(const EstateFile& file, const sigset_t& signals);
+  ChildImport(const EstateFile& file, const ImportScope& scope, const sigset_t& signals);
   ChildImport(const ChildImport&) = delete;
   ChildImport& operator=(const ChildImport&) = delete;
   /// Ends it when it still runs, and waits for that.

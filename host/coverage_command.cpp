@@ -21,7 +21,7 @@ struct Arguments {
 int measure(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
   bool enough = true;
-  const int code = withModel(arguments.input, log, [&](const TAVModel& model) {
+  const int code = withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model);
     const tav::Coverage coverage = tav::measureCoverage(graph);
     writeOutput(arguments.output, [&](std::ostream& out) {

@@ -1,5 +1,4 @@
 #include "exports/answers/diff_report.h"
-#include "framework/model/reflection.h"
 #include "host/command.h"
 #include "host/model_input.h"
 #include "host/output.h"
@@ -27,19 +26,18 @@ int compare(const Arguments& arguments, MessageLog& log) {
     if (arguments.output != "-") checkOutput(input, arguments.output);
   if (arguments.before == "-" && arguments.after == "-")
     throw CLI::ValidationError("NEW", "only one of the two can be read from standard input");
-  // One import at a time: the old model is kept as a copy while the new one is read.
-  tav::Owned<TAVObject> before;
-  const int code =
-      withModel(arguments.before, log, [&](const TAVModel& model) { before = tav::copyTree(model); });
-  if (code != kDone) return code;
   bool differs = false;
-  const int newCode = withModel(arguments.after, log, [&](const TAVModel& model) {
-    const tav::ModelDiff diff =
-        tav::compareModels(tav::LineageGraph(*tav::as<TAVModel>(before.get())), tav::LineageGraph(model));
-    differs = !diff.empty();
-    writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(diff, out); });
+  int newCode = kDone;
+  // The second is read while the first, which an import deletes at its end, is there.
+  const int code = withModel(arguments.before, log, [&](const tav::DetailedModel& before) {
+    newCode = withModel(arguments.after, log, [&](const tav::DetailedModel& after) {
+      const tav::ModelDiff diff = tav::compareModels(tav::LineageGraph(before), tav::LineageGraph(after));
+      differs = !diff.empty();
+      writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(diff, out); });
+    });
   });
-  return newCode == kDone && differs && arguments.exitCode ? kDiffers : newCode;
+  if (code != kDone || newCode != kDone) return code != kDone ? code : newCode;
+  return differs && arguments.exitCode ? kDiffers : kDone;
 }
 
 }  // namespace

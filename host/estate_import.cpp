@@ -74,8 +74,8 @@ class Cause {
 };
 
 struct Running {
-  Running(std::size_t place, const EstateFile& file, const sigset_t& signals)
-      : index(place), process(file, signals) {}
+  Running(std::size_t place, const EstateFile& file, const ImportScope& scope, const sigset_t& signals)
+      : index(place), process(file, scope, signals) {}
 
   std::size_t index;  // in the estate
   ChildImport process;
@@ -85,8 +85,9 @@ struct Running {
 
 class EstateImport {
  public:
-  EstateImport(const std::vector<EstateFile>& files, std::size_t jobs, MessageLog& log)
-      : files_(files), jobs_(jobs), log_(log) {
+  EstateImport(const std::vector<EstateFile>& files, std::size_t jobs, const ImportScope& scope,
+               MessageLog& log)
+      : files_(files), jobs_(jobs), scope_(scope), log_(log) {
     run_.results.resize(files.size());
   }
 
@@ -105,7 +106,7 @@ class EstateImport {
     while (run_.signal == 0 && running_.size() < jobs_ && next_ < files_.size()) {
       const std::size_t index = next_++;
       try {
-        running_.emplace_back(index, files_[index], signals_.before());
+        running_.emplace_back(index, files_[index], scope_, signals_.before());
       } catch (const TAVException& error) {
         run_.results[index].cause = error.getMessage().str();
         log_.logFailure(run_.results[index].cause, files_[index].input);
@@ -211,6 +212,7 @@ class EstateImport {
 
   const std::vector<EstateFile>& files_;
   std::size_t jobs_;
+  const ImportScope& scope_;
   MessageLog& log_;
   SignalWatch signals_;
   Clock::time_point start_ = Clock::now();
@@ -224,8 +226,9 @@ class EstateImport {
 
 }  // namespace
 
-EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs, MessageLog& log) {
-  return EstateImport(files, jobs, log).run();
+EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs, const ImportScope& scope,
+                       MessageLog& log) {
+  return EstateImport(files, jobs, scope, log).run();
 }
 
 }  // namespace host

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/estate_plan.h"
+#include "host/import_run.h"
 #include "host/message_log.h"
 
 namespace host {
@@ -31,7 +32,8 @@ struct EstateRun {
 /// Imports each file by a process of its own, at most `jobs` at a time, so that nothing that befalls one
 /// touches another. Their warnings and failures go to `log` with the file's name. SIGINT, SIGTERM and SIGHUP
 /// end the processes, which remove what they left unfinished.
-EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs, MessageLog& log);
+EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs, const ImportScope& scope,
+                       MessageLog& log);
 
 /// The exit code for these results.
 int exitCodeOf(const EstateRun& run);

@@ -14,8 +14,8 @@ struct Arguments {
   PostTarget post;
 };
 
-void write(const TAVModel& model, const tav::ExportFormat& format, const tav::ExportOptions& options,
-           const Arguments& arguments, MessageLog& log) {
+void write(const tav::DetailedModel& model, const tav::ExportFormat& format,
+           const tav::ExportOptions& options, const Arguments& arguments, MessageLog& log) {
   if (format.writeFiles) {
     format.writeFiles(model, options, arguments.output);
     return;
@@ -36,7 +36,7 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
   log.keepsWarnings = true;
-  return withModel(arguments.options.input, log, [&](const TAVModel& model) {
+  return withModel(arguments.options.input, log, [&](const tav::DetailedModel& model) {
     tav::ExportOptions options = arguments.options;
     options.warnings = log.getWarnings();
     write(model, format, options, arguments, log);

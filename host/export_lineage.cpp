@@ -61,7 +61,7 @@ void checkLineageOptions(const CLI::App& parser, const std::string& format) {
     if (parser.count(option) > 0) throw CLI::ValidationError(option, "is an option of --format openlineage");
 }
 
-void postLineage(const TAVModel& model, const tav::ExportOptions& options, PostTarget target,
+void postLineage(const tav::DetailedModel& model, const tav::ExportOptions& options, PostTarget target,
                  MessageLog& log) {
   if (const char* key = std::getenv("OPENLINEAGE_API_KEY"))  // NOLINT(concurrency-mt-unsafe): never set here
     target.apiKey = key;

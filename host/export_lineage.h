@@ -19,7 +19,7 @@ void checkLineageOptions(const CLI::App& parser, const std::string& format);
 
 /// Sends the events of a model with the API key of the environment's OPENLINEAGE_API_KEY, if there is one,
 /// and tells how many there were. Throws when one was not taken.
-void postLineage(const TAVModel& model, const tav::ExportOptions& options, PostTarget target,
+void postLineage(const tav::DetailedModel& model, const tav::ExportOptions& options, PostTarget target,
                  MessageLog& log);
 
 }  // namespace host

@@ -22,6 +22,7 @@ struct Arguments {
   std::string folder;
   int jobs = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
   bool json = false;
+  ImportScope scope;
   CLI::Option* outputOption = nullptr;
   CLI::Option* folderOption = nullptr;
 };
@@ -33,10 +34,11 @@ int importFile(const Arguments& arguments, MessageLog& log) {
   checkOutput(input, arguments.output);
 
   Summary summary;
-  const int code = runImport(input, arguments.output, log, [&](const TAVStoreModel& model) {
-    summary = summarize(model);
-    return true;
-  });
+  const int code =
+      runImport(input, arguments.output, log, arguments.scope, [&](const tav::DetailedModel& model) {
+        summary = summarize(model);
+        return true;
+      });
   if (code != kDone || (log.quiet && !arguments.json)) return code;
   StandardOutput out;
   if (arguments.json) {
@@ -56,7 +58,7 @@ int importFiles(const Arguments& arguments, MessageLog& log) {
   std::filesystem::create_directories(arguments.folder, error);
   if (error) tav::fail(tav::Message::folderNotMade, {arguments.folder, error.message()});
 
-  const EstateRun run = importEstate(files, static_cast<std::size_t>(arguments.jobs), log);
+  const EstateRun run = importEstate(files, static_cast<std::size_t>(arguments.jobs), arguments.scope, log);
   if (run.signal == 0 && (arguments.json || !log.quiet)) {
     StandardOutput out;
     (arguments.json ? writeEstateJson : writeEstateTable)(files, run, out.stream());
@@ -98,6 +100,8 @@ Command addImport(CLI::App& program) {
       ->check(CLI::Range(1, kMostJobs))
       ->needs(arguments->folderOption);
   parser->add_flag("--json", arguments->json, "Print the summary as JSON");
+  parser->add_flag("!--no-details", arguments->scope.details,
+                   "Read the model alone, without what the definition says beyond it");
   return {parser, [arguments](MessageLog& log) { return import(*arguments, log); }};
 }
 

@@ -19,8 +19,8 @@ bool holdsNothing(const TAVStoreModel& model) {
 
 class Observer : public tav::HostObserver {
  public:
-  Observer(const std::string& input, MessageLog& log, const ModelVisitor& visit)
-      : step_("Reading " + input), log_(log), visit_(visit) {}
+  Observer(const std::string& input, MessageLog& log, const ImportScope& scope, const ModelVisitor& visit)
+      : step_("Reading " + input), log_(log), scope_(scope), visit_(visit) {}
 
   void onParsed(std::uint64_t read, std::uint64_t total) override {
     if (total > 0)
@@ -30,10 +30,12 @@ class Observer : public tav::HostObserver {
 
   void onDatabase() override { defined_ = true; }
 
+  bool wantsDetails() override { return scope_.details; }
+
   bool onModel(const TAVStoreModel& model) override {
     empty = !defined_ && holdsNothing(model);
     log_.clearProgress();
-    return visit_(model);
+    return visit_({model, details()});
   }
 
   bool empty = false;
@@ -41,18 +43,19 @@ class Observer : public tav::HostObserver {
  private:
   std::string step_;
   MessageLog& log_;
+  const ImportScope& scope_;
   const ModelVisitor& visit_;
   bool defined_ = false;
 };
 
 }  // namespace
 
-int runImport(const std::string& input, const std::string& output, MessageLog& log,
+int runImport(const std::string& input, const std::string& output, MessageLog& log, const ImportScope& scope,
               const ModelVisitor& visit) {
   TAVImportBridgeDllInterface& plugin = loadPlugin();
   TAVOptionList options = optionsFor(input);
   TAVFile file{TAVString(output)};
-  Observer observer(input, log, visit);
+  Observer observer(input, log, scope, visit);
   const bool done = plugin.run(kBridgeIdentifier, file, options, log);
   log.clearProgress();
   if (!done) tav::fail(tav::Message::noModel, {input});

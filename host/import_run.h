@@ -5,18 +5,23 @@
 #include <functional>
 #include <string>
 
-#include "framework/model/model.h"
+#include "framework/details/detailed_model.h"
 #include "host/message_log.h"
 
 namespace host {
 
 /// What is done with the model of a run before it is saved; whether it is to be saved.
-using ModelVisitor = std::function<bool(const TAVStoreModel& model)>;
+using ModelVisitor = std::function<bool(const tav::DetailedModel& model)>;
+
+/// What of a definition is read.
+struct ImportScope {
+  bool details = true;  ///< what it says beyond its model
+};
 
 /// Lets the plug-in read `input`, shows the model to `visit` and saves it in `output` unless that says no.
 /// Returns an exit code: done, or that the input holds no database definition, which is then logged as an
 /// error. Throws when the import fails.
-int runImport(const std::string& input, const std::string& output, MessageLog& log,
+int runImport(const std::string& input, const std::string& output, MessageLog& log, const ImportScope& scope,
               const ModelVisitor& visit);
 
 }  // namespace host

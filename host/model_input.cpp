@@ -31,16 +31,14 @@ std::string readStandardInput() {
 }  // namespace
 
 int withModel(const std::string& input, MessageLog& log,
-              const std::function<void(const TAVModel& model)>& use) {
-  if (input == "-") {
-    use(*tav::loadModelText(readStandardInput(), "standard input"));
+              const std::function<void(const tav::DetailedModel& model)>& use) {
+  const auto useSaved = [&](const tav::SavedModel& saved) {
+    use({*saved.model, saved.details.get()});
     return kDone;
-  }
-  if (tav::isSavedModel(input)) {
-    use(*tav::loadModel(input));
-    return kDone;
-  }
-  return runImport(input, "", log, [&](const TAVStoreModel& model) {
+  };
+  if (input == "-") return useSaved(tav::loadSavedModelText(readStandardInput(), "standard input"));
+  if (tav::isSavedModel(input)) return useSaved(tav::loadSavedModel(input));
+  return runImport(input, "", log, {}, [&](const tav::DetailedModel& model) {
     use(model);
     return false;
   });

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "framework/model/model.h"
+#include "framework/details/detailed_model.h"
 #include "host/message_log.h"
 
 namespace host {
@@ -14,6 +14,6 @@ namespace host {
 /// saving anything, and shows its model to `use`. Returns an exit code: done, or that the input holds no
 /// database definition. Throws when it cannot be opened.
 int withModel(const std::string& input, MessageLog& log,
-              const std::function<void(const TAVModel& model)>& use);
+              const std::function<void(const tav::DetailedModel& model)>& use);
 
 }  // namespace host

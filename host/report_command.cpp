@@ -15,7 +15,7 @@ struct Arguments {
 
 int report(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
-  return withModel(arguments.input, log, [&](const TAVModel& model) {
+  return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model);
     writeOutput(arguments.output, [&](std::ostream& out) { tav::writeReport(graph, kProgram, out); });
   });

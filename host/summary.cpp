@@ -94,11 +94,11 @@ std::string reachText(const Summary::Reach& kind) {
 
 }  // namespace
 
-Summary summarize(const TAVModel& model) {
+Summary summarize(const tav::DetailedModel& model) {
   const tav::LineageGraph graph(model);
   Summary summary;
   summary.database = graph.modelName();
-  summary.dataSources = model.storeConnections.getCount();
+  summary.dataSources = model.model.storeConnections.getCount();
   Counter counter(graph, summary);
   for (tav::NodeId id = 0; id < graph.nodes().size(); ++id) counter.count(id);
   return summary;

@@ -4,7 +4,7 @@
 #include <ostream>
 #include <string>
 
-#include "framework/model/model.h"
+#include "framework/details/detailed_model.h"
 
 namespace host {
 
@@ -32,7 +32,7 @@ struct Summary {
 };
 
 /// Counts the nodes of the model's lineage graph. Renumbers the model (see tav::Numbering).
-Summary summarize(const TAVModel& model);
+Summary summarize(const tav::DetailedModel& model);
 
 /// Writes the summary for people, with the number of references that could not be resolved.
 void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& out);

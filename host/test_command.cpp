@@ -17,7 +17,8 @@ int test(const std::string& input, MessageLog& log) {
   TAVOptionList options = optionsFor(input);
   if (!loadPlugin().test(kBridgeIdentifier, options, log)) return kFailed;
   const bool quiet = std::exchange(log.quiet, true);
-  const int code = runImport(input, "", log, [](const TAVStoreModel& /*model*/) { return false; });
+  const int code = runImport(input, "", log, {.details = false},
+                             [](const tav::DetailedModel& /*model*/) { return false; });
   if (code != kDone || quiet) return code;
   StandardOutput out;
   fmt::print(out.stream(), "{} can be imported.\n", printable(input));

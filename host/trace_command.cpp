@@ -27,7 +27,7 @@ Writer writerOf(const std::string& format) {
 
 int tell(const Arguments& arguments, tav::LineageDirection direction, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
-  return withModel(arguments.input, log, [&](const TAVModel& model) {
+  return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model);
     const tav::NodeId start = tav::findNode(graph, arguments.name, direction);
     writeOutput(arguments.output, [&](std::ostream& out) {

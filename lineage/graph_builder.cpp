@@ -87,7 +87,8 @@ std::string_view databaseName(const TAVModelObject& object) {
 }  // namespace
 
 /// The passes, each of which needs what those before it made.
-LineageGraph::LineageGraph(const TAVModel& model) : model_(model), tabular_(tav::isTabular(model)) {
+LineageGraph::LineageGraph(const DetailedModel& model)
+    : model_(model.model), details_(model.details), tabular_(tav::isTabular(model.model)) {
   GraphBuilder(*this).build();
 }
 

@@ -1,50 +1,11 @@
 #include "lineage/lineage_graph.h"
 
 #include <algorithm>
-#include <array>
 
 #include "framework/model/roles.h"
 
 namespace tav {
 namespace {
-
-struct KindRow {
-  std::string_view name;
-  std::string_view label;
-  bool classifier;
-};
-
-constexpr std::array<KindRow, kNodeKindCount> kKinds{{
-    {"databaseTable", "database table", true},
-    {"databaseColumn", "database column", false},
-    {"viewTable", "view table", true},
-    {"namedQuery", "named query", true},
-    {"viewColumn", "view column", false},
-    {"computedColumn", "computed column", false},
-    {"condition", "condition", false},
-    {"dimension", "dimension", true},
-    {"attribute", "attribute", false},
-    {"measureGroup", "measure group", true},
-    {"measure", "measure", false},
-    {"linkedMeasureGroup", "linked measure group", true},
-    {"linkedMeasure", "linked measure", false},
-    {"calculations", "calculations", true},
-    {"calculatedMeasure", "calculated measure", false},
-    {"kpi", "KPI", true},
-    {"kpiValue", "KPI value", false},
-    {"cube", "cube", true},
-    {"cubeDimension", "cube dimension", true},
-    {"cubeAttribute", "cube attribute", false},
-    {"cubeMeasure", "cube measure", false},
-    {"perspective", "perspective", false},
-}};
-
-constexpr std::array<std::string_view, kEdgeKindCount> kEdgeKinds{"direct", "computed", "aggregated",
-                                                                  "condition", "member"};
-
-const KindRow& row(NodeKind kind) noexcept {
-  return kKinds[static_cast<std::size_t>(kind)];
-}
 
 template <class T>
 std::span<const T> slice(const std::vector<T>& items, const std::vector<std::uint32_t>& offsets,
@@ -54,42 +15,9 @@ std::span<const T> slice(const std::vector<T>& items, const std::vector<std::uin
 
 }  // namespace
 
-std::string_view nodeKindName(NodeKind kind) noexcept {
-  return row(kind).name;
-}
-
-std::string_view nodeKindLabel(NodeKind kind) noexcept {
-  return row(kind).label;
-}
-
-bool isClassifierKind(NodeKind kind) noexcept {
-  return row(kind).classifier;
-}
-
 bool isMeasureKind(NodeKind kind) noexcept {
   return kind == NodeKind::measure || kind == NodeKind::linkedMeasure ||
          kind == NodeKind::calculatedMeasure || kind == NodeKind::cubeMeasure;
-}
-
-bool isCopyKind(NodeKind kind) noexcept {
-  switch (kind) {
-    case NodeKind::cubeMeasure:
-    case NodeKind::cubeAttribute:
-    case NodeKind::cubeDimension:
-    case NodeKind::linkedMeasure:
-    case NodeKind::linkedMeasureGroup:
-      return true;
-    default:
-      return false;
-  }
-}
-
-std::string_view edgeKindName(EdgeKind kind) noexcept {
-  return kEdgeKinds[static_cast<std::size_t>(kind)];
-}
-
-bool givesValue(EdgeKind kind) noexcept {
-  return kind != EdgeKind::condition && kind != EdgeKind::member;
 }
 
 std::span<const LineageEdge> LineageGraph::into(NodeId id) const noexcept {

@@ -14,59 +14,37 @@
 #include <utility>
 #include <vector>
 
+#include "framework/details/detailed_model.h"
 #include "framework/model/model.h"
 #include "lineage/database_address.h"
 
 namespace tav {
 
-enum class NodeKind : std::uint8_t {
-  databaseTable,  ///< a table, view or function of a database, as far as a data source view tells of it
-  databaseColumn,
-  viewTable,   ///< a table of a data source view that stands for one of the database
-  namedQuery,  ///< a table of a data source view that a query fills
-  viewColumn,
-  computedColumn,  ///< a column that the data source view computes
-  condition,       ///< under which a named query takes rows
-  dimension,
-  attribute,
-  measureGroup,
-  measure,
-  linkedMeasureGroup,
-  linkedMeasure,
-  calculations,  ///< what holds a cube's calculated measures
-  calculatedMeasure,
-  kpi,
-  kpiValue,  ///< Value, Goal, Status or Trend
-  cube,
-  cubeDimension,  ///< a dimension under the name that a cube gives it
-  cubeAttribute,
-  cubeMeasure,  ///< a measure, calculated measure or KPI value as a cube lists it
-  perspective,
-};
-inline constexpr std::size_t kNodeKindCount = static_cast<std::size_t>(NodeKind::perspective) + 1;
+using NodeKind = ObjectKind;
+using EdgeKind = RelationKind;
+inline constexpr std::size_t kNodeKindCount = kObjectKindCount;
+inline constexpr std::size_t kEdgeKindCount = kRelationKindCount;
 
 /// The name of a kind in exports, "databaseTable", and for people, "database table".
-std::string_view nodeKindName(NodeKind kind) noexcept;
-std::string_view nodeKindLabel(NodeKind kind) noexcept;
+inline std::string_view nodeKindName(NodeKind kind) noexcept {
+  return rowOf(kind).name;
+}
+inline std::string_view nodeKindLabel(NodeKind kind) noexcept {
+  return rowOf(kind).label;
+}
+inline std::string_view edgeKindName(EdgeKind kind) noexcept {
+  return rowOf(kind).name;
+}
 /// Whether nodes of this kind have others as their parts: tables, dimensions, cubes.
-bool isClassifierKind(NodeKind kind) noexcept;
+inline bool isClassifierKind(NodeKind kind) noexcept {
+  return rowOf(kind).hasParts;
+}
+/// Whether nodes of this kind show others as they are: what cubes use, list and link.
+inline bool isCopyKind(NodeKind kind) noexcept {
+  return rowOf(kind).isCopy;
+}
 /// Whether nodes of this kind are measures, calculated ones and copies included, but not values of KPIs.
 bool isMeasureKind(NodeKind kind) noexcept;
-/// Whether nodes of this kind show others as they are: what cubes use, list and link.
-bool isCopyKind(NodeKind kind) noexcept;
-
-enum class EdgeKind : std::uint8_t {
-  direct,      ///< taken over as it is
-  computed,    ///< one of the operands of an expression
-  aggregated,  ///< added up, counted, ...
-  condition,   ///< decides which rows count, and gives no value
-  member,      ///< shown by the cube, or the cube by the perspective
-};
-inline constexpr std::size_t kEdgeKindCount = static_cast<std::size_t>(EdgeKind::member) + 1;
-
-std::string_view edgeKindName(EdgeKind kind) noexcept;
-/// Whether a value flows along such an edge: not along conditions and members.
-bool givesValue(EdgeKind kind) noexcept;
 
 /// The place of a node in LineageGraph::nodes().
 using NodeId = std::uint32_t;
@@ -119,11 +97,13 @@ struct LineageEdge {
 class LineageGraph {
  public:
   /// Renumbers the model (see tav::Numbering).
-  explicit LineageGraph(const TAVModel& model);
+  explicit LineageGraph(const DetailedModel& model);
   LineageGraph(const LineageGraph&) = delete;
   LineageGraph& operator=(const LineageGraph&) = delete;
 
   [[nodiscard]] const TAVModel& model() const noexcept { return model_; }
+  /// What the definition says beyond the model; null when that is not known.
+  [[nodiscard]] const Details* details() const noexcept { return details_; }
   [[nodiscard]] std::span<const LineageNode> nodes() const noexcept { return nodes_; }
   [[nodiscard]] const LineageNode& node(NodeId id) const noexcept { return nodes_[id]; }
   /// Ordered by `to`; those with the same `to` in the order of its expression.
@@ -211,6 +191,7 @@ class LineageGraph {
   };
 
   const TAVModel& model_;
+  const Details* details_;
   bool tabular_ = false;
   std::vector<LineageNode> nodes_;
   std::vector<LineageEdge> edges_;

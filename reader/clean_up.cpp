@@ -26,9 +26,13 @@ class Cleaner : public TAVTraversalOperation {
     }
   }
 
-  void deleteEmpty() {
+  void deleteEmpty(const TAVStoreModel& model, Details* details) {
     for (TAVObject* map : empty_) destroy(*map);
-    for (TAVObject* owner : emptyOwners_) destroy(*owner);
+    for (TAVObject* owner : emptyOwners_) {
+      if (const auto* connection = as<TAVStoreConnection>(owner); connection && details)
+        details->release(*connection, ObjectKind::dataSource, details->itemOf(model));
+      destroy(*owner);
+    }
   }
 
  private:
@@ -48,10 +52,10 @@ void tidyPackages(TAVStoreModel& model) {
   for (TAVPackage* package : empty) destroy(*package);
 }
 
-void cleanModel(TAVStoreModel& model) {
+void cleanModel(TAVStoreModel& model, Details* details) {
   Cleaner cleaner;
   model.depthTraversal(cleaner);
-  cleaner.deleteEmpty();
+  cleaner.deleteEmpty(model, details);
 }
 
 }  // namespace tav

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "framework/details/details.h"
 #include "framework/model/model.h"
 
 namespace tav {
@@ -8,7 +9,8 @@ namespace tav {
 void tidyPackages(TAVStoreModel& model);
 
 /// Takes the IDs of the definition off everything in a model but the model itself, and deletes maps that have
-/// no source and connections that feed nothing. A second time changes nothing.
-void cleanModel(TAVStoreModel& model);
+/// no source and connections that feed nothing; such a connection stays in the details, if there are any. A
+/// second time changes nothing.
+void cleanModel(TAVStoreModel& model, Details* details);
 
 }  // namespace tav

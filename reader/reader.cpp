@@ -26,12 +26,14 @@ bool TAVSQLServerXMLAImportBridge::importFile(const TAVString& identifier, TAVSt
   run_ = std::make_unique<tav::ImportRun>(run_->log);
   run_->model = model;
   run_->file = std::move(file);
+  if (tav::areDetailsWanted()) run_->details = std::make_unique<tav::Details>();
   importing_ = true;
   if (!run_->file.exists()) QVT_SSXMLA::MICROSOFT_XMLA_I_FILE_NOT_OPEN.throwException(run_->file.getPath());
   readDocument();
   factorizeTypes(*model, 0, 0);
   if (model->metadataOrigins.empty()) model->addMetadataOrigin(tav::describeOrigin(identifier, run_->file));
   cleanUp();
+  if (run_->details) tav::reportDetails(std::move(run_->details));
   return true;
 }
 
@@ -55,7 +57,7 @@ void TAVSQLServerXMLAImportBridge::cleanUp() {
   run_->dimensions.clear();
   run_->document.reset();
   run_->types.release();
-  tav::cleanModel(*run_->model);
+  tav::cleanModel(*run_->model, run_->details.get());
 }
 
 TAVString TAVSQLServerXMLAImportBridge::importTypeName(const TAVString& dataType) {

@@ -44,8 +44,8 @@ const TAVClassifier* readerOf(const TAVTable& query) {
 /// where it is first read, with the names that this order gives.
 class ConnectionTables : public QueryTarget {
  public:
-  ConnectionTables(TAVDesignPackage& package, std::vector<TAVTable*> tables, TAVLog* log)
-      : package_(package), tables_(std::move(tables)), analyzer_(nullptr, log) {}
+  ConnectionTables(TAVDesignPackage& package, std::vector<TAVTable*> tables, TAVLog* log, Details* details)
+      : package_(package), tables_(std::move(tables)), analyzer_(nullptr, log), details_(details) {}
 
   void resolve() {
     takeOut();
@@ -155,9 +155,9 @@ class ConnectionTables : public QueryTarget {
       return;
     }
     TAVTable& whole = tableOf(*plain);
+    plain_.emplace_back(&table, &whole);
     for (TAVFeature& column : table.features)
       replaced_.emplace(&column, &columnOf(whole, column.physicalName.str(), column.type.get()));
-    plain_.push_back(&table);
   }
 
   void writeWaiting() {
@@ -192,14 +192,24 @@ class ConnectionTables : public QueryTarget {
   /// Lets what read a query that hands on a table read the table, each source in its place.
   void replacePlain() {
     std::unordered_set<const TAVObject*> seen;
-    for (TAVTable* table : plain_) {
+    for (const auto& [table, whole] : plain_) {
       for (TAVFeature& column : table->features)
         for (TAVFeatureMap* map : listOf(column.sourceOf))
           if (seen.insert(map).second) replaceSources(*map);
       for (TAVClassifierMap* map : listOf(table->sourceOfClassifierMaps))
         if (seen.insert(map).second) replaceSources(*map);
     }
-    for (TAVTable* table : plain_) waiting_.erase(table);
+    for (const auto& [table, whole] : plain_) {
+      if (details_) replaceInDetails(*table, *whole);
+      waiting_.erase(table);
+    }
+  }
+
+  void replaceInDetails(const TAVTable& table, const TAVTable& whole) {
+    details_->replace(table, whole);
+    for (const TAVFeature& column : table.features)
+      if (const auto kept = replaced_.find(&column); kept != replaced_.end())
+        details_->replace(column, *kept->second);
   }
 
   void replaceSources(TAVFeatureMap& map) const {
@@ -230,13 +240,14 @@ class ConnectionTables : public QueryTarget {
   std::unordered_map<std::string, TAVTable*> byName_;             // those of the database
   std::unordered_map<const TAVClassifier*, Columns> columns_;
   std::vector<TAVTable*> queries_;  // those of one reader, which are written once all of them are placed
-  std::vector<TAVTable*> plain_;
+  std::vector<std::pair<TAVTable*, TAVTable*>> plain_;  // queries, and the tables that they give way to
   std::unordered_map<const TAVFeature*, TAVFeature*> replaced_;  // columns of plain queries
+  Details* details_;
 };
 
 }  // namespace
 
-void resolveDatabaseQueries(TAVStoreModel& model, TAVLog* log) {
+void resolveDatabaseQueries(TAVStoreModel& model, TAVLog* log, Details* details) {
   const TAVDesignPackage* views = model.designPackages.get(label::kDataSourceViews);
   if (!views) return;
   for (TAVNamespaceElement& element : views->namespaceElements) {
@@ -250,7 +261,7 @@ void resolveDatabaseQueries(TAVStoreModel& model, TAVLog* log) {
       tables.push_back(table);
       marked |= table->nativeType == label::kUnresolvedQuery;
     }
-    if (marked) ConnectionTables(*package, std::move(tables), log).resolve();
+    if (marked) ConnectionTables(*package, std::move(tables), log, details).resolve();
   }
 }
 

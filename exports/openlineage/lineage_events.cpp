@@ -135,10 +135,10 @@ class EventWriter {
 
 }  // namespace
 
-LineageEvents::LineageEvents(const TAVModel& model, const ExportOptions& options)
+LineageEvents::LineageEvents(const DetailedModel& model, const ExportOptions& options)
     : graph_(model),
       datasets_(graph_, options.server),
-      time_(eventTime(model, options.input)),
+      time_(eventTime(model.model, options.input)),
       static_(options.staticEvents) {}
 
 std::size_t LineageEvents::count() const noexcept {
@@ -158,7 +158,7 @@ void LineageEvents::write(const std::function<void(std::string_view event)>& tak
 extern const ExportFormat kOpenLineageFormat{
     .name = "openlineage",
     .description = "lineage as events of the OpenLineage standard, one a line",
-    .write = [](const TAVModel& model, const ExportOptions& options, std::ostream& out) {
+    .write = [](const DetailedModel& model, const ExportOptions& options, std::ostream& out) {
       LineageEvents(model, options).write([&](std::string_view event) { out << event << '\n'; });
     }};
 

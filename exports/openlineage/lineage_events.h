@@ -20,7 +20,7 @@ class LineageEvents {
  public:
   /// Renumbers the model, which must live longer. Of the options, `input`, `server` and `staticEvents` count.
   /// Throws what eventTime() throws.
-  LineageEvents(const TAVModel& model, const ExportOptions& options);
+  LineageEvents(const DetailedModel& model, const ExportOptions& options);
 
   [[nodiscard]] std::size_t count() const noexcept;
   /// Hands over one event after the other: a JSON object on one line, without a line end, that is there until

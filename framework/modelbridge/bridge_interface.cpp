@@ -10,5 +10,5 @@ TAVImportBridgeDllInterface::~TAVImportBridgeDllInterface() = default;
 void TAVBridgeDllInterface::saveStoreModel(const TAVFile& file, const TAVModel& model, TAVLog* /*log*/) {
   const auto* storeModel = tav::as<TAVStoreModel>(&model);
   if (storeModel && !tav::reportModel(*storeModel)) return;
-  tav::saveModel(model, file.getPath());
+  tav::saveModel(model, file.getPath(), tav::reportedDetails());
 }

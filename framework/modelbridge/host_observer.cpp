@@ -23,6 +23,22 @@ bool HostObserver::onModel(const TAVStoreModel& /*model*/) {
   return true;
 }
 
+bool HostObserver::wantsDetails() {
+  return false;
+}
+
+bool areDetailsWanted() {
+  return last && last->wantsDetails();
+}
+
+void reportDetails(std::unique_ptr<Details> details) {
+  if (last) last->details_ = std::move(details);
+}
+
+const Details* reportedDetails() {
+  return last ? last->details() : nullptr;
+}
+
 void reportParsed(std::uint64_t read, std::uint64_t total) {
   if (last) last->onParsed(read, total);
 }

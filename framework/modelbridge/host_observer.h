@@ -1,13 +1,13 @@
 #pragma once
 
 // How a host sees more of a running import than its log: the share of the file that is parsed, whether it
-// defines a database, and the model before the plug-in deletes it.
+// defines a database, the model before the plug-in deletes it, and what the definition says beyond it.
 
 #include <cstdint>
+#include <memory>
 
 #include "framework/api.h"
-
-class TAVStoreModel;
+#include "framework/details/details.h"
 
 namespace tav {
 
@@ -28,14 +28,28 @@ class TAV_API HostObserver {
   /// A plug-in hands its finished model over to be saved. Returns whether it is to be saved: a host that only
   /// looks at the model returns false, and no file is written. What this throws ends the import.
   virtual bool onModel(const TAVStoreModel& model);
+  /// Whether the host asks for the details of what is imported. Without it, reading them costs nothing.
+  virtual bool wantsDetails();
+
+  /// The details of the model that a plug-in hands over, from before onModel(); null when it has none.
+  [[nodiscard]] const Details* details() const noexcept { return details_.get(); }
 
  private:
+  friend TAV_API void reportDetails(std::unique_ptr<Details> details);
   HostObserver* before_;
+  std::unique_ptr<Details> details_;
 };
 
 /// Tells the host's observer, if there is one.
 TAV_API void reportParsed(std::uint64_t read, std::uint64_t total);
 TAV_API void reportDatabase();
+/// Whether details are asked for; nobody does without an observer.
+TAV_API bool areDetailsWanted();
+/// Hands the details of the model over that is to be shown next. They are the observer's; without one they
+/// go.
+TAV_API void reportDetails(std::unique_ptr<Details> details);
+/// The details that were handed over; null when there are none.
+TAV_API const Details* reportedDetails();
 /// Shows the model to the host's observer; whether it is to be saved, which it is without an observer.
 TAV_API bool reportModel(const TAVStoreModel& model);
 

@@ -2,26 +2,16 @@
 
 #include <expat.h>
 
-#include <charconv>
-#include <unordered_map>
-
 #include "framework/dom/document_encoding.h"
 #include "framework/dom/dom.h"
 #include "framework/model/reflection.h"
+#include "framework/serialization/details_reader.h"
+#include "framework/serialization/loading.h"
 #include "framework/serialization/model_format.h"
 #include "framework/std/file_reader.h"
 
 namespace tav {
 namespace {
-
-[[noreturn]] void failToLoad(std::string_view place, std::string_view cause) {
-  fail("TAVXML_F0002", std::string(place) + ": " + std::string(cause));
-}
-
-template <class Number> bool parseNumber(std::string_view text, Number& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  return error == std::errc() && end == text.data() + text.size();
-}
 
 /// "NAME 11.0.0"; the name may hold blanks.
 bool parseDataStore(std::string_view text, TAVDataStore& store) {
@@ -41,7 +31,7 @@ class Loader {
  public:
   explicit Loader(std::string_view name) : name_(name) {}
 
-  Owned<TAVMultiModel> load(const TAVDOMElement& root) {
+  SavedDocument load(const TAVDOMElement& root) {
     if (root.getTagName() != typeText<TAVMultiModel>()) failAt(root, "this is no saved model");
     if (root.getAttribute(kFormatAttribute) != kFormat)
       failAt(root, "the format '" + std::string(root.getAttribute(kFormatAttribute)) + "' is not known");
@@ -49,7 +39,7 @@ class Loader {
     openObject(root, *multiModel);
     while (!open_.empty()) readNext();
     resolve();
-    return multiModel;
+    return {std::move(multiModel), details_ ? readDetails(*details_, objects_, name_) : nullptr};
   }
 
  private:
@@ -79,6 +69,10 @@ class Loader {
       open_.pop_back();
       return;
     }
+    if (isDetails(*element, role)) {
+      details_ = element;
+      return;
+    }
     const ClassInfo* info = findClass(element->getTagName());
     if (!info || !info->create || !derives(info->id, role.link->row->target))
       failAt(*element, "'" + std::string(element->getTagName()) + "' cannot stand in '" +
@@ -90,6 +84,11 @@ class Loader {
     linkObjects(role.link->number, *role.owner, object);
     static_cast<void>(made.release());
     openObject(*element, object);
+  }
+
+  /// Details wait until every object is there. Of several, which nothing writes, the last counts.
+  static bool isDetails(const TAVDOMElement& element, const Role& role) {
+    return element.getTagName() == kDetailsContent && is<TAVMultiModel>(*role.owner);
   }
 
   /// Opens the roles of an object, the last first, so that they are read in the order of the document.
@@ -192,14 +191,15 @@ class Loader {
   std::string_view name_;
   std::vector<Role> open_;
   std::vector<Pending> pending_;
-  std::unordered_map<std::uint32_t, TAVObject*> objects_;
+  LoadedObjects objects_;
+  const TAVDOMElement* details_ = nullptr;
 };
 
-Owned<TAVModel> onlyModelOf(const TAVMultiModel& multiModel, std::string_view name) {
-  const TAVModelContent* content = multiModel.contents.first();
+SavedModel onlyModelOf(SavedDocument document, std::string_view name) {
+  const TAVModelContent* content = document.contents->contents.first();
   TAVModel* model = content ? content->models.first() : nullptr;
   if (!model) failToLoad(name, "the document holds no model");
-  return model->removeContent();
+  return {model->removeContent(), std::move(document.details)};
 }
 
 /// Stops at the first start tag and keeps its name.
@@ -216,18 +216,26 @@ void XMLCALL rootFound(void* data, const XML_Char* name, const XML_Char** /*attr
 
 }  // namespace
 
-Owned<TAVMultiModel> loadMultiModel(const TAVString& path) {
+SavedDocument loadDocument(const TAVString& path) {
   TAVDOM dom(nullptr);
   return Loader(path).load(*dom.parseFile(TAVFile(path)));
 }
 
+SavedModel loadSavedModel(const TAVString& path) {
+  return onlyModelOf(loadDocument(path), path);
+}
+
+SavedModel loadSavedModelText(std::string_view text, std::string_view name) {
+  TAVDOM dom(nullptr);
+  return onlyModelOf(Loader(name).load(*dom.parseText(text, name)), name);
+}
+
 Owned<TAVModel> loadModel(const TAVString& path) {
-  return onlyModelOf(*loadMultiModel(path), path);
+  return loadSavedModel(path).model;
 }
 
 Owned<TAVModel> loadModelText(std::string_view text, std::string_view name) {
-  TAVDOM dom(nullptr);
-  return onlyModelOf(*Loader(name).load(*dom.parseText(text, name)), name);
+  return loadSavedModelText(text, name).model;
 }
 
 bool isSavedModel(const TAVString& path) {

@@ -1,5 +1,9 @@
 #include "framework/serialization/model_schema.h"
 
+#include <array>
+#include <vector>
+
+#include "framework/details/details.h"
 #include "framework/model/reflection.h"
 #include "framework/serialization/model_format.h"
 
@@ -13,6 +17,9 @@ constexpr std::string_view kHead = R"(<?xml version="1.0" encoding="UTF-8"?>
    A saved model. Each object is an element named after its class; its attributes and its references to other
    objects, by their ids, are attributes; what it contains stands in elements named after its roles. An
    attribute is left out when it has its default: the empty text, 0, false. Ids are given in document order.
+   Details, where a document has them, tell what the definition says beyond the model: items that only they have,
+   relations from what is named to what names it, settings (each an attribute of its item, or an element where its
+   name is no attribute's), names in expressions that lead to nothing, and what was passed over.
   </xs:documentation>
  </xs:annotation>
  <xs:simpleType name="id">
@@ -66,7 +73,77 @@ void writeRole(std::ostream& out, const LinkRow& row) {
     const ClassInfo& info = classInfo(id);
     if (info.create) out << "      <xs:element name=\"" << info.name << "\" type=\"" << info.name << "\"/>\n";
   }
+  if (row.target == classId<TAVModelContent>)
+    out << "      <xs:element name=\"" << kDetailsContent << "\" type=\"" << kDetailsContent << "\"/>\n";
   out << "     </xs:choice>\n    </xs:complexType>\n   </xs:element>\n";
+}
+
+/// The content that holds details: no class, but kinds of things.
+void writeDetailsTypes(std::ostream& out) {
+  out << R"( <xs:complexType name="item">
+  <xs:attribute name="id" type="id" use="required"/>
+  <xs:attribute name="owner" type="id"/>
+  <xs:attribute name="name" type="xs:string"/>
+  <xs:attribute name="language" type="xs:string"/>
+  <xs:attribute name="text" type="xs:string"/>
+ </xs:complexType>
+ <xs:complexType name="relation">
+  <xs:attribute name="from" type="id" use="required"/>
+  <xs:attribute name="to" type="id" use="required"/>
+  <xs:attribute name="text" type="xs:string"/>
+ </xs:complexType>
+ <xs:complexType name="settings">
+  <xs:sequence>
+   <xs:element name="setting" minOccurs="0" maxOccurs="unbounded">
+    <xs:complexType>
+     <xs:attribute name="name" type="xs:string" use="required"/>
+     <xs:attribute name="value" type="xs:string"/>
+    </xs:complexType>
+   </xs:element>
+  </xs:sequence>
+  <xs:attribute name="ref" type="id" use="required"/>
+  <xs:anyAttribute processContents="skip"/>
+ </xs:complexType>
+ <xs:complexType name="openName">
+  <xs:attribute name="ref" type="id" use="required"/>
+  <xs:attribute name="name" type="xs:string" use="required"/>
+  <xs:attribute name="state" type="xs:string" use="required"/>
+  <xs:attribute name="note" type="xs:string"/>
+ </xs:complexType>
+ <xs:complexType name="passedOver">
+  <xs:attribute name="count" type="xs:unsignedInt" use="required"/>
+ </xs:complexType>
+)";
+}
+
+/// An element that holds any number of elements of these names and one type.
+template <class Names>
+void writeDetailsPart(std::ostream& out, std::string_view part, std::string_view type, const Names& names) {
+  out << "   <xs:element name=\"" << part << "\">\n    <xs:complexType>\n"
+      << "     <xs:choice minOccurs=\"0\" maxOccurs=\"unbounded\">\n";
+  for (const std::string_view name : names)
+    out << "      <xs:element name=\"" << name << "\" type=\"" << type << "\"/>\n";
+  out << "     </xs:choice>\n    </xs:complexType>\n   </xs:element>\n";
+}
+
+template <class Kind> std::vector<std::string_view> namesOf(std::size_t count) {
+  std::vector<std::string_view> names;
+  for (std::size_t i = 0; i < count; ++i) names.push_back(rowOf(static_cast<Kind>(i)).name);
+  return names;
+}
+
+void writeDetailsContent(std::ostream& out) {
+  writeDetailsTypes(out);
+  out << " <xs:complexType name=\"" << kDetailsContent << "\">\n  <xs:sequence>\n";
+  writeDetailsPart(out, kItems, "item", namesOf<ObjectKind>(kObjectKindCount));
+  writeDetailsPart(out, kRelations, "relation", namesOf<RelationKind>(kRelationKindCount));
+  writeDetailsPart(out, kSettings, "settings", std::array{kSettingsOfItem});
+  writeDetailsPart(out, kOpenNames, "openName", std::array{kOpenName});
+  writeDetailsPart(out, kPassedOver, "passedOver", namesOf<PassedOver>(kPassedOverCount));
+  out << "  </xs:sequence>\n";
+  writeAttribute(out, kElementTypeAttribute, "xs:int",
+                 " use=\"required\" fixed=\"" + std::to_string(kDetailsElementType) + "\"");
+  out << " </xs:complexType>\n";
 }
 
 void writeClass(std::ostream& out, const ClassInfo& info) {
@@ -100,6 +177,7 @@ void writeModelSchema(std::ostream& out) {
   out << kHead;
   for (ClassId id = 0; id < kClassCount; ++id)
     if (classInfo(id).create) writeClass(out, classInfo(id));
+  writeDetailsContent(out);
   const std::string_view root = classInfo(classId<TAVMultiModel>).name;
   out << " <xs:element name=\"" << root << "\" type=\"" << root << "\">\n"
       << "  <xs:unique name=\"ids\">\n   <xs:selector xpath=\".//*\"/>\n   <xs:field xpath=\"@id\"/>\n"

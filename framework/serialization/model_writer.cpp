@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "framework/model/tree_walk.h"
+#include "framework/serialization/details_writer.h"
 #include "framework/serialization/model_format.h"
 #include "framework/serialization/replacing_file.h"
 #include "framework/serialization/xml_text.h"
@@ -17,7 +18,7 @@ class Writer {
  public:
   explicit Writer(std::ostream& out) : out_(out) { text_.reserve(kFlushSize + (kFlushSize >> 3)); }
 
-  void write(const TAVModel& model) {
+  void write(const TAVModel& model, const Details* details) {
     const ClassInfo& root = classInfo(classId<TAVMultiModel>);
     const ClassInfo& content = classInfo(classId<TAVModelContent>);
     text_ += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
@@ -28,10 +29,13 @@ class Writer {
     text_ += ">\n   <models>";
     depth_ = 4;
     // Before anything is written, because references may name what comes later.
-    numberTree(model, [](const TAVObject& /*object*/) { return false; });
+    const std::uint32_t count = numberTree(model, [](const TAVObject& /*object*/) { return false; });
     walkTree(model, *this);
     text_ += "\n   </models>\n  </";
-    text_.append(content.name).append(">\n </contents>\n</").append(root.name).append(">\n");
+    text_.append(content.name).append(">\n");
+    flush();
+    if (details) writeDetails(*details, count, out_);
+    text_.append(" </contents>\n</").append(root.name).append(">\n");
     flush();
   }
 
@@ -129,13 +133,13 @@ class Writer {
 
 }  // namespace
 
-void writeModel(const TAVModel& model, std::ostream& out) {
-  Writer(out).write(model);
+void writeModel(const TAVModel& model, std::ostream& out, const Details* details) {
+  Writer(out).write(model, details);
 }
 
-void saveModel(const TAVModel& model, const TAVString& path) {
+void saveModel(const TAVModel& model, const TAVString& path, const Details* details) {
   ReplacingFile file(path);
-  writeModel(model, file.stream());
+  writeModel(model, file.stream(), details);
   file.commit();
 }
 

@@ -13,9 +13,10 @@ TAVMultiModelSerialization::TAVMultiModelSerialization(TAVLog* /*log*/, const TA
 
 tav::Owned<TAVObject> TAVMultiModelSerialization::load(const TAVFile& file, TAVElementType elementType,
                                                        bool /*flag*/) {
-  tav::Owned<TAVMultiModel> root = tav::loadMultiModel(file.getPath());
-  if (!root->isInstanceOf(elementType)) return nullptr;
-  return root;
+  tav::SavedDocument document = tav::loadDocument(file.getPath());
+  if (!document.contents->isInstanceOf(elementType)) return nullptr;
+  details_ = std::move(document.details);
+  return std::move(document.contents);
 }
 
 TAVModel* TAVMultiModelSerialization::loadModel(TAVModelContent& content) {

@@ -25,7 +25,7 @@ _xmla_bridge() {
       case $command in
         '') words="$commands --help --version" ;;
         help) words=${commands% help} ;;
-        import) words='-o --out-dir --jobs --json --quiet --log-format --help' ;;
+        import) words='-o --out-dir --jobs --json --no-details --quiet --log-format --help' ;;
         export)
           words='-o --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
           words+=' --quiet --log-format --help'

@@ -5,6 +5,7 @@
 
 #include <memory>
 
+#include "framework/details/details.h"
 #include "framework/dom/dom.h"
 #include "framework/model/model.h"
 #include "framework/std/file.h"
@@ -23,6 +24,7 @@ struct ImportRun {
   TAVStoreModel* model = nullptr;    ///< the caller's; there when the first step begins
   TAVFile file;                      ///< the input
   std::unique_ptr<TAVDOM> document;  ///< while it is read; nothing in the model points into it
+  std::unique_ptr<Details> details;  ///< null when nobody asks for them
   ImportTypes types;
   ViewColumns columns;               ///< of the data source views
   IdIndex<TAVDimension> dimensions;  ///< of the database

@@ -10,6 +10,10 @@
 #include "framework/bridgelib/names.h"
 #include "framework/bridgelib/properties.h"
 #include "framework/bridgelib/types.h"
+#include "framework/details/detailed_model.h"
+#include "framework/details/details.h"
+#include "framework/details/kinds.h"
+#include "framework/details/passed_over.h"
 #include "framework/dom/dom.h"
 #include "framework/dom/dom_name.h"
 #include "framework/dom/element.h"
@@ -134,6 +138,17 @@ void takeModel() {
   take(&tav::classifierMapOf, &tav::featureMapOf, &tav::roleOf, &tav::isDefault, &tav::findClass);
 }
 
+void takeDetails() {
+  tav::Details details;
+  const auto cube = tav::make<TAVCube>("c");
+  details.set(details.itemOf(*cube), "Language", "1033");
+  taken += tav::DetailedModel(*tav::make<TAVStoreModel>(), &details).details->settings().size();
+  taken +=
+      tav::rowOf(tav::ObjectKind::namedSet).label.size() + tav::rowOf(tav::RelationKind::key).name.size();
+  taken += tav::rowOf(tav::PassedOver::timeStamps).words.size();
+  take(&tav::objectKindOf, &tav::relationKindOf, &tav::givesValue, &tav::passedOverOf, &tav::openNameStateOf);
+}
+
 void takeReading() {
   TAVDOM dom(nullptr);
   const TAVDOMElement& root = *dom.parseText("<a b='1'><c/></a>", "text");
@@ -195,6 +210,7 @@ void takeTexts() {
 
 int main() {
   takeModel();
+  takeDetails();
   takeReading();
   takeBridges();
   takeTexts();

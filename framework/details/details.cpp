@@ -1,0 +1,99 @@
+#include "framework/details/details.h"
+
+#include <algorithm>
+
+namespace tav {
+namespace {
+
+constexpr std::size_t kBlockSize = std::size_t{64} << 10;
+
+constexpr std::array<std::string_view, kOpenNameStateCount> kOpenNameStates{"exists", "mistake", "beyond"};
+
+}  // namespace
+
+std::string_view openNameStateText(OpenNameState state) noexcept {
+  return kOpenNameStates[static_cast<std::size_t>(state)];
+}
+
+std::optional<OpenNameState> openNameStateOf(std::string_view text) noexcept {
+  const auto found = std::find(kOpenNameStates.begin(), kOpenNameStates.end(), text);
+  if (found == kOpenNameStates.end()) return std::nullopt;
+  return static_cast<OpenNameState>(found - kOpenNameStates.begin());
+}
+
+ItemId Details::itemOf(const TAVModelObject& object) {
+  const auto [place, isNew] = byObject_.try_emplace(&object, static_cast<ItemId>(items_.size()));
+  if (isNew) items_.push_back({&object, ObjectKind::other, kNoItem, {}, {}, {}});
+  return place->second;
+}
+
+ItemId Details::find(const TAVModelObject& object) const {
+  const auto place = byObject_.find(&object);
+  return place == byObject_.end() ? kNoItem : place->second;
+}
+
+ItemId Details::add(ObjectKind kind, ItemId owner, std::string_view name, std::string_view text,
+                    std::string_view language) {
+  items_.push_back({nullptr, kind, owner, keep(name), keep(text), keepName(language)});
+  return static_cast<ItemId>(items_.size() - 1);
+}
+
+void Details::setText(ItemId item, std::string_view text, std::string_view language) {
+  items_[item].text = keep(text);
+  items_[item].language = keepName(language);
+}
+
+void Details::relate(RelationKind kind, ItemId from, ItemId to, std::string_view text) {
+  relations_.push_back({kind, from, to, keepName(text)});
+}
+
+void Details::set(ItemId item, std::string_view name, std::string_view value) {
+  settings_.push_back({item, keepName(name), keep(value)});
+}
+
+void Details::addOpenName(ItemId item, std::string_view name, OpenNameState state, std::string_view note) {
+  openNames_.push_back({item, keep(name), state, keep(note)});
+}
+
+void Details::passOver(PassedOver what, std::size_t count) {
+  passedOver_[static_cast<std::size_t>(what)] += count;
+}
+
+std::size_t Details::passedOver(PassedOver what) const noexcept {
+  return passedOver_[static_cast<std::size_t>(what)];
+}
+
+void Details::replace(const TAVModelObject& object, const TAVModelObject& now) {
+  const auto place = byObject_.find(&object);
+  if (place == byObject_.end()) return;
+  const ItemId item = place->second;
+  byObject_.erase(place);
+  items_[item].object = &now;
+  byObject_.try_emplace(&now, item);
+}
+
+void Details::release(const TAVModelObject& object, ObjectKind kind, ItemId owner) {
+  const auto place = byObject_.find(&object);
+  if (place == byObject_.end()) return;
+  items_[place->second] = {nullptr, kind, owner, keep(object.getName()), {}, {}};
+  byObject_.erase(place);
+}
+
+/// Blocks never grow beyond what they were made for, so views into them stay.
+std::string_view Details::keep(std::string_view text) {
+  if (text.empty()) return {};
+  if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < text.size())
+    blocks_.emplace_back().reserve(std::max(text.size(), kBlockSize));
+  std::string& block = blocks_.back();
+  const std::size_t start = block.size();
+  block += text;
+  return std::string_view(block).substr(start);
+}
+
+/// A text that many have, kept once.
+std::string_view Details::keepName(std::string_view name) {
+  if (const auto known = names_.find(name); known != names_.end()) return *known;
+  return *names_.insert(keep(name)).first;
+}
+
+}  // namespace tav

@@ -1,0 +1,32 @@
+#pragma once
+
+// What a definition holds and no answer tells of. This is the one list: whatever is neither in the model nor
+// in the details stands here, and answers that it could have changed say so.
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "framework/api.h"
+
+namespace tav {
+
+enum class PassedOver : std::uint8_t {
+  designerLayout,  ///< places of boxes on a designer's canvas
+  timeStamps,      ///< when something was created, processed, changed
+  processing,      ///< what the server noted while processing: states and sizes
+};
+inline constexpr std::size_t kPassedOverCount = static_cast<std::size_t>(PassedOver::processing) + 1;
+
+struct PassedOverRow {
+  std::string_view name;    ///< in saved documents
+  std::string_view words;   ///< for people, plural: "time stamps"
+  bool hasMeaning = false;  ///< whether an answer could be another one for it
+};
+
+TAV_API const PassedOverRow& rowOf(PassedOver what) noexcept;
+/// What has that name, or nothing.
+TAV_API std::optional<PassedOver> passedOverOf(std::string_view name) noexcept;
+
+}  // namespace tav
