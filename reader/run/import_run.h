@@ -12,6 +12,7 @@
 #include "framework/std/log.h"
 #include "reader/run/id_index.h"
 #include "reader/run/import_types.h"
+#include "reader/run/open_expressions.h"
 #include "reader/run/records.h"
 #include "reader/run/view_columns.h"
 
@@ -21,10 +22,11 @@ struct ImportRun {
   explicit ImportRun(TAVLog* messages) : log(messages), types(messages), records(messages) {}
 
   TAVLog* log;
-  TAVStoreModel* model = nullptr;    ///< the caller's; there when the first step begins
-  TAVFile file;                      ///< the input
-  std::unique_ptr<TAVDOM> document;  ///< while it is read; nothing in the model points into it
-  std::unique_ptr<Details> details;  ///< null when nobody asks for them
+  TAVStoreModel* model = nullptr;           ///< the caller's; there when the first step begins
+  TAVFile file;                             ///< the input
+  std::unique_ptr<TAVDOM> document;         ///< while it is read; nothing in the model points into it
+  std::unique_ptr<Details> details;         ///< null when nobody asks for them
+  std::vector<OpenExpression> expressions;  ///< of the details, which are resolved at the end
   ImportTypes types;
   ViewColumns columns;               ///< of the data source views
   IdIndex<TAVDimension> dimensions;  ///< of the database
