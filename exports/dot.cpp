@@ -1,7 +1,5 @@
 #include "exports/dot.h"
 
-#include <array>
-
 #include "exports/answers/lineage_text.h"
 #include "exports/boxes.h"
 #include "exports/formats.h"
@@ -17,10 +15,21 @@ constexpr std::string_view kHead = R"(digraph lineage {
   edge [color="#5b6b7b", arrowsize=0.7, fontname="Helvetica,Arial,sans-serif", fontsize=9];
 )";
 
-/// How edges of each kind look.
-constexpr std::array<std::string_view, kEdgeKindCount> kStyles{
-    "", "style=dashed", "penwidth=1.6", "style=dotted, color=\"#a05a00\"", "style=dotted"};
-constexpr std::string_view kFoundStyle = "style=dashed, color=\"#7a3fb0\"";
+/// How edges look: by the way that values go, or by what the relation does.
+std::string_view styleOf(EdgeKind kind) {
+  switch (rowOf(kind).sense) {
+    case RelationSense::gives:
+      if (kind == EdgeKind::computed) return "style=dashed";
+      return kind == EdgeKind::direct ? "" : "penwidth=1.6";
+    case RelationSense::narrows:
+    case RelationSense::secures:
+      return "style=dotted, color=\"#a05a00\"";
+    case RelationSense::shows:
+      return "style=dotted";
+    default:
+      return "style=dotted, color=\"#7a3fb0\"";
+  }
+}
 
 std::string_view colourOf(NodeKind kind) {
   if (kind <= NodeKind::databaseColumn) return "#d9e2ec";
@@ -94,10 +103,12 @@ class DotText {
     writeEnd(edge.from);
     out_ << " -> ";
     writeEnd(edge.to);
-    const std::string_view style =
-        edge.foundByGraph ? kFoundStyle : kStyles[static_cast<std::size_t>(edge.kind)];
+    const std::string_view style = styleOf(edge.kind);
     if (edge.kind == EdgeKind::aggregated)
       out_ << " [" << style << ", label=\"" << graph_.aggregation(edge.to) << "\"]";
+    else if (rowOf(edge.kind).sense > RelationSense::shows ||
+             rowOf(edge.kind).sense == RelationSense::identifies)
+      out_ << " [" << style << ", label=\"" << rowOf(edge.kind).downstream << "\"]";
     else if (!style.empty())
       out_ << " [" << style << "]";
     out_ << ";\n";
@@ -122,8 +133,7 @@ void writeDot(const LineageGraph& graph, const Subgraph& part, std::ostream& out
 }
 
 void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
-  writeDot(graph, subgraphOf(lineageTree(graph, question.start, question.direction, question.depth, false)),
-           out);
+  writeDot(graph, subgraphOf(lineageTree(graph, question.start, question.walk)), out);
 }
 
 extern const ExportFormat kDotFormat{

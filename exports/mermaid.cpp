@@ -1,5 +1,3 @@
-#include <array>
-
 #include "exports/boxes.h"
 #include "exports/formats.h"
 #include "framework/std/printable.h"
@@ -8,7 +6,18 @@
 namespace tav {
 namespace {
 
-constexpr std::array<std::string_view, kEdgeKindCount> kArrows{" --> ", " -.-> ", " ==> ", " -.-o ", " -.- "};
+/// How edges look: by the way that values go, or by what the relation does.
+std::string_view arrowOf(EdgeKind kind) {
+  switch (rowOf(kind).sense) {
+    case RelationSense::gives:
+      if (kind == EdgeKind::computed) return " -.-> ";
+      return kind == EdgeKind::direct ? " --> " : " ==> ";
+    case RelationSense::shows:
+      return " -.- ";
+    default:
+      return " -.-o ";
+  }
+}
 
 /// A label between double quotes, with everything that Mermaid, Markdown or HTML could take for a sign as a
 /// numbered entity.
@@ -54,7 +63,7 @@ class MermaidText {
   }
 
   void writeEdge(const LineageEdge& edge) const {
-    out_ << "  n" << edge.from << kArrows[static_cast<std::size_t>(edge.kind)] << "n" << edge.to << "\n";
+    out_ << "  n" << edge.from << arrowOf(edge.kind) << "n" << edge.to << "\n";
   }
 
   const LineageGraph& graph_;

@@ -14,7 +14,7 @@ struct Arguments {
   std::string name;
   std::string format = "text";
   std::string output = "-";
-  std::uint32_t depth = tav::kUnlimitedDepth;
+  tav::LineageWalk walk;
 };
 
 using Writer = void (*)(const tav::LineageGraph& graph, const tav::LineageQuestion& question,
@@ -25,13 +25,13 @@ Writer writerOf(const std::string& format) {
   return format == "dot" ? tav::writeLineageDot : tav::writeLineageText;
 }
 
-int tell(const Arguments& arguments, tav::LineageDirection direction, MessageLog& log) {
+int tell(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
   return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model);
-    const tav::NodeId start = tav::findNode(graph, arguments.name, direction);
+    const tav::NodeId start = tav::findNode(graph, arguments.name, arguments.walk.direction);
     writeOutput(arguments.output, [&](std::ostream& out) {
-      writerOf(arguments.format)(graph, {start, direction, arguments.depth}, out);
+      writerOf(arguments.format)(graph, {start, arguments.walk}, out);
     });
   });
 }
@@ -39,6 +39,7 @@ int tell(const Arguments& arguments, tav::LineageDirection direction, MessageLog
 Command add(CLI::App& program, const std::string& name, const std::string& description,
             tav::LineageDirection direction) {
   auto arguments = std::make_shared<Arguments>();
+  arguments->walk.direction = direction;
   CLI::App* parser = program.add_subcommand(name, description);
   addInput(*parser, arguments->input);
   parser
@@ -49,10 +50,11 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
   parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "dot"}));
-  parser->add_option("--depth", arguments->depth, "The maximum number of steps (default: no limit)")
+  parser->add_option("--depth", arguments->walk.depth, "The maximum number of steps (default: no limit)")
       ->type_name("N");
+  parser->add_flag("--values", arguments->walk.values, "Follow only what values flow along");
   addOutput(*parser, arguments->output);
-  return {parser, [arguments, direction](MessageLog& log) { return tell(*arguments, direction, log); }};
+  return {parser, [arguments](MessageLog& log) { return tell(*arguments, log); }};
 }
 
 }  // namespace

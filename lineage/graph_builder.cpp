@@ -4,6 +4,7 @@
 
 #include "framework/model/roles.h"
 #include "framework/model/tree_walk.h"
+#include "lineage/arrange.h"
 #include "lineage/database_nodes.h"
 
 namespace tav {
@@ -98,10 +99,12 @@ void GraphBuilder::build() {
   // A cube stands behind some of what belongs to it.
   setCubeOwners();
   nameCubeDimensions();
+  addDetailNodes();
   // What databases hold comes behind the nodes of the model, made when a table or query first names it.
   graph_.firstDatabaseNode_ = static_cast<NodeId>(graph_.nodes_.size());
   for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) addModelEdges(id);
   addDatabaseEdges();
+  addDetailEdges();
   // What the graph finds beyond the model comes last: it leaves out what the model has.
   addFoundEdges();
   // Only now it is known how many edges each node has.
@@ -123,6 +126,16 @@ void GraphBuilder::addNodes() {
       addFeature(*feature);
     else if (const auto* synonym = as<TAVSynonym>(&object))
       addPerspective(*synonym);
+    else if (is<TAVModel>(object))
+      addNode(NodeKind::database, kNoNode, *as<TAVModel>(&object));
+    else if (const auto* connection = as<TAVStoreConnection>(&object))
+      addNode(NodeKind::dataSource, kNoNode, *connection);
+    else if (const auto* package = as<TAVDesignPackage>(&object))
+      addView(*package);
+    else if (const auto* hierarchy = as<TAVHierarchy>(&object))
+      addNode(NodeKind::hierarchy, nodeOf(hierarchy->dimension.get()), *hierarchy);
+    else if (const auto* use = as<TAVHierarchyLevelAssociation>(&object))
+      addLevel(*use);
   });
 }
 
@@ -142,6 +155,17 @@ void GraphBuilder::addFeature(const TAVFeature& feature) {
 void GraphBuilder::addPerspective(const TAVSynonym& perspective) {
   const auto* cube = as<TAVCube>(perspective.modelObject.get());
   if (cube) addNode(NodeKind::perspective, nodeOf(cube), perspective);
+}
+
+void GraphBuilder::addView(const TAVDesignPackage& package) {
+  if (package.nativeType == label::kDataSourceView) addNode(NodeKind::dataSourceView, kNoNode, package);
+}
+
+/// A level of one hierarchy: the level that the model has may be shared by several.
+void GraphBuilder::addLevel(const TAVHierarchyLevelAssociation& use) {
+  if (!use.level) return;
+  addNode(NodeKind::level, nodeOf(use.hierarchy.get()), use);
+  graph_.nodes_.back().rawName = use.level->getName();
 }
 
 void GraphBuilder::addNode(NodeKind kind, NodeId owner, const TAVModelObject& object) {
@@ -196,6 +220,7 @@ void GraphBuilder::addModelEdges(NodeId id) {
   }
   addConditionEdges(id);
   addMemberEdges(id);
+  addBasisEdges(id);
 }
 
 void GraphBuilder::addClassifierEdges(NodeId id, const TAVClassifier& classifier) {
@@ -224,7 +249,7 @@ void GraphBuilder::addTableEdges(NodeId id, const TAVFeature& feature) {
   for (const std::string_view name : linesOfProperty(feature, label::kCountedTables)) counted.insert(name);
   for (const std::string_view name : names)
     if (const auto table = dimensions_.find(name); table != dimensions_.end())
-      addEdge(table->second, id, counted.contains(name) ? EdgeKind::aggregated : EdgeKind::condition);
+      addEdge(table->second, id, counted.contains(name) ? EdgeKind::counted : EdgeKind::condition);
 }
 
 /// Every value of a query depends on the conditions under which it takes rows. Where there are several, the
@@ -244,7 +269,8 @@ void GraphBuilder::addConditionEdges(NodeId id) {
 void GraphBuilder::addMemberEdges(NodeId id) {
   switch (graph_.nodes_[id].kind) {
     case NodeKind::perspective:
-      addEdge(graph_.nodes_[id].owner, id, EdgeKind::member);
+      // What it lists stands in the details; without them it may be anything of its cube.
+      if (!graph_.details_) addEdge(graph_.nodes_[id].owner, id, EdgeKind::member);
       break;
     case NodeKind::cubeMeasure:
     case NodeKind::cubeDimension:
@@ -254,6 +280,14 @@ void GraphBuilder::addMemberEdges(NodeId id) {
     default:
       break;
   }
+}
+
+/// A level shows the attribute behind its key.
+void GraphBuilder::addBasisEdges(NodeId id) {
+  const auto* use = as<TAVHierarchyLevelAssociation>(graph_.nodes_[id].object);
+  if (!use) return;
+  if (const NodeId attribute = nodeOf(keyAttributeOf(*use->level)); attribute != kNoNode)
+    addEdge(attribute, id, EdgeKind::basis);
 }
 
 /// Three turns over the nodes: the connections of all tables have to be known before the first query is read,
@@ -320,45 +354,31 @@ void GraphBuilder::addEdge(NodeId from, NodeId to, EdgeKind kind, bool foundByGr
   graph_.edges_.push_back({from, to, kind, foundByGraph});
 }
 
-namespace {
-
-/// Turns counts per node, kept one place further, into where each node's items begin.
-void addUp(std::vector<std::uint32_t>& offsets) {
-  for (std::size_t i = 1; i < offsets.size(); ++i) offsets[i] += offsets[i - 1];
-}
-
-/// Puts the numbers 0 to `count` into the order of the nodes that `nodeAt` gives for them, and says where
-/// each node's begin. kNoNode leaves a number out.
-template <class NodeAt>
-void arrangeByNode(std::size_t nodes, std::size_t count, NodeAt nodeAt, std::vector<std::uint32_t>& offsets,
-                   std::vector<std::uint32_t>& items) {
-  offsets.assign(nodes + 1, 0);
-  for (std::uint32_t i = 0; i < count; ++i)
-    if (nodeAt(i) != kNoNode) ++offsets[nodeAt(i) + 1];
-  addUp(offsets);
-  items.resize(offsets.back());
-  std::vector<std::uint32_t> next(offsets.begin(), offsets.end() - 1);
-  for (std::uint32_t i = 0; i < count; ++i)
-    if (nodeAt(i) != kNoNode) items[next[nodeAt(i)]++] = i;
-}
-
-}  // namespace
-
+/// The edges into each node together, in the order in which they were found.
 void GraphBuilder::arrange() {
   const std::size_t nodes = graph_.nodes_.size();
-  std::vector<LineageEdge> edges = std::move(graph_.edges_);
+  const std::vector<LineageEdge> edges = std::move(graph_.edges_);
+  std::vector<std::uint32_t> offsets;
   std::vector<std::uint32_t> order;
-  arrangeByNode(
-      nodes, edges.size(), [&](std::uint32_t i) { return edges[i].to; }, graph_.inOffsets_, order);
+  arrangeByKey(
+      nodes, edges.size(), [&](std::uint32_t i) { return edges[i].to; }, offsets, order);
   graph_.edges_.clear();
   graph_.edges_.reserve(edges.size());
-  for (const std::uint32_t i : order) graph_.edges_.push_back(edges[i]);
-  arrangeByNode(
+  graph_.inOffsets_.clear();
+  for (std::size_t id = 0; id < nodes; ++id) {
+    const std::size_t first = graph_.edges_.size();
+    graph_.inOffsets_.push_back(static_cast<std::uint32_t>(first));
+    for (std::uint32_t i = offsets[id]; i < offsets[id + 1]; ++i) graph_.edges_.push_back(edges[order[i]]);
+    if (graph_.details_) settleEdges(first);
+  }
+  graph_.inOffsets_.push_back(static_cast<std::uint32_t>(graph_.edges_.size()));
+  arrangeByKey(
       nodes, graph_.edges_.size(), [&](std::uint32_t i) { return graph_.edges_[i].from; }, graph_.outOffsets_,
       graph_.out_);
-  arrangeByNode(
+  arrangeByKey(
       nodes, nodes, [&](std::uint32_t i) { return graph_.nodes_[i].owner; }, graph_.partOffsets_,
       graph_.parts_);
+  arrangeSettings();
 }
 
 }  // namespace tav

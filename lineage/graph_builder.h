@@ -29,6 +29,9 @@ class GraphBuilder {
   void addNode(NodeKind kind, NodeId owner, const TAVModelObject& object);
   void setCubeOwners();
   void nameCubeDimensions();
+  void addView(const TAVDesignPackage& package);
+  void addLevel(const TAVHierarchyLevelAssociation& use);
+  void addDetailNodes();
   [[nodiscard]] NodeId enclosingCube(const TAVClassifier& classifier) const;
 
   void addModelEdges(NodeId id);
@@ -43,6 +46,8 @@ class GraphBuilder {
   void addColumnSources(NodeId id, DatabaseNodes& databases);
   void addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& databases);
 
+  void addBasisEdges(NodeId id);
+  void addDetailEdges();
   void addFoundEdges();
   void addRoleEdges();
   void addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const char*>& resolved);
@@ -52,9 +57,12 @@ class GraphBuilder {
 
   static NodeId nodeOf(const TAVObject* object);
   void addEdge(NodeId from, NodeId to, EdgeKind kind, bool foundByGraph = false);
+  void settleEdges(std::size_t first);
+  void arrangeSettings();
   void arrange();
 
   LineageGraph& graph_;
+  std::vector<NodeId> nodeOfItem_;                           // by item of the details
   std::unordered_map<const TAVNamespace*, NodeId> cubes_;    // by the package that the cube is in
   std::unordered_map<std::string_view, NodeId> dimensions_;  // of the database, by name
   std::unordered_map<NodeId, NodeId> firstConditions_;       // by table

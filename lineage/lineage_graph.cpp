@@ -45,25 +45,40 @@ std::string_view LineageGraph::rawSchema(NodeId id) const noexcept {
   return id < firstDatabaseNode_ ? std::string_view() : places_[id - firstDatabaseNode_].schema;
 }
 
+/// What a node takes over as it is; kNoNode when there is nothing, or more than one.
+NodeId LineageGraph::onlySourceOf(NodeId id) const {
+  NodeId source = kNoNode;
+  for (const LineageEdge& edge : into(id)) {
+    if (edge.kind != EdgeKind::direct) continue;
+    if (source != kNoNode) return kNoNode;
+    source = edge.from;
+  }
+  return source;
+}
+
 NodeId LineageGraph::originalOf(NodeId id) const {
   for (std::size_t steps = 0; steps < kNodeKindCount; ++steps) {
     const NodeKind kind = node(id).kind;
     const bool copy =
         kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
-    const auto sources = into(id);
-    if (!copy || sources.size() != 1) break;
-    id = sources.front().from;
+    if (!copy) break;
+    const NodeId source = onlySourceOf(id);
+    if (source == kNoNode) break;
+    id = source;
   }
   return id;
 }
 
-/// Edges from a table to a feature are those of tables that its expression names (see addTableEdges).
+/// Whether rows of tables are all that gives a value of its own: what changes it afterwards does not count.
 bool LineageGraph::isCountOfTables(NodeId id) const {
   const auto sources = into(id);
-  const auto isTable = [&](const LineageEdge& edge) { return node(edge.from).kind == NodeKind::dimension; };
-  const auto isCounted = [](const LineageEdge& edge) { return edge.kind == EdgeKind::aggregated; };
-  return !isClassifierKind(node(id).kind) && std::all_of(sources.begin(), sources.end(), isTable) &&
-         std::any_of(sources.begin(), sources.end(), isCounted);
+  const auto isCounted = [](const LineageEdge& edge) { return edge.kind == EdgeKind::counted; };
+  const auto isOther = [](const LineageEdge& edge) {
+    return edge.kind == EdgeKind::direct || edge.kind == EdgeKind::computed ||
+           edge.kind == EdgeKind::aggregated;
+  };
+  return !isClassifierKind(node(id).kind) && std::any_of(sources.begin(), sources.end(), isCounted) &&
+         std::none_of(sources.begin(), sources.end(), isOther);
 }
 
 bool LineageGraph::countsRows(NodeId id) const {

@@ -49,16 +49,19 @@ bool isMeasureKind(NodeKind kind) noexcept;
 /// The place of a node in LineageGraph::nodes().
 using NodeId = std::uint32_t;
 inline constexpr NodeId kNoNode = 0xFFFFFFFF;
+inline constexpr std::uint32_t kNoRelation = 0xFFFFFFFF;
 
 struct LineageNode {
   NodeKind kind;
   /// What the node is a part of: the table of a column, the measure group of a measure, the cube of a measure
   /// group. kNoNode for what stands by itself.
   NodeId owner = kNoNode;
-  /// The object of the model; null for a table or column of a database.
+  /// The object of the model; null for a table or column of a database and for what only the details have.
   const TAVModelObject* object = nullptr;
   /// The name as the definition has it: to be matched, never to be shown (see LineageGraph::name).
   std::string_view rawName;
+  /// What the details say of it; kNoItem when they say nothing.
+  ItemId item = kNoItem;
 };
 
 /// A data source, passwords masked.
@@ -78,14 +81,25 @@ struct LineageHierarchy {
   std::vector<Level> levels;
 };
 
-/// Data flows from `from` to `to`.
+/// A name in an expression that leads to nothing, passwords masked.
+struct OpenNameText {
+  std::string name;
+  OpenNameState state;
+  std::string note;  ///< what it is, or the nearest spelling; may be empty
+};
+
+/// `to` names `from`; values, where the kind gives any, flow the same way.
 struct LineageEdge {
   NodeId from;
   NodeId to;
   EdgeKind kind;
-  /// Whether the graph found it where the model has none: an expression names a dimension as only its cube
-  /// does, or a KPI in single quotes, or a cube lists a linked measure.
+  /// Whether the model does not have it: it stands in the details, or a cube lists a linked measure.
   bool foundByGraph = false;
+  /// Whether it stands in the place of one that the model has, which leads to a dimension that the cube calls
+  /// otherwise.
+  bool replaces = false;
+  /// The place in Details::relations(); kNoRelation for an edge that the model has.
+  std::uint32_t relation = kNoRelation;
 };
 
 /// Built in one pass over a model, which must live longer and stay as it is. Lineage may hold cycles, and
@@ -134,6 +148,12 @@ class LineageGraph {
   [[nodiscard]] std::string_view language(NodeId id) const;
   /// How a measure of a measure group is added up, "Sum"; empty for every other node.
   [[nodiscard]] std::string_view aggregation(NodeId id) const;
+  /// What the details set about a node, in their order: names as the definition has them, values masked.
+  [[nodiscard]] std::vector<std::pair<std::string, std::string>> settings(NodeId id) const;
+  /// The names that the details know to be open, in the order of the text, each with what is known of it.
+  [[nodiscard]] std::vector<OpenNameText> openNames(NodeId id) const;
+  /// What the relation of an edge says beside its kind: the number of a key column, a language.
+  [[nodiscard]] std::string edgeText(const LineageEdge& edge) const;
   /// The names in the node's expression that mean nothing, neither in the model nor to the graph.
   [[nodiscard]] std::vector<std::string> unresolved(NodeId id) const;
   /// What the definition says about a node for people. Empty when it says nothing.
@@ -178,8 +198,11 @@ class LineageGraph {
   /// because a password ends where the name ends.
   using Show = std::string (*)(std::string_view text);
 
+  [[nodiscard]] NodeId onlySourceOf(NodeId id) const;
   [[nodiscard]] bool isCountOfTables(NodeId id) const;
   [[nodiscard]] std::string pathText(NodeId id, Show show) const;
+  [[nodiscard]] std::string databasePath(NodeId id, Show show) const;
+  [[nodiscard]] std::string detailPath(NodeId id, Show show) const;
   [[nodiscard]] std::string qualifiedText(NodeId id, Show show) const;
   [[nodiscard]] std::string sqlName(NodeId id, Show show) const;
   [[nodiscard]] std::vector<std::string_view> rawUnresolved(NodeId id) const;
@@ -200,6 +223,10 @@ class LineageGraph {
   std::vector<std::uint32_t> out_;
   std::vector<std::uint32_t> partOffsets_;
   std::vector<NodeId> parts_;
+  std::vector<std::uint32_t> settingOffsets_;   // by node: where its places begin in settings_
+  std::vector<std::uint32_t> settings_;         // places in Details::settings()
+  std::vector<std::uint32_t> openNameOffsets_;  // the same for names
+  std::vector<std::uint32_t> openNames_;
   NodeId firstDatabaseNode_ = 0;
   std::vector<DatabasePlace> places_;  // of the nodes from firstDatabaseNode_ on
   std::deque<DatabaseAddress> addresses_;

@@ -27,6 +27,54 @@ bool isViewKind(NodeKind kind) noexcept {
   return kind >= NodeKind::viewTable && kind <= NodeKind::condition;
 }
 
+/// What is called by a text of its own rather than by a name: a statement, the ends of a relationship.
+bool isTextKind(NodeKind kind) noexcept {
+  switch (kind) {
+    case NodeKind::relationship:
+    case NodeKind::calculatedMember:
+    case NodeKind::scope:
+    case NodeKind::assignment:
+    case NodeKind::scriptStatement:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// What people name without what it belongs to.
+bool standsAlone(NodeKind kind) noexcept {
+  switch (kind) {
+    case NodeKind::database:
+    case NodeKind::dataSource:
+    case NodeKind::dataSourceView:
+    case NodeKind::script:
+    case NodeKind::everyMeasure:
+    case NodeKind::namedSet:
+    case NodeKind::calculatedCells:
+    case NodeKind::action:
+    case NodeKind::role:
+    case NodeKind::miningStructure:
+    case NodeKind::assembly:
+    case NodeKind::sharedExpression:
+    case NodeKind::function:
+    case NodeKind::culture:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// The name of the folder of a kind: "Named Sets".
+std::string titleOf(NodeKind kind) {
+  std::string title(rowOf(kind).plural);
+  bool begins = true;
+  for (char& c : title) {
+    if (begins && c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    begins = c == ' ';
+  }
+  return title;
+}
+
 std::string asWritten(std::string_view text) {
   return std::string(text);
 }
@@ -39,13 +87,6 @@ std::string_view operationOf(const TAVFeature& feature) {
 const TAVType* typeOf(const TAVModelObject* object) {
   const auto* feature = as<TAVFeature>(object);
   return feature ? feature->type.get() : nullptr;
-}
-
-/// The attribute behind the key of a level, or null.
-const TAVDimensionAttribute* keyAttributeOf(const TAVLevel& level) {
-  const TAVLevelKey* key = level.levelKeys.first();
-  const TAVLevelAttribute* attribute = key ? key->levelAttributes.first() : nullptr;
-  return attribute ? attribute->dimensionAttribute.get() : nullptr;
 }
 
 /// A query in M begins with `let`, or with a call of one of its functions, whose names have dots.
@@ -103,21 +144,41 @@ std::string LineageGraph::rawPath(NodeId id) const {
 }
 
 std::string LineageGraph::pathText(NodeId id, Show show) const {
+  const LineageNode& at = node(id);
+  if (database(id)) return databasePath(id, show);
+  if (!at.object || at.kind == NodeKind::level) return detailPath(id, show);
   std::string text;
-  if (const TAVObject* object = node(id).object) {
-    std::vector<const TAVObject*> steps;
-    for (; object && !is<TAVModel>(*object); object = object->getParent()) steps.push_back(object);
-    for (auto step = steps.rbegin(); step != steps.rend(); ++step)
-      text.append("/").append(show((*step)->getName()));
-    return text;
-  }
+  std::vector<const TAVObject*> steps;
+  for (const TAVObject* object = at.object; object && !is<TAVModel>(*object); object = object->getParent())
+    steps.push_back(object);
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step)
+    text.append("/").append(show((*step)->getName()));
+  return text;
+}
+
+std::string LineageGraph::databasePath(NodeId id, Show show) const {
   const NodeId table = node(id).kind == NodeKind::databaseTable ? id : node(id).owner;
-  text = database(id)->server + "/" + database(id)->database;
+  std::string text = database(id)->server + "/" + database(id)->database;
   if (table != kNoNode) {
     if (!rawSchema(table).empty()) text.append("/").append(show(rawSchema(table)));
     text.append("/").append(show(node(table).rawName));
   }
   if (table != id) text.append("/").append(show(node(id).rawName));
+  return text;
+}
+
+/// Below its owner, in a folder of its kind as models have them: an owner may hold several kinds of one name.
+/// Levels of a hierarchy are all that it holds.
+std::string LineageGraph::detailPath(NodeId id, Show show) const {
+  std::string text;
+  std::vector<NodeId> steps;
+  for (; id != kNoNode && (!node(id).object || node(id).kind == NodeKind::level); id = node(id).owner)
+    steps.push_back(id);
+  if (id != kNoNode) text = pathText(id, show);
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+    if (node(*step).kind != NodeKind::level) text.append("/").append(titleOf(node(*step).kind));
+    text.append("/").append(show(node(*step).rawName));
+  }
   return text;
 }
 
@@ -132,10 +193,14 @@ std::string LineageGraph::rawQualifiedName(NodeId id) const {
 std::string LineageGraph::qualifiedText(NodeId id, Show show) const {
   const LineageNode& at = node(id);
   if (isDatabaseKind(at.kind) || isViewKind(at.kind)) return sqlName(id, show);
+  if (isTextKind(at.kind)) return show(at.rawName);
   std::string text = bracketed(show(at.rawName));
+  if (at.kind == NodeKind::level && node(at.owner).owner != kNoNode)
+    return qualifiedText(at.owner, show) + "." + text;
   if (isMeasureKind(at.kind)) return tabular_ ? text : "[Measures]." + text;
   if (at.kind == NodeKind::kpi) return "[KPIs]." + text;
   if (isClassifierKind(at.kind) || at.kind == NodeKind::perspective) return text;
+  if (at.owner == kNoNode || standsAlone(at.kind)) return text;
   const std::string owner = show(node(at.owner).rawName);
   if (at.kind == NodeKind::kpiValue) return "[KPIs]." + bracketed(owner) + "." + text;
   return tabular_ ? quoted(owner) + text : bracketed(owner) + "." + text;
@@ -157,6 +222,7 @@ std::string LineageGraph::expression(NodeId id) const {
 
 std::string_view LineageGraph::rawExpression(NodeId id) const {
   const TAVModelObject* object = node(id).object;
+  if (!object) return node(id).item == kNoItem ? std::string_view() : details_->item(node(id).item).text;
   if (const auto* table = as<TAVTable>(object)) return table->query;
   if (const auto* condition = as<TAVCondition>(object)) return condition->expression;
   if (const auto* column = as<TAVColumn>(object); column && !column->expression.empty())
@@ -170,6 +236,7 @@ std::string_view LineageGraph::rawExpression(NodeId id) const {
 std::string_view LineageGraph::language(NodeId id) const {
   const std::string_view text = rawExpression(id);
   if (text.empty()) return {};
+  if (!node(id).object) return details_->item(node(id).item).language;
   if (isViewKind(node(id).kind)) return node(id).kind == NodeKind::namedQuery && isM(text) ? "m" : "sql";
   return tabular_ ? "dax" : "mdx";
 }
@@ -179,6 +246,30 @@ std::string_view LineageGraph::aggregation(NodeId id) const {
   const auto* measure = as<TAVMeasure>(at.object);
   if (!measure || at.kind != NodeKind::measure) return {};
   return kAggregations[static_cast<std::size_t>(measure->aggregation.value())];
+}
+
+std::vector<std::pair<std::string, std::string>> LineageGraph::settings(NodeId id) const {
+  std::vector<std::pair<std::string, std::string>> settings;
+  if (!details_) return settings;
+  for (std::uint32_t i = settingOffsets_[id]; i < settingOffsets_[id + 1]; ++i) {
+    const DetailSetting& setting = details_->settings()[settings_[i]];
+    settings.emplace_back(maskPasswords(setting.name), maskProperty(setting.name, setting.value));
+  }
+  return settings;
+}
+
+std::vector<OpenNameText> LineageGraph::openNames(NodeId id) const {
+  std::vector<OpenNameText> names;
+  if (!details_) return names;
+  for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i) {
+    const OpenName& name = details_->openNames()[openNames_[i]];
+    names.push_back({maskPasswords(name.name), name.state, maskPasswords(name.note)});
+  }
+  return names;
+}
+
+std::string LineageGraph::edgeText(const LineageEdge& edge) const {
+  return edge.relation == kNoRelation ? "" : maskPasswords(details_->relations()[edge.relation].text);
 }
 
 std::vector<std::string> LineageGraph::unresolved(NodeId id) const {

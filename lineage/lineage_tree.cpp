@@ -5,12 +5,14 @@ namespace {
 
 class Walk {
  public:
-  Walk(const LineageGraph& graph, NodeId start, LineageDirection direction, std::uint32_t limit, bool members)
+  Walk(const LineageGraph& graph, NodeId start, const LineageWalk& walk)
       : graph_(graph),
         start_(start),
-        upstream_(direction == LineageDirection::upstream),
-        limit_(limit),
-        members_(members || graph.node(start).kind == NodeKind::cube ||
+        original_(graph.originalOf(start)),
+        upstream_(walk.direction == LineageDirection::upstream),
+        limit_(walk.depth),
+        values_(walk.values),
+        members_(walk.members || graph.node(start).kind == NodeKind::cube ||
                  graph.node(start).kind == NodeKind::perspective) {
     if (graph.node(start).kind != NodeKind::cube) startParts_ = graph.partsOf(start);
   }
@@ -62,10 +64,17 @@ class Walk {
   /// What holds calculated measures or the values of a KPI is fed by all that any of them names: between such
   /// wholes the tree would tell of ways that no value takes.
   [[nodiscard]] bool isFollowed(const LineageEdge& edge) const {
-    if (edge.kind == EdgeKind::member) return members_;
+    if (values_ && !givesValue(edge.kind)) return false;
+    if (edge.kind == EdgeKind::member) return members_ || showsStart(edge);
     const NodeKind to = graph_.node(edge.to).kind;
     if (!isClassifierKind(to)) return true;
     return edge.from != edge.to && to != NodeKind::calculations && to != NodeKind::kpi;
+  }
+
+  /// Whether a perspective shows the start or a copy of it. What it shows of all that depends on the start is
+  /// told once, below the tree.
+  [[nodiscard]] bool showsStart(const LineageEdge& edge) const {
+    return graph_.node(edge.to).kind == NodeKind::perspective && graph_.originalOf(edge.from) == original_;
   }
 
   /// How near each node is to the start.
@@ -110,8 +119,10 @@ class Walk {
 
   const LineageGraph& graph_;
   NodeId start_;
+  NodeId original_;
   bool upstream_;
   std::uint32_t limit_;
+  bool values_;
   bool members_;
   std::span<const NodeId> startParts_;  // of a cube none: its edges lead to all that it shows
   std::vector<std::uint32_t> nearest_;  // by node; kOpened once it stands in the tree
@@ -121,9 +132,8 @@ class Walk {
 
 }  // namespace
 
-std::vector<LineageTreeLine> lineageTree(const LineageGraph& graph, NodeId start, LineageDirection direction,
-                                         std::uint32_t depth, bool members) {
-  return Walk(graph, start, direction, depth, members).run();
+std::vector<LineageTreeLine> lineageTree(const LineageGraph& graph, NodeId start, const LineageWalk& walk) {
+  return Walk(graph, start, walk).run();
 }
 
 }  // namespace tav

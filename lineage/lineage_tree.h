@@ -32,11 +32,17 @@ struct LineageTreeLine {
   State state = State::whole;
 };
 
-/// Walks from a node along every edge of one direction, up to `depth` edges far. A node that is met again is
-/// shown whole once, where it is nearest to the start, so that a walk ends whatever circles there are and
-/// has no more lines than there are edges. When the walk starts at a table, dimension or the like, its parts
-/// count as its next steps too. What a cube or perspective shows is followed on request (`members`).
-std::vector<LineageTreeLine> lineageTree(const LineageGraph& graph, NodeId start, LineageDirection direction,
-                                         std::uint32_t depth, bool members);
+/// Which edges a walk follows, and how far.
+struct LineageWalk {
+  LineageDirection direction = LineageDirection::upstream;
+  std::uint32_t depth = kUnlimitedDepth;  ///< edges from the start
+  bool members = false;  ///< also what cubes show, and perspectives show of what is not the start itself
+  bool values = false;   ///< only edges along which values flow
+};
+
+/// Walks from a node along the edges of one direction. A node that is met again is shown whole once, where it
+/// is nearest to the start, so that a walk ends whatever circles there are and has no more lines than there
+/// are edges. When the walk starts at a table, dimension or the like, its parts count as its next steps too.
+std::vector<LineageTreeLine> lineageTree(const LineageGraph& graph, NodeId start, const LineageWalk& walk);
 
 }  // namespace tav

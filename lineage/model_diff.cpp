@@ -103,7 +103,7 @@ class Comparison {
 
   void compareNode(NodeId id) {
     const LineageNode& node = after_.node(id);
-    if (!node.object) return;
+    if (after_.database(id) || node.kind == NodeKind::dataSource) return;
     const NodeId old = pairs_.beforeOf(id);
     if (old == kNoNode) {
       if (isLone(after_, id, [&](NodeId other) { return pairs_.beforeOf(other); }))
@@ -123,7 +123,7 @@ class Comparison {
   /// copy of something that has none.
   template <class Partner> static bool isLone(const LineageGraph& graph, NodeId id, Partner partner) {
     const LineageNode& node = graph.node(id);
-    if (!node.object || partner(id) != kNoNode) return false;
+    if (graph.database(id) || node.kind == NodeKind::dataSource || partner(id) != kNoNode) return false;
     if (node.owner != kNoNode && partner(node.owner) == kNoNode) return false;
     if (!isCopyKind(node.kind)) return true;
     const auto sources = graph.into(id);
@@ -168,11 +168,11 @@ class Comparison {
 
   [[nodiscard]] std::vector<Change> changesOf(NodeId old, NodeId id) const {
     std::vector<Change> changes;
-    const TAVModelObject& before = *before_.node(old).object;
-    const TAVModelObject& after = *after_.node(id).object;
-    compareFacts(factsOf(before), factsOf(after), changes);
+    const TAVModelObject* before = before_.node(old).object;
+    const TAVModelObject* after = after_.node(id).object;
+    if (before && after) compareFacts(factsOf(*before), factsOf(*after), changes);
     compareOperations(old, id, changes);
-    compareHierarchies(before, after, changes);
+    if (before && after) compareHierarchies(*before, *after, changes);
     return changes;
   }
 

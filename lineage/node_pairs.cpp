@@ -15,35 +15,64 @@ void appendPart(std::string& key, std::string_view part) {
 /// How many renamed things in a row are followed.
 constexpr int kRounds = 8;
 
+/// The turn in which each node is paired, behind its owner: what stands by itself, then tables, groups and
+/// the like, then parts, and parts of those.
+std::vector<std::uint32_t> turnsOf(const LineageGraph& graph) {
+  constexpr std::uint32_t kUnknown = 0xFFFFFFFF;
+  constexpr std::uint32_t kPart = 2;
+  std::vector<std::uint32_t> turns(graph.nodes().size(), kUnknown);
+  std::vector<NodeId> chain;
+  for (NodeId id = 0; id < turns.size(); ++id) {
+    NodeId at = id;
+    for (; turns[at] == kUnknown; at = graph.node(at).owner) {
+      const LineageNode& node = graph.node(at);
+      if (node.owner == kNoNode || isClassifierKind(node.kind)) {
+        turns[at] = node.owner == kNoNode ? 0 : 1;
+        break;
+      }
+      chain.push_back(at);
+    }
+    for (std::uint32_t turn = std::max(turns[at] + 1, kPart); !chain.empty(); ++turn) {
+      turns[chain.back()] = turn;
+      chain.pop_back();
+    }
+  }
+  return turns;
+}
+
 }  // namespace
 
 NodePairs::NodePairs(const LineageGraph& before, const LineageGraph& after)
-    : sides_{Side{&before, std::vector<NodeId>(before.nodes().size(), kNoNode), false},
-             Side{&after, std::vector<NodeId>(after.nodes().size(), kNoNode), true}} {
-  for (const Turn turn : {Turn::alone, Turn::ownedWhole, Turn::part}) {
+    : sides_{makeSide(before, false), makeSide(after, true)} {
+  const std::size_t turns = std::min(sides_[0].turns.size(), sides_[1].turns.size());
+  for (std::size_t turn = 0; turn < turns; ++turn) {
     pairNames(turn);
     // What was renamed tells what it feeds, which may have been renamed as well.
     for (int round = 0; round < kRounds && pairContents(turn) > 0;) ++round;
   }
 }
 
-NodePairs::Turn NodePairs::turnOf(const LineageNode& node) {
-  if (node.owner == kNoNode) return Turn::alone;
-  return isClassifierKind(node.kind) ? Turn::ownedWhole : Turn::part;
+NodePairs::Side NodePairs::makeSide(const LineageGraph& graph, bool isNew) {
+  Side side{&graph, std::vector<NodeId>(graph.nodes().size(), kNoNode), isNew, {}};
+  const std::vector<std::uint32_t> turns = turnsOf(graph);
+  for (NodeId id = 0; id < turns.size(); ++id) {
+    if (graph.database(id)) continue;
+    if (side.turns.size() <= turns[id]) side.turns.resize(turns[id] + 1);
+    side.turns[turns[id]].push_back(id);
+  }
+  return side;
 }
 
-NodePairs::Index NodePairs::indexOf(const Side& side, Turn turn, Key key) const {
+NodePairs::Index NodePairs::indexOf(const Side& side, std::size_t turn, Key key) const {
   Index index;
-  for (NodeId id = 0; id < side.graph->nodes().size(); ++id) {
-    const LineageNode& node = side.graph->node(id);
-    if (!node.object || turnOf(node) != turn || side.partners[id] != kNoNode) continue;
-    if (std::string text = (this->*key)(side, id); !text.empty()) index[std::move(text)].push_back(id);
-  }
+  for (const NodeId id : side.turns[turn])
+    if (side.partners[id] == kNoNode)
+      if (std::string text = (this->*key)(side, id); !text.empty()) index[std::move(text)].push_back(id);
   return index;
 }
 
 /// Nodes with the same key are paired in their order.
-void NodePairs::pairNames(Turn turn) {
+void NodePairs::pairNames(std::size_t turn) {
   const Index before = indexOf(sides_[0], turn, &NodePairs::nameKey);
   for (const auto& [text, after] : indexOf(sides_[1], turn, &NodePairs::nameKey)) {
     const auto known = before.find(text);
@@ -54,7 +83,7 @@ void NodePairs::pairNames(Turn turn) {
 }
 
 /// Only what is like nothing else can be taken for the same.
-std::size_t NodePairs::pairContents(Turn turn) {
+std::size_t NodePairs::pairContents(std::size_t turn) {
   const Index before = indexOf(sides_[0], turn, &NodePairs::contentKey);
   std::size_t count = 0;
   for (const auto& [text, after] : indexOf(sides_[1], turn, &NodePairs::contentKey)) {
@@ -111,12 +140,12 @@ std::string NodePairs::ownerKey(const Side& side, NodeId id) const {
 std::string NodePairs::sourceKey(const Side& side, NodeId id) const {
   const LineageNode& node = side.graph->node(id);
   std::string key;
-  if (node.object && side.partners[id] != kNoNode) {
+  if (side.partners[id] != kNoNode) {
     appendPart(key, std::to_string(side.isNew ? id : side.partners[id]));
     return key;
   }
   appendPart(key, nodeKindName(node.kind));
-  appendPart(key, node.object ? side.graph->rawPath(id) : side.graph->rawQualifiedName(id));
+  appendPart(key, side.graph->database(id) ? side.graph->rawQualifiedName(id) : side.graph->rawPath(id));
   return key;
 }
 

@@ -29,19 +29,17 @@ class NodePairs {
     const LineageGraph* graph;
     std::vector<NodeId> partners;  // by node
     bool isNew;
+    std::vector<std::vector<NodeId>> turns;  // nodes in groups, each behind those of its nodes' owners
   };
   /// The nodes that are not paired yet, by a key that has a text for each that can be.
   using Index = std::unordered_map<std::string, std::vector<NodeId>>;
   using Key = std::string (NodePairs::*)(const Side& side, NodeId id) const;
 
-  /// The nodes whose owners are paired before their own turn comes.
-  enum class Turn : std::uint8_t { alone, ownedWhole, part };
-  static Turn turnOf(const LineageNode& node);
-
-  [[nodiscard]] Index indexOf(const Side& side, Turn turn, Key key) const;
-  void pairNames(Turn turn);
+  static Side makeSide(const LineageGraph& graph, bool isNew);
+  [[nodiscard]] Index indexOf(const Side& side, std::size_t turn, Key key) const;
+  void pairNames(std::size_t turn);
   /// How many pairs were found.
-  std::size_t pairContents(Turn turn);
+  std::size_t pairContents(std::size_t turn);
   void join(NodeId before, NodeId after);
   [[nodiscard]] std::string nameKey(const Side& side, NodeId id) const;
   [[nodiscard]] std::string contentKey(const Side& side, NodeId id) const;

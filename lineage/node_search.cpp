@@ -75,6 +75,7 @@ class Search {
       found.push_back(id);
     }
     preferExact(found);
+    preferValues(found);
     return found;
   }
 
@@ -92,14 +93,31 @@ class Search {
     if (fitsPrefix(node.kind) && parts_.size() > 1 &&
         FullName(graph_, id).endsIn(std::span(parts_).subspan(1)))
       return parts_.size() == 2 || isKpi(node.kind) ? Fit::qualified : Fit::ending;
+    if (isOfCube(id)) return Fit::qualified;
     if (equalNames(node.rawName, name_) || FullName(graph_, id).endsIn(parts_)) return Fit::ending;
     return foldedName(node.rawName).find(folded_) == std::string::npos ? Fit::none : Fit::part;
+  }
+
+  /// `[Cube].[Measures].[Name]`
+  [[nodiscard]] bool isOfCube(NodeId id) const {
+    const LineageNode& node = graph_.node(id);
+    if (parts_.size() != 3 || !isMeasureKind(node.kind) || !equalNames(parts_[1], "Measures")) return false;
+    const NodeId cube = graph_.cubeOf(id);
+    return cube != kNoNode && equalNames(graph_.node(cube).rawName, parts_[0]) &&
+           equalNames(node.rawName, parts_[2]);
   }
 
   /// `[Measures]` and `[KPIs]` stand in front of names without being the name of anything.
   [[nodiscard]] bool fitsPrefix(NodeKind kind) const {
     return (isMeasureKind(kind) && equalNames(parts_.front(), "Measures")) ||
            (isKpi(kind) && equalNames(parts_.front(), "KPIs"));
+  }
+
+  /// What has values, or holds what has, is meant before what only the details tell of.
+  void preferValues(std::vector<NodeId>& found) const {
+    const auto isOfModel = [&](NodeId id) { return graph_.node(id).kind <= NodeKind::perspective; };
+    if (std::any_of(found.begin(), found.end(), isOfModel))
+      std::erase_if(found, [&](NodeId id) { return !isOfModel(id); });
   }
 
   void preferExact(std::vector<NodeId>& found) const {

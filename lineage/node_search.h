@@ -12,10 +12,11 @@ namespace tav {
 
 /// The nodes that `name` means: those with this path, or else this qualified name, or else those whose
 /// qualified name or path ends in these parts, or else whose name holds this text; letter case, of any
-/// script, counts only where it decides. Of a node and its plain copies (a measure as cubes list it, a column
-/// as a view shows it) only one is meant: the measure itself, and of columns the one that has more to tell in
-/// this direction. Several nodes are several meanings; none, that nothing is called so. One pass over the
-/// nodes.
+/// script, counts only where it decides. Where a name fits tables, attributes, measures or the like as well
+/// as a hierarchy, role or partition, it means the former. Of a node and its plain copies (a measure as cubes
+/// list it, a column as a view shows it) only one is meant: the measure itself, and of columns the one that
+/// has more to tell in this direction. Several nodes are several meanings; none, that nothing is called so.
+/// One pass over the nodes.
 std::vector<NodeId> findNodes(const LineageGraph& graph, std::string_view name, LineageDirection direction);
 
 /// The nodes whose names are nearest to `name` in spelling, at most `count`, the nearest first; those that

@@ -1,5 +1,6 @@
 #include "lineage/role_names.h"
 
+#include "framework/model/roles.h"
 #include "framework/std/dotted_name.h"
 #include "framework/std/text.h"
 
@@ -13,12 +14,6 @@ std::string key(NodeId cube, std::string_view name) {
 const TAVDimension* dimensionOf(const TAVAliasClassifier& alias) {
   const TAVClassifierMap* map = alias.getDestinationOfClassifierMap();
   return map ? as<TAVDimension>(map->sourceClassifiers.first()) : nullptr;
-}
-
-const TAVDimensionAttribute* keyAttributeOf(const TAVLevel& level) {
-  const TAVLevelKey* levelKey = level.levelKeys.first();
-  const TAVLevelAttribute* attribute = levelKey ? levelKey->levelAttributes.first() : nullptr;
-  return attribute ? attribute->dimensionAttribute.get() : nullptr;
 }
 
 bool meansEveryLevel(std::string_view part) {

@@ -32,7 +32,7 @@ void intersect(Subgraph& part, const Subgraph& other) {
 }
 
 Subgraph subgraphOfWalk(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
-  return subgraphOf(lineageTree(graph, findNode(graph, name, direction), direction, kUnlimitedDepth, false));
+  return subgraphOf(lineageTree(graph, findNode(graph, name, direction), {direction}));
 }
 
 }  // namespace

@@ -29,7 +29,8 @@ class Cleaner : public TAVTraversalOperation {
   void deleteEmpty(const TAVStoreModel& model, Details* details) {
     for (TAVObject* map : empty_) destroy(*map);
     for (TAVObject* owner : emptyOwners_) {
-      if (const auto* connection = as<TAVStoreConnection>(owner); connection && details)
+      const auto* connection = as<TAVStoreConnection>(owner);
+      if (connection && details && details->find(*connection) != kNoItem)
         details->release(*connection, ObjectKind::dataSource, details->itemOf(model));
       destroy(*owner);
     }

@@ -10,9 +10,10 @@ class JsonPart {
   JsonPart(const LineageGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
 
   void write(const LineageQuestion& question) {
-    const Subgraph part =
-        subgraphOf(lineageTree(graph_, question.start, question.direction, question.depth, true));
-    const bool upstream = question.direction == LineageDirection::upstream;
+    LineageWalk walk = question.walk;
+    walk.members = true;
+    const Subgraph part = subgraphOf(lineageTree(graph_, question.start, walk));
+    const bool upstream = walk.direction == LineageDirection::upstream;
     json_.begin('{');
     json_.member("format", "xmla-lineage/1");
     json_.member("direction", upstream ? "upstream" : "downstream");
@@ -61,7 +62,9 @@ class JsonPart {
     json_.member("from", edge.from);
     json_.member("to", edge.to);
     json_.member("kind", edgeKindName(edge.kind));
+    json_.optional("text", graph_.edgeText(edge));
     if (edge.foundByGraph) json_.member("foundByGraph", true);
+    if (edge.replaces) json_.member("replaces", true);
     json_.close('}');
   }
 

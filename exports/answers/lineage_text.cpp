@@ -20,10 +20,13 @@ class TreeText {
  public:
   TreeText(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out)
       : graph_(graph),
-        upstream_(question.direction == LineageDirection::upstream),
-        lines_(lineageTree(graph, question.start, question.direction, question.depth, false)),
+        upstream_(question.walk.direction == LineageDirection::upstream),
+        lines_(lineageTree(graph, question.start, question.walk)),
         hasMore_(lines_.size()),
-        out_(out) {}
+        inTree_(graph.nodes().size()),
+        out_(out) {
+    for (const LineageTreeLine& line : lines_) inTree_[line.node] = true;
+  }
 
   void write() {
     findLastBranches();
@@ -99,22 +102,12 @@ class TreeText {
 
   [[nodiscard]] std::string edgeText(const LineageTreeLine& line) const {
     if (!line.edge) return "";
-    switch (line.edge->kind) {
-      case EdgeKind::computed:
-        if (line.edge->foundByGraph)
-          return upstream_ ? "uses (found by the graph) " : "used (found by the graph) by ";
-        return upstream_ ? "uses " : "used by ";
-      case EdgeKind::aggregated:
-        if (isClassifierKind(graph_.node(line.edge->from).kind))
-          return upstream_ ? "counts the rows of " : "rows counted by ";
-        return upstream_ ? "aggregates " : "aggregated by ";
-      case EdgeKind::condition:
-        return upstream_ ? "limited by " : "limits ";
-      case EdgeKind::member:
-        return upstream_ ? "shows " : "shown by ";
-      default:
-        return "";
-    }
+    const RelationKindRow& row = rowOf(line.edge->kind);
+    std::string text(upstream_ ? row.upstream : row.downstream);
+    if (const std::string more = graph_.edgeText(*line.edge); !more.empty())
+      text.append(" (").append(printable(more)).append(")");
+    if (line.edge->replaces) text += " (by the cube's name for the dimension)";
+    return text.empty() ? text : text + " ";
   }
 
   [[nodiscard]] std::string describe(NodeId id) const {
@@ -160,16 +153,25 @@ class TreeText {
   void writePerspectives(NodeId cube) const {
     std::string_view separator = "  perspectives: ";
     for (const NodeId part : graph_.partsOf(cube)) {
-      if (graph_.node(part).kind != NodeKind::perspective) continue;
+      if (graph_.node(part).kind != NodeKind::perspective || !shows(part)) continue;
       out_ << separator << printable(graph_.name(part));
       separator = ", ";
     }
+  }
+
+  /// Whether a perspective shows something of the tree.
+  [[nodiscard]] bool shows(NodeId perspective) const {
+    const auto into = graph_.into(perspective);
+    return std::any_of(into.begin(), into.end(), [&](const LineageEdge& edge) {
+      return edge.kind == EdgeKind::member && (inTree_[edge.from] || edge.from == graph_.cubeOf(perspective));
+    });
   }
 
   const LineageGraph& graph_;
   bool upstream_;
   std::vector<LineageTreeLine> lines_;
   std::vector<bool> hasMore_;  // by line
+  std::vector<bool> inTree_;   // by node
   std::vector<bool> bars_;     // by depth: whether a line of that depth follows
   std::ostream& out_;
 };

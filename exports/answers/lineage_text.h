@@ -10,8 +10,7 @@ namespace tav {
 
 struct LineageQuestion {
   NodeId start;
-  LineageDirection direction;
-  std::uint32_t depth = kUnlimitedDepth;
+  LineageWalk walk;
 };
 
 /// A line for each place of the tree, expressions indented below what they compute, and at the end what shows

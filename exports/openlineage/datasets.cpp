@@ -39,8 +39,9 @@ std::string joinParts(std::initializer_list<std::string_view> parts) {
   return name;
 }
 
+/// Whether nodes of this kind have values: columns, attributes, measures.
 bool isField(NodeKind kind) {
-  return !isClassifierKind(kind) && kind != NodeKind::condition && kind != NodeKind::perspective;
+  return !isClassifierKind(kind) && kind != NodeKind::condition && kind < NodeKind::perspective;
 }
 
 }  // namespace
@@ -134,7 +135,7 @@ void CatalogDatasets::addDataset(NodeId node) {
   dataset.name = names_[dataset.space].take(address ? nameInDatabase(node) : nameInModel(node));
   datasetOf_[node] = id;
   for (const NodeId part : graph_.partsOf(node)) {
-    if (isClassifierKind(graph_.node(part).kind) || graph_.node(part).kind == NodeKind::perspective) continue;
+    if (isClassifierKind(graph_.node(part).kind) || graph_.node(part).kind >= NodeKind::perspective) continue;
     datasetOf_[part] = id;
     if (isField(graph_.node(part).kind)) dataset.fields.push_back(part);
   }

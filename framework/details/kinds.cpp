@@ -113,6 +113,7 @@ constexpr std::array<RelationKindRow, kRelationKindCount> kRelationKinds{{
     {"mines", "mines", "mined by", RelationSense::other},
     {"connects", "connects through", "data source of", RelationSense::other},
     {"refreshes", "refreshed by", "refreshes", RelationSense::other},
+    {"replaced", "replaces", "replaced in", RelationSense::other},
     {"mentions", "mentions", "mentioned by", RelationSense::other},
 }};
 

@@ -140,6 +140,7 @@ enum class RelationKind : std::uint8_t {
   mines,
   connects,  ///< a data source connects
   refreshes,
+  replaced,  ///< a source that the model has, and that the definition does not mean
   mentions,  ///< names it, and nothing more is known
 };
 inline constexpr std::size_t kRelationKindCount = static_cast<std::size_t>(RelationKind::mentions) + 1;

@@ -34,6 +34,12 @@ bool isTabular(const TAVModel& model) {
   return model.nativeType == label::kTabularDatabase;
 }
 
+TAVDimensionAttribute* keyAttributeOf(const TAVLevel& level) {
+  const TAVLevelKey* key = level.levelKeys.first();
+  const TAVLevelAttribute* attribute = key ? key->levelAttributes.first() : nullptr;
+  return attribute ? attribute->dimensionAttribute.get() : nullptr;
+}
+
 bool countsRows(const TAVMeasure& measure) {
   return measure.expression == label::kRowCount;
 }

@@ -91,6 +91,8 @@ TAV_API ClassifierRole roleOf(const TAVClassifier& classifier);
 
 /// Whether the model was imported from a tabular definition.
 TAV_API bool isTabular(const TAVModel& model);
+/// The attribute behind the first key of a level, or null.
+TAV_API TAVDimensionAttribute* keyAttributeOf(const TAVLevel& level);
 /// Whether a measure counts the rows of its table.
 TAV_API bool countsRows(const TAVMeasure& measure);
 

@@ -14,6 +14,7 @@ class DetailsReader {
     // Items first, whatever the order: everything else names them.
     readPart(content, kItems, &DetailsReader::readItem);
     readPart(content, kItems, &DetailsReader::readOwner);
+    checkOwners(content);
     readPart(content, kRelations, &DetailsReader::readRelation);
     readPart(content, kSettings, &DetailsReader::readSettings);
     readPart(content, kOpenNames, &DetailsReader::readOpenName);
@@ -47,6 +48,19 @@ class DetailsReader {
     if (element.getAttribute(kOwner).empty()) return;
     const ItemId item = items_.at(numberOf(element, kIdAttribute));
     details_->setOwner(item, itemOf(element, kOwner));
+  }
+
+  /// Nothing may own itself, directly or through others: who walks from owner to owner would never end.
+  void checkOwners(const TAVDOMElement& content) const {
+    std::vector<ItemId> seenFrom(details_->items().size(), kNoItem);
+    for (ItemId start = 0; start < seenFrom.size(); ++start) {
+      for (ItemId at = start; at != kNoItem && seenFrom[at] != start; at = details_->item(at).owner) {
+        if (seenFrom[at] != kNoItem) break;
+        seenFrom[at] = start;
+        if (const ItemId owner = details_->item(at).owner; owner != kNoItem && seenFrom[owner] == start)
+          failAt(content, "an item owns itself");
+      }
+    }
   }
 
   void readRelation(const TAVDOMElement& element) {

@@ -75,7 +75,7 @@ class GraphLaws {
   }
 
   void checkWalk(NodeId id, LineageDirection direction) {
-    const auto lines = lineageTree(graph_, id, direction, kUnlimitedDepth, true);
+    const auto lines = lineageTree(graph_, id, {.direction = direction, .members = true});
     require(lines.size() <= graph_.edges().size() + graph_.partsOf(id).size() + 1, "a walk goes in circles",
             id);
     std::unordered_map<NodeId, int> whole;

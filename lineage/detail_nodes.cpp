@@ -1,0 +1,101 @@
+// The nodes and edges that a lineage graph has out of the details of a definition.
+
+#include <algorithm>
+#include <functional>
+#include <unordered_set>
+
+#include "lineage/arrange.h"
+#include "lineage/graph_builder.h"
+
+namespace tav {
+
+/// Owners may stand behind what they own.
+void GraphBuilder::addDetailNodes() {
+  const Details* details = graph_.details_;
+  if (!details) return;
+  nodeOfItem_.assign(details->items().size(), kNoNode);
+  for (ItemId item = 0; item < nodeOfItem_.size(); ++item) {
+    const DetailItem& at = details->item(item);
+    if (!at.object) {
+      nodeOfItem_[item] = static_cast<NodeId>(graph_.nodes_.size());
+      graph_.nodes_.push_back({at.kind, kNoNode, nullptr, at.name, item});
+      continue;
+    }
+    if (nodeOf(at.object) == kNoNode) addNode(NodeKind::other, kNoNode, *at.object);
+    nodeOfItem_[item] = nodeOf(at.object);
+    graph_.nodes_[nodeOfItem_[item]].item = item;
+  }
+  for (ItemId item = 0; item < nodeOfItem_.size(); ++item)
+    if (const ItemId owner = details->item(item).owner; owner != kNoItem && !details->item(item).object)
+      graph_.nodes_[nodeOfItem_[item]].owner = nodeOfItem_[owner];
+}
+
+void GraphBuilder::addDetailEdges() {
+  const Details* details = graph_.details_;
+  if (!details) return;
+  const auto relations = details->relations();
+  for (std::uint32_t i = 0; i < relations.size(); ++i)
+    graph_.edges_.push_back(
+        {nodeOfItem_[relations[i].from], nodeOfItem_[relations[i].to], relations[i].kind, true, false, i});
+}
+
+void GraphBuilder::arrangeSettings() {
+  const Details* details = graph_.details_;
+  if (!details) return;
+  const std::size_t nodes = graph_.nodes_.size();
+  const auto settings = details->settings();
+  arrangeByKey(
+      nodes, settings.size(), [&](std::uint32_t i) { return nodeOfItem_[settings[i].item]; },
+      graph_.settingOffsets_, graph_.settings_);
+  const auto names = details->openNames();
+  arrangeByKey(
+      nodes, names.size(), [&](std::uint32_t i) { return nodeOfItem_[names[i].item]; },
+      graph_.openNameOffsets_, graph_.openNames_);
+}
+
+namespace {
+
+/// What two edges between the same nodes have to differ in.
+struct EdgeLabel {
+  NodeId from;
+  EdgeKind kind;
+  const char* text;  // texts of relations are kept once, so that their places tell them apart
+
+  friend bool operator==(const EdgeLabel&, const EdgeLabel&) = default;
+};
+
+struct EdgeLabelHash {
+  std::size_t operator()(const EdgeLabel& label) const noexcept {
+    const std::size_t number = (std::size_t{label.from} << 8) | static_cast<std::size_t>(label.kind);
+    return std::hash<std::size_t>()(number) ^ std::hash<const void*>()(label.text);
+  }
+};
+
+}  // namespace
+
+/// Of the edges into one node, which begin at `first`: leaves out relations that the model has as well, those
+/// that the definition says twice, and edges of the model that a relation takes the place of.
+void GraphBuilder::settleEdges(std::size_t first) {
+  auto& edges = graph_.edges_;
+  const auto begin = edges.begin() + static_cast<std::ptrdiff_t>(first);
+  if (std::none_of(begin, edges.end(), [](const LineageEdge& edge) { return edge.relation != kNoRelation; }))
+    return;
+  std::unordered_set<EdgeLabel, EdgeLabelHash> known;
+  std::unordered_set<NodeId> replaced;
+  for (auto edge = begin; edge != edges.end(); ++edge)
+    if (edge->kind == EdgeKind::replaced) replaced.insert(edge->from);
+  const auto isSuperfluous = [&](const LineageEdge& edge) {
+    if (edge.kind == EdgeKind::replaced) return true;
+    if (edge.relation == kNoRelation && edge.kind == EdgeKind::computed && replaced.contains(edge.from))
+      return true;
+    const char* text =
+        edge.relation == kNoRelation ? nullptr : graph_.details_->relations()[edge.relation].text.data();
+    return !known.insert({edge.from, edge.kind, text}).second;
+  };
+  edges.erase(std::remove_if(begin, edges.end(), isSuperfluous), edges.end());
+  if (replaced.empty()) return;
+  for (auto edge = begin; edge != edges.end(); ++edge)
+    edge->replaces = edge->relation != kNoRelation && edge->kind == EdgeKind::computed;
+}
+
+}  // namespace tav
