@@ -202,8 +202,9 @@ class LineageGraph {
   [[nodiscard]] bool isCountOfTables(NodeId id) const;
   [[nodiscard]] std::string pathText(NodeId id, Show show) const;
   [[nodiscard]] std::string databasePath(NodeId id, Show show) const;
-  [[nodiscard]] std::string detailPath(NodeId id, Show show) const;
+  [[nodiscard]] static std::string modelPath(const TAVModelObject& object, Show show);
   [[nodiscard]] std::string qualifiedText(NodeId id, Show show) const;
+  [[nodiscard]] std::string partText(NodeId owner, const std::string& part, Show show) const;
   [[nodiscard]] std::string sqlName(NodeId id, Show show) const;
   [[nodiscard]] std::vector<std::string_view> rawUnresolved(NodeId id) const;
 

@@ -143,14 +143,26 @@ std::string LineageGraph::rawPath(NodeId id) const {
   return pathText(id, asWritten);
 }
 
+/// What only the details have stands below its owner, in a folder of its kind as models have them: an owner
+/// may hold several kinds of one name. Levels are all that a hierarchy holds.
 std::string LineageGraph::pathText(NodeId id, Show show) const {
-  const LineageNode& at = node(id);
   if (database(id)) return databasePath(id, show);
-  if (!at.object || at.kind == NodeKind::level) return detailPath(id, show);
-  std::string text;
+  std::vector<NodeId> steps;
+  for (; id != kNoNode && (!node(id).object || node(id).kind == NodeKind::level); id = node(id).owner)
+    steps.push_back(id);
+  std::string text = id == kNoNode ? "" : modelPath(*node(id).object, show);
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
+    if (node(*step).kind != NodeKind::level) text.append("/").append(titleOf(node(*step).kind));
+    text.append("/").append(show(node(*step).rawName));
+  }
+  return text;
+}
+
+std::string LineageGraph::modelPath(const TAVModelObject& object, Show show) {
   std::vector<const TAVObject*> steps;
-  for (const TAVObject* object = at.object; object && !is<TAVModel>(*object); object = object->getParent())
-    steps.push_back(object);
+  for (const TAVObject* step = &object; step && !is<TAVModel>(*step); step = step->getParent())
+    steps.push_back(step);
+  std::string text;
   for (auto step = steps.rbegin(); step != steps.rend(); ++step)
     text.append("/").append(show((*step)->getName()));
   return text;
@@ -164,21 +176,6 @@ std::string LineageGraph::databasePath(NodeId id, Show show) const {
     text.append("/").append(show(node(table).rawName));
   }
   if (table != id) text.append("/").append(show(node(id).rawName));
-  return text;
-}
-
-/// Below its owner, in a folder of its kind as models have them: an owner may hold several kinds of one name.
-/// Levels of a hierarchy are all that it holds.
-std::string LineageGraph::detailPath(NodeId id, Show show) const {
-  std::string text;
-  std::vector<NodeId> steps;
-  for (; id != kNoNode && (!node(id).object || node(id).kind == NodeKind::level); id = node(id).owner)
-    steps.push_back(id);
-  if (id != kNoNode) text = pathText(id, show);
-  for (auto step = steps.rbegin(); step != steps.rend(); ++step) {
-    if (node(*step).kind != NodeKind::level) text.append("/").append(titleOf(node(*step).kind));
-    text.append("/").append(show(node(*step).rawName));
-  }
   return text;
 }
 
@@ -196,14 +193,18 @@ std::string LineageGraph::qualifiedText(NodeId id, Show show) const {
   if (isTextKind(at.kind)) return show(at.rawName);
   std::string text = bracketed(show(at.rawName));
   if (at.kind == NodeKind::level && node(at.owner).owner != kNoNode)
-    return qualifiedText(at.owner, show) + "." + text;
+    return partText(node(at.owner).owner, bracketed(show(node(at.owner).rawName)), show) + "." + text;
   if (isMeasureKind(at.kind)) return tabular_ ? text : "[Measures]." + text;
   if (at.kind == NodeKind::kpi) return "[KPIs]." + text;
   if (isClassifierKind(at.kind) || at.kind == NodeKind::perspective) return text;
   if (at.owner == kNoNode || standsAlone(at.kind)) return text;
-  const std::string owner = show(node(at.owner).rawName);
-  if (at.kind == NodeKind::kpiValue) return "[KPIs]." + bracketed(owner) + "." + text;
-  return tabular_ ? quoted(owner) + text : bracketed(owner) + "." + text;
+  if (at.kind == NodeKind::kpiValue) return "[KPIs]." + bracketed(show(node(at.owner).rawName)) + "." + text;
+  return partText(at.owner, text, show);
+}
+
+std::string LineageGraph::partText(NodeId owner, const std::string& part, Show show) const {
+  const std::string name = show(node(owner).rawName);
+  return tabular_ ? quoted(name) + part : bracketed(name) + "." + part;
 }
 
 std::string LineageGraph::sqlName(NodeId id, Show show) const {
