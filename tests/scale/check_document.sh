@@ -35,10 +35,11 @@ done
   cat failures.txt
   diff -r parallel-models array-models && ls parallel-models
   ls models
-  sqlite3 estate.db 'SELECT sum(last_node - first_node + 1) || " nodes in the database" FROM models'
   for table in nodes edges; do
-    sqlite3 :memory: '.mode csv' ".import estate.$table.csv t" '.mode list' \
-      "SELECT count(*) || ' $table in the table, of ' || count(DISTINCT source) || ' files' FROM t"
+    sqlite3 :memory: '.mode csv' ".import estate.$table.csv t" '.mode list' 'ATTACH "estate.db" AS estate' \
+      "SELECT '$table of ' || count(DISTINCT source) || ' files, ' || CASE count(*)
+         WHEN (SELECT count(*) FROM estate.$table) THEN 'as many as in the database' ELSE 'not those of the database' END
+       FROM t"
   done
   [ "$(grep -c '^{"eventTime".*}$' estate.ndjson)" = "$(wc -l <estate.ndjson)" ] && echo 'every line is an event'
 } >>transcript.txt
