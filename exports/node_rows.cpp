@@ -24,9 +24,19 @@ std::string_view hidden(const TAVModelObject* object) {
   return measure->hidden ? "1" : "0";
 }
 
-/// Whether a node can trace back to a column: those that others are parts of, and conditions, have no value.
+/// Whether a node can trace back to a column.
 bool hasValue(NodeKind kind) {
-  return !isClassifierKind(kind) && kind != NodeKind::condition && kind != NodeKind::perspective;
+  switch (kind) {
+    case NodeKind::databaseColumn:
+    case NodeKind::viewColumn:
+    case NodeKind::computedColumn:
+    case NodeKind::attribute:
+    case NodeKind::kpiValue:
+    case NodeKind::cubeAttribute:
+      return true;
+    default:
+      return isMeasureKind(kind);
+  }
 }
 
 bool isColumn(NodeKind kind) {
