@@ -43,18 +43,18 @@ TAVDesignPackage& addPackage(const TAVCube& cube, TAVDesignPackage& cubesFolder)
   return cubesFolder.addNamespaceElementUniqueName(std::move(made), '/');
 }
 
-void importPerspectives(const TAVDOMElement& element, TAVCube& cube) {
+void importPerspectives(ImportRun& run, const TAVDOMElement& element, TAVCube& cube) {
   const TAVDOMElement* perspectives = element.getFirstElement(kPerspectives);
   if (!perspectives) return;
   for (const TAVDOMElement& perspective : perspectives->getElements()) {
     if (perspective.getTagName() != kPerspective) continue;
     auto synonym = make<TAVSynonym>(perspective.getFirstElementValue(kName));
     synonym->nativeType = label::kPerspective;
-    cube.addSynonym(std::move(synonym));
+    note(run, perspective, cube.addSynonym(std::move(synonym)));
   }
 }
 
-void importCubeDimensions(const ImportRun& run, const TAVDOMElement& element, TAVCube& cube,
+void importCubeDimensions(ImportRun& run, const TAVDOMElement& element, TAVCube& cube,
                           TAVDesignPackage& package, TAVOlapSchema& schema) {
   const TAVDOMElement* dimensions = element.getFirstElement(kDimensions);
   if (!dimensions) return;
@@ -69,7 +69,7 @@ void importMeasureGroups(ImportRun& run, MeasureGroups& groups, const TAVDOMElem
   TAVDesignPackage& folder = addCubeFolder(package, label::kMeasureGroups);
   for (const TAVDOMElement& group : list->getElements()) {
     if (group.getFirstElement(kSource))
-      importLinkedMeasureGroup(groups, group, cube, folder);
+      importLinkedMeasureGroup(run, groups, group, cube, folder);
     else
       importMeasureGroup(run, groups, group, cube, viewIdOf(element), folder);
   }
@@ -107,10 +107,11 @@ TAVCube* importCube(ImportRun& run, MeasureGroups& groups, const TAVDOMElement& 
   TAVDesignPackage& package = addPackage(*made, cubesFolder);
   groups.addCube(package);
   TAVCube& cube = package.addNamespaceElementUniqueName(std::move(made), '/');
+  note(run, element, cube);
   classifierMapOf(cube).sourceReference = viewIdOf(element);
 
   // The order in which the cube gets its measures, and so the names that those have which repeat.
-  importPerspectives(element, cube);
+  importPerspectives(run, element, cube);
   importCubeDimensions(run, element, cube, package, schema);
   importMeasureGroups(run, groups, element, cube, package);
   run.records.add(cube);

@@ -20,7 +20,7 @@ void mirrorFeatures(const TAVClassifier& source, TAVAliasClassifier& alias, TAVC
 
 }  // namespace
 
-void importCubeDimension(const ImportRun& run, const TAVDOMElement& element, TAVCube& cube,
+void importCubeDimension(ImportRun& run, const TAVDOMElement& element, TAVCube& cube,
                          TAVDesignPackage& package, TAVOlapSchema& schema) {
   const std::string_view dimensionId = element.getFirstElementValue(kDimensionId);
   TAVDimension* dimension = run.dimensions.find(dimensionId);
@@ -37,6 +37,7 @@ void importCubeDimension(const ImportRun& run, const TAVDOMElement& element, TAV
   madeAlias->description = association.description;
   TAVAliasClassifier& alias = package.addNamespaceElementUniqueName(std::move(madeAlias), '/');
   schema.addImportedNamespaceElementUniqueName(alias, '/');
+  note(run, element, alias);
 
   TAVClassifierMap& map = classifierMapOf(alias);
   addSource(map, *dimension);  // one without attributes feeds the alias all the same

@@ -7,7 +7,7 @@ namespace tav {
 /// Gives the cube a dimension of the database under the name that the cube has for it: an association, and an
 /// alias in the cube's package that the cube's schema lists. A dimension that the database does not have is
 /// passed over.
-void importCubeDimension(const ImportRun& run, const TAVDOMElement& element, TAVCube& cube,
+void importCubeDimension(ImportRun& run, const TAVDOMElement& element, TAVCube& cube,
                          TAVDesignPackage& package, TAVOlapSchema& schema);
 
 }  // namespace tav

@@ -22,6 +22,7 @@ void importKpi(ImportRun& run, const TAVDOMElement& element, TAVCube& cube, TAVD
   made->dimensionType = TAVDimensionType(TAVDimensionType::kMeasures);
   made->nativeType = label::kKpi;
   TAVDimension& dimension = folder.addNamespaceElementUniqueName(std::move(made), '/');
+  note(run, element, dimension);
 
   for (std::size_t i = 0; i < kKpiParts.size(); ++i) {
     MeasureDescription description;

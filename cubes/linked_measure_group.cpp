@@ -68,8 +68,8 @@ TAVDesignPackage& folderByName(TAVNamespace& package) {
 
 }  // namespace
 
-void importLinkedMeasureGroup(MeasureGroups& groups, const TAVDOMElement& element, TAVCube& cube,
-                              TAVDesignPackage& folder) {
+void importLinkedMeasureGroup(ImportRun& run, MeasureGroups& groups, const TAVDOMElement& element,
+                              TAVCube& cube, TAVDesignPackage& folder) {
   const TAVDOMElement* source = element.getFirstElement(kSource);
   const TAVString cubeId = source ? source->getFirstElementValue(kCubeId) : std::string_view();
   const TAVString groupId = source ? source->getFirstElementValue(kMeasureGroupId) : std::string_view();
@@ -83,6 +83,7 @@ void importLinkedMeasureGroup(MeasureGroups& groups, const TAVDOMElement& elemen
   made->nativeType = label::kMeasureGroup;
   TAVAliasClassifier& alias = folder.addNamespaceElementUniqueName(std::move(made), '/');
   groups.add(folder, alias);
+  note(run, element, alias);
   TAVClassifierMap& map = classifierMapOf(alias);
   map.sourceReference = cubeId + "." + groupId;
 
@@ -92,12 +93,13 @@ void importLinkedMeasureGroup(MeasureGroups& groups, const TAVDOMElement& elemen
   addSource(map, *sourceGroup);  // also when it has no measures
 }
 
-void importLinkedMeasureGroups(MeasureGroups& groups, const TAVDOMElement& element, TAVCube& cube) {
+void importLinkedMeasureGroups(ImportRun& run, MeasureGroups& groups, const TAVDOMElement& element,
+                               TAVCube& cube) {
   const TAVDOMElement* list = element.getFirstElement(kMeasureGroups);
   if (!list || list->getElementCount() == 0) return;
   TAVDesignPackage& folder = folderByName(*cube.nameSpace);
   for (const TAVDOMElement& group : list->getElements())
-    if (group.getFirstElement(kSource)) importLinkedMeasureGroup(groups, group, cube, folder);
+    if (group.getFirstElement(kSource)) importLinkedMeasureGroup(run, groups, group, cube, folder);
   groups.nameLinkedGroups(cube);
 }
 

@@ -75,6 +75,7 @@ void importMeasure(ImportRun& run, const TAVDOMElement& element, TAVDimension& g
 
   TAVMeasure& measure = createMeasurePair(run, describe(element, code), dataType,
                                           element.getFirstElementValue(kMeasureExpression), group, cube);
+  note(run, element, measure);
   // Many functions share a code; the property keeps which it was.
   setUserProperty(measure, "Aggregation", function);
 
@@ -96,6 +97,7 @@ void importMeasureGroup(ImportRun& run, MeasureGroups& groups, const TAVDOMEleme
   made->nativeType = label::kMeasureGroup;
   TAVDimension& group = folder.addNamespaceElementUniqueName(std::move(made), '/');
   groups.add(folder, group);
+  note(run, element, group);
 
   const TAVDOMElement* measures = element.getFirstElement(kMeasures);
   if (!measures) return;

@@ -34,6 +34,7 @@ TAVDimensionAttribute& addAttribute(ImportRun& run, const TAVDOMElement& element
   made->addType(run.types.fetch(*run.model, binding.getFirstElementValue(kDataType)));
   TAVDimensionAttribute& attribute = dimension.addFeature(std::move(made));
   run.records.add(attribute);
+  note(run, element, attribute);
   if (const TAVDOMElement* source = binding.getFirstElement(kSource))
     run.columns.linkTo(attribute, viewId, *source);
   return attribute;

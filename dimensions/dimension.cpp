@@ -41,6 +41,7 @@ Owned<TAVDimension> importDimension(ImportRun& run, const TAVDOMElement& element
   dimension->dimensionType = typeOf(element);
 
   run.records.add(*dimension);
+  note(run, element, *dimension);
   schema.addImportedNamespaceElementUniqueName(*dimension, '/');
   return dimension;
 }

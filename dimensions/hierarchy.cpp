@@ -31,6 +31,7 @@ void importHierarchy(ImportRun& run, const TAVDOMElement& element, TAVDimension&
     TAVHierarchyLevelAssociation& association =
         hierarchy.addHierarchyLevelAssociation(make<TAVHierarchyLevelAssociation>());
     association.addLevel(*level);
+    note(run, *levels->getElement(i), association);
     // Places in the document: what is no level keeps its number.
     association.position = static_cast<std::uint16_t>(i);
     if (!last) hierarchy.addTopHierarchyLevelAssociation(association);
@@ -39,6 +40,7 @@ void importHierarchy(ImportRun& run, const TAVDOMElement& element, TAVDimension&
   if (last) hierarchy.addBottomHierarchyLevelAssociation(*last);
 
   run.records.add(hierarchy);
+  note(run, element, hierarchy);
   dimension.addDefaultHierarchy(hierarchy);
 }
 

@@ -23,6 +23,7 @@ void importMdxScript(ImportRun& run, const TAVDOMElement& element, TAVDimension&
     description.nativeType = label::kCalculatedMeasure;
     TAVMeasure& measure =
         createMeasurePair(run, description, "Binary", found.expression, calculatedMeasures, cube);
+    if (run.details) run.elements.addCalculated(cube, measure);
     // The expression is in the operation; the whole statement is what a person finds again in the script.
     featureMapOf(measure).description = found.statement;
   }

@@ -26,7 +26,7 @@ void importDataSources(ImportRun& run, const TAVDOMElement& database) {
     connection->connectionString = source.getFirstElementValue(kConnectionString);
     const TAVString provider = getConnectionStringValue(connection->connectionString, "Provider");
     setDataStore(connection.get(), findDataStoreByProvider(provider));
-    run.model->addStoreConnection(std::move(connection));
+    note(run, source, run.model->addStoreConnection(std::move(connection)));
   }
 }
 
@@ -36,8 +36,11 @@ void importDataSourceViews(ImportRun& run, const TAVDOMElement& database, TAVDes
   const auto connections = std::make_shared<ConnectionIndex>(*run.model);
   for (const TAVDOMElement& element : views->getElements()) {
     TAVDsvReader reader(run.model, run.log, true, true, connections);
-    if (Owned<TAVDesignPackage> view = reader.importDataSourceView(&element))
-      run.columns.add(folder.addNamespaceElementUniqueName(std::move(view), '/'));
+    Owned<TAVDesignPackage> view = reader.importDataSourceView(&element);
+    if (!view) continue;
+    TAVDesignPackage& placed = folder.addNamespaceElementUniqueName(std::move(view), '/');
+    run.columns.add(placed);
+    note(run, element, placed);
   }
 }
 

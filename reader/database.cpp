@@ -8,6 +8,7 @@
 #include "framework/model/roles.h"
 #include "reader/clean_up.h"
 #include "reader/data_sources.h"
+#include "reader/elements/element_walk.h"
 #include "reader/measure_passes.h"
 #include "reader/run/vocabulary.h"
 
@@ -99,10 +100,11 @@ void importDatabase(ImportRun& run, const TAVDOMElement& database) {
   // are resolved before the next cube gets its linked groups.
   ModelNames names(*run.model);
   for (const ReadCube& read : cubes) {
-    importLinkedMeasureGroups(groups, *read.element, *read.cube);
+    importLinkedMeasureGroups(run, groups, *read.element, *read.cube);
     resolveCubeExpressions(*read.cube, names, *run.log);
   }
   resolveMeasures(run, cubesFolder);
+  readDetails(run, database);
   tidyPackages(*run.model);
 }
 

@@ -11,6 +11,7 @@ constexpr std::array<PassedOverRow, kPassedOverCount> kRows{{
     {"designerLayout", "designer layout"},
     {"timeStamps", "time stamps"},
     {"processing", "states and sizes of the last processing"},
+    {"passwords", "passwords"},
 }};
 
 }  // namespace

@@ -16,8 +16,9 @@ enum class PassedOver : std::uint8_t {
   designerLayout,  ///< places of boxes on a designer's canvas
   timeStamps,      ///< when something was created, processed, changed
   processing,      ///< what the server noted while processing: states and sizes
+  passwords,       ///< never kept, in no form
 };
-inline constexpr std::size_t kPassedOverCount = static_cast<std::size_t>(PassedOver::processing) + 1;
+inline constexpr std::size_t kPassedOverCount = static_cast<std::size_t>(PassedOver::passwords) + 1;
 
 struct PassedOverRow {
   std::string_view name;    ///< in saved documents

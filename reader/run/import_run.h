@@ -13,6 +13,7 @@
 #include "reader/run/id_index.h"
 #include "reader/run/import_types.h"
 #include "reader/run/open_expressions.h"
+#include "reader/run/read_elements.h"
 #include "reader/run/records.h"
 #include "reader/run/view_columns.h"
 
@@ -27,11 +28,17 @@ struct ImportRun {
   std::unique_ptr<TAVDOM> document;         ///< while it is read; nothing in the model points into it
   std::unique_ptr<Details> details;         ///< null when nobody asks for them
   std::vector<OpenExpression> expressions;  ///< of the details, which are resolved at the end
+  ReadElements elements;                    ///< of the details; empty without them
   ImportTypes types;
   ViewColumns columns;               ///< of the data source views
   IdIndex<TAVDimension> dimensions;  ///< of the database
   Records records;
 };
+
+/// Notes what an element was made into, for the details.
+inline void note(ImportRun& run, const TAVDOMElement& element, const TAVModelObject& object) {
+  if (run.details) run.elements.add(element, object);
+}
 
 /// Copies an element's name and description to an object.
 void setNameDescription(const TAVDOMElement& element, TAVElement& object);

@@ -7,8 +7,10 @@
 namespace tav {
 
 void ViewColumns::add(const TAVDesignPackage& view) {
-  for (const TAVModelElement* table : view.getModelElements()) {
-    for (TAVFeature& column : static_cast<const TAVClassifier*>(table)->features) {
+  for (TAVModelElement* element : view.getModelElements()) {
+    auto* table = static_cast<TAVClassifier*>(element);
+    tables_.add(*table, view.nativeId, table->nativeId);
+    for (TAVFeature& column : table->features) {
       // A column without an ID is named by bindings as the database names it.
       const TAVString& id = column.nativeId.empty() ? column.physicalName : column.nativeId;
       columns_.add(column, view.nativeId, table->nativeId, id);
@@ -16,12 +18,21 @@ void ViewColumns::add(const TAVDesignPackage& view) {
   }
 }
 
+// A view keeps the IDs of its tables and columns escaped; a binding may spell them out. A view's own ID is
+// compared as written.
+
+TAVFeature* ViewColumns::find(std::string_view viewId, std::string_view tableId,
+                              std::string_view columnId) const {
+  return columns_.find(viewId, TAVDsvReader::stringEscape(tableId), TAVDsvReader::stringEscape(columnId));
+}
+
+TAVClassifier* ViewColumns::findTable(std::string_view viewId, std::string_view tableId) const {
+  return tables_.find(viewId, TAVDsvReader::stringEscape(tableId));
+}
+
 void ViewColumns::linkTo(TAVFeature& feature, std::string_view viewId, const TAVDOMElement& binding) const {
-  // A view keeps the IDs of its tables and columns escaped; a binding may spell them out. A view's own ID is
-  // compared as written.
-  const TAVString tableId = TAVDsvReader::stringEscape(binding.getFirstElementValue(xmla::kTableId));
-  const TAVString columnId = TAVDsvReader::stringEscape(binding.getFirstElementValue(xmla::kColumnId));
-  if (TAVFeature* column = columns_.find(viewId, tableId, columnId))
+  if (TAVFeature* column = find(viewId, binding.getFirstElementValue(xmla::kTableId),
+                                binding.getFirstElementValue(xmla::kColumnId)))
     addSource(featureMapOf(feature), *column);
 }
 

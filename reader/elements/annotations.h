@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string_view>
+
+#include "framework/dom/dom.h"
+
+namespace tav {
+
+/// Whether an annotation only says how a designer draws what it belongs to.
+bool isDesignerLayout(const TAVDOMElement& annotation);
+/// The name of an annotation, without the address in front that all of a designer's have.
+std::string_view annotationName(std::string_view name);
+
+}  // namespace tav

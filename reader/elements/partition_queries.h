@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "reader/elements/references.h"
+#include "views/view_index.h"
+
+namespace tav {
+
+/// What the queries of partitions read: tables of the data source views, as far as those show them.
+class PartitionQueries {
+ public:
+  PartitionQueries(ImportRun& run, IdReferences& references) : run_(run), references_(references) {}
+
+  /// Lets the partition read what its query names. A table that no view shows is an open name.
+  void add(ItemId partition, std::string_view query, std::string_view dataSourceId);
+  /// The same for a table that it names itself.
+  void addTable(ItemId partition, const std::vector<std::string>& nameParts, std::string_view dataSourceId);
+
+ private:
+  const std::vector<ViewIndex>& views();
+
+  ImportRun& run_;
+  IdReferences& references_;
+  std::vector<ViewIndex> views_;  // made when the first query comes
+  bool isMade_ = false;
+};
+
+}  // namespace tav

@@ -1,0 +1,63 @@
+#include "reader/elements/references.h"
+
+namespace tav {
+namespace {
+
+/// Whether the model itself says that this feature is fed from that one.
+bool hasSource(const TAVModelObject* object, const TAVFeature& source) {
+  const auto* feature = as<TAVFeature>(object);
+  const TAVFeatureMap* map = feature ? feature->getDestinationOfFeatureMap() : nullptr;
+  return map && map->sourceFeatures.contains(source);
+}
+
+/// An ID of a data source that means the database itself.
+constexpr std::string_view kThisDatabase = ".";
+
+}  // namespace
+
+void IdReferences::relate(RelationKind kind, ItemId from, ItemId to, std::string_view text) {
+  if (text.empty()) {
+    static_assert(kRelationKindCount < 64);
+    constexpr unsigned kItemBits = 29;  // more items than any document of 4 GB of text has
+    const std::uint64_t key =
+        (static_cast<std::uint64_t>(kind) << (2 * kItemBits)) | (std::uint64_t{from} << kItemBits) | to;
+    if (!known_.insert(key).second) return;
+  }
+  run_.details->relate(kind, from, to, text);
+}
+
+void IdReferences::resolve() {
+  for (const ColumnReference& reference : columns_) resolve(reference);
+  for (const IdReference& reference : references_) resolve(reference);
+}
+
+void IdReferences::resolve(const IdReference& reference) {
+  if (reference.space == IdSpace::dataSource && reference.id == kThisDatabase) return;
+  if (const auto found = ids_.find(reference.space, *reference.scope, reference.id)) {
+    // What is shown as it is, the model says.
+    if (reference.relation != RelationKind::direct && *found != reference.item)
+      relate(reference.relation, *found, reference.item, reference.text);
+    return;
+  }
+  const OpenNameState state = reference.scope->isBeyond ? OpenNameState::beyond : OpenNameState::mistake;
+  run_.details->addOpenName(reference.item, reference.id, state, reference.tag);
+}
+
+void IdReferences::resolve(const ColumnReference& reference) {
+  Details& details = *run_.details;
+  if (reference.column.empty()) {
+    if (const TAVClassifier* table = run_.columns.findTable(reference.view, reference.table))
+      return relate(reference.relation, details.itemOf(*table), reference.item, reference.text);
+    return details.addOpenName(reference.item, reference.table, OpenNameState::mistake, "TableID");
+  }
+  if (const TAVFeature* column = run_.columns.find(reference.view, reference.table, reference.column)) {
+    if (reference.relation == RelationKind::aggregated &&
+        hasSource(details.item(reference.item).object, *column))
+      return;
+    return relate(reference.relation, details.itemOf(*column), reference.item, reference.text);
+  }
+  const std::string name = std::string(reference.table) + "." + std::string(reference.column);
+  details.addOpenName(reference.item, name, OpenNameState::mistake, "ColumnID");
+}
+
+}  // namespace tav

@@ -1,0 +1,59 @@
+#pragma once
+
+// What the elements of a definition refer to by IDs. It is resolved once all of them have been read: an ID
+// may stand in front of what it means.
+
+#include <cstdint>
+#include <unordered_set>
+#include <vector>
+
+#include "reader/elements/id_registry.h"
+#include "reader/run/import_run.h"
+
+namespace tav {
+
+struct IdReference {
+  ItemId item;            ///< what refers
+  RelationKind relation;  ///< from what is referred to
+  IdSpace space;
+  const IdScope* scope;
+  std::string_view id;
+  std::string_view tag;   ///< of the element with the ID
+  std::string_view text;  ///< of the relation
+};
+
+/// A binding to a table of a data source view, or to a column of it.
+struct ColumnReference {
+  ItemId item;
+  RelationKind relation;
+  std::string_view view;
+  std::string_view table;
+  std::string_view column;  ///< empty for the whole table
+  std::string_view text;
+};
+
+class IdReferences {
+ public:
+  explicit IdReferences(ImportRun& run) : run_(run), ids_(*run.details) {}
+
+  [[nodiscard]] IdRegistry& ids() noexcept { return ids_; }
+  void add(const IdReference& reference) { references_.push_back(reference); }
+  void add(const ColumnReference& reference) { columns_.push_back(reference); }
+  /// A relation between two items, once for all times that it is said.
+  void relate(RelationKind kind, ItemId from, ItemId to, std::string_view text = {});
+
+  /// Turns references into relations, and those that lead nowhere into open names.
+  void resolve();
+
+ private:
+  void resolve(const IdReference& reference);
+  void resolve(const ColumnReference& reference);
+
+  ImportRun& run_;
+  IdRegistry ids_;
+  std::vector<IdReference> references_;
+  std::vector<ColumnReference> columns_;
+  std::unordered_set<std::uint64_t> known_;  // relations without a text
+};
+
+}  // namespace tav
