@@ -123,7 +123,7 @@ constexpr std::array kMeasureGroup{
     reference("Dimensions/Dimension/MeasureGroupID", IdSpace::measureGroup, RelationKind::bridge),
     expression("Dimensions/Dimension/DirectSlice", RelationKind::filters),
     // Bound columns of the granularity have that relation, those of other attributes this one.
-    columns("Dimensions/Dimension/Attributes/Attribute", RelationKind::key),
+    columns("Dimensions/Dimension/Attributes/Attribute", RelationKind::key, Reading::attributeCopy),
     reference("Dimensions/Dimension/Attributes/Attribute/AttributeID", IdSpace::attribute,
               RelationKind::uses),
 

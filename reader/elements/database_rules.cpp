@@ -45,7 +45,7 @@ constexpr std::array kAnywhere{
     reference("DimensionID", IdSpace::dimension, RelationKind::basis),
     reference("AttributeID", IdSpace::attribute, RelationKind::mentions),
     reference("HierarchyID", IdSpace::hierarchy, RelationKind::mentions),
-    reference("CubeID", IdSpace::cube, RelationKind::mentions),
+    reference("CubeID", IdSpace::cube, RelationKind::direct),
     reference("CubeDimensionID", IdSpace::cubeDimension, RelationKind::mentions),
     reference("MeasureGroupID", IdSpace::measureGroup, RelationKind::mentions),
     reference("MeasureID", IdSpace::measure, RelationKind::mentions),

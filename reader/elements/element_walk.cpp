@@ -4,6 +4,7 @@
 #include <array>
 #include <deque>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "reader/elements/annotations.h"
@@ -85,6 +86,21 @@ std::string_view firstOf(std::string_view a, std::string_view b) {
 std::string_view nameInModel(const TAVModelObject& object) {
   const auto* use = as<TAVHierarchyLevelAssociation>(&object);
   return use && use->level ? use->level->getName() : object.getName();
+}
+
+/// Whether two elements hold the same, designers' notes aside.
+bool areEqual(const TAVDOMElement& a, const TAVDOMElement& b) {
+  std::vector<std::pair<const TAVDOMElement*, const TAVDOMElement*>> pairs{{&a, &b}};
+  while (!pairs.empty()) {
+    const auto [first, second] = pairs.back();
+    pairs.pop_back();
+    if (first->getLocalName() != second->getLocalName() || first->getValue() != second->getValue() ||
+        first->getElementCount() != second->getElementCount() || typeOf(*first) != typeOf(*second))
+      return false;
+    for (std::int32_t i = 0; i < first->getElementCount(); ++i)
+      pairs.emplace_back(first->getElement(i), second->getElement(i));
+  }
+  return true;
 }
 
 /// The parts of a database in the order in which they refer to each other, as far as their names are needed
@@ -225,8 +241,8 @@ class ElementWalk {
                                 element.getValue(),
                                 tag,
                                 {}});
-    if (settings_.isFolding() && &element != parent.label)
-      settings_.set(parent.item, tag, element.getValue());
+    // Among the folded values the ID alone tells what is meant.
+    if (settings_.isFolding() && &element != parent.label) settings_.set(parent.item, {}, element.getValue());
   }
 
   void open(const TAVDOMElement& element, RuleTree::Node node, const Frame& parent, std::int32_t index) {
@@ -239,9 +255,10 @@ class ElementWalk {
     frame.text = parent.text;
     frame.place = settings_.place();
     frame.settingCount = details_.settings().size();
-    frame.isList = rule.reading == Reading::byContent && isList(element);
+    frame.isList = (rule.reading == Reading::byContent || rule.reading == Reading::part) && isList(element);
     const IdScope& outer = rule.reading == Reading::source ? scopes_.linked(*parent.scope) : *parent.scope;
     frame.scope = &scopes_.of(element, rule, outer);
+    if (rule.reading == Reading::attributeCopy && isCopy(frame)) return frames_.pop_back();
     if (isItem(frame, parent))
       openItem(frame, parent);
     else if (rule.reading == Reading::calculation)
@@ -250,6 +267,24 @@ class ElementWalk {
       openPart(frame, parent, index);
     readBinding(frame);
     readAttributes(frame);
+  }
+
+  /// Whether a measure group only repeats how an attribute is keyed; then it uses the attribute and says no
+  /// more of it.
+  bool isCopy(const Frame& frame) {
+    const TAVDOMElement& element = *frame.element;
+    const std::string_view id = element.getFirstElementValue(kAttributeId);
+    const auto original = originals_.find(references_.ids().findInDimension(*frame.scope, id));
+    const TAVDOMElement* type = element.getFirstElement(kType);
+    const TAVDOMElement* keys = element.getFirstElement(kKeyColumns);
+    const std::int32_t others = (type ? 1 : 0) + (keys ? 1 : 0) + 1;
+    if (original == originals_.end() || element.getElementCount() != others) return false;
+    if (type && type->getValue() != "Regular") return false;
+    const TAVDOMElement* originalKeys = original->second->getFirstElement(kKeyColumns);
+    if (keys && !(originalKeys && areEqual(*keys, *originalKeys))) return false;
+    references_.add(
+        IdReference{frame.item, RelationKind::uses, IdSpace::attribute, frame.scope, id, kAttributeId, {}});
+    return true;
   }
 
   /// A rule says so, or nothing says anything and the element, one of a list, has an ID of its own.
@@ -273,6 +308,7 @@ class ElementWalk {
     frame.text = {};
     frame.item = object ? details_.itemOf(*object) : details_.add(rule.kind, parent.item, nameOf(frame));
     enterIds(frame);
+    if (rule.kind == ObjectKind::attribute) originals_.try_emplace(frame.item, frame.element);
     if (rule.toOwner == RelationKind::secures)
       references_.relate(rule.toOwner, parent.item, frame.item);
     else if (rule.toOwner != RelationKind::mentions)
@@ -349,7 +385,8 @@ class ElementWalk {
     takeColumns(frame, parent, index);
     if (frame.isList) return;
     const Reading reading = rules_.rule(frame.node).reading;
-    const bool isFold = reading == Reading::fold || reading == Reading::annotation;
+    const bool isFold =
+        reading == Reading::fold || reading == Reading::annotation || reading == Reading::attributeCopy;
     const TAVDOMElement* label = parent.isList ? findLabel(*frame.element) : nullptr;
     frame.label = label;
     std::string name(frame.element->getLocalName());
@@ -357,7 +394,8 @@ class ElementWalk {
     if (label && label->getLocalName() == kLanguage) frame.text = label->getValue();
     if (isFold && !settings_.isFolding()) {
       frame.isFold = true;
-      settings_.beginFold(name, label ? label->getValue() : std::string_view());
+      const std::string_view said = label ? label->getValue() : std::string_view();
+      settings_.beginFold(name, reading == Reading::annotation ? annotationName(said) : said);
       return;
     }
     settings_.goDown(name);
@@ -427,7 +465,8 @@ class ElementWalk {
   IdScopes scopes_;
   const RuleTree& rules_ = RuleTree::get();
   std::deque<Frame> frames_;
-  std::deque<std::string> numbers_;  // texts of relations
+  std::deque<std::string> numbers_;                             // texts of relations
+  std::unordered_map<ItemId, const TAVDOMElement*> originals_;  // of attributes
 };
 
 }  // namespace

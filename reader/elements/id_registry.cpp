@@ -75,15 +75,19 @@ std::optional<ItemId> IdRegistry::find(IdSpace space, const IdScope& scope, std:
   return findExactly(space, database, id);
 }
 
-const TAVModelObject* IdRegistry::findCubeAttribute(const IdScope& scope, std::string_view attributeId) {
+ItemId IdRegistry::findInDimension(const IdScope& scope, std::string_view attributeId) const {
   const auto dimensionId = dimensionOf(scope);
-  if (!dimensionId) return nullptr;
+  if (!dimensionId) return kNoItem;
   IdScope database;
   database.dimension = *dimensionId;
-  const auto attributeItem = findExactly(IdSpace::attribute, database, attributeId);
+  return findExactly(IdSpace::attribute, database, attributeId).value_or(kNoItem);
+}
+
+const TAVModelObject* IdRegistry::findCubeAttribute(const IdScope& scope, std::string_view attributeId) {
+  const ItemId attributeItem = findInDimension(scope, attributeId);
   const auto cubeItem = findExactly(IdSpace::cubeDimension, scope, scope.cubeDimension);
-  if (!attributeItem || !cubeItem) return nullptr;
-  const auto* attribute = as<TAVFeature>(details_.item(*attributeItem).object);
+  if (attributeItem == kNoItem || !cubeItem) return nullptr;
+  const auto* attribute = as<TAVFeature>(details_.item(attributeItem).object);
   const auto* alias = as<TAVAliasClassifier>(details_.item(*cubeItem).object);
   if (!attribute || !alias) return nullptr;
   // A cube shows all attributes of a dimension in their order.

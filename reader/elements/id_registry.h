@@ -41,6 +41,8 @@ class IdRegistry {
 
   /// The item that an ID means there, or nothing.
   [[nodiscard]] std::optional<ItemId> find(IdSpace space, const IdScope& scope, std::string_view id);
+  /// The attribute of the dimension that a cube shows; kNoItem when there is none.
+  [[nodiscard]] ItemId findInDimension(const IdScope& scope, std::string_view attributeId) const;
   /// The cube's own attribute for one of the dimension that it shows; null when the model has none.
   [[nodiscard]] const TAVModelObject* findCubeAttribute(const IdScope& scope, std::string_view attributeId);
 

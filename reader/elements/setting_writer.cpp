@@ -17,9 +17,9 @@ void SettingWriter::set(ItemId item, std::string_view name, std::string_view val
     return;
   }
   if (!fold_.empty()) fold_ += fold_.size() == labelSize_ ? ": " : ", ";
-  fold_ += std::string_view(path_).substr(foldStart_);
   fold_ += name;
-  if (!value.empty()) (fold_ += ' ') += value;
+  if (!name.empty() && !value.empty()) fold_ += ' ';
+  fold_ += value;
 }
 
 void SettingWriter::beginFold(std::string_view name, std::string_view label) {
