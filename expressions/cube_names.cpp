@@ -318,7 +318,8 @@ void CubeNames::findBelow(const Nested& nested, const std::vector<ReferencePart>
   if (level) return addAttribute(role, keyAttributeOf(*level), meaning);
   for (const TAVHierarchyLevelAssociation& use : nested.hierarchy->hierarchyLevelAssociations)
     if (use.level) addAttribute(role, keyAttributeOf(*use.level), meaning);
-  exists(place >= parts.size() ? "the hierarchy " : all ? "the All member of " : "a member of ");
+  if (place < parts.size() || meaning.objects.empty())
+    exists(place >= parts.size() ? "the hierarchy " : all ? "the All member of " : "a member of ");
 }
 
 /// The attribute as the cube shows it.

@@ -18,6 +18,7 @@ namespace tav {
 namespace {
 
 constexpr std::string_view kMdx = "mdx";
+constexpr std::string_view kDax = "dax";
 constexpr std::size_t kLongestLabel = 80;  // bytes of the text that names a statement
 
 struct PropertyRow {
@@ -124,6 +125,7 @@ class ScriptDetails {
   void makeItems(const std::vector<ScriptStatement>& statements);
   ItemId makeItem(const ScriptStatement& statement, ItemId owner);
   ItemId makeMember(const ScriptStatement& statement);
+  ItemId makeDaxMeasure(const ScriptStatement& statement);
   void describe(const ScriptStatement& statement, std::size_t place);
   void define(const ScriptStatement& statement, ItemId item);
   void addProperties(const ScriptStatement& statement, ItemId item);
@@ -199,6 +201,8 @@ ItemId ScriptDetails::makeItem(const ScriptStatement& statement, ItemId owner) {
   switch (statement.kind) {
     case StatementKind::member:
       return makeMember(statement);
+    case StatementKind::measure:
+      return makeDaxMeasure(statement);
     case StatementKind::set: {
       std::vector<ReferencePart> parts = partsOfReference(statement.name);
       names_.leaveOutCube(parts);
@@ -236,6 +240,14 @@ ItemId ScriptDetails::makeMember(const ScriptStatement& statement) {
   if (!parts.empty() && parts.front().folded == "measures" && !statement.fault)
     QVT_SSXMLA::MICROSOFT_XMLA_NO_SUCH_MEASURE.log(*run_.log, parts.back().name, cube_.getPath(true));
   return item;
+}
+
+/// `'Table'[Measure]`
+ItemId ScriptDetails::makeDaxMeasure(const ScriptStatement& statement) {
+  const std::string name =
+      unquotedPart(statement.name.substr(std::min(statement.name.rfind('['), statement.name.size())));
+  if (!statement.fault) QVT_SSXMLA::MICROSOFT_XMLA_NO_SUCH_MEASURE.log(*run_.log, name, cube_.getPath(true));
+  return details_.add(ObjectKind::calculatedMember, cubeItem_, name, statement.expression, kDax);
 }
 
 /// From here on the statement's name means its item.

@@ -14,9 +14,9 @@ constexpr std::size_t kNone = std::string_view::npos;
 
 constexpr std::array<std::string_view, kStatementKindCount> kStatementWords{
     "CALCULATE",  "CREATE MEMBER", "CREATE SET",     "CREATE CELL CALCULATION",
-    "CREATE KPI", "CREATE ACTION", "CREATE SUBCUBE", "ALTER",
-    "UPDATE",     "DROP",          "SCOPE",          "END SCOPE",
-    "FREEZE",     "assignment",    "statement"};
+    "CREATE KPI", "CREATE ACTION", "CREATE SUBCUBE", "CREATE MEASURE",
+    "ALTER",      "UPDATE",        "DROP",           "SCOPE",
+    "END SCOPE",  "FREEZE",        "assignment",     "statement"};
 
 // What a script can assign to cells beside their value. Other calls before "=" are ranges: Leaves(...).
 constexpr std::array<std::string_view, 15> kCellProperties{
@@ -273,6 +273,12 @@ void StatementReader::readCreate() {
     return readDefinition();
   }
   if (takeWord("ACTION")) return readOffered();
+  if (takeWord("MEASURE")) {
+    statement_.kind = StatementKind::measure;
+    statement_.name = neededPiece(kEqual, "a name");
+    if (takeOperator(Op::equal, "\"=\"")) statement_.expression = neededPiece(0, "a value");
+    return;
+  }
   if (takeWord("SUBCUBE")) {
     statement_.kind = StatementKind::subcube;
     return readDefinition();

@@ -20,6 +20,7 @@ enum class StatementKind : std::uint8_t {
   kpi,
   action,
   subcube,
+  measure,  ///< of a tabular definition in this form, in DAX
   alter,
   update,
   drop,
