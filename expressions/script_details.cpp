@@ -108,7 +108,8 @@ class ScriptDetails {
   ScriptDetails(ImportRun& run, const TAVCube& cube, CubeNames& names)
       : run_(run), details_(*run.details), cube_(cube), names_(names), cubeItem_(details_.itemOf(cube)) {}
 
-  void addScript(const TAVDOMElement& element);
+  /// `scriptItem`: the item of the element, if it has one already.
+  void addScript(const TAVDOMElement& element, ItemId scriptItem);
   void addCommand(std::string_view text);
   /// The expressions of the model's measures that no statement has given.
   void addMeasures();
@@ -118,10 +119,12 @@ class ScriptDetails {
   struct Scope {
     ItemId item = kNoItem;
     std::vector<const TAVModelObject*> measures;
-    std::uint32_t parent = ScriptStatement::kNoScope;
-    bool isLinked = false;
+    std::optional<RelationKind> relation;  // of what is assigned in it
   };
 
+  static void use(Scope& scope, RelationKind relation) {
+    if (!scope.relation || relation == RelationKind::assigns) scope.relation = relation;
+  }
   void makeItems(const std::vector<ScriptStatement>& statements);
   ItemId makeItem(const ScriptStatement& statement, ItemId owner);
   ItemId makeMember(const ScriptStatement& statement);
@@ -131,7 +134,7 @@ class ScriptDetails {
   void addProperties(const ScriptStatement& statement, ItemId item);
   void addRange(const ScriptStatement& statement, std::size_t place);
   void addAssignment(const ScriptStatement& statement, std::size_t place);
-  void linkScope(std::uint32_t place, RelationKind relation);
+  void linkScopes(const std::vector<ScriptStatement>& statements);
   void relateText(std::string_view text, ItemId item, RelationKind relation,
                   std::vector<const TAVModelObject*>* range = nullptr, bool isQuery = false);
   ItemId everyMeasure();
@@ -151,14 +154,17 @@ class ScriptDetails {
   std::unordered_set<const TAVFeature*> given_;      // measures with an expression from a statement
 };
 
-void ScriptDetails::addScript(const TAVDOMElement& element) {
+void ScriptDetails::addScript(const TAVDOMElement& element, ItemId scriptItem) {
   const TAVDOMElement* commands = element.getFirstElement(kCommands);
   if (!commands) return;
   std::string whole;
   for (const TAVDOMElement& command : commands->getElements())
     if (command.getTagName() == kCommand)
       whole.append(whole.empty() ? "" : "\n").append(command.getFirstElementValue(kText));
-  script_ = details_.add(ObjectKind::script, cubeItem_, element.getFirstElementValue(kName), whole, kMdx);
+  script_ = scriptItem;
+  if (script_ == kNoItem)
+    script_ = details_.add(ObjectKind::script, cubeItem_, element.getFirstElementValue(kName));
+  details_.setText(script_, whole, kMdx);
   for (const TAVDOMElement& command : commands->getElements())
     if (command.getTagName() == kCommand) addCommand(command.getFirstElementValue(kText));
 }
@@ -171,6 +177,7 @@ void ScriptDetails::addCommand(std::string_view text) {
   // All items first: an expression may name what stands behind it.
   makeItems(statements);
   for (std::size_t i = 0; i < statements.size(); ++i) describe(statements[i], i);
+  linkScopes(statements);
   faults.log(*run_.log, text, cube_.getName().str());
   faults_ = nullptr;
 }
@@ -192,7 +199,7 @@ void ScriptDetails::makeItems(const std::vector<ScriptStatement>& statements) {
     }
     items_[i] = features_[i] ? details_.itemOf(*features_[i]) : makeItem(statement, owner);
     if (statement.kind == StatementKind::scope)
-      scopes_[static_cast<std::uint32_t>(i)] = {items_[i], {}, statement.scope, false};
+      scopes_[static_cast<std::uint32_t>(i)] = {items_[i], {}, std::nullopt};
     if (items_[i] != kNoItem) define(statement, items_[i]);
   }
 }
@@ -364,27 +371,32 @@ void ScriptDetails::addAssignment(const ScriptStatement& statement, std::size_t 
   } else if (inScope) {
     // A scope stands for all measures that it names: one relation for each statement, not for each of both.
     details_.relate(relation, item, scopes_[statement.scope].item);
-    linkScope(statement.scope, relation);
+    use(scopes_[statement.scope], relation);
   } else {
     details_.relate(relation, item, everyMeasure());
   }
 }
 
-/// Lets a scope that something is assigned in reach its measures: its own, or those of the one around it.
-void ScriptDetails::linkScope(std::uint32_t place, RelationKind relation) {
-  while (place != ScriptStatement::kNoScope) {
-    Scope& scope = scopes_[place];
-    if (scope.isLinked) return;
-    scope.isLinked = true;
+/// Lets the scopes that something is assigned in reach their measures: their own, or those of the scope
+/// around them. Where only properties are assigned, they do no more.
+void ScriptDetails::linkScopes(const std::vector<ScriptStatement>& statements) {
+  // Backwards, as a scope hands on to the one around it what it has no measures for.
+  for (std::size_t place = statements.size(); place-- > 0;) {
+    const auto found = scopes_.find(static_cast<std::uint32_t>(place));
+    if (found == scopes_.end() || !found->second.relation) continue;
+    const Scope& scope = found->second;
+    const bool outermost = statements[place].scope == ScriptStatement::kNoScope;
     for (const TAVModelObject* measure : scope.measures)
-      details_.relate(relation, scope.item, details_.itemOf(*measure));
-    const bool outermost = scope.parent == ScriptStatement::kNoScope;
+      details_.relate(*scope.relation, scope.item, details_.itemOf(*measure));
     if (!scope.measures.empty()) {
-      if (!outermost) details_.relate(relation, scopes_[scope.parent].item, scope.item);
-      return;
+      if (!outermost) details_.relate(*scope.relation, scopes_[statements[place].scope].item, scope.item);
+    } else if (outermost) {
+      details_.relate(*scope.relation, scope.item, everyMeasure());
+    } else {
+      Scope& outer = scopes_[statements[place].scope];
+      details_.relate(*scope.relation, scope.item, outer.item);
+      use(outer, *scope.relation);
     }
-    details_.relate(relation, scope.item, outermost ? everyMeasure() : scopes_[scope.parent].item);
-    place = scope.parent;
   }
 }
 
@@ -407,15 +419,41 @@ void ScriptDetails::addMeasures() {
     }
 }
 
+/// The items that scripts have already, each for one script.
+class KnownScripts {
+ public:
+  explicit KnownScripts(const Details& details) {
+    const auto items = details.items();
+    for (ItemId item = 0; item < items.size(); ++item)
+      if (!items[item].object && items[item].kind == ObjectKind::script)
+        scripts_.emplace(keyOf(items[item].owner, items[item].name), item);
+  }
+
+  ItemId take(const Details& details, const TAVCube& cube, const TAVDOMElement& script) {
+    const auto found = scripts_.find(keyOf(details.find(cube), script.getFirstElementValue(kName)));
+    if (found == scripts_.end()) return kNoItem;
+    const ItemId item = found->second;
+    scripts_.erase(found);
+    return item;
+  }
+
+ private:
+  static std::string keyOf(ItemId cube, std::string_view name) {
+    return std::to_string(cube).append("/").append(name);
+  }
+
+  std::unordered_map<std::string, ItemId> scripts_;
+};
+
 /// What a cube takes from elsewhere, by name: dimensions and measure groups that the definition does not
 /// have.
-void defineBeyond(const TAVDOMElement& cube, const CubeNames& known, CubeNames& names) {
+void defineBeyond(const TAVDOMElement& cube, CubeNames& names) {
   const TAVDOMElement* groups = cube.getFirstElement(kMeasureGroups);
   if (!groups) return;
   for (const TAVDOMElement& group : groups->getElements()) {
     const TAVDOMElement* measures = group.getFirstElement(kMeasures);
     if (!group.getFirstElement(kSource) || !measures) continue;
-    if (known.findMeasureGroup(group.getFirstElementValue(kName))) continue;
+    if (names.findMeasureGroup(group.getFirstElementValue(kName))) continue;
     for (const TAVDOMElement& measure : measures->getElements())
       names.defineBeyond(measure.getFirstElementValue(kName), "a measure of a linked measure group");
   }
@@ -424,14 +462,16 @@ void defineBeyond(const TAVDOMElement& cube, const CubeNames& known, CubeNames& 
 }  // namespace
 
 void importExpressionDetails(ImportRun& run, const std::vector<CubeElement>& cubes, ModelNames& names) {
+  KnownScripts known(*run.details);
   DimensionNames dimensions;
   std::unordered_map<const TAVClassifier*, std::unique_ptr<CubeNames>> scopes;
   for (const CubeElement& read : cubes) {
     auto& cubeNames = scopes[read.cube] = std::make_unique<CubeNames>(*read.cube, names, dimensions);
-    defineBeyond(*read.element, *cubeNames, *cubeNames);
+    defineBeyond(*read.element, *cubeNames);
     ScriptDetails details(run, *read.cube, *cubeNames);
     if (const TAVDOMElement* scripts = read.element->getFirstElement(kMdxScripts))
-      for (const TAVDOMElement& script : scripts->getElements()) details.addScript(script);
+      for (const TAVDOMElement& script : scripts->getElements())
+        details.addScript(script, known.take(*run.details, *read.cube, script));
     details.addMeasures();
   }
   for (const OpenExpression& open : run.expressions) {
