@@ -5,6 +5,7 @@
 #include "cubes/linked_measure_group.h"
 #include "dimensions/dimension.h"
 #include "expressions/cube_expressions.h"
+#include "expressions/script_details.h"
 #include "framework/model/roles.h"
 #include "reader/clean_up.h"
 #include "reader/data_sources.h"
@@ -16,12 +17,6 @@ using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabul
 
 namespace tav {
 namespace {
-
-/// A cube with the element that it was made from, which is read once more when all cubes are there.
-struct ReadCube {
-  TAVCube* cube;
-  const TAVDOMElement* element;
-};
 
 /// The database's schema, which dimensions are listed in. It has no name of its own: a name that is free
 /// among the model's packages stands in for it, and shows as the model's until the database gives its own.
@@ -64,9 +59,9 @@ void importDimensions(ImportRun& run, const TAVDOMElement& database, TAVOlapSche
   }
 }
 
-std::vector<ReadCube> importCubes(ImportRun& run, MeasureGroups& groups, const TAVDOMElement& database,
-                                  TAVDesignPackage& folder) {
-  std::vector<ReadCube> read;
+std::vector<CubeElement> importCubes(ImportRun& run, MeasureGroups& groups, const TAVDOMElement& database,
+                                     TAVDesignPackage& folder) {
+  std::vector<CubeElement> read;
   const TAVDOMElement* cubes = database.getFirstElement(kCubes);
   if (!cubes) return read;
   for (const TAVDOMElement& element : cubes->getElements())
@@ -95,16 +90,17 @@ void importDatabase(ImportRun& run, const TAVDOMElement& database) {
   QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_CUBES.log(*run.log);
   TAVDesignPackage& cubesFolder = addPackage(run, label::kCubes, true);
   MeasureGroups groups;
-  const std::vector<ReadCube> cubes = importCubes(run, groups, database, cubesFolder);
+  const std::vector<CubeElement> cubes = importCubes(run, groups, database, cubesFolder);
   // Cubes link groups of cubes behind them, and expressions name what such groups show. A cube's expressions
   // are resolved before the next cube gets its linked groups.
   ModelNames names(*run.model);
-  for (const ReadCube& read : cubes) {
+  for (const CubeElement& read : cubes) {
     importLinkedMeasureGroups(run, groups, *read.element, *read.cube);
     resolveCubeExpressions(*read.cube, names, *run.log);
   }
   resolveMeasures(run, cubesFolder);
   readDetails(run, database);
+  if (run.details) importExpressionDetails(run, cubes, names);
   tidyPackages(*run.model);
 }
 

@@ -74,6 +74,12 @@ QVT_SSXMLA::MessageInstance QVT_SSXMLA::MICROSOFT_XMLA_I_IMPORT_DSVS("12", "Impo
 QVT_SSXMLA::MessageInstance_String_String QVT_SSXMLA::MICROSOFT_XMLA_FEATURE_NOTFOUND(
     "13", "Could not find source feature '{0}' used in calculated expression '{1}'", "WARNING");
 
+QVT_SSXMLA::MessageInstance_String_String QVT_SSXMLA::MICROSOFT_XMLA_STATEMENT_NOT_READ(
+    "14", "The MDX script of cube '{0}' has a statement that could not be read: {1}", "WARNING");
+
+QVT_SSXMLA::MessageInstance_String_String QVT_SSXMLA::MICROSOFT_XMLA_NO_SUCH_MEASURE(
+    "15", "The MDX script of '{1}' creates the measure '{0}', which the model does not have", "WARNING");
+
 QVT_SSXMLA::QVT_SSXMLA() : TAVTextLiteralsCollection(kModuleName, kCatalogueName) {
   add(BRIDGE_SPEC_MICROSOFTSQLSERVERXMLA_IMPORT_DESCRIPTION);
   add(BP_FILE_DEFAULT);
@@ -87,6 +93,8 @@ QVT_SSXMLA::QVT_SSXMLA() : TAVTextLiteralsCollection(kModuleName, kCatalogueName
   add(MICROSOFT_XMLA_I_IMPORT_CUBE);
   add(MICROSOFT_XMLA_I_IMPORT_DSVS);
   add(MICROSOFT_XMLA_FEATURE_NOTFOUND);
+  add(MICROSOFT_XMLA_STATEMENT_NOT_READ);
+  add(MICROSOFT_XMLA_NO_SUCH_MEASURE);
   init();
 }
 

@@ -95,7 +95,9 @@ class TAV_API QVT_SSXMLA : public TAVTextLiteralsCollection {
   static MessageInstance MICROSOFT_XMLA_I_IMPORT_CUBES;
   static MessageInstance_String MICROSOFT_XMLA_I_IMPORT_CUBE;  ///< the cube's name
   static MessageInstance MICROSOFT_XMLA_I_IMPORT_DSVS;
-  static MessageInstance_String_String MICROSOFT_XMLA_FEATURE_NOTFOUND;  ///< feature, path of what names it
+  static MessageInstance_String_String MICROSOFT_XMLA_FEATURE_NOTFOUND;    ///< feature, path of what names it
+  static MessageInstance_String_String MICROSOFT_XMLA_STATEMENT_NOT_READ;  ///< cube, place and what is wrong
+  static MessageInstance_String_String MICROSOFT_XMLA_NO_SUCH_MEASURE;     ///< measure, path of its cube
 
   ~QVT_SSXMLA() override;
 

@@ -5,6 +5,7 @@
 
 #include <string_view>
 
+#include "framework/api.h"
 #include "framework/expression/operators.h"
 
 namespace tav {
@@ -13,7 +14,7 @@ namespace tav {
 int compareWords(std::string_view text, std::string_view upper) noexcept;
 
 /// Whether `text` is `upper`, a text in capitals.
-bool isWord(std::string_view text, std::string_view upper) noexcept;
+TAV_API bool isWord(std::string_view text, std::string_view upper) noexcept;
 
 /// A whole argument of a call that says how the call works, such as DESC or SELF_AND_AFTER.
 bool isFlagWord(std::string_view text) noexcept;

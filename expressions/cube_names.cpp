@@ -1,0 +1,357 @@
+#include "expressions/cube_names.h"
+
+#include <algorithm>
+#include <array>
+
+#include "framework/model/roles.h"
+#include "framework/std/dotted_name.h"
+#include "framework/std/text.h"
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kMeasuresName = "measures";
+constexpr std::string_view kMeasuresLevel = "measureslevel";
+constexpr std::string_view kKpiPrefix = "kpi";
+
+// Words behind a name that ask something of what it means. Sorted.
+constexpr std::array<std::string_view, 37> kMemberWords{
+    "allmembers",    "caption",        "children",     "count",         "current",
+    "currentmember", "currentordinal", "datamember",   "defaultmember", "dimension",
+    "dimensions",    "firstchild",     "firstsibling", "hierarchy",     "id",
+    "key",           "lastchild",      "lastsibling",  "level",         "level_number",
+    "levels",        "member_caption", "member_key",   "member_name",   "member_unique_name",
+    "member_value",  "members",        "membervalue",  "name",          "nextmember",
+    "ordinal",       "parent",         "prevmember",   "siblings",      "uniquename",
+    "unknownmember", "value"};
+
+bool isMemberWord(std::string_view folded) {
+  return std::binary_search(kMemberWords.begin(), kMemberWords.end(), folded);
+}
+
+bool meansAll(std::string_view folded) {
+  return folded == "all" || folded.starts_with("all ");
+}
+
+/// A key of several names, which hold no NUL.
+std::string joined(std::initializer_list<std::string_view> names) {
+  std::string key;
+  for (const std::string_view name : names) key.append(name).push_back('\0');
+  return key;
+}
+
+std::string shownName(std::string_view dimension, std::string_view hierarchy) {
+  return bracketed(dimension).append(".").append(bracketed(hierarchy));
+}
+
+std::string unquotedText(std::string_view text) {
+  if (text.size() >= 2 && (text.front() == '\'' || text.front() == '"')) return unquotedPart(text);
+  return std::string(text);
+}
+
+}  // namespace
+
+std::vector<ReferencePart> partsOfReference(std::string_view reference) {
+  std::vector<ReferencePart> parts;
+  while (!reference.empty()) {
+    const std::size_t length = std::min(namePartLength(reference), reference.size());
+    const std::string_view text = trimmed(reference.substr(0, length));
+    ReferencePart part;
+    part.isKey = text.starts_with('&');
+    part.isBare = !text.empty() && text.front() != '[' && !part.isKey;
+    part.name = part.isKey ? std::string(text) : part.isBare ? std::string(text) : unquotedPart(text);
+    part.folded = foldedName(part.name);
+    parts.push_back(std::move(part));
+    reference.remove_prefix(std::min(length + 1, reference.size()));
+  }
+  return parts;
+}
+
+const DimensionNames::Names& DimensionNames::of(const TAVDimension& dimension) {
+  const auto [place, isNew] = names_.try_emplace(&dimension);
+  Names& names = place->second;
+  if (!isNew) return names;
+  for (const TAVFeature& feature : dimension.features)
+    if (const auto* attribute = as<TAVDimensionAttribute>(&feature))
+      names.attributes.try_emplace(foldedName(attribute->getName()), attribute);
+  for (TAVHierarchy& hierarchy : dimension.hierarchies)
+    names.hierarchies.try_emplace(foldedName(hierarchy.getName()), &hierarchy);
+  return names;
+}
+
+CubeNames::CubeNames(const TAVCube& cube, ModelNames& model, DimensionNames& dimensions)
+    : model_(model), dimensions_(dimensions), cubeName_(foldedName(cube.getName())) {
+  // A cube's dimensions and their aliases are made in pairs.
+  std::vector<const TAVAliasClassifier*> aliases;
+  std::vector<const TAVDesignPackage*> folders;
+  const auto* package = as<TAVDesignPackage>(cube.nameSpace.get());
+  if (!package) return;
+  for (const TAVNamespaceElement& element : package->namespaceElements) {
+    const auto* alias = as<TAVAliasClassifier>(&element);
+    if (alias && alias->nativeType == label::kDimension) aliases.push_back(alias);
+    if (const auto* folder = as<TAVDesignPackage>(&element)) folders.push_back(folder);
+  }
+  // A measure with data comes before a calculated one that repeats its name.
+  for (const bool groups : {true, false})
+    for (const TAVDesignPackage* folder : folders)
+      if ((folder->nativeType == label::kMeasureGroups) == groups) addFolder(*folder);
+  std::size_t place = 0;
+  for (const TAVCubeDimensionAssociation& association : cube.cubeDimensionAssociations) {
+    const TAVAliasClassifier* alias = place < aliases.size() ? aliases[place++] : nullptr;
+    if (association.dimension) addRole(association.getName(), {association.dimension.get(), alias});
+  }
+  for (const TAVFeature* measure : measures_) spellings_.add(measure->getName());
+}
+
+CubeNames::CubeNames(const TAVDimension& dimension, ModelNames& model, DimensionNames& dimensions)
+    : model_(model), dimensions_(dimensions) {
+  addRole(dimension.getName(), {&dimension, nullptr});
+}
+
+void CubeNames::addRole(std::string_view name, Role role) {
+  const auto [place, isNew] = roles_.try_emplace(foldedName(name), role);
+  if (!isNew) return;
+  spellings_.add(name);
+  for (TAVHierarchy& hierarchy : role.dimension->hierarchies) {
+    nested_.try_emplace(foldedName(hierarchy.getName()), Nested{&place->second, &hierarchy, nullptr});
+    spellings_.add(hierarchy.getName());
+  }
+  for (const auto& feature : role.dimension->features) {
+    if (const auto* attribute = as<TAVDimensionAttribute>(&feature))
+      nested_.try_emplace(foldedName(attribute->getName()), Nested{&place->second, nullptr, attribute});
+    spellings_.add(feature.getName());
+  }
+}
+
+void CubeNames::addFolder(const TAVDesignPackage& folder) {
+  const bool groups = folder.nativeType == label::kMeasureGroups;
+  const bool kpis = folder.nativeType == label::kKpis;
+  if (!groups && !kpis && folder.nativeType != label::kCalculatedMeasures) return;
+  for (const TAVNamespaceElement& element : folder.namespaceElements) {
+    const auto* classifier = as<TAVClassifier>(&element);
+    if (!classifier) continue;
+    if (kpis) {
+      kpis_.try_emplace(foldedName(classifier->getName()), classifier);
+      for (const TAVFeature& value : classifier->features) kpiValues_.push_back(&value);
+      continue;
+    }
+    if (groups) groups_.try_emplace(foldedName(classifier->getName()), classifier);
+    for (const TAVFeature& measure : classifier->features) {
+      measures_.push_back(&measure);
+      isMeasure_.insert(&measure);
+      std::string folded = foldedName(measure.getName());
+      if (!groups) calculatedByName_.try_emplace(folded, &measure);
+      measuresByName_.try_emplace(std::move(folded), &measure);
+    }
+  }
+}
+
+void CubeNames::define(std::string_view name, ItemId item, bool isSet) {
+  std::vector<ReferencePart> parts = partsOfReference(name);
+  leaveOutCube(parts);
+  if (parts.empty()) return;
+  spellings_.add(parts.back().name);
+  std::string key;
+  for (const ReferencePart& part : parts) key.append(part.folded).push_back('\0');
+  defined_.insert_or_assign(std::move(key), Defined{item, isSet});
+  // Expressions may leave out levels, parents, and the dimension.
+  defined_.try_emplace(joined({parts.front().folded, parts.back().folded}), Defined{item, isSet});
+  defined_.try_emplace(joined({parts.back().folded}), Defined{item, isSet});
+}
+
+void CubeNames::defineMeasure(std::string_view name, ItemId item) {
+  definedMeasures_.insert_or_assign(foldedName(name), item);
+  spellings_.add(name);
+}
+
+void CubeNames::defineBeyond(std::string_view name, std::string_view what) {
+  beyond_.try_emplace(foldedName(name), what);
+}
+
+const TAVFeature* CubeNames::findCalculated(std::string_view name) const {
+  const auto found = calculatedByName_.find(foldedName(name));
+  return found == calculatedByName_.end() ? nullptr : found->second;
+}
+
+const TAVModelObject* CubeNames::findMeasureGroup(std::string_view name) const {
+  const auto found = groups_.find(foldedName(name));
+  return found == groups_.end() ? nullptr : found->second;
+}
+
+/// CURRENTCUBE, or the cube's own name, before a name.
+void CubeNames::leaveOutCube(std::vector<ReferencePart>& parts) const {
+  if (parts.size() < 2) return;
+  const std::string& first = parts.front().folded;
+  if (first == "currentcube" || (!cubeName_.empty() && first == cubeName_ && !roles_.contains(first)))
+    parts.erase(parts.begin());
+}
+
+/// Whether the last part is the name of a measure or an attribute after all: Measures.Count, Product.Name.
+bool CubeNames::isOwnName(const std::vector<ReferencePart>& parts) {
+  if (parts.size() != 2) return false;
+  const std::string& name = parts.back().folded;
+  if (parts.front().folded == kMeasuresName)
+    return measuresByName_.contains(name) || definedMeasures_.contains(name);
+  const auto role = roles_.find(parts.front().folded);
+  return role != roles_.end() && dimensions_.of(*role->second.dimension).attributes.contains(name);
+}
+
+NameMeaning CubeNames::find(std::string_view reference) {
+  NameMeaning meaning;
+  std::vector<ReferencePart> parts = partsOfReference(reference);
+  leaveOutCube(parts);
+  while (parts.size() > 1 && parts.back().isBare && isMemberWord(parts.back().folded) && !isOwnName(parts))
+    parts.pop_back();
+  if (parts.empty()) return meaning;
+  const ReferencePart& first = parts.front();
+  if (parts.size() == 1 && first.isBare && (first.folded == "this" || first.folded == "currentcube"))
+    return meaning;
+  if (first.folded == kMeasuresName) {
+    findMeasure(parts, meaning);
+    return meaning;
+  }
+  if (const auto role = roles_.find(first.folded); role != roles_.end()) {
+    meaning.dimension = role->second.dimension;
+    const TAVDimension* taken = model_.findDimension(first.name);
+    meaning.isAsInModel = taken == meaning.dimension;
+    if (taken != meaning.dimension) meaning.taken = taken;
+    if (!findDefined(parts, meaning)) findInRole(role->second, parts, meaning);
+    return meaning;
+  }
+  if (findDefined(parts, meaning)) return meaning;
+  if (parts.size() == 1) findMeasureByName(first, meaning);
+  if (meaning.objects.empty() && meaning.items.empty()) findNested(parts, meaning);
+  if (meaning.objects.empty() && meaning.items.empty() && !meaning.open) findMistake(first, meaning);
+  return meaning;
+}
+
+void CubeNames::findMistake(const ReferencePart& part, NameMeaning& meaning) const {
+  if (const auto beyond = beyond_.find(part.folded); beyond != beyond_.end()) {
+    meaning.open = OpenNameState::beyond;
+    meaning.note = beyond->second;
+    return;
+  }
+  meaning.open = OpenNameState::mistake;
+  meaning.note = spellings_.nearest(part.name);
+}
+
+void CubeNames::findMeasure(const std::vector<ReferencePart>& parts, NameMeaning& meaning) const {
+  const std::size_t place = parts.size() > 2 && parts[1].folded == kMeasuresLevel ? 2 : 1;
+  if (place >= parts.size() || parts[place].folded == kMeasuresLevel) {
+    meaning.open = OpenNameState::exists;
+    meaning.note = "the dimension of the measures";
+    return;
+  }
+  findMeasureByName(parts[place], meaning);
+  if (meaning.objects.empty() && meaning.items.empty()) findMistake(parts[place], meaning);
+}
+
+void CubeNames::findMeasureByName(const ReferencePart& part, NameMeaning& meaning) const {
+  if (const auto measure = measuresByName_.find(part.folded); measure != measuresByName_.end())
+    meaning.objects.push_back(measure->second);
+  else if (const auto defined = definedMeasures_.find(part.folded); defined != definedMeasures_.end())
+    meaning.items.push_back(defined->second);
+}
+
+bool CubeNames::findDefined(const std::vector<ReferencePart>& parts, NameMeaning& meaning) const {
+  if (defined_.empty()) return false;
+  std::string key;
+  for (const ReferencePart& part : parts) key.append(part.folded).push_back('\0');
+  auto found = defined_.find(key);
+  if (found == defined_.end() && parts.size() > 2)
+    found = defined_.find(joined({parts.front().folded, parts.back().folded}));
+  if (found == defined_.end()) return false;
+  meaning.items.push_back(found->second.item);
+  meaning.open = OpenNameState::exists;
+  meaning.note = found->second.isSet ? "a named set" : "a calculated member";
+  return true;
+}
+
+/// A hierarchy or attribute whose dimension is left out.
+void CubeNames::findNested(const std::vector<ReferencePart>& parts, NameMeaning& meaning) {
+  const auto found = nested_.find(parts.front().folded);
+  if (found == nested_.end()) return;
+  meaning.dimension = found->second.role->dimension;
+  findBelow(found->second, parts, 1, meaning);
+}
+
+void CubeNames::findInRole(const Role& role, const std::vector<ReferencePart>& parts, NameMeaning& meaning) {
+  const std::string_view dimension = parts.front().name;
+  const auto whole = [&](const std::string& what) {
+    meaning.objects.push_back(role.alias ? static_cast<const TAVModelObject*>(role.alias) : role.dimension);
+    meaning.open = OpenNameState::exists;
+    meaning.note = what + bracketed(dimension);
+  };
+  if (parts.size() == 1) return whole("the dimension ");
+  const ReferencePart& second = parts[1];
+  const DimensionNames::Names& names = dimensions_.of(*role.dimension);
+  if (const auto hierarchy = names.hierarchies.find(second.folded); hierarchy != names.hierarchies.end())
+    return findBelow({&role, hierarchy->second, nullptr}, parts, 2, meaning);
+  if (const auto attribute = names.attributes.find(second.folded); attribute != names.attributes.end())
+    return findBelow({&role, nullptr, attribute->second}, parts, 2, meaning);
+  if (meansAll(second.folded)) return whole("the All member of ");
+  if (second.isKey) return whole("a member of ");
+  findMistake(second, meaning);
+}
+
+/// What stands behind a hierarchy or an attribute: a level, a member, or nothing.
+void CubeNames::findBelow(const Nested& nested, const std::vector<ReferencePart>& parts, std::size_t place,
+                          NameMeaning& meaning) {
+  const Role& role = *nested.role;
+  const bool all = place < parts.size() && meansAll(parts[place].folded);
+  const auto exists = [&](std::string_view what) {
+    meaning.open = OpenNameState::exists;
+    const TAVModelObject& owner =
+        nested.hierarchy ? static_cast<const TAVModelObject&>(*nested.hierarchy) : *nested.attribute;
+    const std::string_view dimension =
+        place == 2 ? std::string_view(parts.front().name) : role.dimension->getName().view();
+    meaning.note = std::string(what).append(shownName(dimension, owner.getName().view()));
+  };
+  if (!nested.hierarchy) {
+    addAttribute(role, nested.attribute, meaning);
+    if (all && parts.size() == place + 1) exists("the All member of ");
+    return;
+  }
+  const TAVLevel* level = place < parts.size() && !parts[place].isKey
+                              ? model_.findLevel(*nested.hierarchy, parts[place].name)
+                              : nullptr;
+  if (level) return addAttribute(role, keyAttributeOf(*level), meaning);
+  for (const TAVHierarchyLevelAssociation& use : nested.hierarchy->hierarchyLevelAssociations)
+    if (use.level) addAttribute(role, keyAttributeOf(*use.level), meaning);
+  if (place < parts.size() || meaning.objects.empty())
+    exists(place >= parts.size() ? "the hierarchy " : all ? "the All member of " : "a member of ");
+}
+
+/// The attribute as the cube shows it.
+void CubeNames::addAttribute(const Role& role, const TAVDimensionAttribute* attribute, NameMeaning& meaning) {
+  if (!attribute) return;
+  const TAVFeature* shown = role.alias ? role.alias->features.get(attribute->getName()) : nullptr;
+  meaning.objects.push_back(shown ? shown : attribute);
+  meaning.attributes.push_back(attribute);
+}
+
+NameMeaning CubeNames::findOfFunction(std::string_view function, std::string_view argument) {
+  NameMeaning meaning;
+  const std::string name = unquotedText(argument);
+  const std::string folded = foldedName(function);
+  if (folded == "measuregroupmeasures") {
+    if (const TAVModelObject* group = findMeasureGroup(name))
+      meaning.objects.push_back(group);
+    else
+      findMistake({name, foldedName(name), false, false}, meaning);
+    return meaning;
+  }
+  if (!folded.starts_with(kKpiPrefix)) return meaning;
+  for (const KpiPart& part : kKpiParts) {
+    if (folded.substr(kKpiPrefix.size()) != foldedName(part.name)) continue;
+    const auto kpi = kpis_.find(foldedName(name));
+    const TAVFeature* value = kpi == kpis_.end() ? nullptr : kpi->second->features.get(part.name);
+    if (value)
+      meaning.objects.push_back(value);
+    else if (!findDefined({{name, foldedName(name), false, false}}, meaning))
+      findMistake({name, foldedName(name), false, false}, meaning);
+  }
+  return meaning;
+}
+
+}  // namespace tav

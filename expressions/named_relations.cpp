@@ -1,0 +1,120 @@
+#include "expressions/named_relations.h"
+
+#include "framework/expression/parser.h"
+#include "framework/std/text.h"
+
+namespace tav {
+namespace {
+
+class NameRelations {
+ public:
+  NameRelations(Details& details, CubeNames& names, const NamingExpression& expression)
+      : details_(details), names_(names), expression_(expression) {
+    const TAVFeatureMap* map =
+        expression.measure ? expression.measure->getDestinationOfFeatureMap() : nullptr;
+    if (!map) return;
+    for (const TAVFeature& source : map->sourceFeatures) sources_.push_back(&source);
+    inModel_.insert(sources_.begin(), sources_.end());
+  }
+
+  ExpressionFault run() {
+    const ExpressionTree tree = parseExpression(expression_.text, ExpressionLanguage::mdx);
+    // A set may get a name inside an expression.
+    for (const ExpressionNode& node : tree.nodes)
+      if (node.kind == ExpressionNode::Kind::name) local_.insert(foldedName(node.name));
+    std::vector<std::uint32_t> left;
+    if (tree.root != ExpressionNode::kNone) left.push_back(tree.root);
+    while (!left.empty()) {
+      const ExpressionNode& node = tree.nodes[left.back()];
+      left.pop_back();
+      if (node.next != ExpressionNode::kNone) left.push_back(node.next);
+      if (node.first != ExpressionNode::kNone) left.push_back(node.first);
+      if (node.kind == ExpressionNode::Kind::reference)
+        reference(node);
+      else if (node.kind == ExpressionNode::Kind::call)
+        call(tree, node);
+    }
+    replaceSources();
+    return tree.fault;
+  }
+
+ private:
+  void reference(const ExpressionNode& node) {
+    if (expression_.isQuery && node.bare) return;
+    if (local_.contains(foldedName(node.name)) || node.begin == functionAt_) return;
+    add(names_.find(node.name), node.name);
+  }
+
+  void call(const ExpressionTree& tree, const ExpressionNode& node) {
+    if (node.first == ExpressionNode::kNone) return;
+    const ExpressionNode& first = tree.nodes[node.first];
+    if (first.kind == ExpressionNode::Kind::constant && node.count == 1)
+      return add(names_.findOfFunction(node.name, tree.textOf(first)), tree.textOf(node));
+    // Assembly.Class.Function(...) looks like a method of what its name begins with.
+    const bool method = first.kind == ExpressionNode::Kind::reference && first.begin == node.begin &&
+                        first.name.find('[') == first.name.npos;
+    if (!method) return;
+    const NameMeaning meaning = names_.find(first.name);
+    if (meaning.open != OpenNameState::mistake) return;
+    functionAt_ = first.begin;
+    note(std::string(first.name).append(".").append(node.name), OpenNameState::beyond,
+         "a function of an assembly");
+  }
+
+  void add(const NameMeaning& meaning, std::string_view text) {
+    for (std::size_t i = 0; i < meaning.objects.size(); ++i) {
+      const TAVModelObject* object = meaning.objects[i];
+      const bool isMeasure = names_.isMeasure(object);
+      if (i < meaning.attributes.size()) found_.insert(meaning.attributes[i]);
+      if (expression_.range && (isMeasure || is<TAVDimension>(*object))) {
+        if (related_.insert(object).second) expression_.range->push_back(object);
+        continue;
+      }
+      const TAVModelObject* known = i >= meaning.attributes.size() ? object
+                                    : meaning.isAsInModel          ? meaning.attributes[i]
+                                                                   : nullptr;
+      if (known && inModel_.contains(known)) continue;
+      if (related_.insert(object).second)
+        details_.relate(expression_.relation, details_.itemOf(*object), expression_.item);
+    }
+    for (const ItemId item : meaning.items)
+      if (item != expression_.item && relatedItems_.insert(item).second)
+        details_.relate(expression_.relation, item, expression_.item);
+    if (meaning.taken) taken_.insert(meaning.taken);
+    if (meaning.open) note(text, *meaning.open, meaning.note);
+  }
+
+  void note(std::string_view name, OpenNameState state, std::string_view what) {
+    if (noted_.emplace(name).second) details_.addOpenName(expression_.item, name, state, what);
+  }
+
+  /// Sources that the model has because a dimension of the database bears the name that the cube gives to
+  /// another one.
+  void replaceSources() {
+    if (taken_.empty()) return;
+    for (const TAVFeature* source : sources_)
+      if (taken_.contains(source->classifier.get()) && !found_.contains(source))
+        details_.relate(RelationKind::replaced, details_.itemOf(*source), expression_.item);
+  }
+
+  Details& details_;
+  CubeNames& names_;
+  const NamingExpression& expression_;
+  std::vector<const TAVFeature*> sources_;  // of the model
+  std::unordered_set<const TAVModelObject*> inModel_;
+  std::unordered_set<const TAVModelObject*> found_;  // attributes of the database
+  std::unordered_set<const TAVModelObject*> related_;
+  std::unordered_set<ItemId> relatedItems_;
+  std::unordered_set<const TAVClassifier*> taken_;
+  std::unordered_set<std::string> local_;
+  std::unordered_set<std::string> noted_;
+  std::size_t functionAt_ = ExpressionFault::kNowhere;
+};
+
+}  // namespace
+
+ExpressionFault relateNames(Details& details, CubeNames& names, const NamingExpression& expression) {
+  return NameRelations(details, names, expression).run();
+}
+
+}  // namespace tav

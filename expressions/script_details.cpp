@@ -1,0 +1,487 @@
+#include "expressions/script_details.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+#include "bridge/catalogue/literals.h"
+#include "expressions/named_relations.h"
+#include "expressions/script_statements.h"
+#include "framework/model/roles.h"
+#include "framework/std/dotted_name.h"
+#include "framework/std/text.h"
+#include "reader/run/vocabulary.h"
+
+using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabulary of definitions
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kMdx = "mdx";
+constexpr std::string_view kDax = "dax";
+constexpr std::size_t kLongestLabel = 80;  // bytes of the text that names a statement
+
+struct PropertyRow {
+  std::string_view name;
+  RelationKind relation;
+};
+// What the names in a property's expression do. Sorted; those of other properties are mentioned.
+constexpr std::array kProperties{PropertyRow{"back_color", RelationKind::colours},
+                                 PropertyRow{"caption", RelationKind::caption},
+                                 PropertyRow{"condition", RelationKind::filters},
+                                 PropertyRow{"default_member", RelationKind::filters},
+                                 PropertyRow{"font_flags", RelationKind::formats},
+                                 PropertyRow{"font_name", RelationKind::formats},
+                                 PropertyRow{"font_size", RelationKind::formats},
+                                 PropertyRow{"fore_color", RelationKind::colours},
+                                 PropertyRow{"format", RelationKind::formats},
+                                 PropertyRow{"format_string", RelationKind::formats},
+                                 PropertyRow{"goal", RelationKind::computed},
+                                 PropertyRow{"language", RelationKind::formats},
+                                 PropertyRow{"non_empty_behavior", RelationKind::nonEmpty},
+                                 PropertyRow{"status", RelationKind::computed},
+                                 PropertyRow{"trend", RelationKind::computed},
+                                 PropertyRow{"weight", RelationKind::weighs}};
+
+RelationKind relationOf(std::string_view property) {
+  const std::string folded = foldedName(unquotedPart(property));
+  const auto* row = std::lower_bound(kProperties.begin(), kProperties.end(), folded,
+                                     [](const PropertyRow& a, std::string_view b) { return a.name < b; });
+  return row != kProperties.end() && row->name == folded ? row->relation : RelationKind::mentions;
+}
+
+/// The text of a string alone; anything else as it is.
+std::string plainValue(std::string_view value) {
+  if (value.size() < 2 || (value.front() != '"' && value.front() != '\'')) return std::string(value);
+  std::size_t end = value.find(value.front(), 1);
+  while (end != value.npos && value.substr(end + 1, 1) == value.substr(0, 1))
+    end = value.find(value.front(), end + 2);
+  return end + 1 == value.size() ? unquotedPart(value) : std::string(value);
+}
+
+/// The beginning of a text on one line.
+std::string labelOf(std::string_view text) {
+  std::string label;
+  for (const char c : beginningOf(text, kLongestLabel)) {
+    const bool blank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
+    if (!blank)
+      label += c;
+    else if (!label.empty() && label.back() != ' ')
+      label += ' ';
+  }
+  return label;
+}
+
+/// What a script has to say to the user, in the order of its lines.
+class ScriptFaults {
+ public:
+  void add(std::size_t offset, std::string_view expected) { faults_.push_back({offset, expected}); }
+
+  /// One warning each. Lines are counted once, from the front.
+  void log(TAVLog& log, std::string_view script, const std::string& name) {
+    std::stable_sort(faults_.begin(), faults_.end(),
+                     [](const auto& a, const auto& b) { return a.offset < b.offset; });
+    std::size_t line = 1;
+    std::size_t lineBegin = 0;
+    for (const ExpressionFault& fault : faults_) {
+      const std::size_t offset = std::min(fault.offset, script.size());
+      for (std::size_t end = script.find('\n', lineBegin); end < offset; end = script.find('\n', lineBegin)) {
+        lineBegin = end + 1;
+        ++line;
+      }
+      const std::string place = placeInText(script.substr(lineBegin), offset - lineBegin).str();
+      const std::size_t column = place.find(',');
+      QVT_SSXMLA::MICROSOFT_XMLA_STATEMENT_NOT_READ.log(log, name,
+                                                        "line " + std::to_string(line) +
+                                                            place.substr(column) + ": expected " +
+                                                            std::string(fault.expected));
+    }
+  }
+
+ private:
+  std::vector<ExpressionFault> faults_;
+};
+
+/// The script of one cube.
+class ScriptDetails {
+ public:
+  ScriptDetails(ImportRun& run, const TAVCube& cube, CubeNames& names)
+      : run_(run), details_(*run.details), cube_(cube), names_(names), cubeItem_(details_.itemOf(cube)) {}
+
+  /// `scriptItem`: the item of the element, if it has one already.
+  void addScript(const TAVDOMElement& element, ItemId scriptItem);
+  void addCommand(std::string_view text);
+  /// The expressions of the model's measures that no statement has given.
+  void addMeasures();
+  void relate(const NamingExpression& expression) { relateNames(details_, names_, expression); }
+
+ private:
+  struct Scope {
+    ItemId item = kNoItem;
+    std::vector<const TAVModelObject*> measures;
+    std::optional<RelationKind> relation;  // of what is assigned in it
+  };
+
+  static void use(Scope& scope, RelationKind relation) {
+    if (!scope.relation || relation == RelationKind::assigns) scope.relation = relation;
+  }
+  void makeItems(const std::vector<ScriptStatement>& statements);
+  ItemId makeItem(const ScriptStatement& statement, ItemId owner);
+  ItemId makeMember(const ScriptStatement& statement);
+  ItemId makeDaxMeasure(const ScriptStatement& statement);
+  void describe(const ScriptStatement& statement, std::size_t place);
+  void define(const ScriptStatement& statement, ItemId item);
+  void addProperties(const ScriptStatement& statement, ItemId item);
+  void addRange(const ScriptStatement& statement, std::size_t place);
+  void addAssignment(const ScriptStatement& statement, std::size_t place);
+  void linkScopes(const std::vector<ScriptStatement>& statements);
+  void relateText(std::string_view text, ItemId item, RelationKind relation,
+                  std::vector<const TAVModelObject*>* range = nullptr, bool isQuery = false);
+  ItemId everyMeasure();
+
+  ImportRun& run_;
+  Details& details_;
+  const TAVCube& cube_;
+  CubeNames& names_;
+  ItemId cubeItem_;
+  ItemId script_ = kNoItem;
+  ItemId everyMeasure_ = kNoItem;
+  std::string_view text_;  // of the command at hand
+  ScriptFaults* faults_ = nullptr;
+  std::vector<ItemId> items_;                        // by statement
+  std::vector<const TAVFeature*> features_;          // by statement: the measure of the model that it creates
+  std::unordered_map<std::uint32_t, Scope> scopes_;  // by statement
+  std::unordered_set<const TAVFeature*> given_;      // measures with an expression from a statement
+};
+
+void ScriptDetails::addScript(const TAVDOMElement& element, ItemId scriptItem) {
+  const TAVDOMElement* commands = element.getFirstElement(kCommands);
+  if (!commands) return;
+  std::string whole;
+  for (const TAVDOMElement& command : commands->getElements())
+    if (command.getTagName() == kCommand)
+      whole.append(whole.empty() ? "" : "\n").append(command.getFirstElementValue(kText));
+  script_ = scriptItem;
+  if (script_ == kNoItem)
+    script_ = details_.add(ObjectKind::script, cubeItem_, element.getFirstElementValue(kName));
+  details_.setText(script_, whole, kMdx);
+  for (const TAVDOMElement& command : commands->getElements())
+    if (command.getTagName() == kCommand) addCommand(command.getFirstElementValue(kText));
+}
+
+void ScriptDetails::addCommand(std::string_view text) {
+  text_ = text;
+  ScriptFaults faults;
+  faults_ = &faults;
+  const std::vector<ScriptStatement> statements = parseScript(text);
+  // All items first: an expression may name what stands behind it.
+  makeItems(statements);
+  for (std::size_t i = 0; i < statements.size(); ++i) describe(statements[i], i);
+  linkScopes(statements);
+  faults.log(*run_.log, text, cube_.getName().str());
+  faults_ = nullptr;
+}
+
+void ScriptDetails::makeItems(const std::vector<ScriptStatement>& statements) {
+  items_.assign(statements.size(), kNoItem);
+  features_.assign(statements.size(), nullptr);
+  scopes_.clear();
+  for (std::size_t i = 0; i < statements.size(); ++i) {
+    const ScriptStatement& statement = statements[i];
+    if (statement.fault) faults_->add(statement.fault.offset, statement.fault.expected);
+    const bool inScope = statement.scope != ScriptStatement::kNoScope;
+    const ItemId owner = inScope ? scopes_[statement.scope].item : script_;
+    if (statement.kind == StatementKind::member && !statement.name.empty()) {
+      std::vector<ReferencePart> parts = partsOfReference(statement.name);
+      names_.leaveOutCube(parts);
+      if (parts.size() == 2 && parts.front().folded == "measures")
+        features_[i] = names_.findCalculated(parts.back().name);
+    }
+    items_[i] = features_[i] ? details_.itemOf(*features_[i]) : makeItem(statement, owner);
+    if (statement.kind == StatementKind::scope)
+      scopes_[static_cast<std::uint32_t>(i)] = {items_[i], {}, std::nullopt};
+    if (items_[i] != kNoItem) define(statement, items_[i]);
+  }
+}
+
+ItemId ScriptDetails::makeItem(const ScriptStatement& statement, ItemId owner) {
+  switch (statement.kind) {
+    case StatementKind::member:
+      return makeMember(statement);
+    case StatementKind::measure:
+      return makeDaxMeasure(statement);
+    case StatementKind::set: {
+      std::vector<ReferencePart> parts = partsOfReference(statement.name);
+      names_.leaveOutCube(parts);
+      const std::string_view name = parts.empty() ? std::string_view() : std::string_view(parts.back().name);
+      return details_.add(ObjectKind::namedSet, cubeItem_, name, statement.expression, kMdx);
+    }
+    case StatementKind::cells:
+      return details_.add(ObjectKind::calculatedCells, cubeItem_, statement.name, statement.text, kMdx);
+    case StatementKind::action:
+      return details_.add(ObjectKind::action, cubeItem_, statement.name, statement.expression, kMdx);
+    case StatementKind::scope:
+      return details_.add(ObjectKind::scope, owner, labelOf(statement.range), statement.text, kMdx);
+    case StatementKind::endScope:
+      return kNoItem;
+    case StatementKind::assignment: {
+      const std::string_view label = statement.property.empty() ? statement.range : statement.text;
+      return details_.add(ObjectKind::assignment, owner, labelOf(label), statement.text, kMdx);
+    }
+    default: {
+      std::string label(statementWords(statement.kind));
+      if (statement.kind == StatementKind::unknown) label = labelOf(statement.text);
+      if (!statement.name.empty()) label.append(" ").append(labelOf(statement.name));
+      return details_.add(ObjectKind::scriptStatement, owner, label, statement.text, kMdx);
+    }
+  }
+}
+
+ItemId ScriptDetails::makeMember(const ScriptStatement& statement) {
+  std::vector<ReferencePart> parts = partsOfReference(statement.name);
+  names_.leaveOutCube(parts);
+  std::string name;
+  for (const ReferencePart& part : parts)
+    name.append(name.empty() ? "" : ".").append(part.isKey ? part.name : bracketed(part.name));
+  const ItemId item = details_.add(ObjectKind::calculatedMember, cubeItem_, name, statement.expression, kMdx);
+  if (!parts.empty() && parts.front().folded == "measures" && !statement.fault)
+    QVT_SSXMLA::MICROSOFT_XMLA_NO_SUCH_MEASURE.log(*run_.log, parts.back().name, cube_.getPath(true));
+  return item;
+}
+
+/// `'Table'[Measure]`
+ItemId ScriptDetails::makeDaxMeasure(const ScriptStatement& statement) {
+  const std::string name =
+      unquotedPart(statement.name.substr(std::min(statement.name.rfind('['), statement.name.size())));
+  if (!statement.fault) QVT_SSXMLA::MICROSOFT_XMLA_NO_SUCH_MEASURE.log(*run_.log, name, cube_.getPath(true));
+  return details_.add(ObjectKind::calculatedMember, cubeItem_, name, statement.expression, kDax);
+}
+
+/// From here on the statement's name means its item.
+void ScriptDetails::define(const ScriptStatement& statement, ItemId item) {
+  if (statement.kind == StatementKind::set || statement.kind == StatementKind::kpi)
+    return names_.define(statement.name, item, statement.kind == StatementKind::set);
+  if (statement.kind != StatementKind::member || details_.item(item).object) return;
+  std::vector<ReferencePart> parts = partsOfReference(statement.name);
+  names_.leaveOutCube(parts);
+  if (parts.empty()) return;
+  if (parts.front().folded == "measures")
+    names_.defineMeasure(parts.back().name, item);
+  else
+    names_.define(statement.name, item, false);
+}
+
+void ScriptDetails::relateText(std::string_view text, ItemId item, RelationKind relation,
+                               std::vector<const TAVModelObject*>* range, bool isQuery) {
+  if (text.empty()) return;
+  const ExpressionFault fault =
+      relateNames(details_, names_, {text, item, relation, nullptr, range, isQuery});
+  if (fault && faults_)
+    faults_->add(static_cast<std::size_t>(text.data() - text_.data()) + fault.offset, fault.expected);
+}
+
+void ScriptDetails::describe(const ScriptStatement& statement, std::size_t place) {
+  const ItemId item = items_[place];
+  if (item == kNoItem) return;
+  define(statement, item);
+  if (statement.hidden) details_.set(item, "HIDDEN", "true");
+  if (statement.dynamic) details_.set(item, "DYNAMIC", "true");
+  switch (statement.kind) {
+    case StatementKind::member:
+      if (!features_[place]) {
+        relateText(statement.expression, item, RelationKind::computed);
+      } else if (given_.insert(features_[place]).second) {
+        // The model's own reading has told of faults in it.
+        relate({statement.expression, item, RelationKind::computed, features_[place]});
+      }
+      break;
+    case StatementKind::set:
+    case StatementKind::kpi:
+      relateText(statement.expression, item, RelationKind::computed);
+      break;
+    case StatementKind::action:
+      relateText(statement.range, item, RelationKind::offered);
+      relateText(statement.expression, item, RelationKind::mentions);
+      break;
+    case StatementKind::scope:
+    case StatementKind::cells:
+    case StatementKind::assignment:
+    case StatementKind::freeze:
+      addRange(statement, place);
+      break;
+    case StatementKind::subcube:
+    case StatementKind::alter:
+    case StatementKind::update:
+      relateText(statement.expression, item, RelationKind::mentions, nullptr,
+                 statement.kind == StatementKind::subcube);
+      break;
+    default:
+      break;
+  }
+  addProperties(statement, item);
+}
+
+void ScriptDetails::addProperties(const ScriptStatement& statement, ItemId item) {
+  for (const StatementProperty& property : statement.properties) {
+    const std::string value = plainValue(property.value);
+    details_.set(item, unquotedPart(property.name), value);
+    const RelationKind relation = relationOf(property.name);
+    if (foldedName(property.name) == "associated_measure_group") {
+      if (const TAVModelObject* group = names_.findMeasureGroup(value))
+        details_.relate(RelationKind::associated, details_.itemOf(*group), item);
+    } else if (isExpression(property.value)) {
+      relateText(property.value, item, relation);
+    } else if (relation == RelationKind::nonEmpty && value != property.value) {
+      relate({value, item, relation});  // names in quotes
+    }
+  }
+}
+
+/// Measures that the range names get what the statement gives; everything else that it names decides about
+/// them.
+void ScriptDetails::addRange(const ScriptStatement& statement, std::size_t place) {
+  if (statement.kind == StatementKind::assignment) return addAssignment(statement, place);
+  const ItemId item = items_[place];
+  std::vector<const TAVModelObject*> measures;
+  if (statement.kind == StatementKind::freeze)
+    return relateText(statement.range, item, RelationKind::mentions);
+  relateText(statement.range, item, RelationKind::assigns, &measures);
+  if (statement.kind == StatementKind::scope) {
+    scopes_[static_cast<std::uint32_t>(place)].measures = std::move(measures);
+    return;
+  }
+  relateText(statement.expression, item, RelationKind::assigns);
+  for (const TAVModelObject* measure : measures)
+    details_.relate(RelationKind::assigns, item, details_.itemOf(*measure));
+  if (measures.empty()) details_.relate(RelationKind::assigns, item, everyMeasure());
+}
+
+void ScriptDetails::addAssignment(const ScriptStatement& statement, std::size_t place) {
+  const ItemId item = items_[place];
+  const RelationKind relation =
+      statement.property.empty() ? RelationKind::assigns : relationOf(statement.property);
+  std::vector<const TAVModelObject*> measures;
+  relateText(statement.range, item, relation, &measures);
+  relateText(statement.condition, item, relation);
+  relateText(statement.expression, item, relation);
+  const bool inScope = statement.scope != ScriptStatement::kNoScope;
+  if (!measures.empty()) {
+    for (const TAVModelObject* measure : measures) details_.relate(relation, item, details_.itemOf(*measure));
+    if (inScope) details_.relate(relation, scopes_[statement.scope].item, item);
+  } else if (inScope) {
+    // A scope stands for all measures that it names: one relation for each statement, not for each of both.
+    details_.relate(relation, item, scopes_[statement.scope].item);
+    use(scopes_[statement.scope], relation);
+  } else {
+    details_.relate(relation, item, everyMeasure());
+  }
+}
+
+/// Lets the scopes that something is assigned in reach their measures: their own, or those of the scope
+/// around them. Where only properties are assigned, they do no more.
+void ScriptDetails::linkScopes(const std::vector<ScriptStatement>& statements) {
+  // Backwards, as a scope hands on to the one around it what it has no measures for.
+  for (std::size_t place = statements.size(); place-- > 0;) {
+    const auto found = scopes_.find(static_cast<std::uint32_t>(place));
+    if (found == scopes_.end() || !found->second.relation) continue;
+    const Scope& scope = found->second;
+    const bool outermost = statements[place].scope == ScriptStatement::kNoScope;
+    for (const TAVModelObject* measure : scope.measures)
+      details_.relate(*scope.relation, scope.item, details_.itemOf(*measure));
+    if (!scope.measures.empty()) {
+      if (!outermost) details_.relate(*scope.relation, scopes_[statements[place].scope].item, scope.item);
+    } else if (outermost) {
+      details_.relate(*scope.relation, scope.item, everyMeasure());
+    } else {
+      Scope& outer = scopes_[statements[place].scope];
+      details_.relate(*scope.relation, scope.item, outer.item);
+      use(outer, *scope.relation);
+    }
+  }
+}
+
+/// What stands for all measures of the cube.
+ItemId ScriptDetails::everyMeasure() {
+  if (everyMeasure_ != kNoItem) return everyMeasure_;
+  everyMeasure_ = details_.add(ObjectKind::everyMeasure, cubeItem_, "Measures");
+  for (const TAVFeature* measure : names_.measures())
+    details_.relate(RelationKind::applied, everyMeasure_, details_.itemOf(*measure));
+  return everyMeasure_;
+}
+
+void ScriptDetails::addMeasures() {
+  for (const auto* features : {&names_.measures(), &names_.kpiValues()})
+    for (const TAVFeature* feature : *features) {
+      const auto* measure = as<TAVMeasure>(feature);
+      if (!measure || measure->expression.empty() || given_.contains(feature)) continue;
+      const ItemId item = details_.itemOf(*measure);
+      relate({measure->expression.view(), item, RelationKind::computed, measure});
+    }
+}
+
+/// The items that scripts have already, each for one script.
+class KnownScripts {
+ public:
+  explicit KnownScripts(const Details& details) {
+    const auto items = details.items();
+    for (ItemId item = 0; item < items.size(); ++item)
+      if (!items[item].object && items[item].kind == ObjectKind::script)
+        scripts_.emplace(keyOf(items[item].owner, items[item].name), item);
+  }
+
+  ItemId take(const Details& details, const TAVCube& cube, const TAVDOMElement& script) {
+    const auto found = scripts_.find(keyOf(details.find(cube), script.getFirstElementValue(kName)));
+    if (found == scripts_.end()) return kNoItem;
+    const ItemId item = found->second;
+    scripts_.erase(found);
+    return item;
+  }
+
+ private:
+  static std::string keyOf(ItemId cube, std::string_view name) {
+    return std::to_string(cube).append("/").append(name);
+  }
+
+  std::unordered_map<std::string, ItemId> scripts_;
+};
+
+/// What a cube takes from elsewhere, by name: dimensions and measure groups that the definition does not
+/// have.
+void defineBeyond(const TAVDOMElement& cube, CubeNames& names) {
+  const TAVDOMElement* groups = cube.getFirstElement(kMeasureGroups);
+  if (!groups) return;
+  for (const TAVDOMElement& group : groups->getElements()) {
+    const TAVDOMElement* measures = group.getFirstElement(kMeasures);
+    if (!group.getFirstElement(kSource) || !measures) continue;
+    if (names.findMeasureGroup(group.getFirstElementValue(kName))) continue;
+    for (const TAVDOMElement& measure : measures->getElements())
+      names.defineBeyond(measure.getFirstElementValue(kName), "a measure of a linked measure group");
+  }
+}
+
+}  // namespace
+
+void importExpressionDetails(ImportRun& run, const std::vector<CubeElement>& cubes, ModelNames& names) {
+  KnownScripts known(*run.details);
+  DimensionNames dimensions;
+  std::unordered_map<const TAVClassifier*, std::unique_ptr<CubeNames>> scopes;
+  for (const CubeElement& read : cubes) {
+    auto& cubeNames = scopes[read.cube] = std::make_unique<CubeNames>(*read.cube, names, dimensions);
+    defineBeyond(*read.element, *cubeNames);
+    ScriptDetails details(run, *read.cube, *cubeNames);
+    if (const TAVDOMElement* scripts = read.element->getFirstElement(kMdxScripts))
+      for (const TAVDOMElement& script : scripts->getElements())
+        details.addScript(script, known.take(*run.details, *read.cube, script));
+    details.addMeasures();
+  }
+  for (const OpenExpression& open : run.expressions) {
+    const TAVClassifier* owner = open.cube ? static_cast<const TAVClassifier*>(open.cube) : open.dimension;
+    if (!owner) continue;
+    auto& found = scopes[owner];
+    if (!found && open.cube) found = std::make_unique<CubeNames>(*open.cube, names, dimensions);
+    if (!found) found = std::make_unique<CubeNames>(*open.dimension, names, dimensions);
+    relateNames(*run.details, *found, {open.text, open.item, open.relation});
+  }
+}
+
+}  // namespace tav
