@@ -15,10 +15,12 @@ import java.util.Set;
  * whatever a later version of the format has is kept too.
  */
 final class DetailSettings {
-  /** What editors note for themselves: the beginnings of the names of their annotations. */
-  private static final List<String> DESIGNERS = List.of("PBI_", "__PBI_", "_TM_ExtProp_", "TabularEditor_",
-      "__TEdtr", "QueryEditorSerialization", "ConnectionEditUISource", "SummarizationSetBy", "GoalType",
-      "KpiStatusType", "KpiThreshold", "ClientCompatibilityLevel", "TextEditor_", "Format");
+  /** What editors note for themselves: names of annotations, and beginnings of them. */
+  private static final Set<String> DESIGNERS = Set.of("Format", "TemplateId", "GoalType", "KpiStatusType",
+      "SummarizationSetBy", "UnderlyingDateTimeDataType", "ConnectionEditUISource", "PBIDesktopVersion",
+      "QueryEditorSerialization", "ClientCompatibilityLevel");
+  private static final List<String> DESIGNERS_BEGINNINGS = List.of("PBI_", "__PBI_", "_TM_ExtProp_",
+      "TabularEditor_", "__TEdtr", "KpiThreshold", "TableWidget", "BestPracticeAnalyzer_", "TextEditor_");
   /** Of a credential, what tells no secret. */
   private static final Set<String> OPEN_CREDENTIALS =
       Set.of("AuthenticationKind", "kind", "path", "Username", "EncryptConnection", "PrivacySetting");
@@ -151,7 +153,7 @@ final class DetailSettings {
   }
 
   private void addNote(Part part, String name, Json note, List<Part> inner) {
-    if (DESIGNERS.stream().anyMatch(name::startsWith)) {
+    if (DESIGNERS.contains(name) || DESIGNERS_BEGINNINGS.stream().anyMatch(name::startsWith)) {
       details.passOver(Kinds.Passed.designerNotes, 1);
       return;
     }

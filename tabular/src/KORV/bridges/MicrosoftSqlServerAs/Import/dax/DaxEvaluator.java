@@ -153,237 +153,235 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     DaxContext inner = context.in(new DaxContext.Scope(context.scope()));
     DaxTable table = null;
     for (DaxNode part : node.parts()) {
-          if (part.is(DaxNode.Kind.DEFINITION)) {
-            inner.scope().put(Names.fold(part.name()), value(part.parts().get(0), inner));
-          } else {
-            DaxContext.Value result = value(part, inner);
-            table = result.isTable() ? result.asTable() : null;
-          }
-        }
-        return table;
-    }
-
-    /** Columns of a table constructor: [Value], or [Value1], [Value2] where rows have several. */
-    private DaxTable rows(DaxNode node, DaxContext context) {
-      List<List<Sources>> columns = new ArrayList<>();
-      for (DaxNode row : node.parts()) {
-        List<DaxNode> cells = row.is(DaxNode.Kind.TUPLE) ? row.parts() : List.of(row);
-        for (int i = 0; i < cells.size(); ++i) {
-          if (columns.size() <= i) columns.add(new ArrayList<>());
-          columns.get(i).add(value(cells.get(i), context).sources());
-        }
-      }
-      List<DaxTable.Column> made = new ArrayList<>();
-      for (List<Sources> cells : columns) {
-        String name = columns.size() == 1 ? "value" : "value" + (made.size() + 1);
-        made.add(new DaxTable.Column(name, null, Sources.all(cells)));
-      }
-      return DaxTable.of(made);
-    }
-
-    private static DaxContext.Value local(DaxNode node, DaxContext context) {
-      return node.is(DaxNode.Kind.WORD) ? context.scope().find(Names.fold(node.name())) : null;
-    }
-
-    /** Null unless `node` is a parameter that is evaluated here. */
-    private static DaxContext.Argument argument(DaxNode node, DaxContext context) {
-      DaxContext.Value local = local(node, context);
-      return local == null ? null : local.argument();
-    }
-
-    /** An argument belongs to the caller, but stands in the rows that the function's body goes through. */
-    private DaxContext.Value use(DaxContext.Argument argument, DaxContext context) {
-      if (isTooMuch(argument.node().place()))
-        return new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null);
-      DaxExpression body = current;
-      String bodyFunction = function;
-      current = argument.caller();
-      function = argument.callerFunction();
-      entered.remove(body);
-      DaxContext.Value used = columnValue(argument.node(), argument.context().within(context));
-      entered.add(body);
-      current = body;
-      function = bodyFunction;
-      return used;
-    }
-
-    private DaxTable name(DaxNode node, DaxContext context) {
-      DaxContext.Value local = local(node, context);
-      if (local != null) {
-        note(DaxLineage.Entry.Kind.VALUE, local.sources());
-        return local.isTable() ? local.asTable() : null;
-      }
-      ModelNames.Table table = names.findTable(node.name());
-      if (table == null) {
-        table = names.findCalendar(node.name());
-        if (table != null && function.isEmpty()) calls.calendars.add(node.name());
-      }
-      if (table != null) {
-        note(DaxLineage.Entry.Kind.TABLE, table.dimension);
-        return DaxTable.of(table);
-      }
-      fault(new DaxFault(node.place(), "unknown table " + node.written()));
-      unresolved.add(node.written());
-      return DaxTable.UNKNOWN;
-    }
-
-    private DaxTable.Column column(DaxNode node, DaxContext context) {
-      if (node.table() != null && !node.table().isEmpty()) return qualified(node, context);
-      ModelObject measure = node.table() == null ? names.findMeasure(node.name()) : null;
-      DaxContext.Value local = context.scope().find("[" + Names.fold(node.name()) + "]");
-      if (local != null) {
-        note(DaxLineage.Entry.Kind.VALUE, local.sources());
-        return null;
-      }
-      if (measure != null && !isOwnColumn(measure, node.name())) {
-        note(DaxLineage.Entry.Kind.FEATURE, measure);
-        return null;
-      }
-      DaxTable.Column column = rowColumn(node, context);
-      if (column == null && !hasUnknownRows(context)) unresolved.add(node.written());
-      return column;
-    }
-
-    /**
-     * No table can have a measure and a column of one name, so the column of a column's own table is meant.
-     */
-    private boolean isOwnColumn(ModelObject measure, String name) {
-      return isColumn && names.findColumn(home, name) != null
-          && measure.owner.name().equals(home.dimension.name());
-    }
-
-    private static boolean hasUnknownRows(DaxContext context) {
-      for (DaxContext.Rows rows = context.rows(); rows != null; rows = rows.outer()) {
-        if (!rows.table().known) return true;
-      }
-      return false;
-    }
-
-    /** The column [name] of the innermost row that has one, else of the table of the expression. */
-    private DaxTable.Column rowColumn(DaxNode node, DaxContext context) {
-      for (DaxContext.Rows rows = context.rows(); rows != null; rows = rows.outer()) {
-        DaxTable.Column column = rows.table().find(node.name());
-        if (column != null) {
-          note(DaxLineage.Entry.Kind.VALUE, column.sources());
-          return column;
-        }
-        if (!rows.table().known) return null;
-      }
-      ModelObject own = home == null || !function.isEmpty() || "".equals(node.table())
-          ? null
-          : names.findColumn(home, node.name());
-      if (own == null) return null;
-      note(DaxLineage.Entry.Kind.FEATURE, own);
-      return new DaxTable.Column(node.name(), home, Sources.of(own));
-    }
-
-    private DaxTable.Column qualified(DaxNode node, DaxContext context) {
-      ModelNames.Table table = names.findTable(node.table());
-      if (table == null) {
-        // A variable's table has columns without that name in front.
-        if (context.scope().find(Names.fold(node.table())) == null) unresolved.add(node.written());
-        return null;
-      }
-      ModelObject column = names.findColumn(table, node.name());
-      if (column != null) {
-        note(DaxLineage.Entry.Kind.FEATURE, column);
-        return new DaxTable.Column(node.name(), table, Sources.of(column));
-      }
-      // A measure may be written with any table in front.
-      ModelObject measure = names.findMeasure(node.name());
-      if (measure == null) {
-        unresolved.add(node.written());
+      if (part.is(DaxNode.Kind.DEFINITION)) {
+        inner.scope().put(Names.fold(part.name()), value(part.parts().get(0), inner));
       } else {
-        note(DaxLineage.Entry.Kind.FEATURE, measure);
+        DaxContext.Value result = value(part, inner);
+        table = result.isTable() ? result.asTable() : null;
       }
+    }
+    return table;
+  }
+
+  /** Columns of a table constructor: [Value], or [Value1], [Value2] where rows have several. */
+  private DaxTable rows(DaxNode node, DaxContext context) {
+    List<List<Sources>> columns = new ArrayList<>();
+    for (DaxNode row : node.parts()) {
+      List<DaxNode> cells = row.is(DaxNode.Kind.TUPLE) ? row.parts() : List.of(row);
+      for (int i = 0; i < cells.size(); ++i) {
+        if (columns.size() <= i) columns.add(new ArrayList<>());
+        columns.get(i).add(value(cells.get(i), context).sources());
+      }
+    }
+    List<DaxTable.Column> made = new ArrayList<>();
+    for (List<Sources> cells : columns) {
+      String name = columns.size() == 1 ? "value" : "value" + (made.size() + 1);
+      made.add(new DaxTable.Column(name, null, Sources.all(cells)));
+    }
+    return DaxTable.of(made);
+  }
+
+  private static DaxContext.Value local(DaxNode node, DaxContext context) {
+    return node.is(DaxNode.Kind.WORD) ? context.scope().find(Names.fold(node.name())) : null;
+  }
+
+  /** Null unless `node` is a parameter that is evaluated here. */
+  private static DaxContext.Argument argument(DaxNode node, DaxContext context) {
+    DaxContext.Value local = local(node, context);
+    return local == null ? null : local.argument();
+  }
+
+  /** An argument belongs to the caller, but stands in the rows that the function's body goes through. */
+  private DaxContext.Value use(DaxContext.Argument argument, DaxContext context) {
+    if (isTooMuch(argument.node().place())) return new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null);
+    DaxExpression body = current;
+    String bodyFunction = function;
+    current = argument.caller();
+    function = argument.callerFunction();
+    entered.remove(body);
+    DaxContext.Value used = columnValue(argument.node(), argument.context().within(context));
+    entered.add(body);
+    current = body;
+    function = bodyFunction;
+    return used;
+  }
+
+  private DaxTable name(DaxNode node, DaxContext context) {
+    DaxContext.Value local = local(node, context);
+    if (local != null) {
+      note(DaxLineage.Entry.Kind.VALUE, local.sources());
+      return local.isTable() ? local.asTable() : null;
+    }
+    ModelNames.Table table = names.findTable(node.name());
+    if (table == null) {
+      table = names.findCalendar(node.name());
+      if (table != null && function.isEmpty()) calls.calendars.add(node.name());
+    }
+    if (table != null) {
+      note(DaxLineage.Entry.Kind.TABLE, table.dimension);
+      return DaxTable.of(table);
+    }
+    fault(new DaxFault(node.place(), "unknown table " + node.written()));
+    unresolved.add(node.written());
+    return DaxTable.UNKNOWN;
+  }
+
+  private DaxTable.Column column(DaxNode node, DaxContext context) {
+    if (node.table() != null && !node.table().isEmpty()) return qualified(node, context);
+    ModelObject measure = node.table() == null ? names.findMeasure(node.name()) : null;
+    DaxContext.Value local = context.scope().find("[" + Names.fold(node.name()) + "]");
+    if (local != null) {
+      note(DaxLineage.Entry.Kind.VALUE, local.sources());
       return null;
     }
+    if (measure != null && !isOwnColumn(measure, node.name())) {
+      note(DaxLineage.Entry.Kind.FEATURE, measure);
+      return null;
+    }
+    DaxTable.Column column = rowColumn(node, context);
+    if (column == null && !hasUnknownRows(context)) unresolved.add(node.written());
+    return column;
+  }
 
-    private DaxTable call(DaxNode node, DaxContext context) {
-      DaxExpression own = names.findFunction(node.name());
-      if (own != null) return callOwn(node, own, context);
-      DaxFunctions.Function known = DaxFunctions.find(node.name());
-      if (known != null) {
-        if (DaxFunctions.choosesRelationship(node.name())) noteJoin(node, context);
-        return new DaxCall(this, known, node, context).run();
+  /**
+   * No table can have a measure and a column of one name, so the column of a column's own table is meant.
+   */
+  private boolean isOwnColumn(ModelObject measure, String name) {
+    return isColumn && names.findColumn(home, name) != null
+        && measure.owner.name().equals(home.dimension.name());
+  }
+
+  private static boolean hasUnknownRows(DaxContext context) {
+    for (DaxContext.Rows rows = context.rows(); rows != null; rows = rows.outer()) {
+      if (!rows.table().known) return true;
+    }
+    return false;
+  }
+
+  /** The column [name] of the innermost row that has one, else of the table of the expression. */
+  private DaxTable.Column rowColumn(DaxNode node, DaxContext context) {
+    for (DaxContext.Rows rows = context.rows(); rows != null; rows = rows.outer()) {
+      DaxTable.Column column = rows.table().find(node.name());
+      if (column != null) {
+        note(DaxLineage.Entry.Kind.VALUE, column.sources());
+        return column;
       }
-      fault(new DaxFault(node.place(), "unknown function " + node.name()));
-      calls.unknownFunctions.add(node.name());
-      for (DaxNode argument : node.parts()) {
-        if (!DaxCall.isWord(argument, context) || isTable(argument)) value(argument, context);
+      if (!rows.table().known) return null;
+    }
+    ModelObject own = home == null || !function.isEmpty() || "".equals(node.table())
+        ? null
+        : names.findColumn(home, node.name());
+    if (own == null) return null;
+    note(DaxLineage.Entry.Kind.FEATURE, own);
+    return new DaxTable.Column(node.name(), home, Sources.of(own));
+  }
+
+  private DaxTable.Column qualified(DaxNode node, DaxContext context) {
+    ModelNames.Table table = names.findTable(node.table());
+    if (table == null) {
+      // A variable's table has columns without that name in front.
+      if (context.scope().find(Names.fold(node.table())) == null) unresolved.add(node.written());
+      return null;
+    }
+    ModelObject column = names.findColumn(table, node.name());
+    if (column != null) {
+      note(DaxLineage.Entry.Kind.FEATURE, column);
+      return new DaxTable.Column(node.name(), table, Sources.of(column));
+    }
+    // A measure may be written with any table in front.
+    ModelObject measure = names.findMeasure(node.name());
+    if (measure == null) {
+      unresolved.add(node.written());
+    } else {
+      note(DaxLineage.Entry.Kind.FEATURE, measure);
+    }
+    return null;
+  }
+
+  private DaxTable call(DaxNode node, DaxContext context) {
+    DaxExpression own = names.findFunction(node.name());
+    if (own != null) return callOwn(node, own, context);
+    DaxFunctions.Function known = DaxFunctions.find(node.name());
+    if (known != null) {
+      if (DaxFunctions.choosesRelationship(node.name())) noteJoin(node, context);
+      return new DaxCall(this, known, node, context).run();
+    }
+    fault(new DaxFault(node.place(), "unknown function " + node.name()));
+    calls.unknownFunctions.add(node.name());
+    for (DaxNode argument : node.parts()) {
+      if (!DaxCall.isWord(argument, context) || isTable(argument)) value(argument, context);
+    }
+    return DaxTable.UNKNOWN;
+  }
+
+  private void noteJoin(DaxNode node, DaxContext context) {
+    if (node.parts().size() < 2) return;
+    ModelObject from = joinedColumn(node.parts().get(0), context);
+    ModelObject to = joinedColumn(node.parts().get(1), context);
+    if (from != null && to != null) calls.joins.add(new DaxLineage.Join(from, to));
+  }
+
+  /** A column that is named, or that a parameter is given; null for anything else. */
+  private ModelObject joinedColumn(DaxNode node, DaxContext context) {
+    for (DaxContext.Argument given = argument(node, context); given != null; given = argument(node, context)) {
+      node = given.node();
+      context = given.context();
+    }
+    DaxContext.Value local = local(node, context);
+    if (local != null) return local.column() == null ? null : local.column().sources().object();
+    if (!node.is(DaxNode.Kind.COLUMN)) return null;
+    if (node.table() != null && !node.table().isEmpty()) return names.findColumn(node.table(), node.name());
+    return home == null ? null : names.findColumn(home, node.name());
+  }
+
+  /** A function of the model, whose parameters stand for the values of the arguments. */
+  private DaxTable callOwn(DaxNode node, DaxExpression own, DaxContext context) {
+    if (function.isEmpty()) calls.functions.add(node.name());
+    DaxContext inside = new DaxContext(new DaxContext.Scope(null), null, null);
+    List<DaxContext.Value> values = new ArrayList<>();
+    for (int i = 0; i < node.parts().size(); ++i) values.add(given(own, i, node.parts().get(i), context));
+    steps += own.text.length();
+    if (isTooMuch(node.place()) || !entered.add(own)) return DaxTable.UNKNOWN;
+    DaxExpression outer = current;
+    String outerFunction = function;
+    current = own;
+    function = node.name();
+    if (own.fault != null) fault(own.fault);
+    bind(own, values, inside);
+    DaxContext.Value result = value(own.root, inside);
+    entered.remove(own);
+    current = outer;
+    function = outerFunction;
+    return result.isTable() ? result.asTable() : null;
+  }
+
+  private boolean isTooMuch(int place) {
+    if (steps <= MAX_STEPS) return false;
+    if (!tooMuch) fault(new DaxFault(place, "too many calls of functions"));
+    tooMuch = true;
+    return true;
+  }
+
+  /** What a function is given for a parameter. */
+  private DaxContext.Value given(DaxExpression own, int place, DaxNode node, DaxContext context) {
+    boolean later = place < own.parameters.size() && own.parameters.get(place).isExpression();
+    if (DaxCall.isWord(node, context) && !isTable(node))
+      return new DaxContext.Value(Sources.NONE, null, null);
+    if (!later) return value(node, context);
+    DaxContext.Argument argument = new DaxContext.Argument(node, context, current, function);
+    return new DaxContext.Value(Sources.NONE, null, null, argument);
+  }
+
+  private void bind(DaxExpression own, List<DaxContext.Value> values, DaxContext inside) {
+    for (int i = 0; i < own.parameters.size(); ++i) {
+      DaxExpression.Parameter parameter = own.parameters.get(i);
+      DaxContext.Value value = new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null);
+      if (i < values.size()) {
+        value = values.get(i);
+      } else if (parameter.value() != null) {
+        value = value(parameter.value(), inside);
       }
-      return DaxTable.UNKNOWN;
-    }
-
-    private void noteJoin(DaxNode node, DaxContext context) {
-      if (node.parts().size() < 2) return;
-      ModelObject from = joinedColumn(node.parts().get(0), context);
-      ModelObject to = joinedColumn(node.parts().get(1), context);
-      if (from != null && to != null) calls.joins.add(new DaxLineage.Join(from, to));
-    }
-
-    /** A column that is named, or that a parameter is given; null for anything else. */
-    private ModelObject joinedColumn(DaxNode node, DaxContext context) {
-      for (DaxContext.Argument given = argument(node, context); given != null;
-           given = argument(node, context)) {
-        node = given.node();
-        context = given.context();
-      }
-      DaxContext.Value local = local(node, context);
-      if (local != null) return local.column() == null ? null : local.column().sources().object();
-      if (!node.is(DaxNode.Kind.COLUMN)) return null;
-      if (node.table() != null && !node.table().isEmpty()) return names.findColumn(node.table(), node.name());
-      return home == null ? null : names.findColumn(home, node.name());
-    }
-
-    /** A function of the model, whose parameters stand for the values of the arguments. */
-    private DaxTable callOwn(DaxNode node, DaxExpression own, DaxContext context) {
-      if (function.isEmpty()) calls.functions.add(node.name());
-      DaxContext inside = new DaxContext(new DaxContext.Scope(null), null, null);
-      List<DaxContext.Value> values = new ArrayList<>();
-      for (int i = 0; i < node.parts().size(); ++i) values.add(given(own, i, node.parts().get(i), context));
-      steps += own.text.length();
-      if (isTooMuch(node.place()) || !entered.add(own)) return DaxTable.UNKNOWN;
-      DaxExpression outer = current;
-      String outerFunction = function;
-      current = own;
-      function = node.name();
-      if (own.fault != null) fault(own.fault);
-      bind(own, values, inside);
-      DaxContext.Value result = value(own.root, inside);
-      entered.remove(own);
-      current = outer;
-      function = outerFunction;
-      return result.isTable() ? result.asTable() : null;
-    }
-
-    private boolean isTooMuch(int place) {
-      if (steps <= MAX_STEPS) return false;
-      if (!tooMuch) fault(new DaxFault(place, "too many calls of functions"));
-      tooMuch = true;
-      return true;
-    }
-
-    /** What a function is given for a parameter. */
-    private DaxContext.Value given(DaxExpression own, int place, DaxNode node, DaxContext context) {
-      boolean later = place < own.parameters.size() && own.parameters.get(place).isExpression();
-      if (DaxCall.isWord(node, context) && !isTable(node))
-        return new DaxContext.Value(Sources.NONE, null, null);
-      if (!later) return value(node, context);
-      DaxContext.Argument argument = new DaxContext.Argument(node, context, current, function);
-      return new DaxContext.Value(Sources.NONE, null, null, argument);
-    }
-
-    private void bind(DaxExpression own, List<DaxContext.Value> values, DaxContext inside) {
-      for (int i = 0; i < own.parameters.size(); ++i) {
-        DaxExpression.Parameter parameter = own.parameters.get(i);
-        DaxContext.Value value = new DaxContext.Value(Sources.NONE, DaxTable.UNKNOWN, null);
-        if (i < values.size()) {
-          value = values.get(i);
-        } else if (parameter.value() != null) {
-          value = value(parameter.value(), inside);
-        }
-        inside.scope().put(parameter.name(), value);
-      }
+      inside.scope().put(parameter.name(), value);
     }
   }
+}

@@ -120,21 +120,21 @@ public final class JsonReader {
     };
     boolean plain = kind == Json.Kind.STRING || kind == Json.Kind.OTHER;
     return new Json(kind, plain ? text() : "", place.getLineNr(), place.getColumnNr());
-    }
-
-    private String text() throws IOException {
-      String text = parser.getText();
-      if (text.length() > LONGEST_SHARED) return text;
-      int hash = text.hashCode();
-      int place = (hash ^ hash >>> 16) & SHARED_TEXTS - 1;
-      if (text.equals(shared[place])) return shared[place];
-      shared[place] = text;
-      return text;
-    }
-
-    private static ImportException at(JsonLocation place, String cause) {
-      if (place == null) return new ImportException(ImportException.SYNTAX, 1, 1, cause);
-      return new ImportException(
-          ImportException.SYNTAX, Math.max(place.getLineNr(), 1), Math.max(place.getColumnNr(), 1), cause);
-    }
   }
+
+  private String text() throws IOException {
+    String text = parser.getText();
+    if (text.length() > LONGEST_SHARED) return text;
+    int hash = text.hashCode();
+    int place = (hash ^ hash >>> 16) & SHARED_TEXTS - 1;
+    if (text.equals(shared[place])) return shared[place];
+    shared[place] = text;
+    return text;
+  }
+
+  private static ImportException at(JsonLocation place, String cause) {
+    if (place == null) return new ImportException(ImportException.SYNTAX, 1, 1, cause);
+    return new ImportException(
+        ImportException.SYNTAX, Math.max(place.getLineNr(), 1), Math.max(place.getColumnNr(), 1), cause);
+  }
+}

@@ -2,6 +2,7 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
 import java.util.ArrayDeque;
 import java.util.Deque;
+import java.util.EnumSet;
 import java.util.HashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
@@ -10,6 +11,9 @@ import java.util.Set;
 
 /** The names in a query that no step, field or parameter around them defines. */
 final class MNames {
+  private static final Set<MNode.Kind> DEFINING =
+      EnumSet.of(MNode.Kind.LET, MNode.Kind.RECORD, MNode.Kind.FUNCTION);
+
   /** A part of the tree that is entered, or that is left. */
   private record Visit(MNode node, boolean leaves) {}
 
@@ -22,18 +26,15 @@ final class MNames {
     while (!waiting.isEmpty()) {
       Visit visit = waiting.pop();
       MNode node = visit.node;
-      boolean defines = switch (node.kind()) {
-        case LET, RECORD, FUNCTION -> true;
-        default -> false;
-      };
-      if (defines)
+      if (DEFINING.contains(node.kind())) {
         for (String name : node.names()) defined.merge(name, visit.leaves ? -1 : 1, Integer::sum);
-          if (visit.leaves) continue;
-          boolean name = node.kind() == MNode.Kind.NAME || node.kind() == MNode.Kind.OWN_NAME;
-          if (name && defined.getOrDefault(node.text(), 0) == 0) found.add(node.text());
-          if (defines) waiting.push(new Visit(node, true));
-          for (int i = node.items().size(); i-- > 0;) waiting.push(new Visit(node.items().get(i), false));
+        if (!visit.leaves) waiting.push(new Visit(node, true));
       }
-      return found;
+      if (visit.leaves) continue;
+      boolean isName = node.kind() == MNode.Kind.NAME || node.kind() == MNode.Kind.OWN_NAME;
+      if (isName && defined.getOrDefault(node.text(), 0) == 0) found.add(node.text());
+      for (int i = node.items().size(); i-- > 0;) waiting.push(new Visit(node.items().get(i), false));
     }
+    return found;
   }
+}
