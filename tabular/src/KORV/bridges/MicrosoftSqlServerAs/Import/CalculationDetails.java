@@ -51,7 +51,7 @@ final class CalculationDetails {
   private void relate(TableImport.Made table, String text, Kinds.Relation kind, Subject item) {
     if (text.isEmpty()) return;
     DaxLineage lineage = tables.resolver.resolveMeasure(text, table.names());
-    tables.expressions().relate(lineage, kind, item);
+    tables.expressions().relate(lineage, kind, item, null);
   }
 
   /** Stands between the items and the measures, whose numbers would multiply otherwise. */

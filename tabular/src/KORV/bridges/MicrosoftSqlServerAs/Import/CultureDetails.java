@@ -50,8 +50,9 @@ final class CultureDetails {
     for (Json measure : table.objects("measures")) {
       String one = measure.text(NAME);
       keep(culture, names.measure(one), language, measure, Set.of(NAME, "kpi"), DetailNames.written("", one));
-      keep(culture, names.measure(one), language + ".kpi", measure.object("kpi"), Set.of(),
-          DetailNames.written("", one));
+      if (measure.has("kpi"))
+        keep(culture, names.kpi(one), language, measure.object("kpi"), Set.of(NAME),
+            DetailNames.written("", one));
     }
     for (Json hierarchy : table.objects("hierarchies")) importHierarchy(culture, language, name, hierarchy);
   }

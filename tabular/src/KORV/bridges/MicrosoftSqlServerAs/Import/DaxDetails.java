@@ -15,7 +15,7 @@ import java.util.Map;
 /** What DAX expressions name, as relations and open names. */
 final class DaxDetails {
   /** An expression of an object of the model, whose columns and tables the model has. */
-  private record Noted(Subject subject, DaxLineage lineage) {}
+  private record Noted(ModelObject object, DaxLineage lineage) {}
 
   private final Details details;
   private final OpenNames openNames;
@@ -32,8 +32,8 @@ final class DaxDetails {
   OpenNames openNames() { return openNames; }
 
   /** Keeps what the model does not take of an expression until all that it may name is there. */
-  void note(Subject subject, DaxLineage lineage) {
-    if (lineage.hasCalls() || !lineage.unresolved.isEmpty()) noted.add(new Noted(subject, lineage));
+  void note(ModelObject object, DaxLineage lineage) {
+    if (lineage.hasCalls() || !lineage.unresolved.isEmpty()) noted.add(new Noted(object, lineage));
   }
 
   void addRelationship(ModelObject from, ModelObject to, Subject relationship) {
@@ -47,11 +47,12 @@ final class DaxDetails {
   void addCalendar(String name, Subject calendar) { calendars.putIfAbsent(Names.fold(name), calendar); }
 
   void relateNoted() {
-    for (Noted one : noted) relateCalls(one.lineage, Kinds.Relation.computed, one.subject);
+    for (Noted one : noted)
+      relateCalls(one.lineage, Kinds.Relation.computed, one.object, one.object.owner.name());
   }
 
-  /** All that an expression names, which the model knows nothing of. */
-  void relate(DaxLineage lineage, Kinds.Relation kind, Subject subject) {
+  /** All that an expression names which the model does not have; `home` is its table, or null. */
+  void relate(DaxLineage lineage, Kinds.Relation kind, Subject subject, String home) {
     boolean gives = kind == Kinds.Relation.computed;
     for (ModelObject feature : lineage.features) details.relate(kind, feature, subject);
     for (ModelObject table : lineage.tables) {
@@ -61,10 +62,10 @@ final class DaxDetails {
                             : kind,
           table, subject);
     }
-    relateCalls(lineage, kind, subject);
+    relateCalls(lineage, kind, subject, home);
   }
 
-  private void relateCalls(DaxLineage lineage, Kinds.Relation kind, Subject subject) {
+  private void relateCalls(DaxLineage lineage, Kinds.Relation kind, Subject subject, String home) {
     for (DaxLineage.Join join : lineage.joins) relateJoin(join, subject);
     for (String name : lineage.functions) {
       Subject function = functions.get(Names.fold(name));
@@ -76,7 +77,7 @@ final class DaxDetails {
     }
     for (String name : lineage.unknownFunctions)
       details.addOpenName(subject, name, Kinds.State.beyond, "function");
-    for (String name : lineage.unresolved) openNames.add(subject, name);
+    for (String name : lineage.unresolved) openNames.add(subject, name, home);
   }
 
   private void relateJoin(DaxLineage.Join join, Subject subject) {

@@ -85,7 +85,7 @@ final class DetailImport {
   private void relateFunction(Json definition) throws ImportException {
     Subject item = expressions.function(definition.text("name"));
     DaxLineage lineage = tables.resolver.resolveFunction(definition.text("expression"));
-    expressions.relate(lineage, Kinds.Relation.computed, item);
+    expressions.relate(lineage, Kinds.Relation.computed, item, null);
   }
 
   private void importRelationship(Json definition) throws ImportException {

@@ -18,6 +18,7 @@ final class DetailNames {
   private final Map<String, Subject> dataSources = new HashMap<>();
   private final Map<String, Subject> shared = new HashMap<>();
   private final Map<String, Subject> relationships = new HashMap<>();
+  private final Map<String, ModelObject> kpis = new HashMap<>();
   private final Map<String, ModelObject> perspectives = new HashMap<>();
   private final Map<ModelObject, Map<String, ModelObject>> levels = new IdentityHashMap<>();
   /** The tables under the names that the cube gives them, their columns, and its copies of measures. */
@@ -38,7 +39,11 @@ final class DetailNames {
     }
     for (ModelObject perspective : cube.cube().parts(ModelObject.Role.synonyms))
       perspectives.putIfAbsent(Names.fold(perspective.name()), perspective);
-    for (CubeImport.Computed one : cube.computed) copies.put(one.measure(), one.copy());
+    for (CubeImport.Computed one : cube.computed) {
+      copies.put(one.measure(), one.copy());
+      ModelObject owner = one.measure().owner;
+      if (!one.isMeasure()) kpis.putIfAbsent(Names.fold(owner.name()), owner);
+    }
   }
 
   static String written(String table) { return "'" + table.replace("'", "''") + "'"; }
@@ -73,6 +78,8 @@ final class DetailNames {
 
   ModelObject measure(String name) { return tables.resolver.findMeasure(name); }
 
+  ModelObject kpi(String measure) { return kpis.get(Names.fold(measure)); }
+
   /** A level of a hierarchy in its place; null when it has none of that name. */
   ModelObject level(ModelObject hierarchy, String name) {
     Map<String, ModelObject> known = levels.get(hierarchy);
@@ -92,7 +99,7 @@ final class DetailNames {
 
   void relateMember(ModelObject listed, ModelObject perspective, String written) {
     if (listed == null) {
-      open.add(perspective, written);
+      open.add(perspective, written, null);
     } else {
       details.relate(Kinds.Relation.member, listed, perspective);
     }
@@ -102,7 +109,7 @@ final class DetailNames {
   ModelObject relateColumn(Kinds.Relation kind, Subject subject, String table, String column, String text) {
     ModelObject found = column(table, column);
     if (found == null) {
-      open.add(subject, written(table, column));
+      open.add(subject, written(table, column), null);
     } else {
       details.relate(kind, found, subject, text);
     }
@@ -112,7 +119,7 @@ final class DetailNames {
   void relateTable(Kinds.Relation kind, Subject subject, String table, String text) {
     ModelObject found = table(table);
     if (found == null) {
-      open.add(subject, written(table));
+      open.add(subject, written(table), null);
     } else {
       details.relate(kind, found, subject, text);
     }
@@ -128,7 +135,7 @@ final class DetailNames {
     }
   }
 
-  void addOpenName(Subject subject, String written) { open.add(subject, written); }
+  void addOpenName(Subject subject, String written) { open.add(subject, written, null); }
 
   /** A name that is not there, of something that no expression can name. */
   void addMissing(Subject subject, String name, String what) {

@@ -29,7 +29,7 @@ final class DetailSettings {
   private static final String NAME = "name";
   private static final String VALUE = "value";
   /** The setting of an item that tells in which list it stands. */
-  private static final String LIST = "list";
+  static final String LIST = "listedIn";
 
   /** `isItem` where the subject was made for the value, and has its name. */
   private record Part(Subject subject, String path, Json value, boolean isItem) {

@@ -45,8 +45,8 @@ final class OpenNames {
 
   private static String quoted(String name) { return "'" + name.replace("'", "''") + "'"; }
 
-  /** `written` is 'Table', [Name] or 'Table'[Name]. */
-  void add(Subject subject, String written) {
+  /** `written` is 'Table', [Name] or 'Table'[Name]; `home` the table in whose rows it may stand, or null. */
+  void add(Subject subject, String written, String home) {
     int bracket = written.startsWith("[") ? 0 : written.indexOf("'[", 1) + 1;
     boolean named = written.startsWith("[") || bracket > 0;
     String table = named ? written.substring(0, bracket) : written;
@@ -55,7 +55,7 @@ final class OpenNames {
     if (name == null) {
       addTable(subject, written, table);
     } else if (table.isEmpty()) {
-      addAlone(subject, written, name);
+      addAlone(subject, written, name, home);
     } else {
       addColumn(subject, written, table, name);
     }
@@ -68,11 +68,16 @@ final class OpenNames {
     add(subject, written, other, near == null ? "" : quoted(near));
   }
 
-  private void addAlone(Subject subject, String written, String name) {
+  private void addAlone(Subject subject, String written, String name, String home) {
     ModelObject column = columns().get(Names.fold(name));
     String other = column == null ? others.get(Names.fold(name)) : "column of " + quoted(column.owner.name());
     String near = other == null ? measures().nearest(name) : null;
-    add(subject, written, other, near == null ? "" : "[" + near.replace("]", "]]") + "]");
+    String own = other == null && near == null && home != null && resolver.findTable(home) != null
+        ? columnsOf(home).nearest(name)
+        : null;
+    String table = own == null ? "" : quoted(resolver.dimensionOf(home).name());
+    String found = own == null ? near : own;
+    add(subject, written, other, found == null ? "" : table + "[" + found.replace("]", "]]") + "]");
   }
 
   private void addColumn(Subject subject, String written, String table, String name) {

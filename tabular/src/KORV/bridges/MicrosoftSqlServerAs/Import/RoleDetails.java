@@ -52,7 +52,7 @@ final class RoleDetails {
     names.relateTable(Kinds.Relation.secures, item, name, "");
     if (!filter.isEmpty()) {
       DaxLineage lineage = tables.resolver.resolveColumn(filter, tables.resolver.findTable(name));
-      tables.expressions().relate(lineage, Kinds.Relation.filters, item);
+      tables.expressions().relate(lineage, Kinds.Relation.filters, item, name);
     }
     for (Json column : definition.objects("columnPermissions")) {
       String permission = column.text("metadataPermission");

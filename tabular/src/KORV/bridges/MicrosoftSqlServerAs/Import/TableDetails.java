@@ -96,7 +96,7 @@ final class TableDetails {
 
   private void importVariation(Json definition, ModelObject attribute) throws ImportException {
     Subject item = details.add(Kinds.Item.other, attribute, definition.text("name"));
-    details.set(item, "list", "variations");
+    details.set(item, DetailSettings.LIST, "variations");
     String relationship = definition.text("relationship");
     Subject followed = names.relationship(relationship);
     if (followed != null)
@@ -156,19 +156,19 @@ final class TableDetails {
     Json format = definition.object("formatStringDefinition");
     if (format.has(EXPRESSION)) {
       DaxLineage lineage = tables.resolver.resolveMeasure(format.text(EXPRESSION), one.table().names());
-      expressions.relate(lineage, Kinds.Relation.formats, one.measure());
+      expressions.relate(lineage, Kinds.Relation.formats, one.measure(), one.table().dimension().name());
     }
     settings.keepMembers(one.measure(), "formatStringDefinition", format, Set.of());
     relateRows(one.measure(), definition.object("detailRowsDefinition"), one.table());
     settings.keepMembers(
         one.measure(), "detailRowsDefinition", definition.object("detailRowsDefinition"), Set.of());
-    settings.keepParts(one.measure(), definition, MEASURE_PLACED);
+    settings.keepParts(one.isMeasure() ? one.measure() : one.measure().owner, definition, MEASURE_PLACED);
   }
 
   private void relateRows(ModelObject subject, Json definition, TableImport.Made table)
       throws ImportException {
     if (!definition.has(EXPRESSION)) return;
     DaxLineage lineage = tables.resolver.resolveMeasure(definition.text(EXPRESSION), table.names());
-    expressions.relate(lineage, Kinds.Relation.detailRows, subject);
+    expressions.relate(lineage, Kinds.Relation.detailRows, subject, table.dimension().name());
   }
 }
