@@ -23,18 +23,43 @@ using tav::PassedOver;
 using tav::test::ImporterRun;
 
 /// Members that have a place of their own in the model or the details, which is not called like them.
-const std::set<std::string> kPlaced{
-    "name",       "description", "expression",       "query",           "sourceExpression", "filterExpression",
-    "dataType",   "type",        "connectionString", "sourceColumn",    "fromTable",        "fromColumn",
-    "toTable",    "toColumn",    "sortByColumn",     "column",          "table",            "hierarchy",
-    "memberName", "dataSource",  "expressionSource", "groupingColumn",  "relationship",     "baseTable",
-    "ordinal",    "isHidden",    "targetExpression", "statusExpression", "trendExpression", "metadataPermission",
-    "id"};
+const std::set<std::string> kPlaced{"name",
+                                    "description",
+                                    "expression",
+                                    "query",
+                                    "sourceExpression",
+                                    "filterExpression",
+                                    "dataType",
+                                    "type",
+                                    "connectionString",
+                                    "sourceColumn",
+                                    "fromTable",
+                                    "fromColumn",
+                                    "toTable",
+                                    "toColumn",
+                                    "sortByColumn",
+                                    "column",
+                                    "table",
+                                    "hierarchy",
+                                    "memberName",
+                                    "dataSource",
+                                    "expressionSource",
+                                    "groupingColumn",
+                                    "relationship",
+                                    "baseTable",
+                                    "ordinal",
+                                    "isHidden",
+                                    "targetExpression",
+                                    "statusExpression",
+                                    "trendExpression",
+                                    "metadataPermission",
+                                    "id"};
 /// What the model calls them.
 const std::map<std::string, std::string> kColumnTypes{{"calculated", "Calculated Column"},
                                                       {"calculatedTableColumn", "Calculated Table Column"}};
-const std::set<std::string> kStamps{"modifiedTime",     "structureModifiedTime", "refreshedTime", "lastUpdate",
-                                    "createdTimestamp", "lastSchemaUpdate",      "lastProcessed"};
+const std::set<std::string> kStamps{"modifiedTime", "structureModifiedTime", "refreshedTime",
+                                    "lastUpdate",   "createdTimestamp",      "lastSchemaUpdate",
+                                    "lastProcessed"};
 const std::set<std::string> kStates{"state", "errorMessage"};
 
 bool isLines(const json& value) {
@@ -46,8 +71,8 @@ std::string textOf(const json& value) {
   if (value.is_string()) return value;
   if (!isLines(value)) return value.is_null() ? "" : value.dump();
   std::string text;
-  for (const json& line : value) text += (text.empty() ? "" : "\n") + line.get<std::string>();
-  return text;
+  for (const json& line : value) text += line.get<std::string>() + "\n";
+  return text.substr(0, text.size() - (text.empty() ? 0 : 1));
 }
 
 /// All that a model and its details hold.
@@ -199,7 +224,8 @@ class Walk {
     if (text.empty()) return;
     ++counts_.leaves;
     const auto type = member == "type" ? kColumnTypes.find(text) : kColumnTypes.end();
-    if (!said_.has(member, type == kColumnTypes.end() ? text : type->second)) lost.push_back(path + " = " + text);
+    if (type != kColumnTypes.end() && said_.has(member, type->second)) return;
+    if (!said_.has(member, text)) lost.push_back(path + " = " + text);
   }
 
   const Said& said_;
@@ -297,10 +323,11 @@ class References {
       const std::string name = written((*at)[1].matched ? (*at)[1] : (*at)[2], (*at)[3]);
       ++counts_.names;
       const auto column = columns_.find(tav::foldedName(name));
-      const bool found = column == columns_.end()
-                             ? measures_.contains(tav::foldedName((*at)[3].str())) || said_.isOpen(subject, name)
-                             : std::count(known.begin(), known.end(), column->second) > 0 ||
-                                   said_.isPair(column->second, subject);
+      const bool found =
+          column == columns_.end()
+              ? measures_.contains(tav::foldedName((*at)[3].str())) || said_.isOpen(subject, name)
+              : std::count(known.begin(), known.end(), column->second) > 0 ||
+                    said_.isPair(column->second, subject);
       if (!found) lost.push_back(name + " in " + subject);
     }
   }
