@@ -16,6 +16,7 @@
 namespace {
 
 constexpr const char* kMainClass = "KORV.bridges.MicrosoftSqlServerAs.Import.MicrosoftSqlServerAsImport";
+constexpr const char* kDetailsOption = "BP_DETAILS";
 constexpr std::array kArchives{"MicrosoftSqlServerAs.jar", "TAVStatisticsUtil.jar", "TAVSummaryUtil.jar",
                                "TAVEtlBridgeLib.jar", "Json/json-simple-1.1.1.jar"};
 
@@ -26,10 +27,13 @@ TAVString classPathOfImporter(TAVLog* log) {
   return classPath;
 }
 
-/// The importer is told of the file, and of nothing else that the host was asked.
+/// The importer is told of the file and whether details are wanted, and of nothing else that the host was
+/// asked.
 TAVOptionList optionsOfImporter(const TAVFile& inputFile) {
   TAVOptionList options;
   options.add(QVT_SSXMLA::BP_FILE.generateOption(true)).setValue(inputFile.getPath());
+  if (tav::areDetailsWanted())
+    options.add(TAVOption(kDetailsOption, "Details", "", OptionType::boolean, "true"));
   return options;
 }
 

@@ -43,6 +43,7 @@ constexpr std::array<ObjectKindRow, kObjectKindCount> kObjectKinds{{
     {"cubeHierarchy", "cube hierarchy", "cube hierarchies", false, kCopy},
     {"dimensionUsage", "dimension usage", "dimension usages"},
     {"partition", "partition", "partitions", false, false, kUnordered},
+    {"refreshPolicy", "refresh policy", "refresh policies", false, false, kUnordered},
     {"aggregationDesign", "aggregation design", "aggregation designs", false, false, kUnordered},
     {"script", "MDX script", "MDX scripts"},
     {"everyMeasure", "measures", "measures"},

@@ -49,6 +49,7 @@ enum class ObjectKind : std::uint8_t {
   cubeHierarchy,
   dimensionUsage,  ///< how a measure group uses a dimension of its cube
   partition,
+  refreshPolicy,
   aggregationDesign,
   script,        ///< the MDX script of a cube
   everyMeasure,  ///< stands for all measures of a cube, for what applies to each of them

@@ -11,7 +11,10 @@ constexpr std::array<PassedOverRow, kPassedOverCount> kRows{{
     {"designerLayout", "designer layout"},
     {"timeStamps", "time stamps"},
     {"processing", "states and sizes of the last processing"},
-    {"passwords", "passwords"},
+    {"designerNotes", "notes of editors"},
+    {"rowNumbers", "row-number columns"},
+    {"secrets", "passwords and keys"},
+    {"otherCommands", "further commands", true},
 }};
 
 }  // namespace

@@ -16,9 +16,12 @@ enum class PassedOver : std::uint8_t {
   designerLayout,  ///< places of boxes on a designer's canvas
   timeStamps,      ///< when something was created, processed, changed
   processing,      ///< what the server noted while processing: states and sizes
-  passwords,       ///< never kept, in no form
+  designerNotes,   ///< what editors note for themselves
+  rowNumbers,      ///< columns of row numbers, which the server makes
+  secrets,         ///< passwords and keys, never kept in any form
+  otherCommands,   ///< further commands of a script
 };
-inline constexpr std::size_t kPassedOverCount = static_cast<std::size_t>(PassedOver::passwords) + 1;
+inline constexpr std::size_t kPassedOverCount = static_cast<std::size_t>(PassedOver::otherCommands) + 1;
 
 struct PassedOverRow {
   std::string_view name;    ///< in saved documents

@@ -26,7 +26,7 @@ constexpr std::array kAnywhere{
     passedOver("AttributeHierarchyProcessingState", PassedOver::processing),
     passedOver("CurrentStorageMode", PassedOver::processing),
     passedOver("EstimatedSize", PassedOver::processing),
-    passedOver("Password", PassedOver::passwords),
+    passedOver("Password", PassedOver::secrets),
     read("Annotations", Reading::part),
     read("Annotations/Annotation", Reading::annotation),
     read("Translations/Translation", Reading::part),

@@ -52,7 +52,7 @@ std::string withoutStatus(const std::string& text) {
   return kept;
 }
 
-std::string optionLine(const std::string& path) {
+std::string optionLines(const std::string& path, bool withDetails) {
   std::string escaped;
   for (const char c : path) {
     if (c == '\\')
@@ -64,7 +64,7 @@ std::string optionLine(const std::string& path) {
     else
       escaped += c;
   }
-  return "BP_FILE\t" + escaped + "\n";
+  return "BP_FILE\t" + escaped + "\n" + (withDetails ? "BP_DETAILS\ttrue\n" : "");
 }
 
 /// The processor time of all programs that were run so far.
@@ -121,12 +121,12 @@ class ClassifierSourceCollector {
 
 }  // namespace
 
-ImporterRun runImporter(const std::string& path) {
+ImporterRun runImporter(const std::string& path, bool withDetails) {
   const TemporaryFolder folder;
   const std::string target = folder.path() / "main.xml";
   const std::string out = folder.path() / "out";
   const std::string errors = folder.path() / "errors";
-  const std::string options = folder.write("options", optionLine(path));
+  const std::string options = folder.write("options", optionLines(path, withDetails));
   ImporterRun run;
   run.exitCode = runProgram(importerCommand({}, options, target), out, errors);
   run.messages = withoutStatus(readFile(out));
@@ -137,22 +137,25 @@ ImporterRun runImporter(const std::string& path) {
   if (run.exitCode != 0) return run;
   const int valid = runProgram({XMLLINT, "--noout", "--huge", "--schema", SCHEMA, target}, out, errors);
   EXPECT_EQ(valid, 0) << path << ": " << readFile(errors).substr(0, 2000);
-  run.model = loadModel(target);
-  completeTabularModel(*as<TAVStoreModel>(run.model.get()), nullptr);
+  SavedModel saved = loadSavedModel(target);
+  run.model = std::move(saved.model);
+  run.details = std::move(saved.details);
+  EXPECT_EQ(run.details != nullptr, withDetails);
+  completeTabularModel(*as<TAVStoreModel>(run.model.get()), nullptr, run.details.get());
   return run;
 }
 
-ImporterRun importText(std::string_view definition) {
+ImporterRun importText(std::string_view definition, bool withDetails) {
   const TemporaryFolder folder;
-  return runImporter(folder.write("FILE.bim", definition));
+  return runImporter(folder.write("FILE.bim", definition), withDetails);
 }
 
-ImporterCost measureImporter(const std::string& path, std::uint64_t heapMegabytes) {
+ImporterCost measureImporter(const std::string& path, std::uint64_t heapMegabytes, bool withDetails) {
   const TemporaryFolder folder;
   const std::string errors = folder.path() / "errors";
   const std::vector<std::string> command = importerCommand(
       {"-Xmx" + std::to_string(heapMegabytes) + "m", "-XX:TieredStopAtLevel=1", "-XX:+UseSerialGC"},
-      folder.write("options", optionLine(path)), folder.path() / "main.xml");
+      folder.write("options", optionLines(path, withDetails)), folder.path() / "main.xml");
   ImporterCost cost;
   const double before = secondsOfPrograms();
   cost.exitCode = runProgram(command, folder.path() / "out", errors);

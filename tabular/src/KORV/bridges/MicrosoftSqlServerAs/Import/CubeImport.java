@@ -22,8 +22,15 @@ final class CubeImport {
   private static final Map<Labels.KpiPart, String> KPI_MEMBERS = Map.of(Labels.KpiPart.GOAL,
       "targetExpression", Labels.KpiPart.STATUS, "statusExpression", Labels.KpiPart.TREND, "trendExpression");
 
-  /** A measure or a part of a KPI, whose expression is resolved when all names are known. */
-  private record Computed(TableImport.Made table, ModelObject measure, ModelObject copy) {}
+  /**
+   * A measure or a part of a KPI, whose expression is resolved when all names are known. `definition` is the
+   * measure's, the whole KPI's in that of its value, and null in the other parts of a KPI.
+   */
+  record Computed(TableImport.Made table, Json definition, ModelObject measure, ModelObject copy) {
+    boolean isMeasure() {
+      return Labels.CALCULATED_MEASURE.equals(measure.get("nativeType"));
+    }
+  }
 
   private final ModelObject cube;
   private final ModelObject cubePackage;
@@ -31,7 +38,7 @@ final class CubeImport {
   private final Catalog catalog;
   private final LineageMaps maps;
   private final List<ModelObject> aliases = new ArrayList<>();
-  private final List<Computed> computed = new ArrayList<>();
+  final List<Computed> computed = new ArrayList<>();
 
   CubeImport(String name, ModelObject folder, TableImport tables, Catalog catalog, LineageMaps maps) {
     cubePackage = folder.addUnique(ModelObject.Role.namespaceElements,
@@ -109,17 +116,17 @@ final class CubeImport {
     catalog.keep(measure, definition, MEASURE_PLACED);
     if (tables.resolver.findMeasure(name) != null) tables.warnSameName("measure", name, cube);
     tables.resolver.addMeasure(name, measure);
-    addComputed(table, measure, measure.name());
+    addComputed(table, definition, measure, measure.name());
   }
 
   /** The cube's own copy stands for the measure in the cube. */
-  private void addComputed(TableImport.Made table, ModelObject measure, String nameInCube) {
+  private void addComputed(TableImport.Made table, Json definition, ModelObject measure, String nameInCube) {
     ModelObject copy = new ModelObject("TAVMeasure", nameInCube);
     for (String attribute : List.of("description", "nativeType", "hidden"))
       copy.set(attribute, measure.get(attribute));
     copy.refer("type", measure.references().get("type"));
     cube.addFeature(copy);
-    computed.add(new Computed(table, measure, copy));
+    computed.add(new Computed(table, definition, measure, copy));
   }
 
   private void addKpis() throws ImportException {
@@ -142,25 +149,27 @@ final class CubeImport {
     String value = "[" + measure.text("name").replace("]", "]]") + "]";
     for (Labels.KpiPart part : Labels.KpiPart.values()) {
       boolean isValue = part == Labels.KpiPart.VALUE;
-      addPart(table, kpi, part, isValue ? value : definition.text(KPI_MEMBERS.get(part)));
+      String expression = isValue ? value : definition.text(KPI_MEMBERS.get(part));
+      addPart(table, isValue ? definition : null, kpi, part, expression);
     }
   }
 
-  private void addPart(TableImport.Made table, ModelObject kpi, Labels.KpiPart part, String expression) {
+  private void addPart(
+      TableImport.Made table, Json definition, ModelObject kpi, Labels.KpiPart part, String expression) {
     ModelObject measure = new ModelObject("TAVMeasure", part.text).set("nativeType", part.nativeType);
     measure.set("expression", expression);
     measure.refer("type", catalog.type(""));
     kpi.addFeature(measure);
     // The server keeps a KPI's parts as hidden measures, and expressions may name them.
     tables.resolver.addMeasure("_" + kpi.name() + " " + part.text, measure);
-    addComputed(table, measure, kpi.name() + " " + part.text);
+    addComputed(table, definition, measure, kpi.name() + " " + part.text);
   }
 
   void resolveExpressions() {
     for (Computed one : computed) {
       String text = one.measure.get("expression") == null ? "" : one.measure.get("expression");
       DaxLineage lineage = tables.resolver.resolveMeasure(text, one.table.names());
-      tables.report(lineage, one.measure.path());
+      tables.report(lineage, one.measure, one.measure.path());
       one.measure.set("unresolved", String.join("\n", lineage.unresolved));
       tables.link(one.measure, text, lineage);
       maps.link(one.copy, "", List.of(one.measure));

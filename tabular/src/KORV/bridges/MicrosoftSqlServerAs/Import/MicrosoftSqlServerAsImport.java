@@ -1,7 +1,10 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.JsonReader;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelWriter;
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Escapes;
@@ -13,6 +16,8 @@ import java.io.PrintStream;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.HashMap;
+import java.util.Map;
 
 /**
  * Reads a tabular model definition (JSON) and writes it as a saved metadata model.
@@ -23,6 +28,8 @@ import java.nio.file.Path;
  */
 public final class MicrosoftSqlServerAsImport {
   private static final String INPUT_OPTION = "BP_FILE";
+  /** Set to "true" where the definition's details are wanted too. */
+  private static final String DETAILS_OPTION = "BP_DETAILS";
   private static final long MEGABYTE = 1 << 20;
   /** Measured: what a definition without blanks needs, which has the most in a byte. */
   private static final long LEAST_HEAP = 64 * MEGABYTE;
@@ -51,13 +58,17 @@ public final class MicrosoftSqlServerAsImport {
     String input = optionFile;
     String definition = input;
     try {
-      input = readInputPath(optionFile);
+      Map<String, String> options = readOptions(optionFile);
+      if (!options.containsKey(INPUT_OPTION))
+        throw new ImportException(ImportException.OPTION, 0, 0, "the option " + INPUT_OPTION + " is missing");
+      input = options.get(INPUT_OPTION);
       definition = input;
+      Details details = "true".equals(options.get(DETAILS_OPTION)) ? new Details() : null;
       // Nothing here holds on to the definition, so that its memory is free while the model is written.
       ModelObject model =
-          new TabularImport(messages, input).importDefinition(JsonReader.read(Path.of(input)));
+          new TabularImport(messages, input, details).importDefinition(read(Path.of(input), details));
       input = target.toString();
-      ModelWriter.write(model, target);
+      ModelWriter.write(model, details, target);
       return null;
     } catch (ImportException failure) {
       return failure.describe(input);
@@ -82,13 +93,21 @@ public final class MicrosoftSqlServerAsImport {
             + "m");
   }
 
-  private static String readInputPath(String optionFile) throws IOException, ImportException {
+  private static Json read(Path path, Details details) throws IOException, ImportException {
+    JsonReader.Passed passed = new JsonReader.Passed();
+    Json root = JsonReader.read(path, passed);
+    if (details != null && passed.stamps > 0) details.passOver(Kinds.Passed.timeStamps, passed.stamps);
+    if (details != null && passed.states > 0) details.passOver(Kinds.Passed.processing, passed.states);
+    return root;
+  }
+
+  private static Map<String, String> readOptions(String optionFile) throws IOException {
+    Map<String, String> options = new HashMap<>();
     for (String line : Files.readAllLines(Path.of(optionFile), StandardCharsets.UTF_8)) {
       int tab = line.indexOf('\t');
-      if (tab > 0 && line.substring(0, tab).equals(INPUT_OPTION))
-        return Escapes.unescape(line.substring(tab + 1));
+      if (tab > 0) options.putIfAbsent(line.substring(0, tab), Escapes.unescape(line.substring(tab + 1)));
     }
-    throw new ImportException(ImportException.OPTION, 0, 0, "the option " + INPUT_OPTION + " is missing");
+    return options;
   }
 
   private static String reason(IOException failure) {

@@ -226,16 +226,14 @@ final class PhysicalLayer {
   /**
    * What a partition reads: the relation, null when it cannot be told, and the text that says so. `open` are
    * the columns that a query in M was asked for and does not tell the sources of; null where nobody wants to
-   * know.
+   * know. `read` are the tables that columns were made in; null where nobody wants to know.
    */
-  record Source(
-      String connection, Relation relation, String name, String query, Budget budget, Set<String> open) {
-    static Source of(String connection, Relation relation, String name, String query) {
-      return new Source(connection, relation, name, query, new Budget(query.length()), null);
-    }
-
-    static Source watched(String connection, Relation relation, String name, String query) {
-      return new Source(connection, relation, name, query, new Budget(query.length()), new LinkedHashSet<>());
+  record Source(String connection, Relation relation, String name, String query, Budget budget,
+      Set<String> open, Set<ModelObject> read) {
+    static Source of(String connection, Relation relation, String name, String query, boolean watched,
+        Set<ModelObject> read) {
+      return new Source(connection, relation, name, query, new Budget(query.length()),
+          watched ? new LinkedHashSet<>() : null, read);
     }
   }
 
@@ -244,6 +242,13 @@ final class PhysicalLayer {
    * renames, of the partition's query where it computes, or cannot be understood.
    */
   List<ModelObject> columnsFor(Source source, String sourceColumn, ModelObject type) {
+    List<ModelObject> columns = columnsOf(source, sourceColumn, type);
+    if (source.read != null)
+      for (ModelObject column : columns) source.read.add(column.owner);
+    return columns;
+  }
+
+  private List<ModelObject> columnsOf(Source source, String sourceColumn, ModelObject type) {
     Relation relation = source.relation;
     Set<Origin.Column> direct = relation == null ? null : relation.sourcesOf(sourceColumn, source.budget);
     if (relation != null && relation.isPlain() && direct != null && !direct.isEmpty())

@@ -11,6 +11,7 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.m.Origin;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.Relation;
 import KORV.bridges.MicrosoftSqlServerAs.Import.m.SourceAddress;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Catalog;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.LineageMaps;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
@@ -18,6 +19,7 @@ import java.util.ArrayList;
 import java.util.Collection;
 import java.util.Comparator;
 import java.util.HashMap;
+import java.util.IdentityHashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
@@ -48,20 +50,35 @@ final class TableImport {
   private final Map<String, String> sharedExpressions = new HashMap<>();
   /** The queries of tables that have just one. */
   private final Map<String, String> tableQueries = new HashMap<>();
-  private final MQuery.Reader queries = new MQuery.Reader(new QueryContext());
+  final MQuery.Reader queries = new MQuery.Reader(new QueryContext());
   private final List<Column> computed = new ArrayList<>();
+  /** What each partition and refresh policy reads, and what expressions name; null without details. */
+  private final Map<Json, Set<ModelObject>> readings;
+  private final DaxDetails expressions;
   final DaxResolver resolver = new DaxResolver();
   final List<Made> tables = new ArrayList<>();
 
+  /** `details` is null where nobody asks for them. */
   TableImport(Json model, ModelObject folder, PhysicalLayer physical, Catalog catalog, LineageMaps maps,
-      MessageOutput messages) {
+      MessageOutput messages, Details details) {
     this.model = model;
     this.folder = folder;
     this.physical = physical;
     this.catalog = catalog;
     this.maps = maps;
     this.messages = messages;
+    readings = details == null ? null : new IdentityHashMap<>();
+    expressions = details == null ? null : new DaxDetails(resolver, details);
   }
+
+  /** Null without details. */
+  DaxDetails expressions() { return expressions; }
+
+  /** The tables of the database that a partition or refresh policy reads. */
+  Set<ModelObject> readingOf(Json partition) { return readings.getOrDefault(partition, Set.of()); }
+
+  /** Whether a table is filled by a query that others can name. */
+  boolean isQuery(String table) { return tableQueries.containsKey(table); }
 
   List<ModelObject> dimensions() { return tables.stream().map(Made::dimension).toList(); }
 
@@ -119,6 +136,7 @@ final class TableImport {
       Json source = partition.object("source");
       String name = partitions.size() == 1 || partition.text("name").isEmpty() ? dimension.name()
                                                                                : partition.text("name");
+      int before = sources.size();
       switch (source.text("type")) {
         case "calculated" -> expression = source.text("expression");
         case "m" -> addQuery(sources, name, source.text("expression"), dimension);
@@ -128,11 +146,14 @@ final class TableImport {
         default -> {
         }
       }
+      if (readings != null && sources.size() > before) readings.put(partition, sources.get(before).read());
     }
     // Partitions of an incremental refresh read what their policy says, each a range of it.
     if (ranges || partitions.isEmpty()) {
-      String policy = definition.object("refreshPolicy").text("sourceExpression");
-      addQuery(sources, dimension.name(), policy, dimension);
+      Json policy = definition.object("refreshPolicy");
+      int before = sources.size();
+      addQuery(sources, dimension.name(), policy.text("sourceExpression"), dimension);
+      if (readings != null && sources.size() > before) readings.put(policy, sources.get(before).read());
     }
     if (!expression.isEmpty()) catalog.property(dimension, "expression", expression);
     return expression;
@@ -146,8 +167,11 @@ final class TableImport {
     String connection = relation == null ? "" : relation.connection();
     if (reading.inline()) connection = physical.inlineConnection();
     boolean told = reading.fault() != null || reading.inline();
-    sources.add(told ? PhysicalLayer.Source.of(connection, relation, name, text)
-                     : PhysicalLayer.Source.watched(connection, relation, name, text));
+    sources.add(PhysicalLayer.Source.of(connection, relation, name, text, !told, noReading()));
+  }
+
+  private Set<ModelObject> noReading() {
+    return readings == null ? null : new LinkedHashSet<>();
   }
 
   private void warnQuery(String name, ModelObject dimension, String fault) {
@@ -170,7 +194,7 @@ final class TableImport {
     if (text.isBlank()) return;
     String dataSource = dataSource(name, source, dimension);
     Relation relation = Relation.ofTable(Origin.Table.ofQuery(dataSource, text));
-    sources.add(PhysicalLayer.Source.of(dataSource, relation, name, text));
+    sources.add(PhysicalLayer.Source.of(dataSource, relation, name, text, false, noReading()));
   }
 
   /** The key of the data source that a partition names; the warning is given where there is none. */
@@ -195,8 +219,8 @@ final class TableImport {
     if (entity.isEmpty()) return;
     if (shared.isEmpty()) {
       String dataSource = dataSource(name, source, dimension);
-      Origin.Table table = Origin.Table.named(dataSource, schema, entity);
-      sources.add(PhysicalLayer.Source.of(dataSource, Relation.ofTable(table), name, entity));
+      Relation table = Relation.ofTable(Origin.Table.named(dataSource, schema, entity));
+      sources.add(PhysicalLayer.Source.of(dataSource, table, name, entity, false, noReading()));
       return;
     }
     if (!sharedExpressions.containsKey(shared)) {
@@ -320,7 +344,7 @@ final class TableImport {
   private void resolveColumn(Column column) throws ImportException {
     String text = column.definition.text("expression");
     DaxLineage lineage = resolver.resolveColumn(text, column.table.names);
-    report(lineage, column.attribute.path());
+    report(lineage, column.attribute, column.attribute.path());
     catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
     link(column.attribute, text, lineage);
   }
@@ -341,6 +365,7 @@ final class TableImport {
       if ("Ordinal".equals(attribute.get("physicalName"))) continue;
       catalog.property(attribute, "unresolved", String.join("\n", all.unresolved));
       link(attribute, operation.toString().strip(), all);
+      if (expressions != null) expressions.note(attribute, all);
       return;
     }
   }
@@ -350,14 +375,14 @@ final class TableImport {
     String text = definition.text("expression");
     if (text.isEmpty()) return;
     DaxLineage lineage = resolver.resolveMeasure(text, table.names);
-    report(lineage, table.dimension.path() + "/" + name);
+    report(lineage, null, table.dimension.path() + "/" + name);
     all.add(lineage);
     operation.append("-- ").append(name).append('\n').append(text.strip()).append('\n');
   }
 
   private DaxResolver.TableLineage resolveTable(Made table) {
     DaxResolver.TableLineage lineage = resolver.resolveTable(table.expression);
-    report(lineage.whole(), table.dimension.path());
+    report(lineage.whole(), table.dimension, table.dimension.path());
     catalog.property(table.dimension, "unresolved", String.join("\n", lineage.whole().unresolved));
     catalog.property(table.dimension, Labels.SOURCE_TABLES, namesOf(lineage.whole().sourceTables()));
     for (ModelObject source : lineage.whole().classifiers) maps.addSource(table.dimension, source);
@@ -368,7 +393,7 @@ final class TableImport {
   private void resolveTableColumn(Column column, DaxResolver.TableLineage table) throws ImportException {
     DaxLineage lineage = table.columns().apply(column.definition.text("sourceColumn"));
     if (lineage == null) return;
-    report(lineage, column.attribute.path());
+    report(lineage, column.attribute, column.attribute.path());
     catalog.property(column.attribute, "unresolved", String.join("\n", lineage.unresolved));
     link(column.attribute, lineage.taken ? "" : column.table.expression, lineage);
   }
@@ -385,8 +410,12 @@ final class TableImport {
     return String.join("\n", tables.stream().map(ModelObject::name).toList());
   }
 
-  /** Warns about what cannot be read or found in the expression of `path`, as the native import does. */
-  void report(DaxLineage lineage, String path) {
+  /**
+   * Warns about what cannot be read or found in the expression of `path`, as the native import does.
+   * `subject` is what the expression is said of in the details; null where those read it again.
+   */
+  void report(DaxLineage lineage, ModelObject subject, String path) {
+    if (expressions != null && subject != null) expressions.note(subject, lineage);
     for (String fault : lineage.faults)
       messages.warning("TAVEXPR_W0001", "Expression of '" + path + "', " + fault);
     for (String name : lineage.unresolved) {

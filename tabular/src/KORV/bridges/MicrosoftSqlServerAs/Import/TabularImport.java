@@ -3,6 +3,8 @@ package KORV.bridges.MicrosoftSqlServerAs.Import;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Catalog;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.LineageMaps;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
@@ -23,10 +25,13 @@ final class TabularImport {
   private final ModelObject model = new ModelObject("TAVStoreModel", "");
   private final LineageMaps maps = new LineageMaps();
   private final Catalog catalog = new Catalog(model);
+  private final Details details;
 
-  TabularImport(MessageOutput messages, String path) {
+  /** `details` is null where nobody asks for them. */
+  TabularImport(MessageOutput messages, String path, Details details) {
     this.messages = messages;
     this.path = path;
+    this.details = details;
   }
 
   ModelObject importDefinition(Json root) throws ImportException {
@@ -41,6 +46,7 @@ final class TabularImport {
     addOrigin(database);
     catalog.keep(model, database, DATABASE_PLACED);
     importModel(definition);
+    if (details != null) new DetailSettings(details).keepParts(model, database, DATABASE_PLACED);
     return model;
   }
 
@@ -54,6 +60,8 @@ final class TabularImport {
           break;
         }
       }
+      int others = root.object("sequence").objects("operations").size() - 1;
+      if (details != null && others > 0) details.passOver(Kinds.Passed.otherCommands, others);
     }
     for (String name : COMMANDS.stream().sorted().toList()) {
       if (!command.has(name)) continue;
@@ -97,7 +105,7 @@ final class TabularImport {
 
     messages.status("QVT_SSXMLA_S0008", "Importing dimensions...");
     TableImport tables =
-        new TableImport(definition, addFolder(Labels.DIMENSIONS), physical, catalog, maps, messages);
+        new TableImport(definition, addFolder(Labels.DIMENSIONS), physical, catalog, maps, messages, details);
     tables.importTables();
     ModelObject shared =
         new ModelObject("TAVOlapSchema", "").set("description", definition.text("description"));
@@ -113,6 +121,9 @@ final class TabularImport {
     addCubeSchema(cube);
     tables.resolveExpressions();
     cube.resolveExpressions();
+    if (details == null) return;
+    List<ModelObject> connections = model.parts(ModelObject.Role.storeConnections);
+    new DetailImport(details, tables, cube).importDetails(definition, connections);
   }
 
   private void addCubeSchema(CubeImport cube) {

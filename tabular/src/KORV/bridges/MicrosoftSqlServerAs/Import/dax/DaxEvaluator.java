@@ -22,6 +22,8 @@ final class DaxEvaluator implements DaxCall.Evaluation {
   private final List<DaxLineage.Entry> log = new ArrayList<>();
   private final Set<String> unresolved = new LinkedHashSet<>();
   private final Set<String> faults = new LinkedHashSet<>();
+  /** What it calls, beside what it gives. */
+  private final DaxLineage calls = DaxLineage.empty();
   private final Set<DaxExpression> entered = new HashSet<>();
   private DaxExpression current;
   private String function = "";
@@ -46,10 +48,20 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     return value(expression.root, new DaxContext(new DaxContext.Scope(null), rows, null)).asTable();
   }
 
+  /** Evaluates the expression as a function of which nobody knows what it is given. */
+  void runFunction() {
+    DaxContext inside = new DaxContext(new DaxContext.Scope(null), null, null);
+    if (expression.fault != null) fault(expression.fault);
+    entered.add(expression);
+    bind(expression, List.of(), inside);
+    value(expression.root, inside);
+  }
+
   DaxLineage lineage() {
     DaxLineage lineage = DaxLineage.of(log);
     lineage.unresolved.addAll(unresolved);
     lineage.faults.addAll(faults);
+    lineage.addCalls(calls);
     lineage.countIterated();
     return lineage;
   }
@@ -201,7 +213,10 @@ final class DaxEvaluator implements DaxCall.Evaluation {
       return local.isTable() ? local.asTable() : null;
     }
     ModelNames.Table table = names.findTable(node.name());
-    if (table == null) table = names.findCalendar(node.name());
+    if (table == null) {
+      table = names.findCalendar(node.name());
+      if (table != null && function.isEmpty()) calls.calendars.add(node.name());
+    }
     if (table != null) {
       note(DaxLineage.Entry.Kind.TABLE, table.dimension);
       return DaxTable.of(table);
@@ -287,16 +302,41 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     DaxExpression own = names.findFunction(node.name());
     if (own != null) return callOwn(node, own, context);
     DaxFunctions.Function known = DaxFunctions.find(node.name());
-    if (known != null) return new DaxCall(this, known, node, context).run();
+    if (known != null) {
+      if (DaxFunctions.choosesRelationship(node.name())) noteJoin(node, context);
+      return new DaxCall(this, known, node, context).run();
+    }
     fault(new DaxFault(node.place(), "unknown function " + node.name()));
+    calls.unknownFunctions.add(node.name());
     for (DaxNode argument : node.parts()) {
       if (!DaxCall.isWord(argument, context) || isTable(argument)) value(argument, context);
     }
     return DaxTable.UNKNOWN;
   }
 
+  private void noteJoin(DaxNode node, DaxContext context) {
+    if (node.parts().size() < 2) return;
+    ModelObject from = joinedColumn(node.parts().get(0), context);
+    ModelObject to = joinedColumn(node.parts().get(1), context);
+    if (from != null && to != null) calls.joins.add(new DaxLineage.Join(from, to));
+  }
+
+  /** A column that is named, or that a parameter is given; null for anything else. */
+  private ModelObject joinedColumn(DaxNode node, DaxContext context) {
+    for (DaxContext.Argument given = argument(node, context); given != null; given = argument(node, context)) {
+      node = given.node();
+      context = given.context();
+    }
+    DaxContext.Value local = local(node, context);
+    if (local != null) return local.column() == null ? null : local.column().sources().object();
+    if (!node.is(DaxNode.Kind.COLUMN)) return null;
+    if (node.table() != null && !node.table().isEmpty()) return names.findColumn(node.table(), node.name());
+    return home == null ? null : names.findColumn(home, node.name());
+  }
+
   /** A function of the model, whose parameters stand for the values of the arguments. */
   private DaxTable callOwn(DaxNode node, DaxExpression own, DaxContext context) {
+    if (function.isEmpty()) calls.functions.add(node.name());
     DaxContext inside = new DaxContext(new DaxContext.Scope(null), null, null);
     List<DaxContext.Value> values = new ArrayList<>();
     for (int i = 0; i < node.parts().size(); ++i) values.add(given(own, i, node.parts().get(i), context));

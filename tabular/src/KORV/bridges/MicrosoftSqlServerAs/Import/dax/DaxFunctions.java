@@ -138,6 +138,10 @@ final class DaxFunctions {
     return functions;
   }
 
+  static boolean choosesRelationship(String name) {
+    return name.equalsIgnoreCase("USERELATIONSHIP") || name.equalsIgnoreCase("CROSSFILTER");
+  }
+
   /** Null for a name that is no function of the language. */
   static Function find(String name) {
     String upper = name.toUpperCase(Locale.ROOT);

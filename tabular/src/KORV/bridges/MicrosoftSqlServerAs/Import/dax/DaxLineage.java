@@ -18,6 +18,9 @@ public final class DaxLineage {
     enum Kind { FEATURE, TABLE, VALUE, COUNTED, ITERATED }
   }
 
+  /** The two columns of USERELATIONSHIP or CROSSFILTER. */
+  public record Join(ModelObject from, ModelObject to) {}
+
   public final Set<ModelObject> features = new LinkedHashSet<>();
   public final Set<ModelObject> classifiers = new LinkedHashSet<>();
   /** The tables that are named themselves, not only in front of a column. */
@@ -27,6 +30,13 @@ public final class DaxLineage {
   public final Set<String> unresolved = new LinkedHashSet<>();
   /** What cannot be read or is not known, with line and column. */
   public final Set<String> faults = new LinkedHashSet<>();
+  /** The functions of the model that it calls, and the calendars that it names. */
+  public final Set<String> functions = new LinkedHashSet<>();
+  public final Set<String> calendars = new LinkedHashSet<>();
+  /** What it calls that is no function of the language or the model. */
+  public final Set<String> unknownFunctions = new LinkedHashSet<>();
+  /** The columns by which it chooses relationships. */
+  public final Set<Join> joins = new LinkedHashSet<>();
   /** Whether a value is that of one column, or of one column or another, as it is. */
   public boolean taken;
   private final Set<ModelObject> iterated = new LinkedHashSet<>();
@@ -53,6 +63,19 @@ public final class DaxLineage {
     tables.addAll(other.tables);
     counted.addAll(other.counted);
     unresolved.addAll(other.unresolved);
+    addCalls(other);
+  }
+
+  void addCalls(DaxLineage other) {
+    functions.addAll(other.functions);
+    calendars.addAll(other.calendars);
+    unknownFunctions.addAll(other.unknownFunctions);
+    joins.addAll(other.joins);
+  }
+
+  /** Whether there is something that only details tell of. */
+  public boolean hasCalls() {
+    return !(functions.isEmpty() && calendars.isEmpty() && unknownFunctions.isEmpty() && joins.isEmpty());
   }
 
   /** The tables that are named, or whose columns are; not those that measures belong to. */

@@ -12,6 +12,13 @@ public final class DaxResolver extends ModelNames {
 
   public DaxLineage resolveColumn(String text, Table home) { return resolve(text, home, true); }
 
+  /** What a function of the model names itself, whatever it is given. */
+  public DaxLineage resolveFunction(String text) {
+    DaxEvaluator evaluator = new DaxEvaluator(this, DaxExpression.function(text), null, false);
+    evaluator.runFunction();
+    return evaluator.lineage();
+  }
+
   private DaxLineage resolve(String text, Table home, boolean isColumn) {
     DaxEvaluator evaluator = new DaxEvaluator(this, new DaxExpression(text), home, isColumn);
     evaluator.run();

@@ -1,9 +1,12 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
+import java.util.Collection;
 import java.util.HashMap;
 import java.util.LinkedHashMap;
+import java.util.List;
 import java.util.Map;
 
 /** The tables, columns, measures and functions of a model by name. The first object of a name stays. */
@@ -16,9 +19,9 @@ public class ModelNames {
     Table(ModelObject dimension) { this.dimension = dimension; }
   }
 
-  private final Map<String, Table> tables = new HashMap<>();
+  private final Map<String, Table> tables = new LinkedHashMap<>();
   private final Map<String, Table> calendars = new HashMap<>();
-  private final Map<String, ModelObject> measures = new HashMap<>();
+  private final Map<String, ModelObject> measures = new LinkedHashMap<>();
   private final Map<String, DaxExpression> functions = new HashMap<>();
 
   public Table addTable(String name, ModelObject dimension) {
@@ -54,6 +57,30 @@ public class ModelNames {
   }
 
   public ModelObject findColumn(Table table, String column) { return table.columns.get(Names.fold(column)); }
+
+  /** The names of all tables and measures, as the model has them; without the parts of KPIs. */
+  public List<String> tableNames() {
+    return tables.values().stream().map(table -> table.dimension.name()).toList();
+  }
+
+  public List<String> measureNames() {
+    return measures.values()
+        .stream()
+        .filter(measure -> Labels.CALCULATED_MEASURE.equals(measure.get("nativeType")))
+        .map(ModelObject::name)
+        .toList();
+  }
+
+  /** Null when there is no table of that name. */
+  public ModelObject dimensionOf(String table) {
+    Table found = findTable(table);
+    return found == null ? null : found.dimension;
+  }
+
+  public Collection<ModelObject> columnsOf(String table) {
+    Table found = findTable(table);
+    return found == null ? List.of() : found.columns.values();
+  }
 
   DaxExpression findFunction(String name) { return functions.get(Names.fold(name)); }
 }

@@ -21,30 +21,41 @@ public final class JsonReader {
 
   /** Members that are passed over: the server's own stamps, which say when and not what. */
   private static final Set<String> STAMPS = Set.of("modifiedTime", "structureModifiedTime", "refreshedTime",
-      "createdTimestamp", "lastUpdate", "lastSchemaUpdate", "lastProcessed", "state", "errorMessage");
+      "createdTimestamp", "lastUpdate", "lastSchemaUpdate", "lastProcessed");
+  private static final Set<String> STATES = Set.of("state", "errorMessage");
+
+  /** How many members were passed over. */
+  public static final class Passed {
+    public int stamps;
+    public int states;
+  }
 
   /** Texts up to this length are worth a look whether they were read before. */
   private static final int LONGEST_SHARED = 40;
   private static final int SHARED_TEXTS = 1 << 14;
 
   private final JsonParser parser;
+  private final Passed passed;
   /**
    * The text last read of each hash: definitions repeat data types, names of columns and the like all over,
    * and kept once they take a fraction of the memory. What is displaced is only kept once more.
    */
   private final String[] shared = new String[SHARED_TEXTS];
 
-  private JsonReader(JsonParser parser) { this.parser = parser; }
+  private JsonReader(JsonParser parser, Passed passed) {
+    this.parser = parser;
+    this.passed = passed;
+  }
 
   /** The root value of a file. Comments, line ends inside texts and a byte order mark are accepted. */
-  public static Json read(Path path) throws IOException, ImportException {
+  public static Json read(Path path, Passed passed) throws IOException, ImportException {
     JsonFactory factory = JsonFactory.builder()
                               .enable(JsonReadFeature.ALLOW_JAVA_COMMENTS)
                               .enable(JsonReadFeature.ALLOW_UNESCAPED_CONTROL_CHARS)
                               .enable(JsonReadFeature.ALLOW_TRAILING_COMMA)
                               .build();
     try (InputStream in = Files.newInputStream(path); JsonParser parser = factory.createParser(in)) {
-      return new JsonReader(parser).readTree();
+      return new JsonReader(parser, passed).readTree();
     } catch (JsonEOFException fault) {
       throw at(fault.getLocation(), "the text ends before the definition does");
     } catch (JsonProcessingException fault) {
@@ -85,10 +96,14 @@ public final class JsonReader {
     return root;
   }
 
-  private static void addTo(Json parent, ArrayDeque<String> names, Json value) {
+  private void addTo(Json parent, ArrayDeque<String> names, Json value) {
     if (parent.kind == Json.Kind.OBJECT) {
       String name = names.pop();
-      if (STAMPS.contains(name) && value.values == null) return;
+      boolean isStamp = value.values == null && STAMPS.contains(name);
+      boolean isState = value.values == null && STATES.contains(name);
+      if (isStamp) ++passed.stamps;
+      if (isState) ++passed.states;
+      if (isStamp || isState) return;
       parent.names.add(name);
     }
     parent.values.add(value);

@@ -1,6 +1,7 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
 import java.util.List;
+import java.util.Set;
 
 /**
  * Follows the steps of an M query from a database to the columns that it gives. A step that is not understood
@@ -29,6 +30,15 @@ public final class MQuery {
         return reading(evaluator.unknownTable(List.of(value), fault));
       } catch (MSyntaxFault fault) {
         return new Reading(null, new MFault(fault.getMessage(), "", text, fault.at).describe(), false);
+      }
+    }
+
+    /** The names of a query that it does not define itself, each once; none where it cannot be read. */
+    public Set<String> namesIn(String text) {
+      try {
+        return MNames.free(MParser.parse(text));
+      } catch (MSyntaxFault fault) {
+        return Set.of();
       }
     }
 

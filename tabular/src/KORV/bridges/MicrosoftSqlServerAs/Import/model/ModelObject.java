@@ -8,7 +8,7 @@ import java.util.List;
 import java.util.Map;
 
 /** An object of the metadata model: a class, attributes, references and the objects that it contains. */
-public final class ModelObject {
+public final class ModelObject extends Subject {
   /** The roles in the order in which the model's schema wants them, whatever the class. */
   public enum Role {
     propertyValues,
@@ -41,8 +41,6 @@ public final class ModelObject {
   private Map<String, Integer> nextNumbers;
   private Map<String, ModelObject> named;
   public ModelObject owner;
-  /** The number that the document gives it. */
-  int id;
 
   public ModelObject(String className, String name) {
     this.className = className;

@@ -15,14 +15,17 @@ public final class ModelWriter {
 
   private ModelWriter(Writer out) { this.out = out; }
 
-  public static void write(ModelObject model, Path target) throws IOException {
-    number(model, 0);
+  /** `details` is null where nobody asks for them. */
+  public static void write(ModelObject model, Details details, Path target) throws IOException {
+    int last = number(model, 0);
     try (BufferedWriter out = Files.newBufferedWriter(target, StandardCharsets.UTF_8)) {
       out.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
           + "<TAVMultiModel elementType=\"286\" format=\"tav-model/1\">\n"
           + " <contents>\n  <TAVModelContent elementType=\"295\">\n   <models>\n");
       new ModelWriter(out).writeObject(model, 4);
-      out.write("   </models>\n  </TAVModelContent>\n </contents>\n</TAVMultiModel>\n");
+      out.write("   </models>\n  </TAVModelContent>\n");
+      if (details != null) new DetailsWriter(details, out).write(last);
+      out.write(" </contents>\n</TAVMultiModel>\n");
     }
   }
 
@@ -39,11 +42,8 @@ public final class ModelWriter {
     indent(depth);
     out.write("<" + object.className + " id=\"" + object.id + "\"");
     List<String> attributes = object.attributes();
-    for (int i = 0; i < attributes.size(); i += 2) {
-      out.write(" " + attributes.get(i) + "=\"");
-      writeText(attributes.get(i + 1));
-      out.write("\"");
-    }
+    for (int i = 0; i < attributes.size(); i += 2)
+      XmlText.attribute(out, attributes.get(i), attributes.get(i + 1));
     for (Map.Entry<String, List<ModelObject>> reference : object.references().entrySet())
       writeReference(reference);
     boolean open = false;
@@ -74,31 +74,5 @@ public final class ModelWriter {
 
   private void indent(int depth) throws IOException {
     for (int i = 0; i < depth; ++i) out.write(' ');
-  }
-
-  /** What XML cannot hold (controls, lone surrogates, U+FFFE, U+FFFF) becomes U+FFFD. */
-  private void writeText(String text) throws IOException {
-    for (int i = 0; i < text.length(); ++i) {
-      char c = text.charAt(i);
-      switch (c) {
-        case '&' -> out.write("&amp;");
-        case '<' -> out.write("&lt;");
-        case '>' -> out.write("&gt;");
-        case '"' -> out.write("&quot;");
-        case '\t' -> out.write("&#9;");
-        case '\n' -> out.write("&#10;");
-        case '\r' -> out.write("&#13;");
-        default -> {
-          boolean second = i + 1 < text.length() && Character.isLowSurrogate(text.charAt(i + 1));
-          if (Character.isHighSurrogate(c) && second) {
-            out.write(c);
-            out.write(text.charAt(++i));
-          } else {
-            boolean forbidden = c < 0x20 || Character.isSurrogate(c) || c >= 0xFFFE;
-            out.write(forbidden ? '\uFFFD' : c);
-          }
-        }
-      }
-    }
   }
 }

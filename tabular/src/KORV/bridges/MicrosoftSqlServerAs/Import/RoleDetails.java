@@ -1,0 +1,64 @@
+package KORV.bridges.MicrosoftSqlServerAs.Import;
+
+import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxLineage;
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
+import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
+import KORV.bridges.MicrosoftSqlServerAs.Import.model.Subject;
+import java.util.Set;
+
+/** Roles: who is in them, and what of the tables they may see. */
+final class RoleDetails {
+  private static final Set<String> PERMISSION_PLACED =
+      Set.of("name", "filterExpression", "columnPermissions");
+
+  private final Details details;
+  private final DetailNames names;
+  private final DetailSettings settings;
+  private final TableImport tables;
+  private final ModelObject cube;
+
+  RoleDetails(
+      Details details, DetailNames names, DetailSettings settings, TableImport tables, ModelObject cube) {
+    this.details = details;
+    this.names = names;
+    this.settings = settings;
+    this.tables = tables;
+    this.cube = cube;
+  }
+
+  void importRole(Json definition) throws ImportException {
+    Subject role = details.add(Kinds.Item.role, cube, definition.text("name"));
+    for (Json member : definition.objects("members")) importMember(member, role);
+    for (Json permission : definition.objects("tablePermissions")) importPermission(permission, role);
+    settings.keepAll(role, definition, Set.of("name", "members", "tablePermissions"));
+  }
+
+  /** Members are told apart by their names, not by their places. */
+  private void importMember(Json definition, Subject role) throws ImportException {
+    String name = definition.text("memberName");
+    if (name.isEmpty()) name = definition.text("memberId");
+    details.set(role, "members", name);
+    settings.keepMembers(role, "members." + name, definition, Set.of("memberName"));
+  }
+
+  private void importPermission(Json definition, Subject role) throws ImportException {
+    String name = definition.text("name");
+    String filter = definition.text("filterExpression");
+    Subject item = details.add(Kinds.Item.permission, role, name, filter, "dax");
+    details.relate(Kinds.Relation.belongs, item, role);
+    names.relateTable(Kinds.Relation.secures, item, name, "");
+    if (!filter.isEmpty()) {
+      DaxLineage lineage = tables.resolver.resolveColumn(filter, tables.resolver.findTable(name));
+      tables.expressions().relate(lineage, Kinds.Relation.filters, item, name);
+    }
+    for (Json column : definition.objects("columnPermissions")) {
+      String permission = column.text("metadataPermission");
+      names.relateColumn(Kinds.Relation.secures, item, name, column.text("name"), permission);
+      settings.keepMembers(item, "columnPermissions." + column.text("name"), column, Set.of("name"));
+    }
+    settings.keepAll(item, definition, PERMISSION_PLACED);
+  }
+}
