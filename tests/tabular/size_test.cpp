@@ -47,6 +47,7 @@ TEST(TabularSize, ADefinitionThatDoesNotFitIsToldOf) {
                              " set JDK_JAVA_OPTIONS to -Xmx156m\n");
 }
 
+/// With their details.
 class ManyOfAKind : public testing::TestWithParam<const char*> {};
 
 TEST_P(ManyOfAKind, TakeTimeInProportion) {
@@ -54,7 +55,7 @@ TEST_P(ManyOfAKind, TakeTimeInProportion) {
   const auto seconds = [&](std::uint64_t count) {
     const std::string path =
         writtenTo(folder, [&](std::ostream& out) { tav::bench::writeTabularMany(out, GetParam(), count); });
-    const ImporterCost cost = measureImporter(path, 512);
+    const ImporterCost cost = measureImporter(path, 512, true);
     EXPECT_EQ(cost.exitCode, 0) << cost.errors;
     return cost.seconds;
   };

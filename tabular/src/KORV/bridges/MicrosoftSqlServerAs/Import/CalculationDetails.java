@@ -1,7 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxLineage;
-import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
@@ -29,21 +28,21 @@ final class CalculationDetails {
     this.cube = cube;
   }
 
-  void importGroup(TableImport.Made table) throws ImportException {
+  void importGroup(TableImport.Made table) {
     if (!table.definition().has("calculationGroup")) return;
-    Json group = table.definition().object("calculationGroup");
-    for (Json item : group.objects("calculationItems")) importItem(table, item, item.text("name"));
+    Json group = table.definition().part("calculationGroup");
+    for (Json item : group.elements("calculationItems")) importItem(table, item, item.written("name"));
     for (String selection : SELECTIONS)
-      if (group.has(selection)) importItem(table, group.object(selection), selection);
+      if (group.has(selection)) importItem(table, group.part(selection), selection);
     Set<String> placed = Set.of("calculationItems", SELECTIONS.get(0), SELECTIONS.get(1));
     settings.keepMembers(table.dimension(), "calculationGroup", group, placed);
   }
 
-  private void importItem(TableImport.Made table, Json definition, String name) throws ImportException {
-    String text = definition.text(EXPRESSION);
+  private void importItem(TableImport.Made table, Json definition, String name) {
+    String text = definition.written(EXPRESSION);
     Subject item = details.add(Kinds.Item.calculationItem, table.dimension(), name, text, "dax");
     relate(table, text, Kinds.Relation.computed, item);
-    relate(table, definition.object(FORMAT).text(EXPRESSION), Kinds.Relation.formats, item);
+    relate(table, definition.part(FORMAT).written(EXPRESSION), Kinds.Relation.formats, item);
     details.relate(Kinds.Relation.applied, item, everyMeasure());
     settings.keepAll(item, definition, Set.of("name", EXPRESSION));
   }

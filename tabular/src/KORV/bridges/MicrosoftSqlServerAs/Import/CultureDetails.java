@@ -1,6 +1,5 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
-import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
@@ -26,46 +25,45 @@ final class CultureDetails {
     this.cube = cube;
   }
 
-  void importCulture(Json definition) throws ImportException {
-    String language = definition.text(NAME);
+  void importCulture(Json definition) {
+    String language = definition.written(NAME);
     Subject culture = details.add(Kinds.Item.culture, cube, language);
-    Json translations = definition.object("translations");
-    Json model = translations.object("model");
+    Json translations = definition.part("translations");
+    Json model = translations.part("model");
     keep(culture, cube, language, model, MODEL_LISTS, "");
-    for (Json perspective : model.objects("perspectives"))
-      keep(culture, names.perspective(perspective.text(NAME)), language, perspective, Set.of(NAME),
-          perspective.text(NAME));
-    for (Json table : model.objects("tables")) importTable(culture, language, table);
+    for (Json perspective : model.elements("perspectives"))
+      keep(culture, names.perspective(perspective.written(NAME)), language, perspective, Set.of(NAME),
+          perspective.written(NAME));
+    for (Json table : model.elements("tables")) importTable(culture, language, table);
     settings.keepMembers(culture, "translations", translations, Set.of("model"));
     settings.keepAll(culture, definition, Set.of(NAME, "translations"));
   }
 
-  private void importTable(Subject culture, String language, Json table) throws ImportException {
-    String name = table.text(NAME);
+  private void importTable(Subject culture, String language, Json table) {
+    String name = table.written(NAME);
     keep(culture, names.table(name), language, table, TABLE_LISTS, DetailNames.written(name));
-    for (Json column : table.objects("columns")) {
-      String one = column.text(NAME);
+    for (Json column : table.elements("columns")) {
+      String one = column.written(NAME);
       keep(culture, names.column(name, one), language, column, Set.of(NAME), DetailNames.written(name, one));
     }
-    for (Json measure : table.objects("measures")) {
-      String one = measure.text(NAME);
+    for (Json measure : table.elements("measures")) {
+      String one = measure.written(NAME);
       keep(culture, names.measure(one), language, measure, Set.of(NAME, "kpi"), DetailNames.written("", one));
       if (measure.has("kpi"))
-        keep(culture, names.kpi(one), language, measure.object("kpi"), Set.of(NAME),
+        keep(culture, names.kpi(one), language, measure.part("kpi"), Set.of(NAME),
             DetailNames.written("", one));
     }
-    for (Json hierarchy : table.objects("hierarchies")) importHierarchy(culture, language, name, hierarchy);
+    for (Json hierarchy : table.elements("hierarchies")) importHierarchy(culture, language, name, hierarchy);
   }
 
-  private void importHierarchy(Subject culture, String language, String table, Json definition)
-      throws ImportException {
-    String name = definition.text(NAME);
+  private void importHierarchy(Subject culture, String language, String table, Json definition) {
+    String name = definition.written(NAME);
     ModelObject hierarchy = names.hierarchy(table, name);
     String written = DetailNames.written(table, name);
     keep(culture, hierarchy, language, definition, Set.of(NAME, "levels"), written);
-    for (Json level : definition.objects("levels"))
-      keep(culture, hierarchy == null ? null : names.level(hierarchy, level.text(NAME)), language, level,
-          Set.of(NAME), written + "[" + level.text(NAME) + "]");
+    for (Json level : definition.elements("levels"))
+      keep(culture, hierarchy == null ? null : names.level(hierarchy, level.written(NAME)), language, level,
+          Set.of(NAME), written + "[" + level.written(NAME) + "]");
   }
 
   /** "translatedCaption.de-DE"; of the culture itself where the object is not there. */

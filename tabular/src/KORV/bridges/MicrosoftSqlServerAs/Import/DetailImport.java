@@ -1,7 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxLineage;
-import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
@@ -35,103 +34,103 @@ final class DetailImport {
   }
 
   /** `connections` are those of the data sources, in the order of the definition. */
-  void importDetails(Json model, List<ModelObject> connections) throws ImportException {
-    List<Json> dataSources = model.objects("dataSources");
+  void importDetails(Json model, List<ModelObject> connections) {
+    List<Json> dataSources = model.elements("dataSources");
     for (int i = 0; i < dataSources.size(); ++i) importDataSource(dataSources.get(i), connections.get(i));
-    for (Json shared : model.objects("expressions")) importShared(shared);
-    for (Json function : model.objects("functions")) importFunction(function);
-    for (Json relationship : model.objects("relationships")) importRelationship(relationship);
+    for (Json shared : model.elements("expressions")) importShared(shared);
+    for (Json function : model.elements("functions")) importFunction(function);
+    for (Json relationship : model.elements("relationships")) importRelationship(relationship);
     new TableDetails(details, names, settings, tables, cube).importTables();
     // From here on all that expressions may name is there.
-    for (Json shared : model.objects("expressions")) relateShared(shared);
-    for (Json function : model.objects("functions")) relateFunction(function);
-    List<Json> perspectives = model.objects("perspectives");
+    for (Json shared : model.elements("expressions")) relateShared(shared);
+    for (Json function : model.elements("functions")) relateFunction(function);
+    List<Json> perspectives = model.elements("perspectives");
     for (int i = 0; i < perspectives.size(); ++i)
       importPerspective(perspectives.get(i), cube.cube().parts(ModelObject.Role.synonyms).get(i));
     RoleDetails roles = new RoleDetails(details, names, settings, tables, cube.cube());
-    for (Json role : model.objects("roles")) roles.importRole(role);
+    for (Json role : model.elements("roles")) roles.importRole(role);
     CultureDetails cultures = new CultureDetails(details, names, settings, cube.cube());
-    for (Json culture : model.objects("cultures")) cultures.importCulture(culture);
+    for (Json culture : model.elements("cultures")) cultures.importCulture(culture);
     settings.keepParts(cube.cube(), model, MODEL_PLACED);
     expressions.relateNoted();
   }
 
-  private void importDataSource(Json definition, ModelObject connection) throws ImportException {
-    names.addDataSource(definition.text("name"), connection);
+  private void importDataSource(Json definition, ModelObject connection) {
+    names.addDataSource(definition.written("name"), connection);
     settings.keepParts(connection, definition, Set.of("credential", "password"));
     settings.keepCredential(connection, definition);
   }
 
-  private void importShared(Json definition) throws ImportException {
-    String name = definition.text("name");
+  private void importShared(Json definition) {
+    String name = definition.written("name");
     Subject item =
-        details.add(Kinds.Item.sharedExpression, cube.cube(), name, definition.text("expression"), "m");
+        details.add(Kinds.Item.sharedExpression, cube.cube(), name, definition.written("expression"), "m");
     names.addShared(name, item);
     settings.keepAll(item, definition, ITEM_PLACED);
   }
 
   /** Queries of one name: the first is meant. */
-  private void relateShared(Json definition) throws ImportException {
-    names.relateQuery(definition.text("expression"), names.shared(definition.text("name")));
+  private void relateShared(Json definition) {
+    names.relateQuery(definition.written("expression"), names.shared(definition.written("name")));
   }
 
-  private void importFunction(Json definition) throws ImportException {
-    String name = definition.text("name");
-    Subject item = details.add(Kinds.Item.function, cube.cube(), name, definition.text("expression"), "dax");
+  private void importFunction(Json definition) {
+    String name = definition.written("name");
+    Subject item = details.add(Kinds.Item.function, cube.cube(), name, definition.written("expression"), "dax");
     expressions.addFunction(name, item);
     settings.keepAll(item, definition, ITEM_PLACED);
   }
 
-  private void relateFunction(Json definition) throws ImportException {
-    Subject item = expressions.function(definition.text("name"));
-    DaxLineage lineage = tables.resolver.resolveFunction(definition.text("expression"));
+  private void relateFunction(Json definition) {
+    Subject item = expressions.function(definition.written("name"));
+    DaxLineage lineage = tables.resolver.resolveFunction(definition.written("expression"));
     expressions.relate(lineage, Kinds.Relation.computed, item, null);
   }
 
-  private void importRelationship(Json definition) throws ImportException {
-    String name = definition.text("name");
-    String from = DetailNames.written(definition.text("fromTable"), definition.text("fromColumn"));
-    String to = DetailNames.written(definition.text("toTable"), definition.text("toColumn"));
+  private void importRelationship(Json definition) {
+    String name = definition.written("name");
+    String from = DetailNames.written(definition.written("fromTable"), definition.written("fromColumn"));
+    String to = DetailNames.written(definition.written("toTable"), definition.written("toColumn"));
     Subject item = details.add(Kinds.Item.relationship, cube.cube(), name, from + " -> " + to, "");
     ModelObject one = names.relateColumn(
-        Kinds.Relation.joins, item, definition.text("fromTable"), definition.text("fromColumn"), "from");
+        Kinds.Relation.joins, item, definition.written("fromTable"), definition.written("fromColumn"), "from");
     ModelObject other = names.relateColumn(
-        Kinds.Relation.joins, item, definition.text("toTable"), definition.text("toColumn"), "to");
+        Kinds.Relation.joins, item, definition.written("toTable"), definition.written("toColumn"), "to");
     names.addRelationship(name, item);
     if (one != null && other != null) expressions.addRelationship(one, other, item);
     settings.keepAll(item, definition, RELATIONSHIP_PLACED);
   }
 
-  private void importPerspective(Json definition, ModelObject perspective) throws ImportException {
-    for (Json table : definition.objects("tables")) {
-      String name = table.text("name");
+  private void importPerspective(Json definition, ModelObject perspective) {
+    for (Json table : definition.elements("tables")) {
+      String name = table.written("name");
       names.relateMember(names.aliasOf(name), perspective, DetailNames.written(name));
-      for (Json column : table.objects("columns"))
-        names.relateMember(names.aliasOf(name, column.text("name")), perspective,
-            DetailNames.written(name, column.text("name")));
-      for (Json measure : table.objects("measures"))
+      for (Json column : table.elements("columns"))
+        names.relateMember(names.aliasOf(name, column.written("name")), perspective,
+            DetailNames.written(name, column.written("name")));
+      for (Json measure : table.elements("measures"))
         names.relateMember(
-            names.copyOf(measure.text("name")), perspective, DetailNames.written("", measure.text("name")));
-      for (Json hierarchy : table.objects("hierarchies"))
-        names.relateMember(names.hierarchy(name, hierarchy.text("name")), perspective,
-            DetailNames.written(name, hierarchy.text("name")));
+            names.copyOf(measure.written("name")), perspective, DetailNames.written("", measure.written("name")));
+      for (Json hierarchy : table.elements("hierarchies"))
+        names.relateMember(names.hierarchy(name, hierarchy.written("name")), perspective,
+            DetailNames.written(name, hierarchy.written("name")));
       keepListed(table, perspective);
     }
     settings.keepParts(perspective, definition, Set.of("tables"));
   }
 
   /** What a perspective notes of a table beside what it lists. */
-  private void keepListed(Json table, ModelObject perspective) throws ImportException {
+  private void keepListed(Json table, ModelObject perspective) {
     for (int i = 0; i < table.names.size(); ++i) {
       String member = table.names.get(i);
       Json value = table.values.get(i);
       if (!Set.of("name", "columns", "measures", "hierarchies").contains(member)) {
-        settings.keep(perspective, "tables." + table.text("name") + "." + member, value);
+        settings.keep(perspective, "tables." + table.written("name") + "." + member, value);
         continue;
       }
       if (value.kind != Json.Kind.ARRAY) continue;
       for (Json listed : value.values) {
-        String path = "tables." + table.text("name") + "." + member + "." + listed.text("name");
+        String path = "tables." + table.written("name") + "." + member + "." + listed.written("name");
         for (int j = 0; j < listed.names.size(); ++j)
           if (!listed.names.get(j).equals("name"))
             settings.keep(perspective, path + "." + listed.names.get(j), listed.values.get(j));

@@ -87,17 +87,12 @@ final class DetailSettings {
   private static String within(String path, String name) { return path.isEmpty() ? name : path + "." + name; }
 
   private static boolean isPlain(Json value) {
-    return value.kind != Json.Kind.OBJECT && value.kind != Json.Kind.ARRAY || isLines(value);
-  }
-
-  private static boolean isLines(Json value) {
-    return value.kind == Json.Kind.ARRAY
-        && value.values.stream().allMatch(line -> line.kind == Json.Kind.STRING);
+    return value.kind != Json.Kind.OBJECT && value.kind != Json.Kind.ARRAY || value.isLines();
   }
 
   /** A text, a number, a flag, or lines of text. */
   private static String textOf(Json value) {
-    return isLines(value) ? String.join("\n", value.values.stream().map(line -> line.text).toList())
+    return value.isLines() ? String.join("\n", value.values.stream().map(line -> line.text).toList())
                           : value.display();
   }
 
@@ -109,7 +104,7 @@ final class DetailSettings {
       List<Part> inner = new ArrayList<>();
       if (part.value.kind == Json.Kind.OBJECT) {
         addMembers(part, inner);
-      } else if (part.value.kind == Json.Kind.ARRAY && !isLines(part.value)) {
+      } else if (part.value.kind == Json.Kind.ARRAY && !part.value.isLines()) {
         addElements(part, inner);
       } else if (!textOf(part.value).isEmpty()) {
         details.set(part.subject, part.path, textOf(part.value));

@@ -1,7 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxLineage;
-import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
@@ -26,19 +25,19 @@ final class PartitionDetails {
     this.tables = tables;
   }
 
-  void importPartitions(TableImport.Made table) throws ImportException {
-    for (Json partition : table.definition().objects("partitions")) importPartition(table, partition);
+  void importPartitions(TableImport.Made table) {
+    for (Json partition : table.definition().elements("partitions")) importPartition(table, partition);
     if (table.definition().has("refreshPolicy")) importPolicy(table);
   }
 
-  private void importPartition(TableImport.Made table, Json definition) throws ImportException {
-    Json source = definition.object("source");
-    String type = source.text("type");
+  private void importPartition(TableImport.Made table, Json definition) {
+    Json source = definition.part("source");
+    String type = source.written("type");
     boolean isQuery = type.isEmpty() || type.equals("query");
-    String text = source.text(isQuery ? "query" : "expression");
+    String text = source.written(isQuery ? "query" : "expression");
     String language = type.equals("m") ? "m" : isQuery ? "sql" : "dax";
     Subject item =
-        details.add(Kinds.Item.partition, table.dimension(), definition.text("name"), text, language);
+        details.add(Kinds.Item.partition, table.dimension(), definition.written("name"), text, language);
     details.relate(Kinds.Relation.fills, item, table.dimension());
     for (ModelObject read : tables.readingOf(definition)) details.relate(Kinds.Relation.reads, read, item);
     if (type.equals("m")) names.relateQuery(text, item);
@@ -55,14 +54,14 @@ final class PartitionDetails {
     for (ModelObject named : lineage.tables) details.relate(Kinds.Relation.reads, named, item);
   }
 
-  private void relateSource(Json source, Subject item) throws ImportException {
-    String dataSource = source.text("dataSource");
+  private void relateSource(Json source, Subject item) {
+    String dataSource = source.written("dataSource");
     Subject connection = names.dataSource(dataSource);
     if (connection != null)
       details.relate(Kinds.Relation.connects, connection, item);
     else if (!dataSource.isEmpty())
       names.addMissing(item, dataSource, "data source");
-    String shared = source.text("expressionSource");
+    String shared = source.written("expressionSource");
     Subject read = names.shared(shared);
     if (read != null)
       details.relate(Kinds.Relation.reads, read, item);
@@ -70,14 +69,14 @@ final class PartitionDetails {
       names.addMissing(item, shared, "expression");
   }
 
-  private void importPolicy(TableImport.Made table) throws ImportException {
-    Json definition = table.definition().object("refreshPolicy");
-    String text = definition.text("sourceExpression");
+  private void importPolicy(TableImport.Made table) {
+    Json definition = table.definition().part("refreshPolicy");
+    String text = definition.written("sourceExpression");
     Subject item = details.add(Kinds.Item.refreshPolicy, table.dimension(), "Refresh policy", text, "m");
     details.relate(Kinds.Relation.refreshes, item, table.dimension());
     for (ModelObject read : tables.readingOf(definition)) details.relate(Kinds.Relation.reads, read, item);
     names.relateQuery(text, item);
-    names.relateQuery(definition.text("pollingExpression"), item);
+    names.relateQuery(definition.written("pollingExpression"), item);
     settings.keepAll(item, definition, Set.of("sourceExpression"));
   }
 }

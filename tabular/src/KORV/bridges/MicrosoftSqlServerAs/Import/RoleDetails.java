@@ -1,7 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxLineage;
-import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
@@ -29,24 +28,24 @@ final class RoleDetails {
     this.cube = cube;
   }
 
-  void importRole(Json definition) throws ImportException {
-    Subject role = details.add(Kinds.Item.role, cube, definition.text("name"));
-    for (Json member : definition.objects("members")) importMember(member, role);
-    for (Json permission : definition.objects("tablePermissions")) importPermission(permission, role);
+  void importRole(Json definition) {
+    Subject role = details.add(Kinds.Item.role, cube, definition.written("name"));
+    for (Json member : definition.elements("members")) importMember(member, role);
+    for (Json permission : definition.elements("tablePermissions")) importPermission(permission, role);
     settings.keepAll(role, definition, Set.of("name", "members", "tablePermissions"));
   }
 
   /** Members are told apart by their names, not by their places. */
-  private void importMember(Json definition, Subject role) throws ImportException {
-    String name = definition.text("memberName");
-    if (name.isEmpty()) name = definition.text("memberId");
+  private void importMember(Json definition, Subject role) {
+    String name = definition.written("memberName");
+    if (name.isEmpty()) name = definition.written("memberId");
     details.set(role, "members", name);
     settings.keepMembers(role, "members." + name, definition, Set.of("memberName"));
   }
 
-  private void importPermission(Json definition, Subject role) throws ImportException {
-    String name = definition.text("name");
-    String filter = definition.text("filterExpression");
+  private void importPermission(Json definition, Subject role) {
+    String name = definition.written("name");
+    String filter = definition.written("filterExpression");
     Subject item = details.add(Kinds.Item.permission, role, name, filter, "dax");
     details.relate(Kinds.Relation.belongs, item, role);
     names.relateTable(Kinds.Relation.secures, item, name, "");
@@ -54,10 +53,10 @@ final class RoleDetails {
       DaxLineage lineage = tables.resolver.resolveColumn(filter, tables.resolver.findTable(name));
       tables.expressions().relate(lineage, Kinds.Relation.filters, item, name);
     }
-    for (Json column : definition.objects("columnPermissions")) {
-      String permission = column.text("metadataPermission");
-      names.relateColumn(Kinds.Relation.secures, item, name, column.text("name"), permission);
-      settings.keepMembers(item, "columnPermissions." + column.text("name"), column, Set.of("name"));
+    for (Json column : definition.elements("columnPermissions")) {
+      String permission = column.written("metadataPermission");
+      names.relateColumn(Kinds.Relation.secures, item, name, column.written("name"), permission);
+      settings.keepMembers(item, "columnPermissions." + column.written("name"), column, Set.of("name"));
     }
     settings.keepAll(item, definition, PERMISSION_PLACED);
   }

@@ -1,7 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxLineage;
-import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Details;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
@@ -39,7 +38,7 @@ final class TableDetails {
     expressions = tables.expressions();
   }
 
-  void importTables() throws ImportException {
+  void importTables() {
     for (TableImport.Made table : tables.tables) importCalendars(table);
     PartitionDetails partitions = new PartitionDetails(details, names, settings, tables);
     CalculationDetails calculations = new CalculationDetails(details, settings, tables, cube);
@@ -49,18 +48,18 @@ final class TableDetails {
       partitions.importPartitions(table);
       calculations.importGroup(table);
       ModelObject dimension = table.dimension();
-      relateRows(dimension, table.definition().object("defaultDetailRowsDefinition"), table);
+      relateRows(dimension, table.definition().part("defaultDetailRowsDefinition"), table);
       settings.keepParts(dimension, table.definition(), TABLE_PLACED);
     }
     for (CubeImport.Computed one : cube.computed)
       if (one.definition() != null) importMeasure(one);
   }
 
-  private void importColumns(TableImport.Made table) throws ImportException {
+  private void importColumns(TableImport.Made table) {
     List<ModelObject> attributes = table.dimension().parts(ModelObject.Role.features);
     int place = 0;
-    for (Json column : table.definition().objects("columns")) {
-      if (column.text("type").equals("rowNumber")) {
+    for (Json column : table.definition().elements("columns")) {
+      if (column.written("type").equals("rowNumber")) {
         details.passOver(Kinds.Passed.rowNumbers, 1);
         continue;
       }
@@ -68,79 +67,78 @@ final class TableDetails {
     }
   }
 
-  private void importColumn(TableImport.Made table, Json definition, ModelObject attribute)
-      throws ImportException {
-    String home = table.definition().text("name");
+  private void importColumn(TableImport.Made table, Json definition, ModelObject attribute) {
+    String home = table.definition().written("name");
     if (definition.has("sortByColumn"))
-      names.relateColumn(Kinds.Relation.order, attribute, home, definition.text("sortByColumn"), "");
-    Json related = definition.object("relatedColumnDetails");
-    for (Json group : related.objects("groupByColumns"))
-      names.relateColumn(Kinds.Relation.group, attribute, home, group.text("groupingColumn"), "");
-    importAlternate(definition.object("alternateOf"), attribute);
-    for (Json variation : definition.objects("variations")) importVariation(variation, attribute);
+      names.relateColumn(Kinds.Relation.order, attribute, home, definition.written("sortByColumn"), "");
+    Json related = definition.part("relatedColumnDetails");
+    for (Json group : related.elements("groupByColumns"))
+      names.relateColumn(Kinds.Relation.group, attribute, home, group.written("groupingColumn"), "");
+    importAlternate(definition.part("alternateOf"), attribute);
+    for (Json variation : definition.elements("variations")) importVariation(variation, attribute);
     settings.keepParts(attribute, definition, COLUMN_PLACED);
     settings.keepMembers(attribute, "relatedColumnDetails", related, Set.of("groupByColumns"));
   }
 
   /** A column of a table that holds what another adds up to. */
-  private void importAlternate(Json definition, ModelObject attribute) throws ImportException {
-    Json base = definition.object("baseColumn");
-    String summarization = definition.text("summarization");
+  private void importAlternate(Json definition, ModelObject attribute) {
+    Json base = definition.part("baseColumn");
+    String summarization = definition.written("summarization");
     if (base.has("column"))
       names.relateColumn(
-          Kinds.Relation.basis, attribute, base.text("table"), base.text("column"), summarization);
+          Kinds.Relation.basis, attribute, base.written("table"), base.written("column"), summarization);
     else if (definition.has("baseTable"))
-      names.relateTable(Kinds.Relation.basis, attribute, definition.text("baseTable"), summarization);
+      names.relateTable(Kinds.Relation.basis, attribute, definition.written("baseTable"), summarization);
     settings.keepMembers(attribute, "alternateOf", definition, Set.of("baseColumn", "baseTable"));
   }
 
-  private void importVariation(Json definition, ModelObject attribute) throws ImportException {
-    Subject item = details.add(Kinds.Item.other, attribute, definition.text("name"));
+  private void importVariation(Json definition, ModelObject attribute) {
+    Subject item = details.add(Kinds.Item.other, attribute, definition.written("name"));
     details.set(item, DetailSettings.LIST, "variations");
-    String relationship = definition.text("relationship");
+    String relationship = definition.written("relationship");
     Subject followed = names.relationship(relationship);
     if (followed != null)
       details.relate(Kinds.Relation.follows, followed, item);
     else if (!relationship.isEmpty())
       names.addMissing(item, relationship, "relationship");
-    Json hierarchy = definition.object("defaultHierarchy");
-    ModelObject shown = names.hierarchy(hierarchy.text("table"), hierarchy.text("hierarchy"));
+    Json hierarchy = definition.part("defaultHierarchy");
+    ModelObject shown = names.hierarchy(hierarchy.written("table"), hierarchy.written("hierarchy"));
     if (shown != null)
       details.relate(Kinds.Relation.basis, shown, item);
     else if (hierarchy.has("hierarchy"))
       names.addMissing(
-          item, DetailNames.written(hierarchy.text("table"), hierarchy.text("hierarchy")), "hierarchy");
-    Json column = definition.object("defaultColumn");
+          item, DetailNames.written(hierarchy.written("table"), hierarchy.written("hierarchy")), "hierarchy");
+    Json column = definition.part("defaultColumn");
     if (column.has("column"))
-      names.relateColumn(Kinds.Relation.basis, item, column.text("table"), column.text("column"), "");
+      names.relateColumn(Kinds.Relation.basis, item, column.written("table"), column.written("column"), "");
     settings.keepAll(item, definition, VARIATION_PLACED);
   }
 
-  private void importHierarchies(TableImport.Made table) throws ImportException {
+  private void importHierarchies(TableImport.Made table) {
     List<ModelObject> hierarchies = table.dimension().parts(ModelObject.Role.hierarchies);
-    List<Json> definitions = table.definition().objects("hierarchies");
+    List<Json> definitions = table.definition().elements("hierarchies");
     for (int i = 0; i < definitions.size(); ++i) {
       settings.keepParts(hierarchies.get(i), definitions.get(i), Set.of("levels"));
-      for (Json level : definitions.get(i).objects("levels")) {
-        ModelObject place = names.level(hierarchies.get(i), level.text("name"));
-        if (names.column(table.definition().text("name"), level.text("column")) == null)
+      for (Json level : definitions.get(i).elements("levels")) {
+        ModelObject place = names.level(hierarchies.get(i), level.written("name"));
+        if (names.column(table.definition().written("name"), level.written("column")) == null)
           names.addOpenName(
-              place, DetailNames.written(table.definition().text("name"), level.text("column")));
+              place, DetailNames.written(table.definition().written("name"), level.written("column")));
         settings.keepParts(place, level, Set.of());
       }
     }
   }
 
   /** Columns of the table stand for the parts of a calendar. */
-  private void importCalendars(TableImport.Made table) throws ImportException {
-    String home = table.definition().text("name");
-    for (Json calendar : table.definition().objects("calendars")) {
-      Subject item = details.add(Kinds.Item.calendar, table.dimension(), calendar.text("name"));
-      expressions.addCalendar(calendar.text("name"), item);
-      for (Json group : calendar.objects("calendarColumnGroups")) {
-        String unit = group.text("timeUnit");
+  private void importCalendars(TableImport.Made table) {
+    String home = table.definition().written("name");
+    for (Json calendar : table.definition().elements("calendars")) {
+      Subject item = details.add(Kinds.Item.calendar, table.dimension(), calendar.written("name"));
+      expressions.addCalendar(calendar.written("name"), item);
+      for (Json group : calendar.elements("calendarColumnGroups")) {
+        String unit = group.written("timeUnit");
         if (group.has("primaryColumn"))
-          names.relateColumn(Kinds.Relation.basis, item, home, group.text("primaryColumn"), unit);
+          names.relateColumn(Kinds.Relation.basis, item, home, group.written("primaryColumn"), unit);
         for (String list : List.of("associatedColumns", "columns")) {
           if (group.get(list).kind != Json.Kind.ARRAY) continue;
           for (Json column : group.get(list).values)
@@ -151,24 +149,23 @@ final class TableDetails {
     }
   }
 
-  private void importMeasure(CubeImport.Computed one) throws ImportException {
+  private void importMeasure(CubeImport.Computed one) {
     Json definition = one.definition();
-    Json format = definition.object("formatStringDefinition");
+    Json format = definition.part("formatStringDefinition");
     if (format.has(EXPRESSION)) {
-      DaxLineage lineage = tables.resolver.resolveMeasure(format.text(EXPRESSION), one.table().names());
+      DaxLineage lineage = tables.resolver.resolveMeasure(format.written(EXPRESSION), one.table().names());
       expressions.relate(lineage, Kinds.Relation.formats, one.measure(), one.table().dimension().name());
     }
     settings.keepMembers(one.measure(), "formatStringDefinition", format, Set.of());
-    relateRows(one.measure(), definition.object("detailRowsDefinition"), one.table());
+    relateRows(one.measure(), definition.part("detailRowsDefinition"), one.table());
     settings.keepMembers(
-        one.measure(), "detailRowsDefinition", definition.object("detailRowsDefinition"), Set.of());
+        one.measure(), "detailRowsDefinition", definition.part("detailRowsDefinition"), Set.of());
     settings.keepParts(one.isMeasure() ? one.measure() : one.measure().owner, definition, MEASURE_PLACED);
   }
 
-  private void relateRows(ModelObject subject, Json definition, TableImport.Made table)
-      throws ImportException {
+  private void relateRows(ModelObject subject, Json definition, TableImport.Made table) {
     if (!definition.has(EXPRESSION)) return;
-    DaxLineage lineage = tables.resolver.resolveMeasure(definition.text(EXPRESSION), table.names());
+    DaxLineage lineage = tables.resolver.resolveMeasure(definition.written(EXPRESSION), table.names());
     expressions.relate(lineage, Kinds.Relation.detailRows, subject, table.dimension().name());
   }
 }

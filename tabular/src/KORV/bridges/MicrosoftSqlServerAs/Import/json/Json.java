@@ -98,6 +98,29 @@ public final class Json {
     return value.kind == Kind.OBJECT ? value.expect(Kind.STRING, name).text : value.text;
   }
 
+  /** The same as object(), objects() and text() for who takes what has another type as absent. */
+  public Json part(String name) {
+    Json value = get(name);
+    return value.kind == Kind.OBJECT ? value : new Json(Kind.OBJECT, "", line, column);
+  }
+
+  public List<Json> elements(String name) {
+    Json array = get(name);
+    if (array.kind != Kind.ARRAY) return List.of();
+    return array.values.stream().filter(value -> value.kind == Kind.OBJECT).toList();
+  }
+
+  public String written(String name) {
+    Json value = get(name);
+    if (value.isLines()) return String.join("\n", value.values.stream().map(line -> line.text).toList());
+    return value.text;
+  }
+
+  /** Whether the value is an array of texts, as expressions are written. */
+  public boolean isLines() {
+    return kind == Kind.ARRAY && values.stream().allMatch(line -> line.kind == Kind.STRING);
+  }
+
   public boolean flag(String name) throws ImportException { return text(name).equals("true"); }
 
   Json expect(Kind wanted, String name) throws ImportException {
