@@ -23,7 +23,7 @@ faults=$(
     done
   done <<'END'
 Item kinds.cpp ObjectKinds \{
-Relation kinds.cpp RelationKinds \{
+RelationKind kinds.cpp RelationKinds \{
 Passed passed_over.cpp Rows \{
 State details.cpp OpenNameStates
 END

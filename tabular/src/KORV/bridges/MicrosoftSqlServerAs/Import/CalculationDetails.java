@@ -41,13 +41,13 @@ final class CalculationDetails {
   private void importItem(TableImport.Made table, Json definition, String name) {
     String text = definition.written(EXPRESSION);
     Subject item = details.add(Kinds.Item.calculationItem, table.dimension(), name, text, "dax");
-    relate(table, text, Kinds.Relation.computed, item);
-    relate(table, definition.part(FORMAT).written(EXPRESSION), Kinds.Relation.formats, item);
-    details.relate(Kinds.Relation.applied, item, everyMeasure());
+    relate(table, text, Kinds.RelationKind.computed, item);
+    relate(table, definition.part(FORMAT).written(EXPRESSION), Kinds.RelationKind.formats, item);
+    details.relate(Kinds.RelationKind.applied, item, everyMeasure());
     settings.keepAll(item, definition, Set.of("name", EXPRESSION));
   }
 
-  private void relate(TableImport.Made table, String text, Kinds.Relation kind, Subject item) {
+  private void relate(TableImport.Made table, String text, Kinds.RelationKind kind, Subject item) {
     if (text.isEmpty()) return;
     DaxLineage lineage = tables.resolver.resolveMeasure(text, table.names());
     tables.expressions().relate(lineage, kind, item, null);
@@ -58,7 +58,7 @@ final class CalculationDetails {
     if (everyMeasure != null) return everyMeasure;
     everyMeasure = details.add(Kinds.Item.everyMeasure, cube.cube(), "");
     for (CubeImport.Computed one : cube.computed)
-      if (one.isMeasure()) details.relate(Kinds.Relation.applied, everyMeasure, one.measure());
+      if (one.isMeasure()) details.relate(Kinds.RelationKind.applied, everyMeasure, one.measure());
     return everyMeasure;
   }
 }

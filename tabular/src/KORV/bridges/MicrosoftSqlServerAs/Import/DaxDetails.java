@@ -48,24 +48,24 @@ final class DaxDetails {
 
   void relateNoted() {
     for (Noted one : noted)
-      relateCalls(one.lineage, Kinds.Relation.computed, one.object, one.object.owner.name());
+      relateCalls(one.lineage, Kinds.RelationKind.computed, one.object, one.object.owner.name());
   }
 
   /** All that an expression names which the model does not have; `home` is its table, or null. */
-  void relate(DaxLineage lineage, Kinds.Relation kind, Subject subject, String home) {
-    boolean gives = kind == Kinds.Relation.computed;
+  void relate(DaxLineage lineage, Kinds.RelationKind kind, Subject subject, String home) {
+    boolean gives = kind == Kinds.RelationKind.computed;
     for (ModelObject feature : lineage.features) details.relate(kind, feature, subject);
     for (ModelObject table : lineage.tables) {
       boolean counts = gives && lineage.counted.contains(table);
-      details.relate(counts ? Kinds.Relation.counted
-              : gives       ? Kinds.Relation.condition
+      details.relate(counts ? Kinds.RelationKind.counted
+              : gives       ? Kinds.RelationKind.condition
                             : kind,
           table, subject);
     }
     relateCalls(lineage, kind, subject, home);
   }
 
-  private void relateCalls(DaxLineage lineage, Kinds.Relation kind, Subject subject, String home) {
+  private void relateCalls(DaxLineage lineage, Kinds.RelationKind kind, Subject subject, String home) {
     for (DaxLineage.Join join : lineage.joins) relateJoin(join, subject);
     for (String name : lineage.functions) {
       Subject function = functions.get(Names.fold(name));
@@ -73,7 +73,7 @@ final class DaxDetails {
     }
     for (String name : lineage.calendars) {
       Subject calendar = calendars.get(Names.fold(name));
-      if (calendar != null) details.relate(Kinds.Relation.mentions, calendar, subject);
+      if (calendar != null) details.relate(Kinds.RelationKind.mentions, calendar, subject);
     }
     for (String name : lineage.unknownFunctions)
       details.addOpenName(subject, name, Kinds.State.beyond, "function");
@@ -83,7 +83,7 @@ final class DaxDetails {
   private void relateJoin(DaxLineage.Join join, Subject subject) {
     List<Subject> found = new ArrayList<>(relationships.getOrDefault(join, List.of()));
     found.addAll(relationships.getOrDefault(new DaxLineage.Join(join.to(), join.from()), List.of()));
-    for (Subject relationship : found) details.relate(Kinds.Relation.follows, relationship, subject);
+    for (Subject relationship : found) details.relate(Kinds.RelationKind.follows, relationship, subject);
     if (!found.isEmpty()) return;
     String name = OpenNames.written(join.from()) + ", " + OpenNames.written(join.to());
     details.addOpenName(subject, name, Kinds.State.mistake, "no relationship joins them");

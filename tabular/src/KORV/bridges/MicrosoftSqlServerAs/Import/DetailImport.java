@@ -76,7 +76,8 @@ final class DetailImport {
 
   private void importFunction(Json definition) {
     String name = definition.written("name");
-    Subject item = details.add(Kinds.Item.function, cube.cube(), name, definition.written("expression"), "dax");
+    Subject item =
+        details.add(Kinds.Item.function, cube.cube(), name, definition.written("expression"), "dax");
     expressions.addFunction(name, item);
     settings.keepAll(item, definition, ITEM_PLACED);
   }
@@ -84,7 +85,7 @@ final class DetailImport {
   private void relateFunction(Json definition) {
     Subject item = expressions.function(definition.written("name"));
     DaxLineage lineage = tables.resolver.resolveFunction(definition.written("expression"));
-    expressions.relate(lineage, Kinds.Relation.computed, item, null);
+    expressions.relate(lineage, Kinds.RelationKind.computed, item, null);
   }
 
   private void importRelationship(Json definition) {
@@ -92,10 +93,10 @@ final class DetailImport {
     String from = DetailNames.written(definition.written("fromTable"), definition.written("fromColumn"));
     String to = DetailNames.written(definition.written("toTable"), definition.written("toColumn"));
     Subject item = details.add(Kinds.Item.relationship, cube.cube(), name, from + " -> " + to, "");
-    ModelObject one = names.relateColumn(
-        Kinds.Relation.joins, item, definition.written("fromTable"), definition.written("fromColumn"), "from");
+    ModelObject one = names.relateColumn(Kinds.RelationKind.joins, item, definition.written("fromTable"),
+        definition.written("fromColumn"), "from");
     ModelObject other = names.relateColumn(
-        Kinds.Relation.joins, item, definition.written("toTable"), definition.written("toColumn"), "to");
+        Kinds.RelationKind.joins, item, definition.written("toTable"), definition.written("toColumn"), "to");
     names.addRelationship(name, item);
     if (one != null && other != null) expressions.addRelationship(one, other, item);
     settings.keepAll(item, definition, RELATIONSHIP_PLACED);
@@ -109,8 +110,8 @@ final class DetailImport {
         names.relateMember(names.aliasOf(name, column.written("name")), perspective,
             DetailNames.written(name, column.written("name")));
       for (Json measure : table.elements("measures"))
-        names.relateMember(
-            names.copyOf(measure.written("name")), perspective, DetailNames.written("", measure.written("name")));
+        names.relateMember(names.copyOf(measure.written("name")), perspective,
+            DetailNames.written("", measure.written("name")));
       for (Json hierarchy : table.elements("hierarchies"))
         names.relateMember(names.hierarchy(name, hierarchy.written("name")), perspective,
             DetailNames.written(name, hierarchy.written("name")));

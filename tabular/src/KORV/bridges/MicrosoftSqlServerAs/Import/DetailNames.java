@@ -101,12 +101,13 @@ final class DetailNames {
     if (listed == null) {
       open.add(perspective, written, null);
     } else {
-      details.relate(Kinds.Relation.member, listed, perspective);
+      details.relate(Kinds.RelationKind.member, listed, perspective);
     }
   }
 
   /** Gives the column that `subject` names; null when there is none, which is told of. */
-  ModelObject relateColumn(Kinds.Relation kind, Subject subject, String table, String column, String text) {
+  ModelObject relateColumn(
+      Kinds.RelationKind kind, Subject subject, String table, String column, String text) {
     ModelObject found = column(table, column);
     if (found == null) {
       open.add(subject, written(table, column), null);
@@ -116,7 +117,7 @@ final class DetailNames {
     return found;
   }
 
-  void relateTable(Kinds.Relation kind, Subject subject, String table, String text) {
+  void relateTable(Kinds.RelationKind kind, Subject subject, String table, String text) {
     ModelObject found = table(table);
     if (found == null) {
       open.add(subject, written(table), null);
@@ -131,7 +132,7 @@ final class DetailNames {
       Subject named = shared.get(name);
       if (named == null && tables.isQuery(name)) named = table(name);
       if (named == null) named = dataSources.get(name);
-      if (named != null && named != reader) details.relate(Kinds.Relation.reads, named, reader);
+      if (named != null && named != reader) details.relate(Kinds.RelationKind.reads, named, reader);
     }
   }
 

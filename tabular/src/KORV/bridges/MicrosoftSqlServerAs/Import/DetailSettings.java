@@ -93,7 +93,7 @@ final class DetailSettings {
   /** A text, a number, a flag, or lines of text. */
   private static String textOf(Json value) {
     return value.isLines() ? String.join("\n", value.values.stream().map(line -> line.text).toList())
-                          : value.display();
+                           : value.display();
   }
 
   /** A value that says nothing is none. */

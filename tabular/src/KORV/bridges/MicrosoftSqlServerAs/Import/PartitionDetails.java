@@ -38,8 +38,9 @@ final class PartitionDetails {
     String language = type.equals("m") ? "m" : isQuery ? "sql" : "dax";
     Subject item =
         details.add(Kinds.Item.partition, table.dimension(), definition.written("name"), text, language);
-    details.relate(Kinds.Relation.fills, item, table.dimension());
-    for (ModelObject read : tables.readingOf(definition)) details.relate(Kinds.Relation.reads, read, item);
+    details.relate(Kinds.RelationKind.fills, item, table.dimension());
+    for (ModelObject read : tables.readingOf(definition))
+      details.relate(Kinds.RelationKind.reads, read, item);
     if (type.equals("m")) names.relateQuery(text, item);
     if (type.equals("calculated")) relateCalculated(text, item);
     relateSource(source, item);
@@ -50,21 +51,21 @@ final class PartitionDetails {
   /** What a calculated table is made of: its partition reads it as that of others reads the database. */
   private void relateCalculated(String text, Subject item) {
     DaxLineage lineage = tables.resolver.resolveMeasure(text, null);
-    for (ModelObject feature : lineage.features) details.relate(Kinds.Relation.reads, feature, item);
-    for (ModelObject named : lineage.tables) details.relate(Kinds.Relation.reads, named, item);
+    for (ModelObject feature : lineage.features) details.relate(Kinds.RelationKind.reads, feature, item);
+    for (ModelObject named : lineage.tables) details.relate(Kinds.RelationKind.reads, named, item);
   }
 
   private void relateSource(Json source, Subject item) {
     String dataSource = source.written("dataSource");
     Subject connection = names.dataSource(dataSource);
     if (connection != null)
-      details.relate(Kinds.Relation.connects, connection, item);
+      details.relate(Kinds.RelationKind.connects, connection, item);
     else if (!dataSource.isEmpty())
       names.addMissing(item, dataSource, "data source");
     String shared = source.written("expressionSource");
     Subject read = names.shared(shared);
     if (read != null)
-      details.relate(Kinds.Relation.reads, read, item);
+      details.relate(Kinds.RelationKind.reads, read, item);
     else if (!shared.isEmpty())
       names.addMissing(item, shared, "expression");
   }
@@ -73,8 +74,9 @@ final class PartitionDetails {
     Json definition = table.definition().part("refreshPolicy");
     String text = definition.written("sourceExpression");
     Subject item = details.add(Kinds.Item.refreshPolicy, table.dimension(), "Refresh policy", text, "m");
-    details.relate(Kinds.Relation.refreshes, item, table.dimension());
-    for (ModelObject read : tables.readingOf(definition)) details.relate(Kinds.Relation.reads, read, item);
+    details.relate(Kinds.RelationKind.refreshes, item, table.dimension());
+    for (ModelObject read : tables.readingOf(definition))
+      details.relate(Kinds.RelationKind.reads, read, item);
     names.relateQuery(text, item);
     names.relateQuery(definition.written("pollingExpression"), item);
     settings.keepAll(item, definition, Set.of("sourceExpression"));

@@ -47,15 +47,15 @@ final class RoleDetails {
     String name = definition.written("name");
     String filter = definition.written("filterExpression");
     Subject item = details.add(Kinds.Item.permission, role, name, filter, "dax");
-    details.relate(Kinds.Relation.belongs, item, role);
-    names.relateTable(Kinds.Relation.secures, item, name, "");
+    details.relate(Kinds.RelationKind.belongs, item, role);
+    names.relateTable(Kinds.RelationKind.secures, item, name, "");
     if (!filter.isEmpty()) {
       DaxLineage lineage = tables.resolver.resolveColumn(filter, tables.resolver.findTable(name));
-      tables.expressions().relate(lineage, Kinds.Relation.filters, item, name);
+      tables.expressions().relate(lineage, Kinds.RelationKind.filters, item, name);
     }
     for (Json column : definition.elements("columnPermissions")) {
       String permission = column.written("metadataPermission");
-      names.relateColumn(Kinds.Relation.secures, item, name, column.written("name"), permission);
+      names.relateColumn(Kinds.RelationKind.secures, item, name, column.written("name"), permission);
       settings.keepMembers(item, "columnPermissions." + column.written("name"), column, Set.of("name"));
     }
     settings.keepAll(item, definition, PERMISSION_PLACED);

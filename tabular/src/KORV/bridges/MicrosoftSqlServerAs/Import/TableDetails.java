@@ -70,10 +70,10 @@ final class TableDetails {
   private void importColumn(TableImport.Made table, Json definition, ModelObject attribute) {
     String home = table.definition().written("name");
     if (definition.has("sortByColumn"))
-      names.relateColumn(Kinds.Relation.order, attribute, home, definition.written("sortByColumn"), "");
+      names.relateColumn(Kinds.RelationKind.order, attribute, home, definition.written("sortByColumn"), "");
     Json related = definition.part("relatedColumnDetails");
     for (Json group : related.elements("groupByColumns"))
-      names.relateColumn(Kinds.Relation.group, attribute, home, group.written("groupingColumn"), "");
+      names.relateColumn(Kinds.RelationKind.group, attribute, home, group.written("groupingColumn"), "");
     importAlternate(definition.part("alternateOf"), attribute);
     for (Json variation : definition.elements("variations")) importVariation(variation, attribute);
     settings.keepParts(attribute, definition, COLUMN_PLACED);
@@ -86,9 +86,9 @@ final class TableDetails {
     String summarization = definition.written("summarization");
     if (base.has("column"))
       names.relateColumn(
-          Kinds.Relation.basis, attribute, base.written("table"), base.written("column"), summarization);
+          Kinds.RelationKind.basis, attribute, base.written("table"), base.written("column"), summarization);
     else if (definition.has("baseTable"))
-      names.relateTable(Kinds.Relation.basis, attribute, definition.written("baseTable"), summarization);
+      names.relateTable(Kinds.RelationKind.basis, attribute, definition.written("baseTable"), summarization);
     settings.keepMembers(attribute, "alternateOf", definition, Set.of("baseColumn", "baseTable"));
   }
 
@@ -98,19 +98,20 @@ final class TableDetails {
     String relationship = definition.written("relationship");
     Subject followed = names.relationship(relationship);
     if (followed != null)
-      details.relate(Kinds.Relation.follows, followed, item);
+      details.relate(Kinds.RelationKind.follows, followed, item);
     else if (!relationship.isEmpty())
       names.addMissing(item, relationship, "relationship");
     Json hierarchy = definition.part("defaultHierarchy");
     ModelObject shown = names.hierarchy(hierarchy.written("table"), hierarchy.written("hierarchy"));
     if (shown != null)
-      details.relate(Kinds.Relation.basis, shown, item);
+      details.relate(Kinds.RelationKind.basis, shown, item);
     else if (hierarchy.has("hierarchy"))
       names.addMissing(
           item, DetailNames.written(hierarchy.written("table"), hierarchy.written("hierarchy")), "hierarchy");
     Json column = definition.part("defaultColumn");
     if (column.has("column"))
-      names.relateColumn(Kinds.Relation.basis, item, column.written("table"), column.written("column"), "");
+      names.relateColumn(
+          Kinds.RelationKind.basis, item, column.written("table"), column.written("column"), "");
     settings.keepAll(item, definition, VARIATION_PLACED);
   }
 
@@ -138,11 +139,11 @@ final class TableDetails {
       for (Json group : calendar.elements("calendarColumnGroups")) {
         String unit = group.written("timeUnit");
         if (group.has("primaryColumn"))
-          names.relateColumn(Kinds.Relation.basis, item, home, group.written("primaryColumn"), unit);
+          names.relateColumn(Kinds.RelationKind.basis, item, home, group.written("primaryColumn"), unit);
         for (String list : List.of("associatedColumns", "columns")) {
           if (group.get(list).kind != Json.Kind.ARRAY) continue;
           for (Json column : group.get(list).values)
-            names.relateColumn(Kinds.Relation.basis, item, home, column.text, unit);
+            names.relateColumn(Kinds.RelationKind.basis, item, home, column.text, unit);
         }
       }
       settings.keepAll(item, calendar, Set.of("name"));
@@ -154,7 +155,7 @@ final class TableDetails {
     Json format = definition.part("formatStringDefinition");
     if (format.has(EXPRESSION)) {
       DaxLineage lineage = tables.resolver.resolveMeasure(format.written(EXPRESSION), one.table().names());
-      expressions.relate(lineage, Kinds.Relation.formats, one.measure(), one.table().dimension().name());
+      expressions.relate(lineage, Kinds.RelationKind.formats, one.measure(), one.table().dimension().name());
     }
     settings.keepMembers(one.measure(), "formatStringDefinition", format, Set.of());
     relateRows(one.measure(), definition.part("detailRowsDefinition"), one.table());
@@ -166,6 +167,6 @@ final class TableDetails {
   private void relateRows(ModelObject subject, Json definition, TableImport.Made table) {
     if (!definition.has(EXPRESSION)) return;
     DaxLineage lineage = tables.resolver.resolveMeasure(definition.written(EXPRESSION), table.names());
-    expressions.relate(lineage, Kinds.Relation.detailRows, subject, table.dimension().name());
+    expressions.relate(lineage, Kinds.RelationKind.detailRows, subject, table.dimension().name());
   }
 }

@@ -323,9 +323,11 @@ final class DaxEvaluator implements DaxCall.Evaluation {
 
   /** A column that is named, or that a parameter is given; null for anything else. */
   private ModelObject joinedColumn(DaxNode node, DaxContext context) {
-    for (DaxContext.Argument given = argument(node, context); given != null; given = argument(node, context)) {
+    DaxContext.Argument given = argument(node, context);
+    while (given != null) {
       node = given.node();
       context = given.context();
+      given = argument(node, context);
     }
     DaxContext.Value local = local(node, context);
     if (local != null) return local.column() == null ? null : local.column().sources().object();

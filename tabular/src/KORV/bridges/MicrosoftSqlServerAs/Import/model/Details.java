@@ -28,14 +28,14 @@ public final class Details {
   }
 
   /** From what is named to what names it. */
-  record Relation(Kinds.Relation kind, Subject from, Subject to, String text) {}
+  record Related(Kinds.RelationKind kind, Subject from, Subject to, String text) {}
 
   record Setting(String name, String value) {}
 
   record OpenName(Subject subject, String name, Kinds.State state, String note) {}
 
   final List<Item> items = new ArrayList<>();
-  final Set<Relation> relations = new LinkedHashSet<>();
+  final Set<Related> relations = new LinkedHashSet<>();
   final Map<Subject, List<Setting>> settings = new LinkedHashMap<>();
   final Set<OpenName> openNames = new LinkedHashSet<>();
   final Map<Kinds.Passed, Integer> passed = new EnumMap<>(Kinds.Passed.class);
@@ -49,10 +49,10 @@ public final class Details {
     return item;
   }
 
-  public void relate(Kinds.Relation kind, Subject from, Subject to) { relate(kind, from, to, ""); }
+  public void relate(Kinds.RelationKind kind, Subject from, Subject to) { relate(kind, from, to, ""); }
 
-  public void relate(Kinds.Relation kind, Subject from, Subject to, String text) {
-    relations.add(new Relation(kind, from, to, text));
+  public void relate(Kinds.RelationKind kind, Subject from, Subject to, String text) {
+    relations.add(new Related(kind, from, to, text));
   }
 
   public void set(Subject subject, String name, String value) {

@@ -32,7 +32,7 @@ final class DetailsWriter {
     out.write("  <TAVDetailsContent elementType=\"" + ELEMENT_TYPE + "\">\n   <items>\n");
     for (Details.Item item : details.items) writeItem(item);
     out.write("   </items>\n   <relations>\n");
-    for (Details.Relation relation : details.relations) writeRelation(relation);
+    for (Details.Related relation : details.relations) writeRelation(relation);
     out.write("   </relations>\n   <settings>\n");
     for (Map.Entry<Subject, List<Details.Setting>> one : details.settings.entrySet())
       writeSettings(one.getKey(), one.getValue());
@@ -53,7 +53,7 @@ final class DetailsWriter {
     out.write("/>\n");
   }
 
-  private void writeRelation(Details.Relation relation) throws IOException {
+  private void writeRelation(Details.Related relation) throws IOException {
     out.write(
         "    <" + relation.kind() + " from=\"" + relation.from().id + "\" to=\"" + relation.to().id + "\"");
     optional("text", relation.text());

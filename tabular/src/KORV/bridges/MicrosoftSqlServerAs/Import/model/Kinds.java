@@ -20,7 +20,7 @@ public final class Kinds {
     other
   }
 
-  public enum Relation {
+  public enum RelationKind {
     computed,
     condition,
     member,
