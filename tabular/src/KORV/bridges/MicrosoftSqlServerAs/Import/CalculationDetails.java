@@ -56,7 +56,7 @@ final class CalculationDetails {
   /** Stands between the items and the measures, whose numbers would multiply otherwise. */
   private Subject everyMeasure() {
     if (everyMeasure != null) return everyMeasure;
-    everyMeasure = details.add(Kinds.Item.everyMeasure, cube.cube(), "");
+    everyMeasure = details.add(Kinds.Item.everyMeasure, cube.cube(), "Measures");
     for (CubeImport.Computed one : cube.computed)
       if (one.isMeasure()) details.relate(Kinds.RelationKind.applied, everyMeasure, one.measure());
     return everyMeasure;

@@ -47,7 +47,7 @@ final class RoleDetails {
     String name = definition.written("name");
     String filter = definition.written("filterExpression");
     Subject item = details.add(Kinds.Item.permission, role, name, filter, "dax");
-    details.relate(Kinds.RelationKind.belongs, item, role);
+    details.relate(Kinds.RelationKind.belongs, role, item);
     names.relateTable(Kinds.RelationKind.secures, item, name, "");
     if (!filter.isEmpty()) {
       DaxLineage lineage = tables.resolver.resolveColumn(filter, tables.resolver.findTable(name));
