@@ -25,7 +25,7 @@ constexpr std::array kCube{
               RelationKind::direct),
     expression("Dimensions/Dimension/Attributes/Attribute/DefaultMember", RelationKind::filters),
     item("Dimensions/Dimension/Hierarchies/Hierarchy", ObjectKind::cubeHierarchy),
-    reference("Dimensions/Dimension/Hierarchies/Hierarchy/HierarchyID", IdSpace::hierarchy,
+    reference("Dimensions/Dimension/Hierarchies/Hierarchy/HierarchyID", IdSpace::originalHierarchy,
               RelationKind::basis),
 
     item("Perspectives/Perspective", ObjectKind::perspective, IdSpace::perspective),
@@ -63,7 +63,8 @@ constexpr std::array kCube{
     reference("Kpis/Kpi/ParentKpiID", IdSpace::kpi, RelationKind::parent),
 
     item("Actions/Action", ObjectKind::action, IdSpace::action),
-    expression("Actions/Action/Target", RelationKind::offered),
+    ElementRule{"Actions/Action/Target", Reading::target, IdSpace::measureGroupName, ObjectKind::other,
+                RelationKind::offered},
     expression("Actions/Action/Condition", RelationKind::condition),
     expression("Actions/Action/Expression", RelationKind::computed),
     expression("Actions/Action/Path", RelationKind::computed),
@@ -74,6 +75,7 @@ constexpr std::array kCube{
     reference("Actions/Action/Columns/Column/AttributeID", IdSpace::attribute, RelationKind::drills),
     reference("Actions/Action/Columns/Column/MeasureID", IdSpace::measure, RelationKind::drills),
 
+    item("CubePermissions/CubePermission", ObjectKind::permission, IdSpace::none, RelationKind::secures),
     reference("CubePermissions/CubePermission/DimensionPermissions/DimensionPermission/CubeDimensionID",
               IdSpace::cubeDimension, RelationKind::secures),
     read("CubePermissions/CubePermission/CellPermissions/CellPermission", Reading::part),
@@ -130,6 +132,7 @@ constexpr std::array kMeasureGroup{
     item("Partitions/Partition", ObjectKind::partition, IdSpace::none, RelationKind::fills),
     columns("Partitions/Partition/Source", RelationKind::reads, Reading::part),
     read("Partitions/Partition/Source/QueryDefinition", Reading::query),
+    read("Partitions/Partition/Source/DbTableName", Reading::table),
     reference("Partitions/Partition/AggregationDesignID", IdSpace::aggregationDesign,
               RelationKind::associated),
     expression("Partitions/Partition/Slice", RelationKind::filters),

@@ -22,12 +22,14 @@ enum class IdSpace : std::uint8_t {
   dataSource,
   view,
   dimension,
-  attribute,     ///< of a dimension; of a cube's, where a dimension of a cube is spoken of
-  hierarchy,     ///< the same
-  relationship,  ///< of a dimension
+  attribute,          ///< of a dimension; of a cube's, where a dimension of a cube is spoken of
+  hierarchy,          ///< the same
+  originalHierarchy,  ///< the hierarchy of the dimension that a cube shows
+  relationship,       ///< of a dimension
   cube,
   cubeDimension,      ///< of a cube
   measureGroup,       ///< of a cube
+  measureGroupName,   ///< the same by its name
   measure,            ///< of a measure group, else of a cube
   aggregationDesign,  ///< of a measure group
   kpi,                ///< of a cube
@@ -50,8 +52,11 @@ enum class Reading : std::uint8_t {
   reference,      ///< the ID of something
   expression,     ///< an MDX expression, and a setting
   query,          ///< an SQL query, the text of its item
-  text,           ///< the text of its item
+  table,          ///< a table of the database, with what stands beside it
+  target,         ///< an expression that may call a measure group by its name
   known,          ///< the model has it, or the row around it reads it
+  connection,     ///< a setting of what no connection of the model will show
+  relatedName,    ///< a setting, unless it is the name of the attribute beside it
   annotation,     ///< what a designer or another tool keeps
   calculation,    ///< says more of what an MDX script defines
   passedOver,

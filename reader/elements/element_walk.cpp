@@ -205,10 +205,27 @@ class ElementWalk {
         details_.setText(parent.item, value, "sql");
         queries_.add(parent.item, value, parent.element->getFirstElementValue("DataSourceID"));
         break;
+      case Reading::connection:
+        if (!isShownConnection(parent)) settings_.set(parent.item, tag, value);
+        break;
+      case Reading::table:
+        queries_.addTable(parent.item, *parent.element);
+        settings_.set(parent.item, tag, value);
+        break;
+      case Reading::target:
+        addTarget(parent, rule, value);
+        settings_.set(parent.item, tag, value);
+        break;
+      case Reading::relatedName:
+        if (nameOfAttribute(parent.element->getFirstElementValue(kAttributeId)) == value) break;
+        settings_.set(parent.item, tag, value);
+        break;
       case Reading::expression:
         if (!value.empty()) addExpression(parent, value, rule.relation);
         [[fallthrough]];
       default:
+        // The ID of what is called by it already.
+        if (tag == kId && parent.label && parent.label->getValue() == value) break;
         settings_.set(parent.item, tag, firstOf(value, typeOf(element)));
     }
     if (element.getAttributes().empty()) return;
@@ -220,9 +237,38 @@ class ElementWalk {
     settings_.goBack(settings_.place() - tag.size() - 1);
   }
 
+  /// Whether the model keeps the connection of a data source: not one that feeds nothing.
+  bool isShownConnection(const Frame& frame) const {
+    const auto* connection = as<TAVStoreConnection>(details_.item(frame.item).object);
+    return connection && !connection->connectionClassifiers.empty();
+  }
+
+  /// The name of an attribute of the dimension that is read, which may come later.
+  std::string_view nameOfAttribute(std::string_view id) const {
+    const auto found = attributeNames_.find(id);
+    return found == attributeNames_.end() ? std::string_view() : found->second;
+  }
+
+  void nameAttributes(const TAVDOMElement& dimension) {
+    attributeNames_ = {};
+    if (const TAVDOMElement* attributes = dimension.getFirstElement(kAttributes))
+      for (const TAVDOMElement& attribute : attributes->getElements())
+        attributeNames_.try_emplace(attribute.getFirstElementValue(kId),
+                                    attribute.getFirstElementValue(kName));
+  }
+
   void addExpression(const Frame& frame, std::string_view text, RelationKind relation) {
     run_.expressions.push_back(
         {frame.item, text, relation, frame.scope->cubeObject, frame.scope->dimensionObject});
+  }
+
+  /// What an action is offered on: `MeasureGroupMeasures("Sales")`, or any expression.
+  void addTarget(const Frame& frame, const ElementRule& rule, std::string_view text) {
+    constexpr std::string_view kCall = "MeasureGroupMeasures(\"";
+    constexpr std::string_view kEnd = "\")";
+    if (!text.starts_with(kCall) || !text.ends_with(kEnd)) return addExpression(frame, text, rule.relation);
+    const std::string_view name = text.substr(kCall.size(), text.size() - kCall.size() - kEnd.size());
+    references_.add(IdReference{frame.item, rule.relation, rule.space, frame.scope, name, "Target", {}});
   }
 
   void addReference(const TAVDOMElement& element, const ElementRule& rule, const Frame& parent) {
@@ -308,6 +354,7 @@ class ElementWalk {
     frame.text = {};
     frame.item = object ? details_.itemOf(*object) : details_.add(rule.kind, parent.item, nameOf(frame));
     enterIds(frame);
+    if (rule.kind == ObjectKind::dimension) nameAttributes(*frame.element);
     if (rule.kind == ObjectKind::attribute) originals_.try_emplace(frame.item, frame.element);
     if (rule.toOwner == RelationKind::secures)
       references_.relate(rule.toOwner, parent.item, frame.item);
@@ -322,7 +369,7 @@ class ElementWalk {
     const TAVDOMElement& element = *frame.element;
     switch (rules_.rule(frame.node).kind) {
       case ObjectKind::cubeHierarchy:
-        return nameOf(IdSpace::hierarchy, *frame.scope, element.getFirstElementValue(kHierarchyId));
+        return nameOf(IdSpace::originalHierarchy, *frame.scope, element.getFirstElementValue(kHierarchyId));
       case ObjectKind::dimensionUsage:
         return nameOf(IdSpace::cubeDimension, *frame.scope, element.getFirstElementValue(kCubeDimensionId));
       default:
@@ -343,6 +390,8 @@ class ElementWalk {
     IdRegistry& ids = references_.ids();
     const std::string_view id = element.getFirstElementValue(kId);
     if (rule.space != IdSpace::none) ids.add(rule.space, *frame.scope, id, frame.item);
+    if (rule.kind == ObjectKind::measureGroup)
+      ids.add(IdSpace::measureGroupName, *frame.scope, element.getFirstElementValue(kName), frame.item);
     if (rule.kind == ObjectKind::cubeHierarchy)
       ids.add(IdSpace::hierarchy, *frame.scope, element.getFirstElementValue(kHierarchyId), frame.item);
     if (rule.kind == ObjectKind::cubeDimension)
@@ -465,8 +514,9 @@ class ElementWalk {
   IdScopes scopes_;
   const RuleTree& rules_ = RuleTree::get();
   std::deque<Frame> frames_;
-  std::deque<std::string> numbers_;                             // texts of relations
-  std::unordered_map<ItemId, const TAVDOMElement*> originals_;  // of attributes
+  std::unordered_map<std::string_view, std::string_view> attributeNames_;  // by ID
+  std::deque<std::string> numbers_;                                        // texts of relations
+  std::unordered_map<ItemId, const TAVDOMElement*> originals_;             // of attributes
 };
 
 }  // namespace
