@@ -47,7 +47,7 @@ constexpr std::array kCube{
     read("Perspectives/Perspective/MeasureGroups/MeasureGroup/Measures/Measure", Reading::part),
     reference("Perspectives/Perspective/MeasureGroups/MeasureGroup/Measures/Measure/MeasureID",
               IdSpace::measure, RelationKind::member),
-    read("Perspectives/Perspective/Calculations/Calculation", Reading::part),
+    read("Perspectives/Perspective/Calculations/Calculation", Reading::fold),
     expression("Perspectives/Perspective/Calculations/Calculation/Name", RelationKind::member),
     reference("Perspectives/Perspective/Kpis/Kpi/KpiID", IdSpace::kpi, RelationKind::member),
     reference("Perspectives/Perspective/Actions/Action/ActionID", IdSpace::action, RelationKind::member),

@@ -176,7 +176,8 @@ class ElementWalk {
   void enter(const TAVDOMElement& element, const Frame& parent, std::int32_t index) {
     const RuleTree::Node node = rules_.child(parent.node, element.getLocalName());
     const ElementRule& rule = rules_.rule(node);
-    if (rule.reading == Reading::known || isSaid(element, parent)) return;
+    if (rule.reading == Reading::known) return;
+    if (rule.reading == Reading::byContent && isSaid(element, parent)) return;
     if (rule.reading == Reading::passedOver) return details_.passOver(rule.what);
     if (rule.reading == Reading::annotation && isDesignerLayout(element))
       return details_.passOver(PassedOver::designerLayout);
@@ -188,7 +189,7 @@ class ElementWalk {
 
   /// Whether an element is the name, ID or description of its item, or a label that is no more than that.
   static bool isSaid(const TAVDOMElement& element, const Frame& parent) {
-    if (!parent.isItem) return &element == parent.label && !isReference(element);
+    if (!parent.isItem) return &element == parent.label;
     const std::string_view tag = element.getLocalName();
     return tag == kName || tag == kId || tag == kDescription;
   }
@@ -222,7 +223,8 @@ class ElementWalk {
         break;
       case Reading::expression:
         if (!value.empty()) addExpression(parent, value, rule.relation);
-        [[fallthrough]];
+        if (&element != parent.label) settings_.set(parent.item, tag, value);
+        break;
       default:
         // The ID of what is called by it already.
         if (tag == kId && parent.label && parent.label->getValue() == value) break;
