@@ -217,6 +217,9 @@ class ElementWalk {
         addTarget(parent, rule, value);
         settings_.set(parent.item, tag, value);
         break;
+      case Reading::calculationName:
+        addCalculationName(parent, value, rule.relation);
+        break;
       case Reading::relatedName:
         if (nameOfAttribute(parent.element->getFirstElementValue(kAttributeId)) == value) break;
         settings_.set(parent.item, tag, value);
@@ -262,6 +265,13 @@ class ElementWalk {
   void addExpression(const Frame& frame, std::string_view text, RelationKind relation) {
     run_.expressions.push_back(
         {frame.item, text, relation, frame.scope->cubeObject, frame.scope->dimensionObject});
+  }
+
+  /// Sets are called by their bare names, which may hold blanks.
+  void addCalculationName(const Frame& frame, std::string_view name, RelationKind relation) {
+    if (name.find('[') == std::string_view::npos)
+      name = run_.texts.emplace_back("[" + std::string(name) + "]");
+    addExpression(frame, name, relation);
   }
 
   /// What an action is offered on: `MeasureGroupMeasures("Sales")`, or any expression.
@@ -429,7 +439,7 @@ class ElementWalk {
       }
     }
     frame.item = details_.add(ObjectKind::other, frame.item, name);
-    addExpression(frame, name, RelationKind::mentions);
+    addCalculationName(frame, name, RelationKind::mentions);
   }
 
   void openPart(Frame& frame, const Frame& parent, std::int32_t index) {
