@@ -73,6 +73,7 @@ constexpr std::array kAnywhere{
 
 constexpr std::array kDatabase{
     item("DataSources/DataSource", ObjectKind::dataSource, IdSpace::dataSource),
+    read("DataSources/DataSource/ConnectionString", Reading::connection),
     item("Roles/Role", ObjectKind::role, IdSpace::role),
     item("Assemblies/Assembly", ObjectKind::assembly, IdSpace::assembly),
     item("Accounts/Account", ObjectKind::other),

@@ -30,6 +30,7 @@ constexpr std::array kRules{
     read("Attributes/Attribute/AttributeRelationships/AttributeRelationship", Reading::part),
     reference("Attributes/Attribute/AttributeRelationships/AttributeRelationship/AttributeID",
               IdSpace::attribute, RelationKind::related),
+    read("Attributes/Attribute/AttributeRelationships/AttributeRelationship/Name", Reading::relatedName),
     item("Hierarchies/Hierarchy", ObjectKind::hierarchy, IdSpace::hierarchy),
     item("Hierarchies/Hierarchy/Levels/Level", ObjectKind::level),
     reference("Hierarchies/Hierarchy/Levels/Level/SourceAttributeID", IdSpace::attribute,

@@ -22,12 +22,14 @@ enum class IdSpace : std::uint8_t {
   dataSource,
   view,
   dimension,
-  attribute,     ///< of a dimension; of a cube's, where a dimension of a cube is spoken of
-  hierarchy,     ///< the same
-  relationship,  ///< of a dimension
+  attribute,          ///< of a dimension; of a cube's, where a dimension of a cube is spoken of
+  hierarchy,          ///< the same
+  originalHierarchy,  ///< the hierarchy of the dimension that a cube shows
+  relationship,       ///< of a dimension
   cube,
   cubeDimension,      ///< of a cube
   measureGroup,       ///< of a cube
+  measureGroupName,   ///< the same by its name
   measure,            ///< of a measure group, else of a cube
   aggregationDesign,  ///< of a measure group
   kpi,                ///< of a cube
@@ -41,19 +43,23 @@ enum class IdSpace : std::uint8_t {
 };
 
 enum class Reading : std::uint8_t {
-  byContent,      ///< as without a row
-  item,           ///< an item of the details, or the object that the model made of it
-  part,           ///< no item, whatever it holds
-  fold,           ///< all that it holds is one setting
-  attributeCopy,  ///< a fold, unless it repeats an attribute of a dimension
-  source,         ///< what it holds is looked up where a linked object comes from
-  reference,      ///< the ID of something
-  expression,     ///< an MDX expression, and a setting
-  query,          ///< an SQL query, the text of its item
-  text,           ///< the text of its item
-  known,          ///< the model has it, or the row around it reads it
-  annotation,     ///< what a designer or another tool keeps
-  calculation,    ///< says more of what an MDX script defines
+  byContent,        ///< as without a row
+  item,             ///< an item of the details, or the object that the model made of it
+  part,             ///< no item, whatever it holds
+  fold,             ///< all that it holds is one setting
+  attributeCopy,    ///< a fold, unless it repeats an attribute of a dimension
+  source,           ///< what it holds is looked up where a linked object comes from
+  reference,        ///< the ID of something
+  expression,       ///< an MDX expression, and a setting
+  query,            ///< an SQL query, the text of its item
+  table,            ///< a table of the database, with what stands beside it
+  target,           ///< an expression that may call a measure group by its name
+  known,            ///< the model has it, or the row around it reads it
+  connection,       ///< a setting of what no connection of the model will show
+  relatedName,      ///< a setting, unless it is the name of the attribute beside it
+  annotation,       ///< what a designer or another tool keeps
+  calculationName,  ///< of a calculated member, as an expression, or of a set
+  calculation,      ///< says more of what an MDX script defines
   passedOver,
 };
 

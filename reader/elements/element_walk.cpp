@@ -176,7 +176,8 @@ class ElementWalk {
   void enter(const TAVDOMElement& element, const Frame& parent, std::int32_t index) {
     const RuleTree::Node node = rules_.child(parent.node, element.getLocalName());
     const ElementRule& rule = rules_.rule(node);
-    if (rule.reading == Reading::known || isSaid(element, parent)) return;
+    if (rule.reading == Reading::known) return;
+    if (rule.reading == Reading::byContent && isSaid(element, parent)) return;
     if (rule.reading == Reading::passedOver) return details_.passOver(rule.what);
     if (rule.reading == Reading::annotation && isDesignerLayout(element))
       return details_.passOver(PassedOver::designerLayout);
@@ -188,7 +189,7 @@ class ElementWalk {
 
   /// Whether an element is the name, ID or description of its item, or a label that is no more than that.
   static bool isSaid(const TAVDOMElement& element, const Frame& parent) {
-    if (!parent.isItem) return &element == parent.label && !isReference(element);
+    if (!parent.isItem) return &element == parent.label;
     const std::string_view tag = element.getLocalName();
     return tag == kName || tag == kId || tag == kDescription;
   }
@@ -205,10 +206,31 @@ class ElementWalk {
         details_.setText(parent.item, value, "sql");
         queries_.add(parent.item, value, parent.element->getFirstElementValue("DataSourceID"));
         break;
+      case Reading::connection:
+        if (!isShownConnection(parent)) settings_.set(parent.item, tag, value);
+        break;
+      case Reading::table:
+        queries_.addTable(parent.item, *parent.element);
+        settings_.set(parent.item, tag, value);
+        break;
+      case Reading::target:
+        addTarget(parent, rule, value);
+        settings_.set(parent.item, tag, value);
+        break;
+      case Reading::calculationName:
+        addCalculationName(parent, value, rule.relation);
+        break;
+      case Reading::relatedName:
+        if (nameOfAttribute(parent.element->getFirstElementValue(kAttributeId)) == value) break;
+        settings_.set(parent.item, tag, value);
+        break;
       case Reading::expression:
         if (!value.empty()) addExpression(parent, value, rule.relation);
-        [[fallthrough]];
+        if (&element != parent.label) settings_.set(parent.item, tag, value);
+        break;
       default:
+        // The ID of what is called by it already.
+        if (tag == kId && parent.label && parent.label->getValue() == value) break;
         settings_.set(parent.item, tag, firstOf(value, typeOf(element)));
     }
     if (element.getAttributes().empty()) return;
@@ -220,9 +242,45 @@ class ElementWalk {
     settings_.goBack(settings_.place() - tag.size() - 1);
   }
 
+  /// Whether the model keeps the connection of a data source: not one that feeds nothing.
+  bool isShownConnection(const Frame& frame) const {
+    const auto* connection = as<TAVStoreConnection>(details_.item(frame.item).object);
+    return connection && !connection->connectionClassifiers.empty();
+  }
+
+  /// The name of an attribute of the dimension that is read, which may come later.
+  std::string_view nameOfAttribute(std::string_view id) const {
+    const auto found = attributeNames_.find(id);
+    return found == attributeNames_.end() ? std::string_view() : found->second;
+  }
+
+  void nameAttributes(const TAVDOMElement& dimension) {
+    attributeNames_ = {};
+    if (const TAVDOMElement* attributes = dimension.getFirstElement(kAttributes))
+      for (const TAVDOMElement& attribute : attributes->getElements())
+        attributeNames_.try_emplace(attribute.getFirstElementValue(kId),
+                                    attribute.getFirstElementValue(kName));
+  }
+
   void addExpression(const Frame& frame, std::string_view text, RelationKind relation) {
     run_.expressions.push_back(
         {frame.item, text, relation, frame.scope->cubeObject, frame.scope->dimensionObject});
+  }
+
+  /// Sets are called by their bare names, which may hold blanks.
+  void addCalculationName(const Frame& frame, std::string_view name, RelationKind relation) {
+    if (name.find('[') == std::string_view::npos)
+      name = run_.texts.emplace_back("[" + std::string(name) + "]");
+    addExpression(frame, name, relation);
+  }
+
+  /// What an action is offered on: `MeasureGroupMeasures("Sales")`, or any expression.
+  void addTarget(const Frame& frame, const ElementRule& rule, std::string_view text) {
+    constexpr std::string_view kCall = "MeasureGroupMeasures(\"";
+    constexpr std::string_view kEnd = "\")";
+    if (!text.starts_with(kCall) || !text.ends_with(kEnd)) return addExpression(frame, text, rule.relation);
+    const std::string_view name = text.substr(kCall.size(), text.size() - kCall.size() - kEnd.size());
+    references_.add(IdReference{frame.item, rule.relation, rule.space, frame.scope, name, "Target", {}});
   }
 
   void addReference(const TAVDOMElement& element, const ElementRule& rule, const Frame& parent) {
@@ -308,6 +366,7 @@ class ElementWalk {
     frame.text = {};
     frame.item = object ? details_.itemOf(*object) : details_.add(rule.kind, parent.item, nameOf(frame));
     enterIds(frame);
+    if (rule.kind == ObjectKind::dimension) nameAttributes(*frame.element);
     if (rule.kind == ObjectKind::attribute) originals_.try_emplace(frame.item, frame.element);
     if (rule.toOwner == RelationKind::secures)
       references_.relate(rule.toOwner, parent.item, frame.item);
@@ -322,7 +381,7 @@ class ElementWalk {
     const TAVDOMElement& element = *frame.element;
     switch (rules_.rule(frame.node).kind) {
       case ObjectKind::cubeHierarchy:
-        return nameOf(IdSpace::hierarchy, *frame.scope, element.getFirstElementValue(kHierarchyId));
+        return nameOf(IdSpace::originalHierarchy, *frame.scope, element.getFirstElementValue(kHierarchyId));
       case ObjectKind::dimensionUsage:
         return nameOf(IdSpace::cubeDimension, *frame.scope, element.getFirstElementValue(kCubeDimensionId));
       default:
@@ -343,6 +402,8 @@ class ElementWalk {
     IdRegistry& ids = references_.ids();
     const std::string_view id = element.getFirstElementValue(kId);
     if (rule.space != IdSpace::none) ids.add(rule.space, *frame.scope, id, frame.item);
+    if (rule.kind == ObjectKind::measureGroup)
+      ids.add(IdSpace::measureGroupName, *frame.scope, element.getFirstElementValue(kName), frame.item);
     if (rule.kind == ObjectKind::cubeHierarchy)
       ids.add(IdSpace::hierarchy, *frame.scope, element.getFirstElementValue(kHierarchyId), frame.item);
     if (rule.kind == ObjectKind::cubeDimension)
@@ -378,7 +439,7 @@ class ElementWalk {
       }
     }
     frame.item = details_.add(ObjectKind::other, frame.item, name);
-    addExpression(frame, name, RelationKind::mentions);
+    addCalculationName(frame, name, RelationKind::mentions);
   }
 
   void openPart(Frame& frame, const Frame& parent, std::int32_t index) {
@@ -465,8 +526,9 @@ class ElementWalk {
   IdScopes scopes_;
   const RuleTree& rules_ = RuleTree::get();
   std::deque<Frame> frames_;
-  std::deque<std::string> numbers_;                             // texts of relations
-  std::unordered_map<ItemId, const TAVDOMElement*> originals_;  // of attributes
+  std::unordered_map<std::string_view, std::string_view> attributeNames_;  // by ID
+  std::deque<std::string> numbers_;                                        // texts of relations
+  std::unordered_map<ItemId, const TAVDOMElement*> originals_;             // of attributes
 };
 
 }  // namespace

@@ -23,6 +23,7 @@ std::string keyIn(IdSpace space, const IdScope& scope, std::string_view id) {
                                          : keyOf(space, scope.cube, scope.cubeDimension, id);
     case IdSpace::cubeDimension:
     case IdSpace::measureGroup:
+    case IdSpace::measureGroupName:
     case IdSpace::kpi:
     case IdSpace::action:
     case IdSpace::perspective:
@@ -61,18 +62,19 @@ std::optional<std::string_view> IdRegistry::dimensionOf(const IdScope& scope) co
 }
 
 std::optional<ItemId> IdRegistry::find(IdSpace space, const IdScope& scope, std::string_view id) {
-  const bool ofDimension = space == IdSpace::attribute || space == IdSpace::hierarchy;
+  const bool ofDimension =
+      space == IdSpace::attribute || space == IdSpace::hierarchy || space == IdSpace::originalHierarchy;
   if (!ofDimension || scope.cubeDimension.empty()) return findExactly(space, scope, id);
   if (space == IdSpace::attribute) {
     if (const TAVModelObject* attribute = findCubeAttribute(scope, id)) return details_.itemOf(*attribute);
-  } else if (const auto listed = findExactly(space, scope, id)) {
-    return listed;
+  } else if (space == IdSpace::hierarchy) {
+    if (const auto listed = findExactly(space, scope, id)) return listed;
   }
   const auto dimension = dimensionOf(scope);
   if (!dimension) return std::nullopt;
   IdScope database;
   database.dimension = *dimension;
-  return findExactly(space, database, id);
+  return findExactly(space == IdSpace::attribute ? space : IdSpace::hierarchy, database, id);
 }
 
 ItemId IdRegistry::findInDimension(const IdScope& scope, std::string_view attributeId) const {

@@ -74,6 +74,10 @@ const IdScope& IdScopes::of(const TAVDOMElement& element, const ElementRule& rul
   for (const TAVDOMElement& child : element.getElements()) {
     const std::string_view tag = child.getLocalName();
     if (isItem && tag == kSource) takeSource(child, rule, scope);
+    if (tag == "SourceMeasureGroup") {  // of the columns of a nested table
+      scope.change().cube = child.getFirstElementValue(kCubeId);
+      scope.change().group = child.getFirstElementValue(kMeasureGroupId);
+    }
     if (!tag.ends_with(kId)) continue;
     if (tag == kId) {
       if (const auto member = isItem ? ownMember(rule.space) : nullptr)

@@ -2,7 +2,6 @@
 
 #include "framework/expression/query_resolver.h"
 #include "framework/model/roles.h"
-#include "framework/std/dotted_name.h"
 
 namespace tav {
 
@@ -20,6 +19,14 @@ void PartitionQueries::add(ItemId partition, std::string_view query, std::string
   const Query parsed = parseQuery(query);
   const QueryResolver resolver(parsed);
   for (const QueryObject& object : resolver.objects()) addTable(partition, object.parts, dataSourceId);
+}
+
+void PartitionQueries::addTable(ItemId partition, const TAVDOMElement& binding) {
+  std::vector<std::string> parts;
+  for (const std::string_view part : {"DbSchemaName", "DbTableName"})
+    if (const std::string_view name = binding.getFirstElementValue(part); !name.empty())
+      parts.emplace_back(name);
+  addTable(partition, parts, binding.getFirstElementValue("DataSourceID"));
 }
 
 void PartitionQueries::addTable(ItemId partition, const std::vector<std::string>& nameParts,

@@ -16,10 +16,11 @@ class PartitionQueries {
 
   /// Lets the partition read what its query names. A table that no view shows is an open name.
   void add(ItemId partition, std::string_view query, std::string_view dataSourceId);
-  /// The same for a table that it names itself.
-  void addTable(ItemId partition, const std::vector<std::string>& nameParts, std::string_view dataSourceId);
+  /// The same for a binding to a table of the database.
+  void addTable(ItemId partition, const TAVDOMElement& binding);
 
  private:
+  void addTable(ItemId partition, const std::vector<std::string>& nameParts, std::string_view dataSourceId);
   const std::vector<ViewIndex>& views();
 
   ImportRun& run_;

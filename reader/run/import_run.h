@@ -3,7 +3,9 @@
 // The state of one import: what its steps share. It lies below all of them and knows none; a step is a
 // function that takes it, and what only that step needs, as arguments.
 
+#include <deque>
 #include <memory>
+#include <string>
 
 #include "framework/details/details.h"
 #include "framework/dom/dom.h"
@@ -28,6 +30,7 @@ struct ImportRun {
   std::unique_ptr<TAVDOM> document;         ///< while it is read; nothing in the model points into it
   std::unique_ptr<Details> details;         ///< null when nobody asks for them
   std::vector<OpenExpression> expressions;  ///< of the details, which are resolved at the end
+  std::deque<std::string> texts;            ///< of such expressions that the document has in other words
   ReadElements elements;                    ///< of the details; empty without them
   ImportTypes types;
   ViewColumns columns;               ///< of the data source views
