@@ -30,25 +30,32 @@ std::string nameOf(const tav::Details& details, tav::ItemId id) {
   return path.substr(path.rfind('/', path.rfind('/') - 1) + 1);
 }
 
-/// What the details say of the script's own items and of measures, in the order in which it is said; what
-/// stands for all measures shows as one.
+/// Whether a script defines an item: one that only the details have, or a calculated measure.
+bool isOfScript(const tav::Details& details, tav::ItemId id) {
+  const tav::DetailItem& item = details.item(id);
+  if (item.object) return nameOf(details, id).starts_with("Calculated Measures/");
+  return item.kind >= tav::ObjectKind::namedSet && item.kind <= tav::ObjectKind::scriptStatement;
+}
+
+/// What the details say of what the script defines, in the order in which it is said.
 std::string textOf(const tav::Details& details) {
   std::string text;
   const auto line = [&](std::string_view made) { text.append(text.empty() ? "" : "\n").append(made); };
-  for (const tav::DetailItem& item : details.items())
-    if (!item.object && item.kind != tav::ObjectKind::script && item.kind != tav::ObjectKind::everyMeasure)
-      line(std::string(tav::rowOf(item.kind).name) + " " + std::string(item.name) +
-           " := " + tav::test::escape(item.text));
+  for (tav::ItemId id = 0; id < details.items().size(); ++id)
+    if (!details.item(id).object && isOfScript(details, id))
+      line(nameOf(details, id) + " := " + tav::test::escape(details.item(id).text));
   for (const tav::DetailSetting& setting : details.settings())
-    line(nameOf(details, setting.item) + ": " + std::string(setting.name) + " = " +
-         std::string(setting.value));
+    if (isOfScript(details, setting.item))
+      line(nameOf(details, setting.item) + ": " + std::string(setting.name) + " = " +
+           std::string(setting.value));
   for (const tav::DetailRelation& relation : details.relations())
-    if (relation.kind != tav::RelationKind::applied)
+    if (isOfScript(details, relation.from) || isOfScript(details, relation.to))
       line(nameOf(details, relation.from) + " -" + std::string(tav::rowOf(relation.kind).name) + "> " +
            nameOf(details, relation.to));
   for (const tav::OpenName& name : details.openNames())
-    line("? " + std::string(name.name) + ": " + std::string(tav::openNameStateText(name.state)) +
-         (name.note.empty() ? "" : ", ") + std::string(name.note));
+    if (isOfScript(details, name.item))
+      line("? " + std::string(name.name) + ": " + std::string(tav::openNameStateText(name.state)) +
+           (name.note.empty() ? "" : ", ") + std::string(name.note));
   return text;
 }
 
