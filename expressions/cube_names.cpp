@@ -130,6 +130,7 @@ void CubeNames::addFolder(const TAVDesignPackage& folder) {
   for (const TAVNamespaceElement& element : folder.namespaceElements) {
     const auto* classifier = as<TAVClassifier>(&element);
     if (!classifier) continue;
+    spellings_.add(classifier->getName());
     if (kpis) {
       kpis_.try_emplace(foldedName(classifier->getName()), classifier);
       for (const TAVFeature& value : classifier->features) kpiValues_.push_back(&value);

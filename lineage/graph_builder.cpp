@@ -106,7 +106,7 @@ void GraphBuilder::build() {
   addDatabaseEdges();
   addDetailEdges();
   // What the graph finds beyond the model comes last: it leaves out what the model has.
-  addFoundEdges();
+  addLinkedMeasureEdges();
   // Only now it is known how many edges each node has.
   arrange();
 }

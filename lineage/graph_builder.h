@@ -12,8 +12,6 @@
 namespace tav {
 
 class DatabaseNodes;
-class KpiValues;
-class RoleNames;
 
 class GraphBuilder {
  public:
@@ -48,11 +46,6 @@ class GraphBuilder {
 
   void addBasisEdges(NodeId id);
   void addDetailEdges();
-  void addFoundEdges();
-  void addRoleEdges();
-  void addRoleEdgesOf(NodeId id, RoleNames& roles, std::vector<const char*>& resolved);
-  void addKpiEdges();
-  void addKpiEdgesOf(NodeId id, const KpiValues& values);
   void addLinkedMeasureEdges();
 
   static NodeId nodeOf(const TAVObject* object);

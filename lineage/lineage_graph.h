@@ -1,9 +1,9 @@
 #pragma once
 
 // The lineage of a model as one graph, which every export and every question about lineage reads. It goes
-// beyond the model: to the tables and columns of the database behind the data source views, to attributes
-// that an expression names through a cube's own name for a dimension, to KPIs that a function names in single
-// quotes, and from a linked measure group to the measures that a cube lists because of it.
+// beyond the model: to the tables and columns of the database behind the data source views, to what the
+// details of the definition relate, and from a linked measure group to the measures that a cube lists because
+// of it.
 
 #include <cstdint>
 #include <deque>
@@ -154,7 +154,8 @@ class LineageGraph {
   [[nodiscard]] std::vector<OpenNameText> openNames(NodeId id) const;
   /// What the relation of an edge says beside its kind: the number of a key column, a language.
   [[nodiscard]] std::string edgeText(const LineageEdge& edge) const;
-  /// The names in the node's expression that mean nothing, neither in the model nor to the graph.
+  /// The names in the node's expression that lead to nothing. Without details of a multidimensional
+  /// definition, those that the model could not resolve: some of them may mean something all the same.
   [[nodiscard]] std::vector<std::string> unresolved(NodeId id) const;
   /// What the definition says about a node for people. Empty when it says nothing.
   [[nodiscard]] std::string description(NodeId id) const;
@@ -175,8 +176,8 @@ class LineageGraph {
   /// The schema of a table of a database, as far as it is known.
   [[nodiscard]] std::string schema(NodeId id) const;
   [[nodiscard]] std::string_view rawSchema(NodeId id) const noexcept;
-  /// How many names of expressions mean something to the graph and nothing to the model.
-  [[nodiscard]] std::size_t foundCount() const noexcept { return resolvedNames_.size() + foundKpis_; }
+  /// How many names in expressions lead to nothing in the model, and to something by the details.
+  [[nodiscard]] std::size_t foundCount() const;
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
 
@@ -231,12 +232,7 @@ class LineageGraph {
   NodeId firstDatabaseNode_ = 0;
   std::vector<DatabasePlace> places_;  // of the nodes from firstDatabaseNode_ on
   std::deque<DatabaseAddress> addresses_;
-  std::deque<std::string> texts_;  // names of databases' nodes, calls of missing KPIs
-  /// Where the texts of names begin that the graph found a meaning for, ordered.
-  std::vector<const char*> resolvedNames_;
-  std::size_t foundKpis_ = 0;
-  /// By node: the calls that name a KPI which its cube does not have.
-  std::unordered_map<NodeId, std::vector<std::string_view>> missingKpis_;
+  std::deque<std::string> texts_;  // names of databases' nodes
 };
 
 }  // namespace tav

@@ -5,6 +5,7 @@
 #include <array>
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "framework/model/class_info.h"
 #include "framework/model/reflection.h"
@@ -279,15 +280,30 @@ std::vector<std::string> LineageGraph::unresolved(NodeId id) const {
   return names;
 }
 
+/// The details of a multidimensional definition know all names; a tabular model knows its own.
 std::vector<std::string_view> LineageGraph::rawUnresolved(NodeId id) const {
   std::vector<std::string_view> names;
-  if (!node(id).object) return names;
-  for (const std::string_view name : unresolvedNamesOf(*node(id).object))
-    if (!std::binary_search(resolvedNames_.begin(), resolvedNames_.end(), name.data(), std::less<>()))
-      names.push_back(name);
-  if (const auto missing = missingKpis_.find(id); missing != missingKpis_.end())
-    names.insert(names.end(), missing->second.begin(), missing->second.end());
+  if (details_ && !tabular_) {
+    for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i)
+      if (const OpenName& name = details_->openNames()[openNames_[i]]; name.state != OpenNameState::exists)
+        names.push_back(name.name);
+  } else if (node(id).object) {
+    names = unresolvedNamesOf(*node(id).object);
+  }
   return names;
+}
+
+std::size_t LineageGraph::foundCount() const {
+  std::size_t count = 0;
+  if (!details_ || tabular_) return count;
+  for (NodeId id = 0; id < firstDatabaseNode_; ++id) {
+    if (!node(id).object) continue;
+    const std::vector<std::string_view> open = rawUnresolved(id);
+    const std::unordered_set<std::string_view> stillOpen(open.begin(), open.end());
+    for (const std::string_view name : unresolvedNamesOf(*node(id).object))
+      count += stillOpen.contains(name) ? 0 : 1;
+  }
+  return count;
 }
 
 std::string LineageGraph::description(NodeId id) const {
