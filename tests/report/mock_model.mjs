@@ -1,14 +1,36 @@
 // Models for tests, as the program would write them: large ones, and ones with names that try to break out.
 
-const kinds = ["databaseTable", "databaseColumn", "viewTable", "namedQuery", "viewColumn", "computedColumn", "condition",
+const containers = new Set(["databaseTable", "viewTable", "namedQuery", "dimension", "measureGroup", "linkedMeasureGroup",
+  "calculations", "kpi", "cube", "cubeDimension"]);
+const inModels = ["databaseTable", "databaseColumn", "viewTable", "namedQuery", "viewColumn", "computedColumn", "condition",
   "dimension", "attribute", "measureGroup", "measure", "linkedMeasureGroup", "linkedMeasure", "calculations",
   "calculatedMeasure", "kpi", "kpiValue", "cube", "cubeDimension", "cubeAttribute", "cubeMeasure", "perspective"];
-const edgeKinds = ["direct", "computed", "aggregated", "condition", "member"];
+const inDetails = ["relationship", "dimensionUsage", "partition", "script", "namedSet", "scope", "assignment", "role",
+  "permission", "gadget"];
+const words = (name) => name.replace(/[A-Z]/g, (letter) => " " + letter.toLowerCase());
+const kinds = [...inModels, ...inDetails].map((name, i) =>
+  [name, words(name), words(name) + "s", containers.has(name) ? 1 : 0, i < inModels.length ? 0 : 1]);
+const edgeKinds = [
+  ["direct", "", "", "gives"], ["computed", "uses", "used by", "gives"], ["aggregated", "aggregates", "aggregated by", "gives"],
+  ["condition", "limited by", "limits", "narrows"], ["member", "shows", "shown by", "shows"],
+  ["reads", "reads", "read by", "gives"], ["key", "keyed by", "key of", "identifies"], ["uses", "joined to", "joined in", "joins"],
+  ["granularity", "at the granularity of", "granularity of", "joins"], ["bridge", "bridged by", "bridges", "joins"],
+  ["joins", "joins", "joined by", "joins"], ["secures", "secures", "secured by", "secures"],
+  ["belongs", "permits", "permission of", "secures"], ["assigns", "assigned by", "assigns", "gives"],
+];
+
+/** The number of a kind of object in the models made here. */
+export function kindNumber(name) {
+  return kinds.findIndex((row) => row[0] === name);
+}
+export function edgeKindNumber(name) {
+  return edgeKinds.findIndex((row) => row[0] === name);
+}
 
 export function emptyModel(database) {
-  return { format: "xmla-report/1", program: "xmla-bridge 0.0.0", database, source: "made-up.asdatabase",
-    dialect: "multidimensional", counts: [], kinds, edgeKinds, nodes: [], edges: [], hierarchies: [], dataSources: [],
-    coverage: [] };
+  return { format: "xmla-report/2", program: "xmla-bridge 0.0.0", database, source: "made-up.asdatabase",
+    dialect: "multidimensional", counts: [], kinds, edgeKinds, nodes: [], edges: [], settingNames: [], edgeTexts: [],
+    hierarchies: [], dataSources: [], coverage: [], passedOver: [] };
 }
 
 class Writer {
@@ -17,11 +39,11 @@ class Writer {
   }
   add(kind, name, owner, more = {}) {
     const path = (owner === undefined ? `/${kind}` : this.model.nodes[owner].p) + "/" + name;
-    this.model.nodes.push({ k: kinds.indexOf(kind), n: name, ...(owner === undefined ? {} : { o: owner }), p: path, ...more });
+    this.model.nodes.push({ k: kindNumber(kind), n: name, ...(owner === undefined ? {} : { o: owner }), p: path, ...more });
     return this.model.nodes.length - 1;
   }
   link(from, to, kind) {
-    this.model.edges.push(from, to, edgeKinds.indexOf(kind), 0);
+    this.model.edges.push(from, to, edgeKindNumber(kind), 0);
   }
 }
 

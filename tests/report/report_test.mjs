@@ -12,7 +12,7 @@ import { pathToFileURL } from "node:url";
 import { parseArgs } from "node:util";
 import { Browser, pointInDrawing } from "./browser.mjs";
 import { corpus } from "./corpus.mjs";
-import { emptyModel, hostileModel, hostileNames, largeModel, pageWith } from "./mock_model.mjs";
+import { emptyModel, hostileModel, hostileNames, kindNumber, largeModel, pageWith } from "./mock_model.mjs";
 
 const options = parseArgs({ options: {
   program: { type: "string" }, input: { type: "string" }, page: { type: "string" },
@@ -267,7 +267,7 @@ test("hostile names come through the program as text", async () => {
 test("expressions are coloured by their language", async () => {
   const cases = corpus("highlight.txt");
   const model = emptyModel("Colours");
-  const kind = model.kinds.indexOf("calculatedMeasure");
+  const kind = kindNumber("calculatedMeasure");
   for (const { title, input } of cases) {
     const [language, ...lines] = input.split("\n");
     model.nodes.push({ k: kind, n: title, p: `/${title}`, l: language, e: lines.join("\n") });

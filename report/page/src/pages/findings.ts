@@ -4,15 +4,15 @@ import { h } from "../elements/dom";
 import {
   codeBlock, coverageBar, type Column, kFoundByGraph, objectLink, placedLink, section, table, titled,
 } from "../elements/parts";
-import { counted, nameElement } from "../elements/text";
+import { counted } from "../elements/text";
 import type { Model } from "../model/model";
+import { openNames } from "./open_names";
 import type { App, Page } from "./page";
 
 export function unresolvedTable(model: Model, ids: number[], withText = false): HTMLElement {
   const columns: Column<number>[] = [
     { title: "Object", cell: (id) => placedLink(model, id) },
-    { title: "Unresolved", cell: (id) => h("ul", { class: "plain" },
-      (model.node(id).u ?? []).map((name) => h("li", {}, h("code", {}, nameElement(name))))) },
+    { title: "Unresolved", cell: (id) => openNames(model, id) },
   ];
   if (withText) columns.push({ title: "Expression", class: "wide", cell: (id) => {
     const { e, l } = model.node(id);
@@ -52,7 +52,7 @@ export function coveragePage({ model }: App): Page {
           h("span", { class: "swatch by-graph" }), ` ${kFoundByGraph}.`)),
       h("div", { class: "cards" }, model.data.coverage.map((row) => h("section", { class: "panel" },
         h("h2", {}, row.n < 0 ? "Total" : objectLink(model, row.n)),
-        coverageBar("Attributes", row.a[0], row.a[1], row.a[2]), coverageBar("Measures", row.m[0], row.m[1], row.m[2]),
+        coverageBar("Attributes", row.a), coverageBar("Measures", row.m), row.k[0] > 0 && coverageBar("KPI values", row.k),
         row.m[3] > 0 && h("p", { class: "note" },
           `Included: ${counted(row.m[3], "row count")}.`)))),
       open.length > 0 && section(titled("Not traced back to a column", open.length), table({

@@ -1,0 +1,139 @@
+// How the tables of a tabular model are joined: a drawing, and the list that says the same.
+
+import { Graph, layout } from "@dagrejs/dagre";
+import { type Child, h, svg } from "../elements/dom";
+import { badge, objectLink, placedLink, section, settingsInShort, table, titled } from "../elements/parts";
+import { count, counted, fitted, plainName } from "../elements/text";
+import type { Model } from "../model/model";
+import type { App, Page } from "./page";
+
+/** What can still be read; the layout takes longer with every table, too. */
+const kMostTables = 80;
+const kMostDrawn = 240;
+const kWidth = 168;
+const kHeight = 34;
+const kTextWidth = kWidth - 22;
+const kFont = '600 13px "Segoe UI", "Helvetica Neue", "Noto Sans", "DejaVu Sans", Arial, sans-serif';
+
+interface Relationship {
+  id: number;
+  /** The columns that it joins; a broken one may have fewer than two. */
+  columns: number[];
+  tables: number[];
+  active: boolean;
+}
+
+function relationshipOf(model: Model, id: number): Relationship {
+  const columns = model.namedBy(id, "joins");
+  return {
+    id, columns, tables: columns.map((column) => model.node(column).o ?? column),
+    active: model.setting(id, "isActive", "active")?.toLowerCase() !== "false",
+  };
+}
+
+interface Point {
+  x: number;
+  y: number;
+}
+
+interface Joined {
+  from: number;
+  to: number;
+  active: boolean;
+  names: string[];
+}
+
+/** Tables that several relationships join have one line. */
+function joinsOf(model: Model, relationships: Relationship[]): Joined[] {
+  const byEnds = new Map<string, Joined>();
+  for (const { id, columns, tables, active } of relationships) {
+    if (tables.length < 2) continue;
+    const [from, to] = tables as [number, number];
+    const joined = byEnds.get(`${from} ${to}`) ?? { from, to, active: false, names: [] };
+    byEnds.set(`${from} ${to}`, joined);
+    joined.active ||= active;
+    joined.names.push(columns.map((column) => plainName(model.name(column))).join(" → ") +
+      (active ? "" : " (inactive)") || plainName(model.name(id)));
+  }
+  return Array.from(byEnds.values());
+}
+
+function place(joins: Joined[]): { graph: Graph; width: number; height: number } {
+  const graph = new Graph();
+  graph.setGraph({ rankdir: "LR", nodesep: 14, ranksep: 90, marginx: 12, marginy: 12 });
+  graph.setDefaultEdgeLabel(() => ({}));
+  for (const id of new Set(joins.flatMap(({ from, to }) => [from, to]))) graph.setNode(String(id), { width: kWidth, height: kHeight });
+  for (const { from, to } of joins) if (from !== to) graph.setEdge(String(from), String(to));
+  layout(graph);
+  const { width = 0, height = 0 } = graph.graph() as { width?: number; height?: number };
+  return { graph, width, height };
+}
+
+function line(joined: Joined, points: Point[]): SVGElement {
+  const path = points.map(({ x, y }, i) => `${i === 0 ? "M" : "L"}${x.toFixed(1)} ${y.toFixed(1)}`).join("");
+  const title = svg("title", {});
+  title.textContent = joined.names.join("\n");
+  return svg("path", { class: joined.active ? "join" : "join inactive", d: path, "marker-end": "url(#join-end)" }, title);
+}
+
+function box(model: Model, id: number, { x, y }: Point): SVGElement {
+  const text = svg("text", { x: x - kWidth / 2 + 11, y: y + 4.5 });
+  text.textContent = fitted(plainName(model.name(id)), kFont, kTextWidth);
+  const title = svg("title", {});
+  title.textContent = plainName(model.name(id));
+  return svg("a", { href: model.href(id) }, title,
+    svg("rect", { x: x - kWidth / 2, y: y - kHeight / 2, width: kWidth, height: kHeight, rx: 6 }), text);
+}
+
+function drawing(model: Model, joins: Joined[]): HTMLElement {
+  const { graph, width, height } = place(joins);
+  const arrow = svg("marker", { id: "join-end", viewBox: "0 0 10 10", refX: 9, refY: 5, markerWidth: 7, markerHeight: 7,
+    orient: "auto-start-reverse" }, svg("path", { d: "M0 1l9 4-9 4z" }));
+  const lines = joins.filter(({ from, to }) => from !== to).map((joined) =>
+    line(joined, (graph.edge(String(joined.from), String(joined.to)) as { points: Point[] }).points));
+  const boxes = graph.nodes().map((node) => box(model, Number(node), graph.node(node) as Point));
+  const picture = svg("svg", { class: "joins", viewBox: `0 0 ${width} ${height}`, width, height, role: "group",
+    "aria-label": "Tables and how they are joined" }, svg("defs", {}, arrow), ...lines, ...boxes);
+  const scroll = h("div", { class: "joins-scroll", tabindex: "0", role: "region", "aria-label": "Relationships, drawn" });
+  scroll.append(picture);
+  return scroll;
+}
+
+function list(model: Model, relationships: Relationship[], firstRows?: number): HTMLElement {
+  return table({
+    label: "relationships", rows: relationships, ...(firstRows !== undefined && { firstRows }),
+    filterText: ({ id, columns }) => [id, ...columns].map((one) => model.node(one).q ?? model.name(one)).join(" "),
+    columns: [
+      { title: "From", cell: ({ columns }) => columns[0] !== undefined && placedLink(model, columns[0]) },
+      { title: "To", cell: ({ columns }) => columns.slice(1).map((column) => placedLink(model, column)) },
+      { title: "Relationship", cell: ({ id, active }) => [objectLink(model, id), !active && badge("inactive")] },
+      { title: "Settings", cell: ({ id }) => settingsInShort(model, id) },
+    ],
+  });
+}
+
+/** The relationships that join a table with others, or nothing. */
+export function relationshipsOf(model: Model, tableId: number): Child {
+  const ids = new Set(Array.from(model.parts(tableId)).flatMap((part) => model.naming(part, "joins")));
+  const found = Array.from(ids).filter((id) => model.kind(id) === "relationship");
+  return found.length > 0 &&
+    section(titled("Relationships", found.length), list(model, found.map((id) => relationshipOf(model, id)), 20));
+}
+
+export function relationshipsPage({ model }: App): Page {
+  const all = model.ofKind("relationship").map((id) => relationshipOf(model, id));
+  const joins = joinsOf(model, all);
+  const tables = new Set(joins.flatMap(({ from, to }) => [from, to])).size;
+  const isDrawn = joins.length > 0 && tables <= kMostTables && joins.length <= kMostDrawn;
+  return {
+    title: "Relationships",
+    element: h("article", {},
+      h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, "Relationships"),
+        h("p", { class: "subtitle" }, `${counted(all.length, "relationship")} between ${counted(tables, "table")}`)),
+      isDrawn ? section("Drawing", drawing(model, joins),
+        h("p", { class: "note" }, "An arrow leads from the column that refers to the one that is referred to; dashed where only ",
+          "inactive relationships join two tables."))
+        : joins.length > 0 && h("p", { class: "note" }, `Not drawn: more than ${count(kMostTables)} tables cannot be read.`),
+      section(titled("List", all.length), list(model, all))),
+  };
+}
