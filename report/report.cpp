@@ -17,7 +17,6 @@ constexpr std::size_t kFlushSize = std::size_t{1} << 16;
 /// What the page makes of "r".
 constexpr int kNoColumn = 0;
 constexpr int kColumn = 1;
-constexpr int kColumnByGraph = 2;
 
 /// The last number of an edge: these bits, and above them the place of its text, from 1 on.
 constexpr unsigned kFound = 1;
@@ -93,7 +92,6 @@ class DataWriter {
         program_(program),
         coverage_(measureCoverage(graph)),
         reached_(graph.tracedBack(true)),
-        byModel_(graph.tracedBack(false)),
         out_(out) {}
 
   void write() {
@@ -252,8 +250,7 @@ class DataWriter {
   }
 
   void reach(NodeId id) {
-    const int found = byModel_[id] ? kColumn : kColumnByGraph;
-    json_.member("r", reached_[id] ? found : kNoColumn);
+    json_.member("r", reached_[id] ? kColumn : kNoColumn);
     if (!reached_[id]) json_.optional("w", gapReason(graph_, id));
   }
 
@@ -341,7 +338,6 @@ class DataWriter {
   void cover(CoverageCount& count, NodeId id) const {
     ++count.count;
     count.reached += reached_[id] ? 1 : 0;
-    count.reachedByModel += byModel_[id] ? 1 : 0;
     count.rowCounts += graph_.countsRows(id) ? 1 : 0;
   }
 
@@ -355,8 +351,7 @@ class DataWriter {
   }
   void figures(std::string_view key, const CoverageCount& count) {
     json_.open(key, '[');
-    for (const std::size_t figure : {count.count, count.reached, count.reachedByModel, count.rowCounts})
-      json_.value(figure);
+    for (const std::size_t figure : {count.count, count.reached, count.rowCounts}) json_.value(figure);
     json_.close(']');
   }
 
@@ -386,7 +381,6 @@ class DataWriter {
   std::string_view program_;
   Coverage coverage_;
   std::vector<bool> reached_;
-  std::vector<bool> byModel_;
   Vocabulary settingNames_;
   Vocabulary edgeTexts_;
   std::ostream& out_;

@@ -153,14 +153,11 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
     h("div", { class: "table-scroll" }, h("table", { "aria-label": label }, head, body)), more);
 }
 
-/** How much of something traces back to a column. What only the graph found is told apart. */
-export function coverageBar(label: string, [total, reached, byModel]: CoverageFigures): HTMLElement {
-  const share = (part: number): string => `${total === 0 ? 0 : (100 * part) / total}%`;
-  const inModel = h("span", { class: "by-model" });
-  const inGraph = h("span", { class: "by-graph" });
-  inModel.style.width = share(byModel);
-  inGraph.style.width = share(reached - byModel);
-  const bar = h("span", { class: "bar", "aria-hidden": "true" }, inModel, inGraph);
+/** How much of something traces back to a column. */
+export function coverageBar(label: string, [total, reached]: CoverageFigures): HTMLElement {
+  const filled = h("span", { class: "filled" });
+  filled.style.width = `${total === 0 ? 0 : (100 * reached) / total}%`;
+  const bar = h("span", { class: "bar", "aria-hidden": "true" }, filled);
   const figures = total === 0 ? "none" : `${count(reached)} of ${count(total)} (${Math.floor((100 * reached) / total)} %)`;
   return h("div", { class: "coverage" }, h("span", { class: "coverage-label" }, label), bar,
     h("span", { class: "coverage-figures" }, figures));

@@ -49,7 +49,7 @@ export interface DataSourceData {
   c?: string;
 }
 
-export type CoverageFigures = [total: number, reached: number, byModel: number, countingRows: number];
+export type CoverageFigures = [total: number, reached: number, countingRows: number];
 
 export interface CoverageData {
   n: number;

@@ -2,7 +2,7 @@
 
 import { h } from "../elements/dom";
 import {
-  codeBlock, coverageBar, type Column, kFoundByGraph, objectLink, placedLink, section, table, titled,
+  codeBlock, coverageBar, type Column, objectLink, placedLink, section, table, titled,
 } from "../elements/parts";
 import { counted } from "../elements/text";
 import type { Model } from "../model/model";
@@ -47,14 +47,12 @@ export function coveragePage({ model }: App): Page {
     title: "Coverage",
     element: h("article", {},
       h("header", { class: "page-head" }, h("h1", { tabindex: "-1" }, "Coverage"),
-        h("p", { class: "subtitle" }, "How many attributes and measures trace back to a database column. ",
-          h("span", { class: "swatch by-model" }), " in the model, ",
-          h("span", { class: "swatch by-graph" }), ` ${kFoundByGraph}.`)),
+        h("p", { class: "subtitle" }, "How many attributes and measures trace back to a database column.")),
       h("div", { class: "cards" }, model.data.coverage.map((row) => h("section", { class: "panel" },
         h("h2", {}, row.n < 0 ? "Total" : objectLink(model, row.n)),
         coverageBar("Attributes", row.a), coverageBar("Measures", row.m), row.k[0] > 0 && coverageBar("KPI values", row.k),
-        row.m[3] > 0 && h("p", { class: "note" },
-          `Included: ${counted(row.m[3], "row count")}.`)))),
+        row.m[2] > 0 && h("p", { class: "note" },
+          `Included: ${counted(row.m[2], "row count")}.`)))),
       open.length > 0 && section(titled("Not traced back to a column", open.length), table({
         label: "objects not traced back to a column", rows: open,
         filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""}`,

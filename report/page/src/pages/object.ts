@@ -28,7 +28,6 @@ function badges(model: Model, id: number): Child {
   return [
     node.h === 1 && badge("hidden"),
     node.r === 1 && badge("traces back to a column", "good"),
-    node.r === 2 && badge("traces back to a column, as found by the graph", "good"),
     node.r === 0 && badge("does not reach a column", "bad"),
     node.u && node.u.length > 0 && badge(counted(node.u.length, "unresolved reference"), "bad"),
   ];

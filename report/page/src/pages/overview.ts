@@ -2,7 +2,7 @@
 
 import { type Child, h } from "../elements/dom";
 import { kindMark } from "../elements/kind_mark";
-import { badge, coverageBar, description, facts, kFoundByGraph, objectLink, section, table, titled } from "../elements/parts";
+import { badge, coverageBar, description, facts, objectLink, section, table, titled } from "../elements/parts";
 import { count, nameElement } from "../elements/text";
 import type { CoverageFigures, Kind, Model } from "../model/model";
 import { kMeasureKinds } from "../model/model";
@@ -65,9 +65,7 @@ function coverage(model: Model): Child {
     whole && [coverageBar("Attributes", whole.a), coverageBar("Measures", whole.m),
       whole.k[0] > 0 && coverageBar("KPI values", whole.k)],
     perCube.length > 1 && h("div", { class: "coverage-by-cube" }, perCube.slice(0, 12).map((row) =>
-      coverageBar(model.name(row.n), row.a.map((figure, i) => figure + row.m[i]! + row.k[i]!) as CoverageFigures))),
-    h("p", { class: "note" }, h("span", { class: "swatch by-model" }), " in the model ",
-      h("span", { class: "swatch by-graph" }), ` ${kFoundByGraph}`));
+      coverageBar(model.name(row.n), row.a.map((figure, i) => figure + row.m[i]! + row.k[i]!) as CoverageFigures))));
 }
 
 function dataSources(model: Model): Child {

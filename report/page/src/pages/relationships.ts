@@ -17,18 +17,23 @@ const kFont = '600 13px "Segoe UI", "Helvetica Neue", "Noto Sans", "DejaVu Sans"
 
 interface Relationship {
   id: number;
-  /** The columns that it joins; a broken one may have fewer than two. */
-  columns: number[];
-  tables: number[];
+  /** The columns that it joins; a broken one may lack either. */
+  from: number | undefined;
+  to: number | undefined;
   active: boolean;
 }
 
 function relationshipOf(model: Model, id: number): Relationship {
-  const columns = model.namedBy(id, "joins");
+  const ends = model.edgesInto(id).filter((edge) => edge.kind === "joins");
+  const from = ends.find((edge) => edge.text !== "to");
   return {
-    id, columns, tables: columns.map((column) => model.node(column).o ?? column),
+    id, from: from?.from, to: ends.find((edge) => edge !== from)?.from,
     active: model.setting(id, "isActive", "active")?.toLowerCase() !== "false",
   };
+}
+
+function tableOf(model: Model, column: number): number {
+  return model.node(column).o ?? column;
 }
 
 interface Point {
@@ -46,14 +51,14 @@ interface Joined {
 /** Tables that several relationships join have one line. */
 function joinsOf(model: Model, relationships: Relationship[]): Joined[] {
   const byEnds = new Map<string, Joined>();
-  for (const { id, columns, tables, active } of relationships) {
-    if (tables.length < 2) continue;
-    const [from, to] = tables as [number, number];
+  for (const { from: fromColumn, to: toColumn, active } of relationships) {
+    if (fromColumn === undefined || toColumn === undefined) continue;
+    const from = tableOf(model, fromColumn);
+    const to = tableOf(model, toColumn);
     const joined = byEnds.get(`${from} ${to}`) ?? { from, to, active: false, names: [] };
     byEnds.set(`${from} ${to}`, joined);
     joined.active ||= active;
-    joined.names.push(columns.map((column) => plainName(model.name(column))).join(" → ") +
-      (active ? "" : " (inactive)") || plainName(model.name(id)));
+    joined.names.push(`${plainName(model.name(fromColumn))} → ${plainName(model.name(toColumn))}${active ? "" : " (inactive)"}`);
   }
   return Array.from(byEnds.values());
 }
@@ -102,10 +107,11 @@ function drawing(model: Model, joins: Joined[]): HTMLElement {
 function list(model: Model, relationships: Relationship[], firstRows?: number): HTMLElement {
   return table({
     label: "relationships", rows: relationships, ...(firstRows !== undefined && { firstRows }),
-    filterText: ({ id, columns }) => [id, ...columns].map((one) => model.node(one).q ?? model.name(one)).join(" "),
+    filterText: ({ id, from, to }) => [id, from, to].map((one) => one === undefined ? "" : model.node(one).q ?? model.name(one))
+      .join(" "),
     columns: [
-      { title: "From", cell: ({ columns }) => columns[0] !== undefined && placedLink(model, columns[0]) },
-      { title: "To", cell: ({ columns }) => columns.slice(1).map((column) => placedLink(model, column)) },
+      { title: "From", cell: ({ from }) => from !== undefined && placedLink(model, from) },
+      { title: "To", cell: ({ to }) => to !== undefined && placedLink(model, to) },
       { title: "Relationship", cell: ({ id, active }) => [objectLink(model, id), !active && badge("inactive")] },
       { title: "Settings", cell: ({ id }) => settingsInShort(model, id) },
     ],

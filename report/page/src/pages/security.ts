@@ -15,10 +15,14 @@ function rolesOf(model: Model, permission: number): number[] {
   return named.length === 0 && owner !== undefined && model.kind(owner) === "role" ? [owner] : named;
 }
 
+/** What a permission is about: what holds it, or the tables that it names. The single columns and members that it
+ * narrows that to stand on its own page. */
 function securedBy(model: Model, permission: number): number[] {
-  const named = model.namedBy(permission, "secures");
   const owner = model.node(permission).o;
-  return named.length === 0 && owner !== undefined && model.kind(owner) !== "role" ? [owner] : named;
+  if (owner !== undefined && model.kind(owner) !== "role") return [owner];
+  const named = model.namedBy(permission, "secures");
+  const whole = named.filter((id) => model.isContainer(id));
+  return whole.length > 0 ? whole : named;
 }
 
 function permitted(model: Model, permission: number): Child {
