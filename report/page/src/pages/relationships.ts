@@ -12,6 +12,7 @@ const kMostTables = 80;
 const kMostDrawn = 240;
 const kWidth = 168;
 const kHeight = 34;
+const kMargin = 8;
 const kTextWidth = kWidth - 22;
 const kFont = '600 13px "Segoe UI", "Helvetica Neue", "Noto Sans", "DejaVu Sans", Arial, sans-serif';
 
@@ -63,22 +64,59 @@ function joinsOf(model: Model, relationships: Relationship[]): Joined[] {
   return Array.from(byEnds.values());
 }
 
-function place(joins: Joined[]): { graph: Graph; width: number; height: number } {
-  const graph = new Graph();
-  graph.setGraph({ rankdir: "LR", nodesep: 14, ranksep: 90, marginx: 12, marginy: 12 });
-  graph.setDefaultEdgeLabel(() => ({}));
-  for (const id of new Set(joins.flatMap(({ from, to }) => [from, to]))) graph.setNode(String(id), { width: kWidth, height: kHeight });
-  for (const { from, to } of joins) if (from !== to) graph.setEdge(String(from), String(to));
-  layout(graph);
-  const { width = 0, height = 0 } = graph.graph() as { width?: number; height?: number };
-  return { graph, width, height };
+interface Placed {
+  boxes: Map<number, Point>;
+  /** Where each line goes: from the right side of a box, through the gaps between others, to the left side of another. */
+  ways: Point[][];
 }
 
-function line(joined: Joined, points: Point[]): SVGElement {
-  const path = points.map(({ x, y }, i) => `${i === 0 ? "M" : "L"}${x.toFixed(1)} ${y.toFixed(1)}`).join("");
+function place(joins: Joined[]): Placed {
+  const graph = new Graph();
+  graph.setGraph({ rankdir: "LR", nodesep: 14, ranksep: 90 });
+  graph.setDefaultEdgeLabel(() => ({}));
+  for (const id of new Set(joins.flatMap(({ from, to }) => [from, to]))) graph.setNode(String(id), { width: kWidth, height: kHeight });
+  for (const { from, to } of joins) graph.setEdge(String(from), String(to));
+  layout(graph);
+  const boxes = new Map(graph.nodes().map((node) => [Number(node), graph.node(node) as Point]));
+  const ways = joins.map(({ from, to }) => {
+    const start = boxes.get(from)!;
+    const end = boxes.get(to)!;
+    const { points } = graph.edge(String(from), String(to)) as { points: Point[] };
+    return [{ x: start.x + kWidth / 2, y: start.y }, ...points.slice(1, -1), { x: end.x - kWidth / 2, y: end.y }];
+  });
+  return { boxes, ways };
+}
+
+/** Lines may pass above and below all boxes. */
+function frame({ boxes, ways }: Placed): { x: number; y: number; width: number; height: number } {
+  const box = { left: 0, top: 0, right: 0, bottom: 0 };
+  const include = ({ x, y }: Point, dx: number, dy: number): void => {
+    box.left = Math.min(box.left, x - dx);
+    box.right = Math.max(box.right, x + dx);
+    box.top = Math.min(box.top, y - dy);
+    box.bottom = Math.max(box.bottom, y + dy);
+  };
+  for (const point of boxes.values()) include(point, kWidth / 2, kHeight / 2);
+  for (const way of ways) for (const point of way) include(point, 0, 0);
+  return { x: box.left - kMargin, y: box.top - kMargin, width: box.right - box.left + 2 * kMargin,
+    height: box.bottom - box.top + 2 * kMargin };
+}
+
+/** A line that leaves and enters every point level. */
+function curve([start, ...rest]: Point[]): string {
+  let { x, y } = start!;
+  return `M${x} ${y}` + rest.map((point) => {
+    const middle = (x + point.x) / 2;
+    const piece = `C${middle} ${y} ${middle} ${point.y} ${point.x} ${point.y}`;
+    ({ x, y } = point);
+    return piece;
+  }).join("");
+}
+
+function line(joined: Joined, way: Point[]): SVGElement {
   const title = svg("title", {});
   title.textContent = joined.names.join("\n");
-  return svg("path", { class: joined.active ? "join" : "join inactive", d: path, "marker-end": "url(#join-end)" }, title);
+  return svg("path", { class: joined.active ? "join" : "join inactive", d: curve(way), "marker-end": "url(#join-end)" }, title);
 }
 
 function box(model: Model, id: number, { x, y }: Point): SVGElement {
@@ -91,13 +129,13 @@ function box(model: Model, id: number, { x, y }: Point): SVGElement {
 }
 
 function drawing(model: Model, joins: Joined[]): HTMLElement {
-  const { graph, width, height } = place(joins);
+  const placed = place(joins);
+  const { x, y, width, height } = frame(placed);
   const arrow = svg("marker", { id: "join-end", viewBox: "0 0 10 10", refX: 9, refY: 5, markerWidth: 7, markerHeight: 7,
     orient: "auto-start-reverse" }, svg("path", { d: "M0 1l9 4-9 4z" }));
-  const lines = joins.filter(({ from, to }) => from !== to).map((joined) =>
-    line(joined, (graph.edge(String(joined.from), String(joined.to)) as { points: Point[] }).points));
-  const boxes = graph.nodes().map((node) => box(model, Number(node), graph.node(node) as Point));
-  const picture = svg("svg", { class: "joins", viewBox: `0 0 ${width} ${height}`, width, height, role: "group",
+  const lines = joins.map((joined, i) => line(joined, placed.ways[i]!));
+  const boxes = Array.from(placed.boxes, ([id, point]) => box(model, id, point));
+  const picture = svg("svg", { class: "joins", viewBox: `${x} ${y} ${width} ${height}`, width, height, role: "group",
     "aria-label": "Tables and how they are joined" }, svg("defs", {}, arrow), ...lines, ...boxes);
   const scroll = h("div", { class: "joins-scroll", tabindex: "0", role: "region", "aria-label": "Relationships, drawn" });
   scroll.append(picture);
