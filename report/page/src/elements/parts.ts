@@ -196,13 +196,23 @@ export function settingsSection(model: Model, id: number): Child {
 }
 
 const kFewSettings = 5;
+const kShortValue = 90;
+/** Settings that say nothing in a list: numbers for the server, the same again in other languages. */
+const kNotInShort = /^(?:ID|Description$|Translation|lineageTag)/;
 
-/** The first settings of an object, for a cell. */
+/** The first settings of an object, for a cell. One that stands there several times is named once. */
 export function settingsInShort(model: Model, id: number): Child {
-  const settings = model.settings(id);
-  if (settings.length === 0) return null;
-  const left = settings.length - kFewSettings;
-  return h("ul", { class: "plain settings" }, settings.slice(0, kFewSettings).map(({ name, value }) =>
-    h("li", {}, h("span", { class: "place" }, nameElement(name), ": "), nameElement(value.slice(0, kLongValue)))),
+  const values = new Map<string, string[]>();
+  for (const { name, value } of model.settings(id)) {
+    if (kNotInShort.test(name)) continue;
+    const known = values.get(name);
+    if (known) known.push(value);
+    else values.set(name, [value]);
+  }
+  if (values.size === 0) return null;
+  const left = values.size - kFewSettings;
+  const short = (text: string): string => text.length > kShortValue ? text.slice(0, kShortValue) + "…" : text;
+  return h("ul", { class: "plain settings" }, Array.from(values).slice(0, kFewSettings).map(([name, all]) =>
+    h("li", {}, h("span", { class: "place" }, nameElement(name), ": "), nameElement(short(all.join(", ").replace(/\s+/g, " "))))),
     left > 0 && h("li", { class: "place" }, `and ${count(left)} more`));
 }

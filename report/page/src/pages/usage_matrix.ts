@@ -30,12 +30,13 @@ function usagesOf(model: Model, groups: number[]): Usage[] {
 /** What a cell says: the attribute that joins them, and the way there where it is none of the plain ones. */
 function cell(model: Model, usage: Usage): Child {
   const granularity = model.namedBy(usage.id, "granularity").filter((id) => !model.kind(id).endsWith("Column"));
+  const bridges = model.namedBy(usage.id, "bridge");
   const link = (ids: number[], word: string): Child => ids.length > 0 && h("span", { class: "way" }, word, " ",
     ids.map((id, i) => [i > 0 && ", ", h("a", { href: model.href(id) }, nameElement(model.name(id)))]));
-  const names = granularity.length === 0 ? "joined"
+  const names = granularity.length === 0 ? (bridges.length > 0 ? "many to many" : "joined")
     : granularity.map((id, i) => [i > 0 && ", ", nameElement(model.name(id))]);
   return [h("a", { href: model.href(usage.id) }, names), link(model.namedBy(usage.id, "intermediate"), "through"),
-    link(model.namedBy(usage.id, "bridge"), "bridged by")];
+    link(bridges, "bridged by")];
 }
 
 function matrix(model: Model, dimensions: number[], groups: number[], usages: Usage[]): HTMLElement {
