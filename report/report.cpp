@@ -134,8 +134,8 @@ class DataWriter {
     count("Attributes", of(NodeKind::attribute));
     count("Cubes", of(NodeKind::cube));
     count("Perspectives", of(NodeKind::perspective));
-    count("Measures", of(NodeKind::measure) + of(NodeKind::calculatedMeasure));
-    count("of these, calculated", of(NodeKind::calculatedMeasure));
+    count("All measures", of(NodeKind::measure) + of(NodeKind::calculatedMeasure));
+    count("Calculated measures", of(NodeKind::calculatedMeasure));
     count("KPIs", of(NodeKind::kpi));
     count("Unresolved references", coverage_.unresolved);
     json_.close(']');
@@ -270,7 +270,9 @@ class DataWriter {
   std::size_t marksOf(const LineageEdge& edge) {
     std::string text = graph_.edgeText(edge);
     const std::size_t place = text.empty() ? 0 : edgeTexts_.placeOf(std::move(text)) + 1;
-    return (place << kEdgeTextShift) | (edge.foundByGraph ? kFound : 0) | (edge.replaces ? kReplaces : 0);
+    // What stands in the details was not found: the definition says it.
+    const bool isFound = edge.foundByGraph && edge.relation == kNoRelation;
+    return (place << kEdgeTextShift) | (isFound ? kFound : 0) | (edge.replaces ? kReplaces : 0);
   }
 
   void hierarchies() {

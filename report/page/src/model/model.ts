@@ -81,8 +81,6 @@ export interface ReportData {
 /** What a database counts as its measures. Copies in cubes are the same measures again. */
 export const kMeasureKinds: Kind[] = ["measure", "calculatedMeasure"];
 
-/** The kinds of relations that models have too. */
-const kModelKinds = new Set<EdgeKind>(["direct", "computed", "aggregated", "condition", "member"]);
 /** For the relation that trees show without a word. */
 const kUnnamedRelation = { sources: "taken over from", dependents: "taken over by" };
 
@@ -142,7 +140,7 @@ export interface Edge {
   kind: EdgeKind;
   /** How it is drawn. */
   style: FlowStyle;
-  /** Found by the graph where the model has no edge: through the name that only a cube gives to a dimension, or a link. */
+  /** Found by the graph where neither model nor details have it: through the name that only a cube gives to a dimension, or a link. */
   found: boolean;
   /** Stands in place of one that the model has. */
   replaces: boolean;
@@ -266,6 +264,9 @@ export class Model {
     return this.settings(id).find(({ name }) => keys.includes(settingKey(name)))?.value;
   }
 
+  kindRank(id: number): number {
+    return this.node(id).k;
+  }
   rank(edge: Edge): number {
     return this.ranks.get(edge.kind)!;
   }
@@ -316,8 +317,7 @@ export class Model {
     const marks = edges[at + 3]!;
     return {
       from: edges[at]!, to: edges[at + 1]!, kind: edgeKinds[edges[at + 2]!]![0], style: this.styles[edges[at + 2]!]!,
-      // What no model has is not worth a mark.
-      found: (marks & kFound) !== 0 && kModelKinds.has(edgeKinds[edges[at + 2]!]![0]), replaces: (marks & kReplaces) !== 0,
+      found: (marks & kFound) !== 0, replaces: (marks & kReplaces) !== 0,
       text: edgeTexts[(marks >>> kEdgeTextShift) - 1] ?? "",
     };
   }

@@ -8,11 +8,11 @@ import {
 } from "../elements/parts";
 import { count, counted, nameElement, percent, plainName } from "../elements/text";
 import { LineagePanel } from "../lineage/panel";
-import type { Kind, Model } from "../model/model";
+import type { Edge, Kind, Model } from "../model/model";
 import { cubeSections } from "./cube";
 import { openNames } from "./open_names";
 import type { App, Page } from "./page";
-import { relations } from "./relations";
+import { relations, shown } from "./relations";
 import { relationshipsOf } from "./relationships";
 import { statements } from "./script";
 import { permissionsOfRole, rolesOn } from "./security";
@@ -122,6 +122,11 @@ function coverageNote(model: Model, id: number): Child {
     `${percent(row.m[1], row.m[0])} of ${counted(row.m[0], "measure")}`);
 }
 
+/** Whether an edge tells what a cube or perspective shows, which stands elsewhere on its page. */
+function isShown(id: number): (edge: Edge) => boolean {
+  return (edge) => edge.kind === "member" && edge.to === id;
+}
+
 function permissions(model: Model, id: number): Child {
   return model.kind(id) === "role" ? permissionsOfRole(model, id) : model.kind(id) === "dimension" && rolesOn(model, id);
 }
@@ -141,13 +146,12 @@ export function objectPage(app: App, id: number): Page {
   const body = kind === "cube"
     ? fragment(cubeSections(model, id), parts(model, id), rolesOn(model, id), panel.element,
       h("div", { class: "two-columns" }, h("div", {}, about, settingsSection(model, id)),
-        // What a cube shows stands above.
-        h("div", {}, relations(model, id, (edge) => edge.kind === "member" && edge.to === id))))
+        h("div", {}, relations(model, id, isShown(id)))))
     : fragment(expression(model, id), kind === "script" || kind === "scope" ? statements(model, id) : null, panel.element,
       h("div", { class: "two-columns" },
         h("div", {}, about, settingsSection(model, id), hierarchies(model, id), permissions(model, id), parts(model, id),
           kind === "dimension" && relationshipsOf(model, id)),
-        h("div", {}, relations(model, id))));
+        kind === "perspective" ? h("div", {}, shown(model, id), relations(model, id, isShown(id))) : h("div", {}, relations(model, id))));
   return {
     title: plainName(node.n),
     element: h("article", { class: "object-page" }, head, body),
