@@ -2,6 +2,7 @@
 
 #include <array>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "framework/std/json_writer.h"
@@ -192,7 +193,6 @@ class DataWriter {
     json_.optional("a", graph_.aggregation(id));
     if (at.object) object(id);
     settings(id);
-    unresolved(id);
     openNames(id);
     if (leadsSomewhere(at.kind)) reach(id);
     json_.close('}');
@@ -227,25 +227,22 @@ class DataWriter {
     json_.close(']');
   }
 
+  /// What the model has not found and the details do not know counts as a mistake of the definition.
   void openNames(NodeId id) {
-    const std::vector<OpenNameText> names = graph_.openNames(id);
-    if (names.empty()) return;
-    json_.open("y", '[');
-    for (const OpenNameText& name : names) {
-      json_.open('[');
-      json_.value(name.name);
-      json_.value(openNameStateText(name.state));
-      json_.value(name.note);
-      json_.close(']');
-    }
-    json_.close(']');
-  }
-
-  void unresolved(NodeId id) {
-    const std::vector<std::string> names = graph_.unresolved(id);
+    std::vector<OpenNameText> names = graph_.openNames(id);
+    std::unordered_set<std::string> known;
+    for (const OpenNameText& name : names) known.insert(name.name);
+    for (const std::string& name : graph_.unresolved(id))
+      if (known.insert(name).second) names.push_back({name, OpenNameState::mistake, {}});
     if (names.empty()) return;
     json_.open("u", '[');
-    for (const std::string& name : names) json_.value(name);
+    for (const OpenNameText& name : names) {
+      json_.open('[');
+      for (const std::string_view text :
+           {std::string_view(name.name), openNameStateText(name.state), std::string_view(name.note)})
+        json_.value(text);
+      json_.close(']');
+    }
     json_.close(']');
   }
 

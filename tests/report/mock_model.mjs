@@ -47,6 +47,32 @@ class Writer {
   }
 }
 
+/** A model from lines as in details.txt. */
+export function modelFromLines(lines) {
+  const writer = new Writer("Details");
+  const { nodes, settingNames, edgeTexts } = writer.model;
+  const idOf = (name) => nodes.findIndex((node) => node.n === name);
+  const makers = [
+    [/^= (.*)/, (text) => Object.assign(nodes.at(-1), { e: text, l: "mdx" })],
+    [/^\? (\S+) (\w+) ?(.*)/, (...name) => (nodes.at(-1).u ??= []).push(name)],
+    [/^(.+) -(\w+)-> (.+?)(?: : (.*))?$/, (from, kind, to, text) => {
+      writer.link(idOf(from), idOf(to), kind);
+      if (text) writer.model.edges[writer.model.edges.length - 1] = edgeTexts.push(text) << 2;
+    }],
+    [/^(\w+): (.*)/, (name, value) => {
+      if (!settingNames.includes(name)) settingNames.push(name);
+      (nodes.at(-1).s ??= []).push(settingNames.indexOf(name), value);
+    }],
+    [/^(\w+) (.+?)(?: of (.*))?$/, (kind, name, owner) =>
+      writer.add(kind, name, owner === undefined ? undefined : idOf(owner))],
+  ];
+  for (const line of lines) {
+    const [form, make] = makers.find(([pattern]) => pattern.test(line));
+    make(...form.exec(line).slice(1));
+  }
+  return writer.model;
+}
+
 /** About `size` objects: tables of ten columns, dimensions and measures on them, chains of calculations. */
 export function largeModel(size) {
   const writer = new Writer("Large");
@@ -92,7 +118,7 @@ export function hostileModel() {
   const calculations = writer.add("calculations", hostileNames[1], cube);
   const measures = hostileNames.map((name) => {
     const made = writer.add("calculatedMeasure", name, calculations,
-      { d: name, e: `"${name}" + [${name}] -- ${name}`, l: "mdx", u: [name], r: 0, w: name });
+      { d: name, e: `"${name}" + [${name}] -- ${name}`, l: "mdx", u: [[name, "mistake", name]], r: 0, w: name });
     // As JSON gives it: a property, not the prototype.
     writer.model.nodes[made].x = JSON.parse(`{${JSON.stringify(name)}: ${JSON.stringify(name)}}`);
     const shown = writer.add("cubeMeasure", name, cube);

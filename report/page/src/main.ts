@@ -98,7 +98,7 @@ function navigation(model: Model): HTMLElement {
     { href: "#/relationships", label: "Relationships", number: model.ofKind("relationship").length },
     { href: "#/roles", label: "Roles", number: model.ofKind("role").length },
     { href: "#/coverage", label: "Coverage" },
-    { href: "#/unresolved", label: "Unresolved", number: model.withUnresolved().length },
+    { href: "#/unresolved", label: "Unresolved", number: model.withOpenNames("mistake").length },
   ];
   const further = furtherEntries(model).filter((entry) => entry.number !== 0);
   const link = (entry: Entry): HTMLElement => h("li", {}, h("a", { href: entry.href }, h("span", {}, entry.label),

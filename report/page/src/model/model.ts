@@ -26,15 +26,16 @@ export interface NodeData {
   a?: string;
   h?: number;
   v?: string;
-  u?: string[];
-  y?: OpenNameData[];
+  u?: OpenNameData[];
   s?: (number | string)[];
   r?: number;
   w?: string;
   x?: Record<string, string>;
 }
 
-export type OpenNameData = [name: string, state: "exists" | "mistake" | "beyond", note: string];
+/** Whether the definition has it elsewhere, has it nowhere, or speaks of what is outside. */
+export type OpenNameState = "exists" | "mistake" | "beyond";
+export type OpenNameData = [name: string, state: OpenNameState, note: string];
 
 export interface HierarchyData {
   o: number;
@@ -291,9 +292,13 @@ export class Model {
   ofKind(...kinds: Kind[]): number[] {
     return kinds.flatMap((kind) => this.byKind.get(kind) ?? []);
   }
-  /** The objects whose expressions name what was not found. */
-  withUnresolved(): number[] {
-    return this.data.nodes.flatMap((node, id) => node.u && node.u.length > 0 ? [id] : []);
+  /** The names in its expression that are in one of the states. */
+  openNames(id: number, ...states: OpenNameState[]): OpenNameData[] {
+    return (this.node(id).u ?? []).filter(([, state]) => states.includes(state));
+  }
+  /** The objects whose expressions have such names. */
+  withOpenNames(...states: OpenNameState[]): number[] {
+    return this.data.nodes.flatMap((_, id) => this.openNames(id, ...states).length > 0 ? [id] : []);
   }
   /** The node at a path, or undefined. Of several, the first. */
   atPath(path: string): number | undefined {

@@ -5,27 +5,28 @@ import {
   codeBlock, coverageBar, type Column, objectLink, placedLink, section, table, titled,
 } from "../elements/parts";
 import { counted } from "../elements/text";
-import type { Model } from "../model/model";
+import type { Model, OpenNameState } from "../model/model";
 import { openNames } from "./open_names";
 import type { App, Page } from "./page";
 
-export function unresolvedTable(model: Model, ids: number[], withText = false): HTMLElement {
+export function openNamesTable(model: Model, label: string, ids: number[], states: OpenNameState[], withText = false): HTMLElement {
   const columns: Column<number>[] = [
     { title: "Object", cell: (id) => placedLink(model, id) },
-    { title: "Unresolved", cell: (id) => openNames(model, id) },
+    { title: "Name", cell: (id) => openNames(model, id, ...states) },
   ];
   if (withText) columns.push({ title: "Expression", class: "wide", cell: (id) => {
     const { e, l } = model.node(id);
     return e && codeBlock(e, l, 3);
   } });
   return table({
-    label: "unresolved references", rows: ids, columns,
-    filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""} ${(model.node(id).u ?? []).join(" ")}`,
+    label, rows: ids, columns,
+    filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""} ${model.openNames(id, ...states).flat().join(" ")}`,
   });
 }
 
 export function unresolvedPage({ model }: App): Page {
-  const ids = model.withUnresolved();
+  const ids = model.withOpenNames("mistake");
+  const others = model.withOpenNames("exists", "beyond");
   return {
     title: "Unresolved references",
     element: h("article", {},
@@ -33,7 +34,10 @@ export function unresolvedPage({ model }: App): Page {
         h("p", { class: "subtitle" },
           "Expressions that refer to names not found in the model. Their other references are still followed.")),
       ids.length === 0 ? h("p", { class: "note" }, "All references are resolved.")
-        : h("section", { class: "panel", "aria-label": "Unresolved references" }, unresolvedTable(model, ids, true))),
+        : h("section", { class: "panel", "aria-label": "Unresolved references" }, openNamesTable(model, "unresolved references", ids, ["mistake"], true)),
+      others.length > 0 && section(titled("Names that lead elsewhere", others.length),
+        h("p", { class: "note" }, "They exist, but are no attributes or measures, or stand for something outside this definition."),
+        openNamesTable(model, "names that lead elsewhere", others, ["exists", "beyond"], true))),
   };
 }
 

@@ -10,7 +10,7 @@ import { count, counted, nameElement, percent, plainName } from "../elements/tex
 import { LineagePanel } from "../lineage/panel";
 import type { Edge, Kind, Model } from "../model/model";
 import { cubeSections } from "./cube";
-import { openNames } from "./open_names";
+import { kOpenNameStates, openNames } from "./open_names";
 import type { App, Page } from "./page";
 import { relations, shown } from "./relations";
 import { relationshipsOf } from "./relationships";
@@ -25,11 +25,12 @@ function breadcrumbs(model: Model, id: number): HTMLElement {
 
 function badges(model: Model, id: number): Child {
   const node = model.node(id);
+  const unresolved = model.openNames(id, "mistake").length;
   return [
     node.h === 1 && badge("hidden"),
     node.r === 1 && badge("traces back to a column", "good"),
     node.r === 0 && badge("does not reach a column", "bad"),
-    node.u && node.u.length > 0 && badge(counted(node.u.length, "unresolved reference"), "bad"),
+    unresolved > 0 && badge(counted(unresolved, "unresolved reference"), "bad"),
   ];
 }
 
@@ -45,7 +46,7 @@ function factList(model: Model, id: number): HTMLElement {
     ["Type", node.t],
     ["Aggregation", aggregation(model, id)],
     ["Lineage gap", node.w],
-    ["Unresolved references", openNames(model, id)],
+    ["Open names", openNames(model, id, ...kOpenNameStates)],
     ...Object.entries(node.x ?? {}).map(([key, value]): [string, Child] => [plainName(key), valueElement(value)]),
   ]);
 }

@@ -6,7 +6,7 @@ import { badge, coverageBar, description, facts, objectLink, section, table, tit
 import { count, nameElement } from "../elements/text";
 import type { CoverageFigures, Kind, Model } from "../model/model";
 import { kMeasureKinds } from "../model/model";
-import { unresolvedTable } from "./findings";
+import { openNamesTable } from "./findings";
 import type { App, Page } from "./page";
 
 interface Stage {
@@ -80,11 +80,11 @@ function dataSources(model: Model): Child {
 }
 
 function unresolved(model: Model): Child {
-  const ids = model.withUnresolved();
+  const ids = model.withOpenNames("mistake");
   if (ids.length === 0)
     return section("Unresolved references", h("p", { class: "note" }, "All references are resolved."));
   return section(h("a", { href: "#/unresolved" }, titled("Unresolved references", ids.length)),
-    unresolvedTable(model, ids.slice(0, kFewUnresolved)),
+    openNamesTable(model, "unresolved references", ids.slice(0, kFewUnresolved), ["mistake"]),
     ids.length > kFewUnresolved && h("p", {}, h("a", { href: "#/unresolved" }, `All ${count(ids.length)} expressions`)));
 }
 
