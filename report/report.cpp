@@ -123,9 +123,16 @@ class DataWriter {
     json_.member("dialect", graph_.isTabular() ? "tabular" : "multidimensional");
   }
 
+  /// Whether the definition has it, and the model should but does not: such an object does not count.
+  [[nodiscard]] bool isLeftOut(NodeId id) const {
+    const LineageNode& at = graph_.node(id);
+    return !at.object && !graph_.database(id) && at.kind < kFirstInDetailsOnly;
+  }
+
   void counts() {
     std::array<std::size_t, kNodeKindCount> kinds{};
-    for (const LineageNode& node : graph_.nodes()) ++kinds[static_cast<std::size_t>(node.kind)];
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id)
+      if (!isLeftOut(id)) ++kinds[static_cast<std::size_t>(graph_.node(id).kind)];
     const auto of = [&](NodeKind kind) { return kinds[static_cast<std::size_t>(kind)]; };
     json_.open("counts", '[');
     count("Data sources", static_cast<std::size_t>(graph_.model().storeConnections.getCount()));
@@ -192,6 +199,7 @@ class DataWriter {
     json_.optional("l", graph_.language(id));
     json_.optional("a", graph_.aggregation(id));
     if (at.object) object(id);
+    if (isLeftOut(id)) json_.member("b", 1);
     settings(id);
     openNames(id);
     if (leadsSomewhere(at.kind)) reach(id);
@@ -313,7 +321,7 @@ class DataWriter {
     std::unordered_map<NodeId, Listed> cubes;
     for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
       const NodeKind kind = graph_.node(id).kind;
-      if (isOriginalMeasure(kind)) cover(whole.measures, id);
+      if (isOriginalMeasure(kind) && !isLeftOut(id)) cover(whole.measures, id);
       if (kind == NodeKind::kpiValue) cover(whole.kpiValues, id);
       if (kind != NodeKind::cubeMeasure) continue;
       const bool ofKpi = graph_.node(graph_.originalOf(id)).kind == NodeKind::kpiValue;

@@ -22,6 +22,7 @@ export interface NodeData {
   e?: string;
   l?: Language;
   d?: string;
+  b?: number;
   t?: string;
   a?: string;
   h?: number;
@@ -198,10 +199,8 @@ export class Model {
     this.incoming = new Lists(nodes.length, to);
     this.outgoing = new Lists(nodes.length, from);
     nodes.forEach((node, id) => {
-      const kind = this.kind(id);
-      const list = this.byKind.get(kind);
-      if (list) list.push(id);
-      else this.byKind.set(kind, [id]);
+      // What the model left out does not count among its objects. It has a page all the same.
+      if (node.b !== 1) this.addByKind(this.kind(id), id);
       if (node.p && !this.byPath.has(node.p)) this.byPath.set(node.p, id);
     });
     for (const hierarchy of data.hierarchies) {
@@ -209,6 +208,12 @@ export class Model {
       if (list) list.push(hierarchy);
       else this.hierarchiesByOwner.set(hierarchy.o, [hierarchy]);
     }
+  }
+
+  private addByKind(kind: Kind, id: number): void {
+    const list = this.byKind.get(kind);
+    if (list) list.push(id);
+    else this.byKind.set(kind, [id]);
   }
 
   node(id: number): NodeData {

@@ -28,6 +28,7 @@ function badges(model: Model, id: number): Child {
   const unresolved = model.openNames(id, "mistake").length;
   return [
     node.h === 1 && badge("hidden"),
+    node.b === 1 && badge("not in the model"),
     node.r === 1 && badge("traces back to a column", "good"),
     node.r === 0 && badge("does not reach a column", "bad"),
     unresolved > 0 && badge(counted(unresolved, "unresolved reference"), "bad"),
@@ -95,7 +96,8 @@ function parts(model: Model, id: number): Child {
 function partColumns(model: Model, ids: number[]): Column<number>[] {
   const has = (test: (id: number) => unknown): boolean => ids.some((id) => Boolean(test(id)));
   const columns: Column<number>[] = [{ title: "Name", cell: (id) => [objectLink(model, id),
-    model.node(id).h === 1 && badge("hidden"), model.node(id).r === 0 && badge("no column", "bad"), description(model, id)] }];
+    model.node(id).h === 1 && badge("hidden"), model.node(id).b === 1 && badge("not in the model"),
+    model.node(id).r === 0 && badge("no column", "bad"), description(model, id)] }];
   if (has((id) => model.node(id).e)) columns.push({ title: "Expression", class: "wide", cell: (id) => {
     const { e, l } = model.node(id);
     return e && codeBlock(e, l, 3);
