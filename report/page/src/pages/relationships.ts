@@ -13,6 +13,7 @@ const kMostDrawn = 240;
 const kWidth = 168;
 const kHeight = 34;
 const kMargin = 8;
+const kLoopRise = 30;
 const kTextWidth = kWidth - 22;
 const kFont = '600 13px "Segoe UI", "Helvetica Neue", "Noto Sans", "DejaVu Sans", Arial, sans-serif';
 
@@ -75,12 +76,13 @@ function place(joins: Joined[]): Placed {
   graph.setGraph({ rankdir: "LR", nodesep: 14, ranksep: 90 });
   graph.setDefaultEdgeLabel(() => ({}));
   for (const id of new Set(joins.flatMap(({ from, to }) => [from, to]))) graph.setNode(String(id), { width: kWidth, height: kHeight });
-  for (const { from, to } of joins) graph.setEdge(String(from), String(to));
+  for (const { from, to } of joins) if (from !== to) graph.setEdge(String(from), String(to));
   layout(graph);
   const boxes = new Map(graph.nodes().map((node) => [Number(node), graph.node(node) as Point]));
   const ways = joins.map(({ from, to }) => {
     const start = boxes.get(from)!;
     const end = boxes.get(to)!;
+    if (from === to) return [{ x: start.x + kWidth / 2, y: start.y }];
     const { points } = graph.edge(String(from), String(to)) as { points: Point[] };
     return [{ x: start.x + kWidth / 2, y: start.y }, ...points.slice(1, -1), { x: end.x - kWidth / 2, y: end.y }];
   });
@@ -97,14 +99,15 @@ function frame({ boxes, ways }: Placed): { x: number; y: number; width: number; 
     box.bottom = Math.max(box.bottom, y + dy);
   };
   for (const point of boxes.values()) include(point, kWidth / 2, kHeight / 2);
-  for (const way of ways) for (const point of way) include(point, 0, 0);
+  for (const way of ways) for (const point of way) include(point, way.length === 1 ? kLoopRise : 0, 0);
   return { x: box.left - kMargin, y: box.top - kMargin, width: box.right - box.left + 2 * kMargin,
     height: box.bottom - box.top + 2 * kMargin };
 }
 
-/** A line that leaves and enters every point level. */
+/** A line that leaves and enters every point level; one that joins a table with itself is a loop beside it. */
 function curve([start, ...rest]: Point[]): string {
   let { x, y } = start!;
+  if (rest.length === 0) return `M${x} ${y - kLoopRise / 3}C${x + kLoopRise} ${y - kLoopRise} ${x + kLoopRise} ${y + kLoopRise} ${x} ${y + kLoopRise / 3}`;
   return `M${x} ${y}` + rest.map((point) => {
     const middle = (x + point.x) / 2;
     const piece = `C${middle} ${y} ${middle} ${point.y} ${point.x} ${point.y}`;

@@ -29,7 +29,8 @@ function statement(model: Model, id: number, depth: number): HTMLElement {
 
 /** The statements of a script, or of a scope in one. */
 export function statements(model: Model, id: number): Child {
-  const rows = model.below(id);
+  // Properties of what a statement defines are no statements.
+  const rows = model.below(id).filter((row) => model.kind(row.id) !== "other");
   if (rows.length === 0) return null;
   const list = h("ol", { class: "statements" });
   const more = h("button", { type: "button", class: "more", onclick: () => show() });
