@@ -1,9 +1,13 @@
 #include "report/report.h"
 
 #include <array>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 #include "framework/std/json_writer.h"
 #include "framework/std/mask.h"
+#include "framework/types/type_names.h"
 #include "lineage/coverage.h"
 
 namespace tav {
@@ -14,7 +18,18 @@ constexpr std::size_t kFlushSize = std::size_t{1} << 16;
 /// What the page makes of "r".
 constexpr int kNoColumn = 0;
 constexpr int kColumn = 1;
-constexpr int kColumnByGraph = 2;
+
+/// The last number of an edge: these bits, and above them the place of its text, from 1 on.
+constexpr unsigned kFound = 1;
+constexpr unsigned kReplaces = 2;
+constexpr unsigned kEdgeTextShift = 2;
+
+/// Kinds from here on are those that no model has.
+constexpr NodeKind kFirstInDetailsOnly = NodeKind::relationship;
+
+/// In the order of RelationSense.
+constexpr std::array<std::string_view, 8> kSenses{"gives",   "identifies", "joins",   "narrows",
+                                                  "secures", "shows",      "formats", "other"};
 
 bool leadsSomewhere(NodeKind kind) {
   switch (kind) {
@@ -36,6 +51,41 @@ std::string_view fileName(std::string_view path) {
   return slash == path.npos ? path : path.substr(slash + 1);
 }
 
+/// A measure that a measure group or a script defines: each counts once, however many cubes list it.
+bool isOriginalMeasure(NodeKind kind) {
+  return kind == NodeKind::measure || kind == NodeKind::calculatedMeasure;
+}
+
+bool isColumn(NodeKind kind) {
+  return kind == NodeKind::databaseColumn || kind == NodeKind::viewColumn || kind == NodeKind::computedColumn;
+}
+
+/// The type that a model gives to what has none is "undefined" or, away from columns, "BINARY".
+std::string shownType(const LineageGraph& graph, NodeId id) {
+  std::string type = graph.typeName(id);
+  if (type == kUndefinedType || (type == "BINARY" && !isColumn(graph.node(id).kind))) return {};
+  return type;
+}
+
+/// Texts that many have, each kept once and known by its place.
+class Vocabulary {
+ public:
+  std::size_t placeOf(std::string text) {
+    const auto [known, isNew] = places_.try_emplace(std::move(text), texts_.size());
+    if (isNew) texts_.push_back(&known->first);
+    return known->second;
+  }
+  void write(JsonWriter& json, std::string_view key) const {
+    json.open(key, '[');
+    for (const std::string* text : texts_) json.value(*text);
+    json.close(']');
+  }
+
+ private:
+  std::unordered_map<std::string, std::size_t> places_;
+  std::vector<const std::string*> texts_;
+};
+
 class DataWriter {
  public:
   DataWriter(const LineageGraph& graph, std::string_view program, std::ostream& out)
@@ -43,7 +93,6 @@ class DataWriter {
         program_(program),
         coverage_(measureCoverage(graph)),
         reached_(graph.tracedBack(true)),
-        byModel_(graph.tracedBack(false)),
         out_(out) {}
 
   void write() {
@@ -53,9 +102,12 @@ class DataWriter {
     vocabulary();
     nodes();
     edges();
+    settingNames_.write(json_, "settingNames");
+    edgeTexts_.write(json_, "edgeTexts");
     hierarchies();
     dataSources();
     coverage();
+    passedOver();
     json_.close('}');
     text_ += '\n';
     flush();
@@ -63,7 +115,7 @@ class DataWriter {
 
  private:
   void head() {
-    json_.member("format", "xmla-report/1");
+    json_.member("format", "xmla-report/2");
     json_.member("program", program_);
     json_.member("database", graph_.modelName());
     const TAVMetadataOrigin* origin = graph_.model().metadataOrigins.first();
@@ -71,9 +123,16 @@ class DataWriter {
     json_.member("dialect", graph_.isTabular() ? "tabular" : "multidimensional");
   }
 
+  /// Whether the definition has it, and the model should but does not: such an object does not count.
+  [[nodiscard]] bool isLeftOut(NodeId id) const {
+    const LineageNode& at = graph_.node(id);
+    return !at.object && !graph_.database(id) && at.kind < kFirstInDetailsOnly;
+  }
+
   void counts() {
     std::array<std::size_t, kNodeKindCount> kinds{};
-    for (const LineageNode& node : graph_.nodes()) ++kinds[static_cast<std::size_t>(node.kind)];
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id)
+      if (!isLeftOut(id)) ++kinds[static_cast<std::size_t>(graph_.node(id).kind)];
     const auto of = [&](NodeKind kind) { return kinds[static_cast<std::size_t>(kind)]; };
     json_.open("counts", '[');
     count("Data sources", static_cast<std::size_t>(graph_.model().storeConnections.getCount()));
@@ -83,7 +142,7 @@ class DataWriter {
     count("Attributes", of(NodeKind::attribute));
     count("Cubes", of(NodeKind::cube));
     count("Perspectives", of(NodeKind::perspective));
-    count("Measures", of(NodeKind::measure));
+    count("All measures", of(NodeKind::measure) + of(NodeKind::calculatedMeasure));
     count("Calculated measures", of(NodeKind::calculatedMeasure));
     count("KPIs", of(NodeKind::kpi));
     count("Unresolved references", coverage_.unresolved);
@@ -98,10 +157,23 @@ class DataWriter {
 
   void vocabulary() {
     json_.open("kinds", '[');
-    for (std::size_t i = 0; i < kNodeKindCount; ++i) json_.value(nodeKindName(static_cast<NodeKind>(i)));
+    for (std::size_t i = 0; i < kNodeKindCount; ++i) {
+      const ObjectKindRow& row = rowOf(static_cast<NodeKind>(i));
+      json_.open('[');
+      for (const std::string_view text : {row.name, row.label, row.plural}) json_.value(text);
+      json_.value(row.hasParts ? 1 : 0);
+      json_.value(static_cast<NodeKind>(i) >= kFirstInDetailsOnly ? 1 : 0);
+      json_.close(']');
+    }
     json_.close(']');
     json_.open("edgeKinds", '[');
-    for (std::size_t i = 0; i < kEdgeKindCount; ++i) json_.value(edgeKindName(static_cast<EdgeKind>(i)));
+    for (std::size_t i = 0; i < kEdgeKindCount; ++i) {
+      const RelationKindRow& row = rowOf(static_cast<EdgeKind>(i));
+      json_.open('[');
+      for (const std::string_view text : {row.name, row.upstream, row.downstream}) json_.value(text);
+      json_.value(kSenses[static_cast<std::size_t>(row.sense)]);
+      json_.close(']');
+    }
     json_.close(']');
   }
 
@@ -127,14 +199,16 @@ class DataWriter {
     json_.optional("l", graph_.language(id));
     json_.optional("a", graph_.aggregation(id));
     if (at.object) object(id);
-    unresolved(id);
+    if (isLeftOut(id)) json_.member("b", 1);
+    settings(id);
+    openNames(id);
     if (leadsSomewhere(at.kind)) reach(id);
     json_.close('}');
   }
 
   void object(NodeId id) {
     json_.optional("d", graph_.description(id));
-    json_.optional("t", graph_.typeName(id));
+    json_.optional("t", shownType(graph_, id));
     const auto* measure = as<TAVMeasure>(graph_.node(id).object);
     if (measure && measure->hidden) json_.member("h", 1);
     if (is<TAVTable>(*graph_.node(id).object)) json_.optional("v", graph_.packageName(id));
@@ -149,17 +223,39 @@ class DataWriter {
     json_.close('}');
   }
 
-  void unresolved(NodeId id) {
-    const std::vector<std::string> names = graph_.unresolved(id);
+  /// Places of names, and values, by turns.
+  void settings(NodeId id) {
+    auto settings = graph_.settings(id);
+    if (settings.empty()) return;
+    json_.open("s", '[');
+    for (auto& [name, value] : settings) {
+      json_.value(settingNames_.placeOf(std::move(name)));
+      json_.value(value);
+    }
+    json_.close(']');
+  }
+
+  /// What the model has not found and the details do not know counts as a mistake of the definition.
+  void openNames(NodeId id) {
+    std::vector<OpenNameText> names = graph_.openNames(id);
+    std::unordered_set<std::string> known;
+    for (const OpenNameText& name : names) known.insert(name.name);
+    for (const std::string& name : graph_.unresolved(id))
+      if (known.insert(name).second) names.push_back({name, OpenNameState::mistake, {}});
     if (names.empty()) return;
     json_.open("u", '[');
-    for (const std::string& name : names) json_.value(name);
+    for (const OpenNameText& name : names) {
+      json_.open('[');
+      for (const std::string_view text :
+           {std::string_view(name.name), openNameStateText(name.state), std::string_view(name.note)})
+        json_.value(text);
+      json_.close(']');
+    }
     json_.close(']');
   }
 
   void reach(NodeId id) {
-    const int found = byModel_[id] ? kColumn : kColumnByGraph;
-    json_.member("r", reached_[id] ? found : kNoColumn);
+    json_.member("r", reached_[id] ? kColumn : kNoColumn);
     if (!reached_[id]) json_.optional("w", gapReason(graph_, id));
   }
 
@@ -170,10 +266,18 @@ class DataWriter {
       json_.value(edge.from);
       json_.value(edge.to);
       json_.value(static_cast<unsigned>(edge.kind));
-      json_.value(edge.foundByGraph ? 1 : 0);
+      json_.value(marksOf(edge));
       if (text_.size() >= kFlushSize) flush();
     }
     json_.close(']');
+  }
+
+  std::size_t marksOf(const LineageEdge& edge) {
+    std::string text = graph_.edgeText(edge);
+    const std::size_t place = text.empty() ? 0 : edgeTexts_.placeOf(std::move(text)) + 1;
+    // What stands in the details was not found: the definition says it.
+    const bool isFound = edge.foundByGraph && edge.relation == kNoRelation;
+    return (place << kEdgeTextShift) | (isFound ? kFound : 0) | (edge.replaces ? kReplaces : 0);
   }
 
   void hierarchies() {
@@ -210,37 +314,69 @@ class DataWriter {
     json_.close(']');
   }
 
-  /// The database as a whole has the attributes of its dimensions, and the measures of all its cubes.
+  /// The database as a whole has the attributes of its dimensions, and each measure once; a cube has all that
+  /// it lists. Values of KPIs are no measures, though a cube lists them as such.
   void coverage() {
-    json_.open("coverage", '[');
-    CoverageCount attributes;
-    CoverageCount measures;
-    for (const CubeCoverage& cube : coverage_.cubes) {
-      if (cube.cube == kNoNode) attributes = cube.attributes;
-      measures.count += cube.measures.count;
-      measures.reached += cube.measures.reached;
-      measures.reachedByModel += cube.measures.reachedByModel;
-      measures.rowCounts += cube.measures.rowCounts;
+    Listed whole;
+    std::unordered_map<NodeId, Listed> cubes;
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+      const NodeKind kind = graph_.node(id).kind;
+      if (isOriginalMeasure(kind) && !isLeftOut(id)) cover(whole.measures, id);
+      if (kind == NodeKind::kpiValue) cover(whole.kpiValues, id);
+      if (kind != NodeKind::cubeMeasure) continue;
+      const bool ofKpi = graph_.node(graph_.originalOf(id)).kind == NodeKind::kpiValue;
+      Listed& cube = cubes[graph_.cubeOf(id)];
+      cover(ofKpi ? cube.kpiValues : cube.measures, id);
     }
-    covered(-1, attributes, measures);
-    for (const CubeCoverage& cube : coverage_.cubes)
-      if (cube.cube != kNoNode) covered(cube.cube, cube.attributes, cube.measures);
+    json_.open("coverage", '[');
+    for (const CubeCoverage& cube : coverage_.cubes) {
+      const bool isWhole = cube.cube == kNoNode;
+      covered(isWhole ? -1 : static_cast<std::int64_t>(cube.cube), cube.attributes,
+              isWhole ? whole : cubes[cube.cube]);
+    }
     json_.close(']');
   }
-  void covered(std::int64_t cube, const CoverageCount& attributes, const CoverageCount& measures) {
+
+  struct Listed {
+    CoverageCount measures;
+    CoverageCount kpiValues;
+  };
+
+  void cover(CoverageCount& count, NodeId id) const {
+    ++count.count;
+    count.reached += reached_[id] ? 1 : 0;
+    count.rowCounts += graph_.countsRows(id) ? 1 : 0;
+  }
+
+  void covered(std::int64_t cube, const CoverageCount& attributes, const Listed& listed) {
     json_.open('{');
     json_.member("n", cube);
-    json_.open("a", '[');
-    figures(attributes);
-    json_.close(']');
-    json_.open("m", '[');
-    figures(measures);
-    json_.value(measures.rowCounts);
-    json_.close(']');
+    figures("a", attributes);
+    figures("m", listed.measures);
+    figures("k", listed.kpiValues);
     json_.close('}');
   }
-  void figures(const CoverageCount& count) {
-    for (const std::size_t figure : {count.count, count.reached, count.reachedByModel}) json_.value(figure);
+  void figures(std::string_view key, const CoverageCount& count) {
+    json_.open(key, '[');
+    for (const std::size_t figure : {count.count, count.reached, count.rowCounts}) json_.value(figure);
+    json_.close(']');
+  }
+
+  /// Nothing at all stands for a document without details.
+  void passedOver() {
+    const Details* details = graph_.details();
+    if (!details) return;
+    json_.open("passedOver", '[');
+    for (std::size_t i = 0; i < kPassedOverCount; ++i) {
+      const auto what = static_cast<PassedOver>(i);
+      if (details->passedOver(what) == 0) continue;
+      json_.open('[');
+      json_.value(rowOf(what).words);
+      json_.value(details->passedOver(what));
+      json_.value(rowOf(what).hasMeaning ? 1 : 0);
+      json_.close(']');
+    }
+    json_.close(']');
   }
 
   void flush() {
@@ -252,7 +388,8 @@ class DataWriter {
   std::string_view program_;
   Coverage coverage_;
   std::vector<bool> reached_;
-  std::vector<bool> byModel_;
+  Vocabulary settingNames_;
+  Vocabulary edgeTexts_;
   std::ostream& out_;
   std::string text_;  // what is not yet handed to the stream
   JsonWriter json_{text_, true};

@@ -1,14 +1,36 @@
 // Models for tests, as the program would write them: large ones, and ones with names that try to break out.
 
-const kinds = ["databaseTable", "databaseColumn", "viewTable", "namedQuery", "viewColumn", "computedColumn", "condition",
+const containers = new Set(["databaseTable", "viewTable", "namedQuery", "dimension", "measureGroup", "linkedMeasureGroup",
+  "calculations", "kpi", "cube", "cubeDimension"]);
+const inModels = ["databaseTable", "databaseColumn", "viewTable", "namedQuery", "viewColumn", "computedColumn", "condition",
   "dimension", "attribute", "measureGroup", "measure", "linkedMeasureGroup", "linkedMeasure", "calculations",
   "calculatedMeasure", "kpi", "kpiValue", "cube", "cubeDimension", "cubeAttribute", "cubeMeasure", "perspective"];
-const edgeKinds = ["direct", "computed", "aggregated", "condition", "member"];
+const inDetails = ["relationship", "dimensionUsage", "partition", "script", "namedSet", "scope", "assignment", "role",
+  "permission", "gadget"];
+const words = (name) => name.replace(/[A-Z]/g, (letter) => " " + letter.toLowerCase());
+const kinds = [...inModels, ...inDetails].map((name, i) =>
+  [name, words(name), words(name) + "s", containers.has(name) ? 1 : 0, i < inModels.length ? 0 : 1]);
+const edgeKinds = [
+  ["direct", "", "", "gives"], ["computed", "uses", "used by", "gives"], ["aggregated", "aggregates", "aggregated by", "gives"],
+  ["condition", "limited by", "limits", "narrows"], ["member", "shows", "shown by", "shows"],
+  ["reads", "reads", "read by", "gives"], ["key", "keyed by", "key of", "identifies"], ["uses", "joined to", "joined in", "joins"],
+  ["granularity", "at the granularity of", "granularity of", "joins"], ["bridge", "bridged by", "bridges", "joins"],
+  ["joins", "joins", "joined by", "joins"], ["secures", "secures", "secured by", "secures"],
+  ["belongs", "permits", "permission of", "secures"], ["assigns", "assigned by", "assigns", "gives"],
+];
+
+/** The number of a kind of object in the models made here. */
+export function kindNumber(name) {
+  return kinds.findIndex((row) => row[0] === name);
+}
+export function edgeKindNumber(name) {
+  return edgeKinds.findIndex((row) => row[0] === name);
+}
 
 export function emptyModel(database) {
-  return { format: "xmla-report/1", program: "xmla-bridge 0.0.0", database, source: "made-up.asdatabase",
-    dialect: "multidimensional", counts: [], kinds, edgeKinds, nodes: [], edges: [], hierarchies: [], dataSources: [],
-    coverage: [] };
+  return { format: "xmla-report/2", program: "xmla-bridge 0.0.0", database, source: "made-up.asdatabase",
+    dialect: "multidimensional", counts: [], kinds, edgeKinds, nodes: [], edges: [], settingNames: [], edgeTexts: [],
+    hierarchies: [], dataSources: [], coverage: [], passedOver: [] };
 }
 
 class Writer {
@@ -17,12 +39,38 @@ class Writer {
   }
   add(kind, name, owner, more = {}) {
     const path = (owner === undefined ? `/${kind}` : this.model.nodes[owner].p) + "/" + name;
-    this.model.nodes.push({ k: kinds.indexOf(kind), n: name, ...(owner === undefined ? {} : { o: owner }), p: path, ...more });
+    this.model.nodes.push({ k: kindNumber(kind), n: name, ...(owner === undefined ? {} : { o: owner }), p: path, ...more });
     return this.model.nodes.length - 1;
   }
   link(from, to, kind) {
-    this.model.edges.push(from, to, edgeKinds.indexOf(kind), 0);
+    this.model.edges.push(from, to, edgeKindNumber(kind), 0);
   }
+}
+
+/** A model from lines as in details.txt. */
+export function modelFromLines(lines) {
+  const writer = new Writer("Details");
+  const { nodes, settingNames, edgeTexts } = writer.model;
+  const idOf = (name) => nodes.findIndex((node) => node.n === name);
+  const makers = [
+    [/^= (.*)/, (text) => Object.assign(nodes.at(-1), { e: text, l: "mdx" })],
+    [/^\? (\S+) (\w+) ?(.*)/, (...name) => (nodes.at(-1).u ??= []).push(name)],
+    [/^(.+) -(\w+)-> (.+?)(?: : (.*))?$/, (from, kind, to, text) => {
+      writer.link(idOf(from), idOf(to), kind);
+      if (text) writer.model.edges[writer.model.edges.length - 1] = edgeTexts.push(text) << 2;
+    }],
+    [/^(\w+): (.*)/, (name, value) => {
+      if (!settingNames.includes(name)) settingNames.push(name);
+      (nodes.at(-1).s ??= []).push(settingNames.indexOf(name), value);
+    }],
+    [/^(\w+) (.+?)(?: of (.*))?$/, (kind, name, owner) =>
+      writer.add(kind, name, owner === undefined ? undefined : idOf(owner))],
+  ];
+  for (const line of lines) {
+    const [form, make] = makers.find(([pattern]) => pattern.test(line));
+    make(...form.exec(line).slice(1));
+  }
+  return writer.model;
 }
 
 /** About `size` objects: tables of ten columns, dimensions and measures on them, chains of calculations. */
@@ -70,7 +118,7 @@ export function hostileModel() {
   const calculations = writer.add("calculations", hostileNames[1], cube);
   const measures = hostileNames.map((name) => {
     const made = writer.add("calculatedMeasure", name, calculations,
-      { d: name, e: `"${name}" + [${name}] -- ${name}`, l: "mdx", u: [name], r: 0, w: name });
+      { d: name, e: `"${name}" + [${name}] -- ${name}`, l: "mdx", u: [[name, "mistake", name]], r: 0, w: name });
     // As JSON gives it: a property, not the prototype.
     writer.model.nodes[made].x = JSON.parse(`{${JSON.stringify(name)}: ${JSON.stringify(name)}}`);
     const shown = writer.add("cubeMeasure", name, cube);

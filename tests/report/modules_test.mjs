@@ -6,7 +6,7 @@ import { createRequire } from "node:module";
 import { join } from "node:path";
 import test from "node:test";
 import { corpus } from "./corpus.mjs";
-import { emptyModel } from "./mock_model.mjs";
+import { edgeKindNumber, emptyModel, kindNumber } from "./mock_model.mjs";
 
 const folder = process.argv[2];
 const { build } = createRequire(join(folder, "package.json"))("esbuild");
@@ -26,13 +26,13 @@ const arrowOf = (kind) => Object.keys(kArrows).find((arrow) => kArrows[arrow] ==
 /** Adds the objects and edges of a line such as "a>b c?>d" to a model. */
 function addEdges(model, line, idOf) {
   for (const [, from, arrow, to] of line.matchAll(/(\w+)([+?*]?>)(\w+)/g))
-    model.edges.push(idOf(from), idOf(to), model.edgeKinds.indexOf(kArrows[arrow]), 0);
+    model.edges.push(idOf(from), idOf(to), edgeKindNumber(kArrows[arrow]), 0);
 }
 
 function numbering(model, kind) {
   const ids = new Map();
   return (name) => {
-    if (!ids.has(name)) ids.set(name, model.nodes.push({ k: model.kinds.indexOf(kind), n: name }) - 1);
+    if (!ids.has(name)) ids.set(name, model.nodes.push({ k: kindNumber(kind), n: name }) - 1);
     return ids.get(name);
   };
 }
@@ -72,7 +72,7 @@ function containers(input) {
     const owner = /^(\w+): (.*)/.exec(line);
     if (!owner) addEdges(data, line, idOf);
     else for (const part of owner[2].split(" ")) Object.assign(data.nodes[idOf(part)], {
-      o: idOf(owner[1]), k: data.kinds.indexOf("viewColumn") });
+      o: idOf(owner[1]), k: kindNumber("viewColumn") });
   }
   const model = new Model(data);
   const flows = new ContainerFlows(model, new EdgeFilter()).beside(idOf(asked), direction);
@@ -84,7 +84,7 @@ function search(input, expected) {
   const data = emptyModel("Search");
   for (const line of lines) {
     const [, kind, name, qualified] = /^(\w+) (.*?)(?: = (.*))?$/.exec(line);
-    data.nodes.push({ k: data.kinds.indexOf(kind), n: name, ...(qualified && { q: qualified }) });
+    data.nodes.push({ k: kindNumber(kind), n: name, ...(qualified && { q: qualified }) });
   }
   const model = new Model(data);
   const withKinds = lines.some((line) => expected.split("\n").includes(line));

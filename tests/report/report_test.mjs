@@ -12,7 +12,7 @@ import { pathToFileURL } from "node:url";
 import { parseArgs } from "node:util";
 import { Browser, pointInDrawing } from "./browser.mjs";
 import { corpus } from "./corpus.mjs";
-import { emptyModel, hostileModel, hostileNames, largeModel, pageWith } from "./mock_model.mjs";
+import { emptyModel, hostileModel, hostileNames, kindNumber, largeModel, modelFromLines, pageWith } from "./mock_model.mjs";
 
 const options = parseArgs({ options: {
   program: { type: "string" }, input: { type: "string" }, page: { type: "string" },
@@ -136,6 +136,31 @@ test("an object's page tells what the model knows of it", async () => {
     });
   }
 });
+
+/** The cells of a table, the statements of a list or the titles of a drawing, as details.txt has them. */
+function readPart([form, label]) {
+  const lines = (element) => element.innerText.split("\n").map((line) => line.trim()).filter((line) => line !== "").join("/");
+  // Read to those who do not see the mark of a kind.
+  for (const word of document.querySelectorAll("main .unseen")) word.remove();
+  const find = (selector) => Array.from(document.querySelectorAll(`main ${selector}`));
+  if (form === "drawing") return find(`.${label} title`).map((title) => title.textContent).join("\n");
+  if (form === "list")
+    return find(`.${label} > li`).map((item) => `${item.style.getPropertyValue("--depth")} ${lines(item)}`).join("\n");
+  const rows = find("table").find((table) => table.getAttribute("aria-label") === label).rows;
+  return Array.from(rows, (row) => Array.from(row.cells, lines).join(" | ").trimEnd()).join("\n");
+}
+
+for (const { title, input, expected: wanted } of corpus("details.txt")) {
+  test(`details: ${title}`, async () => {
+    const lines = input.split("\n");
+    const [, hash, form, label] = /^page (\S+) (\w+) (.*)/.exec(lines.pop());
+    const url = made("details.html", pageWith(readFileSync(options.page, "utf8"), modelFromLines(lines)));
+    await using(url + hash, async (page) => {
+      assert.deepEqual(await seriousViolations(page), []);
+      assert.equal(await page.evaluate(readPart, [form, label]), wanted);
+    });
+  });
+}
 
 test("lineage is expanded in both directions and followed", async () => {
   await using(example + address("/Cubes/Stays/Measure Groups/Stays/Nights"), async (page) => {
@@ -267,7 +292,7 @@ test("hostile names come through the program as text", async () => {
 test("expressions are coloured by their language", async () => {
   const cases = corpus("highlight.txt");
   const model = emptyModel("Colours");
-  const kind = model.kinds.indexOf("calculatedMeasure");
+  const kind = kindNumber("calculatedMeasure");
   for (const { title, input } of cases) {
     const [language, ...lines] = input.split("\n");
     model.nodes.push({ k: kind, n: title, p: `/${title}`, l: language, e: lines.join("\n") });

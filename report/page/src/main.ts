@@ -1,16 +1,18 @@
 // Reads the model that stands in the page, makes the frame, and shows the page that the address names.
 
 import { h } from "./elements/dom";
+import { capitalized } from "./elements/parts";
 import { count, nameElement, plainName } from "./elements/text";
 import { startTheme, switchTheme, theme } from "./elements/theme";
-import { kKinds } from "./model/kinds";
-import { type Kind, Model, type ReportData } from "./model/model";
+import { type Kind, kMeasureKinds, Model, type ReportData } from "./model/model";
 import { SearchIndex } from "./model/search";
 import { coveragePage, unresolvedPage } from "./pages/findings";
-import { cubesPage, dimensionsPage, kindPage, searchPage, tablesPage } from "./pages/lists";
+import { cubesPage, dimensionsPage, kindPage, measuresPage, searchPage, tablesPage } from "./pages/lists";
 import { objectPage } from "./pages/object";
 import { overviewPage } from "./pages/overview";
 import type { App, Page } from "./pages/page";
+import { relationshipsPage } from "./pages/relationships";
+import { rolesPage } from "./pages/security";
 import { searchBox } from "./search_box";
 
 function readModel(): Model {
@@ -47,7 +49,10 @@ function pageAt(app: App, address: string): Page {
     case "coverage": return coveragePage(app);
     case "unresolved": return unresolvedPage(app);
     case "search": return searchPage(app, decoded(rest));
-    case "kind": return Object.hasOwn(kKinds, rest) ? kindPage(app, rest as Kind) : missingPage(address);
+    case "measures": return measuresPage(app);
+    case "relationships": return relationshipsPage(app);
+    case "roles": return rolesPage(app);
+    case "kind": return model.kindWords(rest) ? kindPage(app, rest) : missingPage(address);
     case "n": {
       const id = /^\d+$/.test(rest) ? Number(rest) : model.nodeCount;
       return id < model.nodeCount ? objectPage(app, id) : missingPage(address);
@@ -70,25 +75,39 @@ interface Entry {
   number?: number;
 }
 
+/** Kinds with a page of their own among the entries, and those that only stand for something else. */
+const kNotBeside = new Set<Kind>(["relationship", "role", "permission", "everyMeasure", "dimensionUsage", "cubeHierarchy", "other"]);
+
+/** What else a definition may hold: a list for each kind that this one has. */
+function furtherEntries(model: Model): Entry[] {
+  return model.kindsInDetailsOnly().filter((kind) => !kNotBeside.has(kind)).map((kind) => ({
+    href: `#/kind/${kind}`, label: capitalized(model.kindWords(kind)!.many), number: model.ofKind(kind).length,
+  }));
+}
+
 function navigation(model: Model): HTMLElement {
   const entries: Entry[] = [
     { href: "#/", label: "Overview" },
     { href: "#/cubes", label: "Cubes", number: model.ofKind("cube").length },
-    { href: "#/kind/measure", label: "Measures", number: model.ofKind("measure").length },
+    { href: "#/measures", label: "Measures", number: model.ofKind(...kMeasureKinds).length },
     { href: "#/kind/calculatedMeasure", label: "Calculations", number: model.ofKind("calculatedMeasure").length },
     { href: "#/kind/kpi", label: "KPIs", number: model.ofKind("kpi").length },
     { href: "#/dimensions", label: "Dimensions", number: model.ofKind("dimension").length },
     { href: "#/kind/attribute", label: "Attributes", number: model.ofKind("attribute").length },
     { href: "#/tables", label: "Tables and queries", number: model.ofKind("viewTable", "namedQuery", "databaseTable").length },
+    { href: "#/relationships", label: "Relationships", number: model.ofKind("relationship").length },
+    { href: "#/roles", label: "Roles", number: model.ofKind("role").length },
     { href: "#/coverage", label: "Coverage" },
-    { href: "#/unresolved", label: "Unresolved", number: model.withUnresolved().length },
+    { href: "#/unresolved", label: "Unresolved", number: model.withOpenNames("mistake").length },
   ];
+  const further = furtherEntries(model).filter((entry) => entry.number !== 0);
   const link = (entry: Entry): HTMLElement => h("li", {}, h("a", { href: entry.href }, h("span", {}, entry.label),
     entry.number !== undefined && h("span", { class: "number" }, count(entry.number))));
   const cubes = model.ofKind("cube").slice(0, kCubesBeside).map((id) =>
     h("li", {}, h("a", { href: model.href(id) }, nameElement(model.name(id)))));
   return h("nav", { class: "side", "aria-label": "Model" },
     h("ul", {}, entries.filter((entry) => entry.number !== 0).map(link)),
+    further.length > 0 && [h("h2", {}, "More"), h("ul", {}, further.map(link))],
     cubes.length > 0 && [h("h2", {}, "Cubes"), h("ul", { class: "cubes" }, cubes)]);
 }
 

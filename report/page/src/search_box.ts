@@ -4,7 +4,6 @@ import { announce, freshId, h } from "./elements/dom";
 import { kindMark } from "./elements/kind_mark";
 import { ownerNames } from "./elements/parts";
 import { counted, nameElement } from "./elements/text";
-import { kKinds } from "./model/kinds";
 import type { App } from "./pages/page";
 
 const kShown = 30;
@@ -53,7 +52,7 @@ export function searchBox(app: App, showAll: (query: string) => void): HTMLEleme
     const kind = model.kind(id);
     return h("li", { id: `${listId}-${i}`, role: "option", "aria-selected": "false", onclick: () => leave(() => app.open(id)) },
       kindMark(kind), h("span", { class: "result-name" }, nameElement(model.name(id))),
-      h("span", { class: "place" }, kKinds[kind].one, model.owners(id).length > 0 && " in ", ownerNames(model, model.owners(id))));
+      h("span", { class: "place" }, model.kindLabel(id), model.owners(id).length > 0 && " in ", ownerNames(model, model.owners(id))));
   }
 
   function move(to: number): void {

@@ -1,7 +1,6 @@
 // Pieces that several pages are made of.
 
-import { kEdgeKinds, kKinds } from "../model/kinds";
-import type { EdgeKind, Language, Model } from "../model/model";
+import type { CoverageFigures, Edge, Language, Model } from "../model/model";
 import { type Child, freshId, h } from "./dom";
 import { highlighted, languageName } from "./highlight";
 import { kindMark } from "./kind_mark";
@@ -21,14 +20,14 @@ export const kFoundByGraph =
 export function objectLink(model: Model, id: number): HTMLElement {
   const kind = model.kind(id);
   return h("a", { class: "object-link", href: model.href(id) }, kindMark(kind),
-    h("span", { class: "unseen" }, kKinds[kind].one + " "), nameElement(model.name(id)));
+    h("span", { class: "unseen" }, model.kindLabel(id) + " "), nameElement(model.name(id)));
 }
 
 /** A link with the object's owners behind it, for lists of objects from everywhere. */
 export function placedLink(model: Model, id: number): HTMLElement {
   const owners = model.owners(id);
   return h("span", { class: "placed" }, objectLink(model, id),
-    owners.length > 0 && h("span", { class: "place" }, kKinds[model.kind(id)].one, " in ", ownerNames(model, owners)));
+    owners.length > 0 && h("span", { class: "place" }, model.kindLabel(id), " in ", ownerNames(model, owners)));
 }
 
 export function ownerNames(model: Model, owners: number[]): Child {
@@ -39,8 +38,9 @@ export function badge(text: string, kind = ""): HTMLElement {
   return h("span", { class: `badge ${kind}` }, text);
 }
 
-export function edgeBadge(kind: EdgeKind, found: boolean): Child {
-  return [badge(kEdgeKinds[kind].label.toLowerCase(), `edge-${kind}`), found && badge("found by the graph", "found")];
+/** What is special about a relation, beside what it is called. */
+export function edgeMarks(edge: Pick<Edge, "found" | "replaces">): Child {
+  return edge.replaces ? badge("replaces the model’s", "found") : edge.found && badge("found by the graph", "found");
 }
 
 export function description(model: Model, id: number): Child {
@@ -85,7 +85,7 @@ export function titled(title: string, number: number): Child {
 }
 
 export interface Column<Row> {
-  title: string;
+  title: Child;
   cell(row: Row): Child;
   class?: string;
 }
@@ -97,24 +97,35 @@ interface TableOptions<Row> {
   /** What the filter field looks at; without it there is no such field. */
   filterText?(row: Row): string;
   firstRows?: number;
+  /** Rows that follow each other and have the same text here stand below it as a heading. */
+  group?(row: Row): string;
 }
 
 const kRowsForFilter = 12;
 
 /** A table that makes rows as they are asked for, and can be filtered. */
 export function table<Row>(options: TableOptions<Row>): HTMLElement {
-  const { label, columns, filterText, firstRows = kFirstRows } = options;
+  const { label, columns, filterText, firstRows = kFirstRows, group } = options;
   const body = h("tbody");
   const more = h("button", { type: "button", class: "more", onclick: () => show(kRowsPerStep) });
   const status = h("span", { class: "status", role: "status" });
   let rows = options.rows;
   let shown = 0;
+  let lastGroup: string | undefined;
+
+  function rowElements(row: Row): HTMLElement[] {
+    const made = h("tr", {}, columns.map((column, i) =>
+      i === 0 ? h("th", { scope: "row", class: column.class }, column.cell(row))
+        : h("td", { class: column.class }, column.cell(row))));
+    const heading = group?.(row);
+    if (heading === lastGroup) return [made];
+    lastGroup = heading;
+    return [h("tr", { class: "group" }, h("th", { scope: "rowgroup", colspan: columns.length }, heading)), made];
+  }
 
   function show(number: number): void {
     const next = rows.slice(shown, shown + number);
-    body.append(...next.map((row) => h("tr", {}, columns.map((column, i) =>
-      i === 0 ? h("th", { scope: "row", class: column.class }, column.cell(row))
-        : h("td", { class: column.class }, column.cell(row))))));
+    body.append(...next.flatMap(rowElements));
     shown += next.length;
     more.hidden = shown >= rows.length;
     more.textContent = `Show ${count(Math.min(kRowsPerStep, rows.length - shown))} more of ${count(rows.length - shown)}`;
@@ -128,6 +139,7 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
     });
     body.replaceChildren();
     shown = 0;
+    lastGroup = undefined;
     show(firstRows);
     status.textContent = words.length === 0 ? "" : `${count(rows.length)} of ${count(options.rows.length)}`;
   }
@@ -141,14 +153,11 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
     h("div", { class: "table-scroll" }, h("table", { "aria-label": label }, head, body)), more);
 }
 
-/** How much of something traces back to a column. What only the graph found is told apart. */
-export function coverageBar(label: string, total: number, reached: number, byModel: number): HTMLElement {
-  const share = (part: number): string => `${total === 0 ? 0 : (100 * part) / total}%`;
-  const inModel = h("span", { class: "by-model" });
-  const inGraph = h("span", { class: "by-graph" });
-  inModel.style.width = share(byModel);
-  inGraph.style.width = share(reached - byModel);
-  const bar = h("span", { class: "bar", "aria-hidden": "true" }, inModel, inGraph);
+/** How much of something traces back to a column. */
+export function coverageBar(label: string, [total, reached]: CoverageFigures): HTMLElement {
+  const filled = h("span", { class: "filled" });
+  filled.style.width = `${total === 0 ? 0 : (100 * reached) / total}%`;
+  const bar = h("span", { class: "bar", "aria-hidden": "true" }, filled);
   const figures = total === 0 ? "none" : `${count(reached)} of ${count(total)} (${Math.floor((100 * reached) / total)} %)`;
   return h("div", { class: "coverage" }, h("span", { class: "coverage-label" }, label), bar,
     h("span", { class: "coverage-figures" }, figures));
@@ -159,4 +168,51 @@ export function facts(pairs: [term: string, value: Child][]): HTMLElement {
   return h("dl", { class: "facts" }, pairs
     .filter(([, value]) => value !== undefined && value !== null && value !== "" && value !== false)
     .map(([term, value]) => h("div", {}, h("dt", {}, term), h("dd", {}, value))));
+}
+
+/** "named sets" as a title. */
+export function capitalized(text: string): string {
+  return text.slice(0, 1).toUpperCase() + text.slice(1);
+}
+
+const kLongValue = 200;
+
+/** A value that may be a whole document. */
+export function valueElement(value: string): HTMLElement {
+  return value.length > kLongValue || value.includes("\n") ? codeBlock(value, undefined, 3) : nameElement(value);
+}
+
+/** What the definition sets about an object, under the definition's names. */
+export function settingsSection(model: Model, id: number): Child {
+  const settings = model.settings(id);
+  if (settings.length === 0) return null;
+  return section(titled("Settings", settings.length), table({
+    label: "settings", rows: settings, filterText: ({ name, value }) => `${name} ${value}`,
+    columns: [
+      { title: "Setting", cell: ({ name }) => nameElement(name) },
+      { title: "Value", cell: ({ value }) => valueElement(value) },
+    ],
+  }));
+}
+
+const kFewSettings = 5;
+const kShortValue = 90;
+/** Settings that say nothing in a list: numbers for the server, the same again in other languages. */
+const kNotInShort = /^(?:ID|Description$|Translation|lineageTag)/;
+
+/** The first settings of an object, for a cell. One that stands there several times is named once. */
+export function settingsInShort(model: Model, id: number): Child {
+  const values = new Map<string, string[]>();
+  for (const { name, value } of model.settings(id)) {
+    if (kNotInShort.test(name)) continue;
+    const known = values.get(name);
+    if (known) known.push(value);
+    else values.set(name, [value]);
+  }
+  if (values.size === 0) return null;
+  const left = values.size - kFewSettings;
+  const short = (text: string): string => text.length > kShortValue ? text.slice(0, kShortValue) + "…" : text;
+  return h("ul", { class: "plain settings" }, Array.from(values).slice(0, kFewSettings).map(([name, all]) =>
+    h("li", {}, h("span", { class: "place" }, nameElement(name), ": "), nameElement(short(all.join(", ").replace(/\s+/g, " "))))),
+    left > 0 && h("li", { class: "place" }, `and ${count(left)} more`));
 }

@@ -5,7 +5,7 @@ import cytoscape from "cytoscape";
 import { kindImage } from "../elements/kind_mark";
 import { fitted, plainName } from "../elements/text";
 import { colours } from "../elements/theme";
-import { kEdgeKinds, kKinds } from "../model/kinds";
+import { kFlowStyles, kindStyle } from "../model/kinds";
 import type { Model } from "../model/model";
 import type { Direction, Handle, Sight } from "./sight";
 
@@ -121,13 +121,13 @@ function styleSheet(): cytoscape.StylesheetJson {
       "control-point-weights": "data(weights)", "control-point-distances": "data(distances)" } },
     { selector: "edge.loop", style: { "source-endpoint": "outside-to-node", "target-endpoint": "outside-to-node",
       "loop-direction": "0deg", "loop-sweep": "60deg", "control-point-step-size": 44 } },
-    { selector: "edge.computed", style: { "line-style": "dashed", "line-dash-pattern": [7, 4],
-      "line-color": c.computed, "target-arrow-color": c.computed } },
-    { selector: "edge.aggregated", style: { width: 3, "line-color": c.aggregated, "target-arrow-color": c.aggregated } },
-    { selector: "edge.condition", style: { "line-style": "dotted", width: 2, "line-color": c.condition,
-      "target-arrow-color": c.condition, "target-arrow-shape": "vee" } },
-    { selector: "edge.member", style: { width: 1, "target-arrow-shape": "circle", "target-arrow-fill": "hollow",
-      "line-color": c.faint, "target-arrow-color": c.faint } },
+    ...Object.entries(kFlowStyles).map(([name, { width, dash, colour }]) => ({ selector: `edge.${name}`, style: {
+      width, "line-color": c[colour], "target-arrow-color": c[colour],
+      ...(dash.length > 0 && { "line-style": "dashed", "line-dash-pattern": dash }),
+    } })),
+    { selector: "edge.condition", style: { "target-arrow-shape": "vee" } },
+    { selector: "edge.member", style: { "target-arrow-shape": "circle", "target-arrow-fill": "hollow" } },
+    { selector: "edge.secures", style: { "target-arrow-shape": "tee" } },
     { selector: "edge.found", style: { "source-arrow-shape": "diamond", "source-arrow-color": c.accent } },
     { selector: "edge.near", style: { width: 3, "z-index": 5 } },
   ] as cytoscape.StylesheetJson;
@@ -195,7 +195,7 @@ export class Drawing {
     for (const id of sight.ids) elements.push(...this.objectElements(id));
     for (const handle of sight.handles) elements.push(...this.handleElements(handle));
     for (const flow of sight.flows) {
-      const classes = [flow.kind as string];
+      const classes = [flow.style as string];
       if (flow.found) classes.push("found");
       if (flow.from === flow.to) classes.push("loop");
       const bow = curve(this.points.get(flow.from)!, this.points.get(flow.to)!, ways.get(`${flow.from} ${flow.to}`) ?? []);
@@ -209,12 +209,12 @@ export class Drawing {
     const { x, y } = this.points.get(id)!;
     const kind = this.model.kind(id);
     const owner = this.model.node(id).o;
-    const caption = owner === undefined ? kKinds[kind].one : `${kKinds[kind].one} · ${plainName(this.model.name(owner))}`;
+    const caption = owner === undefined ? this.model.kindLabel(id) : `${this.model.kindLabel(id)} · ${plainName(this.model.name(owner))}`;
     const text = (part: string, label: string, offset: number): cytoscape.ElementDefinition => ({
       data: { object: id, text: label }, classes: `text ${part}`, position: { x: x + kTextLeft, y: y + offset },
     });
     return [
-      { data: { id: `o${id}`, object: id, mark: kindImage(kind, colours()[kKinds[kind].family]) },
+      { data: { id: `o${id}`, object: id, mark: kindImage(kind, colours()[kindStyle(kind).family]) },
         classes: id === this.root ? "object root" : "object", position: { x, y } },
       text("name", fitted(plainName(this.model.name(id)), `600 ${kNameSize}px ${this.font}`, kTextWidth), -9),
       text("caption", fitted(caption, `${kCaptionSize}px ${this.font}`, kTextWidth), 10),
@@ -311,7 +311,7 @@ export class Drawing {
     this.cy.style(styleSheet());
     this.cy.nodes(".object").forEach((node) => {
       const kind = this.model.kind(node.data("object") as number);
-      node.data("mark", kindImage(kind, colours()[kKinds[kind].family]));
+      node.data("mark", kindImage(kind, colours()[kindStyle(kind).family]));
     });
   }
 }
@@ -321,12 +321,3 @@ interface HandleUse {
   direction: Direction;
   use: "expand" | "collapse";
 }
-
-/** How the kinds of edges look in the legend: the same strokes as in the drawing. */
-export const kEdgeStrokes: Record<keyof typeof kEdgeKinds, { width: number; dash: string }> = {
-  direct: { width: 1.5, dash: "" },
-  computed: { width: 1.5, dash: "7 4" },
-  aggregated: { width: 3, dash: "" },
-  condition: { width: 2, dash: "2 3" },
-  member: { width: 1, dash: "" },
-};

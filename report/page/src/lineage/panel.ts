@@ -4,11 +4,11 @@ import { announce, h, svg } from "../elements/dom";
 import { codeBlock, kFoundByGraph, objectLink, ownerNames } from "../elements/parts";
 import { counted, plainName } from "../elements/text";
 import { onThemeChange } from "../elements/theme";
-import { kEdgeKinds, kKinds } from "../model/kinds";
-import type { EdgeKind, Model } from "../model/model";
-import { Drawing, kEdgeStrokes } from "./drawing";
+import { kFlowStyles } from "../model/kinds";
+import type { FlowStyle, Model } from "../model/model";
+import { Drawing } from "./drawing";
 import {
-  ContainerFlows, type Direction, EdgeFilter, Expansion, isContainer, kDirections, kMostInSight, ObjectFlows,
+  ContainerFlows, type Direction, EdgeFilter, type Flows, Expansion, kDirections, kMostInSight, ObjectFlows,
 } from "./sight";
 import { Tree } from "./tree";
 
@@ -28,7 +28,7 @@ const kHelp = "Drag to pan. Click to select an object, double-click to open it; 
 let preferredView: View = "drawing";
 
 interface EdgesInModel {
-  kinds: Set<EdgeKind>;
+  styles: Set<FlowStyle>;
   /** Whether the graph found some where the model has none. */
   found: boolean;
 }
@@ -38,10 +38,10 @@ const edgesInModel = new WeakMap<Model, EdgesInModel>();
 function edgesOf(model: Model): EdgesInModel {
   let edges = edgesInModel.get(model);
   if (!edges) {
-    edges = { kinds: new Set(), found: false };
+    edges = { styles: new Set(), found: false };
     for (let i = 0; i < model.edgeCount; i++) {
-      const { kind, found } = model.edge(i);
-      edges.kinds.add(kind);
+      const { style, found } = model.edge(i);
+      edges.styles.add(style);
       edges.found ||= found;
     }
     edgesInModel.set(model, edges);
@@ -69,9 +69,10 @@ export class LineagePanel {
 
   constructor(private readonly model: Model, private readonly root: number, private readonly open: (id: number) => void) {
     const kind = model.kind(root);
-    this.byContainers = isContainer(kind);
+    this.byContainers = model.isContainer(root);
     // A cube is what it shows: without these edges it would stand there alone.
     if (kind === "cube" || kind === "perspective" || kind === "cubeDimension") this.filter.set("member", true);
+    else this.showSomething();
     this.selected = root;
     this.expansion = this.start();
     this.focusRing.setAttribute("aria-label", `Lineage of ${plainName(model.name(root))}. ${kHelp}`);
@@ -103,9 +104,19 @@ export class LineagePanel {
     this.drawing?.destroy();
   }
 
+  private flows(): Flows {
+    return this.byContainers ? new ContainerFlows(this.model, this.filter) : new ObjectFlows(this.model, this.filter);
+  }
+
+  /** Of an object that gives and takes no values, its other relations are shown at once. */
+  private showSomething(): void {
+    const flows = this.flows();
+    if (kDirections.some((direction) => flows.beside(this.root, direction).length > 0)) return;
+    for (const edge of [...this.model.edgesInto(this.root), ...this.model.edgesOutOf(this.root)]) this.filter.set(edge.style, true);
+  }
+
   private start(): Expansion {
-    const flows = this.byContainers ? new ContainerFlows(this.model, this.filter) : new ObjectFlows(this.model, this.filter);
-    const expansion = new Expansion(this.root, flows);
+    const expansion = new Expansion(this.root, this.flows());
     expansion.openFar("sources", kFirstSources.depth, kFirstSources.most);
     expansion.openFar("dependents", kFirstDependents.depth, kFirstDependents.most);
     return expansion;
@@ -176,7 +187,7 @@ export class LineagePanel {
     const { e, l } = this.model.node(this.model.original(id));
     this.strip.replaceChildren(
       h("div", { class: "selection-head" }, objectLink(this.model, id),
-        h("span", { class: "place" }, kKinds[this.model.kind(id)].one, node.o !== undefined && " in ",
+        h("span", { class: "place" }, this.model.kindLabel(id), node.o !== undefined && " in ",
           ownerNames(this.model, this.model.owners(id))),
         h("span", { class: "buttons" }, kDirections.map((direction) => this.sideButton(id, direction)))),
       ...(e && id !== this.root ? [codeBlock(e, l, 3)] : []));
@@ -205,14 +216,14 @@ export class LineagePanel {
   }
 
   private legend(): HTMLElement {
-    const kinds = (Object.keys(kEdgeKinds) as EdgeKind[]).filter((kind) => edgesOf(this.model).kinds.has(kind));
+    const styles = (Object.keys(kFlowStyles) as FlowStyle[]).filter((style) => edgesOf(this.model).styles.has(style));
     return h("fieldset", { class: "legend" }, h("legend", { class: "unseen" }, "Kinds of lineage shown"),
-      kinds.map((kind) => h("label", { title: kEdgeKinds[kind].meaning },
-        h("input", { type: "checkbox", checked: this.filter.has(kind), onchange: (event: Event) => {
-          this.filter.set(kind, (event.target as HTMLInputElement).checked);
+      styles.map((style) => h("label", { title: kFlowStyles[style].meaning },
+        h("input", { type: "checkbox", checked: this.filter.has(style), onchange: (event: Event) => {
+          this.filter.set(style, (event.target as HTMLInputElement).checked);
           this.expansion.reread();
           this.show(preferredView);
-        } }), edgeSample(kind), kEdgeKinds[kind].label)),
+        } }), edgeSample(style), kFlowStyles[style].label)),
       edgesOf(this.model).found && h("span", { class: "sample", title: kFoundByGraph },
         svg("svg", { class: "edge-sample found", viewBox: "0 0 26 8", "aria-hidden": "true" },
           svg("line", { x1: 4, y1: 4, x2: 25, y2: 4, "stroke-width": 1.5, "stroke-dasharray": "7 4" }),
@@ -245,13 +256,13 @@ export class LineagePanel {
     this.select(id);
     this.drawing?.reveal(id);
     const hidden = kDirections.map((direction) => this.expansion.beside(id, direction).length);
-    announce(`${plainName(this.model.name(id))}, ${kKinds[this.model.kind(id)].one}, ` +
+    announce(`${plainName(this.model.name(id))}, ${this.model.kindLabel(id)}, ` +
       `${counted(hidden[0]!, "source")}, ${counted(hidden[1]!, "dependent")}`);
   }
 }
 
-function edgeSample(kind: EdgeKind): SVGElement {
-  const { width, dash } = kEdgeStrokes[kind];
-  return svg("svg", { class: `edge-sample edge-${kind}`, viewBox: "0 0 26 8", "aria-hidden": "true" },
-    svg("line", { x1: 1, y1: 4, x2: 25, y2: 4, "stroke-width": width, "stroke-dasharray": dash }));
+function edgeSample(style: FlowStyle): SVGElement {
+  const { width, dash } = kFlowStyles[style];
+  return svg("svg", { class: `edge-sample edge-${style}`, viewBox: "0 0 26 8", "aria-hidden": "true" },
+    svg("line", { x1: 1, y1: 4, x2: 25, y2: 4, "stroke-width": width, "stroke-dasharray": dash.join(" ") }));
 }

@@ -1,7 +1,8 @@
 // What of the lineage is in sight. Starting from one object, each object in sight can be opened towards what it
 // comes from and towards what depends on it; a step shows a few, and more when asked.
 
-import type { EdgeKind, Kind, Model } from "../model/model";
+import { kFlowStyles } from "../model/kinds";
+import type { Edge, FlowStyle, Model } from "../model/model";
 
 export type Direction = "sources" | "dependents";
 export const kDirections: Direction[] = ["sources", "dependents"];
@@ -12,22 +13,18 @@ export const kStep = 12;
 export const kMostInSight = 300;
 
 /** A way from one object to another, along which data flow. Several edges of the model may make one. */
-export interface Flow {
-  from: number;
-  to: number;
-  kind: EdgeKind;
-  found: boolean;
+export interface Flow extends Pick<Edge, "from" | "to" | "kind" | "style" | "found" | "replaces"> {
   count: number;
 }
 
 export class EdgeFilter {
-  private readonly shown = new Set<EdgeKind>(["direct", "computed", "aggregated", "condition"]);
-  has(kind: EdgeKind): boolean {
-    return this.shown.has(kind);
+  private readonly shown = new Set((Object.keys(kFlowStyles) as FlowStyle[]).filter((style) => kFlowStyles[style].first));
+  has(style: FlowStyle): boolean {
+    return this.shown.has(style);
   }
-  set(kind: EdgeKind, on: boolean): void {
-    if (on) this.shown.add(kind);
-    else this.shown.delete(kind);
+  set(style: FlowStyle, on: boolean): void {
+    if (on) this.shown.add(style);
+    else this.shown.delete(style);
   }
 }
 
@@ -53,16 +50,9 @@ export class ObjectFlows implements Flows {
 
   beside(id: number, direction: Direction): Flow[] {
     const edges = direction === "sources" ? this.model.edgesInto(id) : this.model.edgesOutOf(id);
-    const flows = edges.filter((edge) => this.filter.has(edge.kind)).map((edge) => ({ ...edge, count: 1 }));
+    const flows = edges.filter((edge) => this.filter.has(edge.style)).map((edge) => ({ ...edge, count: 1 }));
     return merged(flows, direction === "sources" ? (flow) => flow.from : (flow) => flow.to);
   }
-}
-
-const kContainers = new Set<Kind>(["databaseTable", "viewTable", "namedQuery", "dimension", "measureGroup",
-  "linkedMeasureGroup", "calculations", "kpi", "cubeDimension", "cube", "perspective"]);
-
-export function isContainer(kind: Kind): boolean {
-  return kContainers.has(kind);
 }
 
 /** Lineage between what holds the objects; what happens inside one is left out. */
@@ -84,17 +74,17 @@ export class ContainerFlows implements Flows {
       for (const edge of edges) {
         const from = this.container(edge.from);
         const to = this.container(edge.to);
-        if (from !== to && this.filter.has(edge.kind)) yield { from, to, kind: edge.kind, found: edge.found, count: 1 };
+        if (from !== to && this.filter.has(edge.style)) yield { ...edge, from, to, count: 1 };
       }
       for (const part of Array.from(this.model.parts(node)).reverse())
-        if (!isContainer(this.model.kind(part))) open.push(part);
+        if (!this.model.isContainer(part)) open.push(part);
     }
   }
 
   private container(id: number): number {
     if (this.containers[id] !== -1) return this.containers[id]!;
     let container = id;
-    while (!isContainer(this.model.kind(container))) {
+    while (!this.model.isContainer(container)) {
       const owner = this.model.node(container).o;
       if (owner === undefined) break;
       container = owner;

@@ -3,9 +3,8 @@
 
 import { announce, freshId, h } from "../elements/dom";
 import { kindMark } from "../elements/kind_mark";
-import { edgeBadge } from "../elements/parts";
+import { badge, edgeMarks } from "../elements/parts";
 import { counted, nameElement, plainName } from "../elements/text";
-import { kEdgeKinds, kKinds } from "../model/kinds";
 import type { Model } from "../model/model";
 import { type Direction, type Expansion, type Flow, other } from "./sight";
 
@@ -52,8 +51,8 @@ export class Tree {
     const element = h("li", { role: "treeitem", tabindex: "-1", "aria-level": level },
       h("span", { class: "row" },
         h("span", { class: "twisty", "aria-hidden": "true" }), kindMark(kind), nameElement(this.model.name(id)),
-        h("span", { class: "place" }, kKinds[kind].one, owner !== undefined && [" · ", nameElement(this.model.name(owner))]),
-        flow && edgeBadge(flow.kind, flow.found),
+        h("span", { class: "place" }, this.model.kindLabel(id), owner !== undefined && [" · ", nameElement(this.model.name(owner))]),
+        flow && [badge(this.model.edgeWords(flow.kind, this.direction), `edge-${flow.style}`), edgeMarks(flow)],
         repeated && h("span", { class: "badge" }, "shown above")));
     element.setAttribute("aria-label", this.label(id, flow, repeated, children.length));
     if (children.length > 0) element.setAttribute("aria-expanded", "false");
@@ -65,9 +64,9 @@ export class Tree {
   private label(id: number, flow: Flow | undefined, repeated: boolean, children: number): string {
     const owner = this.model.node(id).o;
     return [
-      `${plainName(this.model.name(id))}, ${kKinds[this.model.kind(id)].one}`,
+      `${plainName(this.model.name(id))}, ${this.model.kindLabel(id)}`,
       owner !== undefined && `of ${plainName(this.model.name(owner))}`,
-      flow && kEdgeKinds[flow.kind].meaning,
+      flow && this.model.edgeWords(flow.kind, this.direction),
       repeated && "shown above",
       children > 0 && counted(children, this.direction === "sources" ? "source" : "dependent"),
     ].filter((part) => part !== false && part !== undefined).join(", ");

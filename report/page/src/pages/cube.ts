@@ -1,15 +1,17 @@
 // What a cube shows: its measures with what defines them, KPIs, dimensions, perspectives.
 
 import { type Child, h } from "../elements/dom";
-import { aggregation, badge, codeBlock, objectLink, section, table, titled } from "../elements/parts";
+import { aggregation, badge, codeBlock, objectLink, section, settingsInShort, table, titled } from "../elements/parts";
 import { count, nameElement } from "../elements/text";
 import type { Model } from "../model/model";
+import { scripts } from "./script";
+import { usageMatrix } from "./usage_matrix";
 
 /** Few enough that what follows is not far away. */
 const kFirstRows = 20;
 
 function measures(model: Model, cube: number): Child {
-  const ids = model.partsOfKind(cube, "cubeMeasure");
+  const ids = model.measuresOf(cube);
   if (ids.length === 0) return null;
   return section(titled("Measures", ids.length), table({
     label: "measures", rows: ids, firstRows: kFirstRows,
@@ -19,8 +21,18 @@ function measures(model: Model, cube: number): Child {
         model.node(model.original(id)).r === 0 && badge("no column", "bad"), descriptionOf(model, id)] },
       { title: "Defined in", cell: (id) => home(model, id) },
       { title: "Definition", class: "wide", cell: (id) => definition(model, model.original(id)) },
+      ...kLookedFor.filter(([, name]) => ids.some((id) => settingOf(model, id, name))).map(([title, name]) => ({
+        title, cell: (id: number) => nameElement(settingOf(model, id, name) ?? ""),
+      })),
     ],
   }));
+}
+
+/** What people look for beside a measure. */
+const kLookedFor: [title: string, setting: string][] = [["Format", "FormatString"], ["Folder", "DisplayFolder"]];
+
+function settingOf(model: Model, id: number, name: string): string | undefined {
+  return model.setting(id, name) ?? model.setting(model.original(id), name);
 }
 
 function homeName(model: Model, id: number): string {
@@ -101,6 +113,26 @@ function groups(model: Model, cube: number): Child {
     })));
 }
 
+/** What fills the measure groups of a cube. */
+function partitions(model: Model, cube: number): Child {
+  const ids = model.partsOfKind(cube, "measureGroup").flatMap((group) => model.partsOfKind(group, "partition"));
+  if (ids.length === 0) return null;
+  return section(titled("Partitions", ids.length), table({
+    label: "partitions", rows: ids, firstRows: kFirstRows, group: (id) => model.name(model.node(id).o!),
+    filterText: (id) => `${model.name(id)} ${model.name(model.node(id).o!)}`,
+    columns: [
+      { title: "Partition", cell: (id) => objectLink(model, id) },
+      { title: "Reads", class: "wide", cell: (id) => {
+        const { e, l } = model.node(id);
+        return [model.namedBy(id, "reads").map((source) => h("span", { class: "placed" }, objectLink(model, source))),
+          e && codeBlock(e, l, 3)];
+      } },
+      { title: "Settings", cell: (id) => settingsInShort(model, id) },
+    ],
+  }));
+}
+
 export function cubeSections(model: Model, cube: number): Child {
-  return [measures(model, cube), kpis(model, cube), dimensions(model, cube), groups(model, cube)];
+  return [measures(model, cube), kpis(model, cube), dimensions(model, cube), usageMatrix(model, cube), groups(model, cube),
+    partitions(model, cube), scripts(model, cube)];
 }

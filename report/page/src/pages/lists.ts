@@ -2,11 +2,11 @@
 
 import { type Child, h } from "../elements/dom";
 import {
-  badge, codeBlock, type Column, description, objectLink, ownerNames, placedLink, section, table, titled,
+  badge, capitalized, codeBlock, type Column, description, objectLink, ownerNames, placedLink, section, settingsInShort, table,
+  titled,
 } from "../elements/parts";
 import { count, counted, nameElement, plainName } from "../elements/text";
-import { kKinds } from "../model/kinds";
-import type { Kind, Model } from "../model/model";
+import { type Kind, kMeasureKinds, type Model } from "../model/model";
 import type { App, Page } from "./page";
 
 const kMostFound = 2000;
@@ -20,8 +20,14 @@ function listPage(title: string, subtitle: string, ...content: Child[]): Page {
 }
 
 export function kindPage({ model }: App, kind: Kind): Page {
-  const ids = model.ofKind(kind);
-  const title = kKinds[kind].many[0]!.toUpperCase() + kKinds[kind].many.slice(1);
+  return objectsPage(model, model.ofKind(kind), capitalized(model.kindWords(kind)!.many));
+}
+
+export function measuresPage({ model }: App): Page {
+  return objectsPage(model, model.ofKind(...kMeasureKinds), "Measures");
+}
+
+function objectsPage(model: Model, ids: number[], title: string): Page {
   const columns: Column<number>[] = [
     { title: "Name", cell: (id) => [objectLink(model, id), description(model, id)] },
     { title: "In", cell: (id) => ownerNames(model, model.owners(id)) },
@@ -31,6 +37,8 @@ export function kindPage({ model }: App, kind: Kind): Page {
     return e && codeBlock(e, l, 3);
   } });
   if (ids.some((id) => model.node(id).t)) columns.push({ title: "Type", cell: (id) => model.node(id).t });
+  if (ids.every((id) => model.isInDetailsOnly(id)) && ids.some((id) => model.node(id).s))
+    columns.push({ title: "Settings", cell: (id) => settingsInShort(model, id) });
   return listPage(title, `${count(ids.length)} in the model`, h("section", { class: "panel", "aria-label": title },
     table({ label: title, rows: ids, columns, filterText: (id) => `${model.name(id)} ${model.node(id).p ?? ""}` })));
 }
@@ -40,9 +48,9 @@ export function cubesPage({ model }: App): Page {
   return listPage("Cubes", `${count(ids.length)} in the model`, h("div", { class: "cards" }, ids.map((id) =>
     h("section", { class: "panel" }, h("h2", {}, objectLink(model, id)), description(model, id),
       h("p", { class: "note" }, [
-        `${count(model.partsOfKind(id, "cubeMeasure").length)} measures`,
-        `${count(model.partsOfKind(id, "kpi").length)} KPIs`,
-        `${count(model.partsOfKind(id, "cubeDimension").length)} dimensions`].join(" · "))))));
+        counted(model.measuresOf(id).length, "measure"),
+        counted(model.partsOfKind(id, "kpi").length, "KPI"),
+        counted(model.partsOfKind(id, "cubeDimension").length, "dimension")].join(" · "))))));
 }
 
 export function dimensionsPage({ model }: App): Page {
@@ -64,7 +72,7 @@ function viewTables(model: Model, title: Child, ids: number[]): HTMLElement {
     label: "tables", rows: ids, filterText: (id) => `${model.name(id)} ${model.node(id).q ?? ""}`,
     columns: [
       { title: "Table", cell: (id) => [objectLink(model, id), description(model, id)] },
-      { title: "Kind", cell: (id) => model.kind(id) === "namedQuery" && badge(kKinds.namedQuery.one) },
+      { title: "Kind", cell: (id) => model.kind(id) === "namedQuery" && badge(model.kindLabel(id)) },
       { title: "Qualified name", cell: (id) => model.node(id).q && h("code", {}, nameElement(model.node(id).q!)) },
       { title: "Columns", class: "figure", cell: (id) => count(model.parts(id).length) },
     ],

@@ -2,40 +2,42 @@
 
 import { type Child, h } from "../elements/dom";
 import { kindMark } from "../elements/kind_mark";
-import { coverageBar, description, facts, kFoundByGraph, objectLink, section, table, titled } from "../elements/parts";
+import { badge, coverageBar, description, facts, objectLink, section, table, titled } from "../elements/parts";
 import { count, nameElement } from "../elements/text";
-import type { Kind, Model } from "../model/model";
-import { unresolvedTable } from "./findings";
+import type { CoverageFigures, Kind, Model } from "../model/model";
+import { kMeasureKinds } from "../model/model";
+import { openNamesTable } from "./findings";
 import type { App, Page } from "./page";
 
 interface Stage {
   title: string;
   href: string;
-  kinds: [kind: Kind, one: string, many: string][];
+  counts: [kinds: Kind[], one: string, many: string, href?: string][];
 }
 
 /** The way of the data, from the database to what people see. */
 const kStages: Stage[] = [
-  { title: "Databases", href: "#/tables", kinds: [["databaseTable", "table", "tables"], ["databaseColumn", "column", "columns"]] },
-  { title: "Data source views", href: "#/tables", kinds: [["viewTable", "table", "tables"],
-    ["namedQuery", "named query", "named queries"], ["computedColumn", "computed column", "computed columns"]] },
-  { title: "Dimensions", href: "#/dimensions", kinds: [["dimension", "dimension", "dimensions"],
-    ["attribute", "attribute", "attributes"]] },
-  { title: "Measures", href: "#/kind/measure", kinds: [["measure", "measure", "measures"],
-    ["calculatedMeasure", "calculated", "calculated"], ["kpi", "KPI", "KPIs"]] },
-  { title: "Cubes", href: "#/cubes", kinds: [["cube", "cube", "cubes"], ["perspective", "perspective", "perspectives"]] },
+  { title: "Databases", href: "#/tables", counts: [[["databaseTable"], "table", "tables"],
+    [["databaseColumn"], "column", "columns"]] },
+  { title: "Data source views", href: "#/tables", counts: [[["viewTable"], "table", "tables"],
+    [["namedQuery"], "named query", "named queries"], [["computedColumn"], "computed column", "computed columns"]] },
+  { title: "Dimensions", href: "#/dimensions", counts: [[["dimension"], "dimension", "dimensions"],
+    [["attribute"], "attribute", "attributes"]] },
+  { title: "Measures", href: "#/measures", counts: [[kMeasureKinds, "measure", "measures", "#/measures"],
+    [["calculatedMeasure"], "of them calculated", "of them calculated"], [["kpi"], "KPI", "KPIs"]] },
+  { title: "Cubes", href: "#/cubes", counts: [[["cube"], "cube", "cubes"], [["perspective"], "perspective", "perspectives"]] },
 ];
 
 const kFewUnresolved = 6;
 
 function flow(model: Model): HTMLElement {
   return h("ol", { class: "stages", "aria-label": "From the databases to the cubes" }, kStages.map((stage) => {
-    const empty = model.ofKind(...stage.kinds.map(([kind]) => kind)).length === 0;
-    return h("li", {}, h("h2", {}, kindMark(stage.kinds[0]![0]), h("a", { href: stage.href }, stage.title)),
-      h("ul", {}, stage.kinds.map(([kind, one, many], i) => {
-        const number = model.ofKind(kind).length;
+    const empty = model.ofKind(...stage.counts.flatMap(([kinds]) => kinds)).length === 0;
+    return h("li", {}, h("h2", {}, kindMark(stage.counts[0]![0][0]!), h("a", { href: stage.href }, stage.title)),
+      h("ul", {}, stage.counts.map(([kinds, one, many, href], i) => {
+        const number = model.ofKind(...kinds).length;
         return (number > 0 || (i === 0 && empty)) && h("li", {},
-          h("a", { href: `#/kind/${kind}` }, h("strong", {}, count(number)), " ", number === 1 ? one : many));
+          h("a", { href: href ?? `#/kind/${kinds[0]}` }, h("strong", {}, count(number)), " ", number === 1 ? one : many));
       })));
   }));
 }
@@ -47,7 +49,7 @@ function cubes(model: Model): Child {
     label: "cubes", rows: ids, filterText: (id) => model.name(id),
     columns: [
       { title: "Cube", cell: (id) => [objectLink(model, id), description(model, id)] },
-      { title: "Measures", class: "figure", cell: (id) => count(model.partsOfKind(id, "cubeMeasure").length) },
+      { title: "Measures", class: "figure", cell: (id) => count(model.measuresOf(id).length) },
       { title: "KPIs", class: "figure", cell: (id) => count(model.partsOfKind(id, "kpi").length) },
       { title: "Dimensions", class: "figure", cell: (id) => count(model.partsOfKind(id, "cubeDimension").length) },
     ],
@@ -60,12 +62,10 @@ function coverage(model: Model): Child {
   const whole = data.coverage.find((row) => row.n < 0);
   const perCube = data.coverage.filter((row) => row.n >= 0);
   return section(h("a", { href: "#/coverage" }, "Traced back to a database column"),
-    whole && coverageBar("Attributes", whole.a[0], whole.a[1], whole.a[2]),
-    whole && coverageBar("Measures", whole.m[0], whole.m[1], whole.m[2]),
+    whole && [coverageBar("Attributes", whole.a), coverageBar("Measures", whole.m),
+      whole.k[0] > 0 && coverageBar("KPI values", whole.k)],
     perCube.length > 1 && h("div", { class: "coverage-by-cube" }, perCube.slice(0, 12).map((row) =>
-      coverageBar(model.name(row.n), row.a[0] + row.m[0], row.a[1] + row.m[1], row.a[2] + row.m[2]))),
-    h("p", { class: "note" }, h("span", { class: "swatch by-model" }), " in the model ",
-      h("span", { class: "swatch by-graph" }), ` ${kFoundByGraph}`));
+      coverageBar(model.name(row.n), row.a.map((figure, i) => figure + row.m[i]! + row.k[i]!) as CoverageFigures))));
 }
 
 function dataSources(model: Model): Child {
@@ -80,12 +80,22 @@ function dataSources(model: Model): Child {
 }
 
 function unresolved(model: Model): Child {
-  const ids = model.withUnresolved();
+  const ids = model.withOpenNames("mistake");
   if (ids.length === 0)
     return section("Unresolved references", h("p", { class: "note" }, "All references are resolved."));
   return section(h("a", { href: "#/unresolved" }, titled("Unresolved references", ids.length)),
-    unresolvedTable(model, ids.slice(0, kFewUnresolved)),
+    openNamesTable(model, "unresolved references", ids.slice(0, kFewUnresolved), ["mistake"]),
     ids.length > kFewUnresolved && h("p", {}, h("a", { href: "#/unresolved" }, `All ${count(ids.length)} expressions`)));
+}
+
+/** What no answer here tells of. */
+function passedOver(model: Model): Child {
+  const { passedOver: rows } = model.data;
+  if (!rows) return section("Details", h("p", { class: "note" }, "No details in this document: it was imported without them. ",
+    "Keys, usages of dimensions, roles, sets, scripts and settings are not known."));
+  if (rows.length === 0) return null;
+  return section("Passed over", h("ul", { class: "plain" }, rows.map(([what, number, hasMeaning]) =>
+    h("li", {}, `${what}: ${count(number)}`, hasMeaning === 1 && badge("could change an answer", "bad")))));
 }
 
 export function overviewPage({ model }: App): Page {
@@ -100,6 +110,7 @@ export function overviewPage({ model }: App): Page {
       h("div", { class: "two-columns wide-left" },
         h("div", {}, cubes(model), dataSources(model)),
         h("div", {}, coverage(model), unresolved(model),
+          passedOver(model),
           section("Totals", h("div", { class: "figures" },
             facts(data.counts.map(([label, number]) => [label, count(number)]))))))),
   };
