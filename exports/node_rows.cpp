@@ -1,6 +1,6 @@
 #include "exports/node_rows.h"
 
-#include "lineage/coverage.h"
+#include "lineage/gap_reason.h"
 
 namespace tav {
 namespace {
@@ -24,29 +24,25 @@ std::string_view hidden(const TAVModelObject* object) {
   return measure->hidden ? "1" : "0";
 }
 
-/// Whether a node can trace back to a column.
-bool hasValue(NodeKind kind) {
-  switch (kind) {
-    case NodeKind::databaseColumn:
-    case NodeKind::viewColumn:
-    case NodeKind::computedColumn:
-    case NodeKind::attribute:
-    case NodeKind::kpiValue:
-    case NodeKind::cubeAttribute:
-      return true;
-    default:
-      return isMeasureKind(kind);
-  }
+bool isColumn(NodeKind kind) {
+  return kind == NodeKind::databaseColumn || kind == NodeKind::viewColumn || kind == NodeKind::computedColumn;
 }
 
-bool isColumn(NodeKind kind) {
-  return kind <= NodeKind::condition;
+/// Whether a node can trace back to a column: only columns, attributes and measures have a value.
+bool hasValue(NodeKind kind) {
+  switch (kind) {
+    case NodeKind::attribute:
+    case NodeKind::cubeAttribute:
+    case NodeKind::kpiValue:
+      return true;
+    default:
+      return isColumn(kind) || isMeasureKind(kind);
+  }
 }
 
 }  // namespace
 
-NodeRows::NodeRows(const LineageGraph& graph)
-    : graph_(graph), reached_(graph.tracedBack(true)), reachedByModel_(graph.tracedBack(false)) {}
+NodeRows::NodeRows(const LineageGraph& graph) : graph_(graph), reached_(graph.tracedBack()) {}
 
 NodeRow NodeRows::row(NodeId id) const {
   const LineageNode& node = graph_.node(id);
@@ -70,8 +66,7 @@ NodeRow NodeRows::row(NodeId id) const {
 
 std::string_view NodeRows::hasLineage(NodeId id) const {
   if (!hasValue(graph_.node(id).kind)) return {};
-  if (!reached_[id]) return "no";
-  return reachedByModel_[id] ? "yes" : "by graph";
+  return reached_[id] ? "yes" : "no";
 }
 
 std::string NodeRows::reason(NodeId id) const {

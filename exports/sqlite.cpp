@@ -108,15 +108,15 @@ class ModelLoad {
   }
 
   void addCounts() {
-    SqliteStatement insert(database_, "INSERT INTO cube_counts VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
+    SqliteStatement insert(database_, "INSERT INTO cube_counts VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7)");
     insert.bind(1, model_);
     for (const CubeCoverage& cube : measureCoverage(graph_).cubes) {
       bindNode(insert, 2, cube.cube);
       int parameter = 2;
       for (const CoverageCount* kind : {&cube.attributes, &cube.measures})
-        for (const std::size_t count : {kind->count, kind->reached, kind->reachedByModel})
+        for (const std::size_t count : {kind->count, kind->reached})
           insert.bind(++parameter, static_cast<std::int64_t>(count));
-      insert.bind(9, static_cast<std::int64_t>(cube.attributes.rowCounts + cube.measures.rowCounts));
+      insert.bind(7, static_cast<std::int64_t>(cube.attributes.rowCounts + cube.measures.rowCounts));
       insert.execute();
     }
   }

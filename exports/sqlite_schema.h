@@ -9,13 +9,13 @@ namespace tav {
 
 /// In the header of the file: "XMLB", and which tables and views it has.
 inline constexpr std::int64_t kSqliteApplication = 0x584D4C42;
-inline constexpr std::int64_t kSqliteVersion = 2;
+inline constexpr std::int64_t kSqliteVersion = 3;
 
 /// The numbers of a model's nodes are a range of their own, so that all of them can be told apart and removed
 /// at once. Letter case does not tell paths apart, as it does not in SQL Server and MDX.
 inline constexpr const char* kSqliteTables = R"SQL(
 PRAGMA application_id = 0x584D4C42;
-PRAGMA user_version = 2;
+PRAGMA user_version = 3;
 CREATE TABLE models(
   id INTEGER PRIMARY KEY,
   source TEXT NOT NULL,
@@ -58,10 +58,8 @@ CREATE TABLE cube_counts(
   cube_id INTEGER REFERENCES nodes(id),
   attributes INTEGER NOT NULL,
   attributes_with_lineage INTEGER NOT NULL,
-  attributes_by_model INTEGER NOT NULL,
   measures INTEGER NOT NULL,
   measures_with_lineage INTEGER NOT NULL,
-  measures_by_model INTEGER NOT NULL,
   row_counts INTEGER NOT NULL
 );
 CREATE TABLE warnings(
@@ -122,8 +120,7 @@ WHERE w.origin = 'lineage';
 
 CREATE VIEW coverage AS
 SELECT m.source, m.name AS model, c.name AS cube,
-       k.attributes, k.attributes_with_lineage, k.attributes_by_model,
-       k.measures, k.measures_with_lineage, k.measures_by_model, k.row_counts,
+       k.attributes, k.attributes_with_lineage, k.measures, k.measures_with_lineage, k.row_counts,
        coalesce((k.attributes_with_lineage + k.measures_with_lineage) * 100 /
                 nullif(k.attributes + k.measures, 0), 100) AS percent
 FROM cube_counts k JOIN models m ON m.id = k.model_id LEFT JOIN nodes c ON c.id = k.cube_id;

@@ -5,6 +5,7 @@
 #include "framework/std/json_writer.h"
 #include "framework/std/mask.h"
 #include "lineage/coverage.h"
+#include "lineage/gap_reason.h"
 
 namespace tav {
 namespace {
@@ -14,7 +15,6 @@ constexpr std::size_t kFlushSize = std::size_t{1} << 16;
 /// What the page makes of "r".
 constexpr int kNoColumn = 0;
 constexpr int kColumn = 1;
-constexpr int kColumnByGraph = 2;
 
 bool leadsSomewhere(NodeKind kind) {
   switch (kind) {
@@ -42,8 +42,7 @@ class DataWriter {
       : graph_(graph),
         program_(program),
         coverage_(measureCoverage(graph)),
-        reached_(graph.tracedBack(true)),
-        byModel_(graph.tracedBack(false)),
+        reached_(graph.tracedBack()),
         out_(out) {}
 
   void write() {
@@ -86,7 +85,7 @@ class DataWriter {
     count("Measures", of(NodeKind::measure));
     count("Calculated measures", of(NodeKind::calculatedMeasure));
     count("KPIs", of(NodeKind::kpi));
-    count("Unresolved references", coverage_.unresolved);
+    count("Unresolved references", coverage_.namesThat(OpenNameState::mistake));
     json_.close(']');
   }
   void count(std::string_view label, std::size_t number) {
@@ -158,8 +157,7 @@ class DataWriter {
   }
 
   void reach(NodeId id) {
-    const int found = byModel_[id] ? kColumn : kColumnByGraph;
-    json_.member("r", reached_[id] ? found : kNoColumn);
+    json_.member("r", reached_[id] ? kColumn : kNoColumn);
     if (!reached_[id]) json_.optional("w", gapReason(graph_, id));
   }
 
@@ -219,7 +217,6 @@ class DataWriter {
       if (cube.cube == kNoNode) attributes = cube.attributes;
       measures.count += cube.measures.count;
       measures.reached += cube.measures.reached;
-      measures.reachedByModel += cube.measures.reachedByModel;
       measures.rowCounts += cube.measures.rowCounts;
     }
     covered(-1, attributes, measures);
@@ -240,7 +237,7 @@ class DataWriter {
     json_.close('}');
   }
   void figures(const CoverageCount& count) {
-    for (const std::size_t figure : {count.count, count.reached, count.reachedByModel}) json_.value(figure);
+    for (const std::size_t figure : {count.count, count.reached, count.reached}) json_.value(figure);
   }
 
   void flush() {
@@ -252,7 +249,6 @@ class DataWriter {
   std::string_view program_;
   Coverage coverage_;
   std::vector<bool> reached_;
-  std::vector<bool> byModel_;
   std::ostream& out_;
   std::string text_;  // what is not yet handed to the stream
   JsonWriter json_{text_, true};
