@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "exports/csv_text.h"
 #include "exports/formats.h"
 #include "exports/node_rows.h"
 #include "framework/serialization/replacing_file.h"
@@ -12,25 +13,17 @@ namespace {
 constexpr std::string_view kExtension = ".csv";
 constexpr std::size_t kFlushSize = std::size_t{1} << 16;
 
-/// Rows of a table as RFC 4180 has them.
+/// A table that becomes a file.
 class CsvFile {
  public:
   explicit CsvFile(const std::string& path) : file_(TAVString(path)) {}
 
-  void cell(std::string_view value) {
-    if (!first_) text_ += ',';
-    first_ = false;
-    if (value.find_first_of(",\"\r\n") == value.npos)
-      text_.append(value);
-    else
-      quoted(value);
-  }
+  void cell(std::string_view value) { csv_.cell(value); }
 
   void number(NodeId value) { cell(value == kNoNode ? std::string() : std::to_string(value)); }
 
   void endRow() {
-    text_ += "\r\n";
-    first_ = true;
+    csv_.endRow();
     if (text_.size() >= kFlushSize) flush();
   }
 
@@ -42,12 +35,6 @@ class CsvFile {
   void commit() { file_.commit(); }
 
  private:
-  void quoted(std::string_view value) {
-    text_ += '"';
-    for (const char c : value) text_.append(c == '"' ? 2 : 1, c);
-    text_ += '"';
-  }
-
   void flush() {
     file_.stream().write(text_.data(), static_cast<std::streamsize>(text_.size()));
     text_.clear();
@@ -55,7 +42,7 @@ class CsvFile {
 
   ReplacingFile file_;
   std::string text_;
-  bool first_ = true;  // whether the next cell is the first of its row
+  CsvText csv_{text_};
 };
 
 class CsvExport {
