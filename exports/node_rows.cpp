@@ -1,6 +1,7 @@
 #include "exports/node_rows.h"
 
 #include "lineage/gap_reason.h"
+#include "lineage/unused.h"
 
 namespace tav {
 namespace {
@@ -18,10 +19,13 @@ std::string schemaOf(const LineageGraph& graph, NodeId id) {
   return graph.schema(owner == kNoNode ? id : owner);
 }
 
-std::string_view hidden(const TAVModelObject* object) {
-  const auto* measure = as<TAVMeasure>(object);
-  if (!measure) return {};
-  return measure->hidden ? "1" : "0";
+/// Of what people browse, whether it is kept from them.
+std::string_view hidden(const LineageGraph& graph, NodeId id) {
+  const bool isBrowsed = as<TAVMeasure>(graph.node(id).object) != nullptr ||
+                         graph.node(id).kind == NodeKind::attribute ||
+                         graph.node(id).kind == NodeKind::cubeAttribute;
+  if (!isBrowsed) return {};
+  return isHidden(graph, id) ? "1" : "0";
 }
 
 bool isColumn(NodeKind kind) {
@@ -59,7 +63,7 @@ NodeRow NodeRows::row(NodeId id) const {
           std::string(graph_.language(id)),
           std::string(graph_.aggregation(id)),
           graph_.description(id),
-          std::string(hidden(node.object)),
+          std::string(hidden(graph_, id)),
           std::string(hasLineage(id)),
           reason(id)};
 }

@@ -51,7 +51,22 @@ CREATE TABLE edges(
   from_id INTEGER NOT NULL REFERENCES nodes(id),
   to_id INTEGER NOT NULL REFERENCES nodes(id),
   kind TEXT NOT NULL,
-  found_by_graph INTEGER NOT NULL
+  words TEXT,
+  text TEXT,
+  gives_value INTEGER NOT NULL,
+  found_by_graph INTEGER NOT NULL,
+  replaces INTEGER NOT NULL
+);
+CREATE TABLE settings(
+  node_id INTEGER NOT NULL REFERENCES nodes(id),
+  name TEXT NOT NULL COLLATE NOCASE,
+  value TEXT NOT NULL
+);
+CREATE TABLE open_names(
+  node_id INTEGER NOT NULL REFERENCES nodes(id),
+  name TEXT NOT NULL,
+  state TEXT NOT NULL,
+  note TEXT
 );
 CREATE TABLE cube_counts(
   model_id INTEGER NOT NULL REFERENCES models(id),
@@ -65,7 +80,6 @@ CREATE TABLE cube_counts(
 CREATE TABLE warnings(
   id INTEGER PRIMARY KEY,
   model_id INTEGER NOT NULL REFERENCES models(id),
-  node_id INTEGER REFERENCES nodes(id),
   origin TEXT NOT NULL,
   text TEXT NOT NULL
 );
@@ -77,6 +91,9 @@ CREATE INDEX IF NOT EXISTS nodes_by_path ON nodes(path);
 CREATE INDEX IF NOT EXISTS nodes_by_name ON nodes(name);
 CREATE INDEX IF NOT EXISTS edges_by_source ON edges(from_id, to_id);
 CREATE INDEX IF NOT EXISTS edges_by_target ON edges(to_id, from_id);
+CREATE INDEX IF NOT EXISTS settings_by_node ON settings(node_id);
+CREATE INDEX IF NOT EXISTS settings_by_name ON settings(name);
+CREATE INDEX IF NOT EXISTS open_names_by_node ON open_names(node_id);
 CREATE INDEX IF NOT EXISTS cube_counts_by_model ON cube_counts(model_id);
 CREATE INDEX IF NOT EXISTS warnings_by_model ON warnings(model_id);
 )SQL";
@@ -87,7 +104,7 @@ CREATE INDEX IF NOT EXISTS warnings_by_model ON warnings(model_id);
 inline constexpr const char* kSqliteViews = R"SQL(
 CREATE VIEW lineage AS
 SELECT m.source, m.name AS model, f.kind AS from_kind, f.path AS from_path, t.kind AS to_kind, t.path AS to_path,
-       e.kind, t.expression, e.found_by_graph
+       e.kind, e.words, e.text, e.gives_value, t.expression, e.found_by_graph, e.replaces
 FROM edges e JOIN nodes f ON f.id = e.from_id JOIN nodes t ON t.id = e.to_id JOIN models m ON m.id = t.model_id;
 
 CREATE VIEW upstream AS
@@ -113,10 +130,9 @@ JOIN json_each((
 JOIN nodes n ON n.id = r.value;
 
 CREATE VIEW unresolved AS
-SELECT m.source, m.name AS model, c.name AS cube, n.kind, n.path, w.text AS name, n.expression
-FROM warnings w JOIN models m ON m.id = w.model_id JOIN nodes n ON n.id = w.node_id
-LEFT JOIN nodes c ON c.id = n.cube_id
-WHERE w.origin = 'lineage';
+SELECT m.source, m.name AS model, c.name AS cube, n.kind, n.path, o.name, o.state, o.note, n.expression
+FROM open_names o JOIN nodes n ON n.id = o.node_id JOIN models m ON m.id = n.model_id
+LEFT JOIN nodes c ON c.id = n.cube_id;
 
 CREATE VIEW coverage AS
 SELECT m.source, m.name AS model, c.name AS cube,
