@@ -129,6 +129,28 @@ JOIN json_each((
   SELECT json_group_array(id) FROM reached)) r
 JOIN nodes n ON n.id = r.value;
 
+CREATE VIEW value_upstream AS
+SELECT m.source, m.name AS model, s.path AS start_path, s.kind AS start_kind, n.id, n.kind, n.name, n.path,
+       n.expression
+FROM nodes s JOIN models m ON m.id = s.model_id
+JOIN json_each((
+  WITH RECURSIVE reached(id) AS (
+    SELECT from_id FROM edges WHERE to_id = s.id AND (gives_value = 1 OR kind = 'condition')
+    UNION SELECT e.from_id FROM reached JOIN edges e ON e.to_id = reached.id AND (e.gives_value = 1 OR e.kind = 'condition'))
+  SELECT json_group_array(id) FROM reached)) r
+JOIN nodes n ON n.id = r.value;
+
+CREATE VIEW value_downstream AS
+SELECT m.source, m.name AS model, s.path AS start_path, s.kind AS start_kind, n.id, n.kind, n.name, n.path,
+       n.expression
+FROM nodes s JOIN models m ON m.id = s.model_id
+JOIN json_each((
+  WITH RECURSIVE reached(id) AS (
+    SELECT to_id FROM edges WHERE from_id = s.id AND (gives_value = 1 OR kind = 'condition')
+    UNION SELECT e.to_id FROM reached JOIN edges e ON e.from_id = reached.id AND (e.gives_value = 1 OR e.kind = 'condition'))
+  SELECT json_group_array(id) FROM reached)) r
+JOIN nodes n ON n.id = r.value;
+
 CREATE VIEW unresolved AS
 SELECT m.source, m.name AS model, c.name AS cube, n.kind, n.path, o.name, o.state, o.note, n.expression
 FROM open_names o JOIN nodes n ON n.id = o.node_id JOIN models m ON m.id = n.model_id
