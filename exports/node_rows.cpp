@@ -44,6 +44,11 @@ bool hasValue(NodeKind kind) {
   }
 }
 
+/// Whether only the details name a node, as that of another database.
+bool isOfDetails(const LineageGraph& graph, NodeId id) {
+  return !graph.node(id).object && !graph.database(id);
+}
+
 }  // namespace
 
 NodeRows::NodeRows(const LineageGraph& graph) : graph_(graph), reached_(graph.tracedBack()) {}
@@ -69,13 +74,13 @@ NodeRow NodeRows::row(NodeId id) const {
 }
 
 std::string_view NodeRows::hasLineage(NodeId id) const {
-  if (!hasValue(graph_.node(id).kind)) return {};
+  if (!hasValue(graph_.node(id).kind) || isOfDetails(graph_, id)) return {};
   return reached_[id] ? "yes" : "no";
 }
 
 std::string NodeRows::reason(NodeId id) const {
   const NodeKind kind = graph_.node(id).kind;
-  if (reached_[id] || !hasValue(kind) || isColumn(kind)) return {};
+  if (reached_[id] || !hasValue(kind) || isColumn(kind) || isOfDetails(graph_, id)) return {};
   return gapReason(graph_, id);
 }
 

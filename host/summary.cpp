@@ -73,6 +73,7 @@ class Counter {
   }
 
   void countReach(tav::NodeId id, Summary::Reach& kind) const {
+    if (!graph_.node(id).object) return;  // only named, as one of another database
     ++kind.count;
     kind.reached += reached_[id];
   }

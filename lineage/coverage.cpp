@@ -17,7 +17,7 @@ bool isEmptyKpiValue(const LineageGraph& graph, NodeId id) {
 bool isCounted(const LineageGraph& graph, NodeId id) {
   switch (graph.node(id).kind) {
     case NodeKind::attribute:
-      return true;
+      return graph.node(id).object != nullptr;
     case NodeKind::cubeMeasure:
       return !isEmptyKpiValue(graph, id);
     case NodeKind::cubeAttribute:
