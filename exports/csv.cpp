@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "exports/csv_text.h"
 #include "exports/formats.h"
 #include "exports/node_rows.h"
 #include "framework/serialization/replacing_file.h"
@@ -12,25 +13,18 @@ namespace {
 constexpr std::string_view kExtension = ".csv";
 constexpr std::size_t kFlushSize = std::size_t{1} << 16;
 
-/// Rows of a table as RFC 4180 has them.
+/// A table that becomes a file.
 class CsvFile {
  public:
   explicit CsvFile(const std::string& path) : file_(TAVString(path)) {}
 
-  void cell(std::string_view value) {
-    if (!first_) text_ += ',';
-    first_ = false;
-    if (value.find_first_of(",\"\r\n") == value.npos)
-      text_.append(value);
-    else
-      quoted(value);
-  }
+  void cell(std::string_view value) { csv_.cell(value); }
 
+  void flag(bool value) { cell(value ? "1" : "0"); }
   void number(NodeId value) { cell(value == kNoNode ? std::string() : std::to_string(value)); }
 
   void endRow() {
-    text_ += "\r\n";
-    first_ = true;
+    csv_.endRow();
     if (text_.size() >= kFlushSize) flush();
   }
 
@@ -42,12 +36,6 @@ class CsvFile {
   void commit() { file_.commit(); }
 
  private:
-  void quoted(std::string_view value) {
-    text_ += '"';
-    for (const char c : value) text_.append(c == '"' ? 2 : 1, c);
-    text_ += '"';
-  }
-
   void flush() {
     file_.stream().write(text_.data(), static_cast<std::streamsize>(text_.size()));
     text_.clear();
@@ -55,7 +43,7 @@ class CsvFile {
 
   ReplacingFile file_;
   std::string text_;
-  bool first_ = true;  // whether the next cell is the first of its row
+  CsvText csv_{text_};
 };
 
 class CsvExport {
@@ -82,8 +70,8 @@ class CsvExport {
   }
 
   void writeEdges(CsvFile& file) const {
-    for (const std::string_view name :
-         {"source", "model", "from", "to", "kind", "found_by_graph", "from_path", "to_path"})
+    for (const std::string_view name : {"source", "model", "from", "to", "kind", "words", "text",
+                                        "gives_value", "found_by_graph", "replaces", "from_path", "to_path"})
       file.cell(name);
     file.endRow();
     for (const LineageEdge& edge : graph_.edges()) {
@@ -91,10 +79,42 @@ class CsvExport {
       file.number(edge.from);
       file.number(edge.to);
       file.cell(edgeKindName(edge.kind));
-      file.cell(edge.foundByGraph ? "1" : "0");
+      file.cell(rowOf(edge.kind).downstream);
+      file.cell(graph_.edgeText(edge));
+      file.flag(givesValue(edge.kind));
+      file.flag(edge.foundByGraph);
+      file.flag(edge.replaces);
       file.cell(paths_[edge.from]);
       file.cell(paths_[edge.to]);
       file.endRow();
+    }
+  }
+
+  void writeSettings(CsvFile& file) const {
+    for (const std::string_view name : {"source", "model", "node", "path", "name", "value"}) file.cell(name);
+    file.endRow();
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+      for (const auto& [name, value] : graph_.settings(id)) {
+        beginRowOf(id, file);
+        file.cell(name);
+        file.cell(value);
+        file.endRow();
+      }
+    }
+  }
+
+  void writeOpenNames(CsvFile& file) const {
+    for (const std::string_view name : {"source", "model", "node", "path", "name", "state", "note"})
+      file.cell(name);
+    file.endRow();
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+      for (const OpenNameText& name : graph_.openNames(id)) {
+        beginRowOf(id, file);
+        file.cell(name.name);
+        file.cell(openNameStateText(name.state));
+        file.cell(name.note);
+        file.endRow();
+      }
     }
   }
 
@@ -102,6 +122,12 @@ class CsvExport {
   void beginRow(CsvFile& file) const {
     file.cell(source_);
     file.cell(model_);
+  }
+
+  void beginRowOf(NodeId id, CsvFile& file) const {
+    beginRow(file);
+    file.number(id);
+    file.cell(paths_[id]);
   }
 
   const LineageGraph& graph_;
@@ -122,22 +148,24 @@ std::string besides(const std::string& path, std::string_view table, const std::
 void exportCsv(const DetailedModel& model, const ExportOptions& options, const std::string& path) {
   CsvFile nodes(besides(path, "nodes", options.input));
   CsvFile edges(besides(path, "edges", options.input));
+  CsvFile settings(besides(path, "settings", options.input));
+  CsvFile openNames(besides(path, "open_names", options.input));
   const LineageGraph graph(model);
   CsvExport tables(graph, options.input);
   tables.writeNodes(nodes);
   tables.writeEdges(edges);
-  nodes.finish();
-  edges.finish();
-  nodes.commit();
-  edges.commit();
+  tables.writeSettings(settings);
+  tables.writeOpenNames(openNames);
+  for (CsvFile* file : {&nodes, &edges, &settings, &openNames}) file->finish();
+  for (CsvFile* file : {&nodes, &edges, &settings, &openNames}) file->commit();
 }
 
 }  // namespace
 
 extern const ExportFormat kCsvFormat{.name = "csv",
                                      .description =
-                                         "nodes and edges of the lineage as two tables, "
-                                         "OUT.nodes.csv and OUT.edges.csv",
+                                         "the lineage as tables: OUT.nodes.csv, OUT.edges.csv, "
+                                         "OUT.settings.csv, OUT.open_names.csv",
                                      .writeFiles = exportCsv};
 
 }  // namespace tav

@@ -26,6 +26,10 @@ std::string_view styleOf(EdgeKind kind) {
       return "style=dotted, color=\"#a05a00\"";
     case RelationSense::shows:
       return "style=dotted";
+    case RelationSense::joins:
+      return "style=dotted, color=\"#1d7a6b\", arrowhead=none";
+    case RelationSense::formats:
+      return "style=dotted, color=\"#9aa5b1\", arrowhead=odot";
     default:
       return "style=dotted, color=\"#7a3fb0\"";
   }
@@ -37,7 +41,9 @@ std::string_view colourOf(NodeKind kind) {
   if (kind <= NodeKind::attribute) return "#fbe8c8";
   if (kind <= NodeKind::linkedMeasure) return "#cfe3f7";
   if (kind <= NodeKind::kpiValue) return "#e5d8f3";
-  return "#f3d6d6";
+  if (kind <= NodeKind::perspective) return "#f3d6d6";
+  if (kind == NodeKind::role || kind == NodeKind::permission) return "#f7dcc0";
+  return "#eceff2";
 }
 
 /// Text inside a label in angle brackets. What is no UTF-8 would make the whole file unreadable.
@@ -77,11 +83,11 @@ class DotText {
     out_
         << "  n" << box.node
         << R"( [label=<<table border="0" cellborder="1" cellspacing="0" cellpadding="4"><tr><td port="t" bgcolor=")"
-        << colourOf(node.kind) << "\"><b>" << labelText(graph_.name(box.node))
+        << colourOf(node.kind) << "\"><b>" << labelText(boxText(graph_, box.node, box.node))
         << R"(</b><br/><font point-size="8">)" << labelText(subtitle(box.node)) << "</font></td></tr>";
     for (const NodeId row : box.rows) {
       rowOf_[row] = box.node;
-      out_ << "<tr><td port=\"r" << row << "\" align=\"left\">" << labelText(graph_.name(row))
+      out_ << "<tr><td port=\"r" << row << "\" align=\"left\">" << labelText(boxText(graph_, row, box.node))
            << "</td></tr>";
     }
     out_ << "</table>>];\n";
@@ -104,11 +110,9 @@ class DotText {
     out_ << " -> ";
     writeEnd(edge.to);
     const std::string_view style = styleOf(edge.kind);
-    if (edge.kind == EdgeKind::aggregated)
-      out_ << " [" << style << ", label=\"" << graph_.aggregation(edge.to) << "\"]";
-    else if (rowOf(edge.kind).sense > RelationSense::shows ||
-             rowOf(edge.kind).sense == RelationSense::identifies)
-      out_ << " [" << style << ", label=\"" << rowOf(edge.kind).downstream << "\"]";
+    const std::string_view label = edgeLabel(graph_, edge);
+    if (!label.empty())
+      out_ << " [" << style << ", label=\"" << label << "\"]";
     else if (!style.empty())
       out_ << " [" << style << "]";
     out_ << ";\n";

@@ -19,12 +19,13 @@ class JsonExport {
  public:
   explicit JsonExport(std::ostream& out) : out_(out) {}
 
-  void write(const TAVModel& model) {
-    numberTree(model, isPropertyValue);
+  void write(const DetailedModel& model) {
+    const std::uint32_t objects = numberTree(model.model, isPropertyValue);
     json_.begin('{');
     json_.member("format", "tav-model/1");
     json_.key("model");
-    walkTree(model, *this);
+    walkTree(model.model, *this);
+    if (model.details) details(*model.details, objects);
     json_.close('}');
     text_ += '\n';
     flush();
@@ -102,6 +103,76 @@ class JsonExport {
     json_.close(']');
   }
 
+  /// Items that the model does not have are numbered behind its objects.
+  void details(const Details& details, std::uint32_t objects) {
+    numbers_.clear();
+    for (const DetailItem& item : details.items())
+      numbers_.push_back(item.object ? Numbering::get(*item.object) : ++objects);
+    json_.open("details", '{');
+    list(
+        "items", details.items().size(), [&](std::size_t i) { return !details.items()[i].object; },
+        [&](std::size_t i) { item(i, details.items()[i]); });
+    const auto all = [](std::size_t /*place*/) { return true; };
+    list("relations", details.relations().size(), all,
+         [&](std::size_t i) { relation(details.relations()[i]); });
+    list("settings", details.settings().size(), all, [&](std::size_t i) { setting(details.settings()[i]); });
+    list("openNames", details.openNames().size(), all,
+         [&](std::size_t i) { openName(details.openNames()[i]); });
+    list(
+        "passedOver", kPassedOverCount,
+        [&](std::size_t i) { return details.passedOver(static_cast<PassedOver>(i)) > 0; },
+        [&](std::size_t i) {
+          json_.member("what", rowOf(static_cast<PassedOver>(i)).name);
+          json_.member("count", details.passedOver(static_cast<PassedOver>(i)));
+        });
+    json_.close('}');
+  }
+
+  /// One object on each line, of those that `isShown`.
+  template <class Predicate, class Write>
+  void list(std::string_view name, std::size_t count, Predicate isShown, Write write) {
+    json_.open(name, '[');
+    for (std::size_t i = 0; i < count; ++i) {
+      if (!isShown(i)) continue;
+      json_.line();
+      json_.open('{');
+      write(i);
+      json_.close('}');
+      if (text_.size() >= kFlushSize) flush();
+    }
+    json_.close(']');
+  }
+
+  void item(std::size_t place, const DetailItem& item) {
+    json_.member("id", numbers_[place]);
+    json_.member("kind", rowOf(item.kind).name);
+    if (item.owner != kNoItem) json_.member("owner", numbers_[item.owner]);
+    text("name", item.name);
+    if (item.text.empty()) return;
+    json_.optional("language", item.language);
+    text("text", item.text);
+  }
+
+  void relation(const DetailRelation& relation) {
+    json_.member("kind", rowOf(relation.kind).name);
+    json_.member("from", numbers_[relation.from]);
+    json_.member("to", numbers_[relation.to]);
+    if (!relation.text.empty()) text("text", relation.text);
+  }
+
+  void setting(const DetailSetting& setting) {
+    json_.member("item", numbers_[setting.item]);
+    text("name", setting.name);
+    json_.member("value", maskProperty(setting.name, setting.value));
+  }
+
+  void openName(const OpenName& name) {
+    json_.member("item", numbers_[name.item]);
+    text("name", name.name);
+    json_.member("state", openNameStateText(name.state));
+    if (!name.note.empty()) text("note", name.note);
+  }
+
   void flush() {
     out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
     text_.clear();
@@ -110,12 +181,13 @@ class JsonExport {
   std::ostream& out_;
   std::string text_;  // what is not yet handed to the stream
   JsonWriter json_{text_};
+  std::vector<std::uint32_t> numbers_;  // by item of the details
 };
 
 }  // namespace
 
 void exportJson(const DetailedModel& model, std::ostream& out) {
-  JsonExport(out).write(model.model);
+  JsonExport(out).write(model);
 }
 
 extern const ExportFormat kJsonFormat{

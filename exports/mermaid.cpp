@@ -14,6 +14,11 @@ std::string_view arrowOf(EdgeKind kind) {
       return kind == EdgeKind::direct ? " --> " : " ==> ";
     case RelationSense::shows:
       return " -.- ";
+    case RelationSense::narrows:
+    case RelationSense::secures:
+      return " -.-x ";
+    case RelationSense::joins:
+      return " --- ";
     default:
       return " -.-o ";
   }
@@ -47,23 +52,31 @@ class MermaidText {
  private:
   void writeBox(const Box& box) const {
     const LineageNode& node = graph_.node(box.node);
-    const std::string title = std::string(nodeKindLabel(node.kind)).append(" ").append(graph_.name(box.node));
+    const std::string title =
+        std::string(nodeKindLabel(node.kind)).append(" ").append(boxText(graph_, box.node, box.node));
     if (box.rows.empty()) {
       out_ << "  n" << box.node << "[" << label(title) << "]\n";
       return;
     }
     out_ << "  subgraph n" << box.node << " [" << label(title) << "]\n";
-    for (const NodeId row : box.rows) writeRow(row);
+    for (const NodeId row : box.rows) writeRow(row, box.node);
     out_ << "  end\n";
   }
 
-  void writeRow(NodeId id) const {
+  void writeRow(NodeId id, NodeId box) const {
     const bool column = graph_.node(id).kind == NodeKind::databaseColumn;
-    out_ << "    n" << id << (column ? "[(" : "[") << label(graph_.name(id)) << (column ? ")]" : "]") << "\n";
+    out_ << "    n" << id << (column ? "[(" : "[") << label(boxText(graph_, id, box)) << (column ? ")]" : "]")
+         << "\n";
   }
 
   void writeEdge(const LineageEdge& edge) const {
-    out_ << "  n" << edge.from << arrowOf(edge.kind) << "n" << edge.to << "\n";
+    const std::string_view words =
+        edge.kind == EdgeKind::aggregated ? std::string_view() : edgeLabel(graph_, edge);
+    std::string_view arrow = arrowOf(edge.kind);
+    if (!words.empty()) arrow.remove_suffix(1);
+    out_ << "  n" << edge.from << arrow;
+    if (!words.empty()) out_ << "|" << label(words) << "| ";
+    out_ << "n" << edge.to << "\n";
   }
 
   const LineageGraph& graph_;

@@ -1,6 +1,7 @@
 #include "exports/node_rows.h"
 
-#include "lineage/coverage.h"
+#include "lineage/gap_reason.h"
+#include "lineage/unused.h"
 
 namespace tav {
 namespace {
@@ -18,35 +19,39 @@ std::string schemaOf(const LineageGraph& graph, NodeId id) {
   return graph.schema(owner == kNoNode ? id : owner);
 }
 
-std::string_view hidden(const TAVModelObject* object) {
-  const auto* measure = as<TAVMeasure>(object);
-  if (!measure) return {};
-  return measure->hidden ? "1" : "0";
-}
-
-/// Whether a node can trace back to a column.
-bool hasValue(NodeKind kind) {
-  switch (kind) {
-    case NodeKind::databaseColumn:
-    case NodeKind::viewColumn:
-    case NodeKind::computedColumn:
-    case NodeKind::attribute:
-    case NodeKind::kpiValue:
-    case NodeKind::cubeAttribute:
-      return true;
-    default:
-      return isMeasureKind(kind);
-  }
+/// Of what people browse, whether it is kept from them.
+std::string_view hidden(const LineageGraph& graph, NodeId id) {
+  const bool isBrowsed = as<TAVMeasure>(graph.node(id).object) != nullptr ||
+                         graph.node(id).kind == NodeKind::attribute ||
+                         graph.node(id).kind == NodeKind::cubeAttribute;
+  if (!isBrowsed) return {};
+  return isHidden(graph, id) ? "1" : "0";
 }
 
 bool isColumn(NodeKind kind) {
-  return kind <= NodeKind::condition;
+  return kind == NodeKind::databaseColumn || kind == NodeKind::viewColumn || kind == NodeKind::computedColumn;
+}
+
+/// Whether a node can trace back to a column: only columns, attributes and measures have a value.
+bool hasValue(NodeKind kind) {
+  switch (kind) {
+    case NodeKind::attribute:
+    case NodeKind::cubeAttribute:
+    case NodeKind::kpiValue:
+      return true;
+    default:
+      return isColumn(kind) || isMeasureKind(kind);
+  }
+}
+
+/// Whether only the details name a node, as that of another database.
+bool isOfDetails(const LineageGraph& graph, NodeId id) {
+  return !graph.node(id).object && !graph.database(id);
 }
 
 }  // namespace
 
-NodeRows::NodeRows(const LineageGraph& graph)
-    : graph_(graph), reached_(graph.tracedBack(true)), reachedByModel_(graph.tracedBack(false)) {}
+NodeRows::NodeRows(const LineageGraph& graph) : graph_(graph), reached_(graph.tracedBack()) {}
 
 NodeRow NodeRows::row(NodeId id) const {
   const LineageNode& node = graph_.node(id);
@@ -63,20 +68,19 @@ NodeRow NodeRows::row(NodeId id) const {
           std::string(graph_.language(id)),
           std::string(graph_.aggregation(id)),
           graph_.description(id),
-          std::string(hidden(node.object)),
+          std::string(hidden(graph_, id)),
           std::string(hasLineage(id)),
           reason(id)};
 }
 
 std::string_view NodeRows::hasLineage(NodeId id) const {
-  if (!hasValue(graph_.node(id).kind)) return {};
-  if (!reached_[id]) return "no";
-  return reachedByModel_[id] ? "yes" : "by graph";
+  if (!hasValue(graph_.node(id).kind) || isOfDetails(graph_, id)) return {};
+  return reached_[id] ? "yes" : "no";
 }
 
 std::string NodeRows::reason(NodeId id) const {
   const NodeKind kind = graph_.node(id).kind;
-  if (reached_[id] || !hasValue(kind) || isColumn(kind)) return {};
+  if (reached_[id] || !hasValue(kind) || isColumn(kind) || isOfDetails(graph_, id)) return {};
   return gapReason(graph_, id);
 }
 

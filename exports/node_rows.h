@@ -32,7 +32,6 @@ class NodeRows {
 
   const LineageGraph& graph_;
   std::vector<bool> reached_;
-  std::vector<bool> reachedByModel_;
 };
 
 }  // namespace tav

@@ -1,5 +1,6 @@
 #include "exports/sqlite.h"
 
+#include "exports/answers/notes.h"
 #include "exports/node_rows.h"
 #include "exports/sqlite_database.h"
 #include "exports/sqlite_schema.h"
@@ -37,6 +38,8 @@ class ModelLoad {
     addModel();
     addNodes();
     addEdges();
+    addSettings();
+    addOpenNames();
     addCounts();
     addWarnings(importWarnings);
   }
@@ -51,8 +54,10 @@ class ModelLoad {
     model_ = earlier.number(0);
     const std::int64_t first = earlier.number(1);
     const std::int64_t last = earlier.number(2);
-    for (const char* text :
-         {"DELETE FROM edges WHERE to_id BETWEEN ?1 AND ?2", "DELETE FROM nodes WHERE id BETWEEN ?1 AND ?2"})
+    for (const char* text : {"DELETE FROM edges WHERE to_id BETWEEN ?1 AND ?2",
+                             "DELETE FROM settings WHERE node_id BETWEEN ?1 AND ?2",
+                             "DELETE FROM open_names WHERE node_id BETWEEN ?1 AND ?2",
+                             "DELETE FROM nodes WHERE id BETWEEN ?1 AND ?2"})
       remove(text, {first, last});
     for (const char* text : {"DELETE FROM cube_counts WHERE model_id = ?1",
                              "DELETE FROM warnings WHERE model_id = ?1", "DELETE FROM models WHERE id = ?1"})
@@ -97,43 +102,71 @@ class ModelLoad {
   }
 
   void addEdges() {
-    SqliteStatement insert(database_, "INSERT INTO edges VALUES(?1, ?2, ?3, ?4)");
+    SqliteStatement insert(database_, "INSERT INTO edges VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8)");
     for (const LineageEdge& edge : graph_.edges()) {
       insert.bind(1, numberOf(edge.from));
       insert.bind(2, numberOf(edge.to));
       insert.bind(3, edgeKindName(edge.kind));
-      insert.bind(4, std::int64_t{edge.foundByGraph});
+      insert.bindOptional(4, rowOf(edge.kind).downstream);
+      const std::string text = graph_.edgeText(edge);
+      insert.bindOptional(5, text);
+      insert.bind(6, std::int64_t{givesValue(edge.kind)});
+      insert.bind(7, std::int64_t{edge.foundByGraph});
+      insert.bind(8, std::int64_t{edge.replaces});
       insert.execute();
     }
   }
 
+  void addSettings() {
+    SqliteStatement insert(database_, "INSERT INTO settings VALUES(?1, ?2, ?3)");
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+      for (const auto& [name, value] : graph_.settings(id)) {
+        insert.bind(1, numberOf(id));
+        insert.bind(2, name);
+        insert.bind(3, value);
+        insert.execute();
+      }
+    }
+  }
+
+  void addOpenNames() {
+    SqliteStatement insert(database_, "INSERT INTO open_names VALUES(?1, ?2, ?3, ?4)");
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+      for (const OpenNameText& name : graph_.openNames(id)) {
+        insert.bind(1, numberOf(id));
+        insert.bind(2, name.name);
+        insert.bind(3, openNameStateText(name.state));
+        insert.bindOptional(4, name.note);
+        insert.execute();
+      }
+    }
+  }
+
   void addCounts() {
-    SqliteStatement insert(database_, "INSERT INTO cube_counts VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
+    SqliteStatement insert(database_, "INSERT INTO cube_counts VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7)");
     insert.bind(1, model_);
     for (const CubeCoverage& cube : measureCoverage(graph_).cubes) {
       bindNode(insert, 2, cube.cube);
       int parameter = 2;
       for (const CoverageCount* kind : {&cube.attributes, &cube.measures})
-        for (const std::size_t count : {kind->count, kind->reached, kind->reachedByModel})
+        for (const std::size_t count : {kind->count, kind->reached})
           insert.bind(++parameter, static_cast<std::int64_t>(count));
-      insert.bind(9, static_cast<std::int64_t>(cube.attributes.rowCounts + cube.measures.rowCounts));
+      insert.bind(7, static_cast<std::int64_t>(cube.attributes.rowCounts + cube.measures.rowCounts));
       insert.execute();
     }
   }
 
+  /// What the import said, and what the answers of this model leave out.
   void addWarnings(std::span<const std::string> importWarnings) {
-    SqliteStatement insert(database_,
-                           "INSERT INTO warnings(model_id, node_id, origin, text) VALUES(?1, ?2, ?3, ?4)");
+    SqliteStatement insert(database_, "INSERT INTO warnings(model_id, origin, text) VALUES(?1, ?2, ?3)");
     insert.bind(1, model_);
-    const auto add = [&](NodeId node, std::string_view origin, std::string_view text) {
-      bindNode(insert, 2, node);
-      insert.bind(3, origin);
-      insert.bind(4, text);
+    const auto add = [&](std::string_view origin, std::string_view text) {
+      insert.bind(2, origin);
+      insert.bind(3, text);
       insert.execute();
     };
-    for (const std::string& text : importWarnings) add(kNoNode, "import", maskPasswords(text));
-    for (NodeId id = 0; id < graph_.nodes().size(); ++id)
-      for (const std::string& name : graph_.unresolved(id)) add(id, "lineage", name);
+    for (const std::string& text : importWarnings) add("import", maskPasswords(text));
+    for (const std::string& text : answerNotes(graph_)) add("note", text);
   }
 
   void remove(const char* text, std::initializer_list<std::int64_t> parameters) {

@@ -9,13 +9,13 @@ namespace tav {
 
 /// In the header of the file: "XMLB", and which tables and views it has.
 inline constexpr std::int64_t kSqliteApplication = 0x584D4C42;
-inline constexpr std::int64_t kSqliteVersion = 2;
+inline constexpr std::int64_t kSqliteVersion = 3;
 
 /// The numbers of a model's nodes are a range of their own, so that all of them can be told apart and removed
 /// at once. Letter case does not tell paths apart, as it does not in SQL Server and MDX.
 inline constexpr const char* kSqliteTables = R"SQL(
 PRAGMA application_id = 0x584D4C42;
-PRAGMA user_version = 2;
+PRAGMA user_version = 3;
 CREATE TABLE models(
   id INTEGER PRIMARY KEY,
   source TEXT NOT NULL,
@@ -51,23 +51,35 @@ CREATE TABLE edges(
   from_id INTEGER NOT NULL REFERENCES nodes(id),
   to_id INTEGER NOT NULL REFERENCES nodes(id),
   kind TEXT NOT NULL,
-  found_by_graph INTEGER NOT NULL
+  words TEXT,
+  text TEXT,
+  gives_value INTEGER NOT NULL,
+  found_by_graph INTEGER NOT NULL,
+  replaces INTEGER NOT NULL
+);
+CREATE TABLE settings(
+  node_id INTEGER NOT NULL REFERENCES nodes(id),
+  name TEXT NOT NULL COLLATE NOCASE,
+  value TEXT NOT NULL
+);
+CREATE TABLE open_names(
+  node_id INTEGER NOT NULL REFERENCES nodes(id),
+  name TEXT NOT NULL,
+  state TEXT NOT NULL,
+  note TEXT
 );
 CREATE TABLE cube_counts(
   model_id INTEGER NOT NULL REFERENCES models(id),
   cube_id INTEGER REFERENCES nodes(id),
   attributes INTEGER NOT NULL,
   attributes_with_lineage INTEGER NOT NULL,
-  attributes_by_model INTEGER NOT NULL,
   measures INTEGER NOT NULL,
   measures_with_lineage INTEGER NOT NULL,
-  measures_by_model INTEGER NOT NULL,
   row_counts INTEGER NOT NULL
 );
 CREATE TABLE warnings(
   id INTEGER PRIMARY KEY,
   model_id INTEGER NOT NULL REFERENCES models(id),
-  node_id INTEGER REFERENCES nodes(id),
   origin TEXT NOT NULL,
   text TEXT NOT NULL
 );
@@ -79,6 +91,9 @@ CREATE INDEX IF NOT EXISTS nodes_by_path ON nodes(path);
 CREATE INDEX IF NOT EXISTS nodes_by_name ON nodes(name);
 CREATE INDEX IF NOT EXISTS edges_by_source ON edges(from_id, to_id);
 CREATE INDEX IF NOT EXISTS edges_by_target ON edges(to_id, from_id);
+CREATE INDEX IF NOT EXISTS settings_by_node ON settings(node_id);
+CREATE INDEX IF NOT EXISTS settings_by_name ON settings(name);
+CREATE INDEX IF NOT EXISTS open_names_by_node ON open_names(node_id);
 CREATE INDEX IF NOT EXISTS cube_counts_by_model ON cube_counts(model_id);
 CREATE INDEX IF NOT EXISTS warnings_by_model ON warnings(model_id);
 )SQL";
@@ -89,7 +104,7 @@ CREATE INDEX IF NOT EXISTS warnings_by_model ON warnings(model_id);
 inline constexpr const char* kSqliteViews = R"SQL(
 CREATE VIEW lineage AS
 SELECT m.source, m.name AS model, f.kind AS from_kind, f.path AS from_path, t.kind AS to_kind, t.path AS to_path,
-       e.kind, t.expression, e.found_by_graph
+       e.kind, e.words, e.text, e.gives_value, t.expression, e.found_by_graph, e.replaces
 FROM edges e JOIN nodes f ON f.id = e.from_id JOIN nodes t ON t.id = e.to_id JOIN models m ON m.id = t.model_id;
 
 CREATE VIEW upstream AS
@@ -114,16 +129,36 @@ JOIN json_each((
   SELECT json_group_array(id) FROM reached)) r
 JOIN nodes n ON n.id = r.value;
 
+CREATE VIEW value_upstream AS
+SELECT m.source, m.name AS model, s.path AS start_path, s.kind AS start_kind, n.id, n.kind, n.name, n.path,
+       n.expression
+FROM nodes s JOIN models m ON m.id = s.model_id
+JOIN json_each((
+  WITH RECURSIVE reached(id) AS (
+    SELECT from_id FROM edges WHERE to_id = s.id AND (gives_value = 1 OR kind = 'condition')
+    UNION SELECT e.from_id FROM reached JOIN edges e ON e.to_id = reached.id AND (e.gives_value = 1 OR e.kind = 'condition'))
+  SELECT json_group_array(id) FROM reached)) r
+JOIN nodes n ON n.id = r.value;
+
+CREATE VIEW value_downstream AS
+SELECT m.source, m.name AS model, s.path AS start_path, s.kind AS start_kind, n.id, n.kind, n.name, n.path,
+       n.expression
+FROM nodes s JOIN models m ON m.id = s.model_id
+JOIN json_each((
+  WITH RECURSIVE reached(id) AS (
+    SELECT to_id FROM edges WHERE from_id = s.id AND (gives_value = 1 OR kind = 'condition')
+    UNION SELECT e.to_id FROM reached JOIN edges e ON e.from_id = reached.id AND (e.gives_value = 1 OR e.kind = 'condition'))
+  SELECT json_group_array(id) FROM reached)) r
+JOIN nodes n ON n.id = r.value;
+
 CREATE VIEW unresolved AS
-SELECT m.source, m.name AS model, c.name AS cube, n.kind, n.path, w.text AS name, n.expression
-FROM warnings w JOIN models m ON m.id = w.model_id JOIN nodes n ON n.id = w.node_id
-LEFT JOIN nodes c ON c.id = n.cube_id
-WHERE w.origin = 'lineage';
+SELECT m.source, m.name AS model, c.name AS cube, n.kind, n.path, o.name, o.state, o.note, n.expression
+FROM open_names o JOIN nodes n ON n.id = o.node_id JOIN models m ON m.id = n.model_id
+LEFT JOIN nodes c ON c.id = n.cube_id;
 
 CREATE VIEW coverage AS
 SELECT m.source, m.name AS model, c.name AS cube,
-       k.attributes, k.attributes_with_lineage, k.attributes_by_model,
-       k.measures, k.measures_with_lineage, k.measures_by_model, k.row_counts,
+       k.attributes, k.attributes_with_lineage, k.measures, k.measures_with_lineage, k.row_counts,
        coalesce((k.attributes_with_lineage + k.measures_with_lineage) * 100 /
                 nullif(k.attributes + k.measures, 0), 100) AS percent
 FROM cube_counts k JOIN models m ON m.id = k.model_id LEFT JOIN nodes c ON c.id = k.cube_id;

@@ -33,6 +33,7 @@ Command addReport(CLI::App& program);
 Command addTrace(CLI::App& program);
 Command addImpact(CLI::App& program);
 Command addCoverage(CLI::App& program);
+Command addUnused(CLI::App& program);
 Command addDiff(CLI::App& program);
 Command addTest(CLI::App& program);
 Command addDescribe(CLI::App& program);

@@ -21,7 +21,7 @@ bool isIn(const tav::LineageGraph& graph, tav::NodeId id, tav::NodeKind owner) {
 class Counter {
  public:
   Counter(const tav::LineageGraph& graph, Summary& summary)
-      : graph_(graph), reached_(graph.tracedBack(true)), summary_(summary) {}
+      : graph_(graph), reached_(graph.tracedBack()), summary_(summary) {}
 
   void count(tav::NodeId id) {
     switch (graph_.node(id).kind) {
@@ -73,6 +73,7 @@ class Counter {
   }
 
   void countReach(tav::NodeId id, Summary::Reach& kind) const {
+    if (!graph_.node(id).object) return;  // only named, as one of another database
     ++kind.count;
     kind.reached += reached_[id];
   }

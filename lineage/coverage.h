@@ -3,6 +3,7 @@
 // How far the lineage of a model reaches: which attributes and measures trace back to a database column, and
 // why the others do not. Whether one does is decided by LineageGraph::tracedBack.
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,8 @@ namespace tav {
 /// Things of one kind, and how many of them trace back to a database column.
 struct CoverageCount {
   std::size_t count = 0;
-  std::size_t reached = 0;         ///< over every edge of the graph
-  std::size_t reachedByModel = 0;  ///< over the model's own edges
-  std::size_t rowCounts = 0;       ///< of all, the measures that count rows
+  std::size_t reached = 0;
+  std::size_t rowCounts = 0;  ///< of all, the measures that count rows
 };
 
 struct CoverageGap {
@@ -26,23 +26,34 @@ struct CoverageGap {
 struct CubeCoverage {
   NodeId cube;  ///< kNoNode for what belongs to no cube: the attributes of the database's dimensions
   CoverageCount attributes;
-  CoverageCount measures;         ///< all that the cube lists: of measure groups, calculated, values of KPIs
-  std::vector<CoverageGap> gaps;  ///< in the order of the model
+  CoverageCount measures;  ///< all that the cube lists: of measure groups, calculated, values of KPIs
+  /// In the order of the model. What several cubes show, or one under several names, is in one list only:
+  /// that of the cube which it belongs to.
+  std::vector<CoverageGap> gaps;
+};
+
+/// A name in the expression of a node that leads to no attribute or measure.
+struct CoverageName {
+  NodeId node;
+  OpenNameText name;
 };
 
 struct Coverage {
   std::vector<CubeCoverage> cubes;  ///< the dimensions of the database first
-  std::size_t unresolved = 0;       ///< names in expressions that neither the model nor the graph finds
-  std::size_t foundByGraph = 0;     ///< names that only the graph finds
+  // Of all together, each counted once however many cubes show it.
+  CoverageCount attributes;
+  CoverageCount measures;
+  std::vector<CoverageName> names;
+  std::array<std::size_t, kOpenNameStateCount> nameCounts{};  ///< by OpenNameState
 
   /// The total in percent, rounded down: 100 means that all trace back, or that there is nothing.
   [[nodiscard]] std::size_t percent() const noexcept;
-  [[nodiscard]] std::size_t percentByModel() const noexcept;
+  /// How many names have that state.
+  [[nodiscard]] std::size_t namesThat(OpenNameState state) const noexcept {
+    return nameCounts[static_cast<std::size_t>(state)];
+  }
 };
 
 Coverage measureCoverage(const LineageGraph& graph);
-
-/// Why a node does not trace back to a database column, in half a sentence.
-std::string gapReason(const LineageGraph& graph, NodeId id);
 
 }  // namespace tav

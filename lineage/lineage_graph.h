@@ -150,7 +150,9 @@ class LineageGraph {
   [[nodiscard]] std::string_view aggregation(NodeId id) const;
   /// What the details set about a node, in their order: names as the definition has them, values masked.
   [[nodiscard]] std::vector<std::pair<std::string, std::string>> settings(NodeId id) const;
-  /// The names that the details know to be open, in the order of the text, each with what is known of it.
+  /// The names in the node's expression that lead to no attribute or measure, in the order of the text, each
+  /// with what is known of it. Without details nothing is, and what the model has not found counts as one
+  /// that nothing has.
   [[nodiscard]] std::vector<OpenNameText> openNames(NodeId id) const;
   /// What the relation of an edge says beside its kind: the number of a key column, a language.
   [[nodiscard]] std::string edgeText(const LineageEdge& edge) const;
@@ -186,10 +188,10 @@ class LineageGraph {
   /// The node that a cube's measure or attribute is a copy of; itself when it is none.
   [[nodiscard]] NodeId originalOf(NodeId id) const;
   /// The nodes that trace back to a database column: some path over edges that give values (not conditions,
-  /// not members) leads there from a column of a database, a file or a service that the model names. Of a
-  /// measure that counts rows, the table that it counts is asked instead. Without `withFound`, over the
-  /// model's own edges only. Everything that tells how far lineage reaches asks here.
-  [[nodiscard]] std::vector<bool> tracedBack(bool withFound) const;
+  /// not members) leads there from a column of a database, a file or a service that the model names. A
+  /// count of rows has no column by nature and is no gap; what changes every measure alike gives none of them
+  /// a source. Everything that tells how far lineage reaches asks here.
+  [[nodiscard]] std::vector<bool> tracedBack() const;
 
  private:
   friend class DatabaseNodes;

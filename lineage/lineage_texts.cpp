@@ -262,7 +262,10 @@ std::vector<std::pair<std::string, std::string>> LineageGraph::settings(NodeId i
 
 std::vector<OpenNameText> LineageGraph::openNames(NodeId id) const {
   std::vector<OpenNameText> names;
-  if (!details_) return names;
+  if (!details_) {
+    for (std::string& name : unresolved(id)) names.push_back({std::move(name), OpenNameState::mistake, {}});
+    return names;
+  }
   for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i) {
     const OpenName& name = details_->openNames()[openNames_[i]];
     names.push_back({maskPasswords(name.name), name.state, maskPasswords(name.note)});

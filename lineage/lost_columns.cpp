@@ -4,6 +4,9 @@
 #include <unordered_set>
 #include <vector>
 
+#include "framework/std/mask.h"
+#include "framework/std/text.h"
+
 namespace tav {
 namespace {
 
@@ -69,20 +72,70 @@ std::string readBy(const LineageGraph& graph, NodeId query) {
   return connection ? parseDatabaseAddress(factsOf(*connection)).server : std::string();
 }
 
+/// The expression of a table that DAX computes; empty for every other one.
+std::string_view tableExpression(const LineageGraph& graph, NodeId table) {
+  if (!graph.isTabular() || table == kNoNode || graph.node(table).kind != NodeKind::dimension) return {};
+  for (const TAVPropertyValue& property : graph.node(table).object->propertyValues)
+    if (const TAVPropertyType* type = property.propertyType.get(); type && type->getName() == "expression")
+      return property.value;
+  return {};
+}
+
+/// The beginning of an expression, on one line.
+std::string shownExpression(std::string_view text) {
+  constexpr std::size_t kMostShown = 60;
+  std::string shown;
+  for (const char c : text) {
+    const bool isBlank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
+    if (!isBlank)
+      shown += c;
+    else if (!shown.empty() && !shown.ends_with(' '))
+      shown += ' ';
+    if (shown.size() > kMostShown) break;
+  }
+  if (shown.ends_with(' ')) shown.pop_back();
+  if (shown.size() <= kMostShown) return maskPasswords(shown);
+  return maskPasswords(beginningOf(shown, kMostShown)) + " ...";
+}
+
+/// Of a column of a named query that reads nothing: what stands in the query for it.
+std::string constantReason(const LineageGraph& graph, NodeId end) {
+  const NodeId table = graph.node(end).owner;
+  const std::string_view text = graph.rawExpression(end);
+  if (text.empty() || table == kNoNode || graph.node(table).kind != NodeKind::namedQuery) return {};
+  if (graph.language(end) != "sql") return {};
+  return "it ends in a column that the named query " + graph.name(table) +
+         " gives without a source: " + shownExpression(text);
+}
+
+/// What one end of the way back says; empty where it says nothing.
+std::string endReason(const LineageGraph& graph, NodeId end) {
+  if (const DatabaseAddress* address = graph.database(end); address && !address->named)
+    return "it comes from a source that the definition does not name";
+  if (std::string reason = constantReason(graph, end); !reason.empty()) return reason;
+  if (std::string reason = calculatedTableReason(graph, end); !reason.empty()) return reason;
+  if (!tableOf(graph, end) || isEntered(graph, end)) return {};
+  const std::string read = readBy(graph, graph.node(end).owner);
+  return read.empty() ? std::string() : "the query that computes it reads " + read;
+}
+
 }  // namespace
+
+std::string calculatedTableReason(const LineageGraph& graph, NodeId id) {
+  const NodeId table = graph.node(id).owner;
+  const std::string_view text = tableExpression(graph, table);
+  if (text.empty()) return {};
+  return "it ends in the calculated table " + graph.name(table) +
+         ", which reads no column: " + shownExpression(text);
+}
 
 std::string lostReason(const LineageGraph& graph, NodeId id) {
   const std::vector<NodeId> ends = endsOf(graph, id);
   const auto entered = [&](NodeId end) { return isEntered(graph, end); };
   if (!ends.empty() && std::all_of(ends.begin(), ends.end(), entered))
     return "its data is entered in the definition";
-  for (const NodeId end : ends) {
-    if (const DatabaseAddress* address = graph.database(end); address && !address->named)
-      return "it comes from a source that the definition does not name";
-    if (!tableOf(graph, end) || entered(end)) continue;
-    const std::string read = readBy(graph, graph.node(end).owner);
-    if (!read.empty()) return "the query that computes it reads " + read;
-  }
+  for (const NodeId end : ends)
+    if (std::string reason = endReason(graph, end); !reason.empty()) return reason;
   return "its sources do not reach a column";
 }
 

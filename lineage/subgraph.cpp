@@ -31,6 +31,11 @@ void intersect(Subgraph& part, const Subgraph& other) {
   std::erase_if(part.edges, isMissing(other.edges));
 }
 
+/// Whether a node is in every picture of the whole; others are where something is related to them.
+bool isTableOrMember(const LineageGraph& graph, NodeId id) {
+  return graph.node(id).kind <= NodeKind::perspective;
+}
+
 Subgraph subgraphOfWalk(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
   return subgraphOf(lineageTree(graph, findNode(graph, name, direction), {direction}));
 }
@@ -39,7 +44,9 @@ Subgraph subgraphOfWalk(const LineageGraph& graph, std::string_view name, Lineag
 
 Subgraph wholeGraph(const LineageGraph& graph) {
   Subgraph part;
-  for (NodeId id = 0; id < graph.nodes().size(); ++id) part.nodes.push_back(id);
+  for (NodeId id = 0; id < graph.nodes().size(); ++id)
+    if (isTableOrMember(graph, id) || !graph.into(id).empty() || !graph.outOf(id).empty())
+      part.nodes.push_back(id);
   for (const LineageEdge& edge : graph.edges()) part.edges.push_back(&edge);
   return part;
 }

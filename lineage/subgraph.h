@@ -15,6 +15,8 @@ struct Subgraph {
   std::vector<const LineageEdge*> edges;
 };
 
+/// Everything, but of what only the details have, and of databases and their views as a whole, only what is
+/// related to something.
 Subgraph wholeGraph(const LineageGraph& graph);
 
 /// What a walk went through.

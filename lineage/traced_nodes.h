@@ -11,28 +11,21 @@
 
 namespace tav {
 
-/// Goes from what databases hold to everything that it feeds, each node once, so that circles end.
+/// Goes from what databases hold, and from counts of rows, which have no column by nature, to everything that
+/// they feed, each node once, so that circles end.
 class TracedNodes {
  public:
-  TracedNodes(const LineageGraph& graph, bool withFound)
-      : graph_(graph), withFound_(withFound), reached_(graph.nodes().size()) {}
+  explicit TracedNodes(const LineageGraph& graph) : graph_(graph), reached_(graph.nodes().size()) {}
 
   std::vector<bool> run();
 
  private:
-  /// A data source view, by its package.
-  using View = const TAVNamespace*;
-
+  [[nodiscard]] bool isSource(NodeId id) const;
   void add(NodeId id);
   void spread();
   [[nodiscard]] bool givesRows(NodeId from, NodeId to);
-  void addRowCounts(NodeId group);
-  void addCountsOfUnknownTables();
-  [[nodiscard]] std::unordered_map<NodeId, std::unordered_set<View>> viewsOfCubes() const;
-  [[nodiscard]] bool hasTable(NodeId group) const;
 
   const LineageGraph& graph_;
-  bool withFound_;
   std::vector<bool> reached_;
   std::vector<NodeId> waiting_;
   std::unordered_map<NodeId, std::unordered_set<std::string_view>>

@@ -9,6 +9,7 @@
 #include "framework/std/mask.h"
 #include "framework/types/type_names.h"
 #include "lineage/coverage.h"
+#include "lineage/gap_reason.h"
 
 namespace tav {
 namespace {
@@ -92,7 +93,7 @@ class DataWriter {
       : graph_(graph),
         program_(program),
         coverage_(measureCoverage(graph)),
-        reached_(graph.tracedBack(true)),
+        reached_(graph.tracedBack()),
         out_(out) {}
 
   void write() {
@@ -145,7 +146,7 @@ class DataWriter {
     count("All measures", of(NodeKind::measure) + of(NodeKind::calculatedMeasure));
     count("Calculated measures", of(NodeKind::calculatedMeasure));
     count("KPIs", of(NodeKind::kpi));
-    count("Unresolved references", coverage_.unresolved);
+    count("Unresolved references", coverage_.namesThat(OpenNameState::mistake));
     json_.close(']');
   }
   void count(std::string_view label, std::size_t number) {

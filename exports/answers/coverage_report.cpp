@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <iomanip>
 
+#include "exports/answers/notes.h"
 #include "framework/std/json_writer.h"
 #include "framework/std/printable.h"
+#include "lineage/gap_reason.h"
 
 namespace tav {
 namespace {
@@ -29,21 +31,26 @@ class CoverageText {
 
   void write() const {
     writeTable();
-    out_ << "\nTotal: " << coverage_.percent() << " % trace back to a database column";
-    if (coverage_.percentByModel() != coverage_.percent())
-      out_ << ", " << coverage_.percentByModel() << " % by the model's own lineage";
-    out_ << ".\n"
-         << coverage_.unresolved
-         << (coverage_.unresolved == 1 ? " name in expressions is not found"
-                                       : " names in expressions are not found");
-    if (coverage_.foundByGraph > 0)
-      out_ << "; " << coverage_.foundByGraph << " more " << (coverage_.foundByGraph == 1 ? "is" : "are")
-           << " found by the graph alone";
-    out_ << ".\n";
+    out_ << "\nTotal: " << coverage_.percent() << " % trace back to a database column.\n";
+    writeNameCounts();
     for (const CubeCoverage& cube : coverage_.cubes) writeGaps(cube);
+    writeNames();
+    writeNotes(graph_, out_);
   }
 
  private:
+  /// Without any, it is still said that none is missing.
+  void writeNameCounts() const {
+    const std::size_t missing = coverage_.namesThat(OpenNameState::mistake);
+    out_ << missing
+         << (missing == 1 ? " name in expressions is not found" : " names in expressions are not found");
+    if (const std::size_t beyond = coverage_.namesThat(OpenNameState::beyond); beyond > 0)
+      out_ << "; " << beyond << " more " << (beyond == 1 ? "leads" : "lead") << " beyond this definition";
+    if (const std::size_t others = coverage_.namesThat(OpenNameState::exists); others > 0)
+      out_ << "; " << others << " more " << (others == 1 ? "is" : "are") << " no attribute or measure";
+    out_ << ".\n";
+  }
+
   void writeTable() const {
     out_ << std::left << std::setw(static_cast<int>(width_)) << "" << std::right;
     for (const char* title : {"attributes", "reached", "", "measures", "reached", "", "row counts"})
@@ -73,6 +80,14 @@ class CoverageText {
       out_ << "    " << printable(graph_.qualifiedName(gap.node)) << ": " << printable(gap.reason) << "\n";
   }
 
+  void writeNames() const {
+    if (coverage_.names.empty()) return;
+    out_ << "\nNames in expressions that lead to no attribute or measure\n";
+    for (const CoverageName& open : coverage_.names)
+      out_ << "    " << printable(graph_.qualifiedName(open.node)) << ": " << printable(open.name.name)
+           << ": " << printable(openNameWords(open.name)) << "\n";
+  }
+
   const LineageGraph& graph_;
   const Coverage& coverage_;
   std::ostream& out_;
@@ -83,7 +98,6 @@ void writeCountJson(JsonWriter& json, std::string_view name, const CoverageCount
   json.open(name, '{');
   json.member("count", kind.count);
   json.member("reached", kind.reached);
-  json.member("reachedByModel", kind.reachedByModel);
   json.member("rowCounts", kind.rowCounts);
   json.close('}');
 }
@@ -109,6 +123,19 @@ void writeCubeJson(JsonWriter& json, const LineageGraph& graph, const CubeCovera
   json.close('}');
 }
 
+void writeNamesJson(JsonWriter& json, const LineageGraph& graph, const Coverage& coverage) {
+  json.open("openNames", '[');
+  for (const CoverageName& open : coverage.names) {
+    json.line();
+    json.open('{');
+    json.member("path", graph.path(open.node));
+    json.member("qualifiedName", graph.qualifiedName(open.node));
+    writeOpenNameJson(json, open.name);
+    json.close('}');
+  }
+  json.close(']');
+}
+
 }  // namespace
 
 void writeCoverageText(const LineageGraph& graph, const Coverage& coverage, std::ostream& out) {
@@ -121,15 +148,18 @@ void writeCoverageJson(const LineageGraph& graph, const Coverage& coverage, std:
   json.begin('{');
   json.member("format", "xmla-coverage/1");
   json.member("percent", coverage.percent());
-  json.member("percentByModel", coverage.percentByModel());
-  json.member("unresolved", coverage.unresolved);
-  json.member("foundByGraph", coverage.foundByGraph);
+  json.open("names", '{');
+  for (std::size_t state = 0; state < kOpenNameStateCount; ++state)
+    json.member(openNameStateText(static_cast<OpenNameState>(state)), coverage.nameCounts[state]);
+  json.close('}');
   json.open("cubes", '[');
   for (const CubeCoverage& cube : coverage.cubes) {
     json.line();
     writeCubeJson(json, graph, cube);
   }
   json.close(']');
+  writeNamesJson(json, graph, coverage);
+  writeNotesJson(json, graph);
   json.close('}');
   out << text << "\n";
 }

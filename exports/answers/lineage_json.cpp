@@ -1,4 +1,5 @@
 #include "exports/answers/lineage_text.h"
+#include "exports/answers/notes.h"
 #include "framework/std/json_writer.h"
 #include "lineage/subgraph.h"
 
@@ -20,6 +21,7 @@ class JsonPart {
     json_.member("start", question.start);
     writeList("nodes", part.nodes, [&](NodeId id) { writeNode(id); });
     writeList("edges", part.edges, [&](const LineageEdge* edge) { writeEdge(*edge); });
+    writeNotesJson(json_, graph_);
     json_.close('}');
     out_ << text_ << "\n";
   }
@@ -48,13 +50,20 @@ class JsonPart {
     json_.optional("expression", graph_.expression(id));
     json_.optional("language", graph_.language(id));
     json_.optional("aggregation", graph_.aggregation(id));
-    const std::vector<std::string> unresolved = graph_.unresolved(id);
-    if (!unresolved.empty()) {
-      json_.open("unresolved", '[');
-      for (const std::string& name : unresolved) json_.value(name);
-      json_.close(']');
-    }
+    writeOpenNames(id);
     json_.close('}');
+  }
+
+  void writeOpenNames(NodeId id) {
+    const std::vector<OpenNameText> names = graph_.openNames(id);
+    if (names.empty()) return;
+    json_.open("openNames", '[');
+    for (const OpenNameText& name : names) {
+      json_.open('{');
+      writeOpenNameJson(json_, name);
+      json_.close('}');
+    }
+    json_.close(']');
   }
 
   void writeEdge(const LineageEdge& edge) {

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "exports/answers/notes.h"
 #include "framework/std/printable.h"
+#include "lineage/gap_reason.h"
 
 namespace tav {
 namespace {
@@ -61,6 +63,7 @@ class TreeText {
     if (line.state == LineageTreeLine::State::whole) {
       const bool hasChildren = i + 1 < lines_.size() && lines_[i + 1].depth > line.depth;
       writeExpression(graph_.expression(line.node), hasChildren);
+      writeOpenNames(line.node, hasChildren);
     }
   }
 
@@ -76,6 +79,14 @@ class TreeText {
       writeBars();
       out_ << (hasChildren ? kBar : kGap) << (i == 0 ? "= " : "  ")
            << printable(lines[i].substr(i == 0 ? 0 : std::min(margin, lines[i].size()))) << "\n";
+    }
+  }
+
+  void writeOpenNames(NodeId id, bool hasChildren) const {
+    for (const OpenNameText& name : graph_.openNames(id)) {
+      writeBars();
+      out_ << (hasChildren ? kBar : kGap) << "? " << printable(name.name) << ": "
+           << printable(openNameWords(name)) << "\n";
     }
   }
 
@@ -180,6 +191,7 @@ class TreeText {
 
 void writeLineageText(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
   TreeText(graph, question, out).write();
+  writeNotes(graph, out);
 }
 
 }  // namespace tav

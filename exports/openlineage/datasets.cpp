@@ -44,6 +44,26 @@ bool isField(NodeKind kind) {
   return !isClassifierKind(kind) && kind != NodeKind::condition && kind < NodeKind::perspective;
 }
 
+/// Whether an edge has to do with the values of a node: it gives them, or decides which count.
+bool isLineage(EdgeKind kind) {
+  return givesValue(kind) || kind == EdgeKind::condition;
+}
+
+/// What a node takes over as it is, when that is all of its lineage; else kNoNode.
+NodeId onlySourceOf(const LineageGraph& graph, NodeId id) {
+  NodeId source = kNoNode;
+  for (const LineageEdge& edge : graph.into(id)) {
+    if (!isLineage(edge.kind)) continue;
+    if (edge.kind != EdgeKind::direct || source != kNoNode) return kNoNode;
+    source = edge.from;
+  }
+  return source;
+}
+
+std::uint64_t fieldKey(DatasetId dataset, NodeId field) {
+  return (std::uint64_t{dataset} << 32U) | field;
+}
+
 }  // namespace
 
 std::string UniqueNames::take(std::string name) {
@@ -65,7 +85,7 @@ CatalogDatasets::CatalogDatasets(const LineageGraph& graph, std::string_view ser
   findDescriptions();
   addDatasets();
   addUnknownTables();
-  for (const CatalogDataset& dataset : datasets_) nameFields(dataset);
+  for (DatasetId id = 0; id < datasets_.size(); ++id) nameFields(id);
 }
 
 void CatalogDatasets::findStandIns() {
@@ -80,9 +100,8 @@ void CatalogDatasets::findStandIns() {
 
 /// The one table of a database that a view's table is another name of; kNoNode when it is more than that.
 NodeId CatalogDatasets::tableBehind(NodeId viewTable) const {
-  const auto sources = graph_.into(viewTable);
-  if (sources.size() != 1 || graph_.node(sources[0].from).kind != NodeKind::databaseTable) return kNoNode;
-  const NodeId table = sources[0].from;
+  const NodeId table = onlySourceOf(graph_, viewTable);
+  if (table == kNoNode || graph_.node(table).kind != NodeKind::databaseTable) return kNoNode;
   for (const NodeId column : graph_.partsOf(viewTable)) {
     const NodeId behind = columnBehind(column);
     if (behind == kNoNode || graph_.node(behind).owner != table) return kNoNode;
@@ -91,11 +110,10 @@ NodeId CatalogDatasets::tableBehind(NodeId viewTable) const {
 }
 
 NodeId CatalogDatasets::columnBehind(NodeId viewColumn) const {
-  const auto sources = graph_.into(viewColumn);
-  const bool same = graph_.node(viewColumn).kind == NodeKind::viewColumn && sources.size() == 1 &&
-                    sources[0].kind == EdgeKind::direct &&
-                    graph_.node(sources[0].from).kind == NodeKind::databaseColumn;
-  return same ? sources[0].from : kNoNode;
+  const NodeId source = onlySourceOf(graph_, viewColumn);
+  const bool same = graph_.node(viewColumn).kind == NodeKind::viewColumn && source != kNoNode &&
+                    graph_.node(source).kind == NodeKind::databaseColumn;
+  return same ? source : kNoNode;
 }
 
 void CatalogDatasets::findDescriptions() {
@@ -139,7 +157,14 @@ void CatalogDatasets::addDataset(NodeId node) {
     datasetOf_[part] = id;
     if (isField(graph_.node(part).kind)) dataset.fields.push_back(part);
   }
+  if (graph_.node(node).kind == NodeKind::perspective) addShownFields(dataset);
   datasets_.push_back(std::move(dataset));
+}
+
+void CatalogDatasets::addShownFields(CatalogDataset& perspective) const {
+  for (const LineageEdge& edge : graph_.into(perspective.node))
+    if (edge.kind == EdgeKind::member && isField(graph_.node(edge.from).kind))
+      perspective.fields.push_back(edge.from);
 }
 
 /// Columns that a named query takes from one of its tables, without saying from which: they are gathered by
@@ -162,17 +187,17 @@ void CatalogDatasets::addUnknownTables() {
   }
 }
 
-void CatalogDatasets::nameFields(const CatalogDataset& dataset) {
+void CatalogDatasets::nameFields(DatasetId id) {
   UniqueNames names;
-  for (const NodeId field : dataset.fields) {
+  for (const NodeId field : datasets_[id].fields) {
     const std::string given = graph_.name(field);
     std::string name = names.take(std::string(nameOrUnnamed(given)));
-    if (name != given) otherNames_.emplace(field, std::move(name));
+    if (name != given) otherNames_.emplace(fieldKey(id, field), std::move(name));
   }
 }
 
-std::string CatalogDatasets::fieldName(NodeId field) const {
-  const auto other = otherNames_.find(field);
+std::string CatalogDatasets::fieldName(DatasetId dataset, NodeId field) const {
+  const auto other = otherNames_.find(fieldKey(dataset, field));
   return other == otherNames_.end() ? graph_.name(field) : other->second;
 }
 

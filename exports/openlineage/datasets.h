@@ -23,7 +23,7 @@ struct CatalogDataset {
   NodeId node;
   std::string space;  ///< the namespace
   std::string name;   ///< unique in its namespace, never empty
-  /// In order; conditions are none.
+  /// In order; conditions are none. Those of a perspective are the fields of others that it shows.
   std::vector<NodeId> fields;
   /// Whether the model makes it, by a job. Tables of databases are there already.
   bool made = false;
@@ -59,9 +59,9 @@ class CatalogDatasets {
   }
   /// The dataset that a resolved node is, or is a part of.
   [[nodiscard]] DatasetId datasetOf(NodeId id) const noexcept { return datasetOf_[id]; }
-  /// What a field is called: its name, with a number where another field of its dataset has the same. Never
-  /// empty.
-  [[nodiscard]] std::string fieldName(NodeId field) const;
+  /// What a field of a dataset is called: its name, with a number where another one of that dataset has the
+  /// same. Never empty.
+  [[nodiscard]] std::string fieldName(DatasetId dataset, NodeId field) const;
   /// The node that has type and description of a node: itself, or for a table or column of a database the one
   /// that a view has for it.
   [[nodiscard]] NodeId describing(NodeId id) const noexcept;
@@ -72,7 +72,8 @@ class CatalogDatasets {
   void addDatasets();
   void addDataset(NodeId node);
   void addUnknownTables();
-  void nameFields(const CatalogDataset& dataset);
+  void addShownFields(CatalogDataset& perspective) const;
+  void nameFields(DatasetId id);
   [[nodiscard]] NodeId columnBehind(NodeId viewColumn) const;
   [[nodiscard]] NodeId tableBehind(NodeId viewTable) const;
   [[nodiscard]] bool isDataset(NodeId id) const;
@@ -85,7 +86,8 @@ class CatalogDatasets {
   std::vector<NodeId> standsFor_;    // by node; kNoNode for itself
   std::vector<NodeId> describedBy_;  // by node of a database; kNoNode for nothing
   std::vector<DatasetId> datasetOf_;
-  std::unordered_map<NodeId, std::string> otherNames_;  // of fields that are not called like their node
+  /// Of fields that are not called like their node, by dataset and node.
+  std::unordered_map<std::uint64_t, std::string> otherNames_;
   std::unordered_map<std::string, UniqueNames> names_;  // of datasets, by namespace
 };
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <unordered_set>
 
+#include "exports/openlineage/definition_facet.h"
 #include "exports/openlineage/uri.h"
 #include "framework/std/text.h"
 
@@ -124,8 +124,9 @@ void FacetWriter::writeDatasetFacets(DatasetId id) {
   writeType(isNode ? typeOf(graph_.node(dataset.node).kind) : kUnknownTable);
   writeOrigin(dataset);
   if (isNode) writeDescription(dataset.node);
-  writeColumns(dataset);
-  if (dataset.made) writeColumnLineage(dataset);
+  writeColumns(id);
+  if (dataset.made) writeColumnLineage(id);
+  if (dataset.made && graph_.details()) writeOwnFacet(id);
   json_.close('}');
 }
 
@@ -156,13 +157,14 @@ void FacetWriter::writeDescription(NodeId node) {
   json_.close('}');
 }
 
-void FacetWriter::writeColumns(const CatalogDataset& dataset) {
+void FacetWriter::writeColumns(DatasetId id) {
+  const CatalogDataset& dataset = datasets_.get(id);
   if (dataset.fields.empty()) return;
   open({"schema", "1-2-0", "SchemaDatasetFacet"});
   json_.open("fields", '[');
   for (const NodeId field : dataset.fields) {
     json_.open('{');
-    json_.member("name", datasets_.fieldName(field));
+    json_.member("name", datasets_.fieldName(id, field));
     const NodeId described = datasets_.describing(field);
     const std::string type = graph_.typeName(described);
     if (!type.empty() && type != kUndefined) json_.member("type", type);
@@ -175,34 +177,35 @@ void FacetWriter::writeColumns(const CatalogDataset& dataset) {
 }
 
 /// The fields that feed a node, each once for each way in which it does.
-std::vector<FacetWriter::Source> FacetWriter::sourcesOf(NodeId node) const {
-  const std::span<const LineageEdge> edges = graph_.into(node);
-  std::vector<Source> sources;
-  std::unordered_set<std::uint64_t> known;
-  for (const LineageEdge& edge : edges) {
-    const NodeId from = datasets_.resolve(edge.from);
-    const NodeKind kind = graph_.node(from).kind;
-    if (edge.kind == EdgeKind::member || isClassifierKind(kind) || kind == NodeKind::condition) continue;
-    const std::uint64_t way = std::uint64_t{from} * kEdgeKindCount + static_cast<unsigned>(edge.kind);
-    if (edges.size() == 1 || known.insert(way).second) sources.push_back({from, edge.kind});
-  }
+std::vector<FieldSource> FacetWriter::sourcesOf(NodeId node) const {
+  std::vector<FieldSource> sources = fieldSources(graph_, datasets_, node);
+  std::erase_if(sources, [&](const FieldSource& source) {
+    const NodeKind kind = graph_.node(source.node).kind;
+    return isClassifierKind(kind) || kind == NodeKind::condition;
+  });
   return sources;
 }
 
-void FacetWriter::writeColumnLineage(const CatalogDataset& dataset) {
+/// A perspective takes over what it shows.
+void FacetWriter::writeColumnLineage(DatasetId id) {
+  const CatalogDataset& dataset = datasets_.get(id);
   open({"columnLineage", "1-2-0", "ColumnLineageDatasetFacet"});
   json_.open("fields", '{');
-  for (const NodeId field : dataset.fields)
-    if (const std::vector<Source> sources = sourcesOf(field); !sources.empty())
-      writeInputFields(field, sources);
+  for (const NodeId field : dataset.fields) {
+    const bool isOwn = datasets_.datasetOf(field) == id;
+    const std::vector<FieldSource> sources =
+        isOwn ? sourcesOf(field) : std::vector<FieldSource>{{field, EdgeKind::direct}};
+    if (!sources.empty()) writeInputFields(datasets_.fieldName(id, field), field, sources);
+  }
   json_.close('}');
   writeConditions(dataset);
   json_.close('}');
 }
 
-void FacetWriter::writeInputFields(NodeId field, const std::vector<Source>& sources) {
+void FacetWriter::writeInputFields(const std::string& name, NodeId field,
+                                   const std::vector<FieldSource>& sources) {
   std::string expression = graph_.expression(field);
-  json_.open(datasets_.fieldName(field), '{');
+  json_.open(name, '{');
   json_.open("inputFields", '[');
   for (std::size_t i = 0; i < sources.size(); ++i) {
     if (i == 1) expression = shortened(expression);
@@ -212,10 +215,11 @@ void FacetWriter::writeInputFields(NodeId field, const std::vector<Source>& sour
   json_.close('}');
 }
 
-void FacetWriter::writeInputField(const Source& source, NodeId to, std::string_view expression) {
+void FacetWriter::writeInputField(const FieldSource& source, NodeId to, std::string_view expression) {
   json_.open('{');
-  writeReference(datasets_.datasetOf(source.field));
-  json_.member("field", datasets_.fieldName(source.field));
+  const DatasetId dataset = datasets_.datasetOf(source.node);
+  writeReference(dataset);
+  json_.member("field", datasets_.fieldName(dataset, source.node));
   json_.open("transformations", '[');
   json_.open('{');
   const Transformation transformation = transformationOf(source.kind);
@@ -236,7 +240,7 @@ void FacetWriter::writeConditions(const CatalogDataset& dataset) {
   for (const NodeId part : graph_.partsOf(dataset.node)) {
     if (graph_.node(part).kind != NodeKind::condition) continue;
     std::string expression = graph_.expression(part);
-    const std::vector<Source> sources = sourcesOf(part);
+    const std::vector<FieldSource> sources = sourcesOf(part);
     if (!sources.empty() && !isOpen) json_.open("dataset", '[');
     isOpen = isOpen || !sources.empty();
     for (std::size_t i = 0; i < sources.size(); ++i) {
@@ -245,6 +249,16 @@ void FacetWriter::writeConditions(const CatalogDataset& dataset) {
     }
   }
   if (isOpen) json_.close(']');
+}
+
+void FacetWriter::writeOwnFacet(DatasetId id) {
+  const DatasetDefinition definition = definitionOf(graph_, datasets_, id);
+  if (definition.empty()) return;
+  json_.open(kDefinitionFacet, '{');
+  json_.member("_producer", kProducer);
+  json_.member("_schemaURL", kDefinitionFacetSchema);
+  writeDefinition(json_, graph_, definition);
+  json_.close('}');
 }
 
 void FacetWriter::writeJobFacets(DatasetId id) {
@@ -259,7 +273,7 @@ void FacetWriter::writeJobFacets(DatasetId id) {
   if (kind == NodeKind::namedQuery)
     writeQuery(dataset.node);
   else
-    writeExpressions(dataset);
+    writeExpressions(id);
   json_.close('}');
 }
 
@@ -279,10 +293,11 @@ void FacetWriter::writeQuery(NodeId query) {
 }
 
 /// The expressions of a dataset's fields one below the other, each behind the name of what it computes.
-void FacetWriter::writeExpressions(const CatalogDataset& dataset) {
+void FacetWriter::writeExpressions(DatasetId id) {
   std::string text;
   std::string_view language;
-  for (const NodeId field : dataset.fields) {
+  for (const NodeId field : datasets_.get(id).fields) {
+    if (datasets_.datasetOf(field) != id) continue;
     const std::string expression = graph_.expression(field);
     if (expression.empty()) continue;
     language = graph_.language(field);

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "exports/openlineage/datasets.h"
+#include "exports/openlineage/field_sources.h"
 #include "framework/std/json_writer.h"
 #include "lineage/lineage_graph.h"
 
@@ -38,23 +38,19 @@ class FacetWriter {
 
  private:
   struct Schema;
-  struct Source {
-    NodeId field;
-    EdgeKind kind;
-  };
-
   void open(const Schema& schema);
   void writeType(const DatasetType& type);
   void writeOrigin(const CatalogDataset& dataset);
   void writeDescription(NodeId node);
-  void writeColumns(const CatalogDataset& dataset);
-  void writeColumnLineage(const CatalogDataset& dataset);
-  void writeInputFields(NodeId field, const std::vector<Source>& sources);
-  void writeInputField(const Source& source, NodeId to, std::string_view expression);
+  void writeColumns(DatasetId id);
+  void writeColumnLineage(DatasetId id);
+  void writeInputFields(const std::string& name, NodeId field, const std::vector<FieldSource>& sources);
+  void writeInputField(const FieldSource& source, NodeId to, std::string_view expression);
   void writeConditions(const CatalogDataset& dataset);
+  void writeOwnFacet(DatasetId id);
   void writeQuery(NodeId query);
-  void writeExpressions(const CatalogDataset& dataset);
-  [[nodiscard]] std::vector<Source> sourcesOf(NodeId node) const;
+  void writeExpressions(DatasetId id);
+  [[nodiscard]] std::vector<FieldSource> sourcesOf(NodeId node) const;
 
   const LineageGraph& graph_;
   const CatalogDatasets& datasets_;

@@ -110,17 +110,23 @@ class EventWriter {
   }
 
   void addInputs(DatasetId id, NodeId node, std::vector<DatasetId>& inputs) {
-    for (const LineageEdge& edge : graph_.into(node)) {
-      const NodeId from = datasets_.resolve(edge.from);
-      const DatasetId input = datasets_.datasetOf(from);
-      const bool isOwnPart =
-          input == id &&
-          (edge.kind == EdgeKind::member || node == datasets_.get(id).node ||
-           graph_.node(from).kind == NodeKind::condition || isClassifierKind(graph_.node(from).kind));
-      if (isOwnPart || foundFor_[input] == id) continue;
-      foundFor_[input] = id;
-      inputs.push_back(input);
-    }
+    for (const FieldSource& source : fieldSources(graph_, datasets_, node))
+      addInput(id, node, source, inputs);
+    for (const LineageEdge& edge : graph_.into(node))
+      if (edge.kind == EdgeKind::member)
+        addInput(id, node, {datasets_.resolve(edge.from), edge.kind}, inputs);
+  }
+
+  void addInput(DatasetId id, NodeId node, const FieldSource& source, std::vector<DatasetId>& inputs) {
+    const DatasetId input = datasets_.datasetOf(source.node);
+    if (input == kNoDataset) return;
+    const NodeKind kind = graph_.node(source.node).kind;
+    const bool isOwnPart =
+        input == id && (source.kind == EdgeKind::member || node == datasets_.get(id).node ||
+                        kind == NodeKind::condition || isClassifierKind(kind));
+    if (isOwnPart || foundFor_[input] == id) return;
+    foundFor_[input] = id;
+    inputs.push_back(input);
   }
 
   const LineageGraph& graph_;

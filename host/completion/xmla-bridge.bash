@@ -1,6 +1,6 @@
 # Completion of xmla-bridge for bash.
 _xmla_bridge() {
-  local commands='import export trace impact coverage diff report test describe help'
+  local commands='import export trace impact coverage unused diff report test describe help'
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
   for ((i = 1; i < COMP_CWORD; ++i)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -16,9 +16,11 @@ _xmla_bridge() {
         export) words='json openlineage csv sqlite dot mermaid' ;;
         trace | impact) words='text json dot' ;;
         coverage) words='text json' ;;
+        unused) words='text json csv markdown' ;;
         diff) words='text json markdown' ;;
       esac
       ;;
+    --kind) words='tables columns dimensions attributes measures members sets expressions functions' ;;
     --log-format) words='text json' ;;
     -o | --output | --out-dir | --jobs) ;;
     *)
@@ -32,6 +34,7 @@ _xmla_bridge() {
           ;;
         trace | impact) words='-o --format --depth --quiet --log-format --help' ;;
         coverage) words='-o --format --fail-under --quiet --log-format --help' ;;
+        unused) words='-o --format --kind --quiet --log-format --help' ;;
         diff) words='-o --format --exit-code --quiet --log-format --help' ;;
         report) words='-o --quiet --log-format --help' ;;
         test) words='--quiet --log-format --help' ;;

@@ -11,7 +11,7 @@
 
 namespace {
 
-std::string exported(const TAVModel& model) {
+std::string exported(const tav::DetailedModel& model) {
   std::ostringstream out;
   tav::exportJson(model, out);
   std::string text = out.str();
@@ -19,20 +19,23 @@ std::string exported(const TAVModel& model) {
   return text;
 }
 
-tav::Owned<TAVModel> modelWith(const std::string& content) {
-  return tav::loadModelText(R"(<TAVMultiModel format="tav-model/1"><contents><TAVModelContent><models>)"
-                            "<TAVStoreModel>" +
-                                content +
-                                "</TAVStoreModel></models></TAVModelContent></contents></TAVMultiModel>",
-                            "model.xml");
+/// Details, where the content has some, stand behind the model.
+tav::SavedModel modelWith(const std::string& content) {
+  const std::size_t details = std::min(content.find("<TAVDetailsContent"), content.size());
+  return tav::loadSavedModelText(
+      R"(<TAVMultiModel format="tav-model/1"><contents><TAVModelContent><models><TAVStoreModel>)" +
+          content.substr(0, details) + "</TAVStoreModel></models></TAVModelContent>" +
+          content.substr(details) + "</contents></TAVMultiModel>",
+      "model.xml");
 }
 
 TEST(Json, Corpus) {
   tav::test::checkCorpus("exports/json.txt", [](const std::string& content) {
-    const tav::Owned<TAVModel> model = modelWith(content);
-    std::string text = exported(*model);
+    const tav::SavedModel saved = modelWith(content);
+    const tav::DetailedModel model(*saved.model, saved.details.get());
+    std::string text = exported(model);
     EXPECT_TRUE(nlohmann::json::accept(text));
-    EXPECT_EQ(exported(*model), text);
+    EXPECT_EQ(exported(model), text);
     return text;
   });
 }

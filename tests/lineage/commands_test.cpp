@@ -9,14 +9,21 @@ namespace fs = std::filesystem;
 void copyDefinitions(const tav::test::TemporaryFolder& folder) {
   for (const char* name : {"murmeltal-huts.asdatabase", "ferry-line.bim"})
     fs::copy_file(fs::path(EXAMPLES) / name, folder.path() / name);
-  for (const char* name : {"orders.xmla", "names.xmla", "linked_groups.xml", "counts.bim"})
+  for (const char* name : {"orders.xmla", "names.xmla", "linked_groups.xml", "counts.bim", "bakery.xml"})
     fs::copy_file(tav::test::testFile(std::string("lineage/") + name), folder.path() / name);
 }
 
+void checkTranscript(const char* corpus) {
+  tav::test::checkCorpus(
+      corpus, [](const std::string& commands) { return tav::test::runCommands(commands, copyDefinitions); });
+}
+
 TEST(Lineage, Commands) {
-  tav::test::checkCorpus("lineage/commands.txt", [](const std::string& commands) {
-    return tav::test::runCommands(commands, copyDefinitions);
-  });
+  checkTranscript("lineage/commands.txt");
+}
+
+TEST(Lineage, Answers) {
+  checkTranscript("lineage/answers.txt");
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "exports/openlineage/lineage_events.h"
 #include "exports/openlineage/run_id.h"
 #include "exports/openlineage/uri.h"
+#include "framework/serialization/model_reader.h"
 #include "framework/std/exception.h"
 #include "tests/support/checked_import.h"
 #include "tests/support/corpus.h"
@@ -43,20 +44,24 @@ std::string expanded(std::string text) {
   return text;
 }
 
+std::vector<std::string> eventsOf(const tav::DetailedModel& model, bool isStatic) {
+  tav::ExportOptions options;
+  options.input = "-";
+  options.staticEvents = isStatic;
+  std::vector<std::string> events;
+  const tav::LineageEvents lineage(model, options);
+  lineage.write([&](std::string_view event) { events.emplace_back(event); });
+  EXPECT_EQ(lineage.count(), events.size());
+  return events;
+}
+
 /// The events of an expanded definition; none when it cannot be imported.
 std::vector<std::string> eventsOf(const std::string& definition, bool isStatic) {
   tav::test::DocumentImporter importer;
   const tav::test::Imported imported = importer.import(definition);
   if (!imported.model) return {};
   imported.model->modificationTime = "2026-03-08T10:00:00Z";
-  tav::ExportOptions options;
-  options.input = "-";
-  options.staticEvents = isStatic;
-  std::vector<std::string> events;
-  const tav::LineageEvents lineage(*imported.model, options);
-  lineage.write([&](std::string_view event) { events.emplace_back(event); });
-  EXPECT_EQ(lineage.count(), events.size());
-  return events;
+  return eventsOf(tav::DetailedModel(*imported.model), isStatic);
 }
 
 std::vector<std::string> exportEvents(const std::string& definition, bool isStatic) {
@@ -127,6 +132,24 @@ TEST(LineageEvents, Corpus) {
     for (const std::string& event : exportEvents(isStatic ? input.substr(7) : input, isStatic))
       text += describeEvent(Json::parse(event));
     if (!text.empty()) text.pop_back();
+    return text;
+  });
+}
+
+/// Of a saved model, with the facet of our own behind each event that has it.
+TEST(LineageEvents, WithDetails) {
+  tav::test::checkCorpus("openlineage/details.txt", [](const std::string& file) {
+    const tav::SavedModel saved = tav::loadSavedModel(tav::test::testFile(file).string());
+    std::string text;
+    for (const std::string& line : eventsOf({*saved.model, saved.details.get()}, false)) {
+      const Json event = Json::parse(line);
+      text += describeEvent(event);
+      const Json facet = event["outputs"][0]["facets"].value("xmlaBridge_definition", Json::object());
+      for (const char* list : {"objects", "relations", "settings"})
+        for (const Json& one : facet.value(list, Json::array()))
+          text += std::string("  ") + list + " " + one.dump() + "\n";
+    }
+    text.pop_back();
     return text;
   });
 }

@@ -35,19 +35,20 @@ std::string shownTable(const std::filesystem::path& path) {
   return shown;
 }
 
-void exportCsv(const TAVModel& model, const std::string& input, const std::string& output) {
+void exportCsv(const tav::SavedModel& model, const std::string& input, const std::string& output) {
   tav::ExportOptions options;
   options.input = input;
-  tav::findExportFormat("csv")->writeFiles(model, options, output);
+  tav::findExportFormat("csv")->writeFiles({*model.model, model.details.get()}, options, output);
 }
 
 TEST(Csv, Corpus) {
   tav::test::checkCorpus("tables/csv.txt", [](const std::string& content) {
     const tav::test::TemporaryFolder folder;
     const auto model = tav::test::smallModel("Sales, 2020", content);
-    exportCsv(*model, "in/sales.xmla", (folder.path() / "out.csv").string());
-    std::string shown =
-        shownTable(folder.path() / "out.nodes.csv") + shownTable(folder.path() / "out.edges.csv");
+    exportCsv(model, "in/sales.xmla", (folder.path() / "out.csv").string());
+    std::string shown;
+    for (const char* table : {"nodes", "edges", "settings", "open_names"})
+      shown += shownTable(folder.path() / std::string("out.").append(table).append(".csv"));
     shown.pop_back();
     return shown;
   });
@@ -57,10 +58,10 @@ TEST(Csv, AFailureLeavesBothFilesAsTheyWere) {
   const tav::test::TemporaryFolder folder;
   const std::string input = folder.write("out.nodes.csv", "a model");
   const auto model = tav::test::smallModel("M", "");
-  EXPECT_THROW(exportCsv(*model, input, (folder.path() / "out").string()), TAVException);
+  EXPECT_THROW(exportCsv(model, input, (folder.path() / "out").string()), TAVException);
   EXPECT_EQ(tav::test::readFile(input), "a model");
   std::filesystem::create_directory(folder.path() / "late.edges.csv");
-  EXPECT_THROW(exportCsv(*model, "m.xml", (folder.path() / "late").string()), TAVException);
+  EXPECT_THROW(exportCsv(model, "m.xml", (folder.path() / "late").string()), TAVException);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2);
 }
 

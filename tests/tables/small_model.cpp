@@ -1,13 +1,15 @@
 #include "tests/tables/small_model.h"
 
-#include "framework/serialization/model_reader.h"
+#include <algorithm>
 
 namespace tav::test {
 
-Owned<TAVModel> smallModel(const std::string& name, const std::string& content) {
-  return loadModelText(
+SavedModel smallModel(const std::string& name, const std::string& content) {
+  const std::size_t details = std::min(content.find("<TAVDetailsContent"), content.size());
+  return loadSavedModelText(
       R"(<TAVMultiModel format="tav-model/1"><contents><TAVModelContent><models><TAVStoreModel name=")" +
-          name + "\">" + content + "</TAVStoreModel></models></TAVModelContent></contents></TAVMultiModel>",
+          name + "\">" + content.substr(0, details) + "</TAVStoreModel></models></TAVModelContent>" +
+          content.substr(details) + "</contents></TAVMultiModel>",
       "model.xml");
 }
 

@@ -24,7 +24,8 @@ std::string load(const std::string& database, const std::string& input, const st
   options.input = input;
   options.warnings = warnings;
   try {
-    tav::exportSqlite(*tav::test::smallModel(name, content), options, database, patience);
+    const tav::SavedModel model = tav::test::smallModel(name, content);
+    tav::exportSqlite({*model.model, model.details.get()}, options, database, patience);
     return {};
   } catch (const TAVException& error) {
     std::string message = error.getMessage().str();
@@ -82,10 +83,10 @@ TEST(Sqlite, WhatIsNoDatabaseOfModelsIsLeftAlone) {
 
   const std::string earlier = folder.write("earlier.db", "");
   EXPECT_EQ(load(earlier, "m.xml", "M", ""), "");
-  EXPECT_EQ(ask(earlier, "PRAGMA user_version = 1"), "");
+  EXPECT_EQ(ask(earlier, "PRAGMA user_version = 2"), "");
   EXPECT_EQ(
       load(earlier, "m.xml", "M", ""),
-      "[XMLABRIDGE_F0033] DB: its tables are those of another version of this program (1 instead of 2)");
+      "[XMLABRIDGE_F0033] DB: its tables are those of another version of this program (2 instead of 3)");
 
   EXPECT_EQ(load((folder.path() / "no" / "such.db").string(), "m.xml", "M", ""),
             "[XMLABRIDGE_F0031] DB: unable to open database file: No such file or directory");

@@ -9,7 +9,7 @@
 #include <sstream>
 
 #include "exports/openlineage/datasets.h"
-#include "lineage/coverage.h"
+#include "lineage/gap_reason.h"
 #include "lineage/lineage_graph.h"
 #include "tests/tabular/importer_run.h"
 
@@ -56,7 +56,7 @@ std::string kindOf(const TAVStoreConnection& connection) {
 class Answers {
  public:
   explicit Answers(const TAVModel& model)
-      : graph_(model), datasets_(graph_, "ssas://localhost"), reached_(graph_.tracedBack(true)) {
+      : graph_(model), datasets_(graph_, "ssas://localhost"), reached_(graph_.tracedBack()) {
     for (NodeId id = 0; id < graph_.nodes().size(); ++id) nodes_.emplace(graph_.path(id), id);
   }
 

@@ -1,0 +1,71 @@
+#include "exports/answers/unused_report.h"
+#include "host/command.h"
+#include "host/model_input.h"
+#include "host/output.h"
+
+namespace host {
+namespace {
+
+struct Arguments {
+  std::string input;
+  std::vector<std::string> kinds;
+  std::string format = "text";
+  std::string output = "-";
+};
+
+using Writer = void (*)(const tav::LineageGraph& graph, std::span<const tav::UnusedGroup> groups,
+                        std::ostream& out);
+
+Writer writerOf(const std::string& format) {
+  if (format == "json") return tav::writeUnusedJson;
+  if (format == "csv") return tav::writeUnusedCsv;
+  return format == "markdown" ? tav::writeUnusedMarkdown : tav::writeUnusedText;
+}
+
+/// The groups that were asked for, all where none was, in their own order.
+std::vector<tav::UnusedGroup> groupsOf(const std::vector<std::string>& kinds) {
+  std::vector<tav::UnusedGroup> groups;
+  for (const tav::UnusedGroup& group : tav::unusedGroups())
+    if (kinds.empty() || std::find(kinds.begin(), kinds.end(), group.name) != kinds.end())
+      groups.push_back(group);
+  return groups;
+}
+
+std::vector<std::string> kindNames() {
+  std::vector<std::string> names;
+  for (const tav::UnusedGroup& group : tav::unusedGroups()) names.emplace_back(group.name);
+  return names;
+}
+
+int list(const Arguments& arguments, MessageLog& log) {
+  if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
+  const std::vector<tav::UnusedGroup> groups = groupsOf(arguments.kinds);
+  return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
+    const tav::LineageGraph graph(model);
+    writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(graph, groups, out); });
+  });
+}
+
+}  // namespace
+
+Command addUnused(CLI::App& program) {
+  auto arguments = std::make_shared<Arguments>();
+  CLI::App* parser =
+      program.add_subcommand("unused", "Show what nothing uses, and what is only shown, kind by kind");
+  addInput(*parser, arguments->input);
+  parser
+      ->add_option(
+          "--kind", arguments->kinds,
+          "Only these: tables, columns, dimensions, attributes, measures, members, sets, expressions "
+          "or functions; several with commas (default: all)")
+      ->type_name("KINDS")
+      ->delimiter(',')
+      ->check(CLI::IsMember(kindNames()));
+  parser->add_option("--format", arguments->format, "The output format (default: text)")
+      ->type_name("FORMAT")
+      ->check(CLI::IsMember({"text", "json", "csv", "markdown"}));
+  addOutput(*parser, arguments->output);
+  return {parser, [arguments](MessageLog& log) { return list(*arguments, log); }};
+}
+
+}  // namespace host
