@@ -150,6 +150,8 @@ class LineageGraph {
   [[nodiscard]] std::string_view aggregation(NodeId id) const;
   /// What the details set about a node, in their order: names as the definition has them, values masked.
   [[nodiscard]] std::vector<std::pair<std::string, std::string>> settings(NodeId id) const;
+  /// The same as the details have them, not masked.
+  [[nodiscard]] std::vector<const DetailSetting*> rawSettings(NodeId id) const;
   /// The names that the details know to be open, in the order of the text, each with what is known of it.
   [[nodiscard]] std::vector<OpenNameText> openNames(NodeId id) const;
   /// What the relation of an edge says beside its kind: the number of a key column, a language.
