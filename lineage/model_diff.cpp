@@ -99,7 +99,9 @@ class Comparison {
     std::vector<Change> changes = changesOf(old, id);
     if (copy) leaveOutChangesOfOriginal(id, changes);
     bool affects = std::any_of(changes.begin(), changes.end(), affectsOthers);
-    for (RelationChange& relation : relations_.compare(old, id)) {
+    std::vector<RelationChange> relations = relations_.compare(old, id);
+    if (!relations.empty()) leaveOutPlaces(changes);
+    for (RelationChange& relation : relations) {
       affects |= relation.affects;
       changes.push_back(std::move(relation.change));
     }
@@ -116,8 +118,7 @@ class Comparison {
     const bool moved = isMoved(old, id);
     if (!renamed && !moved && changes.empty()) return;
     told_.push_back(id);
-    DiffObject object = objectOf(after_, id);
-    object.parts = 0;
+    DiffObject object = plainObjectOf(after_, id);
     if (renamed || moved) object.before = nameOf(before_, old);
     if (object.before == object.name && !renamed) object.before.clear();
     if (moved) {
@@ -174,6 +175,12 @@ class Comparison {
     return {graph.node(id).kind, nameOf(graph, id), graph.path(id), "", graph.partsOf(id).size()};
   }
 
+  static DiffObject plainObjectOf(const LineageGraph& graph, NodeId id) {
+    DiffObject object = objectOf(graph, id);
+    object.parts = 0;
+    return object;
+  }
+
   /// Qualified names say nothing of the cube.
   static std::string nameOf(const LineageGraph& graph, NodeId id) {
     std::string name = graph.qualifiedName(id);
@@ -211,13 +218,18 @@ class Comparison {
     });
   }
 
+  /// Where a table or column of a view stands in its database is what it comes from.
+  static void leaveOutPlaces(std::vector<Change>& changes) {
+    std::erase_if(changes, [](const Change& change) {
+      return change.what == "physical name" || change.what == "schema name";
+    });
+  }
+
   /// Notes the names that break an expression, and gives the other ones that are new or gone.
   std::vector<Change> findBroken(NodeId old, NodeId id) {
     OpenNameChanges names = compareOpenNames(before_, old, after_, id);
     for (const OpenNameText& name : names.broken) {
-      DiffObject object = objectOf(after_, id);
-      object.parts = 0;
-      diff_.broken.push_back({std::move(object), name.name, name.note});
+      diff_.broken.push_back({plainObjectOf(after_, id), name.name, name.note});
     }
     if (!names.broken.empty()) starts_.push_back(id);
     return std::move(names.changes);
@@ -232,7 +244,8 @@ class Comparison {
       const bool counts =
           (kind == NodeKind::attribute || isMeasureKind(kind)) && kind != NodeKind::cubeMeasure;
       const NodeId old = pairs_.beforeOf(id);
-      if (counts && old != kNoNode && was[old] && !is[id]) diff_.lostLineage.push_back(objectOf(after_, id));
+      if (counts && old != kNoNode && was[old] && !is[id])
+        diff_.lostLineage.push_back(plainObjectOf(after_, id));
     }
   }
 
@@ -247,7 +260,7 @@ class Comparison {
     affected.erase(std::unique(affected.begin(), affected.end()), affected.end());
     for (const NodeId id : affected) {
       if (isTold[id] || after_.database(id)) continue;
-      if (diff_.affected++ < ModelDiff::kListed) diff_.firstAffected.push_back(objectOf(after_, id));
+      if (diff_.affected++ < ModelDiff::kListed) diff_.firstAffected.push_back(plainObjectOf(after_, id));
     }
   }
 
