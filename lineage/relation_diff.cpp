@@ -185,7 +185,10 @@ RelationDiff::Lone RelationDiff::loneOf(NodeId old, NodeId now) const {
 }
 
 std::string RelationDiff::shown(const Side& side, const Related& related) const {
-  std::string text = kindAndName(*side.graph, related.from);
+  const std::string_view label = nodeKindLabel(side.graph->node(related.from).kind);
+  const bool saysKind = wordsOf(related.kind).ends_with(label);
+  std::string text =
+      saysKind ? side.graph->qualifiedName(related.from) : kindAndName(*side.graph, related.from);
   if (!related.text.empty()) text.append(" (").append(maskPasswords(related.text)).append(")");
   if (related.count > 1) text.append(", ").append(std::to_string(related.count)).append(" times");
   return text;
