@@ -140,11 +140,21 @@ class Comparison {
     diff_.changed[known->second].objects.push_back(std::move(object));
   }
 
-  /// A copy whose name is that of what it copies is not told of.
   [[nodiscard]] bool isRenamed(NodeId old, NodeId id) const {
     const LineageNode& node = after_.node(id);
     if (before_.node(old).rawName == node.rawName || isStatementKind(node.kind)) return false;
-    return !isCopyKind(node.kind) || !followsOriginal(id);
+    const bool follows = isCopyKind(node.kind) || node.kind == NodeKind::dimensionUsage;
+    return !follows || !followsSource(old, id);
+  }
+
+  /// Whether what is called by the name of another thing was renamed with that.
+  [[nodiscard]] bool followsSource(NodeId old, NodeId id) const {
+    const auto sources = after_.into(id);
+    return std::any_of(sources.begin(), sources.end(), [&](const LineageEdge& edge) {
+      const NodeId was = after_.database(edge.from) ? kNoNode : pairs_.beforeOf(edge.from);
+      return was != kNoNode && before_.node(was).rawName == before_.node(old).rawName &&
+             after_.node(edge.from).rawName == after_.node(id).rawName;
+    });
   }
 
   [[nodiscard]] bool isMoved(NodeId old, NodeId id) const {
@@ -161,14 +171,6 @@ class Comparison {
     if (!isCopyKind(node.kind)) return true;
     const auto sources = graph.into(id);
     return sources.empty() || partner(sources.front().from) != kNoNode;
-  }
-
-  /// Whether a copy was renamed with what it copies.
-  [[nodiscard]] bool followsOriginal(NodeId id) const {
-    const auto sources = after_.into(id);
-    if (sources.size() != 1) return false;
-    const NodeId old = pairs_.beforeOf(sources.front().from);
-    return old != kNoNode && before_.node(old).rawName != after_.node(sources.front().from).rawName;
   }
 
   static DiffObject objectOf(const LineageGraph& graph, NodeId id) {

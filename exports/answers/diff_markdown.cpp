@@ -35,7 +35,7 @@ class DiffMarkdown {
 
   void write(const ModelDiff& diff) {
     out_ << "### " << code(diff.newName) << "\n\n";
-    if (diff.empty()) out_ << kNothingDiffers;
+    if (diff.empty()) out_ << nothingText(diff) << "\n";
     writeCounts(diff);
     writeGroup(diff, DiffGroup::broken, [&] { writeBroken(diff.broken); });
     writeGroup(diff, DiffGroup::lostLineage, [&] { writeLone(diff.lostLineage); });
@@ -73,12 +73,7 @@ class DiffMarkdown {
   }
 
   void writeBroken(const std::vector<BrokenName>& broken) {
-    for (const BrokenName& name : broken) {
-      out_ << "- " << nodeKindLabel(name.object.kind) << " " << code(name.object.name) << ": no "
-           << code(name.name);
-      if (!name.note.empty()) out_ << " (" << code(name.note) << ")";
-      out_ << "\n";
-    }
+    for (const BrokenName& name : broken) out_ << "- " << brokenText(name, code) << "\n";
   }
 
   void writeLone(const std::vector<DiffObject>& objects) {

@@ -1,13 +1,10 @@
 #pragma once
 
 #include <ostream>
-#include <string_view>
 
 #include "lineage/model_diff.h"
 
 namespace tav {
-
-inline constexpr std::string_view kNothingDiffers = "Nothing differs.\n";
 
 /// For people: a line for each thing, what changed about it indented below, expressions line by line. Safe
 /// for a terminal.

@@ -11,7 +11,7 @@ class DiffText {
 
   void write(const ModelDiff& diff) {
     out_ << printable(diff.oldName) << " -> " << printable(diff.newName) << "\n";
-    if (diff.empty()) out_ << kNothingDiffers;
+    if (diff.empty()) out_ << nothingText(diff) << "\n";
     writeBroken(diff.broken);
     writeLone(DiffGroup::lostLineage, '!', diff.lostLineage);
     writeItems(DiffGroup::changed, diff.changed);
@@ -29,12 +29,7 @@ class DiffText {
 
   void writeBroken(const std::vector<BrokenName>& broken) {
     if (!broken.empty()) writeTitle(DiffGroup::broken);
-    for (const BrokenName& name : broken) {
-      out_ << "  ! " << nodeKindLabel(name.object.kind) << " " << printable(name.object.name) << ": no "
-           << printable(name.name);
-      if (!name.note.empty()) out_ << " (" << printable(name.note) << ")";
-      out_ << "\n";
-    }
+    for (const BrokenName& name : broken) out_ << "  ! " << brokenText(name, printable) << "\n";
   }
 
   void writeLone(DiffGroup group, char mark, const std::vector<DiffObject>& objects) {

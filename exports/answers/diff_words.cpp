@@ -45,11 +45,22 @@ std::string valueText(const std::optional<std::string>& value, Quote quote) {
 std::string relationText(const Change& change, Quote quote, std::string_view arrow) {
   if (change.before && change.after)
     return change.what + ": " + quote(*change.before) + std::string(arrow) + quote(*change.after);
-  if (change.after) return "now also " + change.what + " " + quote(*change.after);
-  return "no longer " + change.what + " " + quote(*change.before);
+  const std::string what = change.what + (change.about == Change::About::name ? ": " : " ");
+  return change.after ? "now also " + what + quote(*change.after)
+                      : "no longer " + what + quote(*change.before);
 }
 
 }  // namespace
+
+std::string brokenText(const BrokenName& name, Quote quote) {
+  std::string text(nodeKindLabel(name.object.kind));
+  text.append(" ").append(quote(name.object.name)).append(": nothing is called ").append(quote(name.name));
+  return name.note.empty() ? text : text.append("; nearest: ").append(quote(name.note));
+}
+
+std::string nothingText(const ModelDiff& diff) {
+  return diff.notes.empty() ? "Nothing differs." : "Nothing differs in what was compared.";
+}
 
 std::string partsText(std::size_t parts) {
   if (parts == 0) return "";

@@ -16,6 +16,10 @@ using Quote = std::string (*)(std::string_view text);
 
 /// "measure [Measures].[Net]"; of several "2 measures, 12 view columns: A, B, C, ...".
 std::string objectsText(const std::vector<DiffObject>& objects, Quote quote);
+/// "measure [Measures].[Net]: nothing is called [Tax]; nearest: [Taxes]".
+std::string brokenText(const BrokenName& name, Quote quote);
+/// What is said where no group has anything.
+std::string nothingText(const ModelDiff& diff);
 /// " with 3 parts"; empty without any.
 std::string partsText(std::size_t parts);
 /// A list of which the first few are shown.
