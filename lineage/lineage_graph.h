@@ -150,6 +150,8 @@ class LineageGraph {
   [[nodiscard]] std::string_view aggregation(NodeId id) const;
   /// What the details set about a node, in their order: names as the definition has them, values masked.
   [[nodiscard]] std::vector<std::pair<std::string, std::string>> settings(NodeId id) const;
+  /// The same as the details have them, not masked.
+  [[nodiscard]] std::vector<const DetailSetting*> rawSettings(NodeId id) const;
   /// The names in the node's expression that lead to no attribute or measure, in the order of the text, each
   /// with what is known of it. Without details nothing is, and what the model has not found counts as one
   /// that nothing has.

@@ -252,11 +252,16 @@ std::string_view LineageGraph::aggregation(NodeId id) const {
 
 std::vector<std::pair<std::string, std::string>> LineageGraph::settings(NodeId id) const {
   std::vector<std::pair<std::string, std::string>> settings;
+  for (const DetailSetting* setting : rawSettings(id))
+    settings.emplace_back(maskPasswords(setting->name), maskProperty(setting->name, setting->value));
+  return settings;
+}
+
+std::vector<const DetailSetting*> LineageGraph::rawSettings(NodeId id) const {
+  std::vector<const DetailSetting*> settings;
   if (!details_) return settings;
-  for (std::uint32_t i = settingOffsets_[id]; i < settingOffsets_[id + 1]; ++i) {
-    const DetailSetting& setting = details_->settings()[settings_[i]];
-    settings.emplace_back(maskPasswords(setting.name), maskProperty(setting.name, setting.value));
-  }
+  for (std::uint32_t i = settingOffsets_[id]; i < settingOffsets_[id + 1]; ++i)
+    settings.push_back(&details_->settings()[settings_[i]]);
   return settings;
 }
 

@@ -4,62 +4,96 @@
 namespace tav {
 namespace {
 
-template <class Items, class F>
-void writeList(JsonWriter& json, std::string_view name, const Items& items, F write) {
-  json.open(name, '[');
-  for (const auto& item : items) write(item);
-  json.close(']');
-}
+// In the order of Change::About.
+constexpr std::array<std::string_view, 4> kAbouts{"setting", "expression", "relation", "name"};
 
-void writeTexts(JsonWriter& json, std::string_view name, const std::vector<std::string>& texts) {
-  writeList(json, name, texts, [&](const std::string& text) { json.value(text); });
-}
+class DiffJson {
+ public:
+  explicit DiffJson(std::string& text) : json_(text) {}
 
-void writeLone(JsonWriter& json, std::string_view name, const std::vector<LoneItem>& items) {
-  writeList(json, name, items, [&](const LoneItem& item) {
-    json.open('{');
-    json.member("kind", item.kind);
-    json.member("name", item.name);
-    json.member("path", item.path);
-    json.member("parts", item.parts);
-    json.close('}');
-  });
-}
+  void write(const ModelDiff& diff) {
+    json_.begin('{');
+    json_.member("format", "xmla-diff/2");
+    json_.member("old", diff.oldName);
+    json_.member("new", diff.newName);
+    writeList("broken", diff.broken, &DiffJson::writeBroken);
+    writeList("lostLineage", diff.lostLineage, &DiffJson::writeObject);
+    writeList("changed", diff.changed, &DiffJson::writeChanged);
+    writeList("added", diff.added, &DiffJson::writeObject);
+    writeList("removed", diff.removed, &DiffJson::writeObject);
+    writeList("renamed", diff.renamed, &DiffJson::writeChanged);
+    writeList("moved", diff.moved, &DiffJson::writeChanged);
+    writeList("reordered", diff.reordered, &DiffJson::writeReordered);
+    json_.open("affected", '{');
+    json_.member("count", diff.affected);
+    writeList("first", diff.firstAffected, &DiffJson::writeObject);
+    json_.close('}');
+    writeTexts("notes", diff.notes);
+    json_.close('}');
+  }
 
-void writeChanged(JsonWriter& json, std::string_view name, const std::vector<ChangedItem>& items) {
-  writeList(json, name, items, [&](const ChangedItem& item) {
-    json.open('{');
-    json.member("kind", item.kind);
-    json.member("name", item.name);
-    if (item.before != item.name) json.member("oldName", item.before);
-    json.member("path", item.path);
-    writeList(json, "changes", item.changes, [&](const Change& change) {
-      json.open('{');
-      json.member("what", change.what);
-      json.member("old", change.before);
-      json.member("new", change.after);
-      json.close('}');
-    });
-    writeTexts(json, "newSources", item.newSources);
-    writeTexts(json, "lostSources", item.lostSources);
-    json.close('}');
-  });
-}
+ private:
+  template <class Item>
+  void writeList(std::string_view name, const std::vector<Item>& items,
+                 void (DiffJson::*writeItem)(const Item&)) {
+    json_.open(name, '[');
+    for (const Item& item : items) {
+      json_.open('{');
+      (this->*writeItem)(item);
+      json_.close('}');
+    }
+    json_.close(']');
+  }
+
+  void writeTexts(std::string_view name, const std::vector<std::string>& texts) {
+    json_.open(name, '[');
+    for (const std::string& text : texts) json_.value(text);
+    json_.close(']');
+  }
+
+  void writeObject(const DiffObject& object) {
+    json_.member("kind", nodeKindLabel(object.kind));
+    json_.member("name", object.name);
+    json_.optional("oldName", object.before);
+    json_.member("path", object.path);
+    if (object.parts > 0) json_.member("parts", object.parts);
+  }
+
+  void writeBroken(const BrokenName& broken) {
+    writeObject(broken.object);
+    json_.member("broken", broken.name);
+    json_.optional("note", broken.note);
+  }
+
+  void writeChanged(const ChangedObjects& item) {
+    writeList("objects", item.objects, &DiffJson::writeObject);
+    writeList("changes", item.changes, &DiffJson::writeChange);
+  }
+
+  /// "old" and "new" are left out where there is none.
+  void writeChange(const Change& change) {
+    json_.member("about", kAbouts[static_cast<std::size_t>(change.about)]);
+    json_.member("what", change.what);
+    if (change.before) json_.member("old", *change.before);
+    if (change.after) json_.member("new", *change.after);
+    if (change.onlyLayout) json_.member("onlyLayout", true);
+    if (change.hidden) json_.member("hidden", true);
+  }
+
+  void writeReordered(const Reordered& one) {
+    json_.member("kind", one.kind);
+    json_.optional("owner", one.owner);
+    writeTexts("moved", one.moved);
+  }
+
+  JsonWriter json_;
+};
 
 }  // namespace
 
 void writeDiffJson(const ModelDiff& diff, std::ostream& out) {
   std::string text;
-  JsonWriter json(text);
-  json.begin('{');
-  json.member("format", "xmla-diff/1");
-  json.member("old", diff.oldName);
-  json.member("new", diff.newName);
-  writeLone(json, "added", diff.added);
-  writeLone(json, "removed", diff.removed);
-  writeChanged(json, "renamed", diff.renamed);
-  writeChanged(json, "changed", diff.changed);
-  json.close('}');
+  DiffJson(text).write(diff);
   out << text << "\n";
 }
 

@@ -6,14 +6,16 @@
 
 namespace tav {
 
-/// For people: a line for each thing, what changed about it indented below. Safe for a terminal.
+/// For people: a line for each thing, what changed about it indented below, expressions line by line. Safe
+/// for a terminal.
 void writeDiffText(const ModelDiff& diff, std::ostream& out);
 
-/// The same for a comment under a pull request.
+/// The same for a comment under a pull request, long lists folded.
 void writeDiffMarkdown(const ModelDiff& diff, std::ostream& out);
 
-/// One JSON document: `{"format":"xmla-diff/1","old":...,"new":...,"added":[...],"removed":[...],
-/// "renamed":[...],"changed":[...]}`.
+/// One JSON document, the groups as lists: `{"format":"xmla-diff/2","old":...,"new":...,"broken":[...],
+/// "lostLineage":[...],"changed":[...],"added":[...],"removed":[...],"renamed":[...],"moved":[...],
+/// "reordered":[...],"affected":{"count":...,"first":[...]},"notes":[...]}`.
 void writeDiffJson(const ModelDiff& diff, std::ostream& out);
 
 }  // namespace tav

@@ -21,6 +21,7 @@ _xmla_bridge() {
       esac
       ;;
     --kind) words='tables columns dimensions attributes measures members sets expressions functions' ;;
+    --fail-on) words='broken lost-lineage changed added removed renamed moved reordered' ;;
     --log-format) words='text json' ;;
     -o | --output | --out-dir | --jobs) ;;
     *)
@@ -35,7 +36,7 @@ _xmla_bridge() {
         trace | impact) words='-o --format --depth --quiet --log-format --help' ;;
         coverage) words='-o --format --fail-under --quiet --log-format --help' ;;
         unused) words='-o --format --kind --quiet --log-format --help' ;;
-        diff) words='-o --format --exit-code --quiet --log-format --help' ;;
+        diff) words='-o --format --exit-code --fail-on --quiet --log-format --help' ;;
         report) words='-o --quiet --log-format --help' ;;
         test) words='--quiet --log-format --help' ;;
         describe) words='--json --help' ;;
