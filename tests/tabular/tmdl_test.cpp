@@ -12,6 +12,7 @@
 
 #include "framework/std/text.h"
 #include "tests/support/model_text.h"
+#include "tests/tabular/details_text.h"
 #include "tests/tabular/importer_run.h"
 
 namespace {
@@ -29,7 +30,8 @@ bool isLines(const json& value) {
          std::all_of(value.begin(), value.end(), [](const json& line) { return line.is_string(); });
 }
 
-/// Texts as arrays of lines and as one text, line ends of either kind, and members in any order, are the same.
+/// Texts as arrays of lines and as one text, line ends of either kind, and members in any order, are the
+/// same.
 json plain(json value) {
   for (std::vector<json*> open{&value}; !open.empty();) {
     json& part = *open.back();
@@ -92,6 +94,27 @@ std::string difference(const TAVModel& a, const TAVModel& b) {
   }
 }
 
+/// What the definition says beyond its model, whatever the order: a line each.
+std::vector<std::string> linesOfDetails(const ImporterRun& run) {
+  std::vector<std::string> lines;
+  std::istringstream text(run.details ? tav::test::detailsText(*run.details) : "");
+  for (std::string line; std::getline(text, line);) lines.push_back(line);
+  std::sort(lines.begin(), lines.end());
+  return lines;
+}
+
+/// The details that only one of two definitions has; empty when they are equal.
+std::string differenceOfDetails(const ImporterRun& a, const ImporterRun& b) {
+  const std::vector<std::string> left = linesOfDetails(a);
+  const std::vector<std::string> right = linesOfDetails(b);
+  std::vector<std::string> other;
+  std::set_symmetric_difference(left.begin(), left.end(), right.begin(), right.end(),
+                                std::back_inserter(other));
+  std::string joined;
+  for (const std::string& line : other) joined += line + "\n";
+  return joined;
+}
+
 std::string withoutFolder(std::string text, const fs::path& folder) {
   const std::string place = folder.string();
   for (std::size_t at = text.find(place); at != std::string::npos; at = text.find(place, at)) {
@@ -146,14 +169,15 @@ std::string show(const std::string& input) {
     ++count;
   }
   const bool single = count == 1 && fs::exists(folder.path() / "FOLDER/FILE.tmdl");
-  const ImporterRun run = tav::test::runImporter(folder.path() / (single ? "FOLDER/FILE.tmdl" : "FOLDER"));
+  const ImporterRun run =
+      tav::test::runImporter(folder.path() / (single ? "FOLDER/FILE.tmdl" : "FOLDER"), true);
   std::string shown = withoutFolder(withoutFolder(run.messages, folder.path() / "FOLDER"), folder.path());
   shown += run.errors;
   if (run.model && definition.empty()) shown += featuresOf(*run.model);
   if (run.model && !definition.empty()) {
-    const ImporterRun other = tav::test::runImporter(definition);
+    const ImporterRun other = tav::test::runImporter(definition, true);
     EXPECT_EQ(other.errors, "");
-    if (other.model) shown += difference(*run.model, *other.model);
+    if (other.model) shown += difference(*run.model, *other.model) + differenceOfDetails(run, other);
   }
   while (!shown.empty() && shown.back() == '\n') shown.pop_back();
   return shown;
@@ -180,11 +204,12 @@ void expectPair(const std::string& name, const std::function<void(json& definiti
   if (!fs::exists(TMDL_SAMPLES)) GTEST_SKIP() << "no samples here";
   json definition = definitionOf(name);
   change(definition);
-  const ImporterRun tmdl = tav::test::runImporter(fs::path(TMDL_SAMPLES) / name);
-  const ImporterRun other = tav::test::importText(definition.dump());
+  const ImporterRun tmdl = tav::test::runImporter(fs::path(TMDL_SAMPLES) / name, true);
+  const ImporterRun other = tav::test::importText(definition.dump(), true);
   ASSERT_EQ(tmdl.errors + other.errors, "");
   EXPECT_EQ(tmdl.messages, other.messages);
   EXPECT_EQ(difference(*tmdl.model, *other.model), "");
+  EXPECT_EQ(differenceOfDetails(tmdl, other), "");
 }
 
 TEST(TmdlSamples, InventoryIsTheSameInBothForms) {
