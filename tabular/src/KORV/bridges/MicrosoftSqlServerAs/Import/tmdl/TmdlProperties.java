@@ -10,6 +10,8 @@ import java.util.Set;
 
 /** What the properties of objects are in JSON: their spelling, their types, and where they stand. */
 final class TmdlProperties {
+  static final int FIRST_LEVEL = 1200;
+
   /** Properties whose values are names of other objects. */
   private static final Set<String> NAMES = Set.of("column", "sortByColumn", "expressionSource", "queryGroup",
       "relationship", "dataSource", "baseTable", "primaryColumn", "groupByColumn", "associatedColumn");
@@ -106,7 +108,7 @@ final class TmdlProperties {
     boolean translated = object.kind.name().startsWith("TRANSLATED");
     String member = translated ? TRANSLATED.getOrDefault(property, property) : property;
     if (property.equals("compatibilityLevel") && !isLevel(value))
-      return "expected a number from " + TmdlReader.FIRST_LEVEL + " behind 'compatibilityLevel', found '" + value
+      return "expected a number from " + FIRST_LEVEL + " behind 'compatibilityLevel', found '" + value
           + "'";
     return putOnce(object, member, typed(property, value));
   }
@@ -118,7 +120,7 @@ final class TmdlProperties {
   }
 
   private static boolean isLevel(String value) {
-    return value.matches("[0-9]{1,9}") && Integer.parseInt(value) >= TmdlReader.FIRST_LEVEL;
+    return value.matches("[0-9]{1,9}") && Integer.parseInt(value) >= FIRST_LEVEL;
   }
 
   private static Json typed(String property, String value) {

@@ -14,7 +14,7 @@ import java.util.List;
 /** Reads a definition in TMDL, a folder or one file, as the tree that the same definition is in JSON. */
 public final class TmdlReader {
   /** The first compatibility level of tabular definitions that are not XML. */
-  public static final int FIRST_LEVEL = 1200;
+  public static final int FIRST_LEVEL = TmdlProperties.FIRST_LEVEL;
 
   /** So much of a file tells whether it is TMDL. */
   private static final int START = 1 << 12;
