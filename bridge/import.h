@@ -9,13 +9,14 @@
 #include "framework/std/file.h"
 #include "framework/std/log.h"
 
-/// Imports a file by its content: one whose first character other than white space is "{" holds a tabular
-/// definition, any other an XML one. The caller owns the model; null when the import gave none. Throws a
-/// TAVException when the file cannot be read.
+/// Imports a file by its content: one whose first character other than white space is "{", or whose first
+/// line is TMDL, holds a tabular definition, any other an XML one. A folder is a tabular definition in TMDL.
+/// The caller owns the model; null when the import gave none. Throws a TAVException when the file cannot be
+/// read.
 TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log);
-/// The same with the kind given: `json` for a tabular definition, which the Java importer reads.
+/// The same with the kind given: `tabular` for a tabular definition, which the Java importer reads.
 TAV_API TAVStoreModel* execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVLog* log,
-                                    bool json);
+                                    bool tabular);
 /// Stamps `model` and fills it from an XML definition. Always true. What ends the import half-way, an
 /// exception of the log included, leaves in the model what was read so far, without the definition's IDs.
 TAV_API bool execAsImport(const TAVString& bridgeIdentifier, TAVFile inputFile, TAVStoreModel* model,

@@ -73,5 +73,5 @@ TAVDirectoryStructureModel* Interface::browse(const TAVString& /*bridgeIdentifie
 }
 
 bool Interface::test(const TAVString& /*bridgeIdentifier*/, TAVOptionList& options, TAVLog& log) {
-  return testRequiredInputFiles(options, log, false);
+  return testRequiredInputFiles(options, log, true);
 }

@@ -186,7 +186,10 @@ class EstateImport {
     } else if (WEXITSTATUS(status) == kDone) {
       result.outcome = result.warnings == 0 ? Outcome::ok : Outcome::warnings;
     } else {
-      result.outcome = WEXITSTATUS(status) == kNoDefinition ? Outcome::noDefinition : Outcome::failed;
+      const int code = WEXITSTATUS(status);
+      result.outcome = code == kIncomplete     ? Outcome::incomplete
+                       : code == kNoDefinition ? Outcome::noDefinition
+                                               : Outcome::failed;
       result.cause = import->cause.text();
     }
     result.seconds = secondsSince(import->start);

@@ -56,10 +56,11 @@ int runImport(const std::string& input, const std::string& output, MessageLog& l
   TAVOptionList options = optionsFor(input);
   TAVFile file{TAVString(output)};
   Observer observer(input, log, scope, visit);
+  const std::size_t errorsBefore = log.getErrorCount();
   const bool done = plugin.run(kBridgeIdentifier, file, options, log);
   log.clearProgress();
   if (!done) tav::fail(tav::Message::noModel, {input});
-  if (!observer.empty) return kDone;
+  if (!observer.empty) return log.getErrorCount() == errorsBefore ? kDone : kIncomplete;
   log.logEvent(tav::messageEvent(tav::Message::noDefinition, {input}));
   return kNoDefinition;
 }

@@ -73,6 +73,7 @@ void MessageLog::logEvent(const TAVLogEvent& event) {
 
 void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& event) {
   if (event.getMessageId() == kUnresolvedId) ++unresolved_;
+  if (event.getSeverity() == tav::kSeverityError) ++errors_;
   if (keepsWarnings && event.getSeverity() == tav::kSeverityWarning)
     warnings_.push_back(withIdentifier(event, tav::maskPasswords(event.getText())));
   if (quiet && event.getSeverity() > tav::kSeverityError) return;

@@ -43,16 +43,30 @@ void addClassArchive(const std::string& classPath, std::vector<std::string>& arg
   arguments.emplace_back("-Xlog:all=error:stderr");
 }
 
+/// The size of a file, or of all files in a folder; 0 of what cannot be looked at.
+std::uint64_t sizeOf(const std::string& path) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  if (!fs::is_directory(path, error)) {
+    const std::uintmax_t bytes = fs::file_size(path, error);
+    return error ? 0 : bytes;
+  }
+  std::uint64_t size = 0;
+  fs::recursive_directory_iterator entry(path, fs::directory_options::skip_permission_denied, error);
+  for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+    std::error_code ignored;  // links that lead nowhere, files that went away
+    const std::uintmax_t bytes = entry->is_regular_file(ignored) ? entry->file_size(ignored) : 0;
+    if (!ignored) size += bytes;
+  }
+  return size;
+}
+
 /// An import is short and its heap small: the simple collector and the quick compiler start sooner and take
 /// less processor time, and large inputs take no longer with them.
 std::vector<std::string> javaArguments(const TAVOptionList& options, const std::string& classPath) {
   std::uint64_t size = 0;
-  for (const TAVOption& option : options) {
-    std::error_code error;
-    const std::uintmax_t bytes =
-        option.getType() == OptionType::file ? std::filesystem::file_size(option.getValue().str(), error) : 0;
-    if (!error) size += bytes;
-  }
+  for (const TAVOption& option : options)
+    if (option.getType() == OptionType::file) size += sizeOf(option.getValue().str());
   const std::uint64_t heap = tav::javaHeapFor(size, tav::machineMemory());
   // What Java itself has to say, that it cannot reserve its memory for instance, goes to standard error,
   // where the reasons of failures are looked for. So does the report of a failure of its own, of which it

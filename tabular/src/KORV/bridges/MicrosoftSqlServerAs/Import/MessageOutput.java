@@ -16,6 +16,8 @@ final class MessageOutput {
 
   void warning(String identifier, String text) { write("WARNING", identifier, text); }
 
+  void error(String identifier, String text) { write("ERROR", identifier, text); }
+
   private void write(String level, String identifier, String text) {
     out.print(level + "\t" + identifier + "\t" + Escapes.escape(text) + "\n");
     out.flush();

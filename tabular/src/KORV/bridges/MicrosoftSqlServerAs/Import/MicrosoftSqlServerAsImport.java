@@ -8,6 +8,8 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelWriter;
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Escapes;
+import KORV.bridges.MicrosoftSqlServerAs.Import.tmdl.TmdlFaults;
+import KORV.bridges.MicrosoftSqlServerAs.Import.tmdl.TmdlReader;
 import java.io.BufferedOutputStream;
 import java.io.FileDescriptor;
 import java.io.FileOutputStream;
@@ -20,7 +22,7 @@ import java.util.HashMap;
 import java.util.Map;
 
 /**
- * Reads a tabular model definition (JSON) and writes it as a saved metadata model.
+ * Reads a tabular model definition (JSON or TMDL) and writes it as a saved metadata model.
  *
  * <p>Two arguments: the option file, lines "key TAB value" with BP_FILE as the definition's path, and the
  * file to write. Messages go to standard output. A failure is one line on standard error and exit code 1,
@@ -65,8 +67,10 @@ public final class MicrosoftSqlServerAsImport {
       definition = input;
       Details details = "true".equals(options.get(DETAILS_OPTION)) ? new Details() : null;
       // Nothing here holds on to the definition, so that its memory is free while the model is written.
+      boolean tmdl = TmdlReader.isTmdl(Path.of(input));
       ModelObject model =
-          new TabularImport(messages, input, details).importDefinition(read(Path.of(input), details));
+          new TabularImport(messages, input, tmdl ? "TMDL" : "JSON", details)
+              .importDefinition(tmdl ? readTmdl(input, messages) : read(Path.of(input), details));
       input = target.toString();
       ModelWriter.write(model, details, target);
       return null;
@@ -91,6 +95,20 @@ public final class MicrosoftSqlServerAsImport {
         "the definition of " + Math.round(size / 1e6) + " MB does not fit into Java's heap of "
             + heap / MEGABYTE + " MB; set JDK_JAVA_OPTIONS to -Xmx" + (wanted + MEGABYTE - 1) / MEGABYTE
             + "m");
+  }
+
+  private static Json readTmdl(String path, MessageOutput messages) throws IOException, ImportException {
+    return TmdlReader.read(Path.of(path), new TmdlFaults(new TmdlFaults.Output() {
+      @Override
+      public void lost(String text) {
+        messages.error("TAVTAB_E0001", text);
+      }
+
+      @Override
+      public void warn(String text) {
+        messages.warning("TAVTAB_W0004", text);
+      }
+    }));
   }
 
   private static Json read(Path path, Details details) throws IOException, ImportException {

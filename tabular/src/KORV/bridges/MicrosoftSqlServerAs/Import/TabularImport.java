@@ -8,13 +8,13 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.model.Kinds;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.Labels;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.LineageMaps;
 import KORV.bridges.MicrosoftSqlServerAs.Import.model.ModelObject;
+import KORV.bridges.MicrosoftSqlServerAs.Import.tmdl.TmdlReader;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Set;
 
 /** Turns a tabular definition into a metadata model. */
 final class TabularImport {
-  private static final int FIRST_LEVEL = 1200;
   private static final Set<String> COMMANDS = Set.of("create", "createOrReplace", "alter");
   private static final Set<String> DATABASE_PLACED = Set.of("name", "id", "description", "model");
   private static final Set<String> MODEL_PLACED =
@@ -22,15 +22,17 @@ final class TabularImport {
 
   private final MessageOutput messages;
   private final String path;
+  private final String format;
   private final ModelObject model = new ModelObject("TAVStoreModel", "");
   private final LineageMaps maps = new LineageMaps();
   private final Catalog catalog = new Catalog(model);
   private final Details details;
 
-  /** `details` is null where nobody asks for them. */
-  TabularImport(MessageOutput messages, String path, Details details) {
+  /** Of a definition at a path, written in a format. `details` is null where nobody asks for them. */
+  TabularImport(MessageOutput messages, String path, String format, Details details) {
     this.messages = messages;
     this.path = path;
+    this.format = format;
     this.details = details;
   }
 
@@ -84,14 +86,14 @@ final class TabularImport {
     Json level = database.get("compatibilityLevel");
     if (level.kind == Json.Kind.NULL) return;
     boolean number = level.kind == Json.Kind.OTHER && level.text.matches("[0-9]{1,9}");
-    if (number && Integer.parseInt(level.text) >= FIRST_LEVEL) return;
+    if (number && Integer.parseInt(level.text) >= TmdlReader.FIRST_LEVEL) return;
     throw new ImportException(ImportException.DEFINITION, level.line, level.column,
-        "compatibility level " + level.display() + ": expected a number from " + FIRST_LEVEL);
+        "compatibility level " + level.display() + ": expected a number from " + TmdlReader.FIRST_LEVEL);
   }
 
   private void addOrigin(Json database) throws ImportException {
     ModelObject origin = new ModelObject("TAVMetadataOrigin", "MicrosoftSqlServerAsImport");
-    origin.set("format", "JSON").set("encoding", "UTF-8").set("path", path);
+    origin.set("format", format).set("encoding", "UTF-8").set("path", path);
     origin.set("toolName", "SQL Server Analysis Services").set("vendorName", "Microsoft");
     origin.set("version", database.text("compatibilityLevel"));
     model.add(ModelObject.Role.metadataOrigins, origin);

@@ -45,6 +45,18 @@ public final class Json {
     names = kind == Kind.OBJECT ? new ArrayList<>(4) : null;
   }
 
+  /** An empty object or array to be filled, for readers of other forms than JSON. Such values have no place. */
+  public static Json structure(Kind kind) { return new Json(kind, "", 0, 0); }
+
+  /** A text, or the literal of a number or flag, without a place. */
+  public static Json plain(Kind kind, String text) { return new Json(kind, text, 0, 0); }
+
+  /** Adds a member to an object that was not asked for any yet. */
+  public void add(String name, Json value) {
+    names.add(name);
+    values.add(value);
+  }
+
   /** The member of an object; null stands for absent. The last of equal names counts. */
   public Json get(String name) {
     if (kind != Kind.OBJECT) return NOTHING;
@@ -61,7 +73,7 @@ public final class Json {
   }
 
   /** Gives back the room that was kept for more members. */
-  void complete() {
+  public void complete() {
     values.trimToSize();
     if (names != null) names.trimToSize();
   }

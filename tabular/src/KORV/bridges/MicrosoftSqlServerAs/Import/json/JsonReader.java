@@ -47,14 +47,26 @@ public final class JsonReader {
     this.passed = passed;
   }
 
+  private static final JsonFactory FACTORY = JsonFactory.builder()
+                                                 .enable(JsonReadFeature.ALLOW_JAVA_COMMENTS)
+                                                 .enable(JsonReadFeature.ALLOW_UNESCAPED_CONTROL_CHARS)
+                                                 .enable(JsonReadFeature.ALLOW_TRAILING_COMMA)
+                                                 .build();
+
   /** The root value of a file. Comments, line ends inside texts and a byte order mark are accepted. */
   public static Json read(Path path, Passed passed) throws IOException, ImportException {
-    JsonFactory factory = JsonFactory.builder()
-                              .enable(JsonReadFeature.ALLOW_JAVA_COMMENTS)
-                              .enable(JsonReadFeature.ALLOW_UNESCAPED_CONTROL_CHARS)
-                              .enable(JsonReadFeature.ALLOW_TRAILING_COMMA)
-                              .build();
-    try (InputStream in = Files.newInputStream(path); JsonParser parser = factory.createParser(in)) {
+    try (InputStream in = Files.newInputStream(path)) {
+      return read(FACTORY.createParser(in), passed);
+    }
+  }
+
+  /** The value that a text is. */
+  public static Json read(String text, Passed passed) throws IOException, ImportException {
+    return read(FACTORY.createParser(text), passed);
+  }
+
+  private static Json read(JsonParser opened, Passed passed) throws IOException, ImportException {
+    try (JsonParser parser = opened) {
       return new JsonReader(parser, passed).readTree();
     } catch (JsonEOFException fault) {
       throw at(fault.getLocation(), "the text ends before the definition does");
@@ -65,6 +77,9 @@ public final class JsonReader {
       throw new ImportException(ImportException.SYNTAX, 0, 0, fault.getMessage());
     }
   }
+
+  /** Whether the member is one of the server's, which no tree has. */
+  public static boolean isStamp(String name) { return STAMPS.contains(name) || STATES.contains(name); }
 
   private Json readTree() throws IOException, ImportException {
     ArrayDeque<Json> open = new ArrayDeque<>();
