@@ -109,7 +109,8 @@ Candidates candidatesFor(const std::vector<std::string>& inputs, MessageLog& log
   Candidates candidates;
   std::unordered_set<std::string> paths;
   for (const std::string& input : inputs) {
-    checkDefinition(input);
+    checkInput(input);
+    if (input == "-") throw CLI::ValidationError("INPUT", "standard input is imported with -o");
     const fs::path path = plainPath(input);
     if (paths.insert(path.string()).second)
       candidates.emplace_back(input, path);

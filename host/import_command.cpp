@@ -29,13 +29,14 @@ struct Arguments {
 
 int importFile(const Arguments& arguments, MessageLog& log) {
   const std::string& input = arguments.inputs.front();
-  checkDefinition(input);
+  checkInput(input);
   if (arguments.output == "-") throw CLI::ValidationError("-o", "a model is saved in a file");
   checkOutput(input, arguments.output);
 
+  const Input opened = openInput(input, log);
   Summary summary;
   const int code =
-      runImport(input, arguments.output, log, arguments.scope, [&](const tav::DetailedModel& model) {
+      runImport(opened, arguments.output, log, arguments.scope, [&](const tav::DetailedModel& model) {
         summary = summarize(model);
         return true;
       });

@@ -46,9 +46,19 @@ fake_java() {
 }
 )SH";
 
+// Process substitution is bash's.
+constexpr const char* kInputsPrelude = "bash -s <<'END'\n";
+constexpr const char* kInputsEnd = "\nEND\n";
+
 TEST(Program, Corpus) {
   tav::test::checkCorpus("host/program.txt", [](const std::string& commands) {
     return tav::test::runCommands(commands, writeDefinitions);
+  });
+}
+
+TEST(Program, Inputs) {
+  tav::test::checkCorpus("host/inputs.txt", [](const std::string& commands) {
+    return tav::test::runCommands(std::string(kInputsPrelude) + commands + kInputsEnd, writeDefinitions);
   });
 }
 
