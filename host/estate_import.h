@@ -11,7 +11,7 @@
 namespace host {
 
 /// What became of a file; the order is that of the totals.
-enum class Outcome { ok, warnings, noDefinition, failed };
+enum class Outcome { ok, warnings, incomplete, noDefinition, failed };
 std::string_view outcomeName(Outcome outcome);
 
 struct EstateResult {

@@ -44,14 +44,15 @@ std::string withoutFile(std::string cause, const std::string& file) {
 }  // namespace
 
 std::string_view outcomeName(Outcome outcome) {
-  constexpr std::array<std::string_view, 4> kNames{"ok", "warnings", "no definition", "failed"};
+  constexpr std::array<std::string_view, 5> kNames{"ok", "warnings", "incomplete", "no definition", "failed"};
   return kNames[static_cast<std::size_t>(outcome)];
 }
 
 int exitCodeOf(const EstateRun& run) {
   if (run.signal != 0) return kSignalBase + run.signal;
   if (countOf(run, Outcome::failed) > 0) return kFailed;
-  return countOf(run, Outcome::noDefinition) > 0 ? kNoDefinition : kDone;
+  if (countOf(run, Outcome::noDefinition) > 0) return kNoDefinition;
+  return countOf(run, Outcome::incomplete) > 0 ? kIncomplete : kDone;
 }
 
 void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run, std::ostream& out) {
@@ -72,17 +73,22 @@ void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run
           fmt::format("{:.1f}", result.seconds),
           printable(result.cause.empty() ? files[i].output : withoutFile(result.cause, files[i].input))});
   }
-  fmt::print(out, "{} file{} in {:.1f} s: {} ok, {} with warnings, {} without a definition, {} failed\n",
+  const std::size_t incomplete = countOf(run, Outcome::incomplete);
+  fmt::print(out, "{} file{} in {:.1f} s: {} ok, {} with warnings, {}{} without a definition, {} failed\n",
              files.size(), files.size() == 1 ? "" : "s", run.seconds, countOf(run, Outcome::ok),
-             countOf(run, Outcome::warnings), countOf(run, Outcome::noDefinition),
-             countOf(run, Outcome::failed));
+             countOf(run, Outcome::warnings),
+             incomplete == 0 ? "" : fmt::format("{} incomplete, ", incomplete),
+             countOf(run, Outcome::noDefinition), countOf(run, Outcome::failed));
 }
 
 void writeEstateJson(const std::vector<EstateFile>& files, const EstateRun& run, std::ostream& out) {
-  nlohmann::ordered_json document{
-      {"files", nlohmann::ordered_json::array()},    {"ok", countOf(run, Outcome::ok)},
-      {"warnings", countOf(run, Outcome::warnings)}, {"noDefinition", countOf(run, Outcome::noDefinition)},
-      {"failed", countOf(run, Outcome::failed)},     {"seconds", run.seconds}};
+  nlohmann::ordered_json document{{"files", nlohmann::ordered_json::array()},
+                                  {"ok", countOf(run, Outcome::ok)},
+                                  {"warnings", countOf(run, Outcome::warnings)},
+                                  {"incomplete", countOf(run, Outcome::incomplete)},
+                                  {"noDefinition", countOf(run, Outcome::noDefinition)},
+                                  {"failed", countOf(run, Outcome::failed)},
+                                  {"seconds", run.seconds}};
   for (std::size_t i = 0; i < files.size(); ++i) {
     const EstateResult& result = run.results[i];
     nlohmann::ordered_json file{{"file", files[i].input}, {"outcome", outcomeName(result.outcome)}};

@@ -40,7 +40,7 @@ int importFile(const Arguments& arguments, MessageLog& log) {
         summary = summarize(model);
         return true;
       });
-  if (code != kDone || (log.quiet && !arguments.json)) return code;
+  if ((code != kDone && code != kIncomplete) || (log.quiet && !arguments.json)) return code;
   StandardOutput out;
   if (arguments.json) {
     out.stream() << summaryAsJson(summary, log.getUnresolvedCount(), arguments.output) << '\n';

@@ -57,6 +57,10 @@ class Observer : public tav::HostObserver {
 
 int runImport(const Input& input, const std::string& output, MessageLog& log, const ImportScope& scope,
               const ModelVisitor& visit) {
+  if (const TAVLogEvent* refusal = input.refusal()) {
+    log.logEvent(*refusal);
+    return kNoDefinition;
+  }
   TAVImportBridgeDllInterface& plugin = loadPlugin();
   TAVOptionList options = optionsFor(input.path());
   TAVFile file{TAVString(output)};
@@ -64,7 +68,7 @@ int runImport(const Input& input, const std::string& output, MessageLog& log, co
   const bool done = plugin.run(kBridgeIdentifier, file, options, log);
   log.clearProgress();
   if (!done) tav::fail(tav::Message::noModel, {input.name()});
-  if (!observer.empty) return kDone;
+  if (!observer.empty) return log.getErrorCount() == 0 ? kDone : kIncomplete;
   log.logEvent(tav::messageEvent(tav::Message::noDefinition, {input.name()}));
   return kNoDefinition;
 }

@@ -20,8 +20,8 @@ struct ImportScope {
 };
 
 /// Lets the plug-in read `input`, shows the model to `visit` and saves it in `output` unless that says no.
-/// Returns an exit code: done, or that the input holds no database definition, which is then logged as an
-/// error. Throws when the import fails.
+/// Returns an exit code: done, with nothing or a part of the definition lost, or that the input holds no
+/// database definition, which is then logged as an error. Throws when the import fails.
 int runImport(const Input& input, const std::string& output, MessageLog& log, const ImportScope& scope,
               const ModelVisitor& visit);
 

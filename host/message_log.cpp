@@ -84,6 +84,7 @@ TAVLogEvent MessageLog::withNames(const TAVLogEvent& event) const {
 void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& said) {
   const TAVLogEvent event = withNames(said);
   if (event.getMessageId() == kUnresolvedId) ++unresolved_;
+  if (event.getSeverity() == tav::kSeverityError) ++errors_;
   if (keepsWarnings && event.getSeverity() == tav::kSeverityWarning)
     warnings_.push_back(withIdentifier(event, tav::maskPasswords(event.getText())));
   if (quiet && event.getSeverity() > tav::kSeverityError) return;

@@ -44,6 +44,8 @@ class MessageLog : public TAVLog {
 
   /// How many references the plug-in has reported as unresolved.
   [[nodiscard]] std::size_t getUnresolvedCount() const noexcept { return unresolved_; }
+  /// How many errors there were: what was done in spite of them is incomplete.
+  [[nodiscard]] std::size_t getErrorCount() const noexcept { return errors_; }
   /// The warnings so far, each "[identifier] text".
   [[nodiscard]] std::span<const std::string> getWarnings() const noexcept { return warnings_; }
 
@@ -57,6 +59,7 @@ class MessageLog : public TAVLog {
   Clock::time_point renewed_;
   std::string progress_;  // what the progress line shows; empty when there is none
   std::size_t unresolved_ = 0;
+  std::size_t errors_ = 0;
   std::vector<std::string> warnings_;
   std::vector<std::pair<std::string, std::string>> calledFiles_;  // paths, and what they are called
   bool terminal_;

@@ -16,7 +16,8 @@ int test(const std::string& input, MessageLog& log) {
   checkInput(input);
   const Input opened = openInput(input, log);
   TAVOptionList options = optionsFor(opened.path());
-  if (opened.isInPlace() && !loadPlugin().test(kBridgeIdentifier, options, log)) return kFailed;
+  if (opened.isInPlace() && !opened.refusal() && !loadPlugin().test(kBridgeIdentifier, options, log))
+    return kFailed;
   const bool quiet = std::exchange(log.quiet, true);
   const int code = runImport(opened, "", log, {.details = false},
                              [](const tav::DetailedModel& /*model*/) { return false; });

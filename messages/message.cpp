@@ -72,6 +72,28 @@ constexpr std::array kRows{
                "Export to a new database."},
     MessageRow{Message::databaseLocked, "XMLABRIDGE_F0034", "{0}: another process keeps the database locked",
                "It was locked for a minute; try again."},
+    MessageRow{
+        Message::projectRead, "XMLABRIDGE_S0040", "Reading the project {0}: {1} files{2} ...",
+        "A project is read from the files that it lists, which are usually newer than what it was built "
+        "into."},
+    MessageRow{Message::listedFileLost, "XMLABRIDGE_E0041",
+               "{0}: {1}; the project {2} is imported without this file.",
+               "A file that the project lists is missing or broken. The rest is imported, and the exit code "
+               "is 6."},
+    MessageRow{Message::strayPartitions, "XMLABRIDGE_W0042",
+               "{0}: its partitions of the measure group '{1}' are passed over: {2} has no such group.",
+               "The files of a cube and of its partitions do not fit together."},
+    MessageRow{Message::severalDefinitions, "XMLABRIDGE_F0043",
+               "{0} holds several definitions: name one of {1}; or import them all with --out-dir",
+               "A command other than import --out-dir reads one definition."},
+    MessageRow{Message::folderWithoutDefinition, "XMLABRIDGE_E0044",
+               "{0}: the folder holds no definition; expected a project (.dwproj), a semantic model "
+               "(definition/ or model.bim) or files in TMDL. To import all files below it, use --out-dir.",
+               "Definitions in files of their own are named one by one."},
+    MessageRow{Message::foreignInput, "XMLABRIDGE_E0045", "{0}: {1}",
+               "The input is something else than a definition; the text says what, and what to do."},
+    MessageRow{Message::containerNotRead, "XMLABRIDGE_F0046", "{0}: the container cannot be read: {1}",
+               "A .pbit file is damaged, or made to grow beyond all measure when it is unpacked."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };

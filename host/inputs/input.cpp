@@ -5,10 +5,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <system_error>
 #include <utility>
 
 #include "framework/serialization/model_reader.h"
+#include "host/inputs/folder.h"
+#include "host/inputs/project_document.h"
 #include "messages/message.h"
 
 namespace host {
@@ -54,11 +57,39 @@ Input readPipe(const std::string& path) {
   return readStream(path, pipe.get());
 }
 
-Input recognise(const std::string& argument) {
+std::string joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts) all.append(all.empty() ? "" : ", ").append(text);
+  return all;
+}
+
+Input openProject(const std::string& path, MessageLog& log) {
+  const Project project = readProject(path, log);
+  std::size_t count = project.database.empty() ? 0 : 1;
+  for (const auto& group : project.objects)
+    for (const ProjectObject& object : group) count += object.partitions.empty() ? 1 : 2;
+  log.logEvent(tav::messageEvent(
+      tav::Message::projectRead,
+      {path, std::to_string(count), project.build.empty() ? "" : "; not " + project.build}));
+  return {path, assembleProject(project, log)};
+}
+
+Input openFolder(const std::string& path, MessageLog& log) {
+  const std::vector<std::string> found = definitionsIn(path);
+  if (found.size() > 1) tav::fail(tav::Message::severalDefinitions, {path, joined(found)});
+  if (found.empty())
+    return Input::refused(path, tav::messageEvent(tav::Message::folderWithoutDefinition, {path}));
+  return openProject(found.front(), log);
+}
+
+Input recognise(const std::string& argument, MessageLog& log) {
   // Of a closed one the number would be the next open file's.
   if (argument == "-" && fcntl(STDIN_FILENO, F_GETFD) < 0) failToRead(kStandardInput);
   if (argument == "-") return readStream(kStandardInput, STDIN_FILENO);
-  return isStream(argument) ? readPipe(argument) : Input(argument);
+  if (isStream(argument)) return readPipe(argument);
+  std::error_code ignored;  // what cannot be asked for is told by whoever opens it
+  if (std::filesystem::is_directory(argument, ignored)) return openFolder(argument, log);
+  return hasExtension(argument, kProjectExtension) ? openProject(argument, log) : Input(argument);
 }
 
 }  // namespace
@@ -68,12 +99,18 @@ Input::Input(std::string path) : name_(path), path_(std::move(path)) {}
 Input::Input(std::string name, MemoryFile file)
     : name_(std::move(name)), path_(file.path()), memory_(std::move(file)) {}
 
+Input Input::refused(std::string path, TAVLogEvent why) {
+  Input input(std::move(path));
+  input.refusal_ = std::move(why);
+  return input;
+}
+
 bool Input::isSavedModel() const {
   return tav::isSavedModel(path_);
 }
 
 Input openInput(const std::string& argument, MessageLog& log) {
-  Input input = recognise(argument);
+  Input input = recognise(argument, log);
   if (!input.isInPlace()) log.callFile(input.path(), input.name());
   return input;
 }

@@ -26,14 +26,21 @@ class Input {
   [[nodiscard]] bool isInPlace() const noexcept { return !memory_; }
   [[nodiscard]] bool isSavedModel() const;
 
+  /// Why there is no definition in it, as an error; null when there may be one.
+  [[nodiscard]] const TAVLogEvent* refusal() const noexcept { return refusal_ ? &*refusal_ : nullptr; }
+  /// An input that holds no definition.
+  static Input refused(std::string path, TAVLogEvent why);
+
  private:
   std::string name_;
   std::string path_;
   std::optional<MemoryFile> memory_;
+  std::optional<TAVLogEvent> refusal_;
 };
 
-/// Opens what a user named: a file; standard input for "-", or a pipe, which are read to their end. Messages
-/// in `log` about what is read then call it by its name. Throws when it cannot be read.
+/// Opens what a user named: a file; standard input for "-", or a pipe, which are read to their end; a project
+/// by its file or folder, whose files are put together. Messages in `log` about what is read then call it by
+/// its name, and what of it is lost is an error there. Throws when it cannot be read.
 Input openInput(const std::string& argument, MessageLog& log);
 
 }  // namespace host
