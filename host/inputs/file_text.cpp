@@ -68,11 +68,12 @@ FileText readFileText(const std::string& path) {
   tav::FileReader file;
   if (!file.open(path)) return {{}, file.getError()};
   std::string bytes;
-  for (std::size_t size = 0;;) {
-    bytes.resize(size + kChunk);
-    const std::size_t count = file.read(bytes.data() + size, kChunk);
+  // One byte more than it had shows its end, or that it has grown.
+  for (std::size_t size = 0, step = file.getSize() + 1;; step = kChunk) {
+    bytes.resize(size + step);
+    const std::size_t count = file.read(bytes.data() + size, step);
     bytes.resize(size += count);
-    if (count < kChunk) break;
+    if (count < step) break;
   }
   if (!file.getError().empty()) return {{}, file.getError()};
   return {asUtf8(std::move(bytes)), {}};
