@@ -185,10 +185,11 @@ class EstateImport {
       if (run_.signal == 0) log_.logFailure(result.cause, files_[index].input);
     } else if (WEXITSTATUS(status) == kDone) {
       result.outcome = result.warnings == 0 ? Outcome::ok : Outcome::warnings;
-    } else if (WEXITSTATUS(status) == kIncomplete) {
-      result.outcome = Outcome::incomplete;
     } else {
-      result.outcome = WEXITSTATUS(status) == kNoDefinition ? Outcome::noDefinition : Outcome::failed;
+      const int code = WEXITSTATUS(status);
+      result.outcome = code == kIncomplete     ? Outcome::incomplete
+                       : code == kNoDefinition ? Outcome::noDefinition
+                                               : Outcome::failed;
       result.cause = import->cause.text();
     }
     result.seconds = secondsSince(import->start);

@@ -77,7 +77,7 @@ void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run
   fmt::print(out, "{} file{} in {:.1f} s: {} ok, {} with warnings, {}{} without a definition, {} failed\n",
              files.size(), files.size() == 1 ? "" : "s", run.seconds, countOf(run, Outcome::ok),
              countOf(run, Outcome::warnings),
-             incomplete == 0 ? "" : fmt::format("{} incomplete, ", incomplete),
+             incomplete > 0 ? fmt::format("{} incomplete, ", incomplete) : std::string(),
              countOf(run, Outcome::noDefinition), countOf(run, Outcome::failed));
 }
 

@@ -55,6 +55,7 @@ int importFile(const Arguments& arguments, MessageLog& log) {
 int importFiles(const Arguments& arguments, MessageLog& log) {
   if (arguments.folder.empty()) throw CLI::ValidationError("--out-dir", "the name of the folder is empty");
   const std::vector<EstateFile> files = planEstate(arguments.inputs, arguments.folder, log);
+  if (files.empty()) return kNoDefinition;
   std::error_code error;
   std::filesystem::create_directories(arguments.folder, error);
   if (error) tav::fail(tav::Message::folderNotMade, {arguments.folder, error.message()});

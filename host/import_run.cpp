@@ -31,7 +31,9 @@ class Observer : public tav::HostObserver {
   void onDatabase() override { defined_ = true; }
 
   void onMade(TAVStoreModel& model) override {
-    for (TAVMetadataOrigin& origin : model.metadataOrigins) origin.path = input_.name();
+    for (TAVMetadataOrigin& origin : model.metadataOrigins)
+      origin.path = input_.isInMemory() ? input_.name() : input_.path();
+    model.setName(TAVString(input_.nameOfModel(model.getName().str())));
   }
 
   bool wantsDetails() override { return scope_.details; }

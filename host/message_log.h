@@ -44,7 +44,7 @@ class MessageLog : public TAVLog {
 
   /// How many references the plug-in has reported as unresolved.
   [[nodiscard]] std::size_t getUnresolvedCount() const noexcept { return unresolved_; }
-  /// How many errors there were: what was done in spite of them is incomplete.
+  /// How many errors were reported that did not end what reported them: each is a part that is not read.
   [[nodiscard]] std::size_t getErrorCount() const noexcept { return errors_; }
   /// The warnings so far, each "[identifier] text".
   [[nodiscard]] std::span<const std::string> getWarnings() const noexcept { return warnings_; }

@@ -1,14 +1,98 @@
 #include "host/inputs/folder.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <set>
+#include <utility>
 
 #include "framework/std/string.h"
+#include "host/inputs/content.h"
+#include "host/inputs/semantic_model.h"
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// The folders and files in a folder, in the order of their names. What cannot be read is not there.
+struct Listing {
+  std::vector<fs::path> folders;
+  std::vector<fs::path> files;
+
+  explicit Listing(const fs::path& folder) {
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+      std::error_code ignored;  // a link that leads nowhere is neither
+      if (entry->is_directory(ignored))
+        folders.push_back(entry->path());
+      else if (entry->is_regular_file(ignored))
+        files.push_back(entry->path());
+    }
+    std::sort(folders.begin(), folders.end());
+    std::sort(files.begin(), files.end());
+  }
+
+  [[nodiscard]] std::vector<std::string> projects() const {
+    std::vector<std::string> found;
+    for (const fs::path& file : files)
+      if (hasExtension(file.string(), kProjectExtension)) found.push_back(file.string());
+    return found;
+  }
+};
+
+class FolderWalk {
+ public:
+  explicit FolderWalk(const std::string& folder) : open_{folder} {}
+
+  std::vector<std::string> walk() {
+    while (!open_.empty()) {
+      const fs::path folder = std::move(open_.back());
+      open_.pop_back();
+      if (isNew(folder)) visit(folder);
+    }
+    std::sort(found_.begin(), found_.end());
+    return std::move(found_);
+  }
+
+ private:
+  /// Whether a file or folder was not met before, by this or another path.
+  bool isNew(const fs::path& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && met_.emplace(status.st_dev, status.st_ino).second;
+  }
+
+  void visit(const fs::path& folder) {
+    const auto model = findFolderModel(folder.string());
+    if (model && isSemanticModelName(folder.string())) {
+      found_.push_back(folder.string());
+      return;
+    }
+    const bool tmdl = model && !hasExtension(model->path, ".bim");
+    if (tmdl) found_.push_back(folder.string());
+    const Listing listing(folder);
+    const std::vector<std::string> projects = listing.projects();
+    for (const fs::path& file : listing.files) visitFile(file);
+    for (const fs::path& child : listing.folders) {
+      const std::string name = child.filename().string();
+      const bool built = !projects.empty() && (name == "bin" || name == "obj");
+      const bool read = tmdl && (name == "definition" || name == "TMDLScripts" ||
+                                 folder / name == model->path || model->path == folder);
+      if (!name.starts_with('.') && !hasExtension(name, ".report") && !built && !read) open_.push_back(child);
+    }
+  }
+
+  void visitFile(const fs::path& file) {
+    const std::string path = file.string();
+    if (file.filename().string().starts_with('.') || !isNew(file)) return;
+    if (hasExtension(path, kProjectExtension) || isDefinition(path)) found_.push_back(path);
+  }
+
+  std::vector<fs::path> open_;
+  std::set<std::pair<dev_t, ino_t>> met_;
+  std::vector<std::string> found_;
+};
 
 }  // namespace
 
@@ -17,12 +101,17 @@ bool hasExtension(const std::string& path, const std::string& extension) {
 }
 
 std::vector<std::string> definitionsIn(const std::string& folder) {
-  std::vector<std::string> found;
-  std::error_code error;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
-    if (hasExtension(entry->path().string(), kProjectExtension)) found.push_back(entry->path().string());
-  std::sort(found.begin(), found.end());
+  if (findFolderModel(folder)) return {folder};
+  const Listing listing{fs::path(folder)};
+  std::vector<std::string> found = listing.projects();
+  for (const fs::path& child : listing.folders)
+    if (isSemanticModelName(child.string()) && findFolderModel(child.string()))
+      found.push_back(child.string());
   return found;
+}
+
+std::vector<std::string> definitionsBelow(const std::string& folder) {
+  return FolderWalk(folder).walk();
 }
 
 }  // namespace host

@@ -10,6 +10,8 @@
 #include <utility>
 
 #include "framework/serialization/model_reader.h"
+#include "host/inputs/container.h"
+#include "host/inputs/content.h"
 #include "host/inputs/folder.h"
 #include "host/inputs/project_document.h"
 #include "messages/message.h"
@@ -74,22 +76,70 @@ Input openProject(const std::string& path, MessageLog& log) {
   return {path, assembleProject(project, log)};
 }
 
+Input refuse(const std::string& path, const std::string& cause) {
+  return Input::refused(path, tav::messageEvent(tav::Message::foreignInput, {path, cause}));
+}
+
+Input openModel(const std::string& name, const FolderModel& model) {
+  Input input(name, model.path);
+  input.giveName(model.name, model.named);
+  return input;
+}
+
+/// What is none of the forms that a report leads to.
+std::optional<Input> openReport(const std::string& path) {
+  const ReportLink link = followReport(path);
+  if (!link.cause.empty()) return refuse(path, link.cause);
+  if (link.model.empty()) return std::nullopt;
+  if (const auto model = findFolderModel(link.model)) return openModel(path, *model);
+  return refuse(path,
+                "its report is on the model " + link.model + ", which is not there or has no definition");
+}
+
 Input openFolder(const std::string& path, MessageLog& log) {
-  const std::vector<std::string> found = definitionsIn(path);
+  std::vector<std::string> found = definitionsIn(path);
   if (found.size() > 1) tav::fail(tav::Message::severalDefinitions, {path, joined(found)});
-  if (found.empty())
+  if (found.empty()) {
+    if (std::optional<Input> report = openReport(path)) return std::move(*report);
     return Input::refused(path, tav::messageEvent(tav::Message::folderWithoutDefinition, {path}));
-  return openProject(found.front(), log);
+  }
+  const auto model = findFolderModel(found.front());
+  return model ? openModel(found.front(), *model) : openProject(found.front(), log);
+}
+
+Input openContainer(const Input& input) {
+  Container container = readContainer(input.path(), input.name());
+  if (!container.cause.empty()) return refuse(input.name(), container.cause);
+  MemoryFile file(input.name());
+  file.write(container.definition);
+  Input definition(input.name(), std::move(file));
+  definition.giveName(std::filesystem::path(input.name()).stem().string(), false);
+  return definition;
+}
+
+/// A file, or what a pipe gave, by its content.
+Input openContent(Input input, MessageLog& log) {
+  const std::string beginning = beginningOf(input.path());
+  if (isContainer(beginning)) return openContainer(input);
+  if (hasExtension(input.name(), kProjectExtension) || isProject(beginning)) {
+    if (input.isInPlace()) return openProject(input.name(), log);
+    return refuse(input.name(),
+                  "the list of files of a project; name it by its path, so that they are found");
+  }
+  if (input.isInPlace())
+    if (std::optional<Input> report = openReport(input.name())) return std::move(*report);
+  const std::string foreign = foreignContent(beginning, input.name());
+  return foreign.empty() ? std::move(input) : refuse(input.name(), foreign);
 }
 
 Input recognise(const std::string& argument, MessageLog& log) {
   // Of a closed one the number would be the next open file's.
   if (argument == "-" && fcntl(STDIN_FILENO, F_GETFD) < 0) failToRead(kStandardInput);
-  if (argument == "-") return readStream(kStandardInput, STDIN_FILENO);
-  if (isStream(argument)) return readPipe(argument);
+  if (argument == "-") return openContent(readStream(kStandardInput, STDIN_FILENO), log);
+  if (isStream(argument)) return openContent(readPipe(argument), log);
   std::error_code ignored;  // what cannot be asked for is told by whoever opens it
   if (std::filesystem::is_directory(argument, ignored)) return openFolder(argument, log);
-  return hasExtension(argument, kProjectExtension) ? openProject(argument, log) : Input(argument);
+  return openContent(Input(argument), log);
 }
 
 }  // namespace
@@ -98,6 +148,11 @@ Input::Input(std::string path) : name_(path), path_(std::move(path)) {}
 
 Input::Input(std::string name, MemoryFile file)
     : name_(std::move(name)), path_(file.path()), memory_(std::move(file)) {}
+
+void Input::giveName(std::string name, bool isNamed) {
+  model_ = std::move(name);
+  isNamed_ = isNamed;
+}
 
 Input Input::refused(std::string path, TAVLogEvent why) {
   Input input(std::move(path));
@@ -111,7 +166,7 @@ bool Input::isSavedModel() const {
 
 Input openInput(const std::string& argument, MessageLog& log) {
   Input input = recognise(argument, log);
-  if (!input.isInPlace()) log.callFile(input.path(), input.name());
+  if (input.isInMemory()) log.callFile(input.path(), input.name());
   return input;
 }
 
