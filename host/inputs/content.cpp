@@ -13,6 +13,7 @@ namespace host {
 namespace {
 
 constexpr std::size_t kBeginning = std::size_t{64} << 10;
+constexpr const char* kDatabaseExtension = ".database";  // the part of a project that is no object's
 constexpr std::string_view kProjectTag = "Project";
 constexpr std::string_view kDesignerMark = "DataWarehouse/Designer";
 
@@ -97,6 +98,12 @@ bool isJsonDefinition(std::string_view text, const std::string& path) {
   return text.find("\"compatibilityLevel\"") != text.npos && text.find("\"model\"") != text.npos;
 }
 
+/// Whether a text begins like XML, JSON or TMDL, which begins with a word or the description of something.
+bool mayBeDefinition(std::string_view text) {
+  const char first = text.front();
+  return first == '<' || first == '{' || text.starts_with("///") || (first >= 'a' && first <= 'z');
+}
+
 }  // namespace
 
 std::string beginningOf(const std::string& path) {
@@ -118,13 +125,16 @@ std::string foreignContent(std::string_view beginning, const std::string& path) 
   const std::string_view root = rootTag(text);
   for (const Sign& known : kRoots)
     if (root == known.sign) return std::string(known.sentence);
-  for (const char* extension : {".sql", ".csv", ".mdx", ".dax"})
-    if (hasExtension(path, extension) && root.empty())
-      return "a text that is no definition; expected XMLA, a tabular model in JSON or TMDL, or a project";
+  if (hasExtension(path, kDatabaseExtension)) return std::string(kPartOfProject);
+  if (!text.empty() && !mayBeDefinition(text))
+    return "neither XML nor JSON nor TMDL; name a definition in one of these, a project, a template (.pbit) "
+           "or a "
+           "folder of one of them";
   return {};
 }
 
 bool isDefinition(const std::string& path) {
+  if (hasExtension(path, kDatabaseExtension)) return false;
   const std::string beginning = beginningOf(path);
   if (isContainer(beginning)) return hasExtension(path, ".pbit");
   const std::string_view text = tav::trimmed(beginning);
