@@ -94,6 +94,8 @@ constexpr std::array kRows{
                "The input is something else than a definition; the text says what, and what to do."},
     MessageRow{Message::containerNotRead, "XMLABRIDGE_F0046", "{0}: the container cannot be read: {1}",
                "A .pbit file is damaged, or made to grow beyond all measure when it is unpacked."},
+    MessageRow{Message::fileListedTwice, "XMLABRIDGE_W0047",
+               "{0}: the project {1} lists this file twice; it is read once.", "Nothing is lost."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };

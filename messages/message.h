@@ -48,6 +48,7 @@ enum class Message : std::uint8_t {
   folderWithoutDefinition,
   foreignInput,
   containerNotRead,
+  fileListedTwice,
   noEventTime,
 };
 

@@ -16,22 +16,31 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The folders and files in a folder, in the order of their names. What cannot be read is not there.
+/// The folders and files in a folder, in the order of their names, those that are links last: what is met
+/// first gives its name. What cannot be read is not there.
 struct Listing {
   std::vector<fs::path> folders;
   std::vector<fs::path> files;
 
   explicit Listing(const fs::path& folder) {
+    std::vector<fs::path> linkedFolders;
+    std::vector<fs::path> linkedFiles;
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
       std::error_code ignored;  // a link that leads nowhere is neither
       if (entry->is_directory(ignored))
-        folders.push_back(entry->path());
+        (entry->is_symlink(ignored) ? linkedFolders : folders).push_back(entry->path());
       else if (entry->is_regular_file(ignored))
-        files.push_back(entry->path());
+        (entry->is_symlink(ignored) ? linkedFiles : files).push_back(entry->path());
     }
-    std::sort(folders.begin(), folders.end());
-    std::sort(files.begin(), files.end());
+    append(folders, linkedFolders);
+    append(files, linkedFiles);
+  }
+
+  static void append(std::vector<fs::path>& paths, std::vector<fs::path>& links) {
+    std::sort(paths.begin(), paths.end());
+    std::sort(links.begin(), links.end());
+    paths.insert(paths.end(), links.begin(), links.end());
   }
 
   [[nodiscard]] std::vector<std::string> projects() const {
@@ -74,7 +83,9 @@ class FolderWalk {
     const Listing listing(folder);
     const std::vector<std::string> projects = listing.projects();
     for (const fs::path& file : listing.files) visitFile(file);
-    for (const fs::path& child : listing.folders) {
+    // The last is visited first.
+    for (auto folderPlace = listing.folders.rbegin(); folderPlace != listing.folders.rend(); ++folderPlace) {
+      const fs::path& child = *folderPlace;
       const std::string name = child.filename().string();
       const bool built = !projects.empty() && (name == "bin" || name == "obj");
       const bool read = tmdl && (name == "definition" || name == "TMDLScripts" ||

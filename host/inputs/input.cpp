@@ -70,9 +70,10 @@ Input openProject(const std::string& path, MessageLog& log) {
   std::size_t count = project.database.empty() ? 0 : 1;
   for (const auto& group : project.objects)
     for (const ProjectObject& object : group) count += object.partitions.empty() ? 1 : 2;
-  log.logEvent(tav::messageEvent(
-      tav::Message::projectRead,
-      {path, std::to_string(count), project.build.empty() ? "" : "; not " + project.build}));
+  log.logEvent(
+      tav::messageEvent(tav::Message::projectRead,
+                        {path, std::to_string(count),
+                         project.build.empty() ? "" : "; its build " + project.build + " is not read"}));
   return {path, assembleProject(project, log)};
 }
 

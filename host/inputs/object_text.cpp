@@ -71,8 +71,8 @@ class Cutter {
   }
 
   [[noreturn]] void fail(const std::string& cause) const {
-    throw BrokenObject(std::to_string(XML_GetCurrentLineNumber(parser_)) + ":" +
-                       std::to_string(XML_GetCurrentColumnNumber(parser_) + 1) + ": " + cause);
+    throw BrokenObject(cause, ":" + std::to_string(XML_GetCurrentLineNumber(parser_)) + ":" +
+                                  std::to_string(XML_GetCurrentColumnNumber(parser_) + 1));
   }
 
   /// Where the parser is in the document.

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -35,10 +36,15 @@ struct ObjectText {
   [[nodiscard]] const TextElement* child(std::size_t parent, std::string_view name) const;
 };
 
-/// Why a file holds no object, with "line:column: " in front where that tells it.
+/// Why a file holds no object, and where in it: ":line:column", or empty.
 class BrokenObject : public std::runtime_error {
  public:
-  using std::runtime_error::runtime_error;
+  explicit BrokenObject(const std::string& cause, std::string place = {})
+      : std::runtime_error(cause), place_(std::move(place)) {}
+  [[nodiscard]] const std::string& place() const noexcept { return place_; }
+
+ private:
+  std::string place_;
 };
 
 /// Reads a file whose root element is `root`. Throws BrokenObject.

@@ -73,7 +73,7 @@ class ProjectReader {
     }
   }
 
-  /// The path of a listed file; empty, and said, when it cannot be read or is listed twice.
+  /// The path of a listed file; empty, and said, when it cannot be read or was listed before.
   std::string listed(const TAVDOMElement& item) {
     std::string name(item.getFirstElementValue(kFullPath));
     if (name.empty()) return name;
@@ -86,8 +86,9 @@ class ProjectReader {
     if (path.is_absolute() || *path.begin() == "..") return refuse("it is outside the project's folder");
     std::string found = files_.find(name);
     if (found.empty()) return refuse("it is not there");
-    if (!taken_.insert(found).second) return refuse("it is listed twice");
-    return found;
+    if (taken_.insert(found).second) return found;
+    log_.logEvent(tav::messageEvent(tav::Message::fileListedTwice, {found, project_.file}));
+    return {};
   }
 
   /// A build keeps the target's name beside the database; the user's own settings of the project count more.

@@ -93,7 +93,7 @@ class Assembly {
     try {
       return readObjectText(file, root);
     } catch (const BrokenObject& fault) {
-      reportLostFile(file, fault.what(), project_.file, log_);
+      reportLostFile(file + fault.place(), fault.what(), project_.file, log_);
       return std::nullopt;
     }
   }
