@@ -67,10 +67,14 @@ class ProjectReader {
       const TAVDOMElement* dependencies = item.getFirstElement("Dependencies");
       if (dependencies)
         for (const TAVDOMElement& dependency : dependencies->getElements())
-          if (fs::path(dependency.getFirstElementValue(kFullPath)).extension() == ".partitions")
+          if (isPartitions(dependency.getFirstElementValue(kFullPath)))
             object.partitions = listed(dependency);
       if (!object.file.empty()) objects.push_back(std::move(object));
     }
+  }
+
+  static bool isPartitions(std::string_view name) {
+    return tav::foldCase(fs::path(name).extension().string()) == ".partitions";
   }
 
   /// The path of a listed file; empty, and said, when it cannot be read or was listed before.
