@@ -8,6 +8,7 @@
 #include "framework/bridgelib/input_files.h"
 #include "framework/bridgelib/model_stamps.h"
 #include "framework/modelbridge/bridge_constants.h"
+#include "framework/modelbridge/host_observer.h"
 #include "framework/std/exception.h"
 #include "reader/run/import_types.h"
 
@@ -60,6 +61,7 @@ bool Interface::run(const TAVString& bridgeIdentifier, TAVFile& outputFile, TAVO
   if (!option) tav::fail("TAVBRIDGE_F0003", "The options hold no option 'BP_FILE'.");
   const tav::Owned<TAVStoreModel> model(execAsImport(bridgeIdentifier, TAVFile(option->getValue()), &log));
   if (!model) return false;
+  tav::reportMade(*model);
   if (model->getName().empty()) model->setName("Undefined");
   setModelModificationTime(*model, options);
   saveStoreModel(outputFile, *model, &log);

@@ -18,7 +18,7 @@ bool isSameFile(const std::string& a, const std::string& b) {
 }  // namespace
 
 void addInput(CLI::App& parser, std::string& input) {
-  parser.add_option("INPUT", input, "A definition or a saved model, \"-\" for a model on standard input")
+  parser.add_option("INPUT", input, "A definition or a saved model, \"-\" for standard input")
       ->type_name("FILE")
       ->required();
 }
@@ -30,12 +30,11 @@ void addOutput(CLI::App& parser, std::string& output) {
 
 void checkOutput(const std::string& input, const std::string& output) {
   if (output.empty()) throw CLI::ValidationError("-o", "the name of the output file is empty");
-  if (isSameFile(input, output)) throw CLI::ValidationError("-o", "the output would replace the input");
+  if (input != "-" && isSameFile(input, output))
+    throw CLI::ValidationError("-o", "the output would replace the input");
 }
 
-void checkDefinition(const std::string& input) {
-  if (input == "-")
-    throw CLI::ValidationError("INPUT", "a definition is read from a file, not from standard input");
+void checkInput(const std::string& input) {
   if (input.empty()) throw CLI::ValidationError("INPUT", "the name of a file is empty");
 }
 

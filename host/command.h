@@ -46,8 +46,7 @@ void addOutput(CLI::App& parser, std::string& output);
 
 /// Throws a usage error when `output` is empty or names the file `input`, itself or through links.
 void checkOutput(const std::string& input, const std::string& output);
-/// Throws a usage error when `input` is empty or stands for standard input, which definitions are not read
-/// from.
-void checkDefinition(const std::string& input);
+/// Throws a usage error when `input` is empty.
+void checkInput(const std::string& input);
 
 }  // namespace host

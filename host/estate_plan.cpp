@@ -12,6 +12,7 @@
 
 #include "framework/std/string.h"
 #include "host/command.h"
+#include "host/inputs/folder.h"
 #include "messages/message.h"
 
 namespace host {
@@ -105,11 +106,30 @@ void numberEquals(Candidates& candidates) {
   }
 }
 
+/// The inputs, with every definition below it in the place of a folder.
+std::vector<std::string> definitionsOf(const std::vector<std::string>& inputs, MessageLog& log) {
+  std::vector<std::string> definitions;
+  for (const std::string& input : inputs) {
+    checkInput(input);
+    if (input == "-") throw CLI::ValidationError("INPUT", "standard input is imported with -o");
+    std::error_code ignored;  // what cannot be asked for is told by the import
+    if (!fs::is_directory(input, ignored)) {
+      definitions.push_back(input);
+      continue;
+    }
+    const std::vector<std::string> found = definitionsBelow(input);
+    if (found.empty())
+      log.logEvent(
+          tav::messageEvent(tav::Message::foreignInput, {input, "a folder without a definition below it"}));
+    definitions.insert(definitions.end(), found.begin(), found.end());
+  }
+  return definitions;
+}
+
 Candidates candidatesFor(const std::vector<std::string>& inputs, MessageLog& log) {
   Candidates candidates;
   std::unordered_set<std::string> paths;
-  for (const std::string& input : inputs) {
-    checkDefinition(input);
+  for (const std::string& input : definitionsOf(inputs, log)) {
     const fs::path path = plainPath(input);
     if (paths.insert(path.string()).second)
       candidates.emplace_back(input, path);

@@ -16,7 +16,8 @@ struct EstateFile {
 /// Gives each input a file in `folder`, in the order of the inputs: its own name with ".model.xml" instead of
 /// its extension. Where names would be equal, in any letter case, inputs of one folder keep their extension
 /// and those of several get the names of their folders in front, as many as it takes; what is then still
-/// equal is numbered. An input that is named twice is planned once, with a warning.
+/// equal is numbered. An input that is named twice is planned once, with a warning;
+/// a folder stands for every definition below it, and one without is an error in `log`.
 ///
 /// Throws a usage error for an input that cannot be one and for an output that would replace an input.
 std::vector<EstateFile> planEstate(const std::vector<std::string>& inputs, const std::string& folder,

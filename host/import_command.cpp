@@ -29,13 +29,14 @@ struct Arguments {
 
 int importFile(const Arguments& arguments, MessageLog& log) {
   const std::string& input = arguments.inputs.front();
-  checkDefinition(input);
+  checkInput(input);
   if (arguments.output == "-") throw CLI::ValidationError("-o", "a model is saved in a file");
   checkOutput(input, arguments.output);
 
+  const Input opened = openInput(input, log);
   Summary summary;
   const int code =
-      runImport(input, arguments.output, log, arguments.scope, [&](const tav::DetailedModel& model) {
+      runImport(opened, arguments.output, log, arguments.scope, [&](const tav::DetailedModel& model) {
         summary = summarize(model);
         return true;
       });
@@ -54,6 +55,7 @@ int importFile(const Arguments& arguments, MessageLog& log) {
 int importFiles(const Arguments& arguments, MessageLog& log) {
   if (arguments.folder.empty()) throw CLI::ValidationError("--out-dir", "the name of the folder is empty");
   const std::vector<EstateFile> files = planEstate(arguments.inputs, arguments.folder, log);
+  if (files.empty()) return kNoDefinition;
   std::error_code error;
   std::filesystem::create_directories(arguments.folder, error);
   if (error) tav::fail(tav::Message::folderNotMade, {arguments.folder, error.message()});

@@ -19,8 +19,8 @@ bool holdsNothing(const TAVStoreModel& model) {
 
 class Observer : public tav::HostObserver {
  public:
-  Observer(const std::string& input, MessageLog& log, const ImportScope& scope, const ModelVisitor& visit)
-      : step_("Reading " + input), log_(log), scope_(scope), visit_(visit) {}
+  Observer(const Input& input, MessageLog& log, const ImportScope& scope, const ModelVisitor& visit)
+      : input_(input), step_("Reading " + input.name()), log_(log), scope_(scope), visit_(visit) {}
 
   void onParsed(std::uint64_t read, std::uint64_t total) override {
     if (total > 0)
@@ -29,6 +29,12 @@ class Observer : public tav::HostObserver {
   }
 
   void onDatabase() override { defined_ = true; }
+
+  void onMade(TAVStoreModel& model) override {
+    for (TAVMetadataOrigin& origin : model.metadataOrigins)
+      origin.path = input_.isInMemory() ? input_.name() : input_.path();
+    model.setName(TAVString(input_.nameOfModel(model.getName().str())));
+  }
 
   bool wantsDetails() override { return scope_.details; }
 
@@ -41,6 +47,7 @@ class Observer : public tav::HostObserver {
   bool empty = false;
 
  private:
+  const Input& input_;
   std::string step_;
   MessageLog& log_;
   const ImportScope& scope_;
@@ -50,18 +57,21 @@ class Observer : public tav::HostObserver {
 
 }  // namespace
 
-int runImport(const std::string& input, const std::string& output, MessageLog& log, const ImportScope& scope,
+int runImport(const Input& input, const std::string& output, MessageLog& log, const ImportScope& scope,
               const ModelVisitor& visit) {
+  if (const TAVLogEvent* refusal = input.refusal()) {
+    log.logEvent(*refusal);
+    return kNoDefinition;
+  }
   TAVImportBridgeDllInterface& plugin = loadPlugin();
-  TAVOptionList options = optionsFor(input);
+  TAVOptionList options = optionsFor(input.path());
   TAVFile file{TAVString(output)};
   Observer observer(input, log, scope, visit);
-  const std::size_t errorsBefore = log.getErrorCount();
   const bool done = plugin.run(kBridgeIdentifier, file, options, log);
   log.clearProgress();
-  if (!done) tav::fail(tav::Message::noModel, {input});
-  if (!observer.empty) return log.getErrorCount() == errorsBefore ? kDone : kIncomplete;
-  log.logEvent(tav::messageEvent(tav::Message::noDefinition, {input}));
+  if (!done) tav::fail(tav::Message::noModel, {input.name()});
+  if (!observer.empty) return log.getErrorCount() == 0 ? kDone : kIncomplete;
+  log.logEvent(tav::messageEvent(tav::Message::noDefinition, {input.name()}));
   return kNoDefinition;
 }
 

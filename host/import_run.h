@@ -6,6 +6,7 @@
 #include <string>
 
 #include "framework/details/detailed_model.h"
+#include "host/inputs/input.h"
 #include "host/message_log.h"
 
 namespace host {
@@ -22,7 +23,7 @@ struct ImportScope {
 /// Returns an exit code: done; that parts of the input could not be read, each of which was logged as an
 /// error; or that the input holds no database definition, which is then logged as an error. Throws when the
 /// import fails.
-int runImport(const std::string& input, const std::string& output, MessageLog& log, const ImportScope& scope,
+int runImport(const Input& input, const std::string& output, MessageLog& log, const ImportScope& scope,
               const ModelVisitor& visit);
 
 }  // namespace host

@@ -71,7 +71,18 @@ void MessageLog::logEvent(const TAVLogEvent& event) {
   logEventOf(std::string(), event);
 }
 
-void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& event) {
+void MessageLog::callFile(std::string path, std::string name) {
+  calledFiles_.emplace_back(std::move(path), std::move(name));
+}
+
+TAVLogEvent MessageLog::withNames(const TAVLogEvent& event) const {
+  TAVString text = event.getText();
+  for (const auto& [path, name] : calledFiles_) text = text.replaceAll(path, name);
+  return {text, event.getMessageId(), event.getSeverity(), TAVString()};
+}
+
+void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& said) {
+  const TAVLogEvent event = withNames(said);
   if (event.getMessageId() == kUnresolvedId) ++unresolved_;
   if (event.getSeverity() == tav::kSeverityError) ++errors_;
   if (keepsWarnings && event.getSeverity() == tav::kSeverityWarning)

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "framework/std/log.h"
@@ -32,6 +33,8 @@ class MessageLog : public TAVLog {
   void logEvent(const TAVLogEvent& event) override;
   /// Reports an event about one of several files: the line begins with its name.
   void logEventOf(const std::string& file, const TAVLogEvent& event);
+  /// From now on events call the file at `path` by a name that its reader knows it by.
+  void callFile(std::string path, std::string name);
   /// Reports a failure whose message reads "[identifier] text", of one of several files if one is named.
   void logFailure(std::string_view message, const std::string& file = {});
   /// A step under way, with its share of the whole in percent; shown on a terminal only.
@@ -47,6 +50,7 @@ class MessageLog : public TAVLog {
   [[nodiscard]] std::span<const std::string> getWarnings() const noexcept { return warnings_; }
 
  private:
+  [[nodiscard]] TAVLogEvent withNames(const TAVLogEvent& event) const;
   void writeLine(const std::string& file, const TAVLogEvent& event);
   void renewProgress(const std::string& text, bool must);
 
@@ -57,6 +61,7 @@ class MessageLog : public TAVLog {
   std::size_t unresolved_ = 0;
   std::size_t errors_ = 0;
   std::vector<std::string> warnings_;
+  std::vector<std::pair<std::string, std::string>> calledFiles_;  // paths, and what they are called
   bool terminal_;
   bool colours_;
 };

@@ -10,8 +10,8 @@
 
 namespace host {
 
-/// Opens `input`, a saved model ("-" is one on standard input) or a definition, which is imported without
-/// saving anything, and shows its model to `use`. Returns an exit code: done, or that the input holds no
+/// Opens `input` (see openInput), a saved model or a definition, which is imported without saving anything,
+/// and shows its model to `use`. Returns an exit code: done, or that the input holds no
 /// database definition. Throws when it cannot be opened.
 int withModel(const std::string& input, MessageLog& log,
               const std::function<void(const tav::DetailedModel& model)>& use);

@@ -13,15 +13,17 @@ namespace {
 /// The plug-in's test looks at the file from outside. Whether there is a definition in it only an import can
 /// tell, so that one is made: its errors are shown, its other messages and its model are dropped.
 int test(const std::string& input, MessageLog& log) {
-  checkDefinition(input);
-  TAVOptionList options = optionsFor(input);
-  if (!loadPlugin().test(kBridgeIdentifier, options, log)) return kFailed;
+  checkInput(input);
+  const Input opened = openInput(input, log);
+  TAVOptionList options = optionsFor(opened.path());
+  if (opened.isInPlace() && !opened.refusal() && !loadPlugin().test(kBridgeIdentifier, options, log))
+    return kFailed;
   const bool quiet = std::exchange(log.quiet, true);
-  const int code = runImport(input, "", log, {.details = false},
+  const int code = runImport(opened, "", log, {.details = false},
                              [](const tav::DetailedModel& /*model*/) { return false; });
   if (code != kDone || quiet) return code;
   StandardOutput out;
-  fmt::print(out.stream(), "{} can be imported.\n", printable(input));
+  fmt::print(out.stream(), "{} can be imported.\n", printable(opened.name()));
   out.finish();
   return kDone;
 }

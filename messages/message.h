@@ -41,6 +41,14 @@ enum class Message : std::uint8_t {
   foreignDatabase,
   otherSchemaVersion,
   databaseLocked,
+  projectRead,
+  listedFileLost,
+  strayPartitions,
+  severalDefinitions,
+  folderWithoutDefinition,
+  foreignInput,
+  containerNotRead,
+  fileListedTwice,
   noEventTime,
 };
 

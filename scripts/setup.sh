@@ -70,6 +70,8 @@ need_for_program() {
   need library sqlite3 libsqlite3-dev
   need header curl/curl.h libcurl4-openssl-dev
   need library curl libcurl4-openssl-dev
+  need header zip.h libzip-dev
+  need library zip libzip-dev
   # The importer of tabular definitions.
   need command javac openjdk-17-jdk-headless
   need command jar openjdk-17-jdk-headless

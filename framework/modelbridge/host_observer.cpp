@@ -19,6 +19,8 @@ void HostObserver::onParsed(std::uint64_t /*read*/, std::uint64_t /*total*/) {}
 
 void HostObserver::onDatabase() {}
 
+void HostObserver::onMade(TAVStoreModel& /*model*/) {}
+
 bool HostObserver::onModel(const TAVStoreModel& /*model*/) {
   return true;
 }
@@ -45,6 +47,10 @@ void reportParsed(std::uint64_t read, std::uint64_t total) {
 
 void reportDatabase() {
   if (last) last->onDatabase();
+}
+
+void reportMade(TAVStoreModel& model) {
+  if (last) last->onMade(model);
 }
 
 bool reportModel(const TAVStoreModel& model) {

@@ -25,6 +25,9 @@ class TAV_API HostObserver {
   /// The input defines a database, which is read now. A host is not told of input that a plug-in reads as a
   /// database without knowing that it is one: then the model tells.
   virtual void onDatabase();
+  /// A plug-in has made its model. A host that knows more of the input than its path says adds it here: what
+  /// it is called, for instance.
+  virtual void onMade(TAVStoreModel& model);
   /// A plug-in hands its finished model over to be saved. Returns whether it is to be saved: a host that only
   /// looks at the model returns false, and no file is written. What this throws ends the import.
   virtual bool onModel(const TAVStoreModel& model);
@@ -50,6 +53,8 @@ TAV_API bool areDetailsWanted();
 TAV_API void reportDetails(std::unique_ptr<Details> details);
 /// The details that were handed over; null when there are none.
 TAV_API const Details* reportedDetails();
+/// Lets the host's observer add to the model.
+TAV_API void reportMade(TAVStoreModel& model);
 /// Shows the model to the host's observer; whether it is to be saved, which it is without an observer.
 TAV_API bool reportModel(const TAVStoreModel& model);
 

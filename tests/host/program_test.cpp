@@ -46,9 +46,42 @@ fake_java() {
 }
 )SH";
 
+// project: makes a project of one file each in the folder p. zip_of: makes a zip archive of the named files.
+// Process substitution is bash's.
+constexpr const char* kInputsPrelude = R"SH(bash -s <<'END'
+project() {
+  local engine='xmlns="http://schemas.microsoft.com/analysisservices/2003/engine" xmlns:dwd="http://schemas.microsoft.com/DataWarehouse/Designer/1.0"'
+  object() { printf '\357\273\277<%s %s dwd:design-time-name="x"><ID>%s</ID><Name>%s</Name>%s</%s>\n' "$1" "$engine" "$2" "$2" "$3" "$1"; }
+  item() { printf '<ProjectItem><Name>%s</Name><FullPath>%s</FullPath>%s</ProjectItem>' "$1" "$1" "$2"; }
+  mkdir -p p/bin; cd p
+  object Database Shop '<Dimensions /><Language>1031</Language>' >Shop.database
+  object DataSource ds '<ConnectionString>Provider=SQLNCLI;Data Source=w</ConnectionString>' >ds.ds
+  object DataSourceView view "$(sed -n '/<DataSourceID>/p; /<Schema>/,/<\/Schema>/p' ../sales.xmla | sed 's/.*<DataSourceID>/<DataSourceID>/')" >view.dsv
+  object Dimension c "$(sed -n '/<Source><DataSourceViewID>/,/<\/Attributes>/p' ../sales.xmla)" >Customer.dim
+  object Cube Sales '<Dimensions><Dimension><ID>c</ID><Name>Customer</Name><DimensionID>c</DimensionID></Dimension></Dimensions><MeasureGroups><MeasureGroup><ID>g</ID><Name>Orders</Name><Measures><Measure><ID>n</ID><Name>City Sum</Name><Source><DataType>Integer</DataType><Source xsi:type="ColumnBinding"><TableID>Customer</TableID><ColumnID>City</ColumnID></Source></Source></Measure></Measures><Partitions /></MeasureGroup></MeasureGroups>' >Sales.cube
+  printf '<Cube %s dwd:design-time-name="y"><ID>other</ID><MeasureGroups><MeasureGroup><ID>g</ID><Partitions><Partition dwd:design-time-name="z"><ID>t</ID><Name>This year</Name></Partition></Partitions></MeasureGroup></MeasureGroups></Cube>' "$engine" >Sales.partitions
+  { printf '<Project xmlns:dwd="http://schemas.microsoft.com/DataWarehouse/Designer/1.0"><Database><FullPath>Shop.database</FullPath></Database>'
+    echo "<Cubes>$(item SALES.cube "<Dependencies>$(item Sales.partitions)</Dependencies>")</Cubes><Dimensions>$(item Customer.dim)</Dimensions>"
+    echo "<DataSources>$(item ds.ds)</DataSources><DataSourceViews>$(item view.dsv)</DataSourceViews></Project>"; } >Shop.dwproj
+  echo "<DeploymentTarget><Database>Shop on A &amp; B</Database></DeploymentTarget>" >bin/Shop.deploymenttargets
+  cd ..
+}
+zip_of() { python3 -c 'import sys, zipfile
+with zipfile.ZipFile(sys.argv[1], "w", zipfile.ZIP_DEFLATED) as archive:
+    for name in sys.argv[2:]: archive.write(name)' "$@"; }
+utf16() { iconv -f UTF-8 -t UTF-16LE; }
+)SH";
+constexpr const char* kInputsEnd = "\nEND\n";
+
 TEST(Program, Corpus) {
   tav::test::checkCorpus("host/program.txt", [](const std::string& commands) {
     return tav::test::runCommands(commands, writeDefinitions);
+  });
+}
+
+TEST(Program, Inputs) {
+  tav::test::checkCorpus("host/inputs.txt", [](const std::string& commands) {
+    return tav::test::runCommands(std::string(kInputsPrelude) + commands + kInputsEnd, writeDefinitions);
   });
 }
 

@@ -83,9 +83,9 @@ TEST(Messages, PlaceholdersAreFilledAndTheSeverityIsThatOfTheIdentifier) {
   EXPECT_EQ(tav::messageEvent(tav::Message::duplicateInput).getSeverity(), tav::kSeverityWarning);
   EXPECT_EQ(tav::messageEvent(tav::Message::importEnded).getSeverity(), tav::kSeverityStatus);
   try {
-    tav::fail(tav::Message::inputNotRead, {"Bad file descriptor"});
+    tav::fail(tav::Message::inputNotRead, {"standard input", "Bad file descriptor"});
   } catch (const TAVException& failure) {
-    EXPECT_EQ(failure.getMessage(), "[XMLABRIDGE_F0008] Standard input cannot be read: Bad file descriptor");
+    EXPECT_EQ(failure.getMessage(), "[XMLABRIDGE_F0008] standard input cannot be read: Bad file descriptor");
   }
 }
 

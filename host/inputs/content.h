@@ -1,0 +1,23 @@
+#pragma once
+
+// What the beginning of a file shows of what it is.
+
+#include <string>
+#include <string_view>
+
+namespace host {
+
+/// The first bytes of a file in UTF-8; empty when it cannot be read.
+std::string beginningOf(const std::string& path);
+
+/// Whether it is the list of files of a multidimensional project.
+bool isProject(std::string_view beginning);
+
+/// What something is that is surely no definition, and what to do, as one sentence; empty for what may be
+/// one.
+std::string foreignContent(std::string_view beginning, const std::string& path);
+
+/// Whether it is to be taken for a definition among other files.
+bool isDefinition(const std::string& path);
+
+}  // namespace host

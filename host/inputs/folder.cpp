@@ -1,0 +1,128 @@
+#include "host/inputs/folder.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+#include <utility>
+
+#include "framework/std/string.h"
+#include "host/inputs/content.h"
+#include "host/inputs/semantic_model.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The folders and files in a folder, in the order of their names, those that are links last: what is met
+/// first gives its name. What cannot be read is not there.
+struct Listing {
+  std::vector<fs::path> folders;
+  std::vector<fs::path> files;
+
+  explicit Listing(const fs::path& folder) {
+    std::vector<fs::path> linkedFolders;
+    std::vector<fs::path> linkedFiles;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+      std::error_code ignored;  // a link that leads nowhere is neither
+      if (entry->is_directory(ignored))
+        (entry->is_symlink(ignored) ? linkedFolders : folders).push_back(entry->path());
+      else if (entry->is_regular_file(ignored))
+        (entry->is_symlink(ignored) ? linkedFiles : files).push_back(entry->path());
+    }
+    append(folders, linkedFolders);
+    append(files, linkedFiles);
+  }
+
+  static void append(std::vector<fs::path>& paths, std::vector<fs::path>& links) {
+    std::sort(paths.begin(), paths.end());
+    std::sort(links.begin(), links.end());
+    paths.insert(paths.end(), links.begin(), links.end());
+  }
+
+  [[nodiscard]] std::vector<std::string> projects() const {
+    std::vector<std::string> found;
+    for (const fs::path& file : files)
+      if (hasExtension(file.string(), kProjectExtension)) found.push_back(file.string());
+    return found;
+  }
+};
+
+class FolderWalk {
+ public:
+  explicit FolderWalk(const std::string& folder) : open_{folder} {}
+
+  std::vector<std::string> walk() {
+    while (!open_.empty()) {
+      const fs::path folder = std::move(open_.back());
+      open_.pop_back();
+      if (isNew(folder)) visit(folder);
+    }
+    std::sort(found_.begin(), found_.end());
+    return std::move(found_);
+  }
+
+ private:
+  /// Whether a file or folder was not met before, by this or another path.
+  bool isNew(const fs::path& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && met_.emplace(status.st_dev, status.st_ino).second;
+  }
+
+  void visit(const fs::path& folder) {
+    const auto model = findFolderModel(folder.string());
+    if (model && isSemanticModelName(folder.string())) {
+      found_.push_back(folder.string());
+      return;
+    }
+    const bool tmdl = model && !hasExtension(model->path, ".bim");
+    if (tmdl) found_.push_back(folder.string());
+    const Listing listing(folder);
+    const std::vector<std::string> projects = listing.projects();
+    for (const fs::path& file : listing.files) visitFile(file);
+    // The last is visited first.
+    for (auto folderPlace = listing.folders.rbegin(); folderPlace != listing.folders.rend(); ++folderPlace) {
+      const fs::path& child = *folderPlace;
+      const std::string name = child.filename().string();
+      const bool built = !projects.empty() && (name == "bin" || name == "obj");
+      const bool read = tmdl && (name == "definition" || name == "TMDLScripts" ||
+                                 folder / name == model->path || model->path == folder);
+      if (!name.starts_with('.') && !hasExtension(name, ".report") && !built && !read) open_.push_back(child);
+    }
+  }
+
+  void visitFile(const fs::path& file) {
+    const std::string path = file.string();
+    if (file.filename().string().starts_with('.') || !isNew(file)) return;
+    if (hasExtension(path, kProjectExtension) || isDefinition(path)) found_.push_back(path);
+  }
+
+  std::vector<fs::path> open_;
+  std::set<std::pair<dev_t, ino_t>> met_;
+  std::vector<std::string> found_;
+};
+
+}  // namespace
+
+bool hasExtension(const std::string& path, const std::string& extension) {
+  return tav::foldCase(fs::path(path).extension().string()) == extension;
+}
+
+std::vector<std::string> definitionsIn(const std::string& folder) {
+  if (findFolderModel(folder)) return {folder};
+  const Listing listing{fs::path(folder)};
+  std::vector<std::string> found = listing.projects();
+  for (const fs::path& child : listing.folders)
+    if (isSemanticModelName(child.string()) && findFolderModel(child.string()))
+      found.push_back(child.string());
+  return found;
+}
+
+std::vector<std::string> definitionsBelow(const std::string& folder) {
+  return FolderWalk(folder).walk();
+}
+
+}  // namespace host

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// The extension of a project's own file.
+inline constexpr const char* kProjectExtension = ".dwproj";
+
+/// Whether a file or folder is called as those of this extension, which is in lower case, in any letter case.
+bool hasExtension(const std::string& path, const std::string& extension);
+
+/// The definitions that make a folder one: itself, if it holds a semantic model, or the projects and the
+/// folders of semantic models in it. In the order of their names.
+std::vector<std::string> definitionsIn(const std::string& folder);
+
+/// Every definition in a folder and the folders below it, each once: projects, without their own files and
+/// what was built of them; semantic models; other files that begin like a definition. Links are followed, to
+/// each place once; what is no regular file, what is hidden and reports are passed over.
+std::vector<std::string> definitionsBelow(const std::string& folder);
+
+}  // namespace host

@@ -1,0 +1,174 @@
+#include "host/inputs/input.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "framework/serialization/model_reader.h"
+#include "host/inputs/container.h"
+#include "host/inputs/content.h"
+#include "host/inputs/folder.h"
+#include "host/inputs/project_document.h"
+#include "messages/message.h"
+
+namespace host {
+namespace {
+
+constexpr const char* kStandardInput = "standard input";
+
+[[noreturn]] void failToRead(const std::string& name) {
+  tav::fail(tav::Message::inputNotRead, {name, std::generic_category().message(errno)});
+}
+
+/// Whether it can be read only once, from its start to its end.
+bool isStream(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return false;
+  return S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode) || S_ISCHR(status.st_mode);
+}
+
+Input readStream(const std::string& name, int descriptor) {
+  MemoryFile file(name);
+  file.copyFrom(descriptor);
+  return {name, std::move(file)};
+}
+
+/// An open pipe.
+class Pipe {
+ public:
+  explicit Pipe(const std::string& path) : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (descriptor_ < 0) failToRead(path);
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+  ~Pipe() { close(descriptor_); }
+
+  [[nodiscard]] int get() const noexcept { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+Input readPipe(const std::string& path) {
+  const Pipe pipe(path);
+  return readStream(path, pipe.get());
+}
+
+std::string joined(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts) all.append(all.empty() ? "" : ", ").append(text);
+  return all;
+}
+
+Input openProject(const std::string& path, MessageLog& log) {
+  const Project project = readProject(path, log);
+  std::size_t count = project.database.empty() ? 0 : 1;
+  for (const auto& group : project.objects)
+    for (const ProjectObject& object : group) count += object.partitions.empty() ? 1 : 2;
+  log.logEvent(
+      tav::messageEvent(tav::Message::projectRead,
+                        {path, std::to_string(count),
+                         project.build.empty() ? "" : "; its build " + project.build + " is not read"}));
+  return {path, assembleProject(project, log)};
+}
+
+Input refuse(const std::string& path, const std::string& cause) {
+  return Input::refused(path, tav::messageEvent(tav::Message::foreignInput, {path, cause}));
+}
+
+Input openModel(const std::string& name, const FolderModel& model) {
+  Input input(name, model.path);
+  input.giveName(model.name, model.named);
+  return input;
+}
+
+/// What is none of the forms that a report leads to.
+std::optional<Input> openReport(const std::string& path) {
+  const ReportLink link = followReport(path);
+  if (!link.cause.empty()) return refuse(path, link.cause);
+  if (link.model.empty()) return std::nullopt;
+  if (const auto model = findFolderModel(link.model)) return openModel(path, *model);
+  return refuse(path,
+                "its report is on the model " + link.model + ", which is not there or has no definition");
+}
+
+Input openFolder(const std::string& path, MessageLog& log) {
+  std::vector<std::string> found = definitionsIn(path);
+  if (found.size() > 1) tav::fail(tav::Message::severalDefinitions, {path, joined(found)});
+  if (found.empty()) {
+    if (std::optional<Input> report = openReport(path)) return std::move(*report);
+    return Input::refused(path, tav::messageEvent(tav::Message::folderWithoutDefinition, {path}));
+  }
+  const auto model = findFolderModel(found.front());
+  return model ? openModel(found.front(), *model) : openProject(found.front(), log);
+}
+
+Input openContainer(const Input& input) {
+  Container container = readContainer(input.path(), input.name());
+  if (!container.cause.empty()) return refuse(input.name(), container.cause);
+  MemoryFile file(input.name());
+  file.write(container.definition);
+  Input definition(input.name(), std::move(file));
+  definition.giveName(std::filesystem::path(input.name()).stem().string(), false);
+  return definition;
+}
+
+/// A file, or what a pipe gave, by its content.
+Input openContent(Input input, MessageLog& log) {
+  const std::string beginning = beginningOf(input.path());
+  if (isContainer(beginning)) return openContainer(input);
+  if (hasExtension(input.name(), kProjectExtension) || isProject(beginning)) {
+    if (input.isInPlace()) return openProject(input.name(), log);
+    return refuse(input.name(),
+                  "the list of files of a project; name it by its path, so that they are found");
+  }
+  if (input.isInPlace())
+    if (std::optional<Input> report = openReport(input.name())) return std::move(*report);
+  const std::string foreign = foreignContent(beginning, input.name());
+  return foreign.empty() ? std::move(input) : refuse(input.name(), foreign);
+}
+
+Input recognise(const std::string& argument, MessageLog& log) {
+  // Of a closed one the number would be the next open file's.
+  if (argument == "-" && fcntl(STDIN_FILENO, F_GETFD) < 0) failToRead(kStandardInput);
+  if (argument == "-") return openContent(readStream(kStandardInput, STDIN_FILENO), log);
+  if (isStream(argument)) return openContent(readPipe(argument), log);
+  std::error_code ignored;  // what cannot be asked for is told by whoever opens it
+  if (std::filesystem::is_directory(argument, ignored)) return openFolder(argument, log);
+  return openContent(Input(argument), log);
+}
+
+}  // namespace
+
+Input::Input(std::string path) : name_(path), path_(std::move(path)) {}
+
+Input::Input(std::string name, MemoryFile file)
+    : name_(std::move(name)), path_(file.path()), memory_(std::move(file)) {}
+
+void Input::giveName(std::string name, bool isNamed) {
+  model_ = std::move(name);
+  isNamed_ = isNamed;
+}
+
+Input Input::refused(std::string path, TAVLogEvent why) {
+  Input input(std::move(path));
+  input.refusal_ = std::move(why);
+  return input;
+}
+
+bool Input::isSavedModel() const {
+  return tav::isSavedModel(path_);
+}
+
+Input openInput(const std::string& argument, MessageLog& log) {
+  Input input = recognise(argument, log);
+  if (input.isInMemory()) log.callFile(input.path(), input.name());
+  return input;
+}
+
+}  // namespace host
