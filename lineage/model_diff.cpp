@@ -238,8 +238,8 @@ class Comparison {
   }
 
   void findLostLineage() {
-    const std::vector<bool> was = before_.tracedBack(true);
-    const std::vector<bool> is = after_.tracedBack(true);
+    const std::vector<bool> was = before_.tracedBack();
+    const std::vector<bool> is = after_.tracedBack();
     for (NodeId id = 0; id < after_.nodes().size(); ++id) {
       if (after_.database(id)) continue;
       const NodeKind kind = after_.node(id).kind;
