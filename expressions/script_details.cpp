@@ -410,13 +410,14 @@ ItemId ScriptDetails::everyMeasure() {
 }
 
 void ScriptDetails::addMeasures() {
-  for (const auto* features : {&names_.measures(), &names_.kpiValues()})
+  for (const auto* features : {&names_.measures(), &names_.kpiValues()}) {
     for (const TAVFeature* feature : *features) {
       const auto* measure = as<TAVMeasure>(feature);
       if (!measure || measure->expression.empty() || given_.contains(feature)) continue;
       const ItemId item = details_.itemOf(*measure);
       relate({measure->expression.view(), item, RelationKind::computed, measure});
     }
+  }
 }
 
 /// The items that scripts have already, each for one script.

@@ -13,21 +13,21 @@ namespace tav {
 void GraphBuilder::addDetailNodes() {
   const Details* details = graph_.details_;
   if (!details) return;
-  nodeOfItem_.assign(details->items().size(), kNoNode);
-  for (ItemId item = 0; item < nodeOfItem_.size(); ++item) {
+  graph_.itemNodes_.assign(details->items().size(), kNoNode);
+  for (ItemId item = 0; item < graph_.itemNodes_.size(); ++item) {
     const DetailItem& at = details->item(item);
     if (!at.object) {
-      nodeOfItem_[item] = static_cast<NodeId>(graph_.nodes_.size());
+      graph_.itemNodes_[item] = static_cast<NodeId>(graph_.nodes_.size());
       graph_.nodes_.push_back({at.kind, kNoNode, nullptr, at.name, item});
       continue;
     }
     if (nodeOf(at.object) == kNoNode) addNode(NodeKind::other, kNoNode, *at.object);
-    nodeOfItem_[item] = nodeOf(at.object);
-    graph_.nodes_[nodeOfItem_[item]].item = item;
+    graph_.itemNodes_[item] = nodeOf(at.object);
+    graph_.nodes_[graph_.itemNodes_[item]].item = item;
   }
-  for (ItemId item = 0; item < nodeOfItem_.size(); ++item)
+  for (ItemId item = 0; item < graph_.itemNodes_.size(); ++item)
     if (const ItemId owner = details->item(item).owner; owner != kNoItem && !details->item(item).object)
-      graph_.nodes_[nodeOfItem_[item]].owner = nodeOfItem_[owner];
+      graph_.nodes_[graph_.itemNodes_[item]].owner = graph_.itemNodes_[owner];
 }
 
 void GraphBuilder::addDetailEdges() {
@@ -35,8 +35,8 @@ void GraphBuilder::addDetailEdges() {
   if (!details) return;
   const auto relations = details->relations();
   for (std::uint32_t i = 0; i < relations.size(); ++i)
-    graph_.edges_.push_back(
-        {nodeOfItem_[relations[i].from], nodeOfItem_[relations[i].to], relations[i].kind, true, false, i});
+    graph_.edges_.push_back({graph_.itemNodes_[relations[i].from], graph_.itemNodes_[relations[i].to],
+                             relations[i].kind, true, false, i});
 }
 
 void GraphBuilder::arrangeSettings() {
@@ -45,11 +45,11 @@ void GraphBuilder::arrangeSettings() {
   const std::size_t nodes = graph_.nodes_.size();
   const auto settings = details->settings();
   arrangeByKey(
-      nodes, settings.size(), [&](std::uint32_t i) { return nodeOfItem_[settings[i].item]; },
+      nodes, settings.size(), [&](std::uint32_t i) { return graph_.itemNodes_[settings[i].item]; },
       graph_.settingOffsets_, graph_.settings_);
   const auto names = details->openNames();
   arrangeByKey(
-      nodes, names.size(), [&](std::uint32_t i) { return nodeOfItem_[names[i].item]; },
+      nodes, names.size(), [&](std::uint32_t i) { return graph_.itemNodes_[names[i].item]; },
       graph_.openNameOffsets_, graph_.openNames_);
 }
 

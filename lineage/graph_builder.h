@@ -55,7 +55,6 @@ class GraphBuilder {
   void arrange();
 
   LineageGraph& graph_;
-  std::vector<NodeId> nodeOfItem_;                           // by item of the details
   std::unordered_map<const TAVNamespace*, NodeId> cubes_;    // by the package that the cube is in
   std::unordered_map<std::string_view, NodeId> dimensions_;  // of the database, by name
   std::unordered_map<NodeId, NodeId> firstConditions_;       // by table

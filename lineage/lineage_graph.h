@@ -120,6 +120,8 @@ class LineageGraph {
   [[nodiscard]] const Details* details() const noexcept { return details_; }
   [[nodiscard]] std::span<const LineageNode> nodes() const noexcept { return nodes_; }
   [[nodiscard]] const LineageNode& node(NodeId id) const noexcept { return nodes_[id]; }
+  /// The node that an item of the details is told with. Several items may have one node.
+  [[nodiscard]] NodeId nodeOf(ItemId item) const noexcept { return itemNodes_[item]; }
   /// Ordered by `to`; those with the same `to` in the order of its expression.
   [[nodiscard]] std::span<const LineageEdge> edges() const noexcept { return edges_; }
   /// The edges that end in a node: what it comes from.
@@ -229,6 +231,7 @@ class LineageGraph {
   std::vector<std::uint32_t> out_;
   std::vector<std::uint32_t> partOffsets_;
   std::vector<NodeId> parts_;
+  std::vector<NodeId> itemNodes_;               // by item of the details
   std::vector<std::uint32_t> settingOffsets_;   // by node: where its places begin in settings_
   std::vector<std::uint32_t> settings_;         // places in Details::settings()
   std::vector<std::uint32_t> openNameOffsets_;  // the same for names

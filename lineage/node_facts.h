@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "lineage/differences.h"
 #include "lineage/lineage_graph.h"
-#include "lineage/model_diff.h"
 
 namespace tav {
 

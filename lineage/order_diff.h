@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "lineage/model_diff.h"
+#include "lineage/differences.h"
 #include "lineage/node_pairs.h"
 
 namespace tav {

@@ -51,15 +51,12 @@ RelationDiff::RelationDiff(const LineageGraph& before, const LineageGraph& after
     : pairs_(pairs), before_(makeSide(before, false)), after_(makeSide(after, true)) {}
 
 RelationDiff::Side RelationDiff::makeSide(const LineageGraph& graph, bool isNew) {
-  Side side{&graph, isNew, {}, {}, {}};
+  Side side{&graph, isNew, {}, {}};
   const Details* details = graph.details();
   if (!details) return side;
-  side.nodes.assign(details->items().size(), kNoNode);
-  for (NodeId id = 0; id < graph.nodes().size(); ++id)
-    if (graph.node(id).item != kNoItem) side.nodes[graph.node(id).item] = id;
   const auto relations = details->relations();
   arrangeByKey(
-      graph.nodes().size(), relations.size(), [&](std::uint32_t i) { return side.nodes[relations[i].to]; },
+      graph.nodes().size(), relations.size(), [&](std::uint32_t i) { return graph.nodeOf(relations[i].to); },
       side.offsets, side.relations);
   return side;
 }
@@ -150,7 +147,7 @@ void RelationDiff::addOfDetails(const Side& side, NodeId id, std::vector<Related
   const auto relations = side.graph->details()->relations();
   for (std::uint32_t i = side.offsets[id]; i < side.offsets[id + 1]; ++i) {
     const DetailRelation& relation = relations[side.relations[i]];
-    const NodeId from = side.nodes[relation.from];
+    const NodeId from = side.graph->nodeOf(relation.from);
     all.push_back({keyOf(side, from), std::string(relation.text), relation.kind, from, 1});
   }
 }

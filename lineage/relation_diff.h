@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "lineage/model_diff.h"
+#include "lineage/differences.h"
 #include "lineage/node_pairs.h"
 
 namespace tav {
@@ -37,7 +37,6 @@ class RelationDiff {
     bool isNew;
     std::vector<std::uint32_t> offsets;  // by node
     std::vector<std::uint32_t> relations;
-    std::vector<NodeId> nodes;  // by item
   };
   /// What only one node of a pair depends on.
   struct Lone {

@@ -256,10 +256,10 @@ class ElementWalk {
 
   void nameAttributes(const TAVDOMElement& dimension) {
     attributeNames_ = {};
-    if (const TAVDOMElement* attributes = dimension.getFirstElement(kAttributes))
-      for (const TAVDOMElement& attribute : attributes->getElements())
-        attributeNames_.try_emplace(attribute.getFirstElementValue(kId),
-                                    attribute.getFirstElementValue(kName));
+    const TAVDOMElement* attributes = dimension.getFirstElement(kAttributes);
+    if (!attributes) return;
+    for (const TAVDOMElement& attribute : attributes->getElements())
+      attributeNames_.try_emplace(attribute.getFirstElementValue(kId), attribute.getFirstElementValue(kName));
   }
 
   void addExpression(const Frame& frame, std::string_view text, RelationKind relation) {

@@ -52,8 +52,9 @@ TEST(Literals, AreAllListedAndFoundByTheirKeys) {
     EXPECT_EQ(QVT_SSXMLA::findTextLiteral(literal->getKey()), literal);
     keys += literal->getKey().str() + " ";
   }
-  EXPECT_EQ(keys, "MicrosoftSqlServerXMLAImportDescription BP_FILE_DEFAULT BP_FILE 2 6 7 8 9 10 11 12 13 ");
-  EXPECT_EQ(QVT_SSXMLA::findTextLiteral("14"), nullptr);
+  EXPECT_EQ(keys,
+            "MicrosoftSqlServerXMLAImportDescription BP_FILE_DEFAULT BP_FILE 2 6 7 8 9 10 11 12 13 14 15 ");
+  EXPECT_EQ(QVT_SSXMLA::findTextLiteral("16"), nullptr);
 }
 
 TEST(Literals, ReplacedTextIsWhatMessagesSay) {

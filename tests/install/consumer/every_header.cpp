@@ -14,12 +14,14 @@
 #include "framework/details/details.h"
 #include "framework/details/kinds.h"
 #include "framework/details/passed_over.h"
+#include "framework/details/setting_words.h"
 #include "framework/dom/dom.h"
 #include "framework/dom/dom_name.h"
 #include "framework/dom/element.h"
 #include "framework/expression/analyzer.h"
 #include "framework/expression/enumerations.h"
 #include "framework/expression/language.h"
+#include "framework/expression/layout.h"
 #include "framework/expression/lexer.h"
 #include "framework/expression/nodes.h"
 #include "framework/expression/operators.h"
@@ -71,6 +73,7 @@
 #include "framework/std/java_path.h"
 #include "framework/std/json_text.h"
 #include "framework/std/json_writer.h"
+#include "framework/std/line_diff.h"
 #include "framework/std/literal.h"
 #include "framework/std/log.h"
 #include "framework/std/mask.h"
@@ -142,6 +145,7 @@ void takeDetails() {
   tav::Details details;
   const auto cube = tav::make<TAVCube>("c");
   details.set(details.itemOf(*cube), "Language", "1033");
+  take(&tav::settingWords, &tav::withoutLayout, &tav::lineDiff);
   taken += tav::DetailedModel(*tav::make<TAVStoreModel>(), &details).details->settings().size();
   taken +=
       tav::rowOf(tav::ObjectKind::namedSet).label.size() + tav::rowOf(tav::RelationKind::key).name.size();
