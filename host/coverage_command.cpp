@@ -20,7 +20,7 @@ struct Arguments {
 
 int measure(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
-  bool enough = true;
+  std::size_t percent = 100;
   const int code = withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model);
     const tav::Coverage coverage = tav::measureCoverage(graph);
@@ -30,13 +30,13 @@ int measure(const Arguments& arguments, MessageLog& log) {
       else
         tav::writeCoverageText(graph, coverage, out);
     });
-    enough = coverage.percent() >= static_cast<std::size_t>(arguments.bound);
-    if (!enough) {
-      log.logEvent(tav::messageEvent(tav::Message::belowCoverage,
-                                     {std::to_string(coverage.percent()), std::to_string(arguments.bound)}));
-    }
+    percent = coverage.percent();
   });
-  return code == kDone && !enough ? kBelowBound : code;
+  if ((code != kDone && code != kIncomplete) || percent >= static_cast<std::size_t>(arguments.bound))
+    return code;
+  log.logEvent(tav::messageEvent(tav::Message::belowCoverage,
+                                 {std::to_string(percent), std::to_string(arguments.bound)}));
+  return kBelowBound;
 }
 
 }  // namespace

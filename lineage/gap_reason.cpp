@@ -49,7 +49,7 @@ std::string linkedReason(const LineageGraph& graph, NodeId id) {
   return "its " + kind + " is linked from another database: " + from;
 }
 
-std::string namesReason(const std::vector<OpenNameText>& names) {
+std::string namesReason(const std::vector<OpenNameText>& names, bool hasExpression) {
   std::string missing;
   std::string others;
   for (const OpenNameText& name : names) {
@@ -62,7 +62,10 @@ std::string namesReason(const std::vector<OpenNameText>& names) {
     }
   }
   std::string reason;
-  if (!missing.empty()) reason = "its expression uses names that are not found: " + missing;
+  if (!missing.empty() && hasExpression)
+    reason = "its expression uses names that are not found: " + missing;
+  else if (!missing.empty())
+    reason = "it is bound to what the definition does not have: " + missing;
   if (!others.empty())
     reason.append(reason.empty() ? "its expression leads to no column: " : "; ").append(others);
   return reason;
@@ -78,7 +81,9 @@ bool hasValueSource(const LineageGraph& graph, NodeId id) {
 std::string gapReason(const LineageGraph& graph, NodeId id) {
   id = graph.originalOf(id);
   if (std::string reason = linkedReason(graph, id); !reason.empty()) return reason;
-  if (std::string reason = namesReason(graph.openNames(id)); !reason.empty()) return reason;
+  if (std::string reason = namesReason(graph.openNames(id), !graph.rawExpression(id).empty());
+      !reason.empty())
+    return reason;
   if (hasValueSource(graph, id)) return lostReason(graph, id);
   if (std::string reason = calculatedTableReason(graph, id); !reason.empty()) return reason;
   if (!graph.rawExpression(id).empty()) return "its expression uses no column, attribute or measure";

@@ -80,6 +80,7 @@ std::string objectsText(const std::vector<DiffObject>& objects, Quote quote) {
   if (objects.size() == 1)
     return std::string(nodeKindLabel(objects.front().kind)) + " " + quote(objects.front().name);
   std::vector<std::string> names;
+  names.reserve(objects.size());
   for (const DiffObject& object : objects) names.push_back(object.name);
   return countsText(objects) + ": " + firstOf(names, quote);
 }

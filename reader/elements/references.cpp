@@ -40,7 +40,8 @@ void IdReferences::resolve(const IdReference& reference) {
     return;
   }
   const OpenNameState state = reference.scope->isBeyond ? OpenNameState::beyond : OpenNameState::mistake;
-  run_.details->addOpenName(reference.item, reference.id, state, reference.tag);
+  run_.details->addOpenName(reference.item, reference.id, state,
+                            state == OpenNameState::beyond ? reference.tag : std::string_view());
 }
 
 void IdReferences::resolve(const ColumnReference& reference) {
@@ -48,7 +49,7 @@ void IdReferences::resolve(const ColumnReference& reference) {
   if (reference.column.empty()) {
     if (const TAVClassifier* table = run_.columns.findTable(reference.view, reference.table))
       return relate(reference.relation, details.itemOf(*table), reference.item, reference.text);
-    return details.addOpenName(reference.item, reference.table, OpenNameState::mistake, "TableID");
+    return details.addOpenName(reference.item, reference.table, OpenNameState::mistake);
   }
   if (const TAVFeature* column = run_.columns.find(reference.view, reference.table, reference.column)) {
     if (reference.relation == RelationKind::aggregated &&
@@ -57,7 +58,7 @@ void IdReferences::resolve(const ColumnReference& reference) {
     return relate(reference.relation, details.itemOf(*column), reference.item, reference.text);
   }
   const std::string name = std::string(reference.table) + "." + std::string(reference.column);
-  details.addOpenName(reference.item, name, OpenNameState::mistake, "ColumnID");
+  details.addOpenName(reference.item, name, OpenNameState::mistake);
 }
 
 }  // namespace tav

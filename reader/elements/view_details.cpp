@@ -166,7 +166,7 @@ class SchemaReader {
     addColumns(item, RelationKind::joins, tableOf(element), fieldsOf(element), kForeignKey);
     const std::string_view refer = element.getAttribute("refer");
     const auto key = keys_.find(std::string(refer));
-    if (key == keys_.end()) return details_.addOpenName(item, refer, OpenNameState::mistake, "refer");
+    if (key == keys_.end()) return details_.addOpenName(item, refer, OpenNameState::mistake);
     addColumns(item, RelationKind::joins, tableOf(*key->second), fieldsOf(*key->second), kReferencedKey);
   }
 

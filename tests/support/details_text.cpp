@@ -55,10 +55,11 @@ std::string detailsText(const Details& details) {
     if (!item.text.empty()) text += "  " + std::string(item.language) + ": " + escape(item.text) + "\n";
     text += lines[id];
   }
-  for (std::size_t i = 0; i < kPassedOverCount; ++i)
-    if (const std::size_t count = details.passedOver(static_cast<PassedOver>(i)))
-      text += "passed over: " + std::to_string(count) + " " +
-              std::string(rowOf(static_cast<PassedOver>(i)).words) + "\n";
+  for (std::size_t i = 0; i < kPassedOverCount; ++i) {
+    const auto what = static_cast<PassedOver>(i);
+    if (const std::size_t count = details.passedOver(what))
+      text += "passed over: " + std::to_string(count) + " " + std::string(rowOf(what).words) + "\n";
+  }
   return text;
 }
 
