@@ -13,9 +13,9 @@ using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabul
 namespace tav {
 namespace {
 
-using Listings = std::unordered_map<std::string, int>;
+using Listings = std::unordered_map<std::string, std::vector<const TAVDOMElement*>>;
 
-/// How often a linked measure group lists each measure of its source, by the measure's ID without its case.
+/// Where a linked measure group lists each measure of its source, by the measure's ID without its case.
 Listings listedMeasures(const TAVDOMElement& group) {
   Listings listings;
   const TAVDOMElement* measures = group.getFirstElement(kMeasures);
@@ -25,7 +25,8 @@ Listings listedMeasures(const TAVDOMElement& group) {
     const TAVDOMElement* binding = item ? item->getFirstElement(kSource) : nullptr;
     if (!binding) continue;
     const TAVDOMElement* measureId = binding->getFirstElement(kMeasureId);
-    ++listings[foldCase(measureId ? measureId->getValue() : measure.getFirstElementValue(kId))];
+    listings[foldCase(measureId ? measureId->getValue() : measure.getFirstElementValue(kId))].push_back(
+        &measure);
   }
   return listings;
 }
@@ -45,7 +46,7 @@ TAVMeasure& copyIntoCube(const TAVFeature& source, TAVCube& cube) {
 }
 
 /// Lets the alias show all measures of its source, listed or not. Returns those that the cube gets.
-std::vector<TAVMeasure*> linkMeasures(const TAVDimension& source, const Listings& listings,
+std::vector<TAVMeasure*> linkMeasures(ImportRun& run, const TAVDimension& source, const Listings& listings,
                                       TAVClassifierMap& map, TAVAliasClassifier& alias, TAVCube& cube) {
   std::vector<TAVMeasure*> measures;
   for (TAVFeature& feature : source.features) {
@@ -53,7 +54,10 @@ std::vector<TAVMeasure*> linkMeasures(const TAVDimension& source, const Listings
     addSource(addFeatureMap(map, shown), feature);
     const auto listed = listings.find(foldCase(feature.nativeId.view()));
     if (listed == listings.end()) continue;
-    for (int i = 0; i < listed->second; ++i) measures.push_back(&copyIntoCube(feature, cube));
+    for (const TAVDOMElement* element : listed->second) {
+      note(run, *element, shown);
+      measures.push_back(&copyIntoCube(feature, cube));
+    }
   }
   return measures;
 }
@@ -89,7 +93,7 @@ void importLinkedMeasureGroup(ImportRun& run, MeasureGroups& groups, const TAVDO
 
   TAVDimension* sourceGroup = groups.find(*sourceFolder, groupId);
   if (!sourceGroup) return;
-  groups.addLinked(cube, alias, linkMeasures(*sourceGroup, listedMeasures(element), map, alias, cube));
+  groups.addLinked(cube, alias, linkMeasures(run, *sourceGroup, listedMeasures(element), map, alias, cube));
   addSource(map, *sourceGroup);  // also when it has no measures
 }
 

@@ -6,8 +6,8 @@
 #include "framework/std/file_reader.h"
 #include "framework/std/text.h"
 #include "host/inputs/container.h"
+#include "host/inputs/extension.h"
 #include "host/inputs/file_text.h"
-#include "host/inputs/folder.h"
 
 namespace host {
 namespace {

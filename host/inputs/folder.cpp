@@ -9,6 +9,7 @@
 
 #include "framework/std/string.h"
 #include "host/inputs/content.h"
+#include "host/inputs/extension.h"
 #include "host/inputs/semantic_model.h"
 
 namespace host {
@@ -106,10 +107,6 @@ class FolderWalk {
 };
 
 }  // namespace
-
-bool hasExtension(const std::string& path, const std::string& extension) {
-  return tav::foldCase(fs::path(path).extension().string()) == extension;
-}
 
 std::vector<std::string> definitionsIn(const std::string& folder) {
   if (findFolderModel(folder)) return {folder};

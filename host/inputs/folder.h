@@ -5,12 +5,6 @@
 
 namespace host {
 
-/// The extension of a project's own file.
-inline constexpr const char* kProjectExtension = ".dwproj";
-
-/// Whether a file or folder is called as those of this extension, which is in lower case, in any letter case.
-bool hasExtension(const std::string& path, const std::string& extension);
-
 /// The definitions that make a folder one: itself, if it holds a semantic model, or the projects and the
 /// folders of semantic models in it. In the order of their names.
 std::vector<std::string> definitionsIn(const std::string& folder);

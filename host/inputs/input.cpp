@@ -12,6 +12,7 @@
 #include "framework/serialization/model_reader.h"
 #include "host/inputs/container.h"
 #include "host/inputs/content.h"
+#include "host/inputs/extension.h"
 #include "host/inputs/folder.h"
 #include "host/inputs/project_document.h"
 #include "messages/message.h"

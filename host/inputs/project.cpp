@@ -65,10 +65,11 @@ class ProjectReader {
     for (const TAVDOMElement& item : group.getElements()) {
       ProjectObject object{listed(item), {}};
       const TAVDOMElement* dependencies = item.getFirstElement("Dependencies");
-      if (dependencies)
+      if (dependencies) {
         for (const TAVDOMElement& dependency : dependencies->getElements())
           if (isPartitions(dependency.getFirstElementValue(kFullPath)))
             object.partitions = listed(dependency);
+      }
       if (!object.file.empty()) objects.push_back(std::move(object));
     }
   }

@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 
 #include "framework/std/string.h"
+#include "host/inputs/extension.h"
 #include "host/inputs/file_text.h"
-#include "host/inputs/folder.h"
 
 namespace host {
 namespace {
@@ -64,10 +64,11 @@ ReportLink followDefinition(const fs::path& folder) {
   const Json report = readJson(folder / kReportDefinition);
   const std::string path = textAt(report, "/datasetReference/byPath/path");
   if (!path.empty()) return {(folder / path).lexically_normal().string(), {}};
-  if (report.is_object() && report.contains(Json::json_pointer("/datasetReference/byConnection")))
+  if (report.is_object() && report.contains(Json::json_pointer("/datasetReference/byConnection"))) {
     return {
         {},
         "a report on a model that is kept in the service, not in this folder; export the model from there"};
+  }
   return {{}, "a report whose definition.pbir names no model"};
 }
 

@@ -19,8 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 using tav::test::Span;
 
-constexpr std::size_t kTriesOfSample = 150;  // spread over a definition that is large
-
 struct NoLog : TAVLog {
   void logEvent(const TAVLogEvent& /*event*/) override {}
 };

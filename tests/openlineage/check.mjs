@@ -71,11 +71,15 @@ function checkStream(text, name) {
 }
 
 // The objects of a model by class, and how many features of cubes and dimensions it has: levels and views apart.
+// Attributes and measures that only the details have count too.
 function countModel(json) {
   const counts = { datasets: 0, fields: 0 };
   const featureClasses = new Set(['TAVMeasure', 'TAVDimensionAttribute', 'TAVAliasFeature']);
   const datasetClasses = new Set(['TAVCube', 'TAVDimension', 'TAVAliasClassifier']);
-  const open = json ? [JSON.parse(json).model] : [];
+  const fieldKinds = new Set(['attribute', 'measure']);
+  const { model, details } = json ? JSON.parse(json) : {};
+  counts.fields += (details?.items ?? []).filter((item) => fieldKinds.has(item.kind)).length;
+  const open = model ? [model] : [];
   while (open.length > 0) {
     const object = open.pop();
     if (datasetClasses.has(object.class)) counts.datasets += 1;
