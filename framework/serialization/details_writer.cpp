@@ -104,7 +104,9 @@ class DetailsWriter {
     std::vector<std::uint32_t> rest;
     for (const std::uint32_t place : places) {
       const auto& [item, name, value] = settings[place];
-      if (written.size() < kMostAttributes && isAttributeName(name) && written.insert(name).second)
+      // Attributes are read before what the element holds: behind the first that is none, all are elements.
+      if (rest.empty() && written.size() < kMostAttributes && isAttributeName(name) &&
+          written.insert(name).second)
         attribute(name, value);
       else
         rest.push_back(place);

@@ -4,6 +4,8 @@
 #include "framework/modelbridge/host_observer.h"
 #include "tests/support/corpus.h"
 
+// The texts that tests put together are read by people, and few.
+// NOLINTBEGIN(performance-inefficient-string-concatenation)
 namespace {
 
 class Observer : public tav::HostObserver {
@@ -44,18 +46,21 @@ std::string textOf(const tav::Details& details) {
   for (tav::ItemId id = 0; id < details.items().size(); ++id)
     if (!details.item(id).object && isOfScript(details, id))
       line(nameOf(details, id) + " := " + tav::test::escape(details.item(id).text));
-  for (const tav::DetailSetting& setting : details.settings())
+  for (const tav::DetailSetting& setting : details.settings()) {
     if (isOfScript(details, setting.item))
       line(nameOf(details, setting.item) + ": " + std::string(setting.name) + " = " +
            std::string(setting.value));
-  for (const tav::DetailRelation& relation : details.relations())
+  }
+  for (const tav::DetailRelation& relation : details.relations()) {
     if (isOfScript(details, relation.from) || isOfScript(details, relation.to))
       line(nameOf(details, relation.from) + " -" + std::string(tav::rowOf(relation.kind).name) + "> " +
            nameOf(details, relation.to));
-  for (const tav::OpenName& name : details.openNames())
+  }
+  for (const tav::OpenName& name : details.openNames()) {
     if (isOfScript(details, name.item))
       line("? " + std::string(name.name) + ": " + std::string(tav::openNameStateText(name.state)) +
            (name.note.empty() ? "" : ", ") + std::string(name.note));
+  }
   return text;
 }
 
@@ -92,3 +97,4 @@ TEST(Names, CostTheSameHoweverManyThereAre) {
 }
 
 }  // namespace
+// NOLINTEND(performance-inefficient-string-concatenation)

@@ -47,14 +47,16 @@ std::string detailsText(const Details& details) {
   for (const DetailSetting& setting : details.settings())
     text += labelOf(details, setting.item) + " has " + std::string(setting.name) + " = " +
             quoted(setting.value) + "\n";
-  for (const OpenName& name : details.openNames())
+  for (const OpenName& name : details.openNames()) {
     text += labelOf(details, name.item) + " names " + std::string(name.name) + ": " +
             std::string(openNameStateText(name.state)) + (name.note.empty() ? "" : ", ") +
             std::string(name.note) + "\n";
-  for (std::size_t i = 0; i < kPassedOverCount; ++i)
+  }
+  for (std::size_t i = 0; i < kPassedOverCount; ++i) {
     if (const std::size_t count = details.passedOver(static_cast<PassedOver>(i)))
       text += "passed over: " + std::to_string(count) + " " +
               std::string(rowOf(static_cast<PassedOver>(i)).name) + "\n";
+  }
   return text;
 }
 

@@ -15,6 +15,8 @@
 #include "tests/tabular/details_text.h"
 #include "tests/tabular/importer_run.h"
 
+// The texts that tests put together are read by people, and few.
+// NOLINTBEGIN(performance-inefficient-string-concatenation)
 namespace {
 
 namespace fs = std::filesystem;
@@ -289,19 +291,21 @@ TEST(TmdlDamage, AWholeFolderHasNothingToSay) {
 }
 
 TEST(TmdlDamage, AFileThatIsCutIsNamed) {
-  for (const auto& [name, whole] : kShop)
+  for (const auto& [name, whole] : kShop) {
     EXPECT_NE(messagesOfShop(name, [](const std::string& text) { return text.substr(0, text.size() - 3); })
                   .find(name + ":"),
               std::string::npos)
         << name;
+  }
 }
 
 TEST(TmdlDamage, AFileThatIsThereTwiceIsNamed) {
-  for (const auto& [name, whole] : kShop)
+  for (const auto& [name, whole] : kShop) {
     EXPECT_NE(
         messagesOfShop(name, [](const std::string& text) { return text + "\n" + text; }).find(name + ":"),
         std::string::npos)
         << name;
+  }
 }
 
 /// The list of the model's parts tells of those; other files are missed by what names them, if anything does.
@@ -393,3 +397,4 @@ INSTANTIATE_TEST_SUITE_P(Tmdl, ManyLines, testing::ValuesIn(kMany),
                          [](const auto& one) { return std::string(one.param.name); });
 
 }  // namespace
+// NOLINTEND(performance-inefficient-string-concatenation)
