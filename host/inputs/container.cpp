@@ -65,10 +65,11 @@ std::string unpack(zip_t& archive, const std::string& name) {
 
 /// What an archive without a definition is, and what to do.
 std::string causeWithout(zip_t& archive) {
-  if (holds(archive, "DataModel"))
+  if (holds(archive, "DataModel")) {
     return "a report that is saved with its data, the model in binary form; in Power BI Desktop, save it as "
            "a "
            "template (.pbit) or as a project (.pbip)";
+  }
   if (holds(archive, "Report/Layout") || holds(archive, "Connections"))
     return "a report without a model of its own; give the definition of the model that it is connected to";
   if (holds(archive, "xl/workbook.xml")) return "an Excel workbook, which is no definition that can be read";

@@ -126,10 +126,10 @@ std::string foreignContent(std::string_view beginning, const std::string& path) 
   for (const Sign& known : kRoots)
     if (root == known.sign) return std::string(known.sentence);
   if (hasExtension(path, kDatabaseExtension)) return std::string(kPartOfProject);
-  if (!text.empty() && !mayBeDefinition(text))
+  if (!text.empty() && !mayBeDefinition(text)) {
     return "neither XML nor JSON nor TMDL; name a definition in one of these, a project, a template (.pbit) "
-           "or a "
-           "folder of one of them";
+           "or a folder of one of them";
+  }
   return {};
 }
 
