@@ -231,7 +231,8 @@ class ElementWalk {
       default:
         // The ID of what is called by it already.
         if (tag == kId && parent.label && parent.label->getValue() == value) break;
-        settings_.set(parent.item, tag, firstOf(value, typeOf(element)));
+        settings_.set(parent.item, isNoted(element, parent) ? std::string_view() : tag,
+                      firstOf(value, typeOf(element)));
     }
     if (element.getAttributes().empty()) return;
     Frame leaf = parent;
@@ -240,6 +241,12 @@ class ElementWalk {
     settings_.goDown(tag);
     readAttributes(leaf);
     settings_.goBack(settings_.place() - tag.size() - 1);
+  }
+
+  /// Whether an element is what an annotation says.
+  bool isNoted(const TAVDOMElement& element, const Frame& parent) const {
+    return parent.isFold && rules_.rule(parent.node).reading == Reading::annotation &&
+           element.getLocalName() == kValue;
   }
 
   /// Whether the model keeps the connection of a data source: not one that feeds nothing.
@@ -456,7 +463,11 @@ class ElementWalk {
     if (isFold && !settings_.isFolding()) {
       frame.isFold = true;
       const std::string_view said = label ? label->getValue() : std::string_view();
-      settings_.beginFold(name, reading == Reading::annotation ? annotationName(said) : said);
+      // Whether a value is secret is told by the name of its setting.
+      if (reading == Reading::annotation)
+        settings_.beginFold((name += '.') += annotationName(said), {});
+      else
+        settings_.beginFold(name, said);
       return;
     }
     settings_.goDown(name);
