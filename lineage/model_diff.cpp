@@ -272,8 +272,9 @@ class Comparison {
       const auto count = [&](const LineageGraph& graph) {
         return graph.details() ? graph.details()->passedOver(what) : 0;
       };
-      if (rowOf(what).hasMeaning && count(before_) + count(after_) > 0)
-        diff_.notes.push_back("Not compared: " + std::string(rowOf(what).words) + ".");
+      if (!rowOf(what).hasMeaning || count(before_) + count(after_) == 0) continue;
+      diff_.notes.push_back("not compared: " + std::string(rowOf(what).words) + " (" +
+                            std::to_string(count(before_)) + " and " + std::to_string(count(after_)) + ")");
     }
   }
 
@@ -342,13 +343,13 @@ ModelDiff compareModels(const DetailedModel& before, const DetailedModel& after)
   const LineageGraph newGraph(both ? after : DetailedModel(after.model));
   ModelDiff diff = compareModels(oldGraph, newGraph);
   if (both) return diff;
-  const std::string which = before.details  ? "The new model has"
-                            : after.details ? "The old model has"
-                                            : "The models have";
+  const std::string_view which = before.details  ? "the new model has"
+                                 : after.details ? "the old model has"
+                                                 : "the models have";
   diff.notes.push_back(
-      which +
-      " no details: keys, settings, roles, scripts and all else that a definition says beyond "
-      "its model is not compared.");
+      std::string(which) +
+      " no details: keys, joins, roles, scripts and whatever else a model leaves out are not "
+      "compared");
   return diff;
 }
 

@@ -38,7 +38,7 @@ struct ModelDiff {
 
   std::string oldName;
   std::string newName;
-  std::vector<std::string> notes;  ///< what was not compared, as sentences
+  std::vector<std::string> notes;  ///< what was not compared; sentences without their ends
   std::vector<BrokenName> broken;
   std::vector<DiffObject> lostLineage;  ///< traced back to a database column, and does no longer
   std::vector<ChangedObjects> changed;

@@ -46,7 +46,7 @@ class DiffMarkdown {
     writeGroup(diff, DiffGroup::moved, [&] { writeItems(diff.moved); });
     writeGroup(diff, DiffGroup::reordered, [&] { writeReordered(diff.reordered); });
     writeAffected(diff);
-    for (const std::string& note : diff.notes) out_ << "\n_" << note << "_\n";
+    for (const std::string& note : diff.notes) out_ << "\nNote: " << note << ".\n";
   }
 
  private:

@@ -21,7 +21,8 @@ class DiffText {
     writeItems(DiffGroup::moved, diff.moved);
     writeReordered(diff.reordered);
     writeAffected(diff);
-    for (const std::string& note : diff.notes) out_ << "\n" << note << "\n";
+    if (!diff.notes.empty()) out_ << "\n";
+    for (const std::string& note : diff.notes) out_ << "Note: " << note << ".\n";
   }
 
  private:

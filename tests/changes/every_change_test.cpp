@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
+#include <array>
 #include <iostream>
 #include <map>
+#include <set>
+#include <sstream>
 
 #include "bridge/import.h"
 #include "framework/modelbridge/host_observer.h"
@@ -49,11 +51,29 @@ class Definition {
   tav::Owned<TAVStoreModel> model_;
 };
 
-/// A changed text, and which part of it was changed how.
-struct Mutation {
-  std::string what;
-  std::string text;
-};
+/// The last steps of a path, without numbers.
+std::string kindOfPlace(std::string_view path) {
+  std::string kind;
+  std::size_t at = path.size();
+  for (int steps = 2; steps > 0 && at != path.npos && at > 0; --steps) at = path.rfind('/', at - 1);
+  bool number = false;
+  for (const char c : path.substr(at == path.npos ? 0 : at + 1)) {
+    number = c == '[' || (number && c != ']');
+    if (!number && c != ']') kind += c;
+  }
+  return kind;
+}
+
+/// Whether an element stands in a list of its kind, "Levels/Level": of others a second one is not read, and
+/// no server accepts it.
+bool isOneOfSeveral(std::string_view path) {
+  const std::string kind = kindOfPlace(path);
+  const std::size_t slash = kind.find('/');
+  if (slash == kind.npos) return false;
+  const std::string_view parent = std::string_view(kind).substr(0, slash);
+  const std::string_view tag = std::string_view(kind).substr(slash + 1);
+  return parent == std::string(tag) + "s" || parent == std::string(tag.substr(0, tag.size() - 1)) + "ies";
+}
 
 /// All changes of a document, made when they are asked for. Those of one place stand together.
 class Mutations {
@@ -62,7 +82,7 @@ class Mutations {
     elements_ = tav::test::findElements(document_);
     for (std::size_t i = 1; i < elements_.size(); ++i) {
       places_.push_back({&elements_[i], Way::removed});
-      places_.push_back({&elements_[i], Way::doubled});
+      if (isOneOfSeveral(elements_[i].path)) places_.push_back({&elements_[i], Way::doubled});
       if (isLeaf(i)) places_.push_back({&elements_[i], Way::changed});
     }
     for (const Span& element : elements_)
@@ -76,6 +96,11 @@ class Mutations {
 
   [[nodiscard]] std::size_t size() const { return places_.size(); }
   [[nodiscard]] const Span& span(std::size_t i) const { return *places_[i].span; }
+  /// "Attribute/Name changed": which kind of place is changed how.
+  [[nodiscard]] std::string kind(std::size_t i) const {
+    constexpr std::array<std::string_view, 3> kWays{" removed", " doubled", " changed"};
+    return kindOfPlace(places_[i].span->path).append(kWays[static_cast<std::size_t>(places_[i].way)]);
+  }
 
   /// The element that a span stands in; null for the root.
   [[nodiscard]] const Span* around(const Span& span) const {
@@ -87,7 +112,7 @@ class Mutations {
     return around;
   }
 
-  [[nodiscard]] Mutation at(std::size_t i) const {
+  [[nodiscard]] std::string at(std::size_t i) const {
     const auto [span, way] = places_[i];
     const std::string_view text = document_;
     const auto replaced = [&](std::size_t begin, std::size_t end, std::string_view by) {
@@ -95,13 +120,12 @@ class Mutations {
     };
     switch (way) {
       case Way::removed:
-        return {"removed", replaced(span->begin, span->end, "")};
+        return replaced(span->begin, span->end, "");
       case Way::doubled:
-        return {"doubled", replaced(span->end, span->end, text.substr(span->begin, span->end - span->begin))};
+        return replaced(span->end, span->end, text.substr(span->begin, span->end - span->begin));
       default:
-        return {"changed",
-                replaced(span->contentBegin, span->contentEnd,
-                         otherValue(text.substr(span->contentBegin, span->contentEnd - span->contentBegin)))};
+        return replaced(span->contentBegin, span->contentEnd,
+                        otherValue(text.substr(span->contentBegin, span->contentEnd - span->contentBegin)));
     }
   }
 
@@ -132,26 +156,21 @@ class Mutations {
   std::vector<Place> places_;
 };
 
-/// What a tried definition came to.
+/// How a document is written: namespaces, the types of XML Schema, the empty instance behind a view's schema.
+bool isWriting(const Span& span) {
+  const std::string kind = kindOfPlace(span.path);
+  return span.path.find("@xmlns") != span.path.npos || span.path.ends_with("@xsi:type") ||
+         (kind.starts_with("Schema/") && !kind.starts_with("Schema/xs:"));
+}
+
+/// What the tried changes came to.
 struct Tried {
   std::size_t changes = 0;
   std::size_t refused = 0;                     // changed texts that are no definition any more
   std::size_t without = 0;                     // changes of what carries no meaning
-  std::map<std::string, std::string> unnamed;  // by the ends of their paths, with an example
+  std::set<std::string> kinds;                 // of places that were changed in a way
+  std::map<std::string, std::string> unnamed;  // those of them that no answer named, with an example
 };
-
-/// The last steps of a path, without numbers.
-std::string kindOfPlace(std::string_view path) {
-  std::string kind;
-  std::size_t at = path.size();
-  for (int steps = 2; steps > 0 && at != path.npos && at > 0; --steps) at = path.rfind('/', at - 1);
-  bool number = false;
-  for (const char c : path.substr(at == path.npos ? 0 : at + 1)) {
-    number = c == '[' || (number && c != ']');
-    if (!number && c != ']') kind += c;
-  }
-  return kind;
-}
 
 /// Tries the changes of one definition.
 class Trial {
@@ -162,29 +181,38 @@ class Trial {
         before_(folder_, document_),
         tried_(tried) {}
 
-  /// So many changes, or all if there are fewer.
+  /// So many changes: of each kind that was not tried yet, then others that are spread over the document.
   void run(std::size_t most) {
-    if (!before_.isRead()) return;
+    // A document of other commands has none.
+    if (!before_.isRead() || !definesDatabase()) return;
     const Mutations mutations(document_);
-    const std::size_t step = std::max<std::size_t>(mutations.size() / most, 1);
-    // Beginning elsewhere in each definition tries the same element of two of them in two ways.
-    for (std::size_t i = document_.size() % step; i < mutations.size(); i += step) {
-      const Mutation mutation = mutations.at(i);
-      const Definition after(folder_, mutation.text);
-      ++tried_.changes;
-      if (!after.isRead())
-        ++tried_.refused;
-      else if (!tav::compareModels(before_.get(), after.get()).empty())
-        continue;
-      else if (isPassedOver(mutations, mutations.span(i)))
-        ++tried_.without;
-      else
-        tried_.unnamed.emplace(kindOfPlace(mutations.span(i).path) + " " + mutation.what,
-                               name_ + ": " + mutations.span(i).path);
-    }
+    std::vector<std::size_t> chosen;
+    for (std::size_t i = 0; i < mutations.size() && chosen.size() < most; ++i)
+      if (tried_.kinds.insert(mutations.kind(i)).second) chosen.push_back(i);
+    const std::size_t step = std::max<std::size_t>(mutations.size() / (most - chosen.size() + 1), 1);
+    for (std::size_t i = step / 2; i < mutations.size() && chosen.size() < most; i += step)
+      chosen.push_back(i);
+    for (const std::size_t i : chosen) tryOne(mutations, i);
   }
 
  private:
+  [[nodiscard]] bool definesDatabase() const {
+    return document_.find("<Database>") != document_.npos || document_.find("<Database ") != document_.npos;
+  }
+
+  void tryOne(const Mutations& mutations, std::size_t i) {
+    const Definition after(folder_, mutations.at(i));
+    ++tried_.changes;
+    if (!after.isRead())
+      ++tried_.refused;
+    else if (!tav::compareModels(before_.get(), after.get()).empty())
+      return;
+    else if (isWriting(mutations.span(i)) || isPassedOver(mutations, mutations.span(i)))
+      ++tried_.without;
+    else
+      tried_.unnamed.emplace(mutations.kind(i), name_ + ": " + mutations.span(i).path);
+  }
+
   /// Whether a place is on the list of what is passed over, itself or with what it stands in.
   bool isPassedOver(const Mutations& mutations, const Span& span) {
     if (countsAsPassedOver(span)) return true;
@@ -215,12 +243,31 @@ class Trial {
   std::map<std::size_t, bool> passedOver_;  // by the place where a span begins
 };
 
+/// The kinds of changes that need no name, or have none yet, as the corpus lists them with their reasons.
+std::set<std::string> knownKinds() {
+  std::set<std::string> known;
+  for (const auto& c : tav::test::loadCorpus("changes/unnamed.txt")) {
+    std::istringstream lines(c.input);
+    for (std::string line; std::getline(lines, line);) known.insert(line);
+  }
+  return known;
+}
+
 TEST(EveryChange, OfADefinitionIsNamed) {
+  constexpr std::size_t kTriesOfExample = 1500;
+  constexpr std::size_t kBytesOfSample = 16'000'000;  // read for all tries together
   Tried tried;
-  Trial(EXAMPLES "/murmeltal-huts.asdatabase", tried).run(1000000);
+  for (const char* name : {"/murmeltal-huts.asdatabase", "/lost-property-create.xmla"})
+    Trial(EXAMPLES + std::string(name), tried).run(kTriesOfExample);
+  if (fs::exists(SAMPLES "/multidimensional"))
+    for (const auto& entry : fs::directory_iterator(SAMPLES "/multidimensional"))
+      if (entry.path().extension() == ".xmla" || entry.path().extension() == ".asdatabase")
+        Trial(entry.path(), tried).run(kBytesOfSample / (entry.file_size() + 1) + 1);
   std::cout << tried.changes << " changes tried, " << tried.refused << " of them no definition, "
-            << tried.without << " without meaning, " << tried.unnamed.size() << " kinds not named\n";
-  for (const auto& [kind, example] : tried.unnamed) std::cout << kind << "\t" << example << "\n";
+            << tried.without << " of what carries no meaning\n";
+  const std::set<std::string> known = knownKinds();
+  for (const auto& [kind, example] : tried.unnamed)
+    EXPECT_TRUE(known.contains(kind)) << kind << " is not named by diff: " << example;
 }
 
 }  // namespace
