@@ -182,8 +182,6 @@ class LineageGraph {
   /// The schema of a table of a database, as far as it is known.
   [[nodiscard]] std::string schema(NodeId id) const;
   [[nodiscard]] std::string_view rawSchema(NodeId id) const noexcept;
-  /// How many names in expressions lead to nothing in the model, and to something by the details.
-  [[nodiscard]] std::size_t foundCount() const;
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
 

@@ -5,7 +5,6 @@
 #include <array>
 #include <functional>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "framework/model/class_info.h"
 #include "framework/model/reflection.h"
@@ -299,19 +298,6 @@ std::vector<std::string_view> LineageGraph::rawUnresolved(NodeId id) const {
     names = unresolvedNamesOf(*node(id).object);
   }
   return names;
-}
-
-std::size_t LineageGraph::foundCount() const {
-  std::size_t count = 0;
-  if (!details_ || tabular_) return count;
-  for (NodeId id = 0; id < firstDatabaseNode_; ++id) {
-    if (!node(id).object) continue;
-    const std::vector<std::string_view> open = rawUnresolved(id);
-    const std::unordered_set<std::string_view> stillOpen(open.begin(), open.end());
-    for (const std::string_view name : unresolvedNamesOf(*node(id).object))
-      count += stillOpen.contains(name) ? 0 : 1;
-  }
-  return count;
 }
 
 std::string LineageGraph::description(NodeId id) const {

@@ -1,32 +1,15 @@
-#include <algorithm>
-
 #include "exports/answers/diff_report.h"
 #include "exports/answers/diff_words.h"
+#include "exports/answers/markdown.h"
 
 namespace tav {
 namespace {
 
 constexpr std::size_t kOpenList = 20;  // a longer one is folded, so that a pull request stays readable
 
-/// A row of backticks longer than any in the texts.
-std::string fenceFor(std::initializer_list<std::string_view> texts, std::size_t atLeast) {
-  std::size_t longest = atLeast - 1;
-  for (const std::string_view text : texts) {
-    std::size_t run = 0;
-    for (const char c : text) {
-      run = c == '`' ? run + 1 : 0;
-      longest = std::max(longest, run);
-    }
-  }
-  return std::string(longest + 1, '`');
-}
-
-/// Text as Markdown shows it to the letter.
+/// With tabs as blanks, as lines of expressions have them.
 std::string code(std::string_view text) {
-  const std::string line = shownLine(text);
-  const std::string fence = fenceFor({line}, 1);
-  const bool blank = line.empty() || line.starts_with('`') || line.ends_with('`') || line.starts_with(' ');
-  return fence + (blank ? " " : "") + line + (blank ? " " : "") + fence;
+  return markdownCode(shownLine(text));
 }
 
 class DiffMarkdown {
@@ -100,7 +83,7 @@ class DiffMarkdown {
       out_ << "  - " << changeText(change, code, " → ") << "\n";
       return;
     }
-    const std::string fence = fenceFor({change.before.value_or(""), change.after.value_or("")}, 3);
+    const std::string fence = markdownFence({change.before.value_or(""), change.after.value_or("")}, 3);
     out_ << "  - " << linesTitle(change, code) << "\n\n    " << fence << "diff\n";
     for (const ShownLine& line : linesOf(change)) {
       if (line.mark == '@')

@@ -6,17 +6,21 @@
 
 namespace tav {
 
-std::string markdownCode(std::string_view text) {
-  std::string line;
-  std::size_t run = 0;
-  std::size_t longest = 0;
-  for (const char c : printable(text)) {
-    run = c == '`' ? run + 1 : 0;
-    longest = std::max(longest, run);
-    if (c == '|') line += '\\';  // ends a cell even within code
-    line += c;
+std::string markdownFence(std::initializer_list<std::string_view> texts, std::size_t atLeast) {
+  std::size_t longest = atLeast - 1;
+  for (const std::string_view text : texts) {
+    std::size_t run = 0;
+    for (const char c : text) {
+      run = c == '`' ? run + 1 : 0;
+      longest = std::max(longest, run);
+    }
   }
-  const std::string fence(longest + 1, '`');
+  return std::string(longest + 1, '`');
+}
+
+std::string markdownCode(std::string_view text) {
+  const std::string line = printable(text);
+  const std::string fence = markdownFence({line}, 1);
   const bool blank = line.empty() || line.starts_with('`') || line.ends_with('`') || line.starts_with(' ');
   const std::string_view space = blank ? " " : "";
   return fence + std::string(space).append(line).append(space) + fence;

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
 namespace tav {
 
-/// Text as Markdown shows it to the letter, on one line and within a table too. Control characters are shown.
+/// A row of backticks longer than any in the texts, and no shorter than `atLeast`.
+std::string markdownFence(std::initializer_list<std::string_view> texts, std::size_t atLeast);
+
+/// Text as Markdown shows it to the letter, on one line. Control characters are shown.
 std::string markdownCode(std::string_view text);
 
 }  // namespace tav

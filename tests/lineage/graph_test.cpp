@@ -41,8 +41,8 @@ void checkDefinition(const fs::path& definition) {
   SCOPED_TRACE(definition);
   const tav::test::TemporaryFolder folder;
   if (run(folder, "import '" + definition.string() + "' -o m.xml") != 0) return;
-  const auto model = tav::loadModel((folder.path() / "m.xml").string());
-  EXPECT_EQ(tav::test::brokenGraphLaw(*model), "");
+  const tav::SavedModel saved = tav::loadSavedModel((folder.path() / "m.xml").string());
+  EXPECT_EQ(tav::test::brokenGraphLaw({*saved.model, saved.details.get()}), "");
   EXPECT_EQ(run(folder, "coverage m.xml"), 0);
   EXPECT_EQ(run(folder, "diff '" + definition.string() + "' m.xml --exit-code"), 0);
   for (const tav::ExportFormat* format : tav::exportFormats()) {
@@ -51,7 +51,7 @@ void checkDefinition(const fs::path& definition) {
     command.append(name).append(" --format ").append(name);
     EXPECT_EQ(run(folder, command), 0) << name;
   }
-  for (const std::string& path : pathsToAskFor(*model)) {
+  for (const std::string& path : pathsToAskFor(*saved.model)) {
     // A shell takes a name in single quotes as it is; one that holds such a quote is not asked for here.
     if (path.find('\'') != path.npos) continue;
     EXPECT_EQ(run(folder, "trace m.xml '" + path + "'"), 0) << path;

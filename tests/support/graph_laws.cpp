@@ -1,6 +1,8 @@
 #include "tests/support/graph_laws.h"
 
 #include <algorithm>
+#include <set>
+#include <tuple>
 #include <unordered_map>
 
 #include "lineage/coverage.h"
@@ -14,7 +16,7 @@ constexpr std::size_t kWalks = 20;  // starts that are spread over the nodes
 
 class GraphLaws {
  public:
-  explicit GraphLaws(const TAVModel& model) : graph_(model) {
+  explicit GraphLaws(const DetailedModel& model) : graph_(model) {
     for (NodeId id = 0; id < graph_.nodes().size(); ++id)
       if (graph_.node(id).object) nodes_.emplace(graph_.node(id).object, id);
   }
@@ -24,6 +26,7 @@ class GraphLaws {
       checkOrder(id);
       if (const auto* feature = as<TAVFeature>(graph_.node(id).object)) checkSources(id, *feature);
     }
+    if (graph_.details()) checkRelations(*graph_.details());
     checkWalks();
     checkCoverage();
     require(compareModels(graph_, graph_).empty(), "a model differs from itself", 0);
@@ -63,6 +66,18 @@ class GraphLaws {
       if (from == nodes_.end()) continue;
       require(std::binary_search(sources.begin(), sources.end(), from->second),
               "a source of the model is lost", id);
+    }
+  }
+
+  /// A relation may be one that the model has too.
+  void checkRelations(const Details& details) {
+    std::set<std::tuple<NodeId, NodeId, EdgeKind>> edges;
+    for (const LineageEdge& edge : graph_.edges()) edges.emplace(edge.from, edge.to, edge.kind);
+    for (const DetailRelation& relation : details.relations()) {
+      const NodeId from = graph_.nodeOf(relation.from);
+      const NodeId to = graph_.nodeOf(relation.to);
+      require(relation.kind == RelationKind::replaced || edges.contains({from, to, relation.kind}),
+              "a relation of the details is lost", to);
     }
   }
 
@@ -106,7 +121,7 @@ class GraphLaws {
 
 }  // namespace
 
-std::string brokenGraphLaw(const TAVModel& model) {
+std::string brokenGraphLaw(const DetailedModel& model) {
   return GraphLaws(model).check();
 }
 
