@@ -12,6 +12,7 @@
 #include "framework/model/reflection.h"
 #include "framework/model/tree_walk.h"
 #include "framework/modelbridge/host_observer.h"
+#include "lineage/lineage_graph.h"
 #include "tests/support/corpus.h"
 #include "views/dsv_reader.h"
 
@@ -217,6 +218,31 @@ TEST(Samples, EveryElementIsInTheModelOrItsDetailsOrPassedOver) {
               << " references, " << counts.columns << " bound columns, " << counts.passedOver
               << " passed over\n";
   }
+}
+
+std::string relationsOf(const std::string& path) {
+  Silent silent;
+  const DetailsObserver observer;
+  const tav::Owned<TAVStoreModel> model(execAsImport("test", TAVFile{TAVString(path)}, &silent));
+  const tav::LineageGraph graph({*model, observer.details()});
+  std::set<std::string> lines;
+  for (const tav::LineageEdge& edge : graph.edges()) {
+    if (edge.relation == tav::kNoRelation || edge.kind == tav::RelationKind::member) continue;
+    std::string line(tav::edgeKindName(edge.kind));
+    line.append(": ").append(graph.qualifiedName(edge.from));
+    line.append(" -> ").append(graph.qualifiedName(edge.to));
+    lines.insert(std::move(line));
+  }
+  std::string text;
+  for (const std::string& line : lines) text.append(text.empty() ? "" : "\n").append(line);
+  return text;
+}
+
+TEST(Samples, CubesRelateWhatTheirDefinitionsSay) {
+  if (!fs::exists(SAMPLES "/multidimensional")) GTEST_SKIP();
+  tav::test::checkCorpus("samples/relations.txt", [](const std::string& sample) {
+    return relationsOf(SAMPLES "/multidimensional/" + sample);
+  });
 }
 
 }  // namespace
