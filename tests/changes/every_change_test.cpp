@@ -259,10 +259,11 @@ TEST(EveryChange, OfADefinitionIsNamed) {
   Tried tried;
   for (const char* name : {"/murmeltal-huts.asdatabase", "/lost-property-create.xmla"})
     Trial(EXAMPLES + std::string(name), tried).run(kTriesOfExample);
-  if (fs::exists(SAMPLES "/multidimensional"))
+  if (fs::exists(SAMPLES "/multidimensional")) {
     for (const auto& entry : fs::directory_iterator(SAMPLES "/multidimensional"))
       if (entry.path().extension() == ".xmla" || entry.path().extension() == ".asdatabase")
         Trial(entry.path(), tried).run(kBytesOfSample / (entry.file_size() + 1) + 1);
+  }
   std::cout << tried.changes << " changes tried, " << tried.refused << " of them no definition, "
             << tried.without << " of what carries no meaning\n";
   const std::set<std::string> known = knownKinds();
