@@ -84,7 +84,7 @@ Command addImport(CLI::App& program) {
   CLI::App* parser = program.add_subcommand("import", "Read one or more definitions and save their models");
   parser
       ->add_option("INPUT", arguments->inputs,
-                   "The definition: an XMLA script, an .asdatabase file or a tabular model")
+                   "The definition: a file, a project, a template or a folder (see docs/inputs.md)")
       ->type_name("FILE")
       ->required();
   arguments->outputOption =
@@ -102,8 +102,9 @@ Command addImport(CLI::App& program) {
       ->check(CLI::Range(1, kMostJobs))
       ->needs(arguments->folderOption);
   parser->add_flag("--json", arguments->json, "Print the summary as JSON");
-  parser->add_flag("!--no-details", arguments->scope.details,
-                   "Read the model alone, without what the definition says beyond it");
+  parser->add_flag_callback(
+      "--no-details", [arguments] { arguments->scope.details = false; },
+      "Read the model alone, without what the definition says beyond it");
   return {parser, [arguments](MessageLog& log) { return import(*arguments, log); }};
 }
 

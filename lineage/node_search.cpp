@@ -134,7 +134,8 @@ class Search {
   std::string folded_;
 };
 
-/// Leaves out what `others` lead to, or what leads to them, along edges that only take over.
+/// Leaves out what `others` lead to, or what leads to them, along edges that only take over. A cube's copy of
+/// a hierarchy takes over what it is based on.
 class CopyFilter {
  public:
   CopyFilter(const LineageGraph& graph, const std::vector<NodeId>& nodes)
@@ -156,8 +157,10 @@ class CopyFilter {
   }
 
  private:
-  static bool takesOver(const LineageEdge& edge) {
-    return edge.from != edge.to && (edge.kind == EdgeKind::direct || edge.kind == EdgeKind::aggregated);
+  [[nodiscard]] bool takesOver(const LineageEdge& edge) const {
+    if (edge.from == edge.to) return false;
+    if (edge.kind == EdgeKind::basis) return isCopyKind(graph_.node(edge.to).kind);
+    return edge.kind == EdgeKind::direct || edge.kind == EdgeKind::aggregated;
   }
   [[nodiscard]] bool contains(NodeId id) const {
     return std::binary_search(nodes_.begin(), nodes_.end(), id);

@@ -33,13 +33,13 @@ _xmla_bridge() {
           words='-o --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
           words+=' --quiet --log-format --help'
           ;;
-        trace | impact) words='-o --format --depth --quiet --log-format --help' ;;
+        trace | impact) words='-o --format --depth --values --quiet --log-format --help' ;;
         coverage) words='-o --format --fail-under --quiet --log-format --help' ;;
         unused) words='-o --format --kind --quiet --log-format --help' ;;
         diff) words='-o --format --exit-code --fail-on --quiet --log-format --help' ;;
         report) words='-o --quiet --log-format --help' ;;
         test) words='--quiet --log-format --help' ;;
-        describe) words='--json --help' ;;
+        describe) words='--json --quiet --log-format --help' ;;
       esac
       # After a command, options are offered only when asked for: its first argument is a file.
       if [[ -n $command && $command != help && $word != -* ]]; then words=''; fi

@@ -65,10 +65,15 @@ for content in 'of another place' "$noise" ''; do
   diff <(said "$work/fits") <(said "$work/log") || fail "an archive of classes (${content:0:16}) is told of"
 done
 
-# The completions offer the commands and formats that the help tells of.
+# The completions offer the commands, options and formats that the help tells of.
 words() { tr ' ,' '\n\n' | sed '/^$/d' | LC_ALL=C sort; }
 offered() {
   COMP_WORDS=(xmla-bridge "$@" '') COMP_CWORD=$(($# + 1)) COMPREPLY=()
+  _xmla_bridge
+  printf '%s\n' "${COMPREPLY[@]}"
+}
+offered_options() {
+  COMP_WORDS=(xmla-bridge "$1" --) COMP_CWORD=2 COMPREPLY=()
   _xmla_bridge
   printf '%s\n' "${COMPREPLY[@]}"
 }
@@ -81,6 +86,9 @@ diff <(echo "$commands") <(offered | grep -v '^--' | words) || fail 'bash comple
 diff <(echo "$commands") <(sed -nE "s/^  '([a-z]+):.*/\1/p" "$zsh_completion" | words) ||
   fail 'zsh completes other commands'
 for command in $commands; do
+  options=$("$tree/bin/xmla-bridge" help "$command" | sed -nE 's/^  (-.,)?(--[a-z-]+).*/\2/p' | words)
+  [ "$command" = help ] || diff <(echo "$options" | grep -vx -e --output) <(offered_options "$command" | words) ||
+    fail "bash completes other options of $command"
   formats=$("$tree/bin/xmla-bridge" help "$command" | sed -nE 's/^  --format FORMAT:\{([^}]*)\}.*/\1/p' | words)
   [ -n "$formats" ] || continue
   diff <(echo "$formats") <(offered "$command" --format | words) || fail "bash completes other formats of $command"
