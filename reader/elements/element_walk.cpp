@@ -5,6 +5,7 @@
 #include <deque>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "reader/elements/annotations.h"
@@ -299,13 +300,8 @@ class ElementWalk {
     if (tag == "IntermediateGranularityAttributeID")
       scope = &scopes_.inCubeDimension(*scope,
                                        parent.element->getFirstElementValue("IntermediateCubeDimensionID"));
-    references_.add(IdReference{parent.item,
-                                isGranularity ? RelationKind::granularity : rule.relation,
-                                rule.space,
-                                scope,
-                                element.getValue(),
-                                tag,
-                                {}});
+    references_.add(IdReference{parent.item, isGranularity ? RelationKind::granularity : rule.relation,
+                                rule.space, scope, element.getValue(), tag, parent.text});
     // Among the folded values the ID alone tells what is meant.
     if (settings_.isFolding() && &element != parent.label) settings_.set(parent.item, {}, element.getValue());
   }
@@ -366,6 +362,7 @@ class ElementWalk {
       object = references_.ids().findCubeAttribute(*frame.scope,
                                                    frame.element->getFirstElementValue(kAttributeId));
       if (!object) return openPart(frame, parent, 0);
+      listed_.insert(object);
     }
     frame.isItem = true;
     frame.outerBegin = settings_.begin();
@@ -487,7 +484,20 @@ class ElementWalk {
       frame.text = numbers_.emplace_back(std::to_string(index + 1));
   }
 
+  /// A cube shows all attributes of a dimension in its model; which of them it lists is said by what it does
+  /// not list.
+  void noteUnlisted(const Frame& frame) {
+    const auto* shown = as<TAVAliasClassifier>(details_.item(frame.item).object);
+    if (!shown) return;
+    const TAVDOMElement* list = frame.element->getFirstElement(kAttributes);
+    if (!list || isLeaf(*list)) return details_.set(frame.item, kAttributes, "not listed");
+    for (const TAVFeature& attribute : shown->features)
+      if (!listed_.contains(&attribute)) details_.set(details_.itemOf(attribute), "IsListed", "false");
+    listed_.clear();
+  }
+
   void leave(const Frame& frame) {
+    if (frame.isItem && rules_.rule(frame.node).kind == ObjectKind::cubeDimension) noteUnlisted(frame);
     if (frame.isFold) {
       settings_.endFold(frame.item, frame.label && !isReference(*frame.label));
     } else if (frame.isItem) {
@@ -540,6 +550,7 @@ class ElementWalk {
   std::unordered_map<std::string_view, std::string_view> attributeNames_;  // by ID
   std::deque<std::string> numbers_;                                        // texts of relations
   std::unordered_map<ItemId, const TAVDOMElement*> originals_;             // of attributes
+  std::unordered_set<const TAVModelObject*> listed_;                       // of a dimension of a cube
 };
 
 }  // namespace

@@ -33,15 +33,14 @@ void IdReferences::resolve() {
 
 void IdReferences::resolve(const IdReference& reference) {
   if (reference.space == IdSpace::dataSource && reference.id == kThisDatabase) return;
-  if (const auto found = ids_.find(reference.space, *reference.scope, reference.id)) {
-    // What is shown as it is, the model says.
-    if (reference.relation != RelationKind::direct && *found != reference.item)
-      relate(reference.relation, *found, reference.item, reference.text);
-    return;
-  }
-  const OpenNameState state = reference.scope->isBeyond ? OpenNameState::beyond : OpenNameState::mistake;
-  run_.details->addOpenName(reference.item, reference.id, state,
-                            state == OpenNameState::beyond ? reference.tag : std::string_view());
+  // What stands in another database is not what has its ID in this one.
+  if (reference.scope->isBeyond && reference.space != IdSpace::dataSource)
+    return run_.details->addOpenName(reference.item, reference.id, OpenNameState::beyond, reference.tag);
+  const auto found = ids_.find(reference.space, *reference.scope, reference.id);
+  if (!found) return run_.details->addOpenName(reference.item, reference.id, OpenNameState::mistake);
+  // What is shown as it is, the model says.
+  if (reference.relation != RelationKind::direct && *found != reference.item)
+    relate(reference.relation, *found, reference.item, reference.text);
 }
 
 void IdReferences::resolve(const ColumnReference& reference) {
