@@ -6,7 +6,8 @@ set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/xmlaBridge)
 
 target_compile_features(tav_framework INTERFACE cxx_std_20)
 
-install(TARGETS tav_framework xmla_import EXPORT xmlaBridgeTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+install(TARGETS tav_framework tav_lineage tav_messages xmla_import EXPORT xmlaBridgeTargets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
         FILE_SET HEADERS DESTINATION include/xmla-bridge)
 install(TARGETS xmla-bridge RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
@@ -22,5 +23,8 @@ install(FILES docs/xmla-bridge.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES docs/model.xsd DESTINATION ${CMAKE_INSTALL_DATADIR}/xmla-bridge)
 install(FILES host/completion/xmla-bridge.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         RENAME xmla-bridge)
-install(FILES host/completion/_xmla-bridge DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
-install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/xmla-bridge)
+# The zsh of Debian looks for what packages bring in another folder than for what is built from source.
+foreach(folder site-functions vendor-completions)
+  install(FILES host/completion/_xmla-bridge DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${folder})
+endforeach()
+install(FILES LICENSE README.md CHANGELOG.md packaging/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/xmla-bridge)

@@ -34,16 +34,20 @@ bin/xmla-bridge
 lib/libTAVMicrosoftSqlServerXMLAImport.so
 lib/libtav_framework.so
 lib/libtav_framework.so.VERSION
+lib/libtav_lineage.a
+lib/libtav_messages.a
 share/bash-completion/completions/xmla-bridge
 share/doc/xmla-bridge/CHANGELOG.md
 share/doc/xmla-bridge/LICENSE
 share/doc/xmla-bridge/README.md
+share/doc/xmla-bridge/copyright
 share/man/man1/xmla-bridge.1
 share/xmla-bridge/java/MicrosoftSqlServerAs.jar
 share/xmla-bridge/java/MicrosoftSqlServerAs.jsa
 share/xmla-bridge/java/jackson-core.jar
 share/xmla-bridge/model.xsd
 share/zsh/site-functions/_xmla-bridge
+share/zsh/vendor-completions/_xmla-bridge
 END
 
 "$tree/bin/xmla-bridge" import "$source/examples/lost-property-create.xmla" -o "$work/model.xml" >/dev/null
@@ -89,6 +93,13 @@ for command in $commands; do
   options=$("$tree/bin/xmla-bridge" help "$command" | sed -nE 's/^  (-.,)?(--[a-z-]+).*/\2/p' | words)
   [ "$command" = help ] || diff <(echo "$options" | grep -vx -e --output) <(offered_options "$command" | words) ||
     fail "bash completes other options of $command"
+  kinds=$("$tree/bin/xmla-bridge" help "$command" | sed -nE 's/^  --kind KINDS:\{([^}]*)\}.*/\1/p' | words)
+  # The kinds of all objects are too many for the help of a command.
+  [[ $command != trace && $command != impact ]] || kinds=$("$tree/bin/xmla-bridge" help kinds | sed 's/ .*//' | words)
+  [ -z "$kinds" ] || diff <(echo "$kinds") <(offered "$command" --kind | words) ||
+    fail "bash completes other kinds of $command"
+  [ "$command" != impact ] || diff <(echo "$kinds") <(sed -n "/^local kinds='/,/'\$/p" "$zsh_completion" |
+    sed "s/^local kinds=//; s/'//g" | words) || fail "zsh completes other kinds of $command"
   formats=$("$tree/bin/xmla-bridge" help "$command" | sed -nE 's/^  --format FORMAT:\{([^}]*)\}.*/\1/p' | words)
   [ -n "$formats" ] || continue
   diff <(echo "$formats") <(offered "$command" --format | words) || fail "bash completes other formats of $command"
@@ -109,3 +120,21 @@ diff <(sed -n 's/^#include "\(.*\)"$/\1/p' "$source/tests/install/consumer/every
   <(cd "$tree/include/xmla-bridge" && find . -name '*.h' -not -path '*/classes/*' | sed 's,^\./,,' | LC_ALL=C sort) ||
   fail 'the program every_header does not take something from every installed header'
 [ "$("$work/consumer/every_header")" = 1 ] || fail 'the program every_header does not run'
+
+# The example of a program over the lineage, with a definition and with a saved model.
+{
+  cmake -G Ninja -S "$source/examples/sources" -B "$work/sources" -DCMAKE_PREFIX_PATH="$tree" \
+    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Debug
+  cmake --build "$work/sources"
+} >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+"$tree/bin/xmla-bridge" import --quiet "$source/examples/murmeltal-huts.asdatabase" -o "$work/huts.xml" >/dev/null
+for input in "$source/examples/murmeltal-huts.asdatabase" "$work/huts.xml"; do
+  diff <("$work/sources/sources" "$input" '[Measures].[Average Rate]') <(
+    echo mssql://warehouse.murmeltal.example:1433/MurmeltalDW/dbo/FactExchangeRate/AverageRate
+  ) || fail "the example finds other sources in $input"
+done
+"$work/sources/sources" "$source/examples/murmeltal-huts.asdatabase" '[Measures].[Nights]' 2>"$work/log" >/dev/null
+[ "$(grep -c . "$work/log")" = 1 ] && grep -q 'Yeti Sightings' "$work/log" || fail "the example says: $(cat "$work/log")"
+code=0
+"$work/sources/sources" "$work/huts.xml" '[Measures].[Average Rat]' >"$work/log" 2>&1 || code=$?
+[ "$code" = 1 ] && grep -q 'Average Rate' "$work/log" || fail "the example ends with $code: $(cat "$work/log")"

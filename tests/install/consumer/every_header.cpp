@@ -57,6 +57,7 @@
 #include "framework/serialization/model_schema.h"
 #include "framework/serialization/model_writer.h"
 #include "framework/serialization/multi_model_serialization.h"
+#include "framework/serialization/passwords.h"
 #include "framework/serialization/replacing_file.h"
 #include "framework/std/array.h"
 #include "framework/std/connection_string.h"
@@ -89,6 +90,16 @@
 #include "framework/types/providers.h"
 #include "framework/types/server_kinds.h"
 #include "framework/types/type_names.h"
+#include "lineage/coverage.h"
+#include "lineage/database_address.h"
+#include "lineage/differences.h"
+#include "lineage/gap_reason.h"
+#include "lineage/lineage_graph.h"
+#include "lineage/lineage_tree.h"
+#include "lineage/model_diff.h"
+#include "lineage/node_search.h"
+#include "lineage/subgraph.h"
+#include "lineage/unused.h"
 
 namespace {
 
@@ -164,6 +175,7 @@ void takeReading() {
   TAVJavaBridge java("Main", "", nullptr, TAVJavaExe::JAVA_VERSION_6);
   take(&tav::loadModelText, &tav::isSavedModel, &tav::writeModelSchema, &tav::writeModel, &tav::saveModel,
        &tav::removeUnfinished);
+  taken += sizeof(tav::Passwords);
   taken += TAVMultiModelSerialization(nullptr, TAVFile("none"), MixOptimizationLevel::none)
                .getFile()
                .getPath()
@@ -210,6 +222,17 @@ void takeTexts() {
   Log().logEvent(TAVLogEvent("text", "ID", tav::kSeverityInfo, ""));
 }
 
+void takeLineage() {
+  const auto model = tav::make<TAVStoreModel>("m");
+  const tav::LineageGraph graph({*model, nullptr});
+  taken += tav::findNodes(graph, "none", tav::LineageDirection::upstream).size();
+  taken += tav::measureCoverage(graph).percent() + tav::wholeGraph(graph).nodes.size();
+  taken += std::size_t{tav::compareModels(graph, graph).empty()} + tav::unnamedDatabase().server.size();
+  for (const tav::UnusedGroup& group : tav::unusedGroups()) taken += tav::findUnused(graph, group).size();
+  take(&tav::lineageTree, &tav::gapReason, &tav::subgraphAround, &tav::catalogueName);
+  taken += std::size_t{tav::Change{} == tav::Change{}};
+}
+
 }  // namespace
 
 int main() {
@@ -218,6 +241,7 @@ int main() {
   takeReading();
   takeBridges();
   takeTexts();
+  takeLineage();
   std::cout << (taken > 0) << '\n';
   return 0;
 }
