@@ -59,12 +59,13 @@ bool Interface::run(const TAVString& bridgeIdentifier, TAVFile& outputFile, TAVO
                     TAVLog& log) {
   const TAVOption* option = options.get(QVT_SSXMLA::BP_FILE.getKey());
   if (!option) tav::fail("TAVBRIDGE_F0003", "The options hold no option 'BP_FILE'.");
-  const tav::Owned<TAVStoreModel> model(execAsImport(bridgeIdentifier, TAVFile(option->getValue()), &log));
+  tav::Owned<TAVStoreModel> model(execAsImport(bridgeIdentifier, TAVFile(option->getValue()), &log));
   if (!model) return false;
   tav::reportMade(*model);
   if (model->getName().empty()) model->setName("Undefined");
   setModelModificationTime(*model, options);
   saveStoreModel(outputFile, *model, &log);
+  tav::reportDone(std::move(model));
   return true;
 }
 

@@ -137,7 +137,7 @@ void writeDot(const LineageGraph& graph, const Subgraph& part, std::ostream& out
 }
 
 void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
-  writeDot(graph, subgraphOf(lineageTree(graph, question.start, question.walk)), out);
+  writeDot(graph, subgraphOf(lineageTree(graph, question.starts.front(), question.walk)), out);
 }
 
 extern const ExportFormat kDotFormat{

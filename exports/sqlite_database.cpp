@@ -14,20 +14,27 @@ std::string fileName(const std::string& path) {
 
 }  // namespace
 
+std::string_view sqliteVersion() noexcept {
+  return sqlite3_libversion();
+}
+
 void SqliteDatabase::Close::operator()(sqlite3* database) const noexcept {
   sqlite3_close(database);  // rolls an open transaction back
 }
 
-SqliteDatabase::SqliteDatabase(const std::string& path, std::chrono::milliseconds patience) : path_(path) {
+SqliteDatabase::SqliteDatabase(const std::string& path, std::chrono::milliseconds patience,
+                               SqliteAccess access)
+    : path_(path) {
   sqlite3* database = nullptr;
-  const int code = sqlite3_open_v2(
-      fileName(path).c_str(), &database,
-      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+  const int mode =
+      access == SqliteAccess::read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  const int code = sqlite3_open_v2(fileName(path).c_str(), &database,
+                                   mode | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   database_.reset(database);
   check(code);
   check(sqlite3_busy_timeout(database, static_cast<int>(patience.count())));
   run("PRAGMA cache_size = -65536");
-  run("BEGIN IMMEDIATE");
+  run(access == SqliteAccess::read ? "BEGIN" : "BEGIN IMMEDIATE");
 }
 
 void SqliteDatabase::run(const char* statements) {
@@ -100,6 +107,11 @@ void SqliteStatement::bindNull(int parameter) {
   database_.check(sqlite3_bind_null(statement_.get(), parameter));
 }
 
+void SqliteStatement::bindBytes(int parameter, std::string_view bytes) {
+  const char* first = bytes.empty() ? "" : bytes.data();
+  database_.check(sqlite3_bind_blob64(statement_.get(), parameter, first, bytes.size(), SQLITE_STATIC));
+}
+
 void SqliteStatement::execute() {
   while (next()) continue;
 }
@@ -114,6 +126,16 @@ bool SqliteStatement::next() {
 
 std::int64_t SqliteStatement::number(int column) const {
   return sqlite3_column_int64(statement_.get(), column);
+}
+
+std::string_view SqliteStatement::text(int column) const {
+  const void* bytes = sqlite3_column_blob(statement_.get(), column);
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column));
+  return bytes ? std::string_view(static_cast<const char*>(bytes), size) : std::string_view();
+}
+
+bool SqliteStatement::isNull(int column) const {
+  return sqlite3_column_type(statement_.get(), column) == SQLITE_NULL;
 }
 
 }  // namespace tav

@@ -1,6 +1,6 @@
 #pragma once
 
-// An SQLite database that is written to in one transaction.
+// An SQLite database that is read or written in one transaction.
 
 #include <chrono>
 #include <cstdint>
@@ -13,13 +13,21 @@ struct sqlite3_stmt;
 
 namespace tav {
 
+/// The version of the library that is loaded.
+std::string_view sqliteVersion() noexcept;
+
+enum class SqliteAccess : std::uint8_t {
+  write,  ///< made when it is missing; other writers are kept out
+  read,   ///< must be there; what others write meanwhile is not seen
+};
+
 /// An open database within a transaction of its own. Without commit(), or when anything throws, the database
 /// stays as it was. Every failure is a TAVException that names the path and the cause.
 class SqliteDatabase {
  public:
-  /// Opens the file, made when it is missing, and keeps other writers out. Waits up to `patience` for one
-  /// that is at work.
-  SqliteDatabase(const std::string& path, std::chrono::milliseconds patience);
+  /// Opens the file. Waits up to `patience` for others that are at work.
+  SqliteDatabase(const std::string& path, std::chrono::milliseconds patience,
+                 SqliteAccess access = SqliteAccess::write);
 
   /// Runs statements without parameters.
   void run(const char* statements);
@@ -54,12 +62,17 @@ class SqliteStatement {
   void bindOptional(int parameter, std::string_view text);
   void bind(int parameter, std::int64_t number);
   void bindNull(int parameter);
+  /// Bytes that are no text; they must live as long.
+  void bindBytes(int parameter, std::string_view bytes);
 
   /// Runs a statement that gives no rows.
   void execute();
   /// Goes to the next row of a query; false behind the last.
   bool next();
   [[nodiscard]] std::int64_t number(int column) const;
+  /// A text or bytes, of NULL none. They live until the next row.
+  [[nodiscard]] std::string_view text(int column) const;
+  [[nodiscard]] bool isNull(int column) const;
 
  private:
   struct Finalize {

@@ -4,18 +4,39 @@
 // it.
 
 #include <cstdint>
+#include <string>
 
 namespace tav {
 
+class SqliteDatabase;
+
+/// Makes the tables and views of a new database. Throws when the file belongs to something else or has the
+/// tables of another version.
+void prepareSchema(SqliteDatabase& database, const std::string& path);
+/// Whether nothing is in it yet.
+bool isNewDatabase(SqliteDatabase& database);
+/// The same as prepareSchema() for a database that is only read: throws as well when it is new.
+void requireSchema(SqliteDatabase& database, const std::string& path);
+
 /// In the header of the file: "XMLB", and which tables and views it has.
 inline constexpr std::int64_t kSqliteApplication = 0x584D4C42;
-inline constexpr std::int64_t kSqliteVersion = 3;
+inline constexpr std::int64_t kSqliteVersion = 4;
 
 /// The numbers of a model's nodes are a range of their own, so that all of them can be told apart and removed
 /// at once. Letter case does not tell paths apart, as it does not in SQL Server and MDX.
 inline constexpr const char* kSqliteTables = R"SQL(
 PRAGMA application_id = 0x584D4C42;
-PRAGMA user_version = 3;
+PRAGMA user_version = 4;
+CREATE TABLE versions(
+  id INTEGER PRIMARY KEY,
+  source TEXT NOT NULL,
+  imported TEXT NOT NULL,
+  hash TEXT NOT NULL,
+  name TEXT NOT NULL,
+  document BLOB,
+  state TEXT NOT NULL,
+  reader TEXT NOT NULL
+);
 CREATE TABLE models(
   id INTEGER PRIMARY KEY,
   source TEXT NOT NULL,
@@ -24,6 +45,7 @@ CREATE TABLE models(
   modified TEXT,
   first_node INTEGER NOT NULL,
   last_node INTEGER NOT NULL,
+  version_id INTEGER REFERENCES versions(id),
   UNIQUE(source, name)
 );
 CREATE TABLE nodes(
@@ -45,7 +67,8 @@ CREATE TABLE nodes(
   description TEXT,
   hidden INTEGER,
   has_lineage TEXT,
-  reason TEXT
+  reason TEXT,
+  meeting TEXT
 );
 CREATE TABLE edges(
   from_id INTEGER NOT NULL REFERENCES nodes(id),
@@ -89,6 +112,8 @@ CREATE TABLE warnings(
 inline constexpr const char* kSqliteIndexes = R"SQL(
 CREATE INDEX IF NOT EXISTS nodes_by_path ON nodes(path);
 CREATE INDEX IF NOT EXISTS nodes_by_name ON nodes(name);
+CREATE INDEX IF NOT EXISTS nodes_by_meeting ON nodes(meeting) WHERE meeting IS NOT NULL;
+CREATE INDEX IF NOT EXISTS versions_by_source ON versions(source, id);
 CREATE INDEX IF NOT EXISTS edges_by_source ON edges(from_id, to_id);
 CREATE INDEX IF NOT EXISTS edges_by_target ON edges(to_id, from_id);
 CREATE INDEX IF NOT EXISTS settings_by_node ON settings(node_id);
@@ -98,8 +123,7 @@ CREATE INDEX IF NOT EXISTS cube_counts_by_model ON cube_counts(model_id);
 CREATE INDEX IF NOT EXISTS warnings_by_model ON warnings(model_id);
 )SQL";
 
-/// A server that a connection does not name is known within its model alone, and its columns are nobody
-/// else's. A condition on a view's start cannot reach into a recursion that the view is made of. So the
+/// A condition on a view's start cannot reach into a recursion that the view is made of. So the
 /// recursion stands in a subquery for each start, which the condition has chosen before.
 inline constexpr const char* kSqliteViews = R"SQL(
 CREATE VIEW lineage AS
@@ -166,8 +190,8 @@ FROM cube_counts k JOIN models m ON m.id = k.model_id LEFT JOIN nodes c ON c.id 
 CREATE VIEW shared_columns AS
 SELECT min(n.path) AS path, count(DISTINCT n.model_id) AS models, group_concat(DISTINCT m.source) AS sources
 FROM nodes n JOIN models m ON m.id = n.model_id
-WHERE n.kind = 'databaseColumn' AND n.server NOT LIKE 'connection://%'
-GROUP BY n.path HAVING count(DISTINCT n.model_id) > 1;
+WHERE n.meeting IS NOT NULL AND n.kind = 'databaseColumn'
+GROUP BY n.meeting HAVING count(DISTINCT n.model_id) > 1;
 )SQL";
 
 }  // namespace tav

@@ -45,10 +45,12 @@ class SpawnSetup {
   posix_spawn_file_actions_t actions{};
 };
 
-pid_t spawn(const EstateFile& file, const ImportScope& scope, int pipe, const sigset_t& signals) {
+pid_t spawn(const EstateFile& file, const std::vector<std::string>& options, int pipe,
+            const sigset_t& signals) {
   std::vector<std::string> words{"xmla-bridge", "import", "--json", "--log-format", "json"};
-  if (!scope.details) words.emplace_back("--no-details");
-  words.insert(words.end(), {"-o", file.output, "--", file.input});
+  words.insert(words.end(), options.begin(), options.end());
+  if (!file.output.empty()) words.insert(words.end(), {"-o", file.output});
+  words.insert(words.end(), {"--", file.input});
   std::vector<char*> arguments;
   arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
@@ -63,13 +65,14 @@ pid_t spawn(const EstateFile& file, const ImportScope& scope, int pipe, const si
 
 }  // namespace
 
-ChildImport::ChildImport(const EstateFile& file, const ImportScope& scope, const sigset_t& signals)
+ChildImport::ChildImport(const EstateFile& file, const std::vector<std::string>& options,
+                         const sigset_t& signals)
     : saved_(file.output) {
   std::array<int, 2> ends{};
   if (pipe2(ends.data(), O_CLOEXEC) != 0) failToStart(errno);
   output_ = ends[0];
   try {
-    process_ = spawn(file, scope, ends[1], signals);
+    process_ = spawn(file, options, ends[1], signals);
   } catch (...) {
     close(ends[0]);
     close(ends[1]);
@@ -109,7 +112,7 @@ int ChildImport::collect() {
   int status = 0;
   while (waitpid(process_, &status, 0) < 0 && errno == EINTR) continue;
   const pid_t process = std::exchange(process_, 0);
-  if (WIFSIGNALED(status)) tav::removeUnfinished(TAVString(saved_), process);
+  if (WIFSIGNALED(status) && !saved_.empty()) tav::removeUnfinished(TAVString(saved_), process);
   return status;
 }
 

@@ -6,9 +6,9 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/estate_plan.h"
-#include "host/import_run.h"
 
 namespace host {
 
@@ -16,8 +16,8 @@ namespace host {
 /// is read line by line.
 class ChildImport {
  public:
-  /// Starts it with these signals held back. Throws Message::processNotStarted.
-  ChildImport(const EstateFile& file, const ImportScope& scope, const sigset_t& signals);
+  /// Starts it with these options and with these signals held back. Throws Message::processNotStarted.
+  ChildImport(const EstateFile& file, const std::vector<std::string>& options, const sigset_t& signals);
   ChildImport(const ChildImport&) = delete;
   ChildImport& operator=(const ChildImport&) = delete;
   /// Ends it when it still runs, and waits for that.
@@ -36,7 +36,7 @@ class ChildImport {
   int collect();
 
  private:
-  std::string saved_;  // the file that the model is saved in
+  std::string saved_;  // the file that the model is saved in; empty when there is none
   pid_t process_ = 0;  // 0 once its end is collected
   int output_ = -1;
   std::string line_;  // the beginning of one

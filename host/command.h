@@ -7,6 +7,8 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 #include <functional>
+#include <string>
+#include <vector>
 
 #include "host/message_log.h"
 
@@ -39,13 +41,18 @@ Command addDiff(CLI::App& program);
 Command addTest(CLI::App& program);
 Command addDescribe(CLI::App& program);
 
-/// The argument INPUT of commands that tell about a model, and the option -o of those that write to standard
-/// output without it.
+/// The argument INPUT of commands that tell about a model or about several, and the option -o of those that
+/// write to standard output without it.
 void addInput(CLI::App& parser, std::string& input);
+void addInputs(CLI::App& parser, std::vector<std::string>& inputs);
+/// The first of several, for a command that takes the others from the words that its parser leaves over.
+void addFirstInput(CLI::App& parser, std::string& input);
 void addOutput(CLI::App& parser, std::string& output);
 
 /// Throws a usage error when `output` is empty or names the file `input`, itself or through links.
 void checkOutput(const std::string& input, const std::string& output);
+/// The same for an output that is not standard output, and each of several inputs.
+void checkOutputs(const std::vector<std::string>& inputs, const std::string& output);
 /// Throws a usage error when `input` is empty.
 void checkInput(const std::string& input);
 

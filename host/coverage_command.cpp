@@ -1,6 +1,8 @@
 #include <fmt/ostream.h>
 
+#include "exports/answers/coverage_models.h"
 #include "exports/answers/coverage_report.h"
+#include "host/answer_models.h"
 #include "host/command.h"
 #include "host/model_input.h"
 #include "host/output.h"
@@ -12,16 +14,37 @@ namespace {
 constexpr int kWholeCoverage = 100;
 
 struct Arguments {
-  std::string input;
+  std::vector<std::string> inputs;
   std::string format = "text";
   std::string output = "-";
   int bound = 0;
 };
 
-int measure(const Arguments& arguments, MessageLog& log) {
-  if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
+/// Gives them names that differ.
+void nameAll(std::vector<tav::ModelCoverage>& models) {
+  std::vector<std::string> names;
+  std::vector<std::string> inputs;
+  for (const tav::ModelCoverage& model : models) {
+    names.push_back(model.model);
+    inputs.push_back(model.input);
+  }
+  names = nameModels(names, inputs);
+  for (std::size_t i = 0; i < models.size(); ++i) models[i].model = names[i];
+}
+
+/// The exit code, after `code`, of a model whose coverage has that many percent.
+int hold(const Arguments& arguments, const std::string& input, std::size_t percent, int code,
+         MessageLog& log) {
+  if ((code != kDone && code != kIncomplete) || percent >= static_cast<std::size_t>(arguments.bound))
+    return code;
+  log.logEventOf(input, tav::messageEvent(tav::Message::belowCoverage,
+                                          {std::to_string(percent), std::to_string(arguments.bound)}));
+  return kBelowBound;
+}
+
+int measureOne(const Arguments& arguments, const std::string& input, MessageLog& log) {
   std::size_t percent = 100;
-  const int code = withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
+  const int code = withModel(input, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model);
     const tav::Coverage coverage = tav::measureCoverage(graph);
     writeOutput(arguments.output, [&](std::ostream& out) {
@@ -32,11 +55,34 @@ int measure(const Arguments& arguments, MessageLog& log) {
     });
     percent = coverage.percent();
   });
-  if ((code != kDone && code != kIncomplete) || percent >= static_cast<std::size_t>(arguments.bound))
-    return code;
-  log.logEvent(tav::messageEvent(tav::Message::belowCoverage,
-                                 {std::to_string(percent), std::to_string(arguments.bound)}));
-  return kBelowBound;
+  return hold(arguments, {}, percent, code, log);
+}
+
+/// The bound holds for each model.
+int measureSeveral(const Arguments& arguments, const AnswerInputs& inputs, MessageLog& log) {
+  std::vector<tav::ModelCoverage> models;
+  int code = forEachModel(inputs, log, [&](const std::string& input, const tav::LineageGraph& graph) {
+    models.push_back(tav::summarizeCoverage(graph, tav::measureCoverage(graph)));
+    models.back().input = input;
+  });
+  if (models.empty()) return code;
+  nameAll(models);
+  writeOutput(arguments.output, [&](std::ostream& out) {
+    if (arguments.format == "json")
+      tav::writeCoverageJson(models, out);
+    else
+      tav::writeCoverageText(models, out);
+  });
+  for (const tav::ModelCoverage& model : models)
+    code = worseOf(code, hold(arguments, model.input, model.percent(), kDone, log));
+  return code;
+}
+
+int measure(const Arguments& arguments, MessageLog& log) {
+  const AnswerInputs inputs = findInputs(arguments.inputs, log);
+  checkOutputs(inputs.paths, arguments.output);
+  return inputs.several ? measureSeveral(arguments, inputs, log)
+                        : measureOne(arguments, inputs.paths.front(), log);
 }
 
 }  // namespace
@@ -46,7 +92,7 @@ Command addCoverage(CLI::App& program) {
   CLI::App* parser = program.add_subcommand(
       "coverage",
       "Show how many attributes and measures trace back to a database column, and why others do not");
-  addInput(*parser, arguments->input);
+  addInputs(*parser, arguments->inputs);
   parser
       ->add_option("--fail-under", arguments->bound,
                    "Exit with code 4 if the coverage is below this percentage")

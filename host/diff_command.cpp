@@ -1,6 +1,13 @@
 #include <algorithm>
+#include <ctime>
 
 #include "exports/answers/diff_report.h"
+#include "exports/answers/estate_diff.h"
+#include "exports/utc_time.h"
+#include "exports/versions.h"
+#include "framework/bridgelib/model_stamps.h"
+#include "framework/serialization/model_reader.h"
+#include "framework/std/exception.h"
 #include "host/command.h"
 #include "host/model_input.h"
 #include "host/output.h"
@@ -15,6 +22,7 @@ struct Arguments {
   std::string output = "-";
   bool exitCode = false;
   std::vector<std::string> failOn;
+  tav::EstateSpan span;
 };
 
 using Writer = void (*)(const tav::ModelDiff& diff, std::ostream& out);
@@ -57,15 +65,96 @@ int compare(const Arguments& arguments, MessageLog& log) {
   return failure ? kDiffers : kDone;
 }
 
+/// What `text` says: a day, of which `time` is meant, or a time itself.
+std::string timeOf(const char* option, const std::string& text, std::string_view time) {
+  std::string whole = text;
+  if (text.size() == std::string_view("2026-03-08").size()) whole.append("T").append(time).append("Z");
+  if (!tav::isUtcTime(whole))
+    throw CLI::ValidationError(option, "'" + text +
+                                           "' is neither a day (2026-03-08) nor a time in UTC "
+                                           "(2026-03-08T10:00:00Z)");
+  return whole;
+}
+
+/// Whether the user wants the exit code to tell of a model that was added or removed.
+bool isFailure(const tav::EstateChange& change, const Arguments& arguments) {
+  const std::string name(tav::diffGroupName(change.after ? tav::DiffGroup::added : tav::DiffGroup::removed));
+  return arguments.exitCode ||
+         std::find(arguments.failOn.begin(), arguments.failOn.end(), name) != arguments.failOn.end();
+}
+
+/// How a model of an estate changed; throws when one of its documents is not there.
+tav::ModelDiff compareVersions(const std::string& estate, const tav::EstateChange& change) {
+  const auto load = [&](const tav::EstateVersion& version) {
+    return tav::loadSavedModelText(tav::documentOf(estate, change.source, version), change.source);
+  };
+  const tav::SavedModel before = load(*change.before);
+  const tav::SavedModel after = load(*change.after);
+  return tav::compareModels({*before.model, before.details.get()}, {*after.model, after.details.get()});
+}
+
+int compareEstate(const Arguments& arguments, MessageLog& log) {
+  const tav::EstateSpan span{timeOf("--since", arguments.span.since, "00:00:00"),
+                             arguments.span.until.empty()
+                                 ? tav::isoTime(std::time(nullptr))
+                                 : timeOf("--until", arguments.span.until, "23:59:59")};
+  if (span.until < span.since) throw CLI::ValidationError("--until", "the time is before that of --since");
+  if (arguments.output != "-") checkOutput(arguments.before, arguments.output);
+  int code = kDone;
+  bool failure = false;
+  writeOutput(arguments.output, [&](std::ostream& out) {
+    const auto report = tav::makeEstateDiffReport(arguments.format, out);
+    report->begin(span);
+    for (const tav::EstateChange& change : tav::changesBetween(arguments.before, span)) {
+      if (!change.before || !change.after) {
+        report->add(change, nullptr);
+        failure |= isFailure(change, arguments);
+        continue;
+      }
+      try {
+        const tav::ModelDiff diff = compareVersions(arguments.before, change);
+        if (!diff.empty()) report->add(change, &diff);
+        failure |= isFailure(diff, arguments);
+      } catch (const TAVException& error) {
+        log.logFailure(error.getMessage());
+        code = kIncomplete;
+      }
+    }
+    report->end(code == kDone);
+  });
+  if (code != kDone) return code;
+  return failure ? kDiffers : kDone;
+}
+
+int run(const CLI::App& parser, const Arguments& arguments, MessageLog& log) {
+  const bool estate = parser.count("--since") > 0;
+  if (estate && parser.count("NEW") > 0)
+    throw CLI::ValidationError("NEW", "--since compares versions in one estate database");
+  if (estate) return compareEstate(arguments, log);
+  if (parser.count("--until") > 0) throw CLI::RequiresError("--until", "--since");
+  if (parser.count("NEW") == 0) throw CLI::RequiredError("NEW");
+  return compare(arguments, log);
+}
+
 }  // namespace
 
 Command addDiff(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* parser = program.add_subcommand("diff", "Compare two definitions or models, lineage included");
-  parser->add_option("OLD", arguments->before, "A definition or a saved model")
+  parser
+      ->add_option("OLD", arguments->before,
+                   "A definition or a saved model; with --since, an estate database")
       ->type_name("FILE")
       ->required();
-  parser->add_option("NEW", arguments->after, "Another one")->type_name("FILE")->required();
+  parser->add_option("NEW", arguments->after, "Another definition or model")->type_name("FILE");
+  parser
+      ->add_option("--since", arguments->span.since,
+                   "Compare what the estate database has with what it had at this day or time (UTC)")
+      ->type_name("TIME");
+  parser
+      ->add_option("--until", arguments->span.until,
+                   "With --since: compare with this day's end or this time instead of now")
+      ->type_name("TIME");
   parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "markdown"}));
@@ -77,9 +166,10 @@ Command addDiff(CLI::App& program) {
           "removed, renamed, moved, reordered")
       ->type_name("GROUP,...")
       ->delimiter(',')
+      ->allow_extra_args(false)
       ->check(CLI::IsMember(groupNames()));
   addOutput(*parser, arguments->output);
-  return {parser, [arguments](MessageLog& log) { return compare(*arguments, log); }};
+  return {parser, [parser, arguments](MessageLog& log) { return run(*parser, *arguments, log); }};
 }
 
 }  // namespace host

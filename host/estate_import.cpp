@@ -36,7 +36,7 @@ class SignalWatch {
   SignalWatch() {
     sigset_t watched;
     sigemptyset(&watched);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&watched, signal);
+    for (const int signal : tav::kEndingSignals) sigaddset(&watched, signal);
     descriptor_ = signalfd(-1, &watched, SFD_CLOEXEC | SFD_NONBLOCK);
     if (descriptor_ < 0) tav::fail(tav::Message::signalsNotWatched, {std::generic_category().message(errno)});
   }
@@ -74,8 +74,9 @@ class Cause {
 };
 
 struct Running {
-  Running(std::size_t place, const EstateFile& file, const ImportScope& scope, const sigset_t& signals)
-      : index(place), process(file, scope, signals) {}
+  Running(std::size_t place, const EstateFile& file, const std::vector<std::string>& options,
+          const sigset_t& signals)
+      : index(place), process(file, options, signals) {}
 
   std::size_t index;  // in the estate
   ChildImport process;
@@ -85,9 +86,9 @@ struct Running {
 
 class EstateImport {
  public:
-  EstateImport(const std::vector<EstateFile>& files, std::size_t jobs, const ImportScope& scope,
-               MessageLog& log)
-      : files_(files), jobs_(jobs), scope_(scope), log_(log) {
+  EstateImport(const std::vector<EstateFile>& files, std::size_t jobs,
+               const std::vector<std::string>& options, MessageLog& log)
+      : files_(files), jobs_(jobs), options_(options), log_(log) {
     run_.results.resize(files.size());
   }
 
@@ -106,7 +107,7 @@ class EstateImport {
     while (run_.signal == 0 && running_.size() < jobs_ && next_ < files_.size()) {
       const std::size_t index = next_++;
       try {
-        running_.emplace_back(index, files_[index], scope_, signals_.before());
+        running_.emplace_back(index, files_[index], options_, signals_.before());
       } catch (const TAVException& error) {
         run_.results[index].cause = error.getMessage().str();
         log_.logFailure(run_.results[index].cause, files_[index].input);
@@ -159,6 +160,7 @@ class EstateImport {
                         said.value("id", ""), said.value("text", ""));
     } else {
       run_.results[import.index].summary = line;
+      run_.results[import.index].unchanged = said.value("unchanged", false);
     }
   }
 
@@ -184,7 +186,9 @@ class EstateImport {
                                       {std::to_string(WTERMSIG(status)), strsignal(WTERMSIG(status))});
       if (run_.signal == 0) log_.logFailure(result.cause, files_[index].input);
     } else if (WEXITSTATUS(status) == kDone) {
-      result.outcome = result.warnings == 0 ? Outcome::ok : Outcome::warnings;
+      result.outcome = result.unchanged       ? Outcome::unchanged
+                       : result.warnings == 0 ? Outcome::ok
+                                              : Outcome::warnings;
     } else {
       const int code = WEXITSTATUS(status);
       result.outcome = code == kIncomplete     ? Outcome::incomplete
@@ -215,7 +219,7 @@ class EstateImport {
 
   const std::vector<EstateFile>& files_;
   std::size_t jobs_;
-  const ImportScope& scope_;
+  const std::vector<std::string>& options_;
   MessageLog& log_;
   SignalWatch signals_;
   Clock::time_point start_ = Clock::now();
@@ -229,9 +233,9 @@ class EstateImport {
 
 }  // namespace
 
-EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs, const ImportScope& scope,
-                       MessageLog& log) {
-  return EstateImport(files, jobs, scope, log).run();
+EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs,
+                       const std::vector<std::string>& options, MessageLog& log) {
+  return EstateImport(files, jobs, options, log).run();
 }
 
 }  // namespace host

@@ -5,19 +5,19 @@
 #include <vector>
 
 #include "host/estate_plan.h"
-#include "host/import_run.h"
 #include "host/message_log.h"
 
 namespace host {
 
 /// What became of a file; the order is that of the totals.
-enum class Outcome { ok, warnings, incomplete, noDefinition, failed };
+enum class Outcome { ok, warnings, unchanged, incomplete, noDefinition, failed };
 std::string_view outcomeName(Outcome outcome);
 
 struct EstateResult {
   Outcome outcome = Outcome::failed;
   std::string cause;  ///< in words, when no model of a database was saved
   std::size_t warnings = 0;
+  bool unchanged = false;  ///< whether there was nothing to do
   double seconds = 0;
   std::string summary;  ///< what an import of the file alone tells with --json; empty when it gave no model
 };
@@ -29,11 +29,11 @@ struct EstateRun {
   int signal = 0;
 };
 
-/// Imports each file by a process of its own, at most `jobs` at a time, so that nothing that befalls one
-/// touches another. Their warnings and failures go to `log` with the file's name. SIGINT, SIGTERM and SIGHUP
-/// end the processes, which remove what they left unfinished.
-EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs, const ImportScope& scope,
-                       MessageLog& log);
+/// Imports each file by a process of its own, at most `jobs` at a time, each with the same `options`, so that
+/// nothing that befalls one touches another. Their warnings and failures go to `log` with the file's name.
+/// SIGINT, SIGTERM and SIGHUP end the processes, which remove what they left unfinished.
+EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs,
+                       const std::vector<std::string>& options, MessageLog& log);
 
 /// The exit code for these results.
 int exitCodeOf(const EstateRun& run);
@@ -42,5 +42,7 @@ int exitCodeOf(const EstateRun& run);
 void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run, std::ostream& out);
 /// The same as one JSON document.
 void writeEstateJson(const std::vector<EstateFile>& files, const EstateRun& run, std::ostream& out);
+/// What becomes of the results: nothing when a signal ended the work or nobody wants them.
+void tellEstate(const std::vector<EstateFile>& files, const EstateRun& run, bool json, const MessageLog& log);
 
 }  // namespace host

@@ -107,35 +107,30 @@ void numberEquals(Candidates& candidates) {
 }
 
 /// The inputs, with every definition below it in the place of a folder.
-std::vector<std::string> definitionsOf(const std::vector<std::string>& inputs, MessageLog& log) {
-  std::vector<std::string> definitions;
+PlannedInputs withoutFolders(const std::vector<std::string>& inputs, MessageLog& log) {
+  PlannedInputs planned;
   for (const std::string& input : inputs) {
     checkInput(input);
     if (input == "-") throw CLI::ValidationError("INPUT", "standard input is imported with -o");
     std::error_code ignored;  // what cannot be asked for is told by the import
     if (!fs::is_directory(input, ignored)) {
-      definitions.push_back(input);
+      planned.definitions.push_back(input);
       continue;
     }
     const std::vector<std::string> found = definitionsBelow(input);
     if (found.empty())
       log.logEvent(
           tav::messageEvent(tav::Message::foreignInput, {input, "a folder without a definition below it"}));
-    definitions.insert(definitions.end(), found.begin(), found.end());
+    else
+      planned.folders.push_back(input);
+    planned.definitions.insert(planned.definitions.end(), found.begin(), found.end());
   }
-  return definitions;
+  return planned;
 }
 
-Candidates candidatesFor(const std::vector<std::string>& inputs, MessageLog& log) {
+Candidates candidatesFor(const std::vector<std::string>& definitions) {
   Candidates candidates;
-  std::unordered_set<std::string> paths;
-  for (const std::string& input : definitionsOf(inputs, log)) {
-    const fs::path path = plainPath(input);
-    if (paths.insert(path.string()).second)
-      candidates.emplace_back(input, path);
-    else
-      log.logEventOf(input, tav::messageEvent(tav::Message::duplicateInput));
-  }
+  for (const std::string& input : definitions) candidates.emplace_back(input, plainPath(input));
   return candidates;
 }
 
@@ -179,9 +174,23 @@ void checkOutputs(const std::vector<EstateFile>& files) {
 
 }  // namespace
 
+PlannedInputs planInputs(const std::vector<std::string>& inputs, MessageLog& log) {
+  PlannedInputs planned = withoutFolders(inputs, log);
+  std::unordered_set<std::string> paths;
+  std::vector<std::string> unique;
+  for (std::string& input : planned.definitions) {
+    if (paths.insert(plainPath(input).string()).second)
+      unique.push_back(std::move(input));
+    else
+      log.logEventOf(input, tav::messageEvent(tav::Message::duplicateInput));
+  }
+  planned.definitions = std::move(unique);
+  return planned;
+}
+
 std::vector<EstateFile> planEstate(const std::vector<std::string>& inputs, const std::string& folder,
                                    MessageLog& log) {
-  Candidates candidates = candidatesFor(inputs, log);
+  Candidates candidates = candidatesFor(planInputs(inputs, log).definitions);
   keepExtensions(candidates);
   addFolders(candidates);
   numberEquals(candidates);

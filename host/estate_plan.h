@@ -7,19 +7,25 @@
 
 namespace host {
 
-/// One of the files of an estate, and where its model is saved.
+/// One of the files of an estate, and where its model is saved; empty when that is no file of its own.
 struct EstateFile {
   std::string input;
   std::string output;
 };
 
-/// Gives each input a file in `folder`, in the order of the inputs: its own name with ".model.xml" instead of
-/// its extension. Where names would be equal, in any letter case, inputs of one folder keep their extension
-/// and those of several get the names of their folders in front, as many as it takes; what is then still
-/// equal is numbered. An input that is named twice is planned once, with a warning;
-/// a folder stands for every definition below it, and one without is an error in `log`.
-///
-/// Throws a usage error for an input that cannot be one and for an output that would replace an input.
+/// The definitions among inputs, each once, in the order of the inputs: an input that is named twice is
+/// planned once, with a warning; a folder stands for every definition below it, and one without is an error
+/// in `log`. Throws a usage error for an input that cannot be one.
+struct PlannedInputs {
+  std::vector<std::string> definitions;
+  std::vector<std::string> folders;  ///< those that stand for what is below them, and hold something
+};
+PlannedInputs planInputs(const std::vector<std::string>& inputs, MessageLog& log);
+
+/// Gives each definition among the inputs (see planInputs) a file in `folder`: its own name with ".model.xml"
+/// instead of its extension. Where names would be equal, in any letter case, inputs of one folder keep their
+/// extension and those of several get the names of their folders in front, as many as it takes; what is then
+/// still equal is numbered. Throws a usage error for an output that would replace an input.
 std::vector<EstateFile> planEstate(const std::vector<std::string>& inputs, const std::string& folder,
                                    MessageLog& log);
 

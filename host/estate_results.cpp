@@ -6,6 +6,7 @@
 
 #include "host/command.h"
 #include "host/estate_import.h"
+#include "host/standard_output.h"
 
 namespace host {
 namespace {
@@ -41,10 +42,18 @@ std::string withoutFile(std::string cause, const std::string& file) {
   return cause;
 }
 
+/// The file that the model is saved in, or its name where that is no file of its own; else why there is none.
+std::string placeOrCause(const EstateFile& file, const EstateResult& result,
+                         const nlohmann::ordered_json& summary) {
+  if (!result.cause.empty()) return withoutFile(result.cause, file.input);
+  return file.output.empty() && summary.is_object() ? summary.value("database", "") : file.output;
+}
+
 }  // namespace
 
 std::string_view outcomeName(Outcome outcome) {
-  constexpr std::array<std::string_view, 5> kNames{"ok", "warnings", "incomplete", "no definition", "failed"};
+  constexpr std::array<std::string_view, 6> kNames{"ok",         "warnings",      "unchanged",
+                                                   "incomplete", "no definition", "failed"};
   return kNames[static_cast<std::size_t>(outcome)];
 }
 
@@ -70,14 +79,15 @@ void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run
     line({printable(files[i].input), std::string(outcomeName(result.outcome)), sumIn(summary, {"/cubes"}),
           sumIn(summary, {"/measures/count", "/calculatedMeasures/count"}),
           sumIn(summary, {"/unresolvedReferences"}), std::to_string(result.warnings),
-          fmt::format("{:.1f}", result.seconds),
-          printable(result.cause.empty() ? files[i].output : withoutFile(result.cause, files[i].input))});
+          fmt::format("{:.1f}", result.seconds), printable(placeOrCause(files[i], result, summary))});
   }
-  const std::size_t incomplete = countOf(run, Outcome::incomplete);
-  fmt::print(out, "{} file{} in {:.1f} s: {} ok, {} with warnings, {}{} without a definition, {} failed\n",
+  const auto some = [&](Outcome outcome) {
+    const std::size_t count = countOf(run, outcome);
+    return count > 0 ? fmt::format("{} {}, ", count, outcomeName(outcome)) : std::string();
+  };
+  fmt::print(out, "{} file{} in {:.1f} s: {} ok, {} with warnings, {}{}{} without a definition, {} failed\n",
              files.size(), files.size() == 1 ? "" : "s", run.seconds, countOf(run, Outcome::ok),
-             countOf(run, Outcome::warnings),
-             incomplete > 0 ? fmt::format("{} incomplete, ", incomplete) : std::string(),
+             countOf(run, Outcome::warnings), some(Outcome::unchanged), some(Outcome::incomplete),
              countOf(run, Outcome::noDefinition), countOf(run, Outcome::failed));
 }
 
@@ -85,6 +95,7 @@ void writeEstateJson(const std::vector<EstateFile>& files, const EstateRun& run,
   nlohmann::ordered_json document{{"files", nlohmann::ordered_json::array()},
                                   {"ok", countOf(run, Outcome::ok)},
                                   {"warnings", countOf(run, Outcome::warnings)},
+                                  {"unchanged", countOf(run, Outcome::unchanged)},
                                   {"incomplete", countOf(run, Outcome::incomplete)},
                                   {"noDefinition", countOf(run, Outcome::noDefinition)},
                                   {"failed", countOf(run, Outcome::failed)},
@@ -95,11 +106,19 @@ void writeEstateJson(const std::vector<EstateFile>& files, const EstateRun& run,
     if (!result.cause.empty()) file["cause"] = result.cause;
     file["warnings"] = result.warnings;
     file["seconds"] = result.seconds;
-    file["output"] = files[i].output;
+    if (!files[i].output.empty()) file["output"] = files[i].output;
     file["summary"] = summaryOf(result);
     document["files"].push_back(std::move(file));
   }
   out << document.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+void tellEstate(const std::vector<EstateFile>& files, const EstateRun& run, bool json,
+                const MessageLog& log) {
+  if (run.signal != 0 || (log.quiet && !json)) return;
+  StandardOutput out;
+  (json ? writeEstateJson : writeEstateTable)(files, run, out.stream());
+  out.finish();
 }
 
 }  // namespace host

@@ -1,13 +1,11 @@
-#include <fmt/ostream.h>
-
 #include <filesystem>
 #include <thread>
 
 #include "host/command.h"
 #include "host/estate_import.h"
 #include "host/estate_plan.h"
+#include "host/estate_target.h"
 #include "host/import_run.h"
-#include "host/standard_output.h"
 #include "host/summary.h"
 #include "messages/message.h"
 
@@ -25,6 +23,9 @@ struct Arguments {
   ImportScope scope;
   CLI::Option* outputOption = nullptr;
   CLI::Option* folderOption = nullptr;
+  CLI::Option* estateOption = nullptr;
+  CLI::Option* jobsOption = nullptr;
+  EstateTarget estate;
 };
 
 int importFile(const Arguments& arguments, MessageLog& log) {
@@ -40,15 +41,7 @@ int importFile(const Arguments& arguments, MessageLog& log) {
         summary = summarize(model);
         return true;
       });
-  if ((code != kDone && code != kIncomplete) || (log.quiet && !arguments.json)) return code;
-  StandardOutput out;
-  if (arguments.json) {
-    out.stream() << summaryAsJson(summary, log.getUnresolvedCount(), arguments.output) << '\n';
-  } else {
-    writeSummary(summary, log.getUnresolvedCount(), out.stream());
-    fmt::print(out.stream(), "Saved in {}\n", printable(arguments.output));
-  }
-  out.finish();
+  if (code == kDone || code == kIncomplete) tellSummary(summary, arguments.output, arguments.json, log);
   return code;
 }
 
@@ -60,19 +53,33 @@ int importFiles(const Arguments& arguments, MessageLog& log) {
   std::filesystem::create_directories(arguments.folder, error);
   if (error) tav::fail(tav::Message::folderNotMade, {arguments.folder, error.message()});
 
-  const EstateRun run = importEstate(files, static_cast<std::size_t>(arguments.jobs), arguments.scope, log);
-  if (run.signal == 0 && (arguments.json || !log.quiet)) {
-    StandardOutput out;
-    (arguments.json ? writeEstateJson : writeEstateTable)(files, run, out.stream());
-    out.finish();
-  }
+  std::vector<std::string> options;
+  if (!arguments.scope.details) options.emplace_back("--no-details");
+  const EstateRun run = importEstate(files, static_cast<std::size_t>(arguments.jobs), options, log);
+  tellEstate(files, run, arguments.json, log);
   return exitCodeOf(run);
 }
 
+int importIntoEstate(const Arguments& arguments, MessageLog& log) {
+  EstateTarget target = arguments.estate;
+  target.json = arguments.json;
+  if (target.path.empty()) throw CLI::ValidationError("--estate", "the name of the database is empty");
+  if (!isOneDefinition(arguments.inputs))
+    return importIntoEstate(arguments.inputs, static_cast<std::size_t>(arguments.jobs), target,
+                            arguments.scope, log);
+  if (target.prune) throw CLI::ValidationError("--prune", "only a folder of definitions can be compared");
+  return importIntoEstate(arguments.inputs.front(), target, arguments.scope, log);
+}
+
 int import(const Arguments& arguments, MessageLog& log) {
+  const bool estate = arguments.estateOption->count() > 0;
+  if (arguments.jobsOption->count() > 0 && !estate && arguments.folderOption->count() == 0)
+    throw CLI::RequiresError("--jobs", "--out-dir or --estate");
   if (arguments.folderOption->count() > 0) return importFiles(arguments, log);
+  if (estate) return importIntoEstate(arguments, log);
   if (arguments.inputs.size() > 1)
-    throw CLI::ValidationError("INPUT", "several files are imported with --out-dir instead of -o");
+    throw CLI::ValidationError("INPUT",
+                               "several files are imported with --out-dir or --estate instead of -o");
   if (arguments.outputOption->count() == 0) throw CLI::RequiredError("--output");
   return importFile(arguments, log);
 }
@@ -96,11 +103,28 @@ Command addImport(CLI::App& program) {
                        "The folder to save models in, one process per file; created if missing")
           ->type_name("DIR")
           ->excludes(arguments->outputOption);
+  arguments->estateOption =
+      parser
+          ->add_option("--estate", arguments->estate.path,
+                       "The database to put models in, those that changed since; created if missing")
+          ->type_name("DB")
+          ->excludes(arguments->outputOption)
+          ->excludes(arguments->folderOption);
+  arguments->jobsOption = parser
+                              ->add_option("--jobs", arguments->jobs,
+                                           "The number of parallel processes (default: one per processor)")
+                              ->type_name("N")
+                              ->check(CLI::Range(1, kMostJobs));
   parser
-      ->add_option("--jobs", arguments->jobs, "The number of parallel processes (default: one per processor)")
-      ->type_name("N")
-      ->check(CLI::Range(1, kMostJobs))
-      ->needs(arguments->folderOption);
+      ->add_flag("--prune", arguments->estate.prune, "Remove models of the estate whose definitions are gone")
+      ->needs(arguments->estateOption);
+  parser->add_flag("--force", arguments->estate.force, "Import definitions that have not changed, too")
+      ->needs(arguments->estateOption);
+  parser
+      ->add_flag_callback(
+          "--no-history", [arguments] { arguments->estate.history = false; },
+          "Keep no documents of earlier versions in the estate")
+      ->needs(arguments->estateOption);
   parser->add_flag("--json", arguments->json, "Print the summary as JSON");
   parser->add_flag_callback(
       "--no-details", [arguments] { arguments->scope.details = false; },

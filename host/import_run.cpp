@@ -41,8 +41,16 @@ class Observer : public tav::HostObserver {
   bool onModel(const TAVStoreModel& model) override {
     empty = !defined_ && holdsNothing(model);
     log_.clearProgress();
+    if (empty && !scope_.empty) return false;
     return visit_({model, details()});
   }
+
+  void onDone(tav::Owned<TAVStoreModel> model) override {
+    if (kept_ && !empty) *kept_ = {std::move(model), takeDetails()};
+  }
+
+  /// Lets the model and its details be kept.
+  void keepIn(KeptModel* kept) { kept_ = kept; }
 
   bool empty = false;
 
@@ -52,13 +60,12 @@ class Observer : public tav::HostObserver {
   MessageLog& log_;
   const ImportScope& scope_;
   const ModelVisitor& visit_;
+  KeptModel* kept_ = nullptr;
   bool defined_ = false;
 };
 
-}  // namespace
-
-int runImport(const Input& input, const std::string& output, MessageLog& log, const ImportScope& scope,
-              const ModelVisitor& visit) {
+int run(const Input& input, const std::string& output, MessageLog& log, const ImportScope& scope,
+        const ModelVisitor& visit, KeptModel* kept) {
   if (const TAVLogEvent* refusal = input.refusal()) {
     log.logEvent(*refusal);
     return kNoDefinition;
@@ -67,12 +74,25 @@ int runImport(const Input& input, const std::string& output, MessageLog& log, co
   TAVOptionList options = optionsFor(input.path());
   TAVFile file{TAVString(output)};
   Observer observer(input, log, scope, visit);
+  observer.keepIn(kept);
   const bool done = plugin.run(kBridgeIdentifier, file, options, log);
   log.clearProgress();
   if (!done) tav::fail(tav::Message::noModel, {input.name()});
   if (!observer.empty) return log.getErrorCount() == 0 ? kDone : kIncomplete;
   log.logEvent(tav::messageEvent(tav::Message::noDefinition, {input.name()}));
   return kNoDefinition;
+}
+
+}  // namespace
+
+int runImport(const Input& input, const std::string& output, MessageLog& log, const ImportScope& scope,
+              const ModelVisitor& visit) {
+  return run(input, output, log, scope, visit, nullptr);
+}
+
+int importModel(const Input& input, MessageLog& log, KeptModel& kept) {
+  const auto saveNothing = [](const tav::DetailedModel& /*model*/) { return false; };
+  return run(input, "", log, {}, saveNothing, &kept);
 }
 
 }  // namespace host

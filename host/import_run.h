@@ -3,9 +3,11 @@
 // One run of the plug-in over a definition.
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "framework/details/detailed_model.h"
+#include "framework/model/owned.h"
 #include "host/inputs/input.h"
 #include "host/message_log.h"
 
@@ -17,6 +19,13 @@ using ModelVisitor = std::function<bool(const tav::DetailedModel& model)>;
 /// What of a definition is read.
 struct ImportScope {
   bool details = true;  ///< what it says beyond its model
+  bool empty = true;    ///< whether the model of an input without a database is shown and saved
+};
+
+/// A model that lives on after the run that made it.
+struct KeptModel {
+  tav::Owned<TAVModel> model;
+  std::unique_ptr<tav::Details> details;
 };
 
 /// Lets the plug-in read `input`, shows the model to `visit` and saves it in `output` unless that says no.
@@ -25,5 +34,9 @@ struct ImportScope {
 /// import fails.
 int runImport(const Input& input, const std::string& output, MessageLog& log, const ImportScope& scope,
               const ModelVisitor& visit);
+
+/// Reads a definition without saving anything, and keeps its model in `kept`. Returns and throws the same;
+/// without a database definition there is no model.
+int importModel(const Input& input, MessageLog& log, KeptModel& kept);
 
 }  // namespace host

@@ -8,14 +8,14 @@
 #include "framework/std/exception.h"
 #include "framework/std/mask.h"
 #include "host/command.h"
+#include "host/kind_option.h"
 #include "host/signals.h"
 #include "host/standard_output.h"
+#include "host/version.h"
 #include "messages/message.h"
 
 namespace host {
 namespace {
-
-constexpr const char* kVersion = "xmla-bridge " XMLA_VERSION;
 
 /// The options that every command has, also in front of the command.
 void addMessageOptions(CLI::App& parser, MessageLog& log) {
@@ -36,11 +36,19 @@ const CLI::App* findCommand(const CLI::App& program, const std::string& name) {
   return nullptr;
 }
 
+int showKinds() {
+  StandardOutput out;
+  writeKinds(out.stream());
+  out.finish();
+  return kDone;
+}
+
 Command addHelp(CLI::App& program) {
   auto name = std::make_shared<std::string>();
   CLI::App* parser = program.add_subcommand("help", "Show the help of a command");
-  parser->add_option("COMMAND", *name, "The command");
+  parser->add_option("COMMAND", *name, "The command; or kinds, for what --kind takes");
   return {parser, [&program, name](MessageLog& /*log*/) {
+            if (*name == kKindsTopic) return showKinds();
             const CLI::App* shown = name->empty() ? &program : findCommand(program, *name);
             if (!shown)
               throw CLI::ValidationError("COMMAND", "there is no command '" + printable(*name) + "'");
@@ -55,7 +63,7 @@ Command addHelp(CLI::App& program) {
 
 int runProgram(int argc, char** argv, MessageLog& log) {
   CLI::App program("Turns Analysis Services definitions into metadata models with lineage.", "xmla-bridge");
-  program.set_version_flag("--version", kVersion, "Show the version");
+  program.set_version_flag("--version", versionText, "Show the version, how it was built, and its libraries");
   program.set_help_flag("-h,--help", "Show help, of the program or of a command");
   program.require_subcommand(0, 1);
   addMessageOptions(program, log);

@@ -68,7 +68,7 @@ MessageLog::~MessageLog() {
 }
 
 void MessageLog::logEvent(const TAVLogEvent& event) {
-  logEventOf(std::string(), event);
+  logEventOf(about, event);
 }
 
 void MessageLog::callFile(std::string path, std::string name) {

@@ -27,6 +27,8 @@ class MessageLog : public TAVLog {
   /// Where the command line's options go; until it is parsed, messages are text and none is held back.
   bool quiet = false;  ///< errors only
   LogFormat format = LogFormat::text;
+  /// The file, one of several, that events are about; empty where there is only one.
+  std::string about;
   /// Whether the texts of warnings are kept for getWarnings().
   bool keepsWarnings = false;
 

@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <initializer_list>
 
 #include "framework/std/interruption.h"
 #include "host/command.h"
@@ -21,9 +20,11 @@ extern "C" void endBySignal(int signal) {
 
 void handleSignals() {
   std::signal(SIGPIPE, SIG_IGN);
+  // A write beyond the limit on the size of files then fails, with a cause that can be told.
+  std::signal(SIGXFSZ, SIG_IGN);
   // A parent may have it ignored: then nobody could tell how a process that the program started has ended.
   std::signal(SIGCHLD, SIG_DFL);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : tav::kEndingSignals) {
     struct sigaction action {};
     if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
     action.sa_handler = endBySignal;

@@ -1,4 +1,5 @@
 #include "host/summary.h"
+#include "host/standard_output.h"
 
 #include <fmt/ostream.h>
 
@@ -149,6 +150,18 @@ std::string summaryAsJson(const Summary& summary, std::size_t unresolved, const 
                                         {"openExpressions", summary.openExpressions},
                                         {"output", output}};
   return document.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+void tellSummary(const Summary& summary, const std::string& output, bool json, const MessageLog& log) {
+  if (log.quiet && !json) return;
+  StandardOutput out;
+  if (json) {
+    out.stream() << summaryAsJson(summary, log.getUnresolvedCount(), output) << '\n';
+  } else {
+    writeSummary(summary, log.getUnresolvedCount(), out.stream());
+    fmt::print(out.stream(), "Saved in {}\n", printable(output));
+  }
+  out.finish();
 }
 
 }  // namespace host

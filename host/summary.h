@@ -5,6 +5,7 @@
 #include <string>
 
 #include "framework/details/detailed_model.h"
+#include "host/message_log.h"
 
 namespace host {
 
@@ -39,5 +40,9 @@ void writeSummary(const Summary& summary, std::size_t unresolved, std::ostream& 
 
 /// The same as one JSON object on one line, with the file that the model is saved in.
 std::string summaryAsJson(const Summary& summary, std::size_t unresolved, const std::string& output);
+
+/// Writes either to standard output, and where the model was saved; nothing for people who want to read
+/// nothing.
+void tellSummary(const Summary& summary, const std::string& output, bool json, const MessageLog& log);
 
 }  // namespace host

@@ -1,39 +1,91 @@
 #include <fmt/format.h>
 
+#include <span>
+#include <utility>
+
+#include "exports/answers/lineage_rows.h"
 #include "exports/answers/lineage_text.h"
+#include "host/answer_models.h"
 #include "host/command.h"
-#include "host/model_input.h"
+#include "host/kind_option.h"
 #include "host/output.h"
-#include "lineage/node_search.h"
+#include "lineage/joined_search.h"
 
 namespace host {
 namespace {
 
+constexpr std::string_view kEndOfOptions = "--";
+
 struct Arguments {
   std::string input;
+  /// The last of the words: what the parser takes for the name is an input where others follow.
   std::string name;
+  std::vector<std::string> inputs;
   std::string format = "text";
+  std::vector<std::string> kinds;
   std::string output = "-";
   tav::LineageWalk walk;
 };
 
-using Writer = void (*)(const tav::LineageGraph& graph, const tav::LineageQuestion& question,
-                        std::ostream& out);
+using RowWriter = void (*)(const tav::JoinedGraph& graph, const tav::LineageQuestion& question,
+                           std::span<const tav::NodeKind> kinds, std::ostream& out);
 
-Writer writerOf(const std::string& format) {
-  if (format == "json") return tav::writeLineageJson;
-  return format == "dot" ? tav::writeLineageDot : tav::writeLineageText;
+/// Of a format that lists nodes one by one; null for the others, which show how they hang together.
+RowWriter rowWriterOf(const std::string& format) {
+  if (format == "list") return tav::writeLineageList;
+  if (format == "csv") return tav::writeLineageCsv;
+  return format == "markdown" ? tav::writeLineageMarkdown : nullptr;
+}
+
+void write(const Arguments& arguments, const tav::JoinedGraph& graph, const tav::LineageQuestion& question,
+           std::ostream& out) {
+  if (const RowWriter writeRows = rowWriterOf(arguments.format))
+    writeRows(graph, question, kindsOf(arguments.kinds), out);
+  else if (arguments.format == "json")
+    tav::writeLineageJson(graph, question, out);
+  else if (arguments.format == "dot")
+    tav::writeLineageDot(graph.graph(0), question, out);
+  else
+    tav::writeLineageText(graph, question, out);
+}
+
+/// Answers over the models that have the name. Where it may mean several things in one of them, that is an
+/// error of this model.
+int answer(const Arguments& arguments, const tav::JoinedGraph& graph, MessageLog& log) {
+  const tav::FoundStarts found = tav::findStarts(graph, arguments.name, arguments.walk.direction);
+  for (const std::string& message : found.ambiguous) log.logFailure(message);
+  writeOutput(arguments.output, [&](std::ostream& out) {
+    write(arguments, graph, {found.nodes, arguments.walk}, out);
+  });
+  return found.ambiguous.empty() ? kDone : kFailed;
+}
+
+/// The words that the parser has left over are arguments but for options that it does not know.
+void addWords(Arguments& arguments, const CLI::App& parser) {
+  arguments.inputs = {arguments.input};
+  bool literal = false;
+  for (const std::string& word : parser.remaining()) {
+    if (!literal && word == kEndOfOptions) {
+      literal = true;
+      continue;
+    }
+    if (!literal && word.size() > 1 && word.front() == '-')
+      throw CLI::ExtrasError(std::vector<std::string>{word});
+    arguments.inputs.push_back(std::exchange(arguments.name, word));
+  }
 }
 
 int tell(const Arguments& arguments, MessageLog& log) {
-  if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
-  return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
-    const tav::LineageGraph graph(model);
-    const tav::NodeId start = tav::findNode(graph, arguments.name, arguments.walk.direction);
-    writeOutput(arguments.output, [&](std::ostream& out) {
-      writerOf(arguments.format)(graph, {start, arguments.walk}, out);
-    });
-  });
+  if (!arguments.kinds.empty() && !rowWriterOf(arguments.format))
+    throw CLI::ValidationError("--kind", "is an option of --format list, csv and markdown");
+  const AnswerInputs inputs = findInputs(arguments.inputs, log);
+  if (inputs.several && arguments.format == "dot")
+    throw CLI::ValidationError("--format", "dot draws one model");
+  checkOutputs(inputs.paths, arguments.output);
+  int code = kDone;
+  const int readCode =
+      withModels(inputs, log, [&](const tav::JoinedGraph& graph) { code = answer(arguments, graph, log); });
+  return worseOf(code, readCode);
 }
 
 Command add(CLI::App& program, const std::string& name, const std::string& description,
@@ -41,7 +93,8 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
   auto arguments = std::make_shared<Arguments>();
   arguments->walk.direction = direction;
   CLI::App* parser = program.add_subcommand(name, description);
-  addInput(*parser, arguments->input);
+  parser->allow_extras();
+  addFirstInput(*parser, arguments->input);
   parser
       ->add_option("NAME", arguments->name,
                    "A path, a qualified name such as \"[Measures].[Sales]\" or dbo.FactSales.Amount, or an "
@@ -49,12 +102,16 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
       ->required();
   parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
-      ->check(CLI::IsMember({"text", "json", "dot"}));
+      ->check(CLI::IsMember({"text", "list", "csv", "markdown", "json", "dot"}));
+  addKinds(*parser, arguments->kinds);
   parser->add_option("--depth", arguments->walk.depth, "The maximum number of steps (default: no limit)")
       ->type_name("N");
   parser->add_flag("--values", arguments->walk.values, "Follow only what values flow along");
   addOutput(*parser, arguments->output);
-  return {parser, [arguments](MessageLog& log) { return tell(*arguments, log); }};
+  return {parser, [parser, arguments](MessageLog& log) {
+            addWords(*arguments, *parser);
+            return tell(*arguments, log);
+          }};
 }
 
 }  // namespace

@@ -1,19 +1,19 @@
 #include "exports/answers/unused_report.h"
+#include "host/answer_models.h"
 #include "host/command.h"
-#include "host/model_input.h"
 #include "host/output.h"
 
 namespace host {
 namespace {
 
 struct Arguments {
-  std::string input;
+  std::vector<std::string> inputs;
   std::vector<std::string> kinds;
   std::string format = "text";
   std::string output = "-";
 };
 
-using Writer = void (*)(const tav::LineageGraph& graph, std::span<const tav::UnusedGroup> groups,
+using Writer = void (*)(const tav::JoinedGraph& graph, std::span<const tav::UnusedGroup> groups,
                         std::ostream& out);
 
 Writer writerOf(const std::string& format) {
@@ -38,10 +38,10 @@ std::vector<std::string> kindNames() {
 }
 
 int list(const Arguments& arguments, MessageLog& log) {
-  if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
+  const AnswerInputs inputs = findInputs(arguments.inputs, log);
+  checkOutputs(inputs.paths, arguments.output);
   const std::vector<tav::UnusedGroup> groups = groupsOf(arguments.kinds);
-  return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
-    const tav::LineageGraph graph(model);
+  return withModels(inputs, log, [&](const tav::JoinedGraph& graph) {
     writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(graph, groups, out); });
   });
 }
@@ -52,7 +52,7 @@ Command addUnused(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   CLI::App* parser =
       program.add_subcommand("unused", "Show what nothing uses, and what is only shown, kind by kind");
-  addInput(*parser, arguments->input);
+  addInputs(*parser, arguments->inputs);
   parser
       ->add_option(
           "--kind", arguments->kinds,

@@ -81,7 +81,13 @@ class Meter {
 
 }  // namespace
 
-std::size_t Coverage::percent() const noexcept {
+void CoverageCount::add(const CoverageCount& more) noexcept {
+  count += more.count;
+  reached += more.reached;
+  rowCounts += more.rowCounts;
+}
+
+std::size_t percentOf(const CoverageCount& attributes, const CoverageCount& measures) noexcept {
   const std::size_t whole = attributes.count + measures.count;
   return whole == 0 ? 100 : (attributes.reached + measures.reached) * 100 / whole;
 }

@@ -16,7 +16,12 @@ struct CoverageCount {
   std::size_t count = 0;
   std::size_t reached = 0;
   std::size_t rowCounts = 0;  ///< of all, the measures that count rows
+
+  void add(const CoverageCount& more) noexcept;
 };
+
+/// How many of both trace back in percent, rounded down: 100 means all of them, or that there is nothing.
+std::size_t percentOf(const CoverageCount& attributes, const CoverageCount& measures) noexcept;
 
 struct CoverageGap {
   NodeId node;
@@ -46,8 +51,8 @@ struct Coverage {
   std::vector<CoverageName> names;
   std::array<std::size_t, kOpenNameStateCount> nameCounts{};  ///< by OpenNameState
 
-  /// The total in percent, rounded down: 100 means that all trace back, or that there is nothing.
-  [[nodiscard]] std::size_t percent() const noexcept;
+  /// The total in percent.
+  [[nodiscard]] std::size_t percent() const noexcept { return percentOf(attributes, measures); }
   /// How many names have that state.
   [[nodiscard]] std::size_t namesThat(OpenNameState state) const noexcept {
     return nameCounts[static_cast<std::size_t>(state)];

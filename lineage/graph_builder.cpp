@@ -282,10 +282,11 @@ void GraphBuilder::addMemberEdges(NodeId id) {
   }
 }
 
-/// A level shows the attribute behind its key.
+/// A level shows the attribute behind its key. The model has levels of one name once, whatever hierarchies
+/// have them; the details of a multidimensional definition tell what each of them is based on.
 void GraphBuilder::addBasisEdges(NodeId id) {
   const auto* use = as<TAVHierarchyLevelAssociation>(graph_.nodes_[id].object);
-  if (!use) return;
+  if (!use || (graph_.details_ && !graph_.tabular_)) return;
   if (const NodeId attribute = nodeOf(keyAttributeOf(*use->level)); attribute != kNoNode)
     addEdge(attribute, id, EdgeKind::basis);
 }

@@ -1,61 +1,101 @@
 #include "lineage/lineage_tree.h"
 
+#include <unordered_map>
+#include <unordered_set>
+
 namespace tav {
 namespace {
 
 class Walk {
  public:
-  Walk(const LineageGraph& graph, NodeId start, const LineageWalk& walk)
+  Walk(const JoinedGraph& graph, std::span<const JoinedId> starts, const LineageWalk& walk)
       : graph_(graph),
-        start_(start),
-        original_(graph.originalOf(start)),
+        starts_(starts),
         upstream_(walk.direction == LineageDirection::upstream),
         limit_(walk.depth),
         values_(walk.values),
-        members_(walk.members || graph.node(start).kind == NodeKind::cube ||
-                 graph.node(start).kind == NodeKind::perspective) {
-    if (graph.node(start).kind != NodeKind::cube) startParts_ = graph.partsOf(start);
+        members_(walk.members) {
+    for (const JoinedId start : starts) addStart(start);
   }
 
   std::vector<LineageTreeLine> run() {
     measure();
-    open({start_, 0, nullptr});
-    while (!frames_.empty()) {
-      Frame& frame = frames_.back();
-      const auto depth = static_cast<std::uint32_t>(frames_.size());
-      Step step;
-      if (!next(frame, step))
-        frames_.pop_back();
-      else
-        open({step.node, depth, step.edge});
+    for (const JoinedId start : starts_) {
+      open({start, 0});
+      while (!frames_.empty()) {
+        Frame& frame = frames_.back();
+        const auto depth = static_cast<std::uint32_t>(frames_.size());
+        Step step;
+        if (!next(frame, step))
+          frames_.pop_back();
+        else
+          open({step.node, depth, step.edge, step.model});
+      }
     }
     return std::move(lines_);
   }
 
  private:
   struct Step {
-    NodeId node = kNoNode;
+    JoinedId node = JoinedGraph::kNone;
     const LineageEdge* edge = nullptr;
+    std::uint32_t model = 0;
   };
   struct Frame {
-    NodeId node;
+    JoinedId node;
+    std::span<const JoinedId> parts;
+    JoinedId twin;
+    JoinedGraph::Place place;  // of the twin
     std::size_t edge = 0;
     std::size_t part = 0;
   };
 
+  void addStart(JoinedId start) {
+    std::vector<JoinedId>& parts = startParts_[start];
+    std::unordered_set<JoinedId> known;
+    for (JoinedId twin = start; twin != JoinedGraph::kNone; twin = graph_.nextTwin(twin)) {
+      const auto [model, node] = graph_.placeOf(twin);
+      const LineageGraph& graph = graph_.graph(model);
+      const NodeKind kind = graph.node(node).kind;
+      originals_.insert(graph_.idOf(model, graph.originalOf(node)));
+      members_ |= kind == NodeKind::cube || kind == NodeKind::perspective;
+      if (kind == NodeKind::cube) continue;  // its edges lead to all that it shows
+      for (const NodeId part : graph.partsOf(node))
+        if (const JoinedId id = graph_.idOf(model, part); known.insert(id).second) parts.push_back(id);
+    }
+  }
+
+  [[nodiscard]] Frame frameOf(JoinedId node) const {
+    const auto start = startParts_.find(node);
+    return {node, start == startParts_.end() ? std::span<const JoinedId>() : std::span(start->second), node,
+            graph_.placeOf(node)};
+  }
+
   /// The next step from a node; false behind the last.
   bool next(Frame& frame, Step& step) const {
-    if (frame.node == start_ && frame.part < startParts_.size()) {
-      step = {startParts_[frame.part++], nullptr};
+    if (frame.part < frame.parts.size()) {
+      step = {frame.parts[frame.part++]};
       return true;
     }
-    const std::size_t count = upstream_ ? graph_.into(frame.node).size() : graph_.outOf(frame.node).size();
+    while (frame.twin != JoinedGraph::kNone) {
+      if (nextEdge(frame, step)) return true;
+      frame.twin = graph_.nextTwin(frame.twin);
+      frame.edge = 0;
+      if (frame.twin != JoinedGraph::kNone) frame.place = graph_.placeOf(frame.twin);
+    }
+    return false;
+  }
+
+  bool nextEdge(Frame& frame, Step& step) const {
+    const auto [model, node] = frame.place;
+    const LineageGraph& graph = graph_.graph(model);
+    const std::size_t count = upstream_ ? graph.into(node).size() : graph.outOf(node).size();
     while (frame.edge < count) {
-      const LineageEdge& edge = upstream_ ? graph_.into(frame.node)[frame.edge]
-                                          : graph_.edges()[graph_.outOf(frame.node)[frame.edge]];
+      const LineageEdge& edge =
+          upstream_ ? graph.into(node)[frame.edge] : graph.edges()[graph.outOf(node)[frame.edge]];
       ++frame.edge;
-      if (!isFollowed(edge)) continue;
-      step = {upstream_ ? edge.from : edge.to, &edge};
+      if (!isFollowed(model, edge)) continue;
+      step = {graph_.idOf(model, upstream_ ? edge.from : edge.to), &edge, model};
       return true;
     }
     return false;
@@ -63,27 +103,29 @@ class Walk {
 
   /// What holds calculated measures or the values of a KPI is fed by all that any of them names: between such
   /// wholes the tree would tell of ways that no value takes.
-  [[nodiscard]] bool isFollowed(const LineageEdge& edge) const {
+  [[nodiscard]] bool isFollowed(std::uint32_t model, const LineageEdge& edge) const {
     if (values_ && !givesValue(edge.kind)) return false;
-    if (edge.kind == EdgeKind::member) return members_ || showsStart(edge);
-    const NodeKind to = graph_.node(edge.to).kind;
+    if (edge.kind == EdgeKind::member) return members_ || showsStart(model, edge);
+    const NodeKind to = graph_.graph(model).node(edge.to).kind;
     if (!isClassifierKind(to)) return true;
     return edge.from != edge.to && to != NodeKind::calculations && to != NodeKind::kpi;
   }
 
   /// Whether a perspective shows the start or a copy of it. What it shows of all that depends on the start is
   /// told once, below the tree.
-  [[nodiscard]] bool showsStart(const LineageEdge& edge) const {
-    return graph_.node(edge.to).kind == NodeKind::perspective && graph_.originalOf(edge.from) == original_;
+  [[nodiscard]] bool showsStart(std::uint32_t model, const LineageEdge& edge) const {
+    const LineageGraph& graph = graph_.graph(model);
+    return graph.node(edge.to).kind == NodeKind::perspective &&
+           originals_.contains(graph_.idOf(model, graph.originalOf(edge.from)));
   }
 
-  /// How near each node is to the start.
+  /// How near each node is to a start.
   void measure() {
-    nearest_.assign(graph_.nodes().size(), kUnlimitedDepth);
-    nearest_[start_] = 0;
-    std::vector<NodeId> queue{start_};
+    nearest_.assign(graph_.size(), kUnlimitedDepth);
+    std::vector<JoinedId> queue(starts_.begin(), starts_.end());
+    for (const JoinedId start : starts_) nearest_[start] = 0;
     for (std::size_t i = 0; i < queue.size(); ++i) {
-      Frame frame{queue[i]};
+      Frame frame = frameOf(queue[i]);
       Step step;
       while (next(frame, step)) {
         if (nearest_[step.node] != kUnlimitedDepth) continue;
@@ -104,36 +146,41 @@ class Walk {
       nearest_[line.node] = kOpened;
     } else {
       nearest_[line.node] = kOpened;
-      frames_.push_back({line.node});
+      frames_.push_back(frameOf(line.node));
     }
     lines_.push_back(line);
   }
 
-  [[nodiscard]] bool leadsFurther(NodeId node) const {
-    Frame frame{node};
+  [[nodiscard]] bool leadsFurther(JoinedId node) const {
+    Frame frame = frameOf(node);
     Step step;
     return next(frame, step);
   }
 
   static constexpr std::uint32_t kOpened = kUnlimitedDepth - 1;
 
-  const LineageGraph& graph_;
-  NodeId start_;
-  NodeId original_;
+  const JoinedGraph& graph_;
+  std::span<const JoinedId> starts_;
   bool upstream_;
   std::uint32_t limit_;
   bool values_;
   bool members_;
-  std::span<const NodeId> startParts_;  // of a cube none: its edges lead to all that it shows
-  std::vector<std::uint32_t> nearest_;  // by node; kOpened once it stands in the tree
+  std::unordered_map<JoinedId, std::vector<JoinedId>> startParts_;
+  std::unordered_set<JoinedId> originals_;  // of the starts
+  std::vector<std::uint32_t> nearest_;      // by node; kOpened once it stands in the tree
   std::vector<Frame> frames_;
   std::vector<LineageTreeLine> lines_;
 };
 
 }  // namespace
 
-std::vector<LineageTreeLine> lineageTree(const LineageGraph& graph, NodeId start, const LineageWalk& walk) {
-  return Walk(graph, start, walk).run();
+std::vector<LineageTreeLine> lineageTree(const JoinedGraph& graph, JoinedId start, const LineageWalk& walk) {
+  return lineageTree(graph, std::span(&start, 1), walk);
+}
+
+std::vector<LineageTreeLine> lineageTree(const JoinedGraph& graph, std::span<const JoinedId> starts,
+                                         const LineageWalk& walk) {
+  return Walk(graph, starts, walk).run();
 }
 
 }  // namespace tav

@@ -4,9 +4,10 @@
 
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <vector>
 
-#include "lineage/lineage_graph.h"
+#include "lineage/joined_graph.h"
 
 namespace tav {
 
@@ -25,10 +26,11 @@ struct LineageTreeLine {
     below,  ///< or further below, nearer to the start
     cut,    ///< the node leads further, beyond the depth that was asked for
   };
-  NodeId node;
+  JoinedId node;
   std::uint32_t depth;  ///< edges from the start
   /// The edge that leads here; null at the start, and for a part of the start.
   const LineageEdge* edge = nullptr;
+  std::uint32_t model = 0;  ///< whose edge it is
   State state = State::whole;
 };
 
@@ -43,6 +45,10 @@ struct LineageWalk {
 /// Walks from a node along the edges of one direction. A node that is met again is shown whole once, where it
 /// is nearest to the start, so that a walk ends whatever circles there are and has no more lines than there
 /// are edges. When the walk starts at a table, dimension or the like, its parts count as its next steps too.
-std::vector<LineageTreeLine> lineageTree(const LineageGraph& graph, NodeId start, const LineageWalk& walk);
+std::vector<LineageTreeLine> lineageTree(const JoinedGraph& graph, JoinedId start, const LineageWalk& walk);
+/// The same from several nodes that differ, one tree behind the other; what is shown in one is not shown
+/// again.
+std::vector<LineageTreeLine> lineageTree(const JoinedGraph& graph, std::span<const JoinedId> starts,
+                                         const LineageWalk& walk);
 
 }  // namespace tav

@@ -105,10 +105,8 @@ class Comparison {
       affects |= relation.affects;
       changes.push_back(std::move(relation.change));
     }
-    if (!copy) {
-      std::vector<Change> names = findBroken(old, id);
-      std::move(names.begin(), names.end(), std::back_inserter(changes));
-    }
+    std::vector<Change> names = findBroken(old, id);
+    std::move(names.begin(), names.end(), std::back_inserter(changes));
     if (affects) starts_.push_back(id);
     addChanged(old, id, std::move(changes));
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 #include "framework/std/dotted_name.h"
 #include "framework/std/printable.h"
@@ -12,10 +13,11 @@
 namespace tav {
 namespace {
 
+/// The path of a database, which all others begin with, as people write it.
+constexpr std::string_view kRoot = "/";
 constexpr std::size_t kListed = 10;  // alternatives that a message shows
 
-/// How well a node fits a name, best first.
-enum class Fit : std::uint8_t { path, qualified, ending, part, none };
+using Fit = NameFit;
 
 bool isKpi(NodeKind kind) {
   return kind == NodeKind::kpi || kind == NodeKind::kpiValue;
@@ -64,26 +66,35 @@ class Search {
         foldedPath_("/" + foldedName(name)),
         folded_(foldedName(parts_.size() == 1 ? std::string_view(parts_.front()) : name)) {}
 
-  std::vector<NodeId> run() {
+  /// What the name means among all nodes.
+  NameMatch run() const {
+    std::vector<NodeId> all(graph_.nodes().size());
+    std::iota(all.begin(), all.end(), NodeId{0});
+    return runAmong(all, Fit::part);
+  }
+
+  /// What it means among some nodes, in their order, that fit it as well as `worst`.
+  NameMatch runAmong(std::span<const NodeId> nodes, Fit worst) const {
     std::vector<NodeId> found;
-    Fit best = Fit::part;
-    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+    Fit best = worst;
+    for (const NodeId id : nodes) {
       const Fit fit = fitOf(id);
       if (fit == Fit::none || fit > best) continue;
       if (fit < best) found.clear();
       best = fit;
       found.push_back(id);
     }
+    if (best == Fit::path) preferExactPath(found);
     preferExact(found);
     preferValues(found);
-    return found;
+    return {found.empty() ? Fit::none : best, std::move(found)};
   }
 
  private:
   [[nodiscard]] Fit fitOf(NodeId id) const {
     if (isPath_) {
       const std::string path = foldedName(graph_.rawPath(id));
-      if (path == std::string_view(foldedPath_).substr(1)) return Fit::path;
+      if (path == (name_ == kRoot ? "" : std::string_view(foldedPath_).substr(1))) return Fit::path;
       if (path.ends_with(foldedPath_)) return Fit::ending;
     }
     const LineageNode& node = graph_.node(id);
@@ -122,6 +133,12 @@ class Search {
 
   void preferExact(std::vector<NodeId>& found) const {
     const auto isExact = [&](NodeId id) { return graph_.node(id).rawName == parts_.back(); };
+    if (std::any_of(found.begin(), found.end(), isExact))
+      std::erase_if(found, [&](NodeId id) { return !isExact(id); });
+  }
+
+  void preferExactPath(std::vector<NodeId>& found) const {
+    const auto isExact = [&](NodeId id) { return graph_.rawPath(id) == name_; };
     if (std::any_of(found.begin(), found.end(), isExact))
       std::erase_if(found, [&](NodeId id) { return !isExact(id); });
   }
@@ -214,32 +231,58 @@ std::size_t editDistance(std::u32string_view a, std::u32string_view b, std::size
   return std::min(row.back(), limit);
 }
 
-void appendList(std::string& text, const LineageGraph& graph, const std::vector<NodeId>& nodes) {
-  for (std::size_t i = 0; i < std::min(nodes.size(), kListed); ++i) {
-    text.append(i == 0 ? ": " : "; ").append(nodeKindLabel(graph.node(nodes[i]).kind));
-    text.append(" ").append(graph.path(nodes[i]));
-  }
-  if (nodes.size() > kListed)
-    text.append("; and ").append(std::to_string(nodes.size() - kListed)).append(" more");
-}
-
 }  // namespace
 
 std::vector<NodeId> findNodes(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
-  std::vector<NodeId> found = Search(graph, name).run();
-  leaveOutCopies(graph, found, direction);
-  return found;
+  return matchNodes(graph, name, direction).nodes;
 }
 
-std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view name, std::size_t count) {
+NameMatch matchNodes(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
+  if (name.empty()) return {Fit::none, {}};
+  NameMatch match = Search(graph, name).run();
+  leaveOutCopies(graph, match.nodes, direction);
+  return match;
+}
+
+NodeNames::NodeNames(const LineageGraph& graph) : graph_(graph) {
+  for (NodeId id = 0; id < graph.nodes().size(); ++id)
+    byName_[foldedName(graph.node(id).rawName)].push_back(id);
+}
+
+std::string NodeNames::nameOf(NodeId id) const {
+  std::string name = graph_.rawQualifiedName(id);
+  if (name == graph_.qualifiedName(id) && means(name, id)) return name;
+  std::string path = graph_.path(id);
+  return path.empty() ? std::string(kRoot) : path;
+}
+
+/// Only nodes of that last part, or of that whole name, fit a name as more than a text that theirs hold. One
+/// without a name of its own goes by its owner's.
+bool NodeNames::means(const std::string& name, NodeId id) const {
+  if (name != printable(name) || name.find('/') != name.npos) return false;
+  std::vector<NodeId> nodes;
+  for (const std::string& key : {foldedName(splitDottedName(name).back()), foldedName(name), std::string()}) {
+    const auto named = byName_.find(key);
+    if (named == byName_.end()) continue;
+    if (nodes.size() + named->second.size() > kCompared) return false;
+    nodes.insert(nodes.end(), named->second.begin(), named->second.end());
+  }
+  std::sort(nodes.begin(), nodes.end());
+  nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+  const std::vector<NodeId> found = Search(graph_, name).runAmong(nodes, Fit::ending).nodes;
+  for (const LineageDirection direction : {LineageDirection::upstream, LineageDirection::downstream}) {
+    std::vector<NodeId> meant = found;
+    leaveOutCopies(graph_, meant, direction);
+    if (meant != std::vector<NodeId>{id}) return false;
+  }
+  return true;
+}
+
+std::vector<NearNode> nearestNodes(const LineageGraph& graph, std::string_view name, std::size_t count) {
   constexpr std::size_t kLongest = 200;  // nobody mistypes a longer name, and comparing costs its square
   const std::u32string wanted = charactersOf(splitDottedName(name).back());
   if (wanted.size() > kLongest) return {};
-  struct Near {
-    std::size_t distance;
-    NodeId node;
-  };
-  std::vector<Near> near;
+  std::vector<NearNode> near;
   std::vector<std::size_t> row;
   const std::size_t limit = wanted.size() / 3 + 2;
   for (NodeId id = 0; id < graph.nodes().size(); ++id) {
@@ -248,24 +291,32 @@ std::vector<NodeId> nearestNodes(const LineageGraph& graph, std::string_view nam
     if (distance < limit) near.push_back({distance, id});
   }
   std::stable_sort(near.begin(), near.end(),
-                   [](const Near& a, const Near& b) { return a.distance < b.distance; });
-  std::vector<NodeId> nodes;
-  for (std::size_t i = 0; i < std::min(count, near.size()); ++i) nodes.push_back(near[i].node);
-  return nodes;
+                   [](const NearNode& a, const NearNode& b) { return a.distance < b.distance; });
+  near.resize(std::min(count, near.size()));
+  return near;
+}
+
+std::string nodeText(const LineageGraph& graph, NodeId id) {
+  return std::string(nodeKindLabel(graph.node(id).kind)) + " " + graph.path(id);
+}
+
+std::string nodeListText(const std::vector<std::string>& nodes) {
+  std::string text;
+  for (std::size_t i = 0; i < std::min(nodes.size(), kListed); ++i)
+    text.append(i == 0 ? ": " : "; ").append(nodes[i]);
+  if (nodes.size() > kListed)
+    text.append("; and ").append(std::to_string(nodes.size() - kListed)).append(" more");
+  return text;
 }
 
 NodeId findNode(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
-  const std::vector<NodeId> found = name.empty() ? std::vector<NodeId>() : findNodes(graph, name, direction);
+  const std::vector<NodeId> found = findNodes(graph, name, direction);
   if (found.size() == 1) return found.front();
-  std::string list;
-  if (!found.empty()) {
-    appendList(list, graph, found);
-    fail(Message::ambiguousName, {printable(name), list});
-  }
-  const std::vector<NodeId> nearest = nearestNodes(graph, name, kListed / 2);
-  if (!nearest.empty()) list = "; the nearest";
-  appendList(list, graph, nearest);
-  fail(Message::unknownName, {printable(name), list});
+  std::vector<std::string> list;
+  for (const NodeId id : found) list.push_back(nodeText(graph, id));
+  if (!found.empty()) fail(Message::ambiguousName, {printable(name), nodeListText(list)});
+  for (const NearNode& near : nearestNodes(graph, name, kNearest)) list.push_back(nodeText(graph, near.node));
+  fail(Message::unknownName, {printable(name), (list.empty() ? "" : "; the nearest") + nodeListText(list)});
 }
 
 }  // namespace tav

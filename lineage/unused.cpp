@@ -58,8 +58,8 @@ bool hides(std::string_view name, std::string_view value) {
 
 class UnusedSearch {
  public:
-  UnusedSearch(const LineageGraph& graph, const UnusedGroup& group)
-      : graph_(graph), group_(group), seenIn_(graph.nodes().size()) {}
+  UnusedSearch(const LineageGraph& graph, const UnusedGroup& group, const std::vector<bool>& alsoUsed)
+      : graph_(graph), group_(group), alsoUsed_(alsoUsed), seenIn_(graph.nodes().size()) {}
 
   std::vector<UnusedNode> run() {
     std::vector<UnusedNode> unused;
@@ -73,6 +73,16 @@ class UnusedSearch {
       unused.push_back(std::move(node));
     }
     return unused;
+  }
+
+  std::vector<bool> runForAll() {
+    std::vector<bool> used;
+    std::vector<LineageEdge> shows;
+    for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+      shows.clear();
+      used.push_back(isUsed(id, shows));
+    }
+    return used;
   }
 
  private:
@@ -94,6 +104,7 @@ class UnusedSearch {
 
   /// Whether anything but parts of `whole` uses a node. Goes through its copies, which stand for it.
   bool isUsedOutside(NodeId id, NodeId whole, std::vector<LineageEdge>& shows) {
+    if (!alsoUsed_.empty() && alsoUsed_[id]) return true;
     waiting_.assign(1, id);
     ++walk_;
     for (std::size_t next = 0; next < waiting_.size(); ++next) {
@@ -158,6 +169,7 @@ class UnusedSearch {
 
   const LineageGraph& graph_;
   const UnusedGroup& group_;
+  const std::vector<bool>& alsoUsed_;
   std::vector<NodeId> waiting_;      // a node and its copies
   std::size_t walk_ = 0;             // the number of the walk over them
   std::vector<std::size_t> seenIn_;  // by copy: the walk that last came to it
@@ -171,8 +183,13 @@ std::span<const UnusedGroup> unusedGroups() noexcept {
   return kGroups;
 }
 
-std::vector<UnusedNode> findUnused(const LineageGraph& graph, const UnusedGroup& group) {
-  return UnusedSearch(graph, group).run();
+std::vector<UnusedNode> findUnused(const LineageGraph& graph, const UnusedGroup& group,
+                                   const std::vector<bool>& alsoUsed) {
+  return UnusedSearch(graph, group, alsoUsed).run();
+}
+
+std::vector<bool> usedNodes(const LineageGraph& graph) {
+  return UnusedSearch(graph, {}, {}).runForAll();
 }
 
 bool isHidden(const LineageGraph& graph, NodeId id) {

@@ -35,8 +35,13 @@ struct UnusedNode {
 };
 
 /// The unused nodes of a group in the order of the model. Parts of what is unused as a whole are not told
-/// again. One pass over the nodes and edges.
-std::vector<UnusedNode> findUnused(const LineageGraph& graph, const UnusedGroup& group);
+/// again. Nodes that are marked in `alsoUsed`, unless that is empty, are used by something beyond the graph.
+/// One pass over the nodes and edges.
+std::vector<UnusedNode> findUnused(const LineageGraph& graph, const UnusedGroup& group,
+                                   const std::vector<bool>& alsoUsed = {});
+
+/// Whether anything in the definition uses a node, by node.
+std::vector<bool> usedNodes(const LineageGraph& graph);
 
 /// Whether the definition hides a node from those who browse its cubes.
 bool isHidden(const LineageGraph& graph, NodeId id);

@@ -68,6 +68,10 @@ need_for_program() {
   need header nlohmann/json.hpp nlohmann-json3-dev
   need header sqlite3.h libsqlite3-dev
   need library sqlite3 libsqlite3-dev
+  need header zlib.h zlib1g-dev
+  need library z zlib1g-dev
+  need header openssl/evp.h libssl-dev
+  need library crypto libssl-dev
   need header curl/curl.h libcurl4-openssl-dev
   need library curl libcurl4-openssl-dev
   need header zip.h libzip-dev
@@ -86,6 +90,8 @@ need_for_tests() {
   need library gtest libgtest-dev
   need command xmllint libxml2-utils
   need command nm binutils
+  need command dpkg-shlibdeps dpkg-dev
+  need command file file
   need command parallel parallel
   need command sqlite3 sqlite3
   need command chromium chromium

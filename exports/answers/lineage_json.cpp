@@ -1,32 +1,67 @@
+#include <algorithm>
+#include <functional>
+
 #include "exports/answers/lineage_text.h"
 #include "exports/answers/notes.h"
 #include "framework/std/json_writer.h"
-#include "lineage/subgraph.h"
 
 namespace tav {
 namespace {
 
 class JsonPart {
  public:
-  JsonPart(const LineageGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
+  JsonPart(const JoinedGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
 
   void write(const LineageQuestion& question) {
     LineageWalk walk = question.walk;
     walk.members = true;
-    const Subgraph part = subgraphOf(lineageTree(graph_, question.start, walk));
+    collect(lineageTree(graph_, question.starts, walk));
     const bool upstream = walk.direction == LineageDirection::upstream;
     json_.begin('{');
-    json_.member("format", "xmla-lineage/1");
+    json_.member("format", graph_.namesModels() ? "xmla-lineage-models/1" : "xmla-lineage/1");
     json_.member("direction", upstream ? "upstream" : "downstream");
-    json_.member("start", question.start);
-    writeList("nodes", part.nodes, [&](NodeId id) { writeNode(id); });
-    writeList("edges", part.edges, [&](const LineageEdge* edge) { writeEdge(*edge); });
+    if (graph_.namesModels())
+      writeModels(question.starts);
+    else
+      json_.member("start", question.starts.front());
+    writeList("nodes", nodes_, [&](JoinedId id) { writeNode(id); });
+    writeList("edges", edges_, [&](const ModelEdge& edge) { writeEdge(edge); });
     writeNotesJson(json_, graph_);
     json_.close('}');
     out_ << text_ << "\n";
   }
 
  private:
+  struct ModelEdge {
+    std::uint32_t model;
+    const LineageEdge* edge;
+
+    friend bool operator==(const ModelEdge&, const ModelEdge&) = default;
+  };
+
+  /// The nodes and edges of a walk, each once.
+  void collect(const std::vector<LineageTreeLine>& lines) {
+    for (const LineageTreeLine& line : lines) {
+      nodes_.push_back(line.node);
+      if (line.edge) edges_.push_back({line.model, line.edge});
+    }
+    std::sort(nodes_.begin(), nodes_.end());
+    nodes_.erase(std::unique(nodes_.begin(), nodes_.end()), nodes_.end());
+    std::sort(edges_.begin(), edges_.end(), [](const ModelEdge& a, const ModelEdge& b) {
+      return a.model != b.model ? a.model < b.model : std::less<>()(a.edge, b.edge);
+    });
+    edges_.erase(std::unique(edges_.begin(), edges_.end()), edges_.end());
+  }
+
+  void writeModels(const std::vector<JoinedId>& starts) {
+    json_.open("models", '[');
+    for (const JoinedGraph::Model& model : graph_.models()) json_.value(model.name);
+    json_.close(']');
+    json_.open("starts", '[');
+    for (const JoinedId start : starts) json_.value(start);
+    json_.close(']');
+  }
+
   template <class Items, class F> void writeList(std::string_view name, const Items& items, F write) {
     json_.open(name, '[');
     for (const auto& item : items) {
@@ -38,24 +73,26 @@ class JsonPart {
     json_.close(']');
   }
 
-  void writeNode(NodeId id) {
-    const LineageNode& node = graph_.node(id);
+  void writeNode(JoinedId id) {
+    const auto [model, place] = graph_.placeOf(id);
+    const LineageGraph& graph = graph_.graph(model);
+    const LineageNode& node = graph.node(place);
     json_.open('{');
     json_.member("id", id);
+    json_.optional("model", graph_.modelName(id));
     json_.member("kind", nodeKindName(node.kind));
-    json_.member("name", graph_.name(id));
-    json_.member("qualifiedName", graph_.qualifiedName(id));
-    json_.member("path", graph_.path(id));
-    if (node.owner != kNoNode) json_.member("owner", node.owner);
-    json_.optional("expression", graph_.expression(id));
-    json_.optional("language", graph_.language(id));
-    json_.optional("aggregation", graph_.aggregation(id));
-    writeOpenNames(id);
+    json_.member("name", graph.name(place));
+    json_.member("qualifiedName", graph.qualifiedName(place));
+    json_.member("path", graph.path(place));
+    if (node.owner != kNoNode) json_.member("owner", graph_.idOf(model, node.owner));
+    json_.optional("expression", graph.expression(place));
+    json_.optional("language", graph.language(place));
+    json_.optional("aggregation", graph.aggregation(place));
+    writeOpenNames(graph.openNames(place));
     json_.close('}');
   }
 
-  void writeOpenNames(NodeId id) {
-    const std::vector<OpenNameText> names = graph_.openNames(id);
+  void writeOpenNames(const std::vector<OpenNameText>& names) {
     if (names.empty()) return;
     json_.open("openNames", '[');
     for (const OpenNameText& name : names) {
@@ -66,26 +103,29 @@ class JsonPart {
     json_.close(']');
   }
 
-  void writeEdge(const LineageEdge& edge) {
+  void writeEdge(const ModelEdge& one) {
+    const LineageEdge& edge = *one.edge;
     json_.open('{');
-    json_.member("from", edge.from);
-    json_.member("to", edge.to);
+    json_.member("from", graph_.idOf(one.model, edge.from));
+    json_.member("to", graph_.idOf(one.model, edge.to));
     json_.member("kind", edgeKindName(edge.kind));
-    json_.optional("text", graph_.edgeText(edge));
+    json_.optional("text", graph_.graph(one.model).edgeText(edge));
     if (edge.foundByGraph) json_.member("foundByGraph", true);
     if (edge.replaces) json_.member("replaces", true);
     json_.close('}');
   }
 
-  const LineageGraph& graph_;
+  const JoinedGraph& graph_;
   std::ostream& out_;
+  std::vector<JoinedId> nodes_;
+  std::vector<ModelEdge> edges_;
   std::string text_;
   JsonWriter json_{text_};
 };
 
 }  // namespace
 
-void writeLineageJson(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
+void writeLineageJson(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out) {
   JsonPart(graph, out).write(question);
 }
 

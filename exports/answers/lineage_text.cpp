@@ -20,12 +20,12 @@ constexpr std::uint32_t kDeepest = 60;
 
 class TreeText {
  public:
-  TreeText(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out)
+  TreeText(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out)
       : graph_(graph),
-        upstream_(question.walk.direction == LineageDirection::upstream),
-        lines_(lineageTree(graph, question.start, question.walk)),
+        direction_(question.walk.direction),
+        lines_(lineageTree(graph, question.starts, question.walk)),
         hasMore_(lines_.size()),
-        inTree_(graph.nodes().size()),
+        inTree_(graph.size()),
         out_(out) {
     for (const LineageTreeLine& line : lines_) inTree_[line.node] = true;
   }
@@ -58,12 +58,14 @@ class TreeText {
       out_ << (hasMore_[i] ? kBranch : kLastBranch);
       bars_.push_back(hasMore_[i]);
     }
-    out_ << edgeText(line) << printable(graph_.qualifiedName(line.node)) << "  " << describe(line.node)
-         << stateText(line.state) << "\n";
+    const auto [model, node] = graph_.placeOf(line.node);
+    const LineageGraph& graph = graph_.graph(model);
+    out_ << edgeText(line) << printable(graph.qualifiedName(node)) << "  " << describe(graph, node)
+         << modelText(", model ", line.node) << stateText(line.state) << "\n";
     if (line.state == LineageTreeLine::State::whole) {
       const bool hasChildren = i + 1 < lines_.size() && lines_[i + 1].depth > line.depth;
-      writeExpression(graph_.expression(line.node), hasChildren);
-      writeOpenNames(line.node, hasChildren);
+      writeExpression(graph.expression(node), hasChildren);
+      writeOpenNames(graph, node, hasChildren);
     }
   }
 
@@ -82,8 +84,8 @@ class TreeText {
     }
   }
 
-  void writeOpenNames(NodeId id, bool hasChildren) const {
-    for (const OpenNameText& name : graph_.openNames(id)) {
+  void writeOpenNames(const LineageGraph& graph, NodeId id, bool hasChildren) const {
+    for (const OpenNameText& name : graph.openNames(id)) {
       writeBars();
       out_ << (hasChildren ? kBar : kGap) << "? " << printable(name.name) << ": "
            << printable(openNameWords(name)) << "\n";
@@ -113,20 +115,22 @@ class TreeText {
 
   [[nodiscard]] std::string edgeText(const LineageTreeLine& line) const {
     if (!line.edge) return "";
-    const RelationKindRow& row = rowOf(line.edge->kind);
-    std::string text(upstream_ ? row.upstream : row.downstream);
-    if (const std::string more = graph_.edgeText(*line.edge); !more.empty())
-      text.append(" (").append(printable(more)).append(")");
-    if (line.edge->replaces) text += " (by the cube's name for the dimension)";
+    const std::string text = printable(edgeWords(graph_.graph(line.model), *line.edge, direction_));
     return text.empty() ? text : text + " ";
   }
 
-  [[nodiscard]] std::string describe(NodeId id) const {
-    std::string text(nodeKindLabel(graph_.node(id).kind));
-    if (const std::string_view how = graph_.aggregation(id); !how.empty()) text.append(", ").append(how);
-    const NodeId cube = graph_.cubeOf(id);
-    if (cube != kNoNode && cube != id) text += ", cube " + printable(graph_.name(cube));
-    if (const DatabaseAddress* database = graph_.database(id))
+  /// Nothing for what belongs to no model, or to the only one.
+  [[nodiscard]] std::string modelText(std::string_view before, JoinedId id) const {
+    const std::string_view name = graph_.modelName(id);
+    return name.empty() ? std::string() : std::string(before) + printable(name);
+  }
+
+  static std::string describe(const LineageGraph& graph, NodeId id) {
+    std::string text(nodeKindLabel(graph.node(id).kind));
+    if (const std::string_view how = graph.aggregation(id); !how.empty()) text.append(", ").append(how);
+    const NodeId cube = graph.cubeOf(id);
+    if (cube != kNoNode && cube != id) text += ", cube " + printable(graph.name(cube));
+    if (const DatabaseAddress* database = graph.database(id))
       text += ", " + printable(database->server + "/" + database->database);
     return text;
   }
@@ -147,39 +151,46 @@ class TreeText {
   /// The cubes that show something of the tree, with their perspectives: the question is often whether a
   /// change will be seen at all.
   void writeCubes() const {
-    if (upstream_) return;
-    std::vector<NodeId> cubes;
-    for (const LineageTreeLine& line : lines_)
-      if (const NodeId cube = graph_.cubeOf(line.node); cube != kNoNode) cubes.push_back(cube);
+    if (direction_ == LineageDirection::upstream) return;
+    std::vector<JoinedId> cubes;
+    for (const LineageTreeLine& line : lines_) {
+      const auto [model, node] = graph_.placeOf(line.node);
+      if (const NodeId cube = graph_.graph(model).cubeOf(node); cube != kNoNode)
+        cubes.push_back(graph_.idOf(model, cube));
+    }
     std::sort(cubes.begin(), cubes.end());
     cubes.erase(std::unique(cubes.begin(), cubes.end()), cubes.end());
     if (!cubes.empty()) out_ << "\nCubes that this reaches:\n";
-    for (const NodeId cube : cubes) {
-      out_ << kIndent << printable(graph_.name(cube));
-      writePerspectives(cube);
+    for (const JoinedId cube : cubes) {
+      const auto [model, node] = graph_.placeOf(cube);
+      out_ << kIndent << printable(graph_.graph(model).name(node)) << modelText("  model ", cube);
+      writePerspectives(model, node);
       out_ << "\n";
     }
   }
 
-  void writePerspectives(NodeId cube) const {
+  void writePerspectives(std::uint32_t model, NodeId cube) const {
+    const LineageGraph& graph = graph_.graph(model);
     std::string_view separator = "  perspectives: ";
-    for (const NodeId part : graph_.partsOf(cube)) {
-      if (graph_.node(part).kind != NodeKind::perspective || !shows(part)) continue;
-      out_ << separator << printable(graph_.name(part));
+    for (const NodeId part : graph.partsOf(cube)) {
+      if (graph.node(part).kind != NodeKind::perspective || !shows(model, part)) continue;
+      out_ << separator << printable(graph.name(part));
       separator = ", ";
     }
   }
 
   /// Whether a perspective shows something of the tree.
-  [[nodiscard]] bool shows(NodeId perspective) const {
-    const auto into = graph_.into(perspective);
+  [[nodiscard]] bool shows(std::uint32_t model, NodeId perspective) const {
+    const LineageGraph& graph = graph_.graph(model);
+    const auto into = graph.into(perspective);
     return std::any_of(into.begin(), into.end(), [&](const LineageEdge& edge) {
-      return edge.kind == EdgeKind::member && (inTree_[edge.from] || edge.from == graph_.cubeOf(perspective));
+      return edge.kind == EdgeKind::member &&
+             (inTree_[graph_.idOf(model, edge.from)] || edge.from == graph.cubeOf(perspective));
     });
   }
 
-  const LineageGraph& graph_;
-  bool upstream_;
+  const JoinedGraph& graph_;
+  LineageDirection direction_;
   std::vector<LineageTreeLine> lines_;
   std::vector<bool> hasMore_;  // by line
   std::vector<bool> inTree_;   // by node
@@ -189,7 +200,18 @@ class TreeText {
 
 }  // namespace
 
-void writeLineageText(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
+std::string edgeWords(const LineageGraph& graph, const LineageEdge& edge, LineageDirection direction) {
+  const RelationKindRow& row = rowOf(edge.kind);
+  std::string text(direction == LineageDirection::upstream ? row.upstream : row.downstream);
+  const auto add = [&](std::string_view more) {
+    if (!more.empty()) text.append(text.empty() ? "" : " ").append("(").append(more).append(")");
+  };
+  add(graph.edgeText(edge));
+  if (edge.replaces) add("by the cube's name for the dimension");
+  return text;
+}
+
+void writeLineageText(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out) {
   TreeText(graph, question, out).write();
   writeNotes(graph, out);
 }

@@ -3,25 +3,34 @@
 // What trace and impact print: a tree for people, or the part of the graph for tools.
 
 #include <ostream>
+#include <string>
+#include <vector>
 
 #include "lineage/lineage_tree.h"
 
 namespace tav {
 
 struct LineageQuestion {
-  NodeId start;
+  std::vector<JoinedId> starts;  ///< at least one
   LineageWalk walk;
 };
 
-/// A line for each place of the tree, expressions indented below what they compute, and at the end what shows
-/// it: cubes and perspectives. Safe for a terminal; passwords are masked.
-void writeLineageText(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out);
+/// What an edge does, seen from the node that a walk reaches along it: "aggregated by", "key of (2)". Empty
+/// for one that hands a value on as it is. Passwords are masked; not safe for a terminal.
+std::string edgeWords(const LineageGraph& graph, const LineageEdge& edge, LineageDirection direction);
 
-/// The part of the graph as a drawing (see exports/dot.h).
+/// A line for each place of the tree, expressions indented below what they compute, and at the end what shows
+/// it: cubes and perspectives. Where models are named, each place says which one it is in. Safe for a
+/// terminal; passwords are masked.
+void writeLineageText(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out);
+
+/// The part of the graph that the first start leads to, as a drawing (see exports/dot.h).
 void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out);
 
 /// One JSON document: `{"format":"xmla-lineage/1","direction":...,"start":ID,"nodes":[...],"edges":[...]}`,
-/// each node and edge of the walk once.
-void writeLineageJson(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out);
+/// each node and edge of the walk once. Where models are named it is
+/// `{"format":"xmla-lineage-models/1","direction":...,"models":[...],"starts":[ID,...],"nodes":[...],
+/// "edges":[...]}`, and a node that is not shared has the member "model".
+void writeLineageJson(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out);
 
 }  // namespace tav

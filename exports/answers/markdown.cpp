@@ -26,4 +26,13 @@ std::string markdownCode(std::string_view text) {
   return fence + std::string(space).append(line).append(space) + fence;
 }
 
+std::string markdownCell(std::string_view text) {
+  std::string cell;
+  for (const char c : markdownCode(text)) {
+    if (c == '|') cell += '\\';
+    cell += c;
+  }
+  return cell;
+}
+
 }  // namespace tav

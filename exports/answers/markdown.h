@@ -12,4 +12,7 @@ std::string markdownFence(std::initializer_list<std::string_view> texts, std::si
 /// Text as Markdown shows it to the letter, on one line. Control characters are shown.
 std::string markdownCode(std::string_view text);
 
+/// The same for a cell of a table, which a bar would end.
+std::string markdownCell(std::string_view text);
+
 }  // namespace tav

@@ -1,6 +1,27 @@
 #include "exports/answers/notes.h"
 
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "framework/std/printable.h"
+
 namespace tav {
+namespace {
+
+constexpr std::size_t kListedModels = 5;
+
+std::string modelListText(const std::vector<std::string_view>& models) {
+  std::string text(models.size() == 1 ? "model " : "models ");
+  for (std::size_t i = 0; i < std::min(models.size(), kListedModels); ++i)
+    text.append(i == 0 ? "" : ", ").append(models[i]);
+  if (models.size() > kListedModels)
+    text.append(" and ").append(std::to_string(models.size() - kListedModels)).append(" more");
+  return text;
+}
+
+}  // namespace
 
 std::vector<std::string> answerNotes(const LineageGraph& graph) {
   std::vector<std::string> notes;
@@ -20,13 +41,30 @@ std::vector<std::string> answerNotes(const LineageGraph& graph) {
   return notes;
 }
 
-void writeNotes(const LineageGraph& graph, std::ostream& out) {
-  const std::vector<std::string> notes = answerNotes(graph);
-  if (!notes.empty()) out << "\n";
-  for (const std::string& note : notes) out << "Note: " << note << ".\n";
+std::vector<std::string> answerNotes(const JoinedGraph& graph) {
+  if (!graph.namesModels()) return answerNotes(graph.graph(0));
+  // Each note once, with the models that it is true of.
+  std::vector<std::pair<std::string, std::vector<std::string_view>>> told;
+  std::unordered_map<std::string, std::size_t> places;
+  for (const JoinedGraph::Model& model : graph.models()) {
+    for (std::string& note : answerNotes(*model.graph)) {
+      const auto [place, isNew] = places.try_emplace(note, told.size());
+      if (isNew) told.emplace_back(std::move(note), std::vector<std::string_view>());
+      told[place->second].second.push_back(model.name);
+    }
+  }
+  std::vector<std::string> notes;
+  for (const auto& [note, models] : told) notes.push_back(modelListText(models) + ": " + note);
+  return notes;
 }
 
-void writeNotesJson(JsonWriter& json, const LineageGraph& graph) {
+void writeNotes(const JoinedGraph& graph, std::ostream& out) {
+  const std::vector<std::string> notes = answerNotes(graph);
+  if (!notes.empty()) out << "\n";
+  for (const std::string& note : notes) out << "Note: " << printable(note) << ".\n";
+}
+
+void writeNotesJson(JsonWriter& json, const JoinedGraph& graph) {
   const std::vector<std::string> notes = answerNotes(graph);
   if (notes.empty()) return;
   json.open("notes", '[');

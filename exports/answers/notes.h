@@ -7,18 +7,20 @@
 #include <vector>
 
 #include "framework/std/json_writer.h"
-#include "lineage/lineage_graph.h"
+#include "lineage/joined_graph.h"
 
 namespace tav {
 
 /// What could make the answer another one: a document without details, and what its import passed over. A
 /// sentence each, without its end; usually none.
 std::vector<std::string> answerNotes(const LineageGraph& graph);
+/// The same for several models; where they are named, each note begins with the name of its model.
+std::vector<std::string> answerNotes(const JoinedGraph& graph);
 
 /// The notes at the end of an answer for people, below a blank line; nothing where there are none.
-void writeNotes(const LineageGraph& graph, std::ostream& out);
+void writeNotes(const JoinedGraph& graph, std::ostream& out);
 /// The same as the member "notes", a list of texts; left out where there are none.
-void writeNotesJson(JsonWriter& json, const LineageGraph& graph);
+void writeNotesJson(JsonWriter& json, const JoinedGraph& graph);
 
 /// The members "name", "state" and, where there is one, "note" of a name that leads to nothing.
 void writeOpenNameJson(JsonWriter& json, const OpenNameText& name);

@@ -5,6 +5,7 @@
 #include "exports/csv_text.h"
 #include "framework/std/json_writer.h"
 #include "framework/std/printable.h"
+#include "lineage/joined_use.h"
 
 namespace tav {
 namespace {
@@ -45,12 +46,24 @@ std::string remarksOf(const LineageGraph& graph, const UnusedNode& node) {
   return text;
 }
 
+/// One of the models of an answer.
+struct ModelPart {
+  std::string_view name;  ///< empty where models are not named
+  const LineageGraph& graph;
+  std::vector<bool> usedBeside;
+};
+
+template <class F> void forEachModel(const JoinedGraph& graph, F tell) {
+  const JoinedUse use(graph);
+  for (std::uint32_t model = 0; model < graph.models().size(); ++model)
+    tell(ModelPart{graph.models()[model].name, graph.graph(model), use.usedBeside(model)});
+}
+
 /// The groups one after the other, of each first what nothing uses, then what is only shown.
 template <class Section, class Item>
-void forEachSection(const LineageGraph& graph, std::span<const UnusedGroup> groups, Section section,
-                    Item item) {
+void forEachSection(const ModelPart& part, std::span<const UnusedGroup> groups, Section section, Item item) {
   for (const UnusedGroup& group : groups) {
-    const std::vector<UnusedNode> nodes = findUnused(graph, group);
+    const std::vector<UnusedNode> nodes = findUnused(part.graph, group, part.usedBeside);
     for (const bool shown : {false, true}) {
       bool isOpen = false;
       for (const UnusedNode& node : nodes) {
@@ -88,83 +101,126 @@ void writeNode(JsonWriter& json, const LineageGraph& graph, const UnusedNode& no
   json.close('}');
 }
 
-}  // namespace
-
-void writeUnusedText(const LineageGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
-  bool isFirst = true;
-  const auto section = [&](const std::string& title) {
-    out << (isFirst ? "" : "\n") << title << "\n";
-    isFirst = false;
-  };
-  forEachSection(graph, groups, section, [&](const UnusedNode& node) {
-    const std::string remarks = remarksOf(graph, node);
-    out << "    " << printable(graph.qualifiedName(node.node)) << (remarks.empty() ? "" : "  ")
-        << printable(remarks) << "\n";
-  });
-  if (isFirst) out << kNothing;
-  writeNotes(graph, out);
+void writeRow(CsvText& csv, const ModelPart& part, const UnusedNode& node) {
+  const LineageGraph& graph = part.graph;
+  if (!part.name.empty()) csv.cell(part.name);
+  csv.cell(nodeKindName(graph.node(node.node).kind));
+  csv.cell(graph.name(node.node));
+  csv.cell(graph.qualifiedName(node.node));
+  csv.cell(graph.path(node.node));
+  csv.cell(stateOf(node));
+  csv.cell(node.hidden ? "1" : "0");
+  csv.cell(node.parts == 0 ? std::string() : std::to_string(node.parts));
+  csv.cell(showsText(graph, node));
+  csv.endRow();
 }
 
-void writeUnusedMarkdown(const LineageGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
-  bool isFirst = true;
-  const auto section = [&](const std::string& title) {
-    out << (isFirst ? "" : "\n") << "**" << title << "**\n\n";
-    isFirst = false;
-  };
-  forEachSection(graph, groups, section, [&](const UnusedNode& node) {
-    out << "- " << markdownCode(graph.qualifiedName(node.node));
-    if (node.hidden) out << ", hidden";
-    if (node.parts > 0) out << ", " << node.parts << (node.parts == 1 ? " part" : " parts");
-    for (const LineageEdge& edge : node.shows)
-      out << ", " << rowOf(edge.kind).downstream << " " << nodeKindLabel(graph.node(edge.to).kind) << " "
-          << markdownCode(graph.name(edge.to));
-    out << "\n";
-  });
-  if (isFirst) out << kNothing;
-  writeNotes(graph, out);
-}
+/// The name of a model as a title, once before the first of its sections.
+class Titles {
+ public:
+  explicit Titles(std::ostream& out) : out_(out) {}
 
-void writeUnusedJson(const LineageGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
-  std::string text;
-  JsonWriter json(text);
-  json.begin('{');
-  json.member("format", "xmla-unused/1");
+  void section(const ModelPart& part, const std::string& model, const std::string& title,
+               std::string_view end) {
+    out_ << (isFirst_ ? "" : "\n");
+    if (!part.name.empty() && model_ != part.name) out_ << model << end;
+    model_ = part.name;
+    isFirst_ = false;
+    out_ << title << end;
+  }
+  [[nodiscard]] bool isNothing() const { return isFirst_; }
+
+ private:
+  std::ostream& out_;
+  std::string_view model_;
+  bool isFirst_ = true;
+};
+
+void writeGroups(JsonWriter& json, const ModelPart& part, std::span<const UnusedGroup> groups) {
   json.open("groups", '[');
   for (const UnusedGroup& group : groups) {
     json.line();
     json.open('{');
     json.member("name", group.name);
     json.open("nodes", '[');
-    for (const UnusedNode& node : findUnused(graph, group)) writeNode(json, graph, node);
+    for (const UnusedNode& node : findUnused(part.graph, group, part.usedBeside))
+      writeNode(json, part.graph, node);
     json.close(']');
     json.close('}');
   }
   json.close(']');
+}
+
+}  // namespace
+
+void writeUnusedText(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
+  Titles titles(out);
+  forEachModel(graph, [&](const ModelPart& part) {
+    const auto section = [&](const std::string& title) {
+      titles.section(part, "Model " + printable(part.name), title, "\n");
+    };
+    forEachSection(part, groups, section, [&](const UnusedNode& node) {
+      const std::string remarks = remarksOf(part.graph, node);
+      out << "    " << printable(part.graph.qualifiedName(node.node)) << (remarks.empty() ? "" : "  ")
+          << printable(remarks) << "\n";
+    });
+  });
+  if (titles.isNothing()) out << kNothing;
+  writeNotes(graph, out);
+}
+
+void writeUnusedMarkdown(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
+  Titles titles(out);
+  forEachModel(graph, [&](const ModelPart& part) {
+    const auto section = [&](const std::string& title) {
+      titles.section(part, "### Model " + markdownCode(part.name), "**" + title + "**", "\n\n");
+    };
+    forEachSection(part, groups, section, [&](const UnusedNode& node) {
+      out << "- " << markdownCode(part.graph.qualifiedName(node.node));
+      if (node.hidden) out << ", hidden";
+      if (node.parts > 0) out << ", " << node.parts << (node.parts == 1 ? " part" : " parts");
+      for (const LineageEdge& edge : node.shows)
+        out << ", " << rowOf(edge.kind).downstream << " " << nodeKindLabel(part.graph.node(edge.to).kind)
+            << " " << markdownCode(part.graph.name(edge.to));
+      out << "\n";
+    });
+  });
+  if (titles.isNothing()) out << kNothing;
+  writeNotes(graph, out);
+}
+
+void writeUnusedJson(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
+  std::string text;
+  JsonWriter json(text);
+  json.begin('{');
+  json.member("format", graph.namesModels() ? "xmla-unused-models/1" : "xmla-unused/1");
+  if (graph.namesModels()) json.open("models", '[');
+  forEachModel(graph, [&](const ModelPart& part) {
+    if (!graph.namesModels()) return writeGroups(json, part, groups);
+    json.line();
+    json.open('{');
+    json.member("model", part.name);
+    writeGroups(json, part, groups);
+    json.close('}');
+  });
+  if (graph.namesModels()) json.close(']');
   writeNotesJson(json, graph);
   json.close('}');
   out << text << "\n";
 }
 
-void writeUnusedCsv(const LineageGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
+void writeUnusedCsv(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
   std::string text;
   CsvText csv(text);
+  if (graph.namesModels()) csv.cell("model");
   for (const std::string_view title :
        {"kind", "name", "qualified_name", "path", "state", "hidden", "parts", "shown_by"})
     csv.cell(title);
   csv.endRow();
-  for (const UnusedGroup& group : groups) {
-    for (const UnusedNode& node : findUnused(graph, group)) {
-      csv.cell(nodeKindName(graph.node(node.node).kind));
-      csv.cell(graph.name(node.node));
-      csv.cell(graph.qualifiedName(node.node));
-      csv.cell(graph.path(node.node));
-      csv.cell(stateOf(node));
-      csv.cell(node.hidden ? "1" : "0");
-      csv.cell(node.parts == 0 ? std::string() : std::to_string(node.parts));
-      csv.cell(showsText(graph, node));
-      csv.endRow();
-    }
-  }
+  forEachModel(graph, [&](const ModelPart& part) {
+    for (const UnusedGroup& group : groups)
+      for (const UnusedNode& node : findUnused(part.graph, group, part.usedBeside)) writeRow(csv, part, node);
+  });
   out << text;
 }
 

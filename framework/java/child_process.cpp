@@ -78,7 +78,8 @@ struct ChildEnds {
   setpgid(0, 0);
   struct sigaction standard {};
   standard.sa_handler = SIG_DFL;
-  for (const int signal : {SIGPIPE, SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &standard, nullptr);
+  for (const int signal : kEndingSignals) sigaction(signal, &standard, nullptr);
+  for (const int signal : {SIGPIPE, SIGXFSZ}) sigaction(signal, &standard, nullptr);
   sigprocmask(SIG_SETMASK, &signals, nullptr);
   if (dup2(ends.input, STDIN_FILENO) >= 0 && dup2(ends.output, STDOUT_FILENO) >= 0 &&
       dup2(ends.errors, STDERR_FILENO) >= 0)

@@ -16,6 +16,14 @@
 namespace tav {
 namespace {
 
+void addToIndexes(ManyData& data, std::uint32_t place, TAVObject& other) {
+  Indexes& indexes = *data.indexes;
+  if (indexes.names) indexes.names->append(data.slots, place);
+  if (indexes.members) ++(*indexes.members)[&other];
+  for (PlaceIndex& places : indexes.places) places.append(other);
+}
+
+/// Adds a slot, or nothing at all when memory runs out.
 std::uint32_t append(LinkNumber row, TAVObject& object, TAVObject& other) {
   if (!kLinkRows[row].isMany()) {
     LinkAccess::slot(LinkAccess::one(row, object)).other = &other;
@@ -29,10 +37,14 @@ std::uint32_t append(LinkNumber row, TAVObject& object, TAVObject& other) {
   const auto place = static_cast<std::uint32_t>(data->slots.size());
   data->slots.push_back({&other});
   ++data->live;
-  if (Indexes* indexes = data->indexes.get()) {
-    if (indexes->names) indexes->names->append(data->slots, place);
-    if (indexes->members) ++(*indexes->members)[&other];
-    for (PlaceIndex& places : indexes->places) places.append(other);
+  if (!data->indexes) return place;
+  try {
+    addToIndexes(*data, place, other);
+  } catch (...) {
+    data->indexes.reset();  // some of them know the slot already; they are made anew at the next question
+    data->slots.pop_back();
+    --data->live;
+    throw;
   }
   return place;
 }
@@ -151,7 +163,15 @@ void linkObjects(LinkNumber row, TAVObject& from, TAVObject& to) {
   clearLink(row, from);
   clearLink(back, to);
   const std::uint32_t i = append(row, from, to);
-  const std::uint32_t j = append(back, to, from);
+  std::uint32_t j = 0;
+  try {
+    j = append(back, to, from);
+  } catch (...) {
+    // Indexes take memory when a slot leaves them too, and are made anew at the next question.
+    if (kLinkRows[row].isMany()) LinkAccess::many(row, from)->indexes.reset();
+    removeSlot(row, from, i);
+    throw;
+  }
   LinkAccess::slot(row, from, i).peer = j;
   LinkAccess::slot(back, to, j).peer = i;
 }

@@ -1,5 +1,9 @@
 #include "framework/modelbridge/host_observer.h"
 
+#include <utility>
+
+#include "framework/model/model.h"
+
 namespace tav {
 namespace {
 
@@ -24,6 +28,8 @@ void HostObserver::onMade(TAVStoreModel& /*model*/) {}
 bool HostObserver::onModel(const TAVStoreModel& /*model*/) {
   return true;
 }
+
+void HostObserver::onDone(Owned<TAVStoreModel> /*model*/) {}
 
 bool HostObserver::wantsDetails() {
   return false;
@@ -51,6 +57,10 @@ void reportDatabase() {
 
 void reportMade(TAVStoreModel& model) {
   if (last) last->onMade(model);
+}
+
+void reportDone(Owned<TAVStoreModel> model) {
+  if (last) last->onDone(std::move(model));
 }
 
 bool reportModel(const TAVStoreModel& model) {

@@ -8,6 +8,7 @@
 
 #include "framework/api.h"
 #include "framework/details/details.h"
+#include "framework/model/owned.h"
 
 namespace tav {
 
@@ -31,11 +32,16 @@ class TAV_API HostObserver {
   /// A plug-in hands its finished model over to be saved. Returns whether it is to be saved: a host that only
   /// looks at the model returns false, and no file is written. What this throws ends the import.
   virtual bool onModel(const TAVStoreModel& model);
+  /// A plug-in has no more use for its model, which goes with the call unless the host keeps it. What it
+  /// names is loaded as long as the plug-in is. Not told of an import that fails.
+  virtual void onDone(Owned<TAVStoreModel> model);
   /// Whether the host asks for the details of what is imported. Without it, reading them costs nothing.
   virtual bool wantsDetails();
 
   /// The details of the model that a plug-in hands over, from before onModel(); null when it has none.
   [[nodiscard]] const Details* details() const noexcept { return details_.get(); }
+  /// The same, for a host that keeps the model that they are of.
+  [[nodiscard]] std::unique_ptr<Details> takeDetails() noexcept { return std::move(details_); }
 
  private:
   friend TAV_API void reportDetails(std::unique_ptr<Details> details);
@@ -55,6 +61,8 @@ TAV_API void reportDetails(std::unique_ptr<Details> details);
 TAV_API const Details* reportedDetails();
 /// Lets the host's observer add to the model.
 TAV_API void reportMade(TAVStoreModel& model);
+/// Gives the host's observer the model that nobody needs any longer; without one it goes.
+TAV_API void reportDone(Owned<TAVStoreModel> model);
 /// Shows the model to the host's observer; whether it is to be saved, which it is without an observer.
 TAV_API bool reportModel(const TAVStoreModel& model);
 

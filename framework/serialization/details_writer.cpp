@@ -6,6 +6,7 @@
 
 #include "framework/serialization/model_format.h"
 #include "framework/serialization/xml_text.h"
+#include "framework/std/mask.h"
 
 namespace tav {
 namespace {
@@ -27,8 +28,8 @@ bool isAttributeName(std::string_view name) {
 
 class DetailsWriter {
  public:
-  DetailsWriter(const Details& details, std::uint32_t objects, std::ostream& out)
-      : details_(details), out_(out) {
+  DetailsWriter(const Details& details, std::uint32_t objects, std::ostream& out, Passwords passwords)
+      : details_(details), out_(out), passwords_(passwords) {
     text_.reserve(kFlushSize + (kFlushSize >> 3));
     std::uint32_t next = objects;
     for (const DetailItem& item : details.items())
@@ -107,7 +108,7 @@ class DetailsWriter {
       // Attributes are read before what the element holds: behind the first that is none, all are elements.
       if (rest.empty() && written.size() < kMostAttributes && isAttributeName(name) &&
           written.insert(name).second)
-        attribute(name, value);
+        attribute(name, shown(name, value));
       else
         rest.push_back(place);
     }
@@ -117,7 +118,7 @@ class DetailsWriter {
       text_ += ' ';
       open(kSetting);
       attribute(kNameAttribute, settings[place].name);
-      optional(kValue, settings[place].value);
+      optional(kValue, shown(settings[place].name, settings[place].value));
       close();
     }
     text_.append("    </").append(kSettingsOfItem).append(">\n");
@@ -144,6 +145,9 @@ class DetailsWriter {
     }
   }
 
+  [[nodiscard]] std::string shown(std::string_view setting, std::string_view value) const {
+    return passwords_ == Passwords::masked ? maskProperty(setting, value) : std::string(value);
+  }
   void open(std::string_view tag) { text_.append("    <").append(tag); }
   void close() {
     text_ += "/>\n";
@@ -151,7 +155,10 @@ class DetailsWriter {
   }
   void attribute(std::string_view name, std::string_view value) {
     text_.append(" ").append(name).append("=\"");
-    appendAttributeText(text_, value);
+    if (passwords_ == Passwords::masked)
+      appendAttributeText(text_, maskPasswords(value));
+    else
+      appendAttributeText(text_, value);
     text_ += '"';
   }
   void optional(std::string_view name, std::string_view value) {
@@ -167,14 +174,15 @@ class DetailsWriter {
 
   const Details& details_;
   std::ostream& out_;
+  Passwords passwords_;
   std::string text_;
   std::vector<std::uint32_t> numbers_;  // by item
 };
 
 }  // namespace
 
-void writeDetails(const Details& details, std::uint32_t objects, std::ostream& out) {
-  DetailsWriter(details, objects, out).write();
+void writeDetails(const Details& details, std::uint32_t objects, std::ostream& out, Passwords passwords) {
+  DetailsWriter(details, objects, out, passwords).write();
 }
 
 }  // namespace tav

@@ -7,6 +7,7 @@
 #include "framework/serialization/model_format.h"
 #include "framework/serialization/replacing_file.h"
 #include "framework/serialization/xml_text.h"
+#include "framework/std/mask.h"
 
 namespace tav {
 namespace {
@@ -16,7 +17,9 @@ constexpr std::size_t kDeepestIndent = 40;  // beyond it, indentation would outg
 
 class Writer {
  public:
-  explicit Writer(std::ostream& out) : out_(out) { text_.reserve(kFlushSize + (kFlushSize >> 3)); }
+  Writer(std::ostream& out, Passwords passwords) : out_(out), passwords_(passwords) {
+    text_.reserve(kFlushSize + (kFlushSize >> 3));
+  }
 
   void write(const TAVModel& model, const Details* details) {
     const ClassInfo& root = classInfo(classId<TAVMultiModel>);
@@ -34,7 +37,7 @@ class Writer {
     text_ += "\n   </models>\n  </";
     text_.append(content.name).append(">\n");
     flush();
-    if (details) writeDetails(*details, count, out_);
+    if (details) writeDetails(*details, count, out_, passwords_);
     text_.append(" </contents>\n</").append(root.name).append(">\n");
     flush();
   }
@@ -44,7 +47,13 @@ class Writer {
     startTag(info.name);
     number(kIdAttribute, Numbering::get(object));
     if (!object.getName().empty()) attribute(kNameAttribute, object.getName());
-    for (const AttributeRow* row : info.attributes) value(row->name, row->get(object));
+    const auto* property = as<TAVPropertyValue>(&object);
+    for (const AttributeRow* row : info.attributes) {
+      if (property && passwords_ == Passwords::masked)
+        maskedProperty(row->name, *property);
+      else
+        value(row->name, row->get(object));
+    }
     for (const LinkInfo& link : info.links)
       if (link.row->kind == LinkKind::reference) references(*link.row, object);
   }
@@ -85,8 +94,18 @@ class Writer {
 
   void attribute(std::string_view name, std::string_view text) {
     text_.append(" ").append(name).append("=\"");
-    appendAttributeText(text_, text);
+    if (passwords_ == Passwords::masked)
+      appendAttributeText(text_, maskPasswords(text));
+    else
+      appendAttributeText(text_, text);
     text_ += '"';
+  }
+  /// Only with the name of a property can a value be told to be a password. A property has no other
+  /// attribute.
+  void maskedProperty(std::string_view name, const TAVPropertyValue& property) {
+    const TAVPropertyType* type = property.propertyType.get();
+    const std::string text = maskProperty(type ? type->getName() : property.getName(), property.value);
+    if (!text.empty()) attribute(name, text);
   }
   void number(std::string_view name, std::int64_t number) {
     text_.append(" ").append(name).append("=\"").append(std::to_string(number)).append("\"");
@@ -126,6 +145,7 @@ class Writer {
   }
 
   std::ostream& out_;
+  Passwords passwords_;
   std::string text_;
   std::size_t depth_ = 0;
   bool tagOpen_ = false;
@@ -133,8 +153,8 @@ class Writer {
 
 }  // namespace
 
-void writeModel(const TAVModel& model, std::ostream& out, const Details* details) {
-  Writer(out).write(model, details);
+void writeModel(const TAVModel& model, std::ostream& out, const Details* details, Passwords passwords) {
+  Writer(out, passwords).write(model, details);
 }
 
 void saveModel(const TAVModel& model, const TAVString& path, const Details* details) {

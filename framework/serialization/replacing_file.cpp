@@ -5,9 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -27,6 +29,7 @@ std::string reason() {
   return std::error_code(errno, std::generic_category()).message();
 }
 
+constexpr std::chrono::seconds kPatienceForReaders{5};
 constexpr int kMostLinks = 40;  // as many as the kernel follows
 
 /// The file that a chain of links ends at, so that the links themselves are kept; it need not be there. None
@@ -80,12 +83,12 @@ class ReplacingFile::Buffer : public std::streambuf {
     struct stat status {};
     const bool there = stat(target_.c_str(), &status) == 0;
     if (there && S_ISDIR(status.st_mode)) failWith(target_, "it is a folder");
-    if (there && !S_ISREG(status.st_mode)) {
-      descriptor_ = open(target_.c_str(), O_WRONLY | O_CLOEXEC);
-      if (descriptor_ < 0) failWith(target_, reason());
-    } else {
-      createBeside(there ? status.st_mode & 07777 : modeOfNewFiles());
-    }
+    if (there && !S_ISREG(status.st_mode))
+      openInPlace(S_ISFIFO(status.st_mode));
+    else if (there)
+      createInsteadOf(status);
+    else
+      createBeside(modeOfNewFiles());
     setp(bytes_.data(), bytes_.data() + bytes_.size());
   }
   Buffer(const Buffer&) = delete;
@@ -124,6 +127,34 @@ class ReplacingFile::Buffer : public std::streambuf {
   }
 
  private:
+  void openInPlace(bool isPipe) {
+    descriptor_ = isPipe ? openPipe() : open(target_.c_str(), O_WRONLY | O_CLOEXEC);
+    if (descriptor_ < 0) failWith(target_, reason());
+  }
+
+  /// To open a pipe in the usual way would wait for a reader without a word and without end.
+  [[nodiscard]] int openPipe() const {
+    const auto end = std::chrono::steady_clock::now() + kPatienceForReaders;
+    for (;;) {
+      const int descriptor = open(target_.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK);
+      if (descriptor >= 0) fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+      if (descriptor >= 0 || errno != ENXIO) return descriptor;
+      if (std::chrono::steady_clock::now() > end) failWith(target_, "it is a pipe that nothing reads");
+      std::this_thread::sleep_for(std::chrono::milliseconds{10});
+    }
+  }
+
+  /// The new file belongs to whom the old one belonged to, as far as the system lets it. It never runs with
+  /// the rights of its owner: what is in it now was written by others.
+  void createInsteadOf(const struct stat& old) {
+    createBeside(S_IRUSR | S_IWUSR);
+    const bool foreign = old.st_uid != geteuid() || old.st_gid != getegid();
+    // Only an administrator may give a file away, but whoever is in a group may give it to that.
+    if (foreign && fchown(descriptor_, old.st_uid, old.st_gid) != 0)
+      static_cast<void>(fchown(descriptor_, geteuid(), old.st_gid) == 0);
+    static_cast<void>(fchmod(descriptor_, old.st_mode & 0777));
+  }
+
   void createBeside(mode_t mode) {
     const HeldSignals held;
     temporary_ = temporaryOf(target_, getpid()) + "XXXXXX";

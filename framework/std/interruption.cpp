@@ -105,7 +105,7 @@ void endUnfinishedWork() noexcept {
 HeldSignals::HeldSignals() noexcept {
   sigset_t held;
   sigemptyset(&held);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&held, signal);
+  for (const int signal : kEndingSignals) sigaddset(&held, signal);
   pthread_sigmask(SIG_BLOCK, &held, &before_);
 }
 

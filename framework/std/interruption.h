@@ -6,9 +6,14 @@
 #include <signal.h>
 #include <sys/types.h>
 
+#include <array>
+
 #include "framework/api.h"
 
 namespace tav {
+
+/// The signals that end a program in the midst of its work, by people, schedulers, timers and limits.
+inline constexpr std::array kEndingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGALRM, SIGXCPU};
 
 /// Enlists a temporary file or folder by its path, which must stay where it is in memory until it is struck.
 TAV_API void enlistTemporary(const char* path) noexcept;

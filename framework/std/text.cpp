@@ -70,6 +70,10 @@ std::string foldedName(std::string_view name) {
   return folded;
 }
 
+std::string_view caseFoldingVersion() noexcept {
+  return utf8proc_version();
+}
+
 bool equalNames(std::string_view a, std::string_view b) {
   if (a == b) return true;
   if (!isAscii(a) || !isAscii(b)) return foldedName(a) == foldedName(b);

@@ -29,6 +29,9 @@ TAV_API void addLine(TAVString& lines, std::string_view line);
 /// for names in DAX; names of an XML definition ignore the case of A to Z alone (see foldCase).
 TAV_API std::string foldedName(std::string_view name);
 
+/// The version of the library that knows the letters of every script.
+TAV_API std::string_view caseFoldingVersion() noexcept;
+
 /// Whether two names are equal but for letter case, in every script.
 TAV_API bool equalNames(std::string_view a, std::string_view b);
 

@@ -14,29 +14,44 @@ _xmla_bridge() {
     --format)
       case $command in
         export) words='json openlineage csv sqlite dot mermaid' ;;
-        trace | impact) words='text json dot' ;;
+        trace | impact) words='text list csv markdown json dot' ;;
         coverage) words='text json' ;;
         unused) words='text json csv markdown' ;;
         diff) words='text json markdown' ;;
       esac
       ;;
-    --kind) words='tables columns dimensions attributes measures members sets expressions functions' ;;
+    --kind)
+      case $command in
+        trace | impact)
+          words='databaseTable databaseColumn viewTable namedQuery viewColumn computedColumn'
+          words+=' condition dimension attribute measureGroup measure linkedMeasureGroup'
+          words+=' linkedMeasure calculations calculatedMeasure kpi kpiValue cube cubeDimension'
+          words+=' cubeAttribute cubeMeasure perspective database dataSource dataSourceView hierarchy'
+          words+=' level relationship cubeHierarchy dimensionUsage partition refreshPolicy'
+          words+=' aggregationDesign script everyMeasure namedSet calculatedMember calculatedCells'
+          words+=' scope assignment scriptStatement action role permission miningStructure'
+          words+=' miningColumn miningModel assembly calculationItem sharedExpression function'
+          words+=' culture calendar other'
+          ;;
+        unused) words='tables columns dimensions attributes measures members sets expressions functions' ;;
+      esac
+      ;;
     --fail-on) words='broken lost-lineage changed added removed renamed moved reordered' ;;
     --log-format) words='text json' ;;
-    -o | --output | --out-dir | --jobs) ;;
+    -o | --output | --out-dir | --estate | --jobs | --since | --until) ;;
     *)
       case $command in
         '') words="$commands --help --version" ;;
         help) words=${commands% help} ;;
-        import) words='-o --out-dir --jobs --json --no-details --quiet --log-format --help' ;;
+        import) words='-o --out-dir --estate --jobs --prune --force --no-history --json --no-details --quiet --log-format --help' ;;
         export)
           words='-o --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
           words+=' --quiet --log-format --help'
           ;;
-        trace | impact) words='-o --format --depth --values --quiet --log-format --help' ;;
+        trace | impact) words='-o --format --kind --depth --values --quiet --log-format --help' ;;
         coverage) words='-o --format --fail-under --quiet --log-format --help' ;;
         unused) words='-o --format --kind --quiet --log-format --help' ;;
-        diff) words='-o --format --exit-code --fail-on --quiet --log-format --help' ;;
+        diff) words='-o --since --until --format --exit-code --fail-on --quiet --log-format --help' ;;
         report) words='-o --quiet --log-format --help' ;;
         test) words='--quiet --log-format --help' ;;
         describe) words='--json --quiet --log-format --help' ;;

@@ -98,6 +98,13 @@ bool isJsonDefinition(std::string_view text, const std::string& path) {
   return text.find("\"compatibilityLevel\"") != text.npos && text.find("\"model\"") != text.npos;
 }
 
+/// Files of settings begin with a bracket as well, but with a word in it.
+bool isJsonArray(std::string_view text) {
+  if (!text.starts_with('[')) return false;
+  const std::string_view inside = text.substr(tav::skipBlanks(text, 1));
+  return !inside.empty() && std::string_view("[]{\"-0123456789").find(inside.front()) != inside.npos;
+}
+
 /// Whether a text begins like XML, JSON or TMDL, which begins with a word or the description of something.
 bool mayBeDefinition(std::string_view text) {
   const char first = text.front();
@@ -126,6 +133,8 @@ std::string foreignContent(std::string_view beginning, const std::string& path) 
   for (const Sign& known : kRoots)
     if (root == known.sign) return std::string(known.sentence);
   if (hasExtension(path, kDatabaseExtension)) return std::string(kPartOfProject);
+  if (isJsonArray(text))
+    return "an array in JSON, where a definition is an object; name a .bim or a script of the model";
   if (!text.empty() && !mayBeDefinition(text)) {
     return "neither XML nor JSON nor TMDL; name a definition in one of these, a project, a template (.pbit) "
            "or a folder of one of them";

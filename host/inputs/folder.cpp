@@ -7,6 +7,7 @@
 #include <set>
 #include <utility>
 
+#include "framework/serialization/model_reader.h"
 #include "framework/std/string.h"
 #include "host/inputs/content.h"
 #include "host/inputs/extension.h"
@@ -54,7 +55,7 @@ struct Listing {
 
 class FolderWalk {
  public:
-  explicit FolderWalk(const std::string& folder) : open_{folder} {}
+  FolderWalk(const std::string& folder, bool savedModels) : savedModels_(savedModels), open_{folder} {}
 
   std::vector<std::string> walk() {
     while (!open_.empty()) {
@@ -98,9 +99,12 @@ class FolderWalk {
   void visitFile(const fs::path& file) {
     const std::string path = file.string();
     if (file.filename().string().starts_with('.') || !isNew(file)) return;
-    if (hasExtension(path, kProjectExtension) || isDefinition(path)) found_.push_back(path);
+    if (hasExtension(path, kProjectExtension) || isDefinition(path) ||
+        (savedModels_ && tav::isSavedModel(path)))
+      found_.push_back(path);
   }
 
+  bool savedModels_;
   std::vector<fs::path> open_;
   std::set<std::pair<dev_t, ino_t>> met_;
   std::vector<std::string> found_;
@@ -119,7 +123,31 @@ std::vector<std::string> definitionsIn(const std::string& folder) {
 }
 
 std::vector<std::string> definitionsBelow(const std::string& folder) {
-  return FolderWalk(folder).walk();
+  return FolderWalk(folder, false).walk();
+}
+
+std::vector<std::string> modelsBelow(const std::string& folder) {
+  return FolderWalk(folder, true).walk();
+}
+
+std::vector<std::string> partsOfDefinition(const std::string& folder) {
+  std::vector<std::string> parts;
+  std::vector<fs::path> open{folder};
+  std::set<std::pair<dev_t, ino_t>> met;  // a link may lead back
+  while (!open.empty()) {
+    const fs::path current = std::move(open.back());
+    open.pop_back();
+    struct stat status {};
+    if (stat(current.c_str(), &status) != 0 || !met.emplace(status.st_dev, status.st_ino).second) continue;
+    const Listing listing(current);
+    for (const fs::path& file : listing.files)
+      if (hasExtension(file.string(), ".tmdl") || hasExtension(file.string(), ".tmd"))
+        parts.push_back(file.string());
+    for (const fs::path& child : listing.folders)
+      if (!child.filename().string().starts_with('.')) open.push_back(child);
+  }
+  std::sort(parts.begin(), parts.end());
+  return parts;
 }
 
 }  // namespace host

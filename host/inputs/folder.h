@@ -13,5 +13,10 @@ std::vector<std::string> definitionsIn(const std::string& folder);
 /// what was built of them; semantic models; other files that begin like a definition. Links are followed, to
 /// each place once; what is no regular file, what is hidden and reports are passed over.
 std::vector<std::string> definitionsBelow(const std::string& folder);
+/// The same, and saved models.
+std::vector<std::string> modelsBelow(const std::string& folder);
+
+/// The files that a definition in TMDL consists of, from below its folder, in the order of their paths.
+std::vector<std::string> partsOfDefinition(const std::string& folder);
 
 }  // namespace host

@@ -71,6 +71,11 @@ with zipfile.ZipFile(sys.argv[1], "w", zipfile.ZIP_DEFLATED) as archive:
     for name in sys.argv[2:]: archive.write(name)' "$@"; }
 utf16() { iconv -f UTF-8 -t UTF-16LE; }
 )SH";
+// asked: what queries of the estate e.db give. at: imports at a time in seconds, and shows the last line.
+constexpr std::string_view kEstatesPrelude = R"SH(
+asked() { sqlite3 e.db "$@"; }
+at() { SOURCE_DATE_EPOCH=$1 xmla-bridge import "${@:2}" --estate e.db 2>/dev/null | tail -1 | sed -E 's/ in [0-9.]+ s/ in T s/'; }
+)SH";
 constexpr const char* kInputsEnd = "\nEND\n";
 
 TEST(Program, Corpus) {
@@ -88,6 +93,14 @@ TEST(Program, Inputs) {
 TEST(Program, ManyFiles) {
   tav::test::checkCorpus("host/many_files.txt", [](const std::string& commands) {
     return tav::test::runCommands(std::string(kEstatePrelude) + commands, writeDefinitions);
+  });
+}
+
+TEST(Program, Estates) {
+  tav::test::checkCorpus("host/estates.txt", [](const std::string& commands) {
+    std::string script(kInputsPrelude);
+    script.append(kEstatePrelude).append(kEstatesPrelude).append(commands).append(kInputsEnd);
+    return tav::test::runCommands(script, writeDefinitions);
   });
 }
 

@@ -19,8 +19,8 @@ TEST(Signals, EndTheProgramAndLeaveNoTemporaryFile) {
     file.stream() << "half of it" << std::flush;
     std::raise(signal);
   };
-  EXPECT_EXIT(interrupted(SIGTERM), testing::ExitedWithCode(128 + SIGTERM), "");
-  EXPECT_EXIT(interrupted(SIGINT), testing::ExitedWithCode(128 + SIGINT), "");
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGALRM, SIGXCPU})
+    EXPECT_EXIT(interrupted(signal), testing::ExitedWithCode(128 + signal), "");
   EXPECT_EQ(tav::test::readFile(target), "before");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
 }

@@ -29,6 +29,8 @@ calls() {
       file = source(object)
       symbol = $NF
       if (file == "") next
+      # Whoever replaces operator new and delete does so for all, who call them by the language and not the room.
+      if (symbol ~ /^_Z(n[wa]m|d[la]Pvm?)$/) next
       # Weak symbols are inline functions and templates, which each user has for itself.
       if ($(NF - 1) ~ /^[ABCDGRST]$/) defined[symbol] = file
       else if ($(NF - 1) == "U" && !((file, symbol) in used)) {

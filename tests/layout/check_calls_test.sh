@@ -16,10 +16,14 @@ put low/machine.h 'struct Machine { void start(); void stop(); inline void hum()
 put low/machine.cpp '#include "low/machine.h"' 'void Machine::start() { hum(); }'
 put low/user.cpp '#include "low/machine.h"' 'void use(Machine& m) { m.start(); m.hum(); m.stop(); }'
 put high/stop.cpp '#include "low/machine.h"' 'void Machine::stop() { start(); hum(); }'
+put high/memory.cpp '#include <new>' 'void* operator new(std::size_t) { throw std::bad_alloc(); }'
+put low/memory.cpp 'int* number() { return new int; }'
 put directions.txt 'low:' 'high: low'
 compile low/machine.cpp low/CMakeFiles/low.dir/machine.cpp.o
 compile low/user.cpp low/CMakeFiles/low.dir/user.cpp.o
 compile high/stop.cpp low/CMakeFiles/low.dir/__/high/stop.cpp.o
+compile high/memory.cpp high/CMakeFiles/high.dir/memory.cpp.o
+compile low/memory.cpp low/CMakeFiles/low.dir/memory.cpp.o
 
 if found=$(bash "$check" . build directions.txt); then
   echo 'a fault, but no failure' >&2

@@ -22,6 +22,19 @@ TEST(Lineage, Commands) {
   checkTranscript("lineage/commands.txt");
 }
 
+// Several definitions over one warehouse, below a folder with one that is none of them.
+TEST(Lineage, SeveralModels) {
+  tav::test::checkCorpus("lineage/models.txt", [](const std::string& commands) {
+    return tav::test::runCommands(commands, [](const tav::test::TemporaryFolder& folder) {
+      const fs::path estate = folder.path() / "estate";
+      fs::copy(fs::path(EXAMPLES) / "estate", estate);
+      fs::copy_file(fs::path(EXAMPLES) / "murmeltal-huts.asdatabase", estate / "huts.asdatabase");
+      for (const char* name : {"bakery.xml", "orders.xmla"})
+        fs::copy_file(tav::test::testFile(std::string("lineage/") + name), folder.path() / name);
+    });
+  });
+}
+
 TEST(Lineage, Answers) {
   checkTranscript("lineage/answers.txt");
 }

@@ -6,7 +6,9 @@
 
 #include "exports/formats.h"
 #include "framework/serialization/model_reader.h"
+#include "framework/std/printable.h"
 #include "lineage/lineage_graph.h"
+#include "lineage/node_search.h"
 #include "tests/support/corpus.h"
 #include "tests/support/graph_laws.h"
 
@@ -59,11 +61,33 @@ void checkDefinition(const fs::path& definition) {
   }
 }
 
+/// What a list prints of any node finds that node and no other, whichever way the next question goes.
+void checkNames(const fs::path& definition) {
+  SCOPED_TRACE(definition);
+  const tav::test::TemporaryFolder folder;
+  ASSERT_EQ(run(folder, "import '" + definition.string() + "' -o m.xml"), 0);
+  const tav::SavedModel saved = tav::loadSavedModel((folder.path() / "m.xml").string());
+  const tav::LineageGraph graph({*saved.model, saved.details.get()});
+  const tav::NodeNames names(graph);
+  for (tav::NodeId id = 0; id < graph.nodes().size(); ++id) {
+    const std::string name = tav::printable(names.nameOf(id));
+    for (const auto direction : {tav::LineageDirection::upstream, tav::LineageDirection::downstream})
+      EXPECT_EQ(tav::findNodes(graph, name, direction), std::vector<tav::NodeId>{id}) << name;
+  }
+}
+
+TEST(Lineage, ListedNamesFindTheirNodes) {
+  for (const char* name : {"murmeltal-huts.asdatabase", "ferry-line.bim"})
+    checkNames(fs::path(EXAMPLES) / name);
+  for (const char* name : {"orders.xmla", "names.xmla", "counts.bim"})
+    checkNames(tav::test::testFile(std::string("lineage/") + name));
+}
+
 TEST(Lineage, EveryCommandAnswersForExamplesAndSamples) {
   for (const char* folder : {EXAMPLES, SAMPLES "/multidimensional", SAMPLES "/tabular"}) {
     if (!fs::exists(folder)) continue;
     for (const auto& entry : fs::directory_iterator(folder))
-      if (entry.path().extension() != ".md") checkDefinition(entry.path());
+      if (entry.is_regular_file() && entry.path().extension() != ".md") checkDefinition(entry.path());
   }
   checkDefinition(tav::test::testFile("lineage/orders.xmla"));
   checkDefinition(tav::test::testFile("lineage/names.xmla"));

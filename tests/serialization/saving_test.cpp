@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
+#include <thread>
 
 #include "framework/serialization/model_writer.h"
 #include "framework/serialization/replacing_file.h"
@@ -65,6 +67,41 @@ TEST_F(Saving, AFailedWriteLeavesTheOldFileAndNothingElse) {
   EXPECT_EQ(filesIn(folder_.path()), 1U);
   EXPECT_EQ(failureOfSaving(*model_, path), "saved");
   EXPECT_EQ(filesIn(folder_.path()), 1U);
+}
+
+TEST_F(Saving, AReplacedFileKeepsItsModeButNotTheRightsOfItsOwner) {
+  const fs::path path = folder_.write("model.xml", "old");
+  ASSERT_EQ(chmod(path.c_str(), 06754), 0);
+  EXPECT_EQ(failureOfSaving(*model_, path), "saved");
+  EXPECT_EQ(fs::status(path).permissions(), fs::perms{0754});
+}
+
+TEST_F(Saving, AnAdministratorLeavesAFileToItsOwner) {
+  constexpr uid_t kOther = 12345;
+  const fs::path path = folder_.write("model.xml", "old");
+  if (chown(path.c_str(), kOther, kOther) != 0) GTEST_SKIP() << "only an administrator can give files away";
+  EXPECT_EQ(failureOfSaving(*model_, path), "saved");
+  struct stat status {};
+  ASSERT_EQ(stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, kOther);
+  EXPECT_EQ(status.st_gid, kOther);
+}
+
+TEST_F(Saving, APipeIsWrittenToWhenSomethingReadsIt) {
+  const fs::path path = folder_.path() / "pipe";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  std::string read;
+  std::thread reader([&] { read = tav::test::readFile(path); });
+  EXPECT_EQ(failureOfSaving(*model_, path), "saved");
+  reader.join();
+  EXPECT_NE(read.find("TAVStoreModel"), read.npos);
+}
+
+TEST_F(Saving, APipeThatNothingReadsIsSaid) {
+  const fs::path path = folder_.path() / "pipe";
+  ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+  EXPECT_EQ(failureOfSaving(*model_, path),
+            "[TAVXML_F0001] " + path.string() + ": it is a pipe that nothing reads");
 }
 
 TEST_F(Saving, WhatCannotBeWrittenToIsSaidInWords) {

@@ -9,6 +9,7 @@
 #include "framework/std/java_path.h"
 #include "framework/std/literal.h"
 #include "framework/std/log.h"
+#include "framework/std/printable.h"
 #include "framework/std/text.h"
 #include "tests/support/corpus.h"
 
@@ -69,6 +70,19 @@ TEST(Text, ABeginningEndsWithAWholeCharacter) {
     EXPECT_EQ(tav::beginningOf(kText, bytes), kText.substr(0, kSizes[bytes])) << bytes;
   EXPECT_EQ(tav::beginningOf(kText, 99), kText);
   EXPECT_EQ(tav::beginningOf("\x80\x80\x80\x80\x80\x80", 5).size(), 2U) << "no UTF-8 at all";
+}
+
+TEST(Text, ATerminalGetsNoControlCharacterAndNoTurnedText) {
+  EXPECT_EQ(tav::printable("a\n\t\x1b[31m\x7F"), "a\\n\\t\\x1b[31m\\x7f");
+  EXPECT_EQ(tav::printable("\xC2\x9B"
+                           "31m \xC2\x80 \xC2\xA0"),
+            "\\x9b31m \\x80 \xC2\xA0");
+  EXPECT_EQ(tav::printable("Sales\xE2\x80\xAEselaS\xE2\x81\xA6 \xD8\x9C \xE2\x80\xA8"),
+            "Sales\\u202eselaS\\u2066 \\u061c \\u2028");
+  EXPECT_EQ(tav::printable("Gr\xC3\xB6\xC3\x9F"
+                           "e \x9B \xFF"),
+            "Gr\xC3\xB6\xC3\x9F"
+            "e \\x9b \xFF");
 }
 
 TEST(JavaPath, LiesBesideTheFoldersOfTheLibrary) {

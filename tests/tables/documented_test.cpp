@@ -33,7 +33,12 @@ TEST(Tables, AnswerAsDocumented) {
   for (std::size_t place = 0;; ++questions) {
     const std::string query = nextBlock(document, "sql", place);
     if (query.empty()) break;
-    EXPECT_EQ(tav::test::ask(database, query), nextBlock(document, "text", place)) << query;
+    std::string answer = tav::test::ask(database, query);
+    // The folder of the examples, which the document calls otherwise.
+    const std::string examples = std::filesystem::canonical(root / "examples").string();
+    for (std::size_t at = 0; (at = answer.find(examples, at)) != answer.npos;)
+      answer.replace(at, examples.size(), "/estate");
+    EXPECT_EQ(answer, nextBlock(document, "text", place)) << query;
   }
   EXPECT_GT(questions, 5U);
 }

@@ -83,10 +83,11 @@ TEST(Sqlite, WhatIsNoDatabaseOfModelsIsLeftAlone) {
 
   const std::string earlier = folder.write("earlier.db", "");
   EXPECT_EQ(load(earlier, "m.xml", "M", ""), "");
-  EXPECT_EQ(ask(earlier, "PRAGMA user_version = 2"), "");
+  EXPECT_EQ(ask(earlier, "PRAGMA user_version = 3"), "");
   EXPECT_EQ(
       load(earlier, "m.xml", "M", ""),
-      "[XMLABRIDGE_F0033] DB: its tables are those of another version of this program (2 instead of 3)");
+      "[XMLABRIDGE_F0033] DB: its tables are of version 3 and those of this program of version 4; import the "
+      "definitions again, into a new database");
 
   EXPECT_EQ(load((folder.path() / "no" / "such.db").string(), "m.xml", "M", ""),
             "[XMLABRIDGE_F0031] DB: unable to open database file: No such file or directory");

@@ -56,7 +56,7 @@ public final class MicrosoftSqlServerAsImport {
   }
 
   /** Runs the import; null, or the line that tells why it failed. */
-  private static String run(String optionFile, Path target, MessageOutput messages) {
+  static String run(String optionFile, Path target, MessageOutput messages) {
     String input = optionFile;
     String definition = input;
     try {

@@ -1,0 +1,146 @@
+#include "host/answer_models.h"
+
+#include <algorithm>
+#include <array>
+#include <deque>
+#include <filesystem>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "framework/serialization/model_reader.h"
+#include "framework/std/exception.h"
+#include "framework/std/mask.h"
+#include "framework/std/text.h"
+#include "host/command.h"
+#include "host/import_run.h"
+#include "host/inputs/folder.h"
+#include "host/model_input.h"
+#include "messages/message.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What several models are kept as until they are answered for.
+struct LoadedModel {
+  std::string input;
+  KeptModel kept;
+  std::optional<tav::LineageGraph> graph;
+};
+
+int load(LoadedModel& loaded, MessageLog& log) {
+  const Input opened = openInput(loaded.input, log);
+  int code = kDone;
+  if (opened.isSavedModel()) {
+    tav::SavedModel saved = tav::loadSavedModel(opened.path());
+    loaded.kept = {std::move(saved.model), std::move(saved.details)};
+  } else {
+    code = importModel(opened, log, loaded.kept);
+  }
+  if (loaded.kept.model)
+    loaded.graph.emplace(tav::DetailedModel(*loaded.kept.model, loaded.kept.details.get()));
+  return code;
+}
+
+std::vector<tav::JoinedGraph::Model> named(const std::deque<LoadedModel>& models) {
+  std::vector<std::string> names;
+  std::vector<std::string> inputs;
+  for (const LoadedModel& model : models) {
+    names.push_back(model.graph->modelName());
+    inputs.push_back(model.input);
+  }
+  names = nameModels(names, inputs);
+  std::vector<tav::JoinedGraph::Model> result;
+  for (std::size_t i = 0; i < models.size(); ++i) result.push_back({names[i], &*models[i].graph});
+  return result;
+}
+
+}  // namespace
+
+AnswerInputs findInputs(const std::vector<std::string>& inputs, MessageLog& log) {
+  AnswerInputs found{.paths = {}, .several = inputs.size() > 1};
+  std::vector<std::string> paths;
+  for (const std::string& input : inputs) {
+    checkInput(input);
+    std::error_code ignored;  // what cannot be asked for is told by whoever opens it
+    std::vector<std::string> below;
+    if (fs::is_directory(input, ignored)) below = modelsBelow(input);
+    if (below.size() > 1 || (below.size() == 1 && definitionsIn(input).empty())) {
+      found.several = true;
+      paths.insert(paths.end(), below.begin(), below.end());
+    } else {
+      paths.push_back(input);
+    }
+  }
+  std::unordered_set<std::string> known;
+  for (const std::string& path : paths) {
+    if (known.insert(fs::absolute(path).lexically_normal().string()).second)
+      found.paths.push_back(path);
+    else
+      log.logEventOf(path, tav::messageEvent(tav::Message::duplicateInput));
+  }
+  return found;
+}
+
+int worseOf(int a, int b) {
+  constexpr std::array kRanks{kDone, kDiffers, kIncomplete, kBelowBound, kNoDefinition, kFailed};
+  const auto rank = [&](int code) { return std::find(kRanks.begin(), kRanks.end(), code); };
+  return rank(a) < rank(b) ? b : a;
+}
+
+int guarded(const std::string& input, MessageLog& log, const std::function<int()>& read) {
+  log.about = input;
+  int code = kFailed;
+  try {
+    code = read();
+  } catch (const TAVException& error) {
+    log.clearProgress();
+    log.logFailure(error.getMessage(), input);
+  }
+  log.about.clear();
+  return code;
+}
+
+std::vector<std::string> nameModels(const std::vector<std::string>& names,
+                                    const std::vector<std::string>& inputs) {
+  std::unordered_map<std::string, std::size_t> counts;
+  for (const std::string& name : names) ++counts[tav::foldedName(name)];
+  std::vector<std::string> result = names;
+  for (std::size_t i = 0; i < names.size(); ++i)
+    if (counts[tav::foldedName(names[i])] > 1)
+      result[i].append(" (").append(tav::maskPasswords(inputs[i])).append(")");
+  return result;
+}
+
+int forEachModel(const AnswerInputs& inputs, MessageLog& log,
+                 const std::function<void(const std::string& input, const tav::LineageGraph& graph)>& use) {
+  int code = kDone;
+  for (const std::string& input : inputs.paths)
+    code = worseOf(code, guarded(input, log, [&] {
+                     return withModel(input, log, [&](const tav::DetailedModel& model) {
+                       use(input, tav::LineageGraph(model));
+                     });
+                   }));
+  return code;
+}
+
+int withModels(const AnswerInputs& inputs, MessageLog& log,
+               const std::function<void(const tav::JoinedGraph& graph)>& use) {
+  if (!inputs.several)
+    return withModel(inputs.paths.front(), log,
+                     [&](const tav::DetailedModel& model) { use(tav::LineageGraph(model)); });
+  std::deque<LoadedModel> models;
+  int code = kDone;
+  for (const std::string& input : inputs.paths) {
+    LoadedModel& loaded = models.emplace_back();
+    loaded.input = input;
+    code = worseOf(code, guarded(input, log, [&] { return load(loaded, log); }));
+    if (!loaded.graph) models.pop_back();
+  }
+  if (!models.empty()) use(tav::JoinedGraph(named(models)));
+  return code;
+}
+
+}  // namespace host

@@ -1,0 +1,47 @@
+#pragma once
+
+// The models that a command answers over: one, or many together.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/message_log.h"
+#include "lineage/joined_graph.h"
+
+namespace host {
+
+struct AnswerInputs {
+  std::vector<std::string> paths;
+  /// Whether there may be several, so that answers name their models.
+  bool several = false;
+};
+
+/// The inputs of a command, with every definition and saved model below it in the place of a folder. A folder
+/// that holds one definition is that; one that holds none stands for itself, as an input that cannot be read.
+/// What is named twice is there once, with a warning. Throws a usage error for an input without a name.
+AnswerInputs findInputs(const std::vector<std::string>& inputs, MessageLog& log);
+
+/// Shows the models of all inputs to `use`, as a graph each and joined. Of several inputs, one that cannot be
+/// read is an error in `log` and the others are shown; `use` is not called where none is left. Returns
+/// the worst of their exit codes.
+int withModels(const AnswerInputs& inputs, MessageLog& log,
+               const std::function<void(const tav::JoinedGraph& graph)>& use);
+
+/// Shows the model of one input after the other to `use`, each as long as that takes. One that cannot be
+/// read is an error in `log`. Returns the worst of their exit codes.
+int forEachModel(const AnswerInputs& inputs, MessageLog& log,
+                 const std::function<void(const std::string& input, const tav::LineageGraph& graph)>& use);
+
+/// Names for the models of several inputs, which differ: those of the databases, with the input behind one
+/// that several have.
+std::vector<std::string> nameModels(const std::vector<std::string>& names,
+                                    const std::vector<std::string>& inputs);
+
+/// Of two exit codes of commands that answer, the one that tells of more.
+int worseOf(int a, int b);
+
+/// Of one of several inputs, does what may fail; a failure is an error in `log` that names it. The exit code.
+int guarded(const std::string& input, MessageLog& log, const std::function<int()>& read);
+
+}  // namespace host

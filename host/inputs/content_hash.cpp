@@ -1,0 +1,67 @@
+#include "host/inputs/content_hash.h"
+
+#include <openssl/evp.h>
+
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <vector>
+
+#include "framework/std/file_reader.h"
+#include "host/inputs/folder.h"
+
+namespace host {
+namespace {
+
+class Hash {
+ public:
+  Hash() : context_(EVP_MD_CTX_new(), &EVP_MD_CTX_free) {
+    if (!context_ || EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr) != 1) throw std::bad_alloc();
+  }
+
+  void add(std::string_view bytes) { EVP_DigestUpdate(context_.get(), bytes.data(), bytes.size()); }
+  /// A text whose end counts, so that two that share their letters otherwise differ.
+  void addText(std::string_view text) {
+    add(std::to_string(text.size()) + ":");
+    add(text);
+  }
+  /// Whether the file could be read to its end.
+  bool addFile(const std::string& path) {
+    tav::FileReader file;
+    if (!file.open(path)) return false;
+    addText(std::to_string(file.getSize()));
+    std::vector<char> chunk(std::size_t{1} << 18);
+    for (std::size_t size = 0; (size = file.read(chunk.data(), chunk.size())) > 0;) add({chunk.data(), size});
+    return file.getError().empty();
+  }
+
+  std::string finish() {
+    std::array<unsigned char, EVP_MAX_MD_SIZE> bytes{};
+    unsigned int size = 0;
+    EVP_DigestFinal_ex(context_.get(), bytes.data(), &size);
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::string text;
+    for (unsigned int i = 0; i < size; ++i) text.append({kDigits[bytes[i] >> 4U], kDigits[bytes[i] & 0xFU]});
+    return text;
+  }
+
+ private:
+  std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context_;
+};
+
+}  // namespace
+
+std::string contentHash(const Input& input) {
+  Hash hash;
+  hash.addText(input.nameOfModel(""));
+  std::error_code ignored;  // what cannot be asked for cannot be read either
+  if (!std::filesystem::is_directory(input.path(), ignored))
+    return hash.addFile(input.path()) ? hash.finish() : std::string();
+  for (const std::string& file : partsOfDefinition(input.path())) {
+    hash.addText(std::filesystem::path(file).lexically_relative(input.path()).string());
+    if (!hash.addFile(file)) return {};
+  }
+  return hash.finish();
+}
+
+}  // namespace host

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "host/inputs/input.h"
+
+namespace host {
+
+/// The SHA-256 of all that is read of a definition, with the name that its surroundings give it, as
+/// hexadecimal digits: the same as long as an import would find the same. Empty when something cannot be
+/// read, which the import tells.
+std::string contentHash(const Input& input);
+
+}  // namespace host
