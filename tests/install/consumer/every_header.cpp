@@ -94,6 +94,9 @@
 #include "lineage/database_address.h"
 #include "lineage/differences.h"
 #include "lineage/gap_reason.h"
+#include "lineage/joined_graph.h"
+#include "lineage/joined_search.h"
+#include "lineage/joined_use.h"
 #include "lineage/lineage_graph.h"
 #include "lineage/lineage_tree.h"
 #include "lineage/model_diff.h"
@@ -229,7 +232,10 @@ void takeLineage() {
   taken += tav::measureCoverage(graph).percent() + tav::wholeGraph(graph).nodes.size();
   taken += std::size_t{tav::compareModels(graph, graph).empty()} + tav::unnamedDatabase().server.size();
   for (const tav::UnusedGroup& group : tav::unusedGroups()) taken += tav::findUnused(graph, group).size();
-  take(&tav::lineageTree, &tav::gapReason, &tav::subgraphAround, &tav::catalogueName);
+  const tav::JoinedGraph joined({{"first", &graph}, {"second", &graph}});
+  taken += tav::lineageTree(joined, 0, tav::LineageWalk{}).size() + tav::JoinedNames(joined).nameOf(0).size();
+  taken += tav::JoinedUse(joined).usedBeside(0).size();
+  take(&tav::findStarts, &tav::gapReason, &tav::subgraphAround, &tav::catalogueName);
   taken += std::size_t{tav::Change{} == tav::Change{}};
 }
 
