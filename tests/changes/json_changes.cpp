@@ -7,6 +7,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+/// Null and an empty text stand for what is not there: without them a definition says the same.
+bool saysNothing(const Json& value) {
+  return value.is_null() || value == "";
+}
+
 bool isLeaf(const Json& value) {
   return !value.is_structured() || (value.is_array() && !value.empty() && value.front().is_string());
 }
@@ -39,7 +44,8 @@ JsonChanges::JsonChanges(std::string_view document) : document_(Json::parse(docu
 }
 
 void JsonChanges::findNodes() {
-  nodes_.push_back({std::nullopt, "", Json::json_pointer()});
+  // Without a command around it, the document is the database.
+  nodes_.push_back({std::nullopt, document_.contains("model") ? "database" : "", Json::json_pointer()});
   for (Place i = 0; i < nodes_.size(); ++i) {
     const Json& value = valueOf(i);
     if (isLeaf(value)) continue;
@@ -53,7 +59,7 @@ void JsonChanges::findNodes() {
         node.path += "/each" + (number > 1 ? "[" + std::to_string(number) + "]" : "");
       } else {
         node.pointer /= key;
-        node.path += (i == 0 ? "" : "/") + key;
+        node.path += (node.path.empty() ? "" : "/") + key;
       }
     }
   }
@@ -62,12 +68,13 @@ void JsonChanges::findNodes() {
 void JsonChanges::addChangesOf(Place place, const Owners& owners) {
   const Place owner = *nodes_[place].around;
   const bool several = valueOf(owner).is_array();
-  changes_.push_back({place, Way::removed});
+  if (!saysNothing(valueOf(place))) changes_.push_back({place, Way::removed});
   if (several) changes_.push_back({place, Way::doubled});
   if (isLeaf(valueOf(place)) && !valueOf(place).is_null()) changes_.push_back({place, Way::changed});
   if (several && place + 1 < nodes_.size() && nodes_[place + 1].around == owner &&
       valueOf(place) != valueOf(place + 1))
     changes_.push_back({place, Way::swapped, place + 1});
+  if (saysNothing(valueOf(place))) return;
   if (const auto next = nextOwner(place, owners)) changes_.push_back({place, Way::moved, *next});
 }
 
