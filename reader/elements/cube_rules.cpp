@@ -83,7 +83,7 @@ constexpr std::array kCube{
 
     item("MdxScripts/MdxScript", ObjectKind::script),
     // The commands are read as scripts, in a room of their own.
-    read("MdxScripts/MdxScript/Commands", Reading::known),
+    read("MdxScripts/MdxScript/Commands/Command/Text", Reading::known),
     read("MdxScripts/MdxScript/CalculationProperties/CalculationProperty", Reading::calculation),
     reference("MdxScripts/MdxScript/CalculationProperties/CalculationProperty/AssociatedMeasureGroupID",
               IdSpace::measureGroup, RelationKind::associated),
