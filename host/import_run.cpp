@@ -3,6 +3,7 @@
 #include "framework/modelbridge/host_observer.h"
 #include "host/command.h"
 #include "host/plugin.h"
+#include "host/reports/report_details.h"
 #include "messages/message.h"
 
 namespace host {
@@ -34,6 +35,8 @@ class Observer : public tav::HostObserver {
     for (TAVMetadataOrigin& origin : model.metadataOrigins)
       origin.path = input_.isInMemory() ? input_.name() : input_.path();
     model.setName(TAVString(input_.nameOfModel(model.getName().str())));
+    if (tav::Details* made = details())
+      for (const ReportPlace& report : input_.reports()) addReport(report, model, *made, log_);
   }
 
   bool wantsDetails() override { return scope_.details; }

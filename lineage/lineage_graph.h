@@ -210,6 +210,7 @@ class LineageGraph {
   [[nodiscard]] static std::string modelPath(const TAVModelObject& object, Show show);
   [[nodiscard]] std::string qualifiedText(NodeId id, Show show) const;
   [[nodiscard]] std::string partText(NodeId owner, const std::string& part, Show show) const;
+  [[nodiscard]] std::string reportText(NodeId id, Show show) const;
   [[nodiscard]] std::string sqlName(NodeId id, Show show) const;
   [[nodiscard]] std::vector<std::string_view> rawUnresolved(NodeId id) const;
 

@@ -58,10 +58,18 @@ bool standsAlone(NodeKind kind) noexcept {
     case NodeKind::sharedExpression:
     case NodeKind::function:
     case NodeKind::culture:
+    case NodeKind::report:
       return true;
     default:
       return false;
   }
+}
+
+/// What belongs to a report, which is called by all that it stands in: pages and visuals of several reports
+/// share their names.
+bool isReportPart(NodeKind kind) noexcept {
+  return kind == NodeKind::reportPage || kind == NodeKind::visual || kind == NodeKind::bookmark ||
+         kind == NodeKind::reportMeasure;
 }
 
 /// The name of the folder of a kind: "Named Sets".
@@ -198,6 +206,7 @@ std::string LineageGraph::qualifiedText(NodeId id, Show show) const {
   if (at.kind == NodeKind::kpi) return "[KPIs]." + text;
   if (isClassifierKind(at.kind) || at.kind == NodeKind::perspective) return text;
   if (at.owner == kNoNode || standsAlone(at.kind)) return text;
+  if (isReportPart(at.kind)) return reportText(id, show);
   if (at.kind == NodeKind::kpiValue) return "[KPIs]." + bracketed(show(node(at.owner).rawName)) + "." + text;
   return partText(at.owner, text, show);
 }
@@ -205,6 +214,14 @@ std::string LineageGraph::qualifiedText(NodeId id, Show show) const {
 std::string LineageGraph::partText(NodeId owner, const std::string& part, Show show) const {
   const std::string name = show(node(owner).rawName);
   return tabular_ ? quoted(name) + part : bracketed(name) + "." + part;
+}
+
+std::string LineageGraph::reportText(NodeId id, Show show) const {
+  std::string text;
+  for (; id != kNoNode && (isReportPart(node(id).kind) || node(id).kind == NodeKind::report);
+       id = node(id).owner)
+    text = bracketed(show(node(id).rawName)) + (text.empty() ? "" : ".") + text;
+  return text;
 }
 
 std::string LineageGraph::sqlName(NodeId id, Show show) const {

@@ -110,6 +110,10 @@ constexpr std::array kRows{
                "A .pbit file is damaged, or made to grow beyond all measure when it is unpacked."},
     MessageRow{Message::fileListedTwice, "XMLABRIDGE_W0047",
                "{0}: the project {1} lists this file twice; it is read once.", "Nothing is lost."},
+    MessageRow{Message::reportFileLost, "XMLABRIDGE_E0048",
+               "{0}: {1}; the report {2} is read without this file.",
+               "A file of a report on the model is missing or broken. The rest is read, and the exit code is "
+               "6."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };

@@ -53,6 +53,7 @@ enum class Message : std::uint8_t {
   foreignInput,
   containerNotRead,
   fileListedTwice,
+  reportFileLost,
   noEventTime,
 };
 

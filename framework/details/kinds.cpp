@@ -65,6 +65,11 @@ constexpr std::array<ObjectKindRow, kObjectKindCount> kObjectKinds{{
     {"function", "function", "functions", false, false, kUnordered},
     {"culture", "culture", "cultures", false, false, kUnordered},
     {"calendar", "calendar", "calendars", false, false, kUnordered},
+    {"report", "report", "reports", false, false, kUnordered},
+    {"reportPage", "report page", "report pages"},
+    {"visual", "visual", "visuals", false, false, kUnordered},
+    {"bookmark", "bookmark", "bookmarks", false, false, kUnordered},
+    {"reportMeasure", "report measure", "report measures", false, false, kUnordered},
     {"other", "element", "elements"},
 }};
 
@@ -114,6 +119,7 @@ constexpr std::array<RelationKindRow, kRelationKindCount> kRelationKinds{{
     {"mines", "mines", "mined by", RelationSense::other},
     {"connects", "connects through", "data source of", RelationSense::other},
     {"refreshes", "refreshed by", "refreshes", RelationSense::other},
+    {"displays", "displays", "displayed by", RelationSense::other},
     {"replaced", "replaces", "replaced in", RelationSense::other},
     {"mentions", "mentions", "mentioned by", RelationSense::other},
 }};

@@ -71,7 +71,13 @@ enum class ObjectKind : std::uint8_t {
   function,          ///< a DAX function of the model
   culture,
   calendar,
-  other,  ///< an element that is known by its name only
+  // What uses a model.
+  report,
+  reportPage,
+  visual,
+  bookmark,
+  reportMeasure,  ///< a measure that only a report has
+  other,          ///< an element that is known by its name only
 };
 inline constexpr std::size_t kObjectKindCount = static_cast<std::size_t>(ObjectKind::other) + 1;
 
@@ -141,6 +147,7 @@ enum class RelationKind : std::uint8_t {
   mines,
   connects,  ///< a data source connects
   refreshes,
+  displays,  ///< a report shows
   replaced,  ///< a source that the model has, and that the definition does not mean
   mentions,  ///< names it, and nothing more is known
 };

@@ -40,6 +40,8 @@ class TAV_API HostObserver {
 
   /// The details of the model that a plug-in hands over, from before onModel(); null when it has none.
   [[nodiscard]] const Details* details() const noexcept { return details_.get(); }
+  /// The same, for a host that adds to them in onMade().
+  [[nodiscard]] Details* details() noexcept { return details_.get(); }
   /// The same, for a host that keeps the model that they are of.
   [[nodiscard]] std::unique_ptr<Details> takeDetails() noexcept { return std::move(details_); }
 

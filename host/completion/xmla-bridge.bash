@@ -31,7 +31,7 @@ _xmla_bridge() {
           words+=' aggregationDesign script everyMeasure namedSet calculatedMember calculatedCells'
           words+=' scope assignment scriptStatement action role permission miningStructure'
           words+=' miningColumn miningModel assembly calculationItem sharedExpression function'
-          words+=' culture calendar other'
+          words+=' culture calendar report reportPage visual bookmark reportMeasure other'
           ;;
         unused) words='tables columns dimensions attributes measures members sets expressions functions' ;;
       esac

@@ -9,9 +9,10 @@ namespace host {
 struct Container {
   std::string definition;  ///< in UTF-8
   std::string cause;
+  bool hasReport = false;
 };
 
-/// Reads the model's definition out of an archive, in memory and nothing else of it. `name` stands for it in
+/// Reads the model's definition out of an archive, in memory, and nothing else of it. `name` stands for it in
 /// failures. Throws Message::containerNotRead for one that is damaged, locked or grows beyond measure.
 Container readContainer(const std::string& path, const std::string& name);
 

@@ -49,11 +49,25 @@ class Hash {
   std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context_;
 };
 
+/// Whether all files of a report could be read.
+bool addReport(const ReportPlace& report, Hash& hash) {
+  hash.addText(report.name);
+  if (report.isArchive) return hash.addFile(report.path);
+  const ReportFiles files(report);
+  for (const std::string& name : files.names()) {
+    hash.addText(name);
+    if (!hash.addFile(files.pathOf(name))) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 std::string contentHash(const Input& input) {
   Hash hash;
   hash.addText(input.nameOfModel(""));
+  for (const ReportPlace& report : input.reports())
+    if (!addReport(report, hash)) return {};
   std::error_code ignored;  // what cannot be asked for cannot be read either
   if (!std::filesystem::is_directory(input.path(), ignored))
     return hash.addFile(input.path()) ? hash.finish() : std::string();

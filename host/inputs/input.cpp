@@ -82,9 +82,12 @@ Input refuse(const std::string& path, const std::string& cause) {
   return Input::refused(path, tav::messageEvent(tav::Message::foreignInput, {path, cause}));
 }
 
-Input openModel(const std::string& name, const FolderModel& model) {
+/// `report` is the folder of the report that led here, or empty.
+Input openModel(const std::string& name, const std::string& folder, const FolderModel& model,
+                const std::string& report) {
   Input input(name, model.path);
   input.giveName(model.name, model.named);
+  input.addReports(reportsOn(folder, report));
   return input;
 }
 
@@ -93,7 +96,7 @@ std::optional<Input> openReport(const std::string& path) {
   const ReportLink link = followReport(path);
   if (!link.cause.empty()) return refuse(path, link.cause);
   if (link.model.empty()) return std::nullopt;
-  if (const auto model = findFolderModel(link.model)) return openModel(path, *model);
+  if (const auto model = findFolderModel(link.model)) return openModel(path, link.model, *model, link.report);
   return refuse(path,
                 "its report is on the model " + link.model + ", which is not there or has no definition");
 }
@@ -106,23 +109,28 @@ Input openFolder(const std::string& path, MessageLog& log) {
     return Input::refused(path, tav::messageEvent(tav::Message::folderWithoutDefinition, {path}));
   }
   const auto model = findFolderModel(found.front());
-  return model ? openModel(found.front(), *model) : openProject(found.front(), log);
+  return model ? openModel(found.front(), found.front(), *model, {}) : openProject(found.front(), log);
 }
 
-Input openContainer(const Input& input) {
+Input openContainer(Input input) {
   Container container = readContainer(input.path(), input.name());
   if (!container.cause.empty()) return refuse(input.name(), container.cause);
   MemoryFile file(input.name());
   file.write(container.definition);
   Input definition(input.name(), std::move(file));
-  definition.giveName(std::filesystem::path(input.name()).stem().string(), false);
+  const std::string name = std::filesystem::path(input.name()).stem().string();
+  definition.giveName(name, false);
+  if (container.hasReport) {
+    definition.addReports({{input.path(), name, true}});
+    definition.keepMemoryOf(std::move(input));
+  }
   return definition;
 }
 
 /// A file, or what a pipe gave, by its content.
 Input openContent(Input input, MessageLog& log) {
   const std::string beginning = beginningOf(input.path());
-  if (isContainer(beginning)) return openContainer(input);
+  if (isContainer(beginning)) return openContainer(std::move(input));
   if (hasExtension(input.name(), kProjectExtension) || isProject(beginning)) {
     if (input.isInPlace()) return openProject(input.name(), log);
     return refuse(input.name(),
@@ -154,6 +162,14 @@ Input::Input(std::string name, MemoryFile file)
 void Input::giveName(std::string name, bool isNamed) {
   model_ = std::move(name);
   isNamed_ = isNamed;
+}
+
+void Input::keepMemoryOf(Input&& other) {
+  archive_ = std::move(other.memory_);
+}
+
+void Input::addReports(std::vector<ReportPlace> reports) {
+  reports_ = std::move(reports);
 }
 
 Input Input::refused(std::string path, TAVLogEvent why) {

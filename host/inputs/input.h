@@ -4,10 +4,12 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/inputs/memory_file.h"
 #include "host/inputs/semantic_model.h"
 #include "host/message_log.h"
+#include "host/reports/report_files.h"
 
 namespace host {
 
@@ -37,6 +39,12 @@ class Input {
   /// What is around the definition gives the model a name, and says whether it counts more than its own.
   void giveName(std::string name, bool isNamed);
 
+  /// The reports on its model that are kept with it.
+  [[nodiscard]] const std::vector<ReportPlace>& reports() const noexcept { return reports_; }
+  void addReports(std::vector<ReportPlace> reports);
+  /// Keeps what another input lies in, for reports that are read there.
+  void keepMemoryOf(Input&& other);
+
   /// Why there is no definition in it, as an error; null when there may be one.
   [[nodiscard]] const TAVLogEvent* refusal() const noexcept { return refusal_ ? &*refusal_ : nullptr; }
   /// An input that holds no definition.
@@ -46,7 +54,9 @@ class Input {
   std::string name_;
   std::string path_;
   std::optional<MemoryFile> memory_;
+  std::optional<MemoryFile> archive_;
   std::optional<TAVLogEvent> refusal_;
+  std::vector<ReportPlace> reports_;
   std::string model_;
   bool isNamed_ = false;
 };

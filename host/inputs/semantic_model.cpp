@@ -63,19 +63,20 @@ bool isGuid(const std::string& name) {
 ReportLink followDefinition(const fs::path& folder) {
   const Json report = readJson(folder / kReportDefinition);
   const std::string path = textAt(report, "/datasetReference/byPath/path");
-  if (!path.empty()) return {(folder / path).lexically_normal().string(), {}};
+  if (!path.empty()) return {(folder / path).lexically_normal().string(), folder.string(), {}};
   if (report.is_object() && report.contains(Json::json_pointer("/datasetReference/byConnection"))) {
     return {
         {},
+        {},
         "a report on a model that is kept in the service, not in this folder; export the model from there"};
   }
-  return {{}, "a report whose definition.pbir names no model"};
+  return {{}, {}, "a report whose definition.pbir names no model"};
 }
 
 ReportLink followProject(const fs::path& file) {
   const Json project = readJson(file);
   const std::string report = textAt(project, "/artifacts/0/report/path");
-  if (report.empty()) return {{}, "a project of Power BI that names no report"};
+  if (report.empty()) return {{}, {}, "a project of Power BI that names no report"};
   return followDefinition(file.parent_path() / report);
 }
 
@@ -109,6 +110,11 @@ ReportLink followReport(const std::string& path) {
   if (hasExtension(path, ".pbir")) return followDefinition(fs::path(path).parent_path());
   if (fs::is_regular_file(fs::path(path) / kReportDefinition, ignored)) return followDefinition(path);
   return {};
+}
+
+std::string nameOfItem(const std::string& folder) {
+  const std::string name = toldName(plainFolder(folder));
+  return name.empty() ? plainFolder(folder).stem().string() : name;
 }
 
 std::string modelName(const std::string& own, const std::string& name, bool named) {

@@ -25,9 +25,13 @@ bool isSemanticModelName(const std::string& folder);
 /// of the model, or else why there is none. Nothing is told of a file that is neither.
 struct ReportLink {
   std::string model;
+  std::string report;  ///< the folder of the report
   std::string cause;
 };
 ReportLink followReport(const std::string& path);
+
+/// What a folder of a model or report is called: as a file in it says, else as the folder is.
+std::string nameOfItem(const std::string& folder);
 
 /// The name of a model whose definition calls it `own`: what the folder says; without that its own name
 /// unless it is one that programs give; then the folder's name.

@@ -104,4 +104,18 @@ TEST(Program, Estates) {
   });
 }
 
+// What uses a model beside it.
+TEST(Program, Reports) {
+  tav::test::checkCorpus("host/reports.txt", [](const std::string& commands) {
+    return tav::test::runCommands(
+        std::string(kInputsPrelude) + commands + kInputsEnd, [](const tav::test::TemporaryFolder& folder) {
+          namespace fs = std::filesystem;
+          const fs::path model = folder.path() / "Ferry Line.SemanticModel";
+          fs::create_directory(model);
+          fs::copy_file(fs::path(EXAMPLES) / "ferry-line.bim", model / "model.bim");
+          fs::copy(tav::test::testFile("host/reports"), folder.path(), fs::copy_options::recursive);
+        });
+  });
+}
+
 }  // namespace

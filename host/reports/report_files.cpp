@@ -1,0 +1,99 @@
+#include "host/reports/report_files.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+
+#include "host/inputs/extension.h"
+#include "host/inputs/file_text.h"
+#include "host/inputs/semantic_model.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kArchiveFolder = "Report/";
+constexpr int kDeepest = 8;  // of folders; reports have four
+
+/// Whether a file of a report may name something of the model.
+bool isWanted(std::string_view name) {
+  return name == "report.json" || name == "Layout" ||
+         (name.starts_with("definition/") && name.ends_with(".json"));
+}
+
+std::string canonical(const fs::path& path) {
+  std::error_code error;
+  const fs::path canonical = fs::canonical(path, error);
+  return error ? std::string() : canonical.string();
+}
+
+/// The folder that a folder is in, written as that is.
+fs::path parentOf(const fs::path& folder) {
+  const fs::path plain = folder.has_filename() ? folder : folder.parent_path();
+  if (plain.filename() == "." || plain.filename() == "..") return plain / "..";
+  return plain.has_parent_path() ? plain.parent_path() : fs::path(".");
+}
+
+std::vector<std::string> namesIn(const fs::path& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  // Links to folders are not followed, so that no circle is met.
+  for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (entry.depth() >= kDeepest) entry.disable_recursion_pending();
+    std::error_code ignored;  // a link that leads nowhere is no file
+    std::string name = entry->path().lexically_relative(folder).generic_string();
+    if (isWanted(name) && entry->is_regular_file(ignored)) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+std::vector<std::string> namesIn(const Archive& archive) {
+  std::vector<std::string> names;
+  for (const std::string& entry : archive.entries()) {
+    if (!entry.starts_with(kArchiveFolder)) continue;
+    std::string name = entry.substr(std::string_view(kArchiveFolder).size());
+    if (isWanted(name)) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+}  // namespace
+
+std::vector<ReportPlace> reportsOn(const std::string& modelFolder, const std::string& also) {
+  const std::string model = canonical(modelFolder);
+  std::map<std::string, std::string> folders;  // as they are called, by where they are
+  if (!also.empty()) folders.emplace(canonical(also), also);
+  std::error_code error;
+  for (fs::directory_iterator entry(parentOf(modelFolder), error), end; !error && entry != end;
+       entry.increment(error)) {
+    const std::string path = entry->path().string();
+    if (!hasExtension(path, ".report")) continue;
+    const ReportLink link = followReport(path);
+    if (!link.model.empty() && canonical(link.model) == model) folders.emplace(canonical(path), path);
+  }
+  std::vector<ReportPlace> reports;
+  for (const auto& [place, path] : folders) reports.push_back({path, nameOfItem(path), false});
+  return reports;
+}
+
+ReportFiles::ReportFiles(const ReportPlace& report) : place_(report.path) {
+  if (report.isArchive) archive_.emplace(report.path);
+  names_ = archive_ ? namesIn(*archive_) : namesIn(fs::path(place_));
+  std::sort(names_.begin(), names_.end());
+}
+
+std::string ReportFiles::pathOf(const std::string& name) const {
+  return archive_ ? place_ : (fs::path(place_) / name).string();
+}
+
+std::string ReportFiles::textOf(const std::string& name) const {
+  if (archive_) return asUtf8(archive_->read(kArchiveFolder + name));
+  FileText text = readFileText(pathOf(name));
+  if (!text.error.empty()) throw std::runtime_error(text.error);
+  return std::move(text.text);
+}
+
+}  // namespace host

@@ -1,0 +1,43 @@
+#pragma once
+
+// The files that a report consists of, wherever they are kept.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/inputs/archive.h"
+
+namespace host {
+
+/// Where a report on a model is.
+struct ReportPlace {
+  std::string path;  ///< the report's folder, or the archive that holds it
+  std::string name;  ///< what the report is called
+  bool isArchive = false;
+};
+
+/// The reports by their folders, each once, that are on the model in `modelFolder` and lie beside it, in the
+/// order of their names; `also` counts as one of them wherever it is, unless it is empty.
+std::vector<ReportPlace> reportsOn(const std::string& modelFolder, const std::string& also);
+
+/// What of a report can name something of its model: without pictures, themes and the like.
+class ReportFiles {
+ public:
+  /// Throws std::runtime_error for an archive that cannot be opened.
+  explicit ReportFiles(const ReportPlace& report);
+
+  /// Ordered, with slashes: "definition/pages/one/page.json".
+  [[nodiscard]] const std::vector<std::string>& names() const noexcept { return names_; }
+  /// Where a file is, for people and for whoever reads its bytes: in an archive, the archive.
+  [[nodiscard]] std::string pathOf(const std::string& name) const;
+  /// The text of a file in UTF-8. Throws std::runtime_error with the cause.
+  [[nodiscard]] std::string textOf(const std::string& name) const;
+
+ private:
+  std::string place_;
+  std::optional<Archive> archive_;
+  std::vector<std::string> names_;
+};
+
+}  // namespace host
