@@ -18,6 +18,7 @@ struct Arguments {
   std::vector<std::string> inputs;
   std::string output;
   std::string folder;
+  std::vector<std::string> reports;
   int jobs = std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
   bool json = false;
   ImportScope scope;
@@ -34,7 +35,13 @@ int importFile(const Arguments& arguments, MessageLog& log) {
   if (arguments.output == "-") throw CLI::ValidationError("-o", "a model is saved in a file");
   checkOutput(input, arguments.output);
 
-  const Input opened = openInput(input, log);
+  Input opened = openInput(input, log);
+  for (const std::string& path : arguments.reports) {
+    std::vector<ReportPlace> reports = reportsAt(path);
+    if (reports.empty())
+      throw CLI::ValidationError("--reports", path + " is no report, and no folder with reports");
+    opened.addReports(std::move(reports));
+  }
   Summary summary;
   const int code =
       runImport(opened, arguments.output, log, arguments.scope, [&](const tav::DetailedModel& model) {
@@ -125,6 +132,15 @@ Command addImport(CLI::App& program) {
           "--no-history", [arguments] { arguments->estate.history = false; },
           "Keep no documents of earlier versions in the estate")
       ->needs(arguments->estateOption);
+  parser
+      ->add_option(
+          "--reports", arguments->reports,
+          "Paginated reports (.rdl) or reports of Power BI on the model, or a folder of them, that are\n"
+          "read with it; may be given several times")
+      ->type_name("PATH")
+      ->allow_extra_args(false)
+      ->excludes(arguments->folderOption)
+      ->excludes(arguments->estateOption);
   parser->add_flag("--json", arguments->json, "Print the summary as JSON");
   parser->add_flag_callback(
       "--no-details", [arguments] { arguments->scope.details = false; },

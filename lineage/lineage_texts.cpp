@@ -69,7 +69,7 @@ bool standsAlone(NodeKind kind) noexcept {
 /// share their names.
 bool isReportPart(NodeKind kind) noexcept {
   return kind == NodeKind::reportPage || kind == NodeKind::visual || kind == NodeKind::bookmark ||
-         kind == NodeKind::reportMeasure;
+         kind == NodeKind::reportMeasure || kind == NodeKind::reportDataSet;
 }
 
 /// The name of the folder of a kind: "Named Sets".

@@ -70,6 +70,7 @@ constexpr std::array<ObjectKindRow, kObjectKindCount> kObjectKinds{{
     {"visual", "visual", "visuals", false, false, kUnordered},
     {"bookmark", "bookmark", "bookmarks", false, false, kUnordered},
     {"reportMeasure", "report measure", "report measures", false, false, kUnordered},
+    {"reportDataSet", "data set", "data sets", false, false, kUnordered},
     {"other", "element", "elements"},
 }};
 

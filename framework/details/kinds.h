@@ -77,6 +77,7 @@ enum class ObjectKind : std::uint8_t {
   visual,
   bookmark,
   reportMeasure,  ///< a measure that only a report has
+  reportDataSet,  ///< a query of a paginated report
   other,          ///< an element that is known by its name only
 };
 inline constexpr std::size_t kObjectKindCount = static_cast<std::size_t>(ObjectKind::other) + 1;

@@ -31,7 +31,7 @@ _xmla_bridge() {
           words+=' aggregationDesign script everyMeasure namedSet calculatedMember calculatedCells'
           words+=' scope assignment scriptStatement action role permission miningStructure'
           words+=' miningColumn miningModel assembly calculationItem sharedExpression function'
-          words+=' culture calendar report reportPage visual bookmark reportMeasure other'
+          words+=' culture calendar report reportPage visual bookmark reportMeasure reportDataSet other'
           ;;
         unused) words='tables columns dimensions attributes measures members sets expressions functions' ;;
       esac
@@ -43,7 +43,7 @@ _xmla_bridge() {
       case $command in
         '') words="$commands --help --version" ;;
         help) words=${commands% help} ;;
-        import) words='-o --out-dir --estate --jobs --prune --force --no-history --json --no-details --quiet --log-format --help' ;;
+        import) words='-o --out-dir --estate --jobs --prune --force --no-history --reports --json --no-details --quiet --log-format --help' ;;
         export)
           words='-o --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
           words+=' --quiet --log-format --help'

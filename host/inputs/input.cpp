@@ -169,7 +169,7 @@ void Input::keepMemoryOf(Input&& other) {
 }
 
 void Input::addReports(std::vector<ReportPlace> reports) {
-  reports_ = std::move(reports);
+  std::move(reports.begin(), reports.end(), std::back_inserter(reports_));
 }
 
 Input Input::refused(std::string path, TAVLogEvent why) {

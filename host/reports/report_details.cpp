@@ -7,6 +7,8 @@
 
 #include "framework/std/string.h"
 #include "host/reports/dax_names.h"
+#include "host/reports/mdx_names.h"
+#include "host/reports/paginated_report.h"
 #include "host/reports/report_reader.h"
 #include "lineage/lineage_graph.h"
 #include "lineage/node_search.h"
@@ -47,6 +49,14 @@ class FieldIndex {
   [[nodiscard]] NodeId level(NodeId hierarchy, std::string_view name) const {
     return find(levels_, keyOf(std::to_string(hierarchy), name));
   }
+  /// What [table].[name].[level] is in MDX: a level, a hierarchy, or an attribute, which has levels of its
+  /// own.
+  [[nodiscard]] NodeId mdx(std::string_view table, std::string_view name, std::string_view level) const {
+    const NodeId found = hierarchy(table, name);
+    if (found == tav::kNoNode) return column(table, name);
+    const NodeId inner = this->level(found, level);
+    return inner == tav::kNoNode ? found : inner;
+  }
   /// Measures have names of their own in a model, whatever table lists them.
   [[nodiscard]] NodeId measure(std::string_view name) const { return find(measures_, tav::foldCase(name)); }
 
@@ -85,9 +95,11 @@ class FieldIndex {
         tables_.emplace(tav::foldCase(node.rawName), id);
         break;
       case ObjectKind::attribute:
+      case ObjectKind::cubeAttribute:
         columns_.emplace(keyOf(nameOf(node.owner), node.rawName), id);
         break;
       case ObjectKind::hierarchy:
+      case ObjectKind::cubeHierarchy:
         hierarchies_.emplace(keyOf(nameOf(node.owner), node.rawName), id);
         break;
       case ObjectKind::level:
@@ -125,7 +137,8 @@ class ReportImport {
     for (const ReportPart& part : parts) addItem(part);
     for (std::size_t i = 0; i < parts.size(); ++i) {
       relateFields(parts[i], items_[i]);
-      if (parts[i].kind == ObjectKind::reportMeasure) relateNames(parts[i], items_[i]);
+      if (parts[i].language == "dax") relateNames(parts[i], items_[i]);
+      if (parts[i].language == "mdx") relateMdxNames(parts[i], items_[i]);
     }
   }
 
@@ -173,7 +186,23 @@ class ReportImport {
     return use.ofReport ? tav::kNoItem : itemOf(index_.measure(use.name));
   }
 
-  /// What a measure of the report computes with.
+  /// What a query in MDX asks for.
+  void relateMdxNames(const ReportPart& part, ItemId item) {
+    std::unordered_set<std::string> met;
+    for (const std::vector<std::string>& parts : mdxNames(part.text)) {
+      const bool isMeasure = tav::foldCase(parts[0]) == "measures";
+      const std::string_view level = parts.size() > 2 && !isMeasure ? parts[2] : std::string_view();
+      if (!met.insert(keyOf(parts[0], parts[1]) + '\n' + tav::foldCase(level)).second) continue;
+      const NodeId node = isMeasure ? index_.measure(parts[1]) : index_.mdx(parts[0], parts[1], level);
+      if (node != tav::kNoNode)
+        details_.relate(RelationKind::computed, itemOf(node), item);
+      else
+        details_.addOpenName(item, "[" + parts[0] + "].[" + parts[1] + "]", tav::OpenNameState::mistake,
+                             index_.nearest(parts[0], parts[1]));
+    }
+  }
+
+  /// What a measure of the report computes with, or a query in DAX asks for.
   void relateNames(const ReportPart& part, ItemId item) {
     std::unordered_set<std::string> missing;
     for (const DaxName& name : daxNames(part.text)) {
@@ -213,7 +242,8 @@ class ReportImport {
 }  // namespace
 
 void addReport(const ReportPlace& report, const TAVModel& model, tav::Details& details, MessageLog& log) {
-  ReportImport(model, details).add(readReport(report, log));
+  ReportImport(model, details)
+      .add(report.isPaginated ? readPaginatedReport(report, log) : readReport(report, log));
 }
 
 }  // namespace host

@@ -29,6 +29,17 @@ std::string canonical(const fs::path& path) {
   return error ? std::string() : canonical.string();
 }
 
+bool isReportFolder(const fs::path& folder) {
+  std::error_code ignored;  // what cannot be asked for is not there
+  return fs::exists(folder / "definition.pbir", ignored) || fs::exists(folder / "report.json", ignored);
+}
+
+void appendEntries(const fs::path& folder, std::vector<fs::path>& paths) {
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+    if (!entry->path().filename().string().starts_with('.')) paths.push_back(entry->path());
+}
+
 /// The folder that a folder is in, written as that is.
 fs::path parentOf(const fs::path& folder) {
   const fs::path plain = folder.has_filename() ? folder : folder.parent_path();
@@ -76,6 +87,25 @@ std::vector<ReportPlace> reportsOn(const std::string& modelFolder, const std::st
   }
   std::vector<ReportPlace> reports;
   for (const auto& [place, path] : folders) reports.push_back({path, nameOfItem(path), false});
+  return reports;
+}
+
+std::vector<ReportPlace> reportsAt(const std::string& path) {
+  std::vector<ReportPlace> reports;
+  std::vector<fs::path> open{path};
+  // Links to folders are not followed, so that no circle is met.
+  for (std::size_t next = 0; next < open.size(); ++next) {
+    const std::string place = open[next].string();
+    std::error_code ignored;  // what cannot be asked for is no report
+    if (fs::is_regular_file(place, ignored) && hasExtension(place, ".rdl"))
+      reports.push_back({place, open[next].stem().string(), false, true});
+    else if (fs::is_directory(place, ignored) && isReportFolder(place))
+      reports.push_back({place, nameOfItem(place)});
+    else if (fs::is_directory(place, ignored) && (next == 0 || !fs::is_symlink(place, ignored)))
+      appendEntries(open[next], open);
+  }
+  std::sort(reports.begin(), reports.end(),
+            [](const ReportPlace& a, const ReportPlace& b) { return a.path < b.path; });
   return reports;
 }
 

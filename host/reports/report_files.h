@@ -12,14 +12,19 @@ namespace host {
 
 /// Where a report on a model is.
 struct ReportPlace {
-  std::string path;  ///< the report's folder, or the archive that holds it
+  std::string path;  ///< the report's folder or file, or the archive that holds it
   std::string name;  ///< what the report is called
   bool isArchive = false;
+  bool isPaginated = false;  ///< one file in the language of paginated reports (.rdl)
 };
 
 /// The reports by their folders, each once, that are on the model in `modelFolder` and lie beside it, in the
 /// order of their names; `also` counts as one of them wherever it is, unless it is empty.
 std::vector<ReportPlace> reportsOn(const std::string& modelFolder, const std::string& also);
+
+/// The reports that a path leads to: a paginated report, a report of Power BI by its folder, and those in a
+/// folder and the folders in it. In the order of their names.
+std::vector<ReportPlace> reportsAt(const std::string& path);
 
 /// What of a report can name something of its model: without pictures, themes and the like.
 class ReportFiles {

@@ -66,7 +66,7 @@ std::string firstOf(std::string a, std::string b) {
 class ReportReader {
  public:
   ReportReader(const ReportPlace& report, MessageLog& log) : report_(report), log_(log) {
-    parts_.push_back({ObjectKind::report, ReportPart::kNone, report.name, {}, {}, {}, {}, {}});
+    parts_.push_back({.kind = ObjectKind::report, .name = report.name});
   }
 
   std::vector<ReportPart> read() {
@@ -116,7 +116,7 @@ class ReportReader {
   }
 
   std::size_t add(ObjectKind kind, std::size_t owner, std::string name, std::string id) {
-    parts_.push_back({kind, owner, std::move(name), std::move(id), {}, {}, {}, {}});
+    parts_.push_back({.kind = kind, .owner = owner, .name = std::move(name), .id = std::move(id)});
     return parts_.size() - 1;
   }
 
@@ -184,6 +184,7 @@ class ReportReader {
           const std::size_t part = add(ObjectKind::reportMeasure, kReport, textAt(measure, "name"), {});
           parts_[part].table = firstOf(textAt(entity, "extends"), textAt(entity, "name"));
           parts_[part].text = textAt(measure, "expression");
+          parts_[part].language = "dax";
         }
   }
 
