@@ -58,8 +58,10 @@ constexpr std::array kRoots{
     Sign{"DeploymentOptions", kSettingsOfBuild},
     Sign{"ConfigurationSettings", kSettingsOfBuild},
     Sign{kProjectTag, "a project of another kind; name the definition in it, such as its model.bim"},
-    Sign{"Report",
-         "a paginated report, which is no definition; name the definition of the model that it reads"},
+    Sign{
+        "Report",
+        "a paginated report, which is no definition; name the definition of the model that it reads, and the "
+        "report with --reports"},
     Sign{"DTS:Executable", "a package of Integration Services, which is no definition"},
     Sign{"html", "a page of HTML, which is no definition"},
     Sign{"svg", "a picture, which is no definition"},
@@ -105,6 +107,17 @@ bool isJsonArray(std::string_view text) {
   return !inside.empty() && std::string_view("[]{\"-0123456789").find(inside.front()) != inside.npos;
 }
 
+/// What files of reports in JSON have and no definition has.
+constexpr std::array<std::string_view, 5> kReportSigns{"\"visualContainers\"", "\"layoutOptimization\"",
+                                                       "\"resourcePackages\"", "/item/report/definition/",
+                                                       "\"datasetReference\""};
+
+bool isReport(std::string_view text) {
+  return text.starts_with('{') &&
+         std::any_of(kReportSigns.begin(), kReportSigns.end(),
+                     [&](std::string_view sign) { return text.find(sign) != text.npos; });
+}
+
 /// Whether a text begins like XML, JSON or TMDL, which begins with a word or the description of something.
 bool mayBeDefinition(std::string_view text) {
   const char first = text.front();
@@ -133,6 +146,8 @@ std::string foreignContent(std::string_view beginning, const std::string& path) 
   for (const Sign& known : kRoots)
     if (root == known.sign) return std::string(known.sentence);
   if (hasExtension(path, kDatabaseExtension)) return std::string(kPartOfProject);
+  if (isReport(text) && !isJsonDefinition(text, path))
+    return "a part of a report, which is no definition; name the folder of the report or of its model";
   if (isJsonArray(text))
     return "an array in JSON, where a definition is an object; name a .bim or a script of the model";
   if (!text.empty() && !mayBeDefinition(text)) {

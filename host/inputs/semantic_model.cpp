@@ -70,7 +70,7 @@ ReportLink followDefinition(const fs::path& folder) {
         {},
         "a report on a model that is kept in the service, not in this folder; export the model from there"};
   }
-  return {{}, {}, "a report whose definition.pbir names no model"};
+  return {{}, folder.string(), "a report whose definition.pbir names no model", report.is_discarded()};
 }
 
 ReportLink followProject(const fs::path& file) {

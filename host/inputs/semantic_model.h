@@ -27,6 +27,7 @@ struct ReportLink {
   std::string model;
   std::string report;  ///< the folder of the report
   std::string cause;
+  bool broken = false;  ///< whether the file that names the model is missing or no JSON
 };
 ReportLink followReport(const std::string& path);
 

@@ -19,7 +19,7 @@ constexpr int kDeepest = 8;  // of folders; reports have four
 
 /// Whether a file of a report may name something of the model.
 bool isWanted(std::string_view name) {
-  return name == "report.json" || name == "Layout" ||
+  return name == "report.json" || name == "definition.pbir" || name == "Layout" ||
          (name.starts_with("definition/") && name.ends_with(".json"));
 }
 
@@ -32,6 +32,15 @@ std::string canonical(const fs::path& path) {
 bool isReportFolder(const fs::path& folder) {
   std::error_code ignored;  // what cannot be asked for is not there
   return fs::exists(folder / "definition.pbir", ignored) || fs::exists(folder / "report.json", ignored);
+}
+
+/// Whether a report is on the model in a folder. One that cannot tell any longer is
+/// on the model that is called like it.
+bool isOn(const std::string& report, const std::string& model) {
+  const ReportLink link = followReport(report);
+  if (!link.model.empty()) return canonical(link.model) == model;
+  const bool cannotTell = isReportFolder(report) && (link.broken || link.cause.empty());
+  return cannotTell && fs::path(report).stem() == fs::path(model).stem();
 }
 
 void appendEntries(const fs::path& folder, std::vector<fs::path>& paths) {
@@ -82,8 +91,7 @@ std::vector<ReportPlace> reportsOn(const std::string& modelFolder, const std::st
        entry.increment(error)) {
     const std::string path = entry->path().string();
     if (!hasExtension(path, ".report")) continue;
-    const ReportLink link = followReport(path);
-    if (!link.model.empty() && canonical(link.model) == model) folders.emplace(canonical(path), path);
+    if (isOn(path, model)) folders.emplace(canonical(path), path);
   }
   std::vector<ReportPlace> reports;
   for (const auto& [place, path] : folders) reports.push_back({path, nameOfItem(path), false});

@@ -76,6 +76,7 @@ class ReportReader {
       lose(report_.path, error.what());
       return std::move(parts_);
     }
+    if (!report_.isArchive) checkLink();
     for (const char* name : {"report.json", "Layout"})
       if (has(name)) readWhole(readJson(name));
     if (hasDefinition()) readDefinition();
@@ -88,6 +89,15 @@ class ReportReader {
 
   [[nodiscard]] bool has(const std::string& name) const {
     return std::binary_search(files_->names().begin(), files_->names().end(), name);
+  }
+
+  /// Says what of a report in a folder is not there or broken and would leave no other trace.
+  void checkLink() {
+    if (!has("definition.pbir"))
+      lose(files_->pathOf("definition.pbir"), "it is not there");
+    else
+      static_cast<void>(readJson("definition.pbir"));
+    if (!has("report.json") && !hasDefinition()) lose(files_->pathOf("report.json"), "it is not there");
   }
 
   [[nodiscard]] bool hasDefinition() const {
