@@ -21,6 +21,7 @@ inline constexpr int kNoDefinition = 3;
 inline constexpr int kBelowBound = 4;
 inline constexpr int kDiffers = 5;
 inline constexpr int kIncomplete = 6;
+inline constexpr int kFindings = 7;
 inline constexpr int kSignalBase = 128;  // plus the number of the signal that ended the program
 
 /// A registered command: its parser, and what to do once that has read the arguments. `run` gives an exit
@@ -36,6 +37,7 @@ Command addReport(CLI::App& program);
 Command addTrace(CLI::App& program);
 Command addImpact(CLI::App& program);
 Command addCoverage(CLI::App& program);
+Command addCheck(CLI::App& program);
 Command addUnused(CLI::App& program);
 Command addDiff(CLI::App& program);
 Command addTest(CLI::App& program);

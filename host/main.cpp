@@ -67,8 +67,9 @@ int runProgram(int argc, char** argv, MessageLog& log) {
   program.set_help_flag("-h,--help", "Show help, of the program or of a command");
   program.require_subcommand(0, 1);
   addMessageOptions(program, log);
-  const std::array commands{addImport(program), addExport(program),   addReport(program), addTrace(program),
-                            addImpact(program), addCoverage(program), addUnused(program), addDiff(program),
+  const std::array commands{addImport(program), addExport(program),   addReport(program),
+                            addTrace(program),  addImpact(program),   addCoverage(program),
+                            addCheck(program),  addUnused(program),   addDiff(program),
                             addTest(program),   addDescribe(program), addHelp(program)};
   for (const Command& command : commands) addMessageOptions(*command.parser, log);
   try {

@@ -114,6 +114,8 @@ constexpr std::array kRows{
                "{0}: {1}; the report {2} is read without this file.",
                "A file of a report on the model is missing or broken. The rest is read, and the exit code is "
                "6."},
+    MessageRow{Message::rulesNotRead, "XMLABRIDGE_F0050", "{0}: {1}",
+               "A rule file of check is missing, no YAML, or says something that no rule has."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };

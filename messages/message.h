@@ -54,6 +54,7 @@ enum class Message : std::uint8_t {
   containerNotRead,
   fileListedTwice,
   reportFileLost,
+  rulesNotRead,
   noEventTime,
 };
 

@@ -74,6 +74,8 @@ need_for_program() {
   need library crypto libssl-dev
   need header curl/curl.h libcurl4-openssl-dev
   need library curl libcurl4-openssl-dev
+  need header yaml-cpp/yaml.h libyaml-cpp-dev
+  need library yaml-cpp libyaml-cpp-dev
   need header zip.h libzip-dev
   need library zip libzip-dev
   # The importer of tabular definitions.

@@ -1,6 +1,6 @@
 # Completion of xmla-bridge for bash.
 _xmla_bridge() {
-  local commands='import export trace impact coverage unused diff report test describe help'
+  local commands='import export trace impact coverage check unused diff report test describe help'
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
   for ((i = 1; i < COMP_CWORD; ++i)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -15,6 +15,7 @@ _xmla_bridge() {
       case $command in
         export) words='json openlineage csv sqlite dot mermaid' ;;
         trace | impact) words='text list csv markdown json dot' ;;
+        check) words='text json junit sarif github azure' ;;
         coverage) words='text json' ;;
         unused) words='text json csv markdown' ;;
         diff) words='text json markdown' ;;
@@ -36,7 +37,7 @@ _xmla_bridge() {
         unused) words='tables columns dimensions attributes measures members sets expressions functions' ;;
       esac
       ;;
-    --fail-on) words='broken lost-lineage changed added removed renamed moved reordered' ;;
+    --fail-on) [ "$command" = check ] && words='error warning info never' || words='broken lost-lineage changed added removed renamed moved reordered' ;;
     --log-format) words='text json' ;;
     -o | --output | --out-dir | --estate | --jobs | --since | --until) ;;
     *)
@@ -49,6 +50,7 @@ _xmla_bridge() {
           words+=' --quiet --log-format --help'
           ;;
         trace | impact) words='-o --format --kind --depth --values --quiet --log-format --help' ;;
+        check) words='-o --rules --against --format --fail-on --list-rules --print-rules --quiet --log-format --help' ;;
         coverage) words='-o --format --fail-under --quiet --log-format --help' ;;
         unused) words='-o --format --kind --quiet --log-format --help' ;;
         diff) words='-o --since --until --format --exit-code --fail-on --quiet --log-format --help' ;;

@@ -34,6 +34,7 @@ libsqlite3-0
 libssl3
 libstdc++6
 libutf8proc2
+libyaml-cpp0.7
 libzip4
 zlib1g
 END

@@ -33,7 +33,7 @@ std::vector<std::string> matches(const std::string& text, const char* pattern) {
 std::map<std::string, std::string> sources() {
   std::map<std::string, std::string> texts;
   for (const char* room : {"framework", "bridge", "views", "reader", "dimensions", "cubes", "expressions",
-                           "tabular", "messages", "lineage", "exports", "report", "host"}) {
+                           "tabular", "messages", "lineage", "checks", "exports", "report", "host"}) {
     for (auto i = fs::recursive_directory_iterator(kRoot / room); i != fs::recursive_directory_iterator();
          ++i) {
       if (i->path().filename() == "node_modules") i.disable_recursion_pending();
