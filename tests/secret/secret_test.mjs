@@ -77,7 +77,8 @@ async function describe(command) {
   let post = false;
   for (const line of section(text, 'Options')) {
     const name = /--[a-z-]+/.exec(line)?.[0];
-    if (!name || name === '--help' || name === '--quiet') continue;
+    // These choose nothing of what is written.
+    if (!name || name === '--help' || name === '--quiet' || name === '--fail-on') continue;
     if (name === '--output') output = name;
     post ||= name === '--post';
     const choices = choicesOf(line);
