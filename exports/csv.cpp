@@ -1,8 +1,10 @@
+#include <array>
 #include <filesystem>
 
 #include "exports/csv_text.h"
 #include "exports/formats.h"
 #include "exports/node_rows.h"
+#include "exports/sha256.h"
 #include "framework/serialization/replacing_file.h"
 #include "framework/std/mask.h"
 #include "messages/message.h"
@@ -16,7 +18,8 @@ constexpr std::size_t kFlushSize = std::size_t{1} << 16;
 /// A table that becomes a file.
 class CsvFile {
  public:
-  explicit CsvFile(const std::string& path) : file_(TAVString(path)) {}
+  explicit CsvFile(const std::string& path)
+      : name_(std::filesystem::path(path).filename().string()), file_(TAVString(path)) {}
 
   void cell(std::string_view value) { csv_.cell(value); }
 
@@ -28,20 +31,23 @@ class CsvFile {
     if (text_.size() >= kFlushSize) flush();
   }
 
-  /// Hands everything to the system, so that a full disk shows before any file is put in place.
-  void finish() {
+  /// The line by which sha256sum knows the whole file.
+  std::string finish() {
     flush();
-    file_.stream().flush();
+    return sum_.finish() + "  " + name_ + "\n";
   }
-  void commit() { file_.commit(); }
+  ReplacingFile& file() { return file_; }
 
  private:
   void flush() {
     file_.stream().write(text_.data(), static_cast<std::streamsize>(text_.size()));
+    sum_.add(text_);
     text_.clear();
   }
 
+  std::string name_;
   ReplacingFile file_;
+  Sha256 sum_;
   std::string text_;
   CsvText csv_{text_};
 };
@@ -136,28 +142,32 @@ class CsvExport {
   std::vector<std::string> paths_;  // by node
 };
 
-std::string besides(const std::string& path, std::string_view table, const std::string& input) {
+std::string besides(const std::string& path, std::string_view ending, const std::string& input) {
   std::string name = path;
   if (name.ends_with(kExtension)) name.resize(name.size() - kExtension.size());
-  name.append(".").append(table).append(kExtension);
+  name.append(ending);
   std::error_code error;
   if (std::filesystem::equivalent(name, input, error)) fail(Message::inputWouldBeReplaced, {name});
   return name;
 }
 
+/// The tables are replaced together. Nothing can do that in one step: the sums, which come last, tell whether
+/// a process that was killed in between has left tables of two exports.
 void exportCsv(const DetailedModel& model, const ExportOptions& options, const std::string& path) {
-  CsvFile nodes(besides(path, "nodes", options.input));
-  CsvFile edges(besides(path, "edges", options.input));
-  CsvFile settings(besides(path, "settings", options.input));
-  CsvFile openNames(besides(path, "open_names", options.input));
+  CsvFile nodes(besides(path, ".nodes.csv", options.input));
+  CsvFile edges(besides(path, ".edges.csv", options.input));
+  CsvFile settings(besides(path, ".settings.csv", options.input));
+  CsvFile openNames(besides(path, ".open_names.csv", options.input));
+  ReplacingFile sums(TAVString(besides(path, ".sha256", options.input)));
   const LineageGraph graph(model);
   CsvExport tables(graph, options.input);
   tables.writeNodes(nodes);
   tables.writeEdges(edges);
   tables.writeSettings(settings);
   tables.writeOpenNames(openNames);
-  for (CsvFile* file : {&nodes, &edges, &settings, &openNames}) file->finish();
-  for (CsvFile* file : {&nodes, &edges, &settings, &openNames}) file->commit();
+  for (CsvFile* file : {&nodes, &edges, &settings, &openNames}) sums.stream() << file->finish();
+  const std::array files{&nodes.file(), &edges.file(), &settings.file(), &openNames.file(), &sums};
+  ReplacingFile::commitAll(files);
 }
 
 }  // namespace
@@ -165,7 +175,7 @@ void exportCsv(const DetailedModel& model, const ExportOptions& options, const s
 extern const ExportFormat kCsvFormat{.name = "csv",
                                      .description =
                                          "the lineage as tables: OUT.nodes.csv, OUT.edges.csv, "
-                                         "OUT.settings.csv, OUT.open_names.csv",
+                                         "OUT.settings.csv, OUT.open_names.csv, and their sums OUT.sha256",
                                      .writeFiles = exportCsv};
 
 }  // namespace tav

@@ -5,7 +5,9 @@
 
 namespace tav {
 
-/// Rows of a table as RFC 4180 has them, appended to a text.
+/// Rows of a table as RFC 4180 has them, appended to a text. A cell that a spreadsheet would take for a
+/// formula has an apostrophe in front, and so has one that would be taken for such a cell: whoever takes one
+/// away there has the text again.
 class CsvText {
  public:
   explicit CsvText(std::string& text) : text_(text) {}
@@ -13,10 +15,13 @@ class CsvText {
   void cell(std::string_view value) {
     if (!first_) text_ += ',';
     first_ = false;
-    if (value.find_first_of(",\"\r\n") == value.npos)
-      text_.append(value);
-    else
+    const bool marked = value.find_first_of(",\"\r\n") != value.npos;
+    if (marked) text_ += '"';
+    if (isFormula(value)) text_ += '\'';
+    if (marked)
       quoted(value);
+    else
+      text_.append(value);
   }
 
   void endRow() {
@@ -25,8 +30,12 @@ class CsvText {
   }
 
  private:
+  static bool isFormula(std::string_view value) noexcept {
+    const std::size_t first = value.find_first_not_of(" \t\r\n'");
+    return first != value.npos && std::string_view("=+-@").find(value[first]) != std::string_view::npos;
+  }
+
   void quoted(std::string_view value) {
-    text_ += '"';
     for (const char c : value) text_.append(c == '"' ? 2 : 1, c);
     text_ += '"';
   }

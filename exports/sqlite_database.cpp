@@ -1,6 +1,10 @@
 #include "exports/sqlite_database.h"
 
 #include <sqlite3.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <system_error>
 
 #include "messages/message.h"
 
@@ -25,16 +29,50 @@ void SqliteDatabase::Close::operator()(sqlite3* database) const noexcept {
 SqliteDatabase::SqliteDatabase(const std::string& path, std::chrono::milliseconds patience,
                                SqliteAccess access)
     : path_(path) {
+  try {
+    // Another that made the file may have removed it while this one waited.
+    do open(patience, access);
+    while (hasMoved());
+  } catch (...) {
+    removeEmpty();
+    throw;
+  }
+}
+
+SqliteDatabase::~SqliteDatabase() {
+  removeEmpty();
+}
+
+void SqliteDatabase::open(std::chrono::milliseconds patience, SqliteAccess access) {
+  std::error_code ignored;  // what cannot be asked for is told by the database
+  made_ = access == SqliteAccess::write && !std::filesystem::exists(path_, ignored) && !ignored;
   sqlite3* database = nullptr;
   const int mode =
       access == SqliteAccess::read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-  const int code = sqlite3_open_v2(fileName(path).c_str(), &database,
+  const int code = sqlite3_open_v2(fileName(path_).c_str(), &database,
                                    mode | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   database_.reset(database);
   check(code);
   check(sqlite3_busy_timeout(database, static_cast<int>(patience.count())));
   run("PRAGMA cache_size = -65536");
   run(access == SqliteAccess::read ? "BEGIN" : "BEGIN IMMEDIATE");
+}
+
+bool SqliteDatabase::hasMoved() const {
+  int moved = 0;
+  const int code = sqlite3_file_control(database_.get(), nullptr, SQLITE_FCNTL_HAS_MOVED, &moved);
+  return code == SQLITE_OK && moved != 0;
+}
+
+void SqliteDatabase::removeEmpty() noexcept {
+  if (!made_ || !database_) return;
+  // Where the transaction still runs it is taken back first, with its journal. Whoever has waited for it must
+  // not write to what is about to go: so the file is locked again.
+  sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  sqlite3_busy_timeout(database_.get(), 0);
+  if (sqlite3_exec(database_.get(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) != SQLITE_OK) return;
+  std::error_code ignored;  // it is gone, or stays
+  if (!hasMoved() && std::filesystem::file_size(path_, ignored) == 0) unlink(path_.c_str());
 }
 
 void SqliteDatabase::run(const char* statements) {
@@ -49,6 +87,7 @@ std::int64_t SqliteDatabase::number(std::string_view query) {
 
 void SqliteDatabase::commit() {
   run("COMMIT");
+  made_ = false;
 }
 
 void SqliteDatabase::check(int code) const {

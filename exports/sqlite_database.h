@@ -22,12 +22,16 @@ enum class SqliteAccess : std::uint8_t {
 };
 
 /// An open database within a transaction of its own. Without commit(), or when anything throws, the database
-/// stays as it was. Every failure is a TAVException that names the path and the cause.
+/// stays as it was, and is not there if it was not. Every failure is a TAVException that names the path and
+/// the cause.
 class SqliteDatabase {
  public:
   /// Opens the file. Waits up to `patience` for others that are at work.
   SqliteDatabase(const std::string& path, std::chrono::milliseconds patience,
                  SqliteAccess access = SqliteAccess::write);
+  SqliteDatabase(const SqliteDatabase&) = delete;
+  SqliteDatabase& operator=(const SqliteDatabase&) = delete;
+  ~SqliteDatabase();
 
   /// Runs statements without parameters.
   void run(const char* statements);
@@ -42,12 +46,19 @@ class SqliteDatabase {
     void operator()(sqlite3* database) const noexcept;
   };
 
+  void open(std::chrono::milliseconds patience, SqliteAccess access);
+  /// Whether the file at the path is another by now.
+  [[nodiscard]] bool hasMoved() const;
+  /// Removes the file that was made for a transaction that has failed, unless others have written to it.
+  void removeEmpty() noexcept;
+
   /// Throws with the database's own words when `code` is not one of success.
   void check(int code) const;
   [[noreturn]] void failWith(const std::string& cause) const;
 
   std::string path_;
   std::unique_ptr<sqlite3, Close> database_;
+  bool made_ = false;  // whether the file was not there, and nothing is in it yet
 };
 
 /// A prepared statement. Its parameters are numbered from 1, its columns from 0; a parameter that is not

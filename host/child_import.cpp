@@ -111,8 +111,8 @@ void ChildImport::sendSignal(int signal) const noexcept {
 int ChildImport::collect() {
   int status = 0;
   while (waitpid(process_, &status, 0) < 0 && errno == EINTR) continue;
-  const pid_t process = std::exchange(process_, 0);
-  if (WIFSIGNALED(status) && !saved_.empty()) tav::removeUnfinished(TAVString(saved_), process);
+  process_ = 0;
+  if (WIFSIGNALED(status) && !saved_.empty()) tav::removeUnfinished(TAVString(saved_));
   return status;
 }
 

@@ -22,6 +22,7 @@ inline constexpr int kBelowBound = 4;
 inline constexpr int kDiffers = 5;
 inline constexpr int kIncomplete = 6;
 inline constexpr int kFindings = 7;
+inline constexpr int kUntold = 8;
 inline constexpr int kSignalBase = 128;  // plus the number of the signal that ended the program
 
 /// A registered command: its parser, and what to do once that has read the arguments. `run` gives an exit

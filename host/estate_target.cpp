@@ -15,6 +15,7 @@
 #include "host/inputs/content_hash.h"
 #include "host/inputs/input.h"
 #include "host/inputs/semantic_model.h"
+#include "host/output.h"
 #include "host/standard_output.h"
 #include "host/summary.h"
 #include "messages/message.h"
@@ -131,12 +132,12 @@ int importIntoEstate(const std::string& input, const EstateTarget& target, const
   ImportScope wanted = scope;
   wanted.empty = false;
   const int code = runImport(opened, "", log, wanted, [&](const tav::DetailedModel& model) {
-    tav::importIntoEstate(target.path, definition, model, stateOf(log), target.history, log.getWarnings());
     summary = summarize(model);
+    tav::importIntoEstate(target.path, definition, model, stateOf(log), target.history, log.getWarnings());
     return false;
   });
-  if (code == kDone || code == kIncomplete) tellSummary(summary, target.path, target.json, log);
-  return code;
+  if (code != kDone && code != kIncomplete) return code;
+  return tellOfWork(code, log, [&] { tellSummary(summary, target.path, target.json, log); });
 }
 
 int importIntoEstate(const std::vector<std::string>& inputs, std::size_t jobs, const EstateTarget& target,
@@ -151,8 +152,7 @@ int importIntoEstate(const std::vector<std::string>& inputs, std::size_t jobs, c
       log.logEventOf(source, tav::messageEvent(target.prune ? tav::Message::definitionRemoved
                                                             : tav::Message::definitionGone));
   }
-  tellEstate(work.files, run, target.json, log);
-  return exitCodeOf(run);
+  return tellOfWork(exitCodeOf(run), log, [&] { tellEstate(work.files, run, target.json, log); });
 }
 
 }  // namespace host

@@ -6,6 +6,7 @@
 #include "host/estate_plan.h"
 #include "host/estate_target.h"
 #include "host/import_run.h"
+#include "host/output.h"
 #include "host/summary.h"
 #include "messages/message.h"
 
@@ -48,8 +49,8 @@ int importFile(const Arguments& arguments, MessageLog& log) {
         summary = summarize(model);
         return true;
       });
-  if (code == kDone || code == kIncomplete) tellSummary(summary, arguments.output, arguments.json, log);
-  return code;
+  if (code != kDone && code != kIncomplete) return code;
+  return tellOfWork(code, log, [&] { tellSummary(summary, arguments.output, arguments.json, log); });
 }
 
 int importFiles(const Arguments& arguments, MessageLog& log) {
@@ -63,8 +64,7 @@ int importFiles(const Arguments& arguments, MessageLog& log) {
   std::vector<std::string> options;
   if (!arguments.scope.details) options.emplace_back("--no-details");
   const EstateRun run = importEstate(files, static_cast<std::size_t>(arguments.jobs), options, log);
-  tellEstate(files, run, arguments.json, log);
-  return exitCodeOf(run);
+  return tellOfWork(exitCodeOf(run), log, [&] { tellEstate(files, run, arguments.json, log); });
 }
 
 int importIntoEstate(const Arguments& arguments, MessageLog& log) {

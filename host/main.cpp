@@ -9,6 +9,7 @@
 #include "framework/std/mask.h"
 #include "host/command.h"
 #include "host/kind_option.h"
+#include "host/out_of_memory.h"
 #include "host/signals.h"
 #include "host/standard_output.h"
 #include "host/version.h"
@@ -92,13 +93,18 @@ int runProgram(int argc, char** argv, MessageLog& log) {
 int runGuarded(int argc, char** argv) {
   MessageLog log;
   try {
-    return runProgram(argc, argv, log);
-  } catch (const TAVException& error) {
-    log.logFailure(error.getMessage());
+    try {
+      return runProgram(argc, argv, log);
+    } catch (const TAVException& error) {
+      log.logFailure(error.getMessage());
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      log.logEvent(tav::messageEvent(tav::Message::internalError, {error.what()}));
+    }
   } catch (const std::bad_alloc&) {
-    log.logEvent(tav::messageEvent(tav::Message::outOfMemory));
-  } catch (const std::exception& error) {
-    log.logEvent(tav::messageEvent(tav::Message::internalError, {error.what()}));
+    log.clearProgress();
+    tellOutOfMemory(log.format == LogFormat::json);
   }
   return kFailed;
 }

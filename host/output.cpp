@@ -1,6 +1,11 @@
 #include "host/output.h"
 
+#include <new>
+
 #include "framework/serialization/replacing_file.h"
+#include "framework/std/exception.h"
+#include "host/command.h"
+#include "host/out_of_memory.h"
 #include "host/standard_output.h"
 
 namespace host {
@@ -15,6 +20,20 @@ void writeOutput(const std::string& output, const std::function<void(std::ostrea
     write(out.stream());
     out.commit();
   }
+}
+
+int tellOfWork(int code, MessageLog& log, const std::function<void()>& tell) {
+  try {
+    try {
+      tell();
+      return code;
+    } catch (const TAVException& error) {
+      log.logFailure(error.getMessage());
+    }
+  } catch (const std::bad_alloc&) {
+    tellOutOfMemory(log.format == LogFormat::json);
+  }
+  return kUntold;
 }
 
 }  // namespace host

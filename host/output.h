@@ -1,15 +1,22 @@
 #pragma once
 
-// Where a command's result goes: standard output, or a file that is replaced as a whole.
+// Where a command's result goes: standard output, or a file that is replaced as a whole; and what is told of
+// it.
 
 #include <functional>
 #include <ostream>
 #include <string>
+
+#include "host/message_log.h"
 
 namespace host {
 
 /// Lets `write` write to the file `output`, or to standard output when that is "-". The file is replaced when
 /// everything is written; a failure throws and leaves it as it was.
 void writeOutput(const std::string& output, const std::function<void(std::ostream& out)>& write);
+
+/// Tells of work that is done and gives its exit code. When that cannot be written the work stays, and the
+/// failure and the exit code say so.
+int tellOfWork(int code, MessageLog& log, const std::function<void()>& tell);
 
 }  // namespace host

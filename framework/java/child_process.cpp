@@ -197,7 +197,10 @@ ProcessEnd ChildProcess::collect() {
   strikeProcess(process_);
   const pid_t process = std::exchange(process_, 0);
   int status = 0;
-  if (result != 0 || waitpid(process, &status, 0) != process) return {false, -1};
+  pid_t ended = 0;
+  do ended = waitpid(process, &status, 0);
+  while (ended < 0 && errno == EINTR);
+  if (result != 0 || ended != process) return {false, -1};
   return WIFSIGNALED(status) ? ProcessEnd{true, WTERMSIG(status)} : ProcessEnd{false, WEXITSTATUS(status)};
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cassert>
 #include <functional>
+#include <memory>
+#include <new>
 
 #include "framework/model/end_walk.h"
 #include "framework/model/indexes.h"
@@ -125,21 +127,60 @@ void leaveLinks(TAVObject& object) {
   }
 }
 
-/// Marks an object and all that it contains as going, and lists them. Objects of one tree name each other all
-/// over: without the marks each would put right the collections and indexes of others that go as well.
-std::vector<TAVObject*> doom(TAVObject& root) {
-  std::vector<TAVObject*> tree;
-  std::vector<TAVObject*> waiting{&root};
-  while (!waiting.empty()) {
-    TAVObject& object = *waiting.back();
-    waiting.pop_back();
-    LinkAccess::doomed(object) = true;
-    tree.push_back(&object);
-    for (const LinkInfo& link : classInfo(object.classId()).parts)
-      forEachAt(*link.row, object, [&](TAVObject& part) { waiting.push_back(&part); });
+/// An object and all that it contains, marked as going. Objects of one tree name each other all over: without
+/// the marks each would put right the collections and indexes of others that go as well. To be listed takes
+/// no memory: what goes needs its container no longer, and that end names the next instead.
+class Doomed {
+ public:
+  explicit Doomed(TAVObject& root) noexcept : root_(&root), last_(&root) {
+    mark(root);
+    for (TAVObject* object = root_; object; object = next(*object))
+      for (const LinkInfo& link : classInfo(object->classId()).parts)
+        forEachAt(*link.row, *object, [&](TAVObject& part) { append(part, link.opposite); });
   }
-  return tree;
-}
+
+  [[nodiscard]] std::size_t count() const noexcept { return count_; }
+
+  /// Calls `visit` for each, which may delete it.
+  template <class F> void forEach(F visit) const {
+    for (TAVObject* object = root_; object;) {
+      TAVObject* const following = next(*object);
+      visit(*object);
+      object = following;
+    }
+  }
+
+ private:
+  void mark(TAVObject& object) noexcept {
+    LinkAccess::doomed(object) = true;
+    ++count_;
+  }
+
+  void append(TAVObject& part, LinkNumber container) noexcept {
+    mark(part);
+    LinkAccess::slot(LinkAccess::one(container, part)).other = nullptr;
+    Numbering::set(part, container);
+    if (last_ == root_)
+      second_ = &part;
+    else
+      LinkAccess::slot(LinkAccess::one(rowOf(*last_), *last_)).other = &part;
+    last_ = &part;
+  }
+
+  /// Which end of a part names the next.
+  static LinkNumber rowOf(const TAVObject& part) noexcept {
+    return static_cast<LinkNumber>(Numbering::get(part));
+  }
+
+  [[nodiscard]] TAVObject* next(TAVObject& object) const noexcept {
+    return &object == root_ ? second_ : LinkAccess::slot(LinkAccess::one(rowOf(object), object)).other;
+  }
+
+  TAVObject* root_;
+  TAVObject* second_ = nullptr;  // the root may have no container
+  TAVObject* last_;
+  std::size_t count_ = 0;
+};
 
 void leaveContainer(TAVObject& object) noexcept {
   for (const LinkInfo& link : classInfo(object.classId()).links)
@@ -235,14 +276,19 @@ Owned<TAVObject> takeOut(TAVObject& object) noexcept {
 
 void DestroyTree::operator()(TAVObject* object) const noexcept {
   leaveContainer(*object);
-  std::vector<TAVObject*> tree = doom(*object);
-  // Objects given back in the order of memory let the allocator join their places at once: a tenth of the
-  // time of an import with many measures.
-  std::sort(tree.begin(), tree.end(), std::less<>());
-  for (TAVObject* part : tree) {
+  const Doomed tree(*object);
+  const auto end = [](TAVObject* part) {
     leaveLinks(*part);
     delete part;
-  }
+  };
+  // Objects given back in the order of memory let the allocator join their places at once: a tenth of the
+  // time of an import with many measures. Without the memory to sort them they go in any order.
+  const std::unique_ptr<TAVObject*[]> sorted(new (std::nothrow) TAVObject*[tree.count()]);
+  if (!sorted) return tree.forEach([&](TAVObject& part) { end(&part); });
+  TAVObject** last = sorted.get();
+  tree.forEach([&](TAVObject& part) { *last++ = &part; });
+  std::sort(sorted.get(), last, std::less<>());
+  std::for_each(sorted.get(), last, end);
 }
 
 void DeleteIndexes::operator()(Indexes* indexes) const noexcept {
@@ -253,17 +299,26 @@ void DeleteIndexes::operator()(Indexes* indexes) const noexcept {
 
 void TAVObject::setName(TAVString name) {
   using namespace tav;  // NOLINT(google-build-using-namespace)
-  for (const LinkInfo& link : classInfo(classId()).links) {
-    const bool listed = link.row->kind == LinkKind::container || link.row->kind == LinkKind::hidden;
-    if (!listed || !kLinkRows[link.opposite].isMany()) continue;
-    forEachSlot(link, *this, [&](const Slot& slot) {
-      if (!slot.other) return;
-      // Told before the name changes: an index knows an object by the hash of the name it has.
-      const ManyData& data = *LinkAccess::many(link.opposite, *slot.other);
+  const auto forEachList = [&](auto visit) {
+    for (const LinkInfo& link : classInfo(classId()).links) {
+      const bool listed = link.row->kind == LinkKind::container || link.row->kind == LinkKind::hidden;
+      if (!listed || !kLinkRows[link.opposite].isMany()) continue;
+      forEachSlot(link, *this, [&](const Slot& slot) {
+        if (slot.other) visit(*LinkAccess::many(link.opposite, *slot.other), slot.peer);
+      });
+    }
+  };
+  try {
+    // Told before the name changes: an index knows an object by the hash of the name it has.
+    forEachList([&](const ManyData& data, std::uint32_t place) {
       if (!data.indexes) return;
-      if (data.indexes->names) data.indexes->names->rename(data.slots, slot.peer, name.view());
+      if (data.indexes->names) data.indexes->names->rename(data.slots, place, name.view());
       if (data.indexes->numbers) data.indexes->numbers->release(name_.view());
     });
+  } catch (...) {
+    // Some know the new name already; they are made anew at the next question.
+    forEachList([](ManyData& data, std::uint32_t /*place*/) { data.indexes.reset(); });
+    throw;
   }
   name_ = std::move(name);
 }

@@ -55,9 +55,10 @@ bool containsObject(ManyData& data, TAVObject& object) {
   if (data.slots.size() <= kSmall) return scan(data, object);
   Indexes& indexes = indexesOf(data);
   if (!indexes.members) {
-    indexes.members = std::make_unique<std::unordered_map<const TAVObject*, std::uint32_t>>();
+    auto members = std::make_unique<std::unordered_map<const TAVObject*, std::uint32_t>>();
     for (const Slot& slot : data.slots)
-      if (slot.other) ++(*indexes.members)[slot.other];
+      if (slot.other) ++(*members)[slot.other];
+    indexes.members = std::move(members);
   }
   return indexes.members->contains(&object);
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <new>
 
 #include "framework/model/object.h"
 
@@ -96,14 +97,19 @@ UniqueNumbers::Numbers& UniqueNumbers::of(std::string_view stem) {
   return found != stems_.end() ? found->second : stems_[std::string(stem)];
 }
 
-void UniqueNumbers::release(std::string_view name) {
+void UniqueNumbers::release(std::string_view name) noexcept {
   const std::size_t digits = name.find_last_not_of("0123456789") + 1;
   if (digits == 0 || digits == name.size() || name[digits] == '0') return;
   std::uint32_t number = 0;
   const auto [end, error] = std::from_chars(name.data() + digits, name.data() + name.size(), number);
   if (error != std::errc()) return;
   const auto found = stems_.find(name.substr(0, digits));
-  if (found != stems_.end() && number >= 2 && number < found->second.next) found->second.freed.insert(number);
+  if (found == stems_.end() || number < 2 || number >= found->second.next) return;
+  try {
+    found->second.freed.insert(number);
+  } catch (const std::bad_alloc&) {
+    stems_.erase(found);  // its numbers are then tried from 2 on again
+  }
 }
 
 }  // namespace tav

@@ -58,7 +58,7 @@ class UniqueNumbers {
   };
   Numbers& of(std::string_view stem);
   /// Frees the number that `name` ends in, when it was one of ours.
-  void release(std::string_view name);
+  void release(std::string_view name) noexcept;
 
  private:
   std::unordered_map<std::string, Numbers, TextHash, std::equal_to<>> stems_;

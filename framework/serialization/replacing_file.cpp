@@ -1,11 +1,13 @@
 #include "framework/serialization/replacing_file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
@@ -54,10 +56,44 @@ std::string targetOf(const std::string& path) {
   failWith(path, "its links lead in a circle");
 }
 
-/// What the names of unfinished files begin with. The process is named so that they can be told from those of
-/// others when it was killed.
-std::string temporaryOf(const std::string& target, pid_t process) {
-  return target + "." + std::to_string(process) + ".";
+constexpr int kMostUnfinished = 1000;  // files that are written beside one target at the same time
+constexpr int kPlacesCleared = 16;     // the first of them, which is where leftovers are
+
+std::string unfinishedOf(const std::string& target, int number) {
+  return target + ".unfinished-" + std::to_string(number);
+}
+
+bool isAt(int descriptor, const std::string& path) noexcept {
+  struct stat opened {};
+  struct stat there {};
+  return fstat(descriptor, &opened) == 0 && lstat(path.c_str(), &there) == 0 &&
+         opened.st_ino == there.st_ino && opened.st_dev == there.st_dev;
+}
+
+/// Makes an unfinished file, locked as long as it is open; -1 with the error in errno when it cannot be made.
+int createLocked(const std::string& path) noexcept {
+  const int descriptor =
+      open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  if (descriptor < 0) return -1;
+  // Where a file system has no locks, what was left behind stays; where another is about to clear this one
+  // away, it is not there any longer.
+  if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
+    if (isAt(descriptor, path)) return descriptor;
+  close(descriptor);
+  errno = EEXIST;
+  return -1;
+}
+
+/// Removes an unfinished file whose writer has ended without removing it, as after it was killed.
+void clear(const std::string& path) noexcept {
+  const int descriptor = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor < 0) return;
+  if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 && isAt(descriptor, path)) unlink(path.c_str());
+  close(descriptor);
+}
+
+void clearUnfinished(const std::string& target) {
+  for (int number = 1; number <= kPlacesCleared; ++number) clear(unfinishedOf(target, number));
 }
 
 mode_t modeOfNewFiles() noexcept {
@@ -101,14 +137,47 @@ class ReplacingFile::Buffer : public std::streambuf {
     strikeTemporary(temporary_.c_str());
   }
 
-  void commit() {
+  /// Lets everything be on disk, so that nothing but the name is left to be given.
+  void finish() {
     writeOut();
+    if (!temporary_.empty() && fsync(descriptor_) != 0) failWith(target_, reason());
+  }
+
+  void rename() {
     if (temporary_.empty()) return;
-    if (fsync(descriptor_) != 0) failWith(target_, reason());
-    if (close(std::exchange(descriptor_, -1)) != 0) failWith(target_, reason());
-    if (rename(temporary_.c_str(), target_.c_str()) != 0) failWith(target_, reason());
-    strikeTemporary(temporary_.c_str());
-    temporary_.clear();
+    if (::rename(temporary_.c_str(), target_.c_str()) != 0) failWith(target_, reason());
+    leaveTemporary();
+  }
+
+  /// Gives the file its name such that this can be undone, as far as the file system lets it.
+  void exchange() {
+    if (temporary_.empty()) return;
+    if (swap(RENAME_EXCHANGE))
+      exchanged_ = true;
+    else if (errno == ENOENT ? !swap(RENAME_NOREPLACE) : errno != EINVAL && errno != ENOSYS)
+      failWith(target_, reason());
+    else if (errno == EINVAL || errno == ENOSYS)
+      rename();
+    else
+      made_ = true;
+  }
+
+  /// Puts back what exchange() has replaced.
+  void undo() noexcept {
+    if (exchanged_) swap(RENAME_EXCHANGE);
+    if (made_) ::rename(target_.c_str(), temporary_.c_str());
+  }
+
+  /// Lets go of what exchange() has replaced.
+  void settle() noexcept {
+    if (exchanged_) unlink(temporary_.c_str());
+    if (exchanged_ || made_) leaveTemporary();
+    syncFolderOf(target_);
+  }
+
+  void commit() {
+    finish();
+    rename();
     syncFolderOf(target_);
   }
 
@@ -157,15 +226,25 @@ class ReplacingFile::Buffer : public std::streambuf {
 
   void createBeside(mode_t mode) {
     const HeldSignals held;
-    temporary_ = temporaryOf(target_, getpid()) + "XXXXXX";
-    descriptor_ = mkostemp(temporary_.data(), O_CLOEXEC);
-    if (descriptor_ < 0) {
-      temporary_.clear();
-      failWith(target_, reason());
+    clearUnfinished(target_);
+    for (int number = 1; descriptor_ < 0; ++number) {
+      std::string path = unfinishedOf(target_, number);
+      descriptor_ = createLocked(path);
+      if (descriptor_ >= 0) temporary_ = std::move(path);
+      if (descriptor_ < 0 && (errno != EEXIST || number == kMostUnfinished)) failWith(target_, reason());
     }
     enlistTemporary(temporary_.c_str());
     // A file system without modes refuses this; the file is then as that file system makes files.
     static_cast<void>(fchmod(descriptor_, mode));
+  }
+
+  bool swap(unsigned flags) noexcept {
+    return renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target_.c_str(), flags) == 0;
+  }
+
+  void leaveTemporary() noexcept {
+    strikeTemporary(temporary_.c_str());
+    temporary_.clear();
   }
 
   void writeOut() {
@@ -187,6 +266,8 @@ class ReplacingFile::Buffer : public std::streambuf {
   std::string temporary_;  // empty once it is in place, or when the target is written to directly
   std::vector<char> bytes_;
   int descriptor_ = -1;
+  bool exchanged_ = false;
+  bool made_ = false;
 };
 
 ReplacingFile::ReplacingFile(const TAVString& target)
@@ -204,17 +285,20 @@ void ReplacingFile::commit() {
   buffer_->commit();
 }
 
-void removeUnfinished(const TAVString& target, pid_t process) {
-  const std::optional<std::string> file = followed(target.str());
-  if (!file) return;
-  const std::filesystem::path beginning = temporaryOf(*file, process);
-  const std::filesystem::path folder = beginning.parent_path();
-  std::error_code error;
-  std::filesystem::directory_iterator entries(folder.empty() ? "." : folder, error);
-  for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
-    if (entries->path().filename().string().starts_with(beginning.filename().string()))
-      unlink(entries->path().c_str());
+void ReplacingFile::commitAll(std::span<ReplacingFile* const> files) {
+  for (ReplacingFile* file : files) file->buffer_->finish();
+  std::size_t done = 0;
+  try {
+    for (; done < files.size(); ++done) files[done]->buffer_->exchange();
+  } catch (...) {
+    while (done > 0) files[--done]->buffer_->undo();
+    throw;
   }
+  for (ReplacingFile* file : files) file->buffer_->settle();
+}
+
+void removeUnfinished(const TAVString& target) {
+  if (const std::optional<std::string> file = followed(target.str())) clearUnfinished(*file);
 }
 
 }  // namespace tav

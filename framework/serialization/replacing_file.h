@@ -2,10 +2,9 @@
 
 // Output that is either whole or not there.
 
-#include <sys/types.h>
-
 #include <memory>
 #include <ostream>
+#include <span>
 
 #include "framework/api.h"
 #include "framework/std/string.h"
@@ -29,6 +28,9 @@ class TAV_API ReplacingFile {
   std::ostream& stream() noexcept;
   /// Puts the file in place once everything is on disk.
   void commit();
+  /// The same for several, of which all are put in place or none. Where the file system cannot exchange two
+  /// files, those that were put in place before one that failed stay.
+  static void commitAll(std::span<ReplacingFile* const> files);
 
  private:
   class Buffer;
@@ -36,8 +38,8 @@ class TAV_API ReplacingFile {
   std::unique_ptr<std::ostream> stream_;
 };
 
-/// Removes what a process that has ended, of its own file system and process numbers, left unfinished beside
-/// `target`, as after it was killed. A folder that cannot be read is left alone.
-TAV_API void removeUnfinished(const TAVString& target, pid_t process);
+/// Removes what processes that have ended left unfinished beside `target`, as after they were killed. A
+/// ReplacingFile begins with it. Files of others, and those that cannot be looked at, are left alone.
+TAV_API void removeUnfinished(const TAVString& target);
 
 }  // namespace tav

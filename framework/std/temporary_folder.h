@@ -4,7 +4,9 @@
 
 namespace tav {
 
-/// A temporary folder, removed with all that is in it at the end of its life, or by endUnfinishedWork().
+/// A temporary folder, removed with all that is in it at the end of its life, or by endUnfinishedWork(). It
+/// is locked meanwhile: those of the same prefix whose processes were killed are removed with the making of
+/// the next.
 class TAV_API TemporaryFolder {
  public:
   /// Makes it as TAVFile::makeTempDir() does.
@@ -17,6 +19,7 @@ class TAV_API TemporaryFolder {
 
  private:
   TAVFile folder_;
+  int descriptor_ = -1;
 };
 
 }  // namespace tav

@@ -1,25 +1,17 @@
 #include "host/inputs/content_hash.h"
 
-#include <openssl/evp.h>
-
 #include <filesystem>
-#include <memory>
-#include <new>
 #include <vector>
 
+#include "exports/sha256.h"
 #include "framework/std/file_reader.h"
 #include "host/inputs/folder.h"
 
 namespace host {
 namespace {
 
-class Hash {
+class Hash : public tav::Sha256 {
  public:
-  Hash() : context_(EVP_MD_CTX_new(), &EVP_MD_CTX_free) {
-    if (!context_ || EVP_DigestInit_ex(context_.get(), EVP_sha256(), nullptr) != 1) throw std::bad_alloc();
-  }
-
-  void add(std::string_view bytes) { EVP_DigestUpdate(context_.get(), bytes.data(), bytes.size()); }
   /// A text whose end counts, so that two that share their letters otherwise differ.
   void addText(std::string_view text) {
     add(std::to_string(text.size()) + ":");
@@ -34,19 +26,6 @@ class Hash {
     for (std::size_t size = 0; (size = file.read(chunk.data(), chunk.size())) > 0;) add({chunk.data(), size});
     return file.getError().empty();
   }
-
-  std::string finish() {
-    std::array<unsigned char, EVP_MAX_MD_SIZE> bytes{};
-    unsigned int size = 0;
-    EVP_DigestFinal_ex(context_.get(), bytes.data(), &size);
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    std::string text;
-    for (unsigned int i = 0; i < size; ++i) text.append({kDigits[bytes[i] >> 4U], kDigits[bytes[i] & 0xFU]});
-    return text;
-  }
-
- private:
-  std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context_;
 };
 
 /// Whether all files of a report could be read.

@@ -1,0 +1,10 @@
+#pragma once
+
+// What the program does when there is no memory, not even to say so.
+
+namespace host {
+
+/// Says on standard error that memory has run out, in the format that was asked for. Takes no memory.
+void tellOutOfMemory(bool json) noexcept;
+
+}  // namespace host

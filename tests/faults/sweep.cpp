@@ -1,0 +1,187 @@
+// Lets each call of the program to the system fail in turn, and looks at what becomes of it: see
+// commands.txt.
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sqlite3.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <iostream>
+#include <set>
+
+#include "tests/faults/fault_plan.h"
+#include "tests/faults/faulty_run.h"
+
+namespace tav::test {
+namespace {
+
+/// One way in which calls of a kind fail.
+struct Fault {
+  FaultKind kind;
+  const char* name;
+  int error;      // 0: half of the bytes
+  bool overcome;  // whether the program is to go on as if nothing had been
+  bool from;      // whether all calls behind the first fail, too
+};
+
+constexpr std::array kFaults{
+    Fault{faultMemory, "memory", ENOMEM, false, false},
+    Fault{faultMemory, "all memory from there on", ENOMEM, false, true},
+    Fault{faultMap, "mmap ENOMEM", ENOMEM, false, false},
+    Fault{faultOpen, "open EMFILE", EMFILE, false, false},
+    Fault{faultOpen, "open EACCES", EACCES, false, false},
+    Fault{faultOpen, "open EIO", EIO, false, false},
+    Fault{faultOpen, "open ENOSPC", ENOSPC, false, false},
+    Fault{faultRead, "read EIO", EIO, false, false},
+    Fault{faultRead, "read EINTR", EINTR, true, false},
+    Fault{faultRead, "read half", 0, true, false},
+    Fault{faultWrite, "write ENOSPC", ENOSPC, false, false},
+    Fault{faultWrite, "write EIO", EIO, false, false},
+    Fault{faultWrite, "write EINTR", EINTR, true, false},
+    Fault{faultWrite, "write half", 0, true, false},
+    Fault{faultWrite, "all writes from there on ENOSPC", ENOSPC, false, true},
+    Fault{faultSync, "fsync EIO", EIO, false, false},
+    Fault{faultSync, "fsync ENOSPC", ENOSPC, false, false},
+    Fault{faultTruncate, "ftruncate EIO", EIO, false, false},
+    Fault{faultRename, "rename EACCES", EACCES, false, false},
+    Fault{faultRename, "rename EIO", EIO, false, false},
+    Fault{faultRename, "rename ENOSPC", ENOSPC, false, false},
+    Fault{faultClose, "close EIO", EIO, false, false},
+    Fault{faultClose, "close EINTR", EINTR, true, false},
+    Fault{faultPipe, "pipe EMFILE", EMFILE, false, false},
+    Fault{faultSpawn, "fork EAGAIN", EAGAIN, false, false},
+    Fault{faultWait, "waitpid EINTR", EINTR, true, false},
+    Fault{faultWait, "waitpid ECHILD", ECHILD, false, false},
+    Fault{faultPoll, "poll EINTR", EINTR, true, false},
+    Fault{faultPoll, "poll ENOMEM", ENOMEM, false, false},
+};
+
+/// What a sweep of one kind of fault gave.
+struct Tally {
+  long calls = 0;
+  long tried = 0;
+  long overcome = 0;
+  long refused = 0;
+  long faulty = 0;
+};
+
+/// The calls of one command, started from one state, that are to fail in one way.
+struct Series {
+  const Scene* scene;
+  std::size_t fault;
+  long calls;
+};
+
+class Sweep {
+ public:
+  /// Tries every `step`-th call of those that are many.
+  Sweep(std::vector<Scene>& scenes, Stage& stage) : scenes_(scenes), stage_(stage) {
+    for (const Scene& scene : scenes_)
+      for (std::size_t i = 0; i < kFaults.size(); ++i)
+        if (const long calls = scene.calls[kFaults[i].kind]; calls > 0) series_.push_back({&scene, i, calls});
+  }
+
+  /// How many runs it takes to try every call.
+  [[nodiscard]] long size() const {
+    long sum = 0;
+    for (const Series& series : series_) sum += series.calls;
+    return sum;
+  }
+
+  void run(long most) {
+    long step = 1;
+    while (runs(step) > most && step < size()) step += std::max(1L, step / 8);
+    for (const Series& series : series_) {
+      Tally& tally = tallies_[series.fault];
+      tally.calls += series.calls;
+      const long stride = std::max(1L, std::min(step, series.calls / kFewest));
+      // The same calls each time, but not the same of every series.
+      first_ = (first_ * 7 + 3) % stride;
+      for (long n = 1 + first_; n <= series.calls; n += stride) tryCall(series, n, tally);
+    }
+  }
+
+  void print(std::ostream& out) const {
+    out << fmt::format("{:<34}{:>9}{:>9}{:>10}{:>9}{:>8}\n", "fault", "calls", "tried", "overcome", "refused",
+                       "faulty");
+    Tally sum;
+    for (std::size_t i = 0; i < kFaults.size(); ++i) {
+      printRow(out, kFaults[i].name, tallies_[i]);
+      sum.calls += tallies_[i].calls;
+      sum.tried += tallies_[i].tried;
+      sum.overcome += tallies_[i].overcome;
+      sum.refused += tallies_[i].refused;
+      sum.faulty += tallies_[i].faulty;
+    }
+    printRow(out, "all", sum);
+  }
+
+  [[nodiscard]] bool isClean() const {
+    return std::all_of(tallies_.begin(), tallies_.end(),
+                       [](const Tally& tally) { return tally.faulty == 0; });
+  }
+
+ private:
+  static constexpr long kFewest = 12;  // calls of a series that are tried, if there are as many
+
+  static void printRow(std::ostream& out, std::string_view name, const Tally& tally) {
+    out << fmt::format("{:<34}{:>9}{:>9}{:>10}{:>9}{:>8}\n", name, tally.calls, tally.tried, tally.overcome,
+                       tally.refused, tally.faulty);
+  }
+
+  [[nodiscard]] long runs(long step) const {
+    long sum = 0;
+    for (const Series& series : series_)
+      sum += series.calls / std::max(1L, std::min(step, series.calls / kFewest));
+    return sum;
+  }
+
+  void tryCall(const Series& series, long n, Tally& tally) {
+    const Fault& fault = kFaults[series.fault];
+    stage_.plan(fault.kind, n, fault.from ? LONG_MAX : n, fault.error);
+    const Ending ending = stage_.run(*series.scene);
+    const std::string wrong = stage_.judge(*series.scene, ending, fault.overcome);
+    ++tally.tried;
+    if (!wrong.empty()) {
+      ++tally.faulty;
+      std::cout << fmt::format("{}, {}, call {}: {}\n", series.scene->name, fault.name, n, wrong)
+                << std::flush;
+    } else {
+      ++(ending.code == series.scene->code ? tally.overcome : tally.refused);
+    }
+  }
+
+  std::vector<Scene>& scenes_;
+  Stage& stage_;
+  std::vector<Series> series_;
+  std::array<Tally, kFaults.size()> tallies_{};
+  long first_ = 0;
+};
+
+}  // namespace
+
+int sweep(long most, const std::string& only) {
+  Stage stage;
+  std::vector<Scene> scenes = stage.loadScenes(only);
+  Sweep sweep(scenes, stage);
+  std::cout << fmt::format("{} commands and states, {} runs to try every call\n", scenes.size(), sweep.size())
+            << std::flush;
+  sweep.run(most > 0 ? most : LONG_MAX);
+  sweep.print(std::cout);
+  return sweep.isClean() ? 0 : 1;
+}
+
+}  // namespace tav::test
+
+// sweep_faults MOST [NAME]: at most about so many runs, 0 for all; only commands whose names begin with NAME.
+int main(int argc, char** argv) {
+  const long most = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 0;
+  const char* thorough = std::getenv("XMLA_THOROUGH");
+  return tav::test::sweep(thorough && *thorough ? 0 : most, argc > 2 ? argv[2] : "");
+}
