@@ -1,6 +1,10 @@
 #include "host/output.h"
 
+#include <unistd.h>
+
 #include "framework/serialization/replacing_file.h"
+#include "host/message_log.h"
+#include "host/pager.h"
 #include "host/standard_output.h"
 
 namespace host {
@@ -14,6 +18,21 @@ void writeOutput(const std::string& output, const std::function<void(std::ostrea
     tav::ReplacingFile out{TAVString(output)};
     write(out.stream());
     out.commit();
+  }
+}
+
+void writeAnswer(const std::string& output, MessageLog& log,
+                 const std::function<void(std::ostream& out, const tav::TextStyle& style)>& write) {
+  if (output != "-") return writeOutput(output, [&](std::ostream& out) { write(out, {}); });
+  const tav::TextStyle style = styleOfOutput(log.terminal);
+  if (!log.terminal.pager || !isTerminal(STDOUT_FILENO))
+    return writeOutput(output, [&](std::ostream& out) { write(out, style); });
+  PagedOutput out(log);
+  try {
+    write(out.stream(), style);
+    out.finish();
+  } catch (const ClosedPipe&) {
+    if (!out.isPaged()) throw;
   }
 }
 

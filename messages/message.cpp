@@ -110,6 +110,9 @@ constexpr std::array kRows{
                "A .pbit file is damaged, or made to grow beyond all measure when it is unpacked."},
     MessageRow{Message::fileListedTwice, "XMLABRIDGE_W0047",
                "{0}: the project {1} lists this file twice; it is read once.", "Nothing is lost."},
+    MessageRow{Message::pagerNotStarted, "XMLABRIDGE_W0048",
+               "The pager '{0}' cannot be started; the answer is shown without.",
+               "XMLA_PAGER or PAGER names something that is no program."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };
@@ -139,6 +142,11 @@ TAVString textOf(const MessageRow& row, std::initializer_list<std::string_view> 
 }
 
 }  // namespace
+
+bool endsInList(std::string_view identifier) noexcept {
+  const auto is = [&](Message message) { return rowOf(message).identifier == identifier; };
+  return is(Message::ambiguousName) || is(Message::unknownName) || is(Message::unknownInModels);
+}
 
 std::span<const MessageRow> messageRows() noexcept {
   return kRows;
