@@ -1,10 +1,12 @@
 #include "checks/rule_file.h"
 
+#include <re2/re2.h>
 #include <yaml-cpp/yaml.h>
 
 #include <algorithm>
 #include <charconv>
 #include <numeric>
+#include <set>
 #include <utility>
 
 #include "messages/message.h"
@@ -69,8 +71,7 @@ std::string offer(std::string_view word, const std::vector<std::string_view>& wo
 std::vector<CheckSettings> defaults() {
   std::vector<CheckSettings> settings;
   for (const CheckRule& rule : checkRules())
-    settings.push_back(
-        {rule.severity, rule.floor, {rule.kinds.begin(), rule.kinds.end()}, {}, std::nullopt, {}});
+    settings.push_back({rule.severity, rule.floor, {rule.kinds.begin(), rule.kinds.end()}, {}, nullptr, {}});
   return settings;
 }
 
@@ -119,8 +120,13 @@ class RuleFileReader {
     failAt(node.Mark(), cause);
   }
 
+  /// A map that says each thing once.
   void expectMap(const YAML::Node& node, const std::string& what) const {
     if (!node.IsMap()) failAt(node, what + " is a map of names and values");
+    std::set<std::string> names;
+    for (const auto& entry : node)
+      if (entry.first.IsScalar() && !names.insert(entry.first.Scalar()).second)
+        failAt(entry.first, "'" + entry.first.Scalar() + "' is there twice");
   }
 
   [[nodiscard]] std::string textOf(const YAML::Node& node) const {
@@ -214,11 +220,9 @@ class RuleFileReader {
 
   void readPattern(const YAML::Node& node, CheckSettings& settings) {
     settings.pattern = textOf(node);
-    try {
-      settings.regex.emplace(settings.pattern);
-    } catch (const std::regex_error& error) {
-      failAt(node, std::string("no regular expression: ") + error.what());
-    }
+    const auto regex = std::make_shared<re2::RE2>(settings.pattern, re2::RE2::Quiet);
+    if (!regex->ok()) failAt(node, "no regular expression: " + regex->error());
+    settings.regex = regex;
   }
 
   void readExceptions(const YAML::Node& node, CheckSettings& settings) {

@@ -1,5 +1,7 @@
 #include "checks/rules.h"
 
+#include <re2/re2.h>
+
 #include <algorithm>
 #include <array>
 #include <map>
@@ -117,14 +119,11 @@ Findings findWithoutFormat(const CheckSubject& subject, const CheckSettings& set
 }
 
 Findings findOtherNames(const CheckSubject& subject, const CheckSettings& settings) {
-  // Matching takes more than linear time and memory: longer names are judged by their beginning.
-  constexpr std::size_t kMatched = 256;
   if (!settings.regex) return {};
   return judgeNodes(subject, settings, [&](NodeId id) {
     const std::string name = subject.graph.name(id);
-    return std::regex_search(name.substr(0, kMatched), *settings.regex)
-               ? std::string()
-               : "its name does not match " + settings.pattern;
+    return re2::RE2::PartialMatch(name, *settings.regex) ? std::string()
+                                                         : "its name does not match " + settings.pattern;
   });
 }
 
@@ -151,7 +150,7 @@ Findings findPasswords(const CheckSubject& subject, const CheckSettings& /*setti
   for (const TAVStoreConnection& connection : subject.graph.model().storeConnections)
     if (maskPasswords(connection.connectionString) != connection.connectionString.view())
       findings.push_back(
-          {maskPasswords(connection.getName()), {}, "data source", "its definition holds a password"});
+          {maskPasswords(connection.getName()), {}, "data source", "its connection string holds a password"});
   return findings;
 }
 
@@ -211,7 +210,7 @@ constexpr std::array kRules{
     CheckRule{"equal-expressions", "No two measures are computed in the same way", CheckSeverity::info, false,
               0, kCalculated, false, findEqualExpressions},
     CheckRule{"password",
-              "No definition holds a password",
+              "No connection string holds a password",
               CheckSeverity::warning,
               false,
               0,

@@ -4,8 +4,8 @@
 // goes by.
 
 #include <cstdint>
+#include <memory>
 #include <optional>
-#include <regex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,6 +13,10 @@
 
 #include "lineage/lineage_graph.h"
 #include "lineage/model_diff.h"
+
+namespace re2 {
+class RE2;
+}
 
 namespace tav {
 
@@ -34,7 +38,7 @@ struct CheckSettings {
   std::size_t floor = 0;        ///< in percent
   std::vector<NodeKind> kinds;  ///< empty for those that the rule is about by itself
   std::string pattern;
-  std::optional<std::regex> regex;  ///< the pattern, ready to be matched
+  std::shared_ptr<const re2::RE2> regex;  ///< the pattern, ready to be matched; null without one
   std::vector<CheckException> exceptions;
 };
 

@@ -78,7 +78,8 @@ void writeResult(JsonWriter& json, const CheckedModel& model, const CheckOutcome
   json.close('}');
   json.close(']');
   json.open("partialFingerprints", '{');
-  json.member("object/v1", std::string(outcome.rule->id) + " " + finding.path + " " + finding.object);
+  json.member("finding/v1", model.name + "\n" + model.input + "\n" + finding.path + "\n" + finding.object +
+                                "\n" + finding.message);
   json.close('}');
   json.close('}');
 }

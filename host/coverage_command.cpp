@@ -47,11 +47,11 @@ int measureOne(const Arguments& arguments, const std::string& input, MessageLog&
   const int code = withModel(input, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model);
     const tav::Coverage coverage = tav::measureCoverage(graph);
-    writeOutput(arguments.output, [&](std::ostream& out) {
+    writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
       if (arguments.format == "json")
         tav::writeCoverageJson(graph, coverage, out);
       else
-        tav::writeCoverageText(graph, coverage, out);
+        tav::writeCoverageText(graph, coverage, out, style);
     });
     percent = coverage.percent();
   });
@@ -67,11 +67,11 @@ int measureSeveral(const Arguments& arguments, const AnswerInputs& inputs, Messa
   });
   if (models.empty()) return code;
   nameAll(models);
-  writeOutput(arguments.output, [&](std::ostream& out) {
+  writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
     if (arguments.format == "json")
       tav::writeCoverageJson(models, out);
     else
-      tav::writeCoverageText(models, out);
+      tav::writeCoverageText(models, out, style);
   });
   for (const tav::ModelCoverage& model : models)
     code = worseOf(code, hold(arguments, model.input, model.percent(), kDone, log));

@@ -27,9 +27,10 @@ struct Arguments {
 
 using Writer = void (*)(const tav::ModelDiff& diff, std::ostream& out);
 
+/// Of a format for tools and pages; null for text.
 Writer writerOf(const std::string& format) {
   if (format == "json") return tav::writeDiffJson;
-  return format == "markdown" ? tav::writeDiffMarkdown : tav::writeDiffText;
+  return format == "markdown" ? tav::writeDiffMarkdown : nullptr;
 }
 
 std::vector<std::string> groupNames() {
@@ -58,7 +59,12 @@ int compare(const Arguments& arguments, MessageLog& log) {
     newCode = withModel(arguments.after, log, [&](const tav::DetailedModel& after) {
       const tav::ModelDiff diff = tav::compareModels(before, after);
       failure = isFailure(diff, arguments);
-      writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(diff, out); });
+      writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
+        if (const Writer write = writerOf(arguments.format))
+          write(diff, out);
+        else
+          tav::writeDiffText(diff, out, style);
+      });
     });
   });
   if (code != kDone || newCode != kDone) return code != kDone ? code : newCode;
@@ -102,8 +108,8 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.before, arguments.output);
   int code = kDone;
   bool failure = false;
-  writeOutput(arguments.output, [&](std::ostream& out) {
-    const auto report = tav::makeEstateDiffReport(arguments.format, out);
+  writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
+    const auto report = tav::makeEstateDiffReport(arguments.format, out, style);
     report->begin(span);
     for (const tav::EstateChange& change : tav::changesBetween(arguments.before, span)) {
       if (!change.before || !change.after) {

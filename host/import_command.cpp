@@ -145,7 +145,10 @@ Command addImport(CLI::App& program) {
   parser->add_flag_callback(
       "--no-details", [arguments] { arguments->scope.details = false; },
       "Read the model alone, without what the definition says beyond it");
-  return {parser, [arguments](MessageLog& log) { return import(*arguments, log); }};
+  return {parser, [arguments](MessageLog& log) {
+            log.tellsSteps = true;
+            return import(*arguments, log);
+          }};
 }
 
 }  // namespace host

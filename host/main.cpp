@@ -1,5 +1,6 @@
 #include <CLI/Error.hpp>
 #include <array>
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <map>
@@ -29,6 +30,16 @@ void addMessageOptions(CLI::App& parser, MessageLog& log) {
           "The format of messages (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json"}));
+  static const std::map<std::string, ColourChoice> kColours{
+      {"auto", ColourChoice::automatic}, {"always", ColourChoice::always}, {"never", ColourChoice::never}};
+  parser
+      .add_option_function<std::string>(
+          "--color", [&log](const std::string& name) { log.terminal.colours = kColours.at(name); },
+          "Whether text has colours (default: auto, on a terminal)")
+      ->type_name("WHEN")
+      ->check(CLI::IsMember({"auto", "always", "never"}));
+  parser.add_flag_callback(
+      "--no-pager", [&log] { log.terminal.pager = false; }, "Show long answers without a pager");
 }
 
 const CLI::App* findCommand(const CLI::App& program, const std::string& name) {
@@ -97,6 +108,8 @@ int runGuarded(int argc, char** argv) {
       return runProgram(argc, argv, log);
     } catch (const TAVException& error) {
       log.logFailure(error.getMessage());
+    } catch (const ClosedPipe&) {
+      return kSignalBase + SIGPIPE;
     } catch (const std::bad_alloc&) {
       throw;
     } catch (const std::exception& error) {

@@ -1,14 +1,12 @@
 #include "host/message_log.h"
 
 #include <fmt/format.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "framework/std/mask.h"
-#include "framework/std/utf8.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -26,23 +24,23 @@ void writeError(std::string_view text) {
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 
-std::size_t terminalWidth() {
-  winsize size{};
-  const bool known = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return known ? size.ws_col : 80;
-}
-
-/// The beginning of UTF-8 text, at most `count` characters of it.
-std::string_view beginning(std::string_view text, std::size_t count) {
-  std::size_t bytes = 0;
-  for (; count > 0 && bytes < text.size(); --count)
-    bytes += std::max<std::size_t>(1, tav::utf8Length(text.substr(bytes)));
-  return text.substr(0, bytes);
-}
-
 /// What is shown of an event, or of the name of a file: both may hold a password.
 std::string shown(std::string_view text) {
   return printable(tav::maskPasswords(text));
+}
+
+/// The text of an event; the items of a list are lines of their own.
+std::string shownOf(const TAVLogEvent& event) {
+  std::string_view text = event.getText();
+  if (!tav::endsInList(event.getMessageId())) return shown(text);
+  std::string lines;
+  for (;;) {
+    const std::size_t end = text.find('\n');
+    lines += shown(text.substr(0, end));
+    if (end == text.npos) return lines;
+    lines += '\n';
+    text.remove_prefix(end + 1);
+  }
 }
 
 std::string withFile(const std::string& file, const std::string& line) {
@@ -53,15 +51,9 @@ std::string withIdentifier(const TAVLogEvent& event, const std::string& text) {
   return event.getMessageId().empty() ? text : fmt::format("[{}] {}", event.getMessageId().view(), text);
 }
 
-bool hasColours() {
-  const char* refused = std::getenv("NO_COLOR");
-  const char* terminal = std::getenv("TERM");
-  return (!refused || !*refused) && terminal && std::string_view(terminal) != "dumb";
-}
-
 }  // namespace
 
-MessageLog::MessageLog() : terminal_(isatty(STDERR_FILENO) == 1), colours_(terminal_ && hasColours()) {}
+MessageLog::MessageLog() : isTerminal_(isTerminal(STDERR_FILENO)) {}
 
 MessageLog::~MessageLog() {
   clearProgress();
@@ -88,7 +80,9 @@ void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& said) {
   if (keepsWarnings && event.getSeverity() == tav::kSeverityWarning)
     warnings_.push_back(withIdentifier(event, tav::maskPasswords(event.getText())));
   if (quiet && event.getSeverity() > tav::kSeverityError) return;
-  if (terminal_ && format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus)
+  const bool isStep = format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus;
+  if (isStep && !tellsSteps) return;
+  if (isStep && isTerminal_)
     renewProgress(withFile(file, shown(event.getText())), true);
   else
     writeLine(file, event);
@@ -113,8 +107,8 @@ void MessageLog::writeLine(const std::string& file, const TAVLogEvent& event) {
     line["text"] = tav::maskPasswords(event.getText());
     return writeError(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
   }
-  std::string line = withFile(file, withIdentifier(event, shown(event.getText())));
-  if (colours_ && event.getSeverity() <= tav::kSeverityWarning)
+  std::string line = withFile(file, withIdentifier(event, shownOf(event)));
+  if (hasColours(STDERR_FILENO, terminal.colours) && event.getSeverity() <= tav::kSeverityWarning)
     line = fmt::format("{}{}{}", event.getSeverity() < tav::kSeverityWarning ? kRed : kYellow, line, kPlain);
   if (progress_.empty()) return writeError(line + "\n");
   writeError(fmt::format("{}{}\n", kClearLine, line));
@@ -122,7 +116,7 @@ void MessageLog::writeLine(const std::string& file, const TAVLogEvent& event) {
 }
 
 void MessageLog::showProgress(const std::string& step, int percent) {
-  if (!terminal_ || quiet || format == LogFormat::json) return;
+  if (!isTerminal_ || !tellsSteps || quiet || format == LogFormat::json) return;
   renewProgress(fmt::format("{} {} %", shown(step), percent), false);
 }
 
@@ -132,8 +126,9 @@ void MessageLog::renewProgress(const std::string& text, bool must) {
   renewed_ = now;
   progress_ = text;
   const std::string time = fmt::format("  {:.1f} s", std::chrono::duration<double>(now - start_).count());
-  const std::size_t width = terminalWidth() - 1;  // the last column would make some terminals wrap
-  const std::string_view shown = beginning(text, width > time.size() ? width - time.size() : 0);
+  const std::size_t width =
+      sizeOfTerminal(STDERR_FILENO).columns - 1;  // the last column would make some terminals wrap
+  const std::string_view shown = tav::fittingBeginning(text, width > time.size() ? width - time.size() : 0);
   writeError(fmt::format("{}{}{}", kClearLine, shown, time));
 }
 

@@ -10,6 +10,7 @@
 
 #include "framework/std/log.h"
 #include "framework/std/printable.h"
+#include "host/terminal.h"
 
 namespace host {
 
@@ -27,6 +28,9 @@ class MessageLog : public TAVLog {
   /// Where the command line's options go; until it is parsed, messages are text and none is held back.
   bool quiet = false;  ///< errors only
   LogFormat format = LogFormat::text;
+  TerminalOptions terminal;
+  /// Whether the steps of an import are told; in JSON they always are.
+  bool tellsSteps = false;
   /// The file, one of several, that events are about; empty where there is only one.
   std::string about;
   /// Whether the texts of warnings are kept for getWarnings().
@@ -64,8 +68,7 @@ class MessageLog : public TAVLog {
   std::size_t errors_ = 0;
   std::vector<std::string> warnings_;
   std::vector<std::pair<std::string, std::string>> calledFiles_;  // paths, and what they are called
-  bool terminal_;
-  bool colours_;
+  bool isTerminal_;
 };
 
 using tav::printable;

@@ -1,11 +1,15 @@
 #include "host/output.h"
 
+#include <unistd.h>
+
 #include <new>
 
 #include "framework/serialization/replacing_file.h"
 #include "framework/std/exception.h"
 #include "host/command.h"
+#include "host/message_log.h"
 #include "host/out_of_memory.h"
+#include "host/pager.h"
 #include "host/standard_output.h"
 
 namespace host {
@@ -34,6 +38,21 @@ int tellOfWork(int code, MessageLog& log, const std::function<void()>& tell) {
     tellOutOfMemory(log.format == LogFormat::json);
   }
   return kUntold;
+}
+
+void writeAnswer(const std::string& output, MessageLog& log,
+                 const std::function<void(std::ostream& out, const tav::TextStyle& style)>& write) {
+  if (output != "-") return writeOutput(output, [&](std::ostream& out) { write(out, {}); });
+  const tav::TextStyle style = styleOfOutput(log.terminal);
+  if (!log.terminal.pager || !isTerminal(STDOUT_FILENO))
+    return writeOutput(output, [&](std::ostream& out) { write(out, style); });
+  PagedOutput out(log);
+  try {
+    write(out.stream(), style);
+    out.finish();
+  } catch (const ClosedPipe&) {
+    if (!out.isPaged()) throw;
+  }
 }
 
 }  // namespace host

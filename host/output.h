@@ -7,13 +7,21 @@
 #include <ostream>
 #include <string>
 
+#include "exports/answers/shown_text.h"
 #include "host/message_log.h"
 
 namespace host {
 
+class MessageLog;
+
 /// Lets `write` write to the file `output`, or to standard output when that is "-". The file is replaced when
 /// everything is written; a failure throws and leaves it as it was.
 void writeOutput(const std::string& output, const std::function<void(std::ostream& out)>& write);
+
+/// The same for an answer, which on a terminal is wrapped, coloured and paged as `log.terminal` says; a file
+/// gets it plain.
+void writeAnswer(const std::string& output, MessageLog& log,
+                 const std::function<void(std::ostream& out, const tav::TextStyle& style)>& write);
 
 /// Tells of work that is done and gives its exit code. When that cannot be written the work stays, and the
 /// failure and the exit code say so.

@@ -10,6 +10,18 @@
 
 namespace host {
 
+void writeAll(int descriptor, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(descriptor, text.data(), text.size());
+    if (written > 0)
+      text.remove_prefix(static_cast<std::size_t>(written));
+    else if (errno == EPIPE)
+      throw ClosedPipe();
+    else if (errno != EINTR)
+      tav::fail(tav::Message::outputNotWritten, {std::generic_category().message(errno)});
+  }
+}
+
 class StandardOutput::Buffer : public std::streambuf {
  public:
   Buffer() : bytes_(std::size_t{1} << 16) { setp(bytes_.data(), bytes_.data() + bytes_.size()); }
@@ -24,16 +36,9 @@ class StandardOutput::Buffer : public std::streambuf {
   }
 
   int sync() override {
-    const char* from = pbase();
-    const char* const end = pptr();
+    const std::string_view text(pbase(), static_cast<std::size_t>(pptr() - pbase()));
     setp(bytes_.data(), bytes_.data() + bytes_.size());
-    while (from != end) {
-      const ssize_t written = write(STDOUT_FILENO, from, static_cast<std::size_t>(end - from));
-      if (written > 0)
-        from += written;
-      else if (errno != EINTR)
-        tav::fail(tav::Message::outputNotWritten, {std::generic_category().message(errno)});
-    }
+    writeAll(STDOUT_FILENO, text);
     return 0;
   }
 

@@ -2,11 +2,18 @@
 
 #include <memory>
 #include <ostream>
+#include <string_view>
 
 namespace host {
 
-/// The one way to standard output: buffered, and a write that fails (a closed pipe, a full disk) throws
-/// Message::outputNotWritten.
+/// Thrown when nobody reads a pipe any longer. The program then ends without a word: whoever closed it knows.
+struct ClosedPipe {};
+
+/// Writes everything to a descriptor. Throws ClosedPipe, or Message::outputNotWritten for any other failure,
+/// as a full disk.
+void writeAll(int descriptor, std::string_view text);
+
+/// The way to standard output, buffered. Throws as writeAll() does.
 class StandardOutput {
  public:
   StandardOutput();

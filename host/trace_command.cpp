@@ -38,7 +38,7 @@ RowWriter rowWriterOf(const std::string& format) {
 }
 
 void write(const Arguments& arguments, const tav::JoinedGraph& graph, const tav::LineageQuestion& question,
-           std::ostream& out) {
+           std::ostream& out, const tav::TextStyle& style) {
   if (const RowWriter writeRows = rowWriterOf(arguments.format))
     writeRows(graph, question, kindsOf(arguments.kinds), out);
   else if (arguments.format == "json")
@@ -46,7 +46,7 @@ void write(const Arguments& arguments, const tav::JoinedGraph& graph, const tav:
   else if (arguments.format == "dot")
     tav::writeLineageDot(graph.graph(0), question, out);
   else
-    tav::writeLineageText(graph, question, out);
+    tav::writeLineageText(graph, question, out, style);
 }
 
 /// Answers over the models that have the name. Where it may mean several things in one of them, that is an
@@ -54,8 +54,8 @@ void write(const Arguments& arguments, const tav::JoinedGraph& graph, const tav:
 int answer(const Arguments& arguments, const tav::JoinedGraph& graph, MessageLog& log) {
   const tav::FoundStarts found = tav::findStarts(graph, arguments.name, arguments.walk.direction);
   for (const std::string& message : found.ambiguous) log.logFailure(message);
-  writeOutput(arguments.output, [&](std::ostream& out) {
-    write(arguments, graph, {found.nodes, arguments.walk}, out);
+  writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
+    write(arguments, graph, {found.nodes, arguments.walk}, out, style);
   });
   return found.ambiguous.empty() ? kDone : kFailed;
 }

@@ -16,10 +16,11 @@ struct Arguments {
 using Writer = void (*)(const tav::JoinedGraph& graph, std::span<const tav::UnusedGroup> groups,
                         std::ostream& out);
 
+/// Of a format for tools and pages; null for text.
 Writer writerOf(const std::string& format) {
   if (format == "json") return tav::writeUnusedJson;
   if (format == "csv") return tav::writeUnusedCsv;
-  return format == "markdown" ? tav::writeUnusedMarkdown : tav::writeUnusedText;
+  return format == "markdown" ? tav::writeUnusedMarkdown : nullptr;
 }
 
 /// The groups that were asked for, all where none was, in their own order.
@@ -42,7 +43,12 @@ int list(const Arguments& arguments, MessageLog& log) {
   checkOutputs(inputs.paths, arguments.output);
   const std::vector<tav::UnusedGroup> groups = groupsOf(arguments.kinds);
   return withModels(inputs, log, [&](const tav::JoinedGraph& graph) {
-    writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(graph, groups, out); });
+    writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
+      if (const Writer write = writerOf(arguments.format))
+        write(graph, groups, out);
+      else
+        tav::writeUnusedText(graph, groups, out, style);
+    });
   });
 }
 

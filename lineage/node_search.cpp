@@ -303,9 +303,9 @@ std::string nodeText(const LineageGraph& graph, NodeId id) {
 std::string nodeListText(const std::vector<std::string>& nodes) {
   std::string text;
   for (std::size_t i = 0; i < std::min(nodes.size(), kListed); ++i)
-    text.append(i == 0 ? ": " : "; ").append(nodes[i]);
+    text.append(i == 0 ? ":" : "").append("\n  ").append(printable(nodes[i]));
   if (nodes.size() > kListed)
-    text.append("; and ").append(std::to_string(nodes.size() - kListed)).append(" more");
+    text.append("\n  and ").append(std::to_string(nodes.size() - kListed)).append(" more");
   return text;
 }
 

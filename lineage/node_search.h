@@ -45,7 +45,7 @@ std::vector<NearNode> nearestNodes(const LineageGraph& graph, std::string_view n
 
 /// What messages call a node: its kind and path.
 std::string nodeText(const LineageGraph& graph, NodeId id);
-/// The end of a message that lists nodes, ": first; second", a long list cut short.
+/// The end of a message that lists nodes, each on a line of its own, a long list cut short.
 std::string nodeListText(const std::vector<std::string>& nodes);
 
 /// The one node that `name` means. Throws Message::ambiguousName, which lists the nodes that it may mean,

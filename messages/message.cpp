@@ -114,6 +114,9 @@ constexpr std::array kRows{
                "{0}: {1}; the report {2} is read without this file.",
                "A file of a report on the model is missing or broken. The rest is read, and the exit code is "
                "6."},
+    MessageRow{Message::pagerNotStarted, "XMLABRIDGE_W0049",
+               "The pager '{0}' cannot be started; the answer is shown without.",
+               "XMLA_PAGER or PAGER names something that is no program."},
     MessageRow{Message::rulesNotRead, "XMLABRIDGE_F0050", "{0}: {1}",
                "A rule file of check is missing, no YAML, or says something that no rule has."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
@@ -145,6 +148,11 @@ TAVString textOf(const MessageRow& row, std::initializer_list<std::string_view> 
 }
 
 }  // namespace
+
+bool endsInList(std::string_view identifier) noexcept {
+  const auto is = [&](Message message) { return rowOf(message).identifier == identifier; };
+  return is(Message::ambiguousName) || is(Message::unknownName) || is(Message::unknownInModels);
+}
 
 std::span<const MessageRow> messageRows() noexcept {
   return kRows;

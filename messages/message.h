@@ -54,6 +54,7 @@ enum class Message : std::uint8_t {
   containerNotRead,
   fileListedTwice,
   reportFileLost,
+  pagerNotStarted,
   rulesNotRead,
   noEventTime,
 };
@@ -64,6 +65,9 @@ struct MessageRow {
   std::string_view text;        ///< with the placeholders {0}, {1} and so on
   std::string_view advice;      ///< what the manual says of it: the cause, or what to do
 };
+
+/// Whether a message with this identifier ends in a list, each item of which is a line of its own.
+bool endsInList(std::string_view identifier) noexcept;
 
 /// Every message, ordered by number.
 std::span<const MessageRow> messageRows() noexcept;

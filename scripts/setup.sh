@@ -74,6 +74,8 @@ need_for_program() {
   need library crypto libssl-dev
   need header curl/curl.h libcurl4-openssl-dev
   need library curl libcurl4-openssl-dev
+  need header re2/re2.h libre2-dev
+  need library re2 libre2-dev
   need header yaml-cpp/yaml.h libyaml-cpp-dev
   need library yaml-cpp libyaml-cpp-dev
   need header zip.h libzip-dev

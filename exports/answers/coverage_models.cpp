@@ -18,12 +18,6 @@ constexpr std::array kTitles{"attributes", "reached", "",           "measures",
                              "reached",    "",        "row counts", "not found"};
 constexpr int kGap = 2;
 
-/// How many characters of a terminal a text takes.
-std::size_t widthOf(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(
-      text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
-}
-
 std::string percentText(const CoverageCount& kind) {
   return kind.count == 0 ? "" : std::to_string(kind.reached * 100 / kind.count) + " %";
 }
@@ -45,12 +39,12 @@ std::size_t notFound(const ModelCoverage& model) {
 
 class ModelsText {
  public:
-  ModelsText(std::span<const ModelCoverage> models, std::ostream& out)
-      : models_(models), out_(out), width_(kTotal.size()) {
-    for (const ModelCoverage& model : models) width_ = std::max(width_, widthOf(printable(model.model)));
+  ModelsText(std::span<const ModelCoverage> models, std::ostream& out, const TextStyle& style)
+      : models_(models), out_(out), text_(out, style), width_(kTotal.size()) {
+    for (const ModelCoverage& model : models) width_ = std::max(width_, columnsOf(printable(model.model)));
   }
 
-  void write() const {
+  void write() {
     out_ << std::string(width_, ' ');
     for (const char* title : kTitles) cell(title, title);
     out_ << "\n";
@@ -58,13 +52,10 @@ class ModelsText {
     const ModelCoverage total = totalOf(models_);
     writeLine(total);
     out_ << "\nTotal: " << total.percent() << " % trace back to a database column.\n";
-    bool isFirst = true;
-    for (const ModelCoverage& model : models_) {
-      for (const std::string& note : model.notes) {
-        out_ << (isFirst ? "\n" : "") << "Note: " << printable("model " + model.model + ": " + note) << ".\n";
-        isFirst = false;
-      }
-    }
+    std::vector<std::string> notes;
+    for (const ModelCoverage& model : models_)
+      for (const std::string& note : model.notes) notes.push_back("model " + model.model + ": " + note);
+    writeNotes(notes, text_);
   }
 
  private:
@@ -76,7 +67,7 @@ class ModelsText {
 
   void writeLine(const ModelCoverage& model) const {
     const std::string name = printable(model.model);
-    out_ << name << std::string(width_ - std::min(width_, widthOf(name)), ' ');
+    out_ << name << std::string(width_ - std::min(width_, columnsOf(name)), ' ');
     const std::array<std::string, kTitles.size()> cells{std::to_string(model.attributes.count),
                                                         std::to_string(model.attributes.reached),
                                                         percentText(model.attributes),
@@ -91,6 +82,7 @@ class ModelsText {
 
   std::span<const ModelCoverage> models_;
   std::ostream& out_;
+  ShownText text_;
   std::size_t width_;
 };
 
@@ -121,8 +113,8 @@ ModelCoverage summarizeCoverage(const LineageGraph& graph, const Coverage& cover
           .notes = answerNotes(graph)};
 }
 
-void writeCoverageText(std::span<const ModelCoverage> models, std::ostream& out) {
-  ModelsText(models, out).write();
+void writeCoverageText(std::span<const ModelCoverage> models, std::ostream& out, const TextStyle& style) {
+  ModelsText(models, out, style).write();
 }
 
 void writeCoverageJson(std::span<const ModelCoverage> models, std::ostream& out) {

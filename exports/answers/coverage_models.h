@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "exports/answers/shown_text.h"
 #include "lineage/coverage.h"
 
 namespace tav {
@@ -27,7 +28,7 @@ struct ModelCoverage {
 ModelCoverage summarizeCoverage(const LineageGraph& graph, const Coverage& coverage);
 
 /// For people. Safe for a terminal.
-void writeCoverageText(std::span<const ModelCoverage> models, std::ostream& out);
+void writeCoverageText(std::span<const ModelCoverage> models, std::ostream& out, const TextStyle& style = {});
 
 /// One JSON document: `{"format":"xmla-coverage-models/1","percent":...,"attributes":...,"measures":...,
 /// "models":[...]}`.

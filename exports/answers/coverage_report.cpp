@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::string_view kDimensions = "Dimensions";
 constexpr int kCountWidth = 8;
+constexpr std::size_t kIndent = 4;
 
 std::string titleOf(const LineageGraph& graph, const CubeCoverage& cube) {
   return cube.cube == kNoNode ? std::string(kDimensions) : "Cube " + printable(graph.name(cube.cube));
@@ -24,18 +25,19 @@ std::string percentText(std::size_t part, std::size_t whole) {
 
 class CoverageText {
  public:
-  CoverageText(const LineageGraph& graph, const Coverage& coverage, std::ostream& out)
-      : graph_(graph), coverage_(coverage), out_(out) {
-    for (const CubeCoverage& cube : coverage.cubes) width_ = std::max(width_, titleOf(graph, cube).size());
+  CoverageText(const LineageGraph& graph, const Coverage& coverage, std::ostream& out, const TextStyle& style)
+      : graph_(graph), coverage_(coverage), out_(out), text_(out, style) {
+    for (const CubeCoverage& cube : coverage.cubes)
+      width_ = std::max(width_, columnsOf(titleOf(graph, cube)));
   }
 
-  void write() const {
+  void write() {
     writeTable();
     out_ << "\nTotal: " << coverage_.percent() << " % trace back to a database column.\n";
     writeNameCounts();
     for (const CubeCoverage& cube : coverage_.cubes) writeGaps(cube);
     writeNames();
-    writeNotes(graph_, out_);
+    writeNotes(graph_, out_, text_.style());
   }
 
  private:
@@ -58,7 +60,7 @@ class CoverageText {
     out_ << "\n";
     for (const CubeCoverage& cube : coverage_.cubes) {
       const std::string title = titleOf(graph_, cube);
-      out_ << title << std::string(width_ - title.size(), ' ');
+      out_ << title << std::string(width_ - columnsOf(title), ' ');
       writeCount(cube.attributes);
       if (cube.cube != kNoNode) {
         writeCount(cube.measures);
@@ -73,24 +75,34 @@ class CoverageText {
          << std::setw(kCountWidth - 2) << percentText(kind.reached, kind.count);
   }
 
-  void writeGaps(const CubeCoverage& cube) const {
-    if (cube.gaps.empty()) return;
-    out_ << "\n" << titleOf(graph_, cube) << ": these do not trace back to a database column\n";
-    for (const CoverageGap& gap : cube.gaps)
-      out_ << "    " << printable(graph_.qualifiedName(gap.node)) << ": " << printable(gap.reason) << "\n";
+  void writeTitle(const std::string& title) {
+    text_.begin().end();
+    text_.begin(0, kIndent).add(title, Look::title).end();
   }
 
-  void writeNames() const {
+  void writeGaps(const CubeCoverage& cube) {
+    if (cube.gaps.empty()) return;
+    writeTitle(titleOf(graph_, cube) + ": these do not trace back to a database column");
+    for (const CoverageGap& gap : cube.gaps) {
+      text_.begin(kIndent, 2 * kIndent).add(printable(graph_.qualifiedName(gap.node)), Look::name);
+      text_.add(": ").add(printable(gap.reason)).end();
+    }
+  }
+
+  void writeNames() {
     if (coverage_.names.empty()) return;
-    out_ << "\nNames in expressions that lead to no attribute or measure\n";
-    for (const CoverageName& open : coverage_.names)
-      out_ << "    " << printable(graph_.qualifiedName(open.node)) << ": " << printable(open.name.name)
-           << ": " << printable(openNameWords(open.name)) << "\n";
+    writeTitle("Names in expressions that lead to no attribute or measure");
+    for (const CoverageName& open : coverage_.names) {
+      text_.begin(kIndent, 2 * kIndent).add(printable(graph_.qualifiedName(open.node)), Look::name);
+      text_.add(": ").add(printable(open.name.name), Look::code);
+      text_.add(": ").add(printable(openNameWords(open.name))).end();
+    }
   }
 
   const LineageGraph& graph_;
   const Coverage& coverage_;
   std::ostream& out_;
+  ShownText text_;
   std::size_t width_ = kDimensions.size();
 };
 
@@ -138,8 +150,9 @@ void writeNamesJson(JsonWriter& json, const LineageGraph& graph, const Coverage&
 
 }  // namespace
 
-void writeCoverageText(const LineageGraph& graph, const Coverage& coverage, std::ostream& out) {
-  CoverageText(graph, coverage, out).write();
+void writeCoverageText(const LineageGraph& graph, const Coverage& coverage, std::ostream& out,
+                       const TextStyle& style) {
+  CoverageText(graph, coverage, out, style).write();
 }
 
 void writeCoverageJson(const LineageGraph& graph, const Coverage& coverage, std::ostream& out) {

@@ -1,6 +1,7 @@
 #include "exports/answers/diff_report.h"
 #include "exports/answers/diff_words.h"
 #include "exports/answers/markdown.h"
+#include "exports/answers/shown_text.h"
 
 namespace tav {
 namespace {
@@ -9,7 +10,7 @@ constexpr std::size_t kOpenList = 20;  // a longer one is folded, so that a pull
 
 /// With tabs as blanks, as lines of expressions have them.
 std::string code(std::string_view text) {
-  return markdownCode(shownLine(text));
+  return markdownCode(shownCode(text));
 }
 
 class DiffMarkdown {
@@ -89,7 +90,7 @@ class DiffMarkdown {
       if (line.mark == '@')
         out_ << "      ...\n";
       else
-        out_ << "    " << line.mark << " " << shownLine(line.line) << "\n";
+        out_ << "    " << line.mark << " " << shownCode(line.line) << "\n";
     }
     out_ << "    " << fence << "\n\n";
   }

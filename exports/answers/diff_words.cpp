@@ -124,16 +124,4 @@ std::vector<ShownLine> linesOf(const Change& change) {
   return shown;
 }
 
-std::string shownLine(std::string_view line) {
-  constexpr std::string_view kTab = "    ";
-  std::string text;
-  for (std::size_t begin = 0; begin <= line.size();) {
-    const std::size_t tab = std::min(line.find('\t', begin), line.size());
-    text += printable(line.substr(begin, tab - begin));
-    if (tab < line.size()) text += kTab;
-    begin = tab + 1;
-  }
-  return text;
-}
-
 }  // namespace tav

@@ -39,7 +39,4 @@ struct ShownLine {
 };
 std::vector<ShownLine> linesOf(const Change& change);
 
-/// One line of a text that may be indented by tabs, safe for a terminal.
-std::string shownLine(std::string_view line);
-
 }  // namespace tav

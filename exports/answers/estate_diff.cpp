@@ -26,16 +26,17 @@ std::string nothingChanged(const EstateSpan& span) {
 
 class TextReport : public EstateDiffReport {
  public:
-  explicit TextReport(std::ostream& out) : out_(out) {}
+  TextReport(std::ostream& out, const TextStyle& style) : out_(out), text_(out, style) {}
 
   void begin(const EstateSpan& span) override { span_ = span; }
   void add(const EstateChange& change, const ModelDiff* diff) override {
-    out_ << (count_++ > 0 ? "\n" : "") << "== " << printable(change.source) << ": " << changeName(change)
-         << "\n";
+    if (count_++ > 0) text_.begin().end();
+    text_.begin(0, 3).add("== ").add(printable(change.source), Look::name).add(": ");
+    text_.add(changeName(change), Look::changed).end();
     if (diff)
-      writeDiffText(*diff, out_);
+      writeDiffText(*diff, out_, text_.style());
     else
-      out_ << printable(onlyVersion(change).name) << "\n";
+      text_.begin().add(printable(onlyVersion(change).name)).end();
   }
   void end(bool complete) override {
     if (count_ == 0 && complete) out_ << nothingChanged(span_);
@@ -43,6 +44,7 @@ class TextReport : public EstateDiffReport {
 
  private:
   std::ostream& out_;
+  ShownText text_;
   EstateSpan span_;
   std::size_t count_ = 0;
 };
@@ -121,10 +123,11 @@ class JsonReport : public EstateDiffReport {
 
 }  // namespace
 
-std::unique_ptr<EstateDiffReport> makeEstateDiffReport(std::string_view format, std::ostream& out) {
+std::unique_ptr<EstateDiffReport> makeEstateDiffReport(std::string_view format, std::ostream& out,
+                                                       const TextStyle& style) {
   if (format == "json") return std::make_unique<JsonReport>(out);
   if (format == "markdown") return std::make_unique<MarkdownReport>(out);
-  return std::make_unique<TextReport>(out);
+  return std::make_unique<TextReport>(out, style);
 }
 
 }  // namespace tav

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "exports/answers/shown_text.h"
 #include "exports/versions.h"
 #include "lineage/model_diff.h"
 
@@ -26,6 +27,7 @@ class EstateDiffReport {
 
 /// `format` is "text", "markdown" or "json": `{"format":"xmla-estate-diff/1","since":...,"until":...,
 /// "models":[{"source":...,"change":"changed","old":{"name":...,"imported":...},"new":...,"diff":...}]}`.
-std::unique_ptr<EstateDiffReport> makeEstateDiffReport(std::string_view format, std::ostream& out);
+std::unique_ptr<EstateDiffReport> makeEstateDiffReport(std::string_view format, std::ostream& out,
+                                                       const TextStyle& style = {});
 
 }  // namespace tav

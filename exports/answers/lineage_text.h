@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "exports/answers/shown_text.h"
 #include "lineage/lineage_tree.h"
 
 namespace tav {
@@ -22,7 +23,8 @@ std::string edgeWords(const LineageGraph& graph, const LineageEdge& edge, Lineag
 /// A line for each place of the tree, expressions indented below what they compute, and at the end what shows
 /// it: cubes and perspectives. Where models are named, each place says which one it is in. Safe for a
 /// terminal; passwords are masked.
-void writeLineageText(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out);
+void writeLineageText(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out,
+                      const TextStyle& style = {});
 
 /// The part of the graph that the first start leads to, as a drawing (see exports/dot.h).
 void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out);

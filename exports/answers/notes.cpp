@@ -11,6 +11,7 @@ namespace tav {
 namespace {
 
 constexpr std::size_t kListedModels = 5;
+constexpr std::size_t kNoteIndent = 6;  // of further rows, behind "Note: "
 
 std::string modelListText(const std::vector<std::string_view>& models) {
   std::string text(models.size() == 1 ? "model " : "models ");
@@ -58,10 +59,15 @@ std::vector<std::string> answerNotes(const JoinedGraph& graph) {
   return notes;
 }
 
-void writeNotes(const JoinedGraph& graph, std::ostream& out) {
-  const std::vector<std::string> notes = answerNotes(graph);
-  if (!notes.empty()) out << "\n";
-  for (const std::string& note : notes) out << "Note: " << printable(note) << ".\n";
+void writeNotes(std::span<const std::string> notes, ShownText& text) {
+  if (!notes.empty()) text.begin().end();
+  for (const std::string& note : notes)
+    text.begin(0, kNoteIndent).add("Note:", Look::changed).add(" ").add(printable(note)).add(".").end();
+}
+
+void writeNotes(const JoinedGraph& graph, std::ostream& out, const TextStyle& style) {
+  ShownText text(out, style);
+  writeNotes(answerNotes(graph), text);
 }
 
 void writeNotesJson(JsonWriter& json, const JoinedGraph& graph) {

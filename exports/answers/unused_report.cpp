@@ -1,5 +1,8 @@
 #include "exports/answers/unused_report.h"
 
+#include <functional>
+#include <utility>
+
 #include "exports/answers/markdown.h"
 #include "exports/answers/notes.h"
 #include "exports/csv_text.h"
@@ -11,6 +14,7 @@ namespace tav {
 namespace {
 
 constexpr std::string_view kNothing = "Nothing is unused.\n";
+constexpr std::size_t kIndent = 4;
 
 std::string capital(std::string_view word) {
   std::string text(word);
@@ -118,20 +122,23 @@ void writeRow(CsvText& csv, const ModelPart& part, const UnusedNode& node) {
 /// The name of a model as a title, once before the first of its sections.
 class Titles {
  public:
-  explicit Titles(std::ostream& out) : out_(out) {}
+  /// Writes a title, of a model or of a section.
+  using Write = std::function<void(const std::string& title)>;
 
-  void section(const ModelPart& part, const std::string& model, const std::string& title,
-               std::string_view end) {
+  Titles(std::ostream& out, Write write) : out_(out), write_(std::move(write)) {}
+
+  void section(const ModelPart& part, const std::string& model, const std::string& title) {
     out_ << (isFirst_ ? "" : "\n");
-    if (!part.name.empty() && model_ != part.name) out_ << model << end;
+    if (!part.name.empty() && model_ != part.name) write_(model);
     model_ = part.name;
     isFirst_ = false;
-    out_ << title << end;
+    write_(title);
   }
   [[nodiscard]] bool isNothing() const { return isFirst_; }
 
  private:
   std::ostream& out_;
+  Write write_;
   std::string_view model_;
   bool isFirst_ = true;
 };
@@ -153,27 +160,29 @@ void writeGroups(JsonWriter& json, const ModelPart& part, std::span<const Unused
 
 }  // namespace
 
-void writeUnusedText(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
-  Titles titles(out);
+void writeUnusedText(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out,
+                     const TextStyle& style) {
+  ShownText text(out, style);
+  Titles titles(out, [&](const std::string& title) { text.begin(0, kIndent).add(title, Look::title).end(); });
   forEachModel(graph, [&](const ModelPart& part) {
     const auto section = [&](const std::string& title) {
-      titles.section(part, "Model " + printable(part.name), title, "\n");
+      titles.section(part, "Model " + printable(part.name), title);
     };
     forEachSection(part, groups, section, [&](const UnusedNode& node) {
       const std::string remarks = remarksOf(part.graph, node);
-      out << "    " << printable(part.graph.qualifiedName(node.node)) << (remarks.empty() ? "" : "  ")
-          << printable(remarks) << "\n";
+      text.begin(kIndent, 2 * kIndent).add(printable(part.graph.qualifiedName(node.node)), Look::name);
+      text.add(remarks.empty() ? "" : "  ").add(printable(remarks)).end();
     });
   });
   if (titles.isNothing()) out << kNothing;
-  writeNotes(graph, out);
+  writeNotes(graph, out, style);
 }
 
 void writeUnusedMarkdown(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
-  Titles titles(out);
+  Titles titles(out, [&](const std::string& title) { out << title << "\n\n"; });
   forEachModel(graph, [&](const ModelPart& part) {
     const auto section = [&](const std::string& title) {
-      titles.section(part, "### Model " + markdownCode(part.name), "**" + title + "**", "\n\n");
+      titles.section(part, "### Model " + markdownCode(part.name), "**" + title + "**");
     };
     forEachSection(part, groups, section, [&](const UnusedNode& node) {
       out << "- " << markdownCode(part.graph.qualifiedName(node.node));

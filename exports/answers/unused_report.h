@@ -3,6 +3,7 @@
 #include <ostream>
 #include <span>
 
+#include "exports/answers/shown_text.h"
 #include "lineage/joined_graph.h"
 #include "lineage/unused.h"
 
@@ -12,7 +13,8 @@ namespace tav {
 // unused are left out where people read.
 
 /// For people: what nothing uses, below it what is only shown and by what, kind by kind. Safe for a terminal.
-void writeUnusedText(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out);
+void writeUnusedText(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out,
+                     const TextStyle& style = {});
 
 /// The same for a page or a comment under a pull request.
 void writeUnusedMarkdown(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out);

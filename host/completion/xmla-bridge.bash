@@ -1,6 +1,7 @@
 # Completion of xmla-bridge for bash.
 _xmla_bridge() {
   local commands='import export trace impact coverage check unused diff report test describe help'
+  local messages='--quiet --log-format --color --no-pager --help'
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
   for ((i = 1; i < COMP_CWORD; ++i)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
@@ -39,24 +40,25 @@ _xmla_bridge() {
       ;;
     --fail-on) [ "$command" = check ] && words='error warning info never' || words='broken lost-lineage changed added removed renamed moved reordered' ;;
     --log-format) words='text json' ;;
+    --color) words='auto always never' ;;
     -o | --output | --out-dir | --estate | --jobs | --since | --until) ;;
     *)
       case $command in
         '') words="$commands --help --version" ;;
         help) words=${commands% help} ;;
-        import) words='-o --out-dir --estate --jobs --prune --force --no-history --reports --json --no-details --quiet --log-format --help' ;;
+        import) words="-o --out-dir --estate --jobs --prune --force --no-history --reports --json --no-details $messages" ;;
         export)
           words='-o --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
-          words+=' --quiet --log-format --help'
+          words+=" $messages"
           ;;
-        trace | impact) words='-o --format --kind --depth --values --quiet --log-format --help' ;;
-        check) words='-o --rules --against --format --fail-on --list-rules --print-rules --quiet --log-format --help' ;;
-        coverage) words='-o --format --fail-under --quiet --log-format --help' ;;
-        unused) words='-o --format --kind --quiet --log-format --help' ;;
-        diff) words='-o --since --until --format --exit-code --fail-on --quiet --log-format --help' ;;
-        report) words='-o --quiet --log-format --help' ;;
-        test) words='--quiet --log-format --help' ;;
-        describe) words='--json --quiet --log-format --help' ;;
+        trace | impact) words="-o --format --kind --depth --values $messages" ;;
+        coverage) words="-o --format --fail-under $messages" ;;
+        check) words="-o --rules --against --format --fail-on --list-rules --print-rules $messages" ;;
+        unused) words="-o --format --kind $messages" ;;
+        diff) words="-o --since --until --format --exit-code --fail-on $messages" ;;
+        report) words="-o $messages" ;;
+        test) words="$messages" ;;
+        describe) words="--json $messages" ;;
       esac
       # After a command, options are offered only when asked for: its first argument is a file.
       if [[ -n $command && $command != help && $word != -* ]]; then words=''; fi

@@ -76,6 +76,13 @@ constexpr std::string_view kEstatesPrelude = R"SH(
 asked() { sqlite3 e.db "$@"; }
 at() { SOURCE_DATE_EPOCH=$1 xmla-bridge import "${@:2}" --estate e.db 2>/dev/null | tail -1 | sed -E 's/ in [0-9.]+ s/ in T s/'; }
 )SH";
+
+// on: runs a command on a terminal of so many columns, and of 100 rows or as many as are named; escapes are
+// shown as \e.
+constexpr std::string_view kTerminalPrelude = R"SH(
+on() { script -qec "stty cols $1 rows ${3:-100}; $2" /dev/null | sed 's/\r$//; s/\x1b/\\e/g'; }
+xmla-bridge import huts.asdatabase -o huts.xml --quiet >huts.txt
+)SH";
 constexpr const char* kInputsEnd = "\nEND\n";
 
 TEST(Program, Corpus) {
@@ -93,6 +100,17 @@ TEST(Program, Inputs) {
 TEST(Program, ManyFiles) {
   tav::test::checkCorpus("host/many_files.txt", [](const std::string& commands) {
     return tav::test::runCommands(std::string(kEstatePrelude) + commands, writeDefinitions);
+  });
+}
+
+TEST(Program, Terminal) {
+  tav::test::checkCorpus("host/terminal.txt", [](const std::string& commands) {
+    return tav::test::runCommands(
+        std::string(kTerminalPrelude) + commands, [](const tav::test::TemporaryFolder& folder) {
+          writeDefinitions(folder);
+          std::filesystem::copy_file(tav::test::testFile("../examples/murmeltal-huts.asdatabase"),
+                                     folder.path() / "huts.asdatabase");
+        });
   });
 }
 

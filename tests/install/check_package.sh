@@ -30,6 +30,7 @@ libcurl4
 libexpat1
 libfmt9
 libgcc-s1
+libre2-9
 libsqlite3-0
 libssl3
 libstdc++6
