@@ -16,7 +16,7 @@ struct ReportPart {
 
   tav::ObjectKind kind;
   std::size_t owner = kNone;  ///< the place of the part that it belongs to; kNone for the report
-  std::string name{};           ///< as people see it
+  std::string name{};         ///< as people see it
   std::string id{};
   std::string type{};           ///< of a visual: "slicer"
   std::string table{};          ///< of a measure: the table of the model that it is listed in

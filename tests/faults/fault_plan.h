@@ -22,10 +22,10 @@ enum FaultKind {
 
 /* Lies in a file that every process of a run maps, so that calls are counted over all of them. */
 struct FaultPlan {
-  int kind;     /* of the calls that fail; -1: none does */
-  long at;      /* the number of the first that fails, from 1 */
-  long last;    /* the number of the last that fails */
-  int error;    /* what errno is then; 0: the call does only half of what it is asked for */
+  int kind;  /* of the calls that fail; -1: none does */
+  long at;   /* the number of the first that fails, from 1 */
+  long last; /* the number of the last that fails */
+  int error; /* what errno is then; 0: the call does only half of what it is asked for */
   long calls[faultKinds];
 };
 
