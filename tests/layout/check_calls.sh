@@ -32,7 +32,7 @@ calls() {
       # A library that is preloaded stands before functions of the system, which nobody calls for its sake.
       if (file ~ /^tests\/faults\/[^\/]*\.c$/) next
       # Whoever replaces operator new and delete does so for all, who call them by the language and not the room.
-      if (symbol ~ /^_Z(n[wa]m|d[la]Pvm?)$/) next
+      if (symbol ~ /^_Z(n[wa]m(RKSt9nothrow_t)?|d[la]Pvm?)$/) next
       # Weak symbols are inline functions and templates, which each user has for itself.
       if ($(NF - 1) ~ /^[ABCDGRST]$/) defined[symbol] = file
       else if ($(NF - 1) == "U" && !((file, symbol) in used)) {

@@ -23,6 +23,14 @@ void* allocated(std::size_t size) {
   throw std::bad_alloc();
 }
 
+void* allocatedOrNull(std::size_t size) noexcept {
+  try {
+    return allocated(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 /// Whether `run` got all the memory that it asked for, if the allocation after `before` others fails.
 template <class F> bool succeeds(long before, F run) {
   left = before;
@@ -75,6 +83,12 @@ void* operator new(std::size_t size) {
 }
 void* operator new[](std::size_t size) {
   return allocated(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return allocatedOrNull(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return allocatedOrNull(size);
 }
 void operator delete(void* memory) noexcept {
   std::free(memory);  // NOLINT(cppcoreguidelines-*)
