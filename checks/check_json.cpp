@@ -15,7 +15,7 @@ void writeCheckJson(std::span<const CheckedModel> models, std::ostream& out) {
     json.member("name", model.name);
     json.member("input", model.input);
     json.open("findings", '[');
-    for (const CheckOutcome& outcome : model.outcomes)
+    for (const CheckOutcome& outcome : model.outcomes) {
       for (const CheckFinding& finding : outcome.findings) {
         json.line();
         json.open('{');
@@ -27,6 +27,7 @@ void writeCheckJson(std::span<const CheckedModel> models, std::ostream& out) {
         json.member("message", finding.message);
         json.close('}');
       }
+    }
     json.close(']');
     json.close('}');
   }

@@ -10,11 +10,12 @@ namespace {
 std::string countText(std::span<const CheckedModel> models) {
   std::array<std::size_t, kCheckSeverityCount> counts{};
   std::size_t accepted = 0;
-  for (const CheckedModel& model : models)
+  for (const CheckedModel& model : models) {
     for (const CheckOutcome& outcome : model.outcomes) {
       counts[static_cast<std::size_t>(outcome.severity)] += outcome.findings.size();
       accepted += outcome.accepted;
     }
+  }
   std::string text;
   const auto add = [&](std::size_t count, std::string_view one, std::string_view many) {
     if (count == 0) return;

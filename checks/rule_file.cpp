@@ -56,12 +56,13 @@ std::string offer(std::string_view word, const std::vector<std::string_view>& wo
   constexpr std::size_t kLongest = 64;
   std::string_view nearest;
   std::size_t least = word.size() / 2 + 1;
-  for (const std::string_view known : words)
+  for (const std::string_view known : words) {
     if (const std::size_t distance = word.size() > kLongest ? least : editDistance(word, known);
         distance < least) {
       least = distance;
       nearest = known;
     }
+  }
   if (!nearest.empty()) return "; did you mean '" + std::string(nearest) + "'?";
   std::string all = "; expected ";
   for (const std::string_view known : words) all.append(known == words.front() ? "" : ", ").append(known);

@@ -76,10 +76,11 @@ Findings findUnresolved(const CheckSubject& subject, const CheckSettings& /*sett
 
 Findings findWhatNothingUses(const CheckSubject& subject, const CheckSettings& settings) {
   Findings findings;
-  for (const UnusedGroup& group : unusedGroups())
+  for (const UnusedGroup& group : unusedGroups()) {
     for (const UnusedNode& unused : findUnused(subject.graph, group))
       if (isAmong(settings.kinds, subject.graph.node(unused.node).kind))
         findings.push_back(about(subject.graph, unused.node, "nothing uses it"));
+  }
   return findings;
 }
 
@@ -147,10 +148,11 @@ Findings findEqualExpressions(const CheckSubject& subject, const CheckSettings& 
 
 Findings findPasswords(const CheckSubject& subject, const CheckSettings& /*settings*/) {
   Findings findings;
-  for (const TAVStoreConnection& connection : subject.graph.model().storeConnections)
+  for (const TAVStoreConnection& connection : subject.graph.model().storeConnections) {
     if (maskPasswords(connection.connectionString) != connection.connectionString.view())
       findings.push_back(
           {maskPasswords(connection.getName()), {}, "data source", "its connection string holds a password"});
+  }
   return findings;
 }
 

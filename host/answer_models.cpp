@@ -117,12 +117,13 @@ std::vector<std::string> nameModels(const std::vector<std::string>& names,
 int forEachModel(const AnswerInputs& inputs, MessageLog& log,
                  const std::function<void(const std::string& input, const tav::LineageGraph& graph)>& use) {
   int code = kDone;
-  for (const std::string& input : inputs.paths)
+  for (const std::string& input : inputs.paths) {
     code = worseOf(code, guarded(input, log, [&] {
                      return withModel(input, log, [&](const tav::DetailedModel& model) {
                        use(input, tav::LineageGraph(model));
                      });
                    }));
+  }
   return code;
 }
 

@@ -111,6 +111,7 @@ Command addCheck(CLI::App& program) {
                    "The model as it was, for rules about changes: a definition or a saved model")
       ->type_name("OLD");
   std::vector<std::string> formats;
+  formats.reserve(kFormats.size());
   for (const Format& format : kFormats) formats.emplace_back(format.name);
   parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")

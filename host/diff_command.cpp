@@ -75,10 +75,11 @@ int compare(const Arguments& arguments, MessageLog& log) {
 std::string timeOf(const char* option, const std::string& text, std::string_view time) {
   std::string whole = text;
   if (text.size() == std::string_view("2026-03-08").size()) whole.append("T").append(time).append("Z");
-  if (!tav::isUtcTime(whole))
+  if (!tav::isUtcTime(whole)) {
     throw CLI::ValidationError(option, "'" + text +
                                            "' is neither a day (2026-03-08) nor a time in UTC "
                                            "(2026-03-08T10:00:00Z)");
+  }
   return whole;
 }
 

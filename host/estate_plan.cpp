@@ -118,11 +118,12 @@ PlannedInputs withoutFolders(const std::vector<std::string>& inputs, MessageLog&
       continue;
     }
     const std::vector<std::string> found = definitionsBelow(input);
-    if (found.empty())
+    if (found.empty()) {
       log.logEvent(
           tav::messageEvent(tav::Message::foreignInput, {input, "a folder without a definition below it"}));
-    else
+    } else {
       planned.folders.push_back(input);
+    }
     planned.definitions.insert(planned.definitions.end(), found.begin(), found.end());
   }
   return planned;

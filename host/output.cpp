@@ -37,7 +37,8 @@ int tellOfWork(int code, MessageLog& log, const std::function<void()>& tell) {
   } catch (const std::bad_alloc&) {
     tellOutOfMemory(log.format == LogFormat::json);
   }
-  return kUntold;
+  // A failure of the work counts more.
+  return code == kDone || code == kIncomplete ? kUntold : code;
 }
 
 void writeAnswer(const std::string& output, MessageLog& log,

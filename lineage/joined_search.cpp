@@ -63,6 +63,7 @@ class StartSearch {
       return;
     }
     std::vector<std::string> texts;
+    texts.reserve(nodes.size());
     for (const NodeId id : nodes) texts.push_back(textOf(model, id));
     meanings_.insert(meanings_.end(), texts.begin(), texts.end());
     found_.ambiguous.push_back(

@@ -217,10 +217,13 @@ std::string LineageGraph::partText(NodeId owner, const std::string& part, Show s
 }
 
 std::string LineageGraph::reportText(NodeId id, Show show) const {
-  std::string text;
+  std::vector<NodeId> steps;
   for (; id != kNoNode && (isReportPart(node(id).kind) || node(id).kind == NodeKind::report);
        id = node(id).owner)
-    text = bracketed(show(node(id).rawName)) + (text.empty() ? "" : ".") + text;
+    steps.push_back(id);
+  std::string text;
+  for (auto step = steps.rbegin(); step != steps.rend(); ++step)
+    text.append(text.empty() ? "" : ".").append(bracketed(show(node(*step).rawName)));
   return text;
 }
 

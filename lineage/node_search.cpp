@@ -313,6 +313,7 @@ NodeId findNode(const LineageGraph& graph, std::string_view name, LineageDirecti
   const std::vector<NodeId> found = findNodes(graph, name, direction);
   if (found.size() == 1) return found.front();
   std::vector<std::string> list;
+  list.reserve(found.size());
   for (const NodeId id : found) list.push_back(nodeText(graph, id));
   if (!found.empty()) fail(Message::ambiguousName, {printable(name), nodeListText(list)});
   for (const NearNode& near : nearestNodes(graph, name, kNearest)) list.push_back(nodeText(graph, near.node));

@@ -105,10 +105,11 @@ class DiffText {
       text_.begin(2 * kIndent, kChangeIndent);
       addObject(object.kind, object.name).end();
     }
-    if (diff.affected > diff.firstAffected.size())
+    if (diff.affected > diff.firstAffected.size()) {
       text_.begin(2 * kIndent)
           .add("and " + std::to_string(diff.affected - diff.firstAffected.size()) + " more")
           .end();
+    }
   }
 
   ShownText text_;

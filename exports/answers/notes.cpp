@@ -55,6 +55,7 @@ std::vector<std::string> answerNotes(const JoinedGraph& graph) {
     }
   }
   std::vector<std::string> notes;
+  notes.reserve(told.size());
   for (const auto& [note, models] : told) notes.push_back(modelListText(models) + ": " + note);
   return notes;
 }

@@ -84,6 +84,7 @@ class Scanner {
 
   static std::vector<std::string> folded(const std::vector<std::string>& parts) {
     std::vector<std::string> all;
+    all.reserve(parts.size());
     for (const std::string& part : parts) all.push_back(tav::foldCase(part));
     return all;
   }

@@ -94,6 +94,7 @@ std::vector<ReportPlace> reportsOn(const std::string& modelFolder, const std::st
     if (isOn(path, model)) folders.emplace(canonical(path), path);
   }
   std::vector<ReportPlace> reports;
+  reports.reserve(folders.size());
   for (const auto& [place, path] : folders) reports.push_back({path, nameOfItem(path), false});
   return reports;
 }

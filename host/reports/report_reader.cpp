@@ -59,7 +59,7 @@ std::string placeIn(std::string_view text, std::size_t count) {
   return ":" + std::to_string(lines + 1) + ":" + std::to_string(column);
 }
 
-std::string firstOf(std::string a, std::string b) {
+std::string firstOf(const std::string& a, const std::string& b) {
   return a.empty() ? b : a;
 }
 
@@ -188,14 +188,16 @@ class ReportReader {
 
   /// Measures that only the report has, by the tables of the model that they are listed in.
   void readMeasures(const Json& extensions) {
-    for (const Json& extension : extensions.is_array() ? extensions : Json::array({extensions}))
-      for (const Json& entity : at(extension, "entities"))
+    for (const Json& extension : extensions.is_array() ? extensions : Json::array({extensions})) {
+      for (const Json& entity : at(extension, "entities")) {
         for (const Json& measure : at(entity, "measures")) {
           const std::size_t part = add(ObjectKind::reportMeasure, kReport, textAt(measure, "name"), {});
           parts_[part].table = firstOf(textAt(entity, "extends"), textAt(entity, "name"));
           parts_[part].text = textAt(measure, "expression");
           parts_[part].language = "dax";
         }
+      }
+    }
   }
 
   /// The newer form.

@@ -65,6 +65,7 @@ std::vector<Definition> importTabular(const std::vector<std::string>& texts) {
   const std::string errors = folder.path() / "errors";
   EXPECT_EQ(runProgram(words, folder.path() / "out", errors), 0) << readFile(errors);
   std::vector<Definition> all;
+  all.reserve(targets.size());
   for (const std::string& target : targets) all.push_back(loadTabular(target));
   return all;
 }

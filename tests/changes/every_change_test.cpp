@@ -34,7 +34,7 @@ struct Tried {
 /// Tries the changes of one definition.
 class Trial {
  public:
-  Trial(std::string name, const Importer& importer, std::string document, const Changes& changes,
+  Trial(std::string name, const Importer& importer, const std::string& document, const Changes& changes,
         Tried& tried)
       : name_(std::move(name)),
         importer_(importer),

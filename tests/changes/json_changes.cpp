@@ -9,7 +9,7 @@ using Json = nlohmann::ordered_json;
 
 /// Null and an empty text stand for what is not there: without them a definition says the same.
 bool saysNothing(const Json& value) {
-  return value.is_null() || value == "";
+  return value.is_null() || (value.is_string() && value.get_ref<const std::string&>().empty());
 }
 
 bool isLeaf(const Json& value) {

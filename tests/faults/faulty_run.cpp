@@ -32,11 +32,12 @@ constexpr std::size_t kLongestMessages = 4096;
 
 Files filesIn(const fs::path& folder) {
   Files files;
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder))
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
     if (!entry.is_directory())
       files[entry.path().lexically_relative(folder)] = readFile(entry.path());
     else if (fs::is_empty(entry))
       files[entry.path().lexically_relative(folder) / ""];
+  }
   return files;
 }
 
@@ -215,10 +216,14 @@ pid_t Stage::start(const Scene& scene) const {
   const std::string folder = folder_.path().string();
   std::vector<std::string> words{PROGRAM};
   words.insert(words.end(), scene.words.begin(), scene.words.end());
-  std::vector<std::string> environment{
-      "LD_PRELOAD=" FAULTS,        FAULT_PLAN_VARIABLE "=" + folder + "/plan",
-      "TMPDIR=" + folder + "/tmp", "LC_ALL=C.UTF-8",
-      "SOURCE_DATE_EPOCH=0",       "PATH=" + std::string(getenv("PATH"))};
+  const std::string preloaded = std::string("LD_PRELOAD=") + FAULTS;
+  const std::string plan = std::string(FAULT_PLAN_VARIABLE) + "=" + folder + "/plan";
+  std::vector<std::string> environment{preloaded,
+                                       plan,
+                                       "TMPDIR=" + folder + "/tmp",
+                                       "LC_ALL=C.UTF-8",
+                                       "SOURCE_DATE_EPOCH=0",
+                                       "PATH=" + std::string(getenv("PATH"))};
   posix_spawn_file_actions_t files{};
   posix_spawn_file_actions_init(&files);
   constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC;
