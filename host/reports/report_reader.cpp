@@ -1,6 +1,7 @@
 #include "host/reports/report_reader.h"
 
 #include <algorithm>
+#include <deque>
 #include <map>
 #include <stdexcept>
 #include <string_view>
@@ -26,11 +27,6 @@ const Json& at(const Json& json, const char* name) {
 std::string textAt(const Json& json, const char* name) {
   const Json& text = at(json, name);
   return text.is_string() ? text.get<std::string>() : std::string();
-}
-
-/// A value, or the JSON in the text that it is.
-Json unwrapped(const Json& json) {
-  return json.is_string() ? Json::parse(json.get_ref<const std::string&>(), nullptr, false) : json;
 }
 
 /// Without the quotes of a text in an expression.
@@ -130,13 +126,19 @@ class ReportReader {
     return parts_.size() - 1;
   }
 
+  /// A value, or the JSON in the text that it is. Neither is copied: copying goes as deep as JSON does.
+  const Json& unwrapped(const Json& json) {
+    if (!json.is_string()) return json;
+    return texts_.emplace_back(Json::parse(json.get_ref<const std::string&>(), nullptr, false));
+  }
+
   void use(std::size_t part, const Json& json, bool filters) {
     appendFieldUses(json, filters, parts_[part].uses);
   }
 
   /// The older form.
   void readWhole(const Json& report) {
-    const Json config = unwrapped(at(report, "config"));
+    const Json& config = unwrapped(at(report, "config"));
     readMeasures(at(config, "modelExtensions"));
     use(kReport, unwrapped(at(report, "filters")), true);
     for (const Json& page : at(report, "sections")) readSection(page);
@@ -149,7 +151,7 @@ class ReportReader {
         add(ObjectKind::reportPage, kReport, firstOf(textAt(section, "displayName"), id), id);
     use(page, unwrapped(at(section, "filters")), true);
     for (const Json& container : at(section, "visualContainers")) {
-      const Json config = unwrapped(at(container, "config"));
+      const Json& config = unwrapped(at(container, "config"));
       const Json& visual = at(config, "singleVisual");
       const std::size_t part = addVisual(page, titleOf(at(visual, "vcObjects")), textAt(visual, "visualType"),
                                          textAt(config, "name"));
@@ -188,8 +190,13 @@ class ReportReader {
 
   /// Measures that only the report has, by the tables of the model that they are listed in.
   void readMeasures(const Json& extensions) {
-    for (const Json& extension : extensions.is_array() ? extensions : Json::array({extensions})) {
-      for (const Json& entity : at(extension, "entities")) {
+    std::vector<const Json*> all;
+    if (extensions.is_array())
+      for (const Json& extension : extensions) all.push_back(&extension);
+    else
+      all.push_back(&extensions);
+    for (const Json* extension : all) {
+      for (const Json& entity : at(*extension, "entities")) {
         for (const Json& measure : at(entity, "measures")) {
           const std::size_t part = add(ObjectKind::reportMeasure, kReport, textAt(measure, "name"), {});
           parts_[part].table = firstOf(textAt(entity, "extends"), textAt(entity, "name"));
@@ -278,6 +285,7 @@ class ReportReader {
   MessageLog& log_;
   std::optional<ReportFiles> files_;
   std::vector<ReportPart> parts_;
+  std::deque<Json> texts_;
 };
 
 }  // namespace
