@@ -159,7 +159,7 @@ void exportCsv(const DetailedModel& model, const ExportOptions& options, const s
   CsvFile settings(besides(path, ".settings.csv", options.input));
   CsvFile openNames(besides(path, ".open_names.csv", options.input));
   ReplacingFile sums(TAVString(besides(path, ".sha256", options.input)));
-  const LineageGraph graph(model);
+  const LineageGraph graph(model, options.map);
   CsvExport tables(graph, options.input);
   tables.writeNodes(nodes);
   tables.writeEdges(edges);

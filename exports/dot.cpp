@@ -145,7 +145,7 @@ extern const ExportFormat kDotFormat{
     .description = "lineage as a drawing for Graphviz",
     .write =
         [](const DetailedModel& model, const ExportOptions& options, std::ostream& out) {
-          const LineageGraph graph(model);
+          const LineageGraph graph(model, options.map);
           writeDot(graph, subgraphAround(graph, options.from, options.to), out);
         },
     .takesNames = true};

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "framework/details/detailed_model.h"
+#include "lineage/address_map.h"
 
 namespace tav {
 
@@ -24,6 +25,8 @@ struct ExportOptions {
   std::string server = "ssas://localhost";
   /// Whether datasets and jobs are told of as such, instead of a run.
   bool staticEvents = false;
+  /// How databases are called.
+  AddressMap map;
   /// The messages that the import logged about the model, for formats that keep them.
   std::span<const std::string> warnings;
 };

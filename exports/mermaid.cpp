@@ -90,7 +90,7 @@ extern const ExportFormat kMermaidFormat{
     .description = "lineage as a drawing for Mermaid, which Markdown pages show",
     .write =
         [](const DetailedModel& model, const ExportOptions& options, std::ostream& out) {
-          const LineageGraph graph(model);
+          const LineageGraph graph(model, options.map);
           MermaidText(graph, out).write(subgraphAround(graph, options.from, options.to));
         },
     .takesNames = true};

@@ -13,7 +13,7 @@ constexpr std::chrono::minutes kPatience{1};
 
 void exportSqlite(const DetailedModel& model, const ExportOptions& options, const std::string& path,
                   std::chrono::milliseconds patience) {
-  const LineageGraph graph(model);
+  const LineageGraph graph(model, options.map);
   SqliteDatabase database(path, patience);
   prepareSchema(database, path);
   loadModel(database, graph, {.source = canonicalSource(options.input)}, options.warnings);

@@ -7,6 +7,7 @@
 #include "exports/meeting.h"
 #include "exports/node_rows.h"
 #include "framework/std/mask.h"
+#include "framework/std/text.h"
 #include "lineage/coverage.h"
 
 namespace tav {
@@ -86,7 +87,7 @@ class ModelLoad {
   void addNodes() {
     SqliteStatement insert(database_,
                            "INSERT INTO nodes VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, "
-                           "?14, ?15, ?16, ?17, ?18, ?19, ?20)");
+                           "?14, ?15, ?16, ?17, ?18, ?19, ?20, ?21)");
     constexpr int kMeeting = kFirstText + static_cast<int>(kNodeColumns.size());
     insert.bind(2, model_);
     const NodeRows rows(graph_);
@@ -104,6 +105,8 @@ class ModelLoad {
       }
       const std::string meeting = meetingKey(graph_, id);
       insert.bindOptional(kMeeting, meeting);
+      const std::string foldedText = foldedName(graph_.node(id).rawName);
+      insert.bind(kMeeting + 1, foldedText);
       insert.execute();
     }
   }

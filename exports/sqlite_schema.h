@@ -20,13 +20,13 @@ void requireSchema(SqliteDatabase& database, const std::string& path);
 
 /// In the header of the file: "XMLB", and which tables and views it has.
 inline constexpr std::int64_t kSqliteApplication = 0x584D4C42;
-inline constexpr std::int64_t kSqliteVersion = 4;
+inline constexpr std::int64_t kSqliteVersion = 5;
 
 /// The numbers of a model's nodes are a range of their own, so that all of them can be told apart and removed
 /// at once. Letter case does not tell paths apart, as it does not in SQL Server and MDX.
 inline constexpr const char* kSqliteTables = R"SQL(
 PRAGMA application_id = 0x584D4C42;
-PRAGMA user_version = 4;
+PRAGMA user_version = 5;
 CREATE TABLE versions(
   id INTEGER PRIMARY KEY,
   source TEXT NOT NULL,
@@ -68,7 +68,8 @@ CREATE TABLE nodes(
   hidden INTEGER,
   has_lineage TEXT,
   reason TEXT,
-  meeting TEXT
+  meeting TEXT,
+  folded_name TEXT NOT NULL
 );
 CREATE TABLE edges(
   from_id INTEGER NOT NULL REFERENCES nodes(id),
@@ -100,6 +101,9 @@ CREATE TABLE cube_counts(
   measures_with_lineage INTEGER NOT NULL,
   row_counts INTEGER NOT NULL
 );
+CREATE TABLE address_rules(
+  text TEXT NOT NULL
+);
 CREATE TABLE warnings(
   id INTEGER PRIMARY KEY,
   model_id INTEGER NOT NULL REFERENCES models(id),
@@ -111,7 +115,8 @@ CREATE TABLE warnings(
 /// Made behind the rows of the first model: that is faster.
 inline constexpr const char* kSqliteIndexes = R"SQL(
 CREATE INDEX IF NOT EXISTS nodes_by_path ON nodes(path);
-CREATE INDEX IF NOT EXISTS nodes_by_name ON nodes(name);
+CREATE INDEX IF NOT EXISTS nodes_by_name ON nodes(folded_name, model_id);
+CREATE INDEX IF NOT EXISTS nodes_by_owner ON nodes(owner_id) WHERE owner_id IS NOT NULL;
 CREATE INDEX IF NOT EXISTS nodes_by_meeting ON nodes(meeting) WHERE meeting IS NOT NULL;
 CREATE INDEX IF NOT EXISTS versions_by_source ON versions(source, id);
 CREATE INDEX IF NOT EXISTS edges_by_source ON edges(from_id, to_id);

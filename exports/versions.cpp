@@ -89,6 +89,25 @@ void makeEstate(const std::string& path) {
   database.commit();
 }
 
+std::string addressRulesOf(const std::string& path) {
+  std::error_code ignored;  // what cannot be asked for is told where it is written
+  if (!std::filesystem::exists(path, ignored)) return {};
+  SqliteDatabase database(path, kEstatePatience, SqliteAccess::read);
+  requireSchema(database, path);
+  SqliteStatement query(database, "SELECT text FROM address_rules");
+  return query.next() ? std::string(query.text(0)) : std::string();
+}
+
+void setAddressRules(const std::string& path, std::string_view rules) {
+  SqliteDatabase database(path, kEstatePatience);
+  prepareSchema(database, path);
+  database.run("DELETE FROM address_rules");
+  SqliteStatement insert(database, "INSERT INTO address_rules VALUES(?1)");
+  insert.bind(1, rules);
+  if (!rules.empty()) insert.execute();
+  database.commit();
+}
+
 std::optional<EstateVersion> findUnchanged(const std::string& path, const EstateDefinition& definition) {
   std::error_code ignored;  // what cannot be asked for is told where it is written
   if (definition.hash.empty() || !std::filesystem::exists(path, ignored)) return std::nullopt;
@@ -107,15 +126,16 @@ std::optional<EstateVersion> findUnchanged(const std::string& path, const Estate
 }
 
 void importIntoEstate(const std::string& path, const EstateDefinition& definition, const DetailedModel& model,
-                      std::string_view state, bool history, std::span<const std::string> warnings) {
+                      const EstateImport& import) {
   const std::string document = deflatedDocument(model);
-  const LineageGraph graph(model);
+  const LineageGraph graph(model, import.map);
   SqliteDatabase database(path, kEstatePatience);
   prepareSchema(database, path);
   const std::string name = graph.modelName();
-  const std::int64_t version = putVersion(database, definition, {name, document, state});
-  if (!history) dropOlderDocuments(database, definition.source, version);
-  loadModel(database, graph, {.source = definition.source, .version = version, .alone = true}, warnings);
+  const std::int64_t version = putVersion(database, definition, {name, document, import.state});
+  if (!import.history) dropOlderDocuments(database, definition.source, version);
+  loadModel(database, graph, {.source = definition.source, .version = version, .alone = true},
+            import.warnings);
   database.run(kSqliteIndexes);
   database.commit();
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "framework/details/detailed_model.h"
+#include "lineage/address_map.h"
 
 namespace tav {
 
@@ -36,18 +37,31 @@ inline constexpr std::string_view kStateWarnings = "warnings";
 inline constexpr std::string_view kStateIncomplete = "incomplete";
 inline constexpr std::string_view kStateRemoved = "removed";
 
+/// How an import into an estate went, and what it keeps.
+struct EstateImport {
+  std::string_view state;  ///< see kStateOk and so on
+  bool history = true;     ///< whether documents of versions before are kept
+  std::span<const std::string> warnings;
+  AddressMap map;  ///< how databases are called
+};
+
 /// Makes the database when it is missing. Throws when the file is something else.
 void makeEstate(const std::string& path);
+
+/// The rules by which databases are called in the estate (see AddressMap); empty without, and where there is
+/// no estate yet.
+std::string addressRulesOf(const std::string& path);
+/// Puts other rules in their place. Models keep their names until they are imported again.
+void setAddressRules(const std::string& path, std::string_view rules);
 
 /// The version that an import of this definition would only repeat; null when it is to be imported. What was
 /// lost of an incomplete one may be there now.
 std::optional<EstateVersion> findUnchanged(const std::string& path, const EstateDefinition& definition);
 
 /// Puts the model of a definition into the estate in place of the one before, and remembers its document, in
-/// which passwords are masked. All of it or, when this throws, nothing. Documents of versions before are
-/// kept if `history`.
+/// which passwords are masked. All of it or, when this throws, nothing.
 void importIntoEstate(const std::string& path, const EstateDefinition& definition, const DetailedModel& model,
-                      std::string_view state, bool history, std::span<const std::string> warnings);
+                      const EstateImport& import);
 
 /// Two times, each as "2026-03-08T10:00:00Z".
 struct EstateSpan {

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "expressions/model_names.h"
-#include "expressions/spellings.h"
 #include "framework/details/details.h"
 #include "framework/model/model.h"
+#include "framework/std/spellings.h"
 
 namespace tav {
 

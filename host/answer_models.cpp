@@ -30,7 +30,7 @@ struct LoadedModel {
   std::optional<tav::LineageGraph> graph;
 };
 
-int load(LoadedModel& loaded, MessageLog& log) {
+int load(LoadedModel& loaded, const tav::AddressMap& map, MessageLog& log) {
   const Input opened = openInput(loaded.input, log);
   int code = kDone;
   if (opened.isSavedModel()) {
@@ -40,7 +40,7 @@ int load(LoadedModel& loaded, MessageLog& log) {
     code = importModel(opened, log, loaded.kept);
   }
   if (loaded.kept.model)
-    loaded.graph.emplace(tav::DetailedModel(*loaded.kept.model, loaded.kept.details.get()));
+    loaded.graph.emplace(tav::DetailedModel(*loaded.kept.model, loaded.kept.details.get()), map);
   return code;
 }
 
@@ -59,8 +59,8 @@ std::vector<tav::JoinedGraph::Model> named(const std::deque<LoadedModel>& models
 
 }  // namespace
 
-AnswerInputs findInputs(const std::vector<std::string>& inputs, MessageLog& log) {
-  AnswerInputs found{.paths = {}, .several = inputs.size() > 1};
+AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log) {
+  AnswerInputs found{.paths = {}, .several = inputs.size() > 1, .map = std::move(map)};
   std::vector<std::string> paths;
   for (const std::string& input : inputs) {
     checkInput(input);
@@ -120,7 +120,7 @@ int forEachModel(const AnswerInputs& inputs, MessageLog& log,
   for (const std::string& input : inputs.paths) {
     code = worseOf(code, guarded(input, log, [&] {
                      return withModel(input, log, [&](const tav::DetailedModel& model) {
-                       use(input, tav::LineageGraph(model));
+                       use(input, tav::LineageGraph(model, inputs.map));
                      });
                    }));
   }
@@ -131,13 +131,13 @@ int withModels(const AnswerInputs& inputs, MessageLog& log,
                const std::function<void(const tav::JoinedGraph& graph)>& use) {
   if (!inputs.several)
     return withModel(inputs.paths.front(), log,
-                     [&](const tav::DetailedModel& model) { use(tav::LineageGraph(model)); });
+                     [&](const tav::DetailedModel& model) { use(tav::LineageGraph(model, inputs.map)); });
   std::deque<LoadedModel> models;
   int code = kDone;
   for (const std::string& input : inputs.paths) {
     LoadedModel& loaded = models.emplace_back();
     loaded.input = input;
-    code = worseOf(code, guarded(input, log, [&] { return load(loaded, log); }));
+    code = worseOf(code, guarded(input, log, [&] { return load(loaded, inputs.map, log); }));
     if (!loaded.graph) models.pop_back();
   }
   if (!models.empty()) use(tav::JoinedGraph(named(models)));

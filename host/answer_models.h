@@ -15,12 +15,13 @@ struct AnswerInputs {
   std::vector<std::string> paths;
   /// Whether there may be several, so that answers name their models.
   bool several = false;
+  tav::AddressMap map;
 };
 
 /// The inputs of a command, with every definition and saved model below it in the place of a folder. A folder
 /// that holds one definition is that; one that holds none stands for itself, as an input that cannot be read.
 /// What is named twice is there once, with a warning. Throws a usage error for an input without a name.
-AnswerInputs findInputs(const std::vector<std::string>& inputs, MessageLog& log);
+AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log);
 
 /// Shows the models of all inputs to `use`, as a graph each and joined. Of several inputs, one that cannot be
 /// read is an error in `log` and the others are shown; `use` is not called where none is left. Returns

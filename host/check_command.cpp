@@ -1,8 +1,9 @@
-#include <deque>
+#include <array>
 
 #include "checks/checks.h"
 #include "host/answer_models.h"
 #include "host/command.h"
+#include "host/map_option.h"
 #include "host/model_input.h"
 #include "host/output.h"
 
@@ -13,6 +14,7 @@ struct Arguments {
   std::vector<std::string> inputs;
   std::string rules;
   std::string against;
+  std::string map;
   std::string format = "text";
   std::string failOn = "error";
   std::string output = "-";
@@ -48,13 +50,13 @@ void writeRuleList(std::ostream& out) {
 
 /// One model against another.
 int checkAgainst(const Arguments& arguments, const std::string& input, const tav::CheckRuleFile& rules,
-                 std::vector<tav::CheckedModel>& models, MessageLog& log) {
+                 const tav::AddressMap& map, std::vector<tav::CheckedModel>& models, MessageLog& log) {
   int newCode = kDone;
   // The second is read while the first, which an import deletes at its end, is there.
   const int code = withModel(arguments.against, log, [&](const tav::DetailedModel& old) {
     newCode = withModel(input, log, [&](const tav::DetailedModel& model) {
-      const tav::LineageGraph before(old);
-      const tav::LineageGraph graph(model);
+      const tav::LineageGraph before(old, map);
+      const tav::LineageGraph graph(model, map);
       const tav::ModelDiff diff = tav::compareModels(before, graph);
       models.push_back(tav::checkModel({graph, &before, &diff}, input, rules));
     });
@@ -73,7 +75,8 @@ int check(const Arguments& arguments, MessageLog& log) {
     return kDone;
   }
   if (arguments.inputs.empty()) throw CLI::RequiredError("INPUT");
-  const AnswerInputs inputs = findInputs(arguments.inputs, log);
+  const AnswerInputs inputs =
+      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
   checkOutputs(inputs.paths, arguments.output);
   if (!arguments.against.empty() && inputs.paths.size() > 1)
     throw CLI::ValidationError("--against", "one model is compared with one");
@@ -86,7 +89,7 @@ int check(const Arguments& arguments, MessageLog& log) {
                          [&](const std::string& input, const tav::LineageGraph& graph) {
                            models.push_back(tav::checkModel({graph, nullptr, nullptr}, input, rules));
                          })
-          : checkAgainst(arguments, inputs.paths.front(), rules, models, log);
+          : checkAgainst(arguments, inputs.paths.front(), rules, inputs.map, models, log);
   if (models.empty()) return code;
   writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(models, out); });
   if (code != kDone || arguments.failOn == "never") return code;
@@ -126,6 +129,7 @@ Command addCheck(CLI::App& program) {
   parser->add_flag("--list-rules", arguments->listRules, "Print the rules and what they are by default");
   parser->add_flag("--print-rules", arguments->printRules,
                    "Print a rule file that says what holds without one");
+  addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return check(*arguments, log); }};
 }

@@ -4,7 +4,7 @@
 #include "exports/answers/coverage_report.h"
 #include "host/answer_models.h"
 #include "host/command.h"
-#include "host/model_input.h"
+#include "host/map_option.h"
 #include "host/output.h"
 #include "messages/message.h"
 
@@ -17,6 +17,7 @@ struct Arguments {
   std::vector<std::string> inputs;
   std::string format = "text";
   std::string output = "-";
+  std::string map;
   int bound = 0;
 };
 
@@ -42,10 +43,10 @@ int hold(const Arguments& arguments, const std::string& input, std::size_t perce
   return kBelowBound;
 }
 
-int measureOne(const Arguments& arguments, const std::string& input, MessageLog& log) {
+int measureOne(const Arguments& arguments, const AnswerInputs& inputs, MessageLog& log) {
   std::size_t percent = 100;
-  const int code = withModel(input, log, [&](const tav::DetailedModel& model) {
-    const tav::LineageGraph graph(model);
+  const int code = withModels(inputs, log, [&](const tav::JoinedGraph& joined) {
+    const tav::LineageGraph& graph = joined.graph(0);
     const tav::Coverage coverage = tav::measureCoverage(graph);
     writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
       if (arguments.format == "json")
@@ -79,10 +80,10 @@ int measureSeveral(const Arguments& arguments, const AnswerInputs& inputs, Messa
 }
 
 int measure(const Arguments& arguments, MessageLog& log) {
-  const AnswerInputs inputs = findInputs(arguments.inputs, log);
+  const AnswerInputs inputs =
+      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
   checkOutputs(inputs.paths, arguments.output);
-  return inputs.several ? measureSeveral(arguments, inputs, log)
-                        : measureOne(arguments, inputs.paths.front(), log);
+  return inputs.several ? measureSeveral(arguments, inputs, log) : measureOne(arguments, inputs, log);
 }
 
 }  // namespace
@@ -101,6 +102,7 @@ Command addCoverage(CLI::App& program) {
   parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json"}));
+  addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return measure(*arguments, log); }};
 }

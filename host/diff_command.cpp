@@ -9,6 +9,7 @@
 #include "framework/serialization/model_reader.h"
 #include "framework/std/exception.h"
 #include "host/command.h"
+#include "host/map_option.h"
 #include "host/model_input.h"
 #include "host/output.h"
 
@@ -20,6 +21,7 @@ struct Arguments {
   std::string after;
   std::string format = "text";
   std::string output = "-";
+  std::string map;
   bool exitCode = false;
   std::vector<std::string> failOn;
   tav::EstateSpan span;
@@ -52,12 +54,13 @@ int compare(const Arguments& arguments, MessageLog& log) {
     if (arguments.output != "-") checkOutput(input, arguments.output);
   if (arguments.before == "-" && arguments.after == "-")
     throw CLI::ValidationError("NEW", "only one of the two can be read from standard input");
+  const tav::AddressMap map = readMap(arguments.map).value_or(tav::AddressMap());
   bool failure = false;
   int newCode = kDone;
   // The second is read while the first, which an import deletes at its end, is there.
   const int code = withModel(arguments.before, log, [&](const tav::DetailedModel& before) {
     newCode = withModel(arguments.after, log, [&](const tav::DetailedModel& after) {
-      const tav::ModelDiff diff = tav::compareModels(before, after);
+      const tav::ModelDiff diff = tav::compareModels(before, after, map);
       failure = isFailure(diff, arguments);
       writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
         if (const Writer write = writerOf(arguments.format))
@@ -91,13 +94,14 @@ bool isFailure(const tav::EstateChange& change, const Arguments& arguments) {
 }
 
 /// How a model of an estate changed; throws when one of its documents is not there.
-tav::ModelDiff compareVersions(const std::string& estate, const tav::EstateChange& change) {
+tav::ModelDiff compareVersions(const std::string& estate, const tav::EstateChange& change,
+                               const tav::AddressMap& map) {
   const auto load = [&](const tav::EstateVersion& version) {
     return tav::loadSavedModelText(tav::documentOf(estate, change.source, version), change.source);
   };
   const tav::SavedModel before = load(*change.before);
   const tav::SavedModel after = load(*change.after);
-  return tav::compareModels({*before.model, before.details.get()}, {*after.model, after.details.get()});
+  return tav::compareModels({*before.model, before.details.get()}, {*after.model, after.details.get()}, map);
 }
 
 int compareEstate(const Arguments& arguments, MessageLog& log) {
@@ -107,6 +111,7 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
                                  : timeOf("--until", arguments.span.until, "23:59:59")};
   if (span.until < span.since) throw CLI::ValidationError("--until", "the time is before that of --since");
   if (arguments.output != "-") checkOutput(arguments.before, arguments.output);
+  const tav::AddressMap map = readMap(arguments.map).value_or(tav::AddressMap());
   int code = kDone;
   bool failure = false;
   writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
@@ -119,7 +124,7 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
         continue;
       }
       try {
-        const tav::ModelDiff diff = compareVersions(arguments.before, change);
+        const tav::ModelDiff diff = compareVersions(arguments.before, change, map);
         if (!diff.empty()) report->add(change, &diff);
         failure |= isFailure(diff, arguments);
       } catch (const TAVException& error) {
@@ -175,6 +180,7 @@ Command addDiff(CLI::App& program) {
       ->delimiter(',')
       ->allow_extra_args(false)
       ->check(CLI::IsMember(groupNames()));
+  addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [parser, arguments](MessageLog& log) { return run(*parser, *arguments, log); }};
 }

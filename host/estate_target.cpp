@@ -25,9 +25,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Who reads a definition: another version of the program may find more in it.
-std::string readerOf(const ImportScope& scope) {
-  return std::string("xmla-bridge " XMLA_VERSION) + (scope.details ? "" : " --no-details");
+/// Who reads a definition: another version of the program may find more in it, other rules give it other
+/// names.
+std::string readerOf(const ImportScope& scope, const std::string& rules) {
+  constexpr std::size_t kHashSize = 16;
+  std::string reader = std::string("xmla-bridge " XMLA_VERSION) + (scope.details ? "" : " --no-details");
+  if (!rules.empty()) reader.append(" --map ").append(textHash(rules), 0, kHashSize);
+  return reader;
+}
+
+/// The rules of an estate, which are those that were given, if any were.
+std::string settleRules(const EstateTarget& target) {
+  if (target.map) tav::setAddressRules(target.path, target.map->text());
+  return tav::addressRulesOf(target.path);
 }
 
 std::string_view stateOf(const MessageLog& log) {
@@ -121,8 +131,10 @@ int importIntoEstate(const std::string& input, const EstateTarget& target, const
   checkEstate(input, target.path);
   log.keepsWarnings = true;
   const Input opened = openInput(input, log);
+  const std::string rules = settleRules(target);
+  const tav::AddressMap map = tav::AddressMap::parse(rules, target.path);
   const tav::EstateDefinition definition{tav::canonicalSource(opened.name()), contentHash(opened),
-                                         readerOf(scope)};
+                                         readerOf(scope, rules)};
   const auto unchanged = tav::findUnchanged(target.path, definition);
   if (unchanged && !target.force) {
     tellUnchanged(*unchanged, target, log);
@@ -132,8 +144,9 @@ int importIntoEstate(const std::string& input, const EstateTarget& target, const
   ImportScope wanted = scope;
   wanted.empty = false;
   const int code = runImport(opened, "", log, wanted, [&](const tav::DetailedModel& model) {
+    tav::importIntoEstate(target.path, definition, model,
+                          {stateOf(log), target.history, log.getWarnings(), map});
     summary = summarize(model);
-    tav::importIntoEstate(target.path, definition, model, stateOf(log), target.history, log.getWarnings());
     return false;
   });
   if (code != kDone && code != kIncomplete) return code;
@@ -143,6 +156,7 @@ int importIntoEstate(const std::string& input, const EstateTarget& target, const
 int importIntoEstate(const std::vector<std::string>& inputs, std::size_t jobs, const EstateTarget& target,
                      const ImportScope& scope, MessageLog& log) {
   tav::makeEstate(target.path);
+  settleRules(target);
   const Work work = planWork(inputs, target, log);
   if (work.files.empty()) return kNoDefinition;
   const EstateRun run = importEstate(work.files, jobs, optionsFor(target, scope), log);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/import_run.h"
+#include "host/map_option.h"
 #include "host/message_log.h"
 
 namespace host {
@@ -17,6 +18,7 @@ struct EstateTarget {
   bool force = false;   ///< whether unchanged definitions are read too
   bool prune = false;   ///< whether models go whose definitions are gone
   bool json = false;    ///< whether the summary is JSON
+  GivenMap map;         ///< the rules that the estate has from now on; without, it keeps those that it has
 };
 
 /// Whether the inputs are one definition, which needs no other process.

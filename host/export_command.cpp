@@ -1,6 +1,7 @@
 #include "exports/formats.h"
 #include "host/command.h"
 #include "host/export_lineage.h"
+#include "host/map_option.h"
 #include "host/model_input.h"
 #include "host/output.h"
 
@@ -10,6 +11,7 @@ namespace {
 struct Arguments {
   std::string format;
   std::string output = "-";
+  std::string map;
   tav::ExportOptions options;
   PostTarget post;
 };
@@ -35,10 +37,12 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
   const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
+  const tav::AddressMap map = readMap(arguments.map).value_or(tav::AddressMap());
   log.keepsWarnings = true;
   return withModel(arguments.options.input, log, [&](const tav::DetailedModel& model) {
     tav::ExportOptions options = arguments.options;
     options.warnings = log.getWarnings();
+    options.map = map;
     write(model, format, options, arguments, log);
   });
 }
@@ -71,6 +75,7 @@ Command addExport(CLI::App& program) {
       ->add_option("--to", arguments->options.to,
                    "dot, mermaid: only this object and its sources; the same as --from: both directions")
       ->type_name("NAME");
+  addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   addLineageOptions(*parser, arguments->options, arguments->post);
   return {parser, [parser, arguments](MessageLog& log) {

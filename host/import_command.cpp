@@ -28,6 +28,7 @@ struct Arguments {
   CLI::Option* estateOption = nullptr;
   CLI::Option* jobsOption = nullptr;
   EstateTarget estate;
+  std::string map;
 };
 
 int importFile(const Arguments& arguments, MessageLog& log) {
@@ -70,6 +71,7 @@ int importFiles(const Arguments& arguments, MessageLog& log) {
 int importIntoEstate(const Arguments& arguments, MessageLog& log) {
   EstateTarget target = arguments.estate;
   target.json = arguments.json;
+  target.map = readMap(arguments.map);
   if (target.path.empty()) throw CLI::ValidationError("--estate", "the name of the database is empty");
   if (!isOneDefinition(arguments.inputs))
     return importIntoEstate(arguments.inputs, static_cast<std::size_t>(arguments.jobs), target,
@@ -141,6 +143,7 @@ Command addImport(CLI::App& program) {
       ->allow_extra_args(false)
       ->excludes(arguments->folderOption)
       ->excludes(arguments->estateOption);
+  addMap(*parser, arguments->map).needs(arguments->estateOption);
   parser->add_flag("--json", arguments->json, "Print the summary as JSON");
   parser->add_flag_callback(
       "--no-details", [arguments] { arguments->scope.details = false; },

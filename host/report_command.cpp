@@ -1,4 +1,5 @@
 #include "host/command.h"
+#include "host/map_option.h"
 #include "host/model_input.h"
 #include "host/output.h"
 #include "report/report.h"
@@ -11,12 +12,14 @@ constexpr std::string_view kProgram = "xmla-bridge " XMLA_VERSION;
 struct Arguments {
   std::string input;
   std::string output = "-";
+  std::string map;
 };
 
 int report(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
+  const tav::AddressMap map = readMap(arguments.map).value_or(tav::AddressMap());
   return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
-    const tav::LineageGraph graph(model);
+    const tav::LineageGraph graph(model, map);
     writeOutput(arguments.output, [&](std::ostream& out) { tav::writeReport(graph, kProgram, out); });
   });
 }
@@ -28,6 +31,7 @@ Command addReport(CLI::App& program) {
   CLI::App* parser =
       program.add_subcommand("report", "Write a self-contained HTML report of a model and its lineage");
   addInput(*parser, arguments->input);
+  addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return report(*arguments, log); }};
 }

@@ -8,6 +8,7 @@
 #include "host/answer_models.h"
 #include "host/command.h"
 #include "host/kind_option.h"
+#include "host/map_option.h"
 #include "host/output.h"
 #include "lineage/joined_search.h"
 
@@ -24,6 +25,7 @@ struct Arguments {
   std::string format = "text";
   std::vector<std::string> kinds;
   std::string output = "-";
+  std::string map;
   tav::LineageWalk walk;
 };
 
@@ -78,7 +80,8 @@ void addWords(Arguments& arguments, const CLI::App& parser) {
 int tell(const Arguments& arguments, MessageLog& log) {
   if (!arguments.kinds.empty() && !rowWriterOf(arguments.format))
     throw CLI::ValidationError("--kind", "is an option of --format list, csv and markdown");
-  const AnswerInputs inputs = findInputs(arguments.inputs, log);
+  const AnswerInputs inputs =
+      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
   if (inputs.several && arguments.format == "dot")
     throw CLI::ValidationError("--format", "dot draws one model");
   checkOutputs(inputs.paths, arguments.output);
@@ -107,6 +110,7 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
   parser->add_option("--depth", arguments->walk.depth, "The maximum number of steps (default: no limit)")
       ->type_name("N");
   parser->add_flag("--values", arguments->walk.values, "Follow only what values flow along");
+  addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [parser, arguments](MessageLog& log) {
             addWords(*arguments, *parser);

@@ -1,6 +1,7 @@
 #include "exports/answers/unused_report.h"
 #include "host/answer_models.h"
 #include "host/command.h"
+#include "host/map_option.h"
 #include "host/output.h"
 
 namespace host {
@@ -11,6 +12,7 @@ struct Arguments {
   std::vector<std::string> kinds;
   std::string format = "text";
   std::string output = "-";
+  std::string map;
 };
 
 using Writer = void (*)(const tav::JoinedGraph& graph, std::span<const tav::UnusedGroup> groups,
@@ -39,7 +41,8 @@ std::vector<std::string> kindNames() {
 }
 
 int list(const Arguments& arguments, MessageLog& log) {
-  const AnswerInputs inputs = findInputs(arguments.inputs, log);
+  const AnswerInputs inputs =
+      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
   checkOutputs(inputs.paths, arguments.output);
   const std::vector<tav::UnusedGroup> groups = groupsOf(arguments.kinds);
   return withModels(inputs, log, [&](const tav::JoinedGraph& graph) {
@@ -70,6 +73,7 @@ Command addUnused(CLI::App& program) {
   parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "csv", "markdown"}));
+  addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return list(*arguments, log); }};
 }

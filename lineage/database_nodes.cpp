@@ -36,9 +36,25 @@ NodeId DatabaseNodes::table(std::uint32_t address, std::string_view schema, std:
     schema = {};
   }
   if (schema.empty()) schema = addressAt(address).defaultSchema;
+  if (!graph_.map_.empty()) {
+    const Mapped& place = mapped(address, schema);
+    address = place.address;
+    schema = place.schema;
+  }
   const auto [place, isNew] = tables_.try_emplace(key(address, schema, name));
   if (isNew) {
     place->second = addNode({NodeKind::databaseTable, kNoNode, nullptr, name}, address, schema);
+  }
+  return place->second;
+}
+
+const DatabaseNodes::Mapped& DatabaseNodes::mapped(std::uint32_t address, std::string_view schema) {
+  const auto [place, isNew] = mapped_.try_emplace(std::to_string(address).append(1, '\0').append(schema));
+  if (isNew) {
+    DatabaseAddress moved = addressAt(address);
+    place->second.schema = schema;
+    graph_.map_.apply(moved, place->second.schema);
+    place->second.address = addAddress(moved);
   }
   return place->second;
 }
@@ -71,6 +87,7 @@ NodeId DatabaseNodes::namedColumn(std::uint32_t address, std::string_view text, 
     return column(qualifiedTable(address, std::span(parts).first(parts.size() - 1)), parts.back());
   const auto [place, isNew] = columns_.try_emplace(key(query, parts.back()));
   if (isNew) {
+    if (!graph_.map_.empty()) address = mapped(address, {}).address;
     place->second = addNode({NodeKind::databaseColumn, kNoNode, nullptr, parts.back()}, address, {});
   }
   return place->second;

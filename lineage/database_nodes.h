@@ -36,6 +36,13 @@ class DatabaseNodes {
   std::uint32_t addAddress(const DatabaseAddress& address);
   NodeId qualifiedTable(std::uint32_t address, std::span<const std::string> parts);
 
+  /// What the graph's map makes of a schema of a database.
+  struct Mapped {
+    std::uint32_t address;
+    std::string schema;
+  };
+  const Mapped& mapped(std::uint32_t address, std::string_view schema);
+
   std::uint32_t keepAddress(const DatabaseAddress& address);
   [[nodiscard]] const DatabaseAddress& addressAt(std::uint32_t number) const;
   /// The graph keeps copies of the texts.
@@ -45,8 +52,9 @@ class DatabaseNodes {
   LineageGraph& graph_;
   std::unordered_map<const TAVStoreConnection*, std::uint32_t> connections_;
   std::unordered_map<std::string, std::uint32_t> addresses_;
-  Index tables_;   // by address, folded schema and name
-  Index columns_;  // by table or query, and folded name
+  std::unordered_map<std::string, Mapped> mapped_;  // by address and schema
+  Index tables_;                                    // by address, folded schema and name
+  Index columns_;                                   // by table or query, and folded name
 };
 
 }  // namespace tav

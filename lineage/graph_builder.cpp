@@ -88,8 +88,10 @@ std::string_view databaseName(const TAVModelObject& object) {
 }  // namespace
 
 /// The passes, each of which needs what those before it made.
-LineageGraph::LineageGraph(const DetailedModel& model)
-    : model_(model.model), details_(model.details), tabular_(tav::isTabular(model.model)) {
+LineageGraph::LineageGraph(const DetailedModel& model) : LineageGraph(model, {}) {}
+
+LineageGraph::LineageGraph(const DetailedModel& model, const AddressMap& map)
+    : model_(model.model), details_(model.details), map_(map), tabular_(tav::isTabular(model.model)) {
   GraphBuilder(*this).build();
 }
 

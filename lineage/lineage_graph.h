@@ -16,6 +16,7 @@
 
 #include "framework/details/detailed_model.h"
 #include "framework/model/model.h"
+#include "lineage/address_map.h"
 #include "lineage/database_address.h"
 
 namespace tav {
@@ -110,8 +111,9 @@ struct LineageEdge {
 /// the few whose names begin with "raw" give the definition's own text, for whoever has to match it.
 class LineageGraph {
  public:
-  /// Renumbers the model (see tav::Numbering).
+  /// Renumbers the model (see tav::Numbering). Databases are called as `map` has them.
   explicit LineageGraph(const DetailedModel& model);
+  LineageGraph(const DetailedModel& model, const AddressMap& map);
   LineageGraph(const LineageGraph&) = delete;
   LineageGraph& operator=(const LineageGraph&) = delete;
 
@@ -134,6 +136,8 @@ class LineageGraph {
   [[nodiscard]] std::string modelName() const;
   /// The data sources of the model, in its order.
   [[nodiscard]] std::vector<LineageConnection> connections() const;
+  /// The database that a connection leads to.
+  [[nodiscard]] DatabaseAddress addressOf(const TAVStoreConnection& connection) const;
 
   [[nodiscard]] std::string name(NodeId id) const;
   /// The place in the model, "/Cubes/Stays/Measure Groups/Stays/Nights", or behind the address of the
@@ -222,6 +226,7 @@ class LineageGraph {
 
   const TAVModel& model_;
   const Details* details_;
+  AddressMap map_;
   bool tabular_ = false;
   std::vector<LineageNode> nodes_;
   std::vector<LineageEdge> edges_;

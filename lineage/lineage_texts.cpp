@@ -134,9 +134,16 @@ std::vector<LineageConnection> LineageGraph::connections() const {
   std::vector<LineageConnection> connections;
   for (const TAVStoreConnection& connection : model_.storeConnections) {
     connections.push_back({maskPasswords(connection.getName()), maskPasswords(connection.connectionString),
-                           parseDatabaseAddress(factsOf(connection))});
+                           addressOf(connection)});
   }
   return connections;
+}
+
+DatabaseAddress LineageGraph::addressOf(const TAVStoreConnection& connection) const {
+  DatabaseAddress address = parseDatabaseAddress(factsOf(connection));
+  std::string schema = address.defaultSchema;
+  map_.apply(address, schema);
+  return address;
 }
 
 std::string LineageGraph::name(NodeId id) const {

@@ -69,7 +69,7 @@ std::string readBy(const LineageGraph& graph, NodeId query) {
     return describe(graph, tables.front()) + " and " + std::to_string(tables.size() - 1) + " more";
   if (tables.size() == 1) return describe(graph, tables.front());
   const TAVStoreConnection* connection = as<TAVTable>(graph.node(query).object)->storeConnections.first();
-  return connection ? parseDatabaseAddress(factsOf(*connection)).server : std::string();
+  return connection ? graph.addressOf(*connection).server : std::string();
 }
 
 /// The expression of a table that DAX computes; empty for every other one.

@@ -335,10 +335,10 @@ ModelDiff compareModels(const LineageGraph& before, const LineageGraph& after) {
   return Comparison(before, after).run();
 }
 
-ModelDiff compareModels(const DetailedModel& before, const DetailedModel& after) {
+ModelDiff compareModels(const DetailedModel& before, const DetailedModel& after, const AddressMap& map) {
   const bool both = before.details && after.details;
-  const LineageGraph oldGraph(both ? before : DetailedModel(before.model));
-  const LineageGraph newGraph(both ? after : DetailedModel(after.model));
+  const LineageGraph oldGraph(both ? before : DetailedModel(before.model), map);
+  const LineageGraph newGraph(both ? after : DetailedModel(after.model), map);
   ModelDiff diff = compareModels(oldGraph, newGraph);
   if (both) return diff;
   const std::string_view which = before.details  ? "the new model has"

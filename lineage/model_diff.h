@@ -63,7 +63,8 @@ struct ModelDiff {
 /// for sorting.
 ModelDiff compareModels(const LineageGraph& before, const LineageGraph& after);
 
-/// The same for models. Details are compared when both have them, and the notes say when not.
-ModelDiff compareModels(const DetailedModel& before, const DetailedModel& after);
+/// The same for models, whose databases are called as `map` has them. Details are compared when both have
+/// them, and the notes say when not.
+ModelDiff compareModels(const DetailedModel& before, const DetailedModel& after, const AddressMap& map = {});
 
 }  // namespace tav

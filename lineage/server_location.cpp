@@ -372,6 +372,15 @@ std::string sqlServerUri(std::string_view source) {
   return serverUri(sqlServerKind(), sqlServerEndpoint(source));
 }
 
+std::string serverName(std::string_view source) {
+  if (source.find("://") != source.npos) return std::string(source);
+  const Endpoint endpoint = sqlServerEndpoint(source);
+  std::string name = uriText(endpoint.host);
+  if (!endpoint.port.empty()) name.append(":").append(uriText(endpoint.port));
+  if (!endpoint.instance.empty()) name.append("/").append(uriText(endpoint.instance));
+  return name;
+}
+
 std::string uriText(std::string_view raw) {
   const std::string text = maskPasswords(raw);
   constexpr std::string_view kPlain =

@@ -23,6 +23,10 @@ ServerLocation locateServer(const ServerKind& kind, std::string_view connectionS
 /// The URI of a server of SQL Server's protocol by what connection strings call it.
 std::string sqlServerUri(std::string_view source);
 
+/// The same without scheme, and with a port only where `source` has one: "localhost/SQL2019" of `.\SQL2019`.
+/// What is a URI already stays as it is.
+std::string serverName(std::string_view source);
+
 /// `raw` as a part of a URI; passwords are masked before, because behind the escapes nobody would find them.
 std::string uriText(std::string_view raw);
 

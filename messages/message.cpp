@@ -86,6 +86,8 @@ constexpr std::array kRows{
         Message::documentNotKept, "XMLABRIDGE_F0037",
         "{0}: the document of its version of {1} is not kept, so it is not compared",
         "It was imported with --no-history since; the other models are compared, and the exit code is 6."},
+    MessageRow{Message::badMapRule, "XMLABRIDGE_F0038", "{0}:{1}: {2}",
+               "A line of the file of --map is no rule; docs/openlineage.md says what rules are."},
     MessageRow{
         Message::projectRead, "XMLABRIDGE_S0040", "Reading the project {0}: {1} files{2} ...",
         "A project is read from the files that it lists, which are usually newer than what it was built "

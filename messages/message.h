@@ -45,6 +45,7 @@ enum class Message : std::uint8_t {
   definitionGone,
   definitionRemoved,
   documentNotKept,
+  badMapRule,
   projectRead,
   listedFileLost,
   strayPartitions,

@@ -142,7 +142,7 @@ class EventWriter {
 }  // namespace
 
 LineageEvents::LineageEvents(const DetailedModel& model, const ExportOptions& options)
-    : graph_(model),
+    : graph_(model, options.map),
       datasets_(graph_, options.server),
       time_(eventTime(model.model, options.input)),
       static_(options.staticEvents) {}

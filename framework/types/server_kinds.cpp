@@ -95,6 +95,12 @@ const ServerKind* findServerKind(std::string_view name) {
   return kind == kKinds.end() ? nullptr : kind;
 }
 
+const ServerKind* serverKindOfScheme(std::string_view scheme) {
+  const auto* const kind =
+      std::find_if(kKinds.begin(), kKinds.end(), [&](const ServerKind& one) { return one.scheme == scheme; });
+  return kind == kKinds.end() ? nullptr : kind;
+}
+
 const ServerKind* serverKindOfProvider(std::string_view provider) {
   const std::string folded = foldCase(provider);
   for (const ServerKind& kind : kKinds)

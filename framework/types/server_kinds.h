@@ -63,6 +63,8 @@ TAV_API const ServerKind& oracleKind();
 
 /// The kind of this name, or null.
 TAV_API const ServerKind* findServerKind(std::string_view name);
+/// The kind whose servers have URIs of this scheme, the first of several, or null.
+TAV_API const ServerKind* serverKindOfScheme(std::string_view scheme);
 /// The kind that an OLE DB provider, an ODBC driver or a managed provider reads, or null.
 TAV_API const ServerKind* serverKindOfProvider(std::string_view provider);
 

@@ -46,17 +46,17 @@ _xmla_bridge() {
       case $command in
         '') words="$commands --help --version" ;;
         help) words=${commands% help} ;;
-        import) words="-o --out-dir --estate --jobs --prune --force --no-history --reports --json --no-details $messages" ;;
+        import) words="-o --out-dir --estate --jobs --prune --force --no-history --map --reports --json --no-details $messages" ;;
         export)
           words='-o --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
-          words+=" $messages"
+          words+=" --map $messages"
           ;;
-        trace | impact) words="-o --format --kind --depth --values $messages" ;;
-        coverage) words="-o --format --fail-under $messages" ;;
-        check) words="-o --rules --against --format --fail-on --list-rules --print-rules $messages" ;;
-        unused) words="-o --format --kind $messages" ;;
-        diff) words="-o --since --until --format --exit-code --fail-on $messages" ;;
-        report) words="-o $messages" ;;
+        trace | impact) words="-o --format --kind --depth --values --map $messages" ;;
+        coverage) words="-o --format --fail-under --map $messages" ;;
+        check) words="-o --rules --against --format --fail-on --list-rules --print-rules --map $messages" ;;
+        unused) words="-o --format --kind --map $messages" ;;
+        diff) words="-o --since --until --format --exit-code --fail-on --map $messages" ;;
+        report) words="-o --map $messages" ;;
         test) words="$messages" ;;
         describe) words="--json $messages" ;;
       esac

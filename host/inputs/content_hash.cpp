@@ -42,6 +42,12 @@ bool addReport(const ReportPlace& report, Hash& hash) {
 
 }  // namespace
 
+std::string textHash(std::string_view text) {
+  Hash hash;
+  hash.add(text);
+  return hash.finish();
+}
+
 std::string contentHash(const Input& input) {
   Hash hash;
   hash.addText(input.nameOfModel(""));

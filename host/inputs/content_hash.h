@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "host/inputs/input.h"
 
@@ -10,5 +11,8 @@ namespace host {
 /// hexadecimal digits: the same as long as an import would find the same. Empty when something cannot be
 /// read, which the import tells.
 std::string contentHash(const Input& input);
+
+/// The same of a text.
+std::string textHash(std::string_view text);
 
 }  // namespace host

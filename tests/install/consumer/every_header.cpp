@@ -90,6 +90,7 @@
 #include "framework/types/providers.h"
 #include "framework/types/server_kinds.h"
 #include "framework/types/type_names.h"
+#include "lineage/address_map.h"
 #include "lineage/coverage.h"
 #include "lineage/database_address.h"
 #include "lineage/differences.h"
@@ -230,6 +231,7 @@ void takeLineage() {
   const tav::LineageGraph graph({*model, nullptr});
   taken += tav::findNodes(graph, "none", tav::LineageDirection::upstream).size();
   taken += tav::measureCoverage(graph).percent() + tav::wholeGraph(graph).nodes.size();
+  taken += tav::AddressMap::parse("", "rules").text().size();
   taken += std::size_t{tav::compareModels(graph, graph).empty()} + tav::unnamedDatabase().server.size();
   for (const tav::UnusedGroup& group : tav::unusedGroups()) taken += tav::findUnused(graph, group).size();
   const tav::JoinedGraph joined({{"first", &graph}, {"second", &graph}});

@@ -5,11 +5,13 @@
 #include <unordered_map>
 #include <vector>
 
+#include "framework/api.h"
+
 namespace tav {
 
 /// Names, to find the one that somebody may have meant. A search looks at a bounded number of names of nearly
 /// the same length with the same beginning or end, so that its cost does not grow with the list.
-class Spellings {
+class TAV_API Spellings {
  public:
   void add(std::string_view name);
   /// The name that differs least from this one, letter case ignored; empty when none comes near.

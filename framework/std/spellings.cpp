@@ -1,4 +1,4 @@
-#include "expressions/spellings.h"
+#include "framework/std/spellings.h"
 
 #include <algorithm>
 #include <array>
