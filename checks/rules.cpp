@@ -93,7 +93,7 @@ bool hasSetting(const LineageGraph& graph, NodeId id, std::string_view name) {
 
 Findings findUndescribed(const CheckSubject& subject, const CheckSettings& settings) {
   return judgeNodes(subject, settings, [&](NodeId id) {
-    const bool hidden = isHidden(subject.graph, id);
+    const bool hidden = subject.graph.isHidden(id);
     return hidden || !subject.graph.description(id).empty() ? std::string()
                                                             : std::string("it has no description");
   });
@@ -114,8 +114,8 @@ bool hasFormat(const LineageGraph& graph, NodeId id) {
 
 Findings findWithoutFormat(const CheckSubject& subject, const CheckSettings& settings) {
   return judgeNodes(subject, settings, [&](NodeId id) {
-    return isHidden(subject.graph, id) || hasFormat(subject.graph, id) ? std::string()
-                                                                       : std::string("it has no format");
+    return subject.graph.isHidden(id) || hasFormat(subject.graph, id) ? std::string()
+                                                                      : std::string("it has no format");
   });
 }
 

@@ -8,19 +8,19 @@
 namespace tav {
 namespace {
 
-bool isRow(const LineageGraph& graph, NodeId id) {
+bool isRow(const WalkGraph& graph, NodeId id) {
   const NodeKind kind = graph.node(id).kind;
   return graph.node(id).owner != kNoNode && !isClassifierKind(kind) && kind != NodeKind::perspective;
 }
 
 /// Levels of a hierarchy are rows of its dimension as it is one itself.
-NodeId boxOf(const LineageGraph& graph, NodeId id) {
+NodeId boxOf(const WalkGraph& graph, NodeId id) {
   while (isRow(graph, id)) id = graph.node(id).owner;
   return id;
 }
 
 /// Whether the rows of a cube say it already.
-bool isSaidByBoxes(const LineageGraph& graph, const LineageEdge& edge) {
+bool isSaidByBoxes(const WalkGraph& graph, const LineageEdge& edge) {
   return edge.kind == EdgeKind::member && graph.node(edge.to).kind != NodeKind::perspective;
 }
 
@@ -33,14 +33,14 @@ constexpr std::size_t kMostShown = 60;
 
 }  // namespace
 
-std::string boxText(const LineageGraph& graph, NodeId id, NodeId box) {
+std::string boxText(const WalkGraph& graph, NodeId id, NodeId box) {
   const NodeId owner = graph.node(id).owner;
   std::string text = graph.name(id);
   if (text.size() > kMostShown) text = std::string(beginningOf(text, kMostShown)).append(" ...");
   return id == box || owner == box ? text : graph.name(owner) + " / " + text;
 }
 
-std::string_view edgeLabel(const LineageGraph& graph, const LineageEdge& edge) {
+std::string_view edgeLabel(const WalkGraph& graph, const LineageEdge& edge) {
   switch (edge.kind) {
     case EdgeKind::aggregated:
       return graph.aggregation(edge.to);
@@ -54,7 +54,7 @@ std::string_view edgeLabel(const LineageGraph& graph, const LineageEdge& edge) {
   }
 }
 
-std::vector<Box> boxesOf(const LineageGraph& graph, const Subgraph& part) {
+std::vector<Box> boxesOf(const WalkGraph& graph, const Subgraph& part) {
   std::vector<Box> boxes;
   std::unordered_map<NodeId, std::size_t> places;
   for (const NodeId id : part.nodes) {
@@ -66,7 +66,7 @@ std::vector<Box> boxesOf(const LineageGraph& graph, const Subgraph& part) {
   return boxes;
 }
 
-std::vector<const LineageEdge*> edgesToDraw(const LineageGraph& graph, const Subgraph& part) {
+std::vector<const LineageEdge*> edgesToDraw(const WalkGraph& graph, const Subgraph& part) {
   std::unordered_set<std::uint64_t> joined;
   for (const LineageEdge* edge : part.edges)
     if (!isSaidByBoxes(graph, *edge) && isRow(graph, edge->from) && isRow(graph, edge->to))

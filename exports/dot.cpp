@@ -67,7 +67,7 @@ std::string labelText(std::string_view text) {
 
 class DotText {
  public:
-  DotText(const LineageGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
+  DotText(const WalkGraph& graph, std::ostream& out) : graph_(graph), out_(out) {}
 
   void write(const Subgraph& part) {
     rowOf_.assign(graph_.nodes().size(), kNoNode);
@@ -125,18 +125,18 @@ class DotText {
       out_ << 'n' << rowOf_[id] << ":r" << id;
   }
 
-  const LineageGraph& graph_;
+  const WalkGraph& graph_;
   std::ostream& out_;
   std::vector<NodeId> rowOf_;  // by node: the box that it is a row of
 };
 
 }  // namespace
 
-void writeDot(const LineageGraph& graph, const Subgraph& part, std::ostream& out) {
+void writeDot(const WalkGraph& graph, const Subgraph& part, std::ostream& out) {
   DotText(graph, out).write(part);
 }
 
-void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out) {
+void writeLineageDot(const WalkGraph& graph, const LineageQuestion& question, std::ostream& out) {
   writeDot(graph, subgraphOf(lineageTree(graph, question.starts.front(), question.walk)), out);
 }
 

@@ -19,13 +19,13 @@ std::string schemaOf(const LineageGraph& graph, NodeId id) {
   return graph.schema(owner == kNoNode ? id : owner);
 }
 
-/// Of what people browse, whether it is kept from them.
+/// Whether it is kept from people, who browse measures and attributes.
 std::string_view hidden(const LineageGraph& graph, NodeId id) {
   const bool isBrowsed = as<TAVMeasure>(graph.node(id).object) != nullptr ||
                          graph.node(id).kind == NodeKind::attribute ||
                          graph.node(id).kind == NodeKind::cubeAttribute;
-  if (!isBrowsed) return {};
-  return isHidden(graph, id) ? "1" : "0";
+  if (graph.isHidden(id)) return "1";
+  return isBrowsed ? "0" : std::string_view();
 }
 
 bool isColumn(NodeKind kind) {

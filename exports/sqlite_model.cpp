@@ -9,6 +9,7 @@
 #include "framework/std/mask.h"
 #include "framework/std/text.h"
 #include "lineage/coverage.h"
+#include "lineage/node_search.h"
 
 namespace tav {
 namespace {
@@ -87,10 +88,11 @@ class ModelLoad {
   void addNodes() {
     SqliteStatement insert(database_,
                            "INSERT INTO nodes VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, "
-                           "?14, ?15, ?16, ?17, ?18, ?19, ?20, ?21)");
+                           "?14, ?15, ?16, ?17, ?18, ?19, ?20, ?21, ?22)");
     constexpr int kMeeting = kFirstText + static_cast<int>(kNodeColumns.size());
     insert.bind(2, model_);
     const NodeRows rows(graph_);
+    const NodeNames names(graph_);
     for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
       insert.bind(1, numberOf(id));
       bindNode(insert, 3, graph_.node(id).owner);
@@ -107,6 +109,7 @@ class ModelLoad {
       insert.bindOptional(kMeeting, meeting);
       const std::string foldedText = foldedName(graph_.node(id).rawName);
       insert.bind(kMeeting + 1, foldedText);
+      insert.bind(kMeeting + 2, std::int64_t{names.isUnique(id)});
       insert.execute();
     }
   }
@@ -176,7 +179,7 @@ class ModelLoad {
       insert.execute();
     };
     for (const std::string& text : importWarnings) add("import", maskPasswords(text));
-    for (const std::string& text : answerNotes(graph_)) add("note", text);
+    for (const std::string& text : graph_.notes()) add("note", text);
   }
 
   [[nodiscard]] std::int64_t numberOf(NodeId id) const { return first_ + id; }

@@ -20,13 +20,13 @@ void requireSchema(SqliteDatabase& database, const std::string& path);
 
 /// In the header of the file: "XMLB", and which tables and views it has.
 inline constexpr std::int64_t kSqliteApplication = 0x584D4C42;
-inline constexpr std::int64_t kSqliteVersion = 5;
+inline constexpr std::int64_t kSqliteVersion = 6;
 
 /// The numbers of a model's nodes are a range of their own, so that all of them can be told apart and removed
 /// at once. Letter case does not tell paths apart, as it does not in SQL Server and MDX.
 inline constexpr const char* kSqliteTables = R"SQL(
 PRAGMA application_id = 0x584D4C42;
-PRAGMA user_version = 5;
+PRAGMA user_version = 6;
 CREATE TABLE versions(
   id INTEGER PRIMARY KEY,
   source TEXT NOT NULL,
@@ -69,7 +69,8 @@ CREATE TABLE nodes(
   has_lineage TEXT,
   reason TEXT,
   meeting TEXT,
-  folded_name TEXT NOT NULL
+  folded_name TEXT NOT NULL,
+  unique_name INTEGER NOT NULL
 );
 CREATE TABLE edges(
   from_id INTEGER NOT NULL REFERENCES nodes(id),

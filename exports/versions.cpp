@@ -1,5 +1,6 @@
 #include "exports/versions.h"
 
+#include <array>
 #include <ctime>
 #include <filesystem>
 #include <stdexcept>
@@ -10,6 +11,7 @@
 #include "exports/sqlite_schema.h"
 #include "framework/bridgelib/model_stamps.h"
 #include "framework/serialization/model_writer.h"
+#include "framework/std/file_reader.h"
 #include "lineage/lineage_graph.h"
 #include "messages/message.h"
 
@@ -82,6 +84,33 @@ void dropOlderDocuments(SqliteDatabase& database, const std::string& source, std
 }
 
 }  // namespace
+
+bool isEstate(const std::string& path) {
+  constexpr std::size_t kApplicationAt = 68;  // in the header of the file
+  constexpr std::size_t kBytes = 4;
+  std::array<char, kApplicationAt + kBytes> header{};
+  FileReader file;
+  if (!file.open(path) || file.read(header.data(), header.size()) < header.size()) return false;
+  std::int64_t application = 0;
+  for (std::size_t i = 0; i < kBytes; ++i)
+    application = application * 256 + static_cast<unsigned char>(header[kApplicationAt + i]);
+  return std::string_view(header.data()) == "SQLite format 3" && application == kSqliteApplication;
+}
+
+std::vector<EstateModel> modelsOf(const std::string& path) {
+  SqliteDatabase database(path, kEstatePatience, SqliteAccess::read);
+  requireSchema(database, path);
+  SqliteStatement query(database,
+                        "SELECT m.id, m.source, m.name, v.id, v.name, v.imported, v.state FROM models m "
+                        "LEFT JOIN versions v ON v.id = m.version_id ORDER BY m.id");
+  std::vector<EstateModel> models;
+  while (query.next()) {
+    EstateModel& model = models.emplace_back(
+        EstateModel{query.number(0), std::string(query.text(1)), std::string(query.text(2)), {}});
+    if (!query.isNull(3)) model.version = versionIn(query, 3);
+  }
+  return models;
+}
 
 void makeEstate(const std::string& path) {
   SqliteDatabase database(path, kEstatePatience);

@@ -37,6 +37,14 @@ inline constexpr std::string_view kStateWarnings = "warnings";
 inline constexpr std::string_view kStateIncomplete = "incomplete";
 inline constexpr std::string_view kStateRemoved = "removed";
 
+/// A model in a database of models.
+struct EstateModel {
+  std::int64_t id = 0;
+  std::string source;  ///< see canonicalSource()
+  std::string name;
+  std::optional<EstateVersion> version;  ///< null for a model that was exported, which has no document
+};
+
 /// How an import into an estate went, and what it keeps.
 struct EstateImport {
   std::string_view state;  ///< see kStateOk and so on
@@ -44,6 +52,12 @@ struct EstateImport {
   std::span<const std::string> warnings;
   AddressMap map;  ///< how databases are called
 };
+
+/// Whether a file is a database of models.
+bool isEstate(const std::string& path);
+
+/// The models of a database in the order in which they came there. Throws when the file is something else.
+std::vector<EstateModel> modelsOf(const std::string& path);
 
 /// Makes the database when it is missing. Throws when the file is something else.
 void makeEstate(const std::string& path);

@@ -14,6 +14,7 @@
 #include "framework/std/text.h"
 #include "host/command.h"
 #include "host/import_run.h"
+#include "host/inputs/estate_model.h"
 #include "host/inputs/folder.h"
 #include "host/model_input.h"
 #include "messages/message.h"
@@ -44,7 +45,7 @@ int load(LoadedModel& loaded, const tav::AddressMap& map, MessageLog& log) {
   return code;
 }
 
-std::vector<tav::JoinedGraph::Model> named(const std::deque<LoadedModel>& models) {
+std::vector<tav::JoinedModels::Model> named(const std::deque<LoadedModel>& models) {
   std::vector<std::string> names;
   std::vector<std::string> inputs;
   for (const LoadedModel& model : models) {
@@ -52,27 +53,50 @@ std::vector<tav::JoinedGraph::Model> named(const std::deque<LoadedModel>& models
     inputs.push_back(model.input);
   }
   names = nameModels(names, inputs);
-  std::vector<tav::JoinedGraph::Model> result;
+  std::vector<tav::JoinedModels::Model> result;
   for (std::size_t i = 0; i < models.size(); ++i) result.push_back({names[i], &*models[i].graph});
   return result;
+}
+
+void addEstate(const EstatePlace& place, AnswerInputs& found, std::vector<std::string>& paths) {
+  found.estateMaps.try_emplace(place.path,
+                               tav::AddressMap::parse(tav::addressRulesOf(place.path), place.path));
+  const std::vector<tav::EstateModel> models = modelsIn(place);
+  for (const tav::EstateModel& model : models) paths.push_back(estateArgument(place.path, model));
+  if (models.empty()) paths.push_back(place.path);
+  found.several |= place.model.empty();
+}
+
+/// Adds what an input stands for to `paths`.
+void addPaths(const std::string& input, AnswerInputs& found, std::vector<std::string>& paths) {
+  if (const auto place = estatePlace(input)) return addEstate(*place, found, paths);
+  std::error_code ignored;  // what cannot be asked for is told by whoever opens it
+  std::vector<std::string> below;
+  if (fs::is_directory(input, ignored)) below = modelsBelow(input);
+  if (below.size() > 1 || (below.size() == 1 && definitionsIn(input).empty())) {
+    found.several = true;
+    paths.insert(paths.end(), below.begin(), below.end());
+  } else {
+    paths.push_back(input);
+  }
+}
+
+/// Where a model comes from; of one in an estate, from where it came there.
+std::string placeOf(const std::string& input) {
+  const auto estate = estatePlace(input);
+  return estate && !estate->model.empty() ? estate->model : input;
 }
 
 }  // namespace
 
 AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log) {
-  AnswerInputs found{.paths = {}, .several = inputs.size() > 1, .map = std::move(map)};
+  AnswerInputs found;
+  found.several = inputs.size() > 1;
+  found.map = std::move(map);
   std::vector<std::string> paths;
   for (const std::string& input : inputs) {
     checkInput(input);
-    std::error_code ignored;  // what cannot be asked for is told by whoever opens it
-    std::vector<std::string> below;
-    if (fs::is_directory(input, ignored)) below = modelsBelow(input);
-    if (below.size() > 1 || (below.size() == 1 && definitionsIn(input).empty())) {
-      found.several = true;
-      paths.insert(paths.end(), below.begin(), below.end());
-    } else {
-      paths.push_back(input);
-    }
+    addPaths(input, found, paths);
   }
   std::unordered_set<std::string> known;
   for (const std::string& path : paths) {
@@ -82,6 +106,13 @@ AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap 
       log.logEventOf(path, tav::messageEvent(tav::Message::duplicateInput));
   }
   return found;
+}
+
+const tav::AddressMap& AnswerInputs::mapFor(const std::string& input) const {
+  if (!map.empty() || estateMaps.empty()) return map;
+  const auto place = estatePlace(input);
+  const auto known = place ? estateMaps.find(place->path) : estateMaps.end();
+  return known == estateMaps.end() ? map : known->second;
 }
 
 int worseOf(int a, int b) {
@@ -110,7 +141,7 @@ std::vector<std::string> nameModels(const std::vector<std::string>& names,
   std::vector<std::string> result = names;
   for (std::size_t i = 0; i < names.size(); ++i)
     if (counts[tav::foldedName(names[i])] > 1)
-      result[i].append(" (").append(tav::maskPasswords(inputs[i])).append(")");
+      result[i].append(" (").append(tav::maskPasswords(placeOf(inputs[i]))).append(")");
   return result;
 }
 
@@ -120,7 +151,7 @@ int forEachModel(const AnswerInputs& inputs, MessageLog& log,
   for (const std::string& input : inputs.paths) {
     code = worseOf(code, guarded(input, log, [&] {
                      return withModel(input, log, [&](const tav::DetailedModel& model) {
-                       use(input, tav::LineageGraph(model, inputs.map));
+                       use(input, tav::LineageGraph(model, inputs.mapFor(input)));
                      });
                    }));
   }
@@ -128,19 +159,20 @@ int forEachModel(const AnswerInputs& inputs, MessageLog& log,
 }
 
 int withModels(const AnswerInputs& inputs, MessageLog& log,
-               const std::function<void(const tav::JoinedGraph& graph)>& use) {
+               const std::function<void(const tav::JoinedModels& graph)>& use) {
   if (!inputs.several)
-    return withModel(inputs.paths.front(), log,
-                     [&](const tav::DetailedModel& model) { use(tav::LineageGraph(model, inputs.map)); });
+    return withModel(inputs.paths.front(), log, [&](const tav::DetailedModel& model) {
+      use(tav::LineageGraph(model, inputs.mapFor(inputs.paths.front())));
+    });
   std::deque<LoadedModel> models;
   int code = kDone;
   for (const std::string& input : inputs.paths) {
     LoadedModel& loaded = models.emplace_back();
     loaded.input = input;
-    code = worseOf(code, guarded(input, log, [&] { return load(loaded, inputs.map, log); }));
+    code = worseOf(code, guarded(input, log, [&] { return load(loaded, inputs.mapFor(input), log); }));
     if (!loaded.graph) models.pop_back();
   }
-  if (!models.empty()) use(tav::JoinedGraph(named(models)));
+  if (!models.empty()) use(tav::JoinedModels(named(models)));
   return code;
 }
 

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "host/message_log.h"
@@ -15,19 +16,24 @@ struct AnswerInputs {
   std::vector<std::string> paths;
   /// Whether there may be several, so that answers name their models.
   bool several = false;
-  tav::AddressMap map;
+  tav::AddressMap map;  ///< as the user gave it
+  /// By the path of an estate, the rules that hold there where the user gave none.
+  std::unordered_map<std::string, tav::AddressMap> estateMaps;
+
+  [[nodiscard]] const tav::AddressMap& mapFor(const std::string& input) const;
 };
 
-/// The inputs of a command, with every definition and saved model below it in the place of a folder. A folder
-/// that holds one definition is that; one that holds none stands for itself, as an input that cannot be read.
-/// What is named twice is there once, with a warning. Throws a usage error for an input without a name.
+/// The inputs of a command, with every definition and saved model below it in the place of a folder, and
+/// every model in it in the place of an estate. A folder that holds one definition is that; one that holds
+/// none stands for itself, as an input that cannot be read. What is named twice is there once, with a
+/// warning. Throws a usage error for an input without a name.
 AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log);
 
 /// Shows the models of all inputs to `use`, as a graph each and joined. Of several inputs, one that cannot be
 /// read is an error in `log` and the others are shown; `use` is not called where none is left. Returns
 /// the worst of their exit codes.
 int withModels(const AnswerInputs& inputs, MessageLog& log,
-               const std::function<void(const tav::JoinedGraph& graph)>& use);
+               const std::function<void(const tav::JoinedModels& graph)>& use);
 
 /// Shows the model of one input after the other to `use`, each as long as that takes. One that cannot be
 /// read is an error in `log`. Returns the worst of their exit codes.

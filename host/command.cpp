@@ -3,13 +3,15 @@
 #include <CLI/Error.hpp>
 #include <filesystem>
 
+#include "host/inputs/estate_model.h"
+
 namespace host {
 namespace {
 
 constexpr const char* kInputs =
-    "Definitions, saved models or folders of them, \"-\" for standard input; of several, the answer names "
+    "Definitions, saved models, folders of them or estate databases, \"-\" for standard input; of several, "
     "the "
-    "models";
+    "answer names the models";
 
 bool isSameFile(const std::string& a, const std::string& b) {
   std::error_code error;
@@ -43,7 +45,8 @@ void addOutput(CLI::App& parser, std::string& output) {
 
 void checkOutput(const std::string& input, const std::string& output) {
   if (output.empty()) throw CLI::ValidationError("-o", "the name of the output file is empty");
-  if (input != "-" && isSameFile(input, output))
+  const auto estate = estatePlace(input);
+  if (input != "-" && isSameFile(estate ? estate->path : input, output))
     throw CLI::ValidationError("-o", "the output would replace the input");
 }
 

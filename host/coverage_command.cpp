@@ -45,8 +45,8 @@ int hold(const Arguments& arguments, const std::string& input, std::size_t perce
 
 int measureOne(const Arguments& arguments, const AnswerInputs& inputs, MessageLog& log) {
   std::size_t percent = 100;
-  const int code = withModels(inputs, log, [&](const tav::JoinedGraph& joined) {
-    const tav::LineageGraph& graph = joined.graph(0);
+  const int code = withModels(inputs, log, [&](const tav::JoinedModels& joined) {
+    const tav::LineageGraph& graph = joined.whole(0);
     const tav::Coverage coverage = tav::measureCoverage(graph);
     writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
       if (arguments.format == "json")

@@ -37,7 +37,7 @@ int exportModel(const Arguments& arguments, MessageLog& log) {
   const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
-  const tav::AddressMap map = readMap(arguments.map).value_or(tav::AddressMap());
+  const tav::AddressMap map = mapFor(readMap(arguments.map), arguments.options.input);
   log.keepsWarnings = true;
   return withModel(arguments.options.input, log, [&](const tav::DetailedModel& model) {
     tav::ExportOptions options = arguments.options;

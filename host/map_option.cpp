@@ -1,5 +1,7 @@
 #include "host/map_option.h"
 
+#include "exports/versions.h"
+#include "host/inputs/estate_model.h"
 #include "host/inputs/file_text.h"
 #include "messages/message.h"
 
@@ -21,6 +23,12 @@ GivenMap readMap(const std::string& path) {
   const FileText file = readFileText(path);
   if (!file.error.empty()) tav::fail(tav::Message::inputNotRead, {path, file.error});
   return tav::AddressMap::parse(file.text, path);
+}
+
+tav::AddressMap mapFor(const GivenMap& given, const std::string& input) {
+  if (given) return *given;
+  const auto place = estatePlace(input);
+  return place ? tav::AddressMap::parse(tav::addressRulesOf(place->path), place->path) : tav::AddressMap();
 }
 
 }  // namespace host

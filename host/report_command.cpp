@@ -17,7 +17,7 @@ struct Arguments {
 
 int report(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
-  const tav::AddressMap map = readMap(arguments.map).value_or(tav::AddressMap());
+  const tav::AddressMap map = mapFor(readMap(arguments.map), arguments.input);
   return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model, map);
     writeOutput(arguments.output, [&](std::ostream& out) { tav::writeReport(graph, kProgram, out); });

@@ -5,8 +5,10 @@
 
 #include "exports/answers/lineage_rows.h"
 #include "exports/answers/lineage_text.h"
+#include "exports/estate_lineage.h"
 #include "host/answer_models.h"
 #include "host/command.h"
+#include "host/inputs/estate_model.h"
 #include "host/kind_option.h"
 #include "host/map_option.h"
 #include "host/output.h"
@@ -51,10 +53,9 @@ void write(const Arguments& arguments, const tav::JoinedGraph& graph, const tav:
     tav::writeLineageText(graph, question, out, style);
 }
 
-/// Answers over the models that have the name. Where it may mean several things in one of them, that is an
-/// error of this model.
-int answer(const Arguments& arguments, const tav::JoinedGraph& graph, MessageLog& log) {
-  const tav::FoundStarts found = tav::findStarts(graph, arguments.name, arguments.walk.direction);
+/// Where the name may mean several things in one of the models, that is an error of this model.
+int answer(const Arguments& arguments, const tav::JoinedGraph& graph, const tav::FoundStarts& found,
+           MessageLog& log) {
   for (const std::string& message : found.ambiguous) log.logFailure(message);
   writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
     write(arguments, graph, {found.nodes, arguments.walk}, out, style);
@@ -77,17 +78,52 @@ void addWords(Arguments& arguments, const CLI::App& parser) {
   }
 }
 
+/// The estate that the question is to, if it is to one alone and calls databases as the estate does.
+std::optional<EstatePlace> askedEstate(const Arguments& arguments) {
+  if (arguments.inputs.size() != 1 || !arguments.map.empty()) return std::nullopt;
+  return estatePlace(arguments.inputs.front());
+}
+
+/// What answers call the models of an estate.
+std::vector<std::string> namesOf(const std::string& path, const std::vector<tav::EstateModel>& models) {
+  std::vector<std::string> names;
+  std::vector<std::string> inputs;
+  for (const tav::EstateModel& model : models) {
+    names.push_back(model.name);
+    inputs.push_back(estateArgument(path, model));
+  }
+  return nameModels(names, inputs);
+}
+
+/// Answers from the rows of an estate, if it has models.
+std::optional<int> tellOfEstate(const Arguments& arguments, const EstatePlace& place, MessageLog& log) {
+  checkOutputs({place.path}, arguments.output);
+  tav::AskedModels asked{modelsIn(place), {}};
+  if (asked.models.empty()) return std::nullopt;
+  if (place.model.empty()) asked.names = namesOf(place.path, asked.models);
+  tav::LineageWalk walk = arguments.walk;
+  walk.members |= arguments.format == "json";
+  const auto found = tav::EstateLineage(place.path, asked).ask(arguments.name, walk);
+  return answer(arguments, found->graph(), found->starts(), log);
+}
+
 int tell(const Arguments& arguments, MessageLog& log) {
   if (!arguments.kinds.empty() && !rowWriterOf(arguments.format))
     throw CLI::ValidationError("--kind", "is an option of --format list, csv and markdown");
+  if (const auto estate = askedEstate(arguments)) {
+    if (estate->model.empty() && arguments.format == "dot")
+      throw CLI::ValidationError("--format", "dot draws one model");
+    if (const auto code = tellOfEstate(arguments, *estate, log)) return *code;
+  }
   const AnswerInputs inputs =
       findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
   if (inputs.several && arguments.format == "dot")
     throw CLI::ValidationError("--format", "dot draws one model");
   checkOutputs(inputs.paths, arguments.output);
   int code = kDone;
-  const int readCode =
-      withModels(inputs, log, [&](const tav::JoinedGraph& graph) { code = answer(arguments, graph, log); });
+  const int readCode = withModels(inputs, log, [&](const tav::JoinedGraph& graph) {
+    code = answer(arguments, graph, tav::findStarts(graph, arguments.name, arguments.walk.direction), log);
+  });
   return worseOf(code, readCode);
 }
 

@@ -15,7 +15,7 @@ struct Arguments {
   std::string map;
 };
 
-using Writer = void (*)(const tav::JoinedGraph& graph, std::span<const tav::UnusedGroup> groups,
+using Writer = void (*)(const tav::JoinedModels& graph, std::span<const tav::UnusedGroup> groups,
                         std::ostream& out);
 
 /// Of a format for tools and pages; null for text.
@@ -45,7 +45,7 @@ int list(const Arguments& arguments, MessageLog& log) {
       findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
   checkOutputs(inputs.paths, arguments.output);
   const std::vector<tav::UnusedGroup> groups = groupsOf(arguments.kinds);
-  return withModels(inputs, log, [&](const tav::JoinedGraph& graph) {
+  return withModels(inputs, log, [&](const tav::JoinedModels& graph) {
     writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
       if (const Writer write = writerOf(arguments.format))
         write(graph, groups, out);

@@ -375,12 +375,7 @@ void GraphBuilder::arrange() {
     if (graph_.details_) settleEdges(first);
   }
   graph_.inOffsets_.push_back(static_cast<std::uint32_t>(graph_.edges_.size()));
-  arrangeByKey(
-      nodes, graph_.edges_.size(), [&](std::uint32_t i) { return graph_.edges_[i].from; }, graph_.outOffsets_,
-      graph_.out_);
-  arrangeByKey(
-      nodes, nodes, [&](std::uint32_t i) { return graph_.nodes_[i].owner; }, graph_.partOffsets_,
-      graph_.parts_);
+  graph_.arrangeNodes();
   arrangeSettings();
 }
 

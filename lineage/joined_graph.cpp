@@ -4,36 +4,8 @@
 #include <numeric>
 #include <unordered_map>
 
-#include "framework/std/text.h"
-
 namespace tav {
-namespace {
-
-/// The server of a connection that names none (see DatabaseAddress).
-constexpr std::string_view kUnknownServer = "connection://";
-
-/// What a shared node is recognised by: its address and names without letter case.
-std::string sharedKey(const LineageGraph& graph, NodeId id) {
-  const LineageNode& node = graph.node(id);
-  const NodeId table = node.kind == NodeKind::databaseColumn ? node.owner : id;
-  const DatabaseAddress& address = *graph.database(id);
-  std::string key;
-  for (const std::string_view part : {std::string_view(address.server), std::string_view(address.database),
-                                      graph.rawSchema(table), graph.node(table).rawName})
-    key.append(foldedName(part)).append(1, '\0');
-  return table == id ? key : key.append(foldedName(node.rawName));
-}
-
-}  // namespace
-
-bool isShared(const LineageGraph& graph, NodeId id) {
-  const DatabaseAddress* address = graph.database(id);
-  if (!address || !address->named || address->server.starts_with(kUnknownServer)) return false;
-  // A column of an unknown table is nobody else's.
-  return graph.node(id).kind == NodeKind::databaseTable || graph.node(id).owner != kNoNode;
-}
-
-JoinedGraph::JoinedGraph(const LineageGraph& graph)
+JoinedGraph::JoinedGraph(const WalkGraph& graph)
     : models_{{{}, &graph}}, namesModels_(false), offsets_{0, static_cast<JoinedId>(graph.nodes().size())} {}
 
 JoinedGraph::JoinedGraph(std::vector<Model> models)
@@ -49,11 +21,11 @@ void JoinedGraph::joinShared() {
   next_.assign(size(), kNone);
   std::unordered_map<std::string, JoinedId> last;
   for (std::uint32_t model = 0; model < models_.size(); ++model) {
-    const LineageGraph& one = graph(model);
+    const WalkGraph& one = graph(model);
     for (NodeId node = 0; node < one.nodes().size(); ++node) {
-      if (!isShared(one, node)) continue;
+      if (!one.isShared(node)) continue;
       const JoinedId id = offsets_[model] + node;
-      const auto [known, isNew] = last.try_emplace(sharedKey(one, node), id);
+      const auto [known, isNew] = last.try_emplace(one.sharedKey(node), id);
       if (isNew) continue;
       first_[id] = first_[known->second];
       next_[known->second] = id;
@@ -71,7 +43,25 @@ JoinedGraph::Place JoinedGraph::placeOf(JoinedId id) const noexcept {
 std::string_view JoinedGraph::modelName(JoinedId id) const {
   if (!namesModels_) return {};
   const auto [model, node] = placeOf(id);
-  return isShared(graph(model), node) ? std::string_view() : std::string_view(models_[model].name);
+  return graph(model).isShared(node) ? std::string_view() : std::string_view(models_[model].name);
+}
+
+namespace {
+
+std::vector<JoinedGraph::Model> walked(const std::vector<JoinedModels::Model>& models) {
+  std::vector<JoinedGraph::Model> result;
+  result.reserve(models.size());
+  for (const JoinedModels::Model& model : models) result.push_back({model.name, model.graph});
+  return result;
+}
+
+}  // namespace
+
+JoinedModels::JoinedModels(const LineageGraph& graph) : JoinedGraph(graph), graphs_{&graph} {}
+
+JoinedModels::JoinedModels(const std::vector<Model>& models) : JoinedGraph(walked(models)) {
+  graphs_.reserve(models.size());
+  for (const Model& model : models) graphs_.push_back(model.graph);
 }
 
 }  // namespace tav

@@ -16,10 +16,6 @@ namespace tav {
 /// A node of a joined graph; the NodeId itself where there is one model.
 using JoinedId = std::uint32_t;
 
-/// Whether a node is one with nodes of other models: a table or column of a database whose server the model
-/// names.
-bool isShared(const LineageGraph& graph, NodeId id);
-
 /// The graphs must live longer, and stay where they are.
 class JoinedGraph {
  public:
@@ -28,7 +24,7 @@ class JoinedGraph {
 
   struct Model {
     std::string name;  ///< by which answers tell it from the others
-    const LineageGraph* graph;
+    const WalkGraph* graph;
   };
   struct Place {
     std::uint32_t model;
@@ -36,7 +32,7 @@ class JoinedGraph {
   };
 
   /// One model, which nobody has to name.
-  JoinedGraph(const LineageGraph& graph);  // NOLINT(google-explicit-constructor)
+  JoinedGraph(const WalkGraph& graph);  // NOLINT(google-explicit-constructor)
   /// Models whose names differ. Linear in their nodes.
   explicit JoinedGraph(std::vector<Model> models);
   JoinedGraph(const JoinedGraph&) = delete;
@@ -56,9 +52,7 @@ class JoinedGraph {
   [[nodiscard]] Place placeOf(JoinedId id) const noexcept;
   /// The next of the ids that a shared node has, one for each model, itself the first; kNone behind the last.
   [[nodiscard]] JoinedId nextTwin(JoinedId id) const noexcept { return next_.empty() ? kNone : next_[id]; }
-  [[nodiscard]] const LineageGraph& graph(std::uint32_t model) const noexcept {
-    return *models_[model].graph;
-  }
+  [[nodiscard]] const WalkGraph& graph(std::uint32_t model) const noexcept { return *models_[model].graph; }
   /// The name of the model that a node belongs to; empty for a shared one, and where models are not named.
   [[nodiscard]] std::string_view modelName(JoinedId id) const;
 
@@ -70,6 +64,23 @@ class JoinedGraph {
   std::vector<JoinedId> offsets_;  // by model: its first id; behind the last, how many there are
   std::vector<JoinedId> first_;    // by id: that of the same node in the first of its models
   std::vector<JoinedId> next_;     // by id: that of the same node in a later model
+};
+
+/// The same of whole models, for answers that look at all that they have.
+class JoinedModels : public JoinedGraph {
+ public:
+  struct Model {
+    std::string name;  ///< by which answers tell it from the others
+    const LineageGraph* graph;
+  };
+
+  JoinedModels(const LineageGraph& graph);  // NOLINT(google-explicit-constructor)
+  explicit JoinedModels(const std::vector<Model>& models);
+
+  [[nodiscard]] const LineageGraph& whole(std::uint32_t model) const noexcept { return *graphs_[model]; }
+
+ private:
+  std::vector<const LineageGraph*> graphs_;
 };
 
 }  // namespace tav

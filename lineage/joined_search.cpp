@@ -1,7 +1,6 @@
 #include "lineage/joined_search.h"
 
 #include <algorithm>
-#include <optional>
 #include <unordered_map>
 
 #include "framework/std/printable.h"
@@ -10,23 +9,6 @@
 
 namespace tav {
 namespace {
-
-/// A question whose name may begin with that of a model.
-struct ScopedName {
-  std::optional<std::uint32_t> model;
-  std::string_view name;
-};
-
-ScopedName splitModel(const JoinedGraph& graph, std::string_view name) {
-  std::unordered_map<std::string, std::uint32_t> models;
-  if (graph.namesModels())
-    for (std::uint32_t model = 0; model < graph.models().size(); ++model)
-      models.emplace(foldedName(graph.models()[model].name), model);
-  for (std::size_t at = name.find(kModelSeparator); at != name.npos; at = name.find(kModelSeparator, at + 1))
-    if (const auto found = models.find(foldedName(name.substr(0, at))); found != models.end())
-      return {found->second, name.substr(at + kModelSeparator.size())};
-  return {std::nullopt, name};
-}
 
 class StartSearch {
  public:
@@ -112,6 +94,17 @@ class StartSearch {
 };
 
 }  // namespace
+
+ScopedName splitModel(const JoinedGraph& graph, std::string_view name) {
+  std::unordered_map<std::string, std::uint32_t> models;
+  if (graph.namesModels())
+    for (std::uint32_t model = 0; model < graph.models().size(); ++model)
+      models.emplace(foldedName(graph.models()[model].name), model);
+  for (std::size_t at = name.find(kModelSeparator); at != name.npos; at = name.find(kModelSeparator, at + 1))
+    if (const auto found = models.find(foldedName(name.substr(0, at))); found != models.end())
+      return {found->second, name.substr(at + kModelSeparator.size())};
+  return {std::nullopt, name};
+}
 
 FoundStarts findStarts(const JoinedGraph& graph, std::string_view name, LineageDirection direction) {
   return StartSearch(graph, name, direction).run();

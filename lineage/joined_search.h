@@ -2,6 +2,7 @@
 
 // Finding what people ask for in several models.
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,13 @@ namespace tav {
 
 /// What stands between the name of a model and that of something in it.
 inline constexpr std::string_view kModelSeparator = ": ";
+
+/// A question whose name may begin with that of a model.
+struct ScopedName {
+  std::optional<std::uint32_t> model;  ///< null for all models
+  std::string_view name;               ///< of what is asked for in it
+};
+ScopedName splitModel(const JoinedGraph& graph, std::string_view name);
 
 struct FoundStarts {
   std::vector<JoinedId> nodes;

@@ -14,14 +14,14 @@ bool isView(NodeKind kind) {
 
 }  // namespace
 
-JoinedUse::JoinedUse(const JoinedGraph& graph) : graph_(graph) {
+JoinedUse::JoinedUse(const JoinedModels& graph) : graph_(graph) {
   if (graph.models().size() < 2) return;
   users_.resize(graph.size());
   for (std::uint32_t model = 0; model < graph.models().size(); ++model) {
-    const LineageGraph& one = graph.graph(model);
+    const LineageGraph& one = graph.whole(model);
     const std::vector<bool> used = usedNodes(one);
     for (const LineageEdge& edge : one.edges()) {
-      if (!isShared(one, edge.from) || edge.from == edge.to) continue;
+      if (!one.isShared(edge.from) || edge.from == edge.to) continue;
       // A view that reads something uses it no more than it is used itself.
       if (isView(one.node(edge.to).kind) && !used[edge.to]) continue;
       Users& users = users_[graph.idOf(model, edge.from)];
@@ -35,10 +35,10 @@ JoinedUse::JoinedUse(const JoinedGraph& graph) : graph_(graph) {
 
 std::vector<bool> JoinedUse::usedBeside(std::uint32_t model) const {
   if (users_.empty()) return {};
-  const LineageGraph& one = graph_.graph(model);
+  const LineageGraph& one = graph_.whole(model);
   std::vector<bool> used(one.nodes().size());
   for (const LineageEdge& edge : one.edges()) {
-    if (edge.kind != EdgeKind::direct || !isShared(one, edge.from)) continue;
+    if (edge.kind != EdgeKind::direct || !one.isShared(edge.from)) continue;
     const Users& users = users_[graph_.idOf(model, edge.from)];
     if ((users.first != JoinedGraph::kNoModel && users.first != model) ||
         users.second != JoinedGraph::kNoModel)

@@ -11,7 +11,7 @@ namespace tav {
 class JoinedUse {
  public:
   /// Linear in the nodes and edges of all models. The graph must live longer.
-  explicit JoinedUse(const JoinedGraph& graph);
+  explicit JoinedUse(const JoinedModels& graph);
 
   /// Whether another model uses what a node of this one takes over from a database as it is, by node. Empty
   /// where there is only one model.
@@ -24,7 +24,7 @@ class JoinedUse {
     std::uint32_t second = JoinedGraph::kNoModel;
   };
 
-  const JoinedGraph& graph_;
+  const JoinedModels& graph_;
   std::vector<Users> users_;  // by JoinedId
 };
 

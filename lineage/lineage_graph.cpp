@@ -3,39 +3,15 @@
 #include <algorithm>
 
 #include "framework/model/roles.h"
+#include "framework/std/text.h"
 
 namespace tav {
 namespace {
 
-template <class T>
-std::span<const T> slice(const std::vector<T>& items, const std::vector<std::uint32_t>& offsets,
-                         NodeId id) noexcept {
-  return std::span(items).subspan(offsets[id], offsets[id + 1] - offsets[id]);
-}
+/// The server of a connection that names none (see DatabaseAddress).
+constexpr std::string_view kUnknownServer = "connection://";
 
 }  // namespace
-
-bool isMeasureKind(NodeKind kind) noexcept {
-  return kind == NodeKind::measure || kind == NodeKind::linkedMeasure ||
-         kind == NodeKind::calculatedMeasure || kind == NodeKind::cubeMeasure;
-}
-
-std::span<const LineageEdge> LineageGraph::into(NodeId id) const noexcept {
-  return slice(edges_, inOffsets_, id);
-}
-
-std::span<const std::uint32_t> LineageGraph::outOf(NodeId id) const noexcept {
-  return slice(out_, outOffsets_, id);
-}
-
-std::span<const NodeId> LineageGraph::partsOf(NodeId id) const noexcept {
-  return slice(parts_, partOffsets_, id);
-}
-
-NodeId LineageGraph::cubeOf(NodeId id) const noexcept {
-  while (id != kNoNode && node(id).kind != NodeKind::cube) id = node(id).owner;
-  return id;
-}
 
 const DatabaseAddress* LineageGraph::database(NodeId id) const noexcept {
   return id < firstDatabaseNode_ ? nullptr : &addresses_[places_[id - firstDatabaseNode_].address];
@@ -45,28 +21,22 @@ std::string_view LineageGraph::rawSchema(NodeId id) const noexcept {
   return id < firstDatabaseNode_ ? std::string_view() : places_[id - firstDatabaseNode_].schema;
 }
 
-/// What a node takes over as it is; kNoNode when there is nothing, or more than one.
-NodeId LineageGraph::onlySourceOf(NodeId id) const {
-  NodeId source = kNoNode;
-  for (const LineageEdge& edge : into(id)) {
-    if (edge.kind != EdgeKind::direct) continue;
-    if (source != kNoNode) return kNoNode;
-    source = edge.from;
-  }
-  return source;
+bool LineageGraph::isShared(NodeId id) const {
+  const DatabaseAddress* address = database(id);
+  if (!address || !address->named || address->server.starts_with(kUnknownServer)) return false;
+  // A column of an unknown table is nobody else's.
+  return node(id).kind == NodeKind::databaseTable || node(id).owner != kNoNode;
 }
 
-NodeId LineageGraph::originalOf(NodeId id) const {
-  for (std::size_t steps = 0; steps < kNodeKindCount; ++steps) {
-    const NodeKind kind = node(id).kind;
-    const bool copy =
-        kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
-    if (!copy) break;
-    const NodeId source = onlySourceOf(id);
-    if (source == kNoNode) break;
-    id = source;
-  }
-  return id;
+/// The address and names without letter case.
+std::string LineageGraph::sharedKey(NodeId id) const {
+  const NodeId table = node(id).kind == NodeKind::databaseColumn ? node(id).owner : id;
+  const DatabaseAddress& address = *database(id);
+  std::string key;
+  for (const std::string_view part : {std::string_view(address.server), std::string_view(address.database),
+                                      rawSchema(table), node(table).rawName})
+    key.append(foldedName(part)).append(1, '\0');
+  return table == id ? key : key.append(foldedName(node(id).rawName));
 }
 
 /// Whether rows of tables are all that gives a value of its own: what changes it afterwards does not count.

@@ -5,65 +5,17 @@
 // details of the definition relate, and from a linked measure group to the measures that a cube lists because
 // of it.
 
-#include <cstdint>
 #include <deque>
-#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "framework/details/detailed_model.h"
-#include "framework/model/model.h"
 #include "lineage/address_map.h"
-#include "lineage/database_address.h"
+#include "lineage/walk_graph.h"
 
 namespace tav {
-
-using NodeKind = ObjectKind;
-using EdgeKind = RelationKind;
-inline constexpr std::size_t kNodeKindCount = kObjectKindCount;
-inline constexpr std::size_t kEdgeKindCount = kRelationKindCount;
-
-/// The name of a kind in exports, "databaseTable", and for people, "database table".
-inline std::string_view nodeKindName(NodeKind kind) noexcept {
-  return rowOf(kind).name;
-}
-inline std::string_view nodeKindLabel(NodeKind kind) noexcept {
-  return rowOf(kind).label;
-}
-inline std::string_view edgeKindName(EdgeKind kind) noexcept {
-  return rowOf(kind).name;
-}
-/// Whether nodes of this kind have others as their parts: tables, dimensions, cubes.
-inline bool isClassifierKind(NodeKind kind) noexcept {
-  return rowOf(kind).hasParts;
-}
-/// Whether nodes of this kind show others as they are: what cubes use, list and link.
-inline bool isCopyKind(NodeKind kind) noexcept {
-  return rowOf(kind).isCopy;
-}
-/// Whether nodes of this kind are measures, calculated ones and copies included, but not values of KPIs.
-bool isMeasureKind(NodeKind kind) noexcept;
-
-/// The place of a node in LineageGraph::nodes().
-using NodeId = std::uint32_t;
-inline constexpr NodeId kNoNode = 0xFFFFFFFF;
-inline constexpr std::uint32_t kNoRelation = 0xFFFFFFFF;
-
-struct LineageNode {
-  NodeKind kind;
-  /// What the node is a part of: the table of a column, the measure group of a measure, the cube of a measure
-  /// group. kNoNode for what stands by itself.
-  NodeId owner = kNoNode;
-  /// The object of the model; null for a table or column of a database and for what only the details have.
-  const TAVModelObject* object = nullptr;
-  /// The name as the definition has it: to be matched, never to be shown (see LineageGraph::name).
-  std::string_view rawName;
-  /// What the details say of it; kNoItem when they say nothing.
-  ItemId item = kNoItem;
-};
 
 /// A data source, passwords masked.
 struct LineageConnection {
@@ -82,88 +34,42 @@ struct LineageHierarchy {
   std::vector<Level> levels;
 };
 
-/// A name in an expression that leads to nothing, passwords masked.
-struct OpenNameText {
-  std::string name;
-  OpenNameState state;
-  std::string note;  ///< what it is, or the nearest spelling; may be empty
-};
-
-/// `to` names `from`; values, where the kind gives any, flow the same way.
-struct LineageEdge {
-  NodeId from;
-  NodeId to;
-  EdgeKind kind;
-  /// Whether the model does not have it: it stands in the details, or a cube lists a linked measure.
-  bool foundByGraph = false;
-  /// Whether it stands in the place of one that the model has, which leads to a dimension that the cube calls
-  /// otherwise.
-  bool replaces = false;
-  /// The place in Details::relations(); kNoRelation for an edge that the model has.
-  std::uint32_t relation = kNoRelation;
-};
-
-/// Built in one pass over a model, which must live longer and stay as it is. Lineage may hold cycles, and
-/// edges from a node to itself. Nodes stand in the order of the model, those of databases behind them, and
-/// the same model gives the same graph.
-///
-/// A definition may hold a password in any of its texts. What the accessors give is masked and may be shown;
-/// the few whose names begin with "raw" give the definition's own text, for whoever has to match it.
-class LineageGraph {
+/// Built in one pass over a model, which must live longer and stay as it is. Nodes stand in the order of the
+/// model, those of databases behind them, and the same model gives the same graph.
+class LineageGraph final : public WalkGraph {
  public:
   /// Renumbers the model (see tav::Numbering). Databases are called as `map` has them.
   explicit LineageGraph(const DetailedModel& model);
   LineageGraph(const DetailedModel& model, const AddressMap& map);
-  LineageGraph(const LineageGraph&) = delete;
-  LineageGraph& operator=(const LineageGraph&) = delete;
 
   [[nodiscard]] const TAVModel& model() const noexcept { return model_; }
   /// What the definition says beyond the model; null when that is not known.
   [[nodiscard]] const Details* details() const noexcept { return details_; }
-  [[nodiscard]] std::span<const LineageNode> nodes() const noexcept { return nodes_; }
-  [[nodiscard]] const LineageNode& node(NodeId id) const noexcept { return nodes_[id]; }
   /// The node that an item of the details is told with. Several items may have one node.
   [[nodiscard]] NodeId nodeOf(ItemId item) const noexcept { return itemNodes_[item]; }
-  /// Ordered by `to`; those with the same `to` in the order of its expression.
-  [[nodiscard]] std::span<const LineageEdge> edges() const noexcept { return edges_; }
-  /// The edges that end in a node: what it comes from.
-  [[nodiscard]] std::span<const LineageEdge> into(NodeId id) const noexcept;
-  /// The places in edges() of those that start at a node: what depends on it.
-  [[nodiscard]] std::span<const std::uint32_t> outOf(NodeId id) const noexcept;
-  /// The nodes whose owner a node is, in order.
-  [[nodiscard]] std::span<const NodeId> partsOf(NodeId id) const noexcept;
 
-  [[nodiscard]] std::string modelName() const;
+  [[nodiscard]] std::string modelName() const override;
   /// The data sources of the model, in its order.
   [[nodiscard]] std::vector<LineageConnection> connections() const;
   /// The database that a connection leads to.
   [[nodiscard]] DatabaseAddress addressOf(const TAVStoreConnection& connection) const;
 
-  [[nodiscard]] std::string name(NodeId id) const;
-  /// The place in the model, "/Cubes/Stays/Measure Groups/Stays/Nights", or behind the address of the
-  /// database, "mssql://host:1433/MurmeltalDW/dbo/FactStay/Nights". Two nodes may have the same.
-  [[nodiscard]] std::string path(NodeId id) const;
-  [[nodiscard]] std::string rawPath(NodeId id) const;
-  /// The name as expressions write it: "[Measures].[Nights]", "[Date].[Month]", "dbo.FactStay.Nights".
-  [[nodiscard]] std::string qualifiedName(NodeId id) const;
-  [[nodiscard]] std::string rawQualifiedName(NodeId id) const;
-  /// The text that computes a node: MDX, DAX, SQL or M. Empty when it has none.
-  [[nodiscard]] std::string expression(NodeId id) const;
+  [[nodiscard]] std::string name(NodeId id) const override;
+  [[nodiscard]] std::string path(NodeId id) const override;
+  [[nodiscard]] std::string rawPath(NodeId id) const override;
+  [[nodiscard]] std::string qualifiedName(NodeId id) const override;
+  [[nodiscard]] std::string rawQualifiedName(NodeId id) const override;
+  [[nodiscard]] std::optional<bool> isNameUnique(NodeId) const override { return std::nullopt; }
+  [[nodiscard]] std::string expression(NodeId id) const override;
   [[nodiscard]] std::string_view rawExpression(NodeId id) const;
-  /// The language of expression(): "mdx", "dax", "sql" or "m"; empty where that is.
-  [[nodiscard]] std::string_view language(NodeId id) const;
-  /// How a measure of a measure group is added up, "Sum"; empty for every other node.
-  [[nodiscard]] std::string_view aggregation(NodeId id) const;
+  [[nodiscard]] std::string_view language(NodeId id) const override;
+  [[nodiscard]] std::string_view aggregation(NodeId id) const override;
   /// What the details set about a node, in their order: names as the definition has them, values masked.
   [[nodiscard]] std::vector<std::pair<std::string, std::string>> settings(NodeId id) const;
   /// The same as the details have them, not masked.
   [[nodiscard]] std::vector<const DetailSetting*> rawSettings(NodeId id) const;
-  /// The names in the node's expression that lead to no attribute or measure, in the order of the text, each
-  /// with what is known of it. Without details nothing is, and what the model has not found counts as one
-  /// that nothing has.
-  [[nodiscard]] std::vector<OpenNameText> openNames(NodeId id) const;
-  /// What the relation of an edge says beside its kind: the number of a key column, a language.
-  [[nodiscard]] std::string edgeText(const LineageEdge& edge) const;
+  [[nodiscard]] std::vector<OpenNameText> openNames(NodeId id) const override;
+  [[nodiscard]] std::string edgeText(const LineageEdge& edge) const override;
   /// The names in the node's expression that lead to nothing. Without details of a multidimensional
   /// definition, those that the model could not resolve: some of them may mean something all the same.
   [[nodiscard]] std::vector<std::string> unresolved(NodeId id) const;
@@ -179,20 +85,17 @@ class LineageGraph {
   [[nodiscard]] std::vector<std::pair<std::string, std::string>> properties(NodeId id) const;
   /// The hierarchies of a dimension; empty for every other node.
   [[nodiscard]] std::vector<LineageHierarchy> hierarchies(NodeId id) const;
-  /// The cube that a node belongs to, itself included; kNoNode outside cubes.
-  [[nodiscard]] NodeId cubeOf(NodeId id) const noexcept;
-  /// The database of a table or column of a database; null for every other node.
-  [[nodiscard]] const DatabaseAddress* database(NodeId id) const noexcept;
-  /// The schema of a table of a database, as far as it is known.
-  [[nodiscard]] std::string schema(NodeId id) const;
-  [[nodiscard]] std::string_view rawSchema(NodeId id) const noexcept;
+  [[nodiscard]] const DatabaseAddress* database(NodeId id) const noexcept override;
+  [[nodiscard]] std::string_view rawSchema(NodeId id) const noexcept override;
+  [[nodiscard]] bool isHidden(NodeId id) const override;
+  [[nodiscard]] bool isShared(NodeId id) const override;
+  [[nodiscard]] std::string sharedKey(NodeId id) const override;
+  [[nodiscard]] std::vector<std::string> notes() const override;
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
 
   /// Whether a node is a measure that counts rows, or a copy of one.
   [[nodiscard]] bool countsRows(NodeId id) const;
-  /// The node that a cube's measure or attribute is a copy of; itself when it is none.
-  [[nodiscard]] NodeId originalOf(NodeId id) const;
   /// The nodes that trace back to a database column: some path over edges that give values (not conditions,
   /// not members) leads there from a column of a database, a file or a service that the model names. A
   /// count of rows has no column by nature and is no gap; what changes every measure alike gives none of them
@@ -207,7 +110,6 @@ class LineageGraph {
   /// because a password ends where the name ends.
   using Show = std::string (*)(std::string_view text);
 
-  [[nodiscard]] NodeId onlySourceOf(NodeId id) const;
   [[nodiscard]] bool isCountOfTables(NodeId id) const;
   [[nodiscard]] std::string pathText(NodeId id, Show show) const;
   [[nodiscard]] std::string databasePath(NodeId id, Show show) const;
@@ -228,13 +130,6 @@ class LineageGraph {
   const Details* details_;
   AddressMap map_;
   bool tabular_ = false;
-  std::vector<LineageNode> nodes_;
-  std::vector<LineageEdge> edges_;
-  std::vector<std::uint32_t> inOffsets_;   // by node: where its edges begin in edges_
-  std::vector<std::uint32_t> outOffsets_;  // by node: where its places begin in out_
-  std::vector<std::uint32_t> out_;
-  std::vector<std::uint32_t> partOffsets_;
-  std::vector<NodeId> parts_;
   std::vector<NodeId> itemNodes_;               // by item of the details
   std::vector<std::uint32_t> settingOffsets_;   // by node: where its places begin in settings_
   std::vector<std::uint32_t> settings_;         // places in Details::settings()

@@ -385,8 +385,21 @@ std::vector<LineageHierarchy> LineageGraph::hierarchies(NodeId id) const {
   return shown;
 }
 
-std::string LineageGraph::schema(NodeId id) const {
-  return maskPasswords(rawSchema(id));
+std::vector<std::string> LineageGraph::notes() const {
+  std::vector<std::string> notes;
+  if (!details_) {
+    notes.emplace_back(
+        "the document has no details: keys, joins, roles, scripts and whatever else its model leaves out are "
+        "not known");
+    return notes;
+  }
+  for (std::size_t i = 0; i < kPassedOverCount; ++i) {
+    const auto what = static_cast<PassedOver>(i);
+    const std::size_t count = details_->passedOver(what);
+    if (count == 0 || !rowOf(what).hasMeaning) continue;
+    notes.push_back("not looked at: " + std::string(rowOf(what).words) + " (" + std::to_string(count) + ")");
+  }
+  return notes;
 }
 
 }  // namespace tav

@@ -9,12 +9,7 @@ namespace {
 class Walk {
  public:
   Walk(const JoinedGraph& graph, std::span<const JoinedId> starts, const LineageWalk& walk)
-      : graph_(graph),
-        starts_(starts),
-        upstream_(walk.direction == LineageDirection::upstream),
-        limit_(walk.depth),
-        values_(walk.values),
-        members_(walk.members) {
+      : graph_(graph), starts_(starts), walk_(walk), upstream_(walk.direction == LineageDirection::upstream) {
     for (const JoinedId start : starts) addStart(start);
   }
 
@@ -55,10 +50,10 @@ class Walk {
     std::unordered_set<JoinedId> known;
     for (JoinedId twin = start; twin != JoinedGraph::kNone; twin = graph_.nextTwin(twin)) {
       const auto [model, node] = graph_.placeOf(twin);
-      const LineageGraph& graph = graph_.graph(model);
+      const WalkGraph& graph = graph_.graph(model);
       const NodeKind kind = graph.node(node).kind;
       originals_.insert(graph_.idOf(model, graph.originalOf(node)));
-      members_ |= kind == NodeKind::cube || kind == NodeKind::perspective;
+      walk_.members |= startsWithMembers(kind);
       if (kind == NodeKind::cube) continue;  // its edges lead to all that it shows
       for (const NodeId part : graph.partsOf(node))
         if (const JoinedId id = graph_.idOf(model, part); known.insert(id).second) parts.push_back(id);
@@ -88,7 +83,7 @@ class Walk {
 
   bool nextEdge(Frame& frame, Step& step) const {
     const auto [model, node] = frame.place;
-    const LineageGraph& graph = graph_.graph(model);
+    const WalkGraph& graph = graph_.graph(model);
     const std::size_t count = upstream_ ? graph.into(node).size() : graph.outOf(node).size();
     while (frame.edge < count) {
       const LineageEdge& edge =
@@ -101,22 +96,16 @@ class Walk {
     return false;
   }
 
-  /// What holds calculated measures or the values of a KPI is fed by all that any of them names: between such
-  /// wholes the tree would tell of ways that no value takes.
   [[nodiscard]] bool isFollowed(std::uint32_t model, const LineageEdge& edge) const {
-    if (values_ && !givesValue(edge.kind)) return false;
-    if (edge.kind == EdgeKind::member) return members_ || showsStart(model, edge);
     const NodeKind to = graph_.graph(model).node(edge.to).kind;
-    if (!isClassifierKind(to)) return true;
-    return edge.from != edge.to && to != NodeKind::calculations && to != NodeKind::kpi;
+    const Follow follow = followOf(edge.kind, edge.from == edge.to, to, walk_);
+    return follow == Follow::ifShown ? showsStart(model, edge) : follow == Follow::yes;
   }
 
   /// Whether a perspective shows the start or a copy of it. What it shows of all that depends on the start is
   /// told once, below the tree.
   [[nodiscard]] bool showsStart(std::uint32_t model, const LineageEdge& edge) const {
-    const LineageGraph& graph = graph_.graph(model);
-    return graph.node(edge.to).kind == NodeKind::perspective &&
-           originals_.contains(graph_.idOf(model, graph.originalOf(edge.from)));
+    return originals_.contains(graph_.idOf(model, graph_.graph(model).originalOf(edge.from)));
   }
 
   /// How near each node is to a start.
@@ -141,7 +130,7 @@ class Walk {
       line.state = State::above;
     } else if (nearest_[line.node] < line.depth) {
       line.state = State::below;
-    } else if (line.depth == limit_ && leadsFurther(line.node)) {
+    } else if (line.depth == walk_.depth && leadsFurther(line.node)) {
       line.state = State::cut;
       nearest_[line.node] = kOpened;
     } else {
@@ -161,10 +150,8 @@ class Walk {
 
   const JoinedGraph& graph_;
   std::span<const JoinedId> starts_;
+  LineageWalk walk_;
   bool upstream_;
-  std::uint32_t limit_;
-  bool values_;
-  bool members_;
   std::unordered_map<JoinedId, std::vector<JoinedId>> startParts_;
   std::unordered_set<JoinedId> originals_;  // of the starts
   std::vector<std::uint32_t> nearest_;      // by node; kOpened once it stands in the tree
@@ -173,6 +160,18 @@ class Walk {
 };
 
 }  // namespace
+
+Follow followOf(EdgeKind edge, bool isLoop, NodeKind to, const LineageWalk& walk) noexcept {
+  if (walk.values && !givesValue(edge)) return Follow::no;
+  if (edge == EdgeKind::member && !walk.members)
+    return to == NodeKind::perspective ? Follow::ifShown : Follow::no;
+  if (edge == EdgeKind::member || !isClassifierKind(to)) return Follow::yes;
+  return isLoop || to == NodeKind::calculations || to == NodeKind::kpi ? Follow::no : Follow::yes;
+}
+
+bool startsWithMembers(NodeKind start) noexcept {
+  return start == NodeKind::cube || start == NodeKind::perspective;
+}
 
 std::vector<LineageTreeLine> lineageTree(const JoinedGraph& graph, JoinedId start, const LineageWalk& walk) {
   return lineageTree(graph, std::span(&start, 1), walk);

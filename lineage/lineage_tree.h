@@ -42,6 +42,19 @@ struct LineageWalk {
   bool values = false;   ///< only edges along which values flow
 };
 
+/// What a walk makes of an edge.
+enum class Follow : std::uint8_t {
+  no,
+  yes,
+  ifShown,  ///< if it says that a perspective shows the start, or a copy of it
+};
+/// What a walk makes of an edge of this kind to a node of kind `to`. What holds calculated measures or the
+/// values of a KPI is fed by all that any of them names: between such wholes a walk would tell of ways that
+/// no value takes.
+Follow followOf(EdgeKind edge, bool isLoop, NodeKind to, const LineageWalk& walk) noexcept;
+/// Whether a walk that starts at a node of this kind goes along what cubes and perspectives show.
+bool startsWithMembers(NodeKind start) noexcept;
+
 /// Walks from a node along the edges of one direction. A node that is met again is shown whole once, where it
 /// is nearest to the start, so that a walk ends whatever circles there are and has no more lines than there
 /// are edges. When the walk starts at a table, dimension or the like, its parts count as its next steps too.

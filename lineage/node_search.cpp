@@ -27,7 +27,7 @@ bool isKpi(NodeKind kind) {
 /// database holds its schema and the database.
 class FullName {
  public:
-  FullName(const LineageGraph& graph, NodeId id) {
+  FullName(const WalkGraph& graph, NodeId id) {
     NodeId last = id;
     for (NodeId at = id; at != kNoNode; at = graph.node(at).owner) {
       add(graph.node(at).rawName);
@@ -58,7 +58,7 @@ class FullName {
 
 class Search {
  public:
-  Search(const LineageGraph& graph, std::string_view name)
+  Search(const WalkGraph& graph, std::string_view name)
       : graph_(graph),
         name_(name),
         parts_(splitDottedName(name)),
@@ -143,7 +143,7 @@ class Search {
       std::erase_if(found, [&](NodeId id) { return !isExact(id); });
   }
 
-  const LineageGraph& graph_;
+  const WalkGraph& graph_;
   std::string_view name_;
   std::vector<std::string> parts_;
   bool isPath_;
@@ -155,7 +155,7 @@ class Search {
 /// a hierarchy takes over what it is based on.
 class CopyFilter {
  public:
-  CopyFilter(const LineageGraph& graph, const std::vector<NodeId>& nodes)
+  CopyFilter(const WalkGraph& graph, const std::vector<NodeId>& nodes)
       : graph_(graph), nodes_(nodes.begin(), nodes.end()) {
     std::sort(nodes_.begin(), nodes_.end());
   }
@@ -183,11 +183,11 @@ class CopyFilter {
     return std::binary_search(nodes_.begin(), nodes_.end(), id);
   }
 
-  const LineageGraph& graph_;
+  const WalkGraph& graph_;
   std::vector<NodeId> nodes_;
 };
 
-void leaveOutCopies(const LineageGraph& graph, std::vector<NodeId>& found, LineageDirection direction) {
+void leaveOutCopies(const WalkGraph& graph, std::vector<NodeId>& found, LineageDirection direction) {
   const CopyFilter all(graph, found);
   std::erase_if(found, [&](NodeId id) { return isCopyKind(graph.node(id).kind) && all.isCopyOfOther(id); });
   const CopyFilter left(graph, found);
@@ -233,27 +233,32 @@ std::size_t editDistance(std::u32string_view a, std::u32string_view b, std::size
 
 }  // namespace
 
-std::vector<NodeId> findNodes(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
+std::vector<NodeId> findNodes(const WalkGraph& graph, std::string_view name, LineageDirection direction) {
   return matchNodes(graph, name, direction).nodes;
 }
 
-NameMatch matchNodes(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
+NameMatch matchNodes(const WalkGraph& graph, std::string_view name, LineageDirection direction) {
   if (name.empty()) return {Fit::none, {}};
   NameMatch match = Search(graph, name).run();
   leaveOutCopies(graph, match.nodes, direction);
   return match;
 }
 
-NodeNames::NodeNames(const LineageGraph& graph) : graph_(graph) {
+NodeNames::NodeNames(const WalkGraph& graph) : graph_(graph) {
   for (NodeId id = 0; id < graph.nodes().size(); ++id)
     byName_[foldedName(graph.node(id).rawName)].push_back(id);
 }
 
 std::string NodeNames::nameOf(NodeId id) const {
-  std::string name = graph_.rawQualifiedName(id);
-  if (name == graph_.qualifiedName(id) && means(name, id)) return name;
+  if (isUnique(id)) return graph_.qualifiedName(id);
   std::string path = graph_.path(id);
   return path.empty() ? std::string(kRoot) : path;
+}
+
+bool NodeNames::isUnique(NodeId id) const {
+  if (const std::optional<bool> known = graph_.isNameUnique(id)) return *known;
+  const std::string name = graph_.rawQualifiedName(id);
+  return name == graph_.qualifiedName(id) && means(name, id);
 }
 
 /// Only nodes of that last part, or of that whole name, fit a name as more than a text that theirs hold. One
@@ -278,17 +283,22 @@ bool NodeNames::means(const std::string& name, NodeId id) const {
   return true;
 }
 
-std::vector<NearNode> nearestNodes(const LineageGraph& graph, std::string_view name, std::size_t count) {
+Spelling::Spelling(std::string_view name)
+    : wanted_(charactersOf(splitDottedName(name).back())), limit_(wanted_.size() / 3 + 2) {}
+
+std::optional<std::size_t> Spelling::distanceTo(std::string_view name) {
   constexpr std::size_t kLongest = 200;  // nobody mistypes a longer name, and comparing costs its square
-  const std::u32string wanted = charactersOf(splitDottedName(name).back());
-  if (wanted.size() > kLongest) return {};
+  if (wanted_.size() > kLongest) return std::nullopt;
+  const std::size_t distance = editDistance(wanted_, charactersOf(name), limit_, row_);
+  return distance < limit_ ? std::optional(distance) : std::nullopt;
+}
+
+std::vector<NearNode> nearestNodes(const WalkGraph& graph, std::string_view name, std::size_t count) {
+  Spelling spelling(name);
   std::vector<NearNode> near;
-  std::vector<std::size_t> row;
-  const std::size_t limit = wanted.size() / 3 + 2;
   for (NodeId id = 0; id < graph.nodes().size(); ++id) {
     if (isCopyKind(graph.node(id).kind)) continue;
-    const std::size_t distance = editDistance(wanted, charactersOf(graph.node(id).rawName), limit, row);
-    if (distance < limit) near.push_back({distance, id});
+    if (const auto distance = spelling.distanceTo(graph.node(id).rawName)) near.push_back({*distance, id});
   }
   std::stable_sort(near.begin(), near.end(),
                    [](const NearNode& a, const NearNode& b) { return a.distance < b.distance; });
@@ -296,7 +306,7 @@ std::vector<NearNode> nearestNodes(const LineageGraph& graph, std::string_view n
   return near;
 }
 
-std::string nodeText(const LineageGraph& graph, NodeId id) {
+std::string nodeText(const WalkGraph& graph, NodeId id) {
   return std::string(nodeKindLabel(graph.node(id).kind)) + " " + graph.path(id);
 }
 
@@ -309,7 +319,7 @@ std::string nodeListText(const std::vector<std::string>& nodes) {
   return text;
 }
 
-NodeId findNode(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
+NodeId findNode(const WalkGraph& graph, std::string_view name, LineageDirection direction) {
   const std::vector<NodeId> found = findNodes(graph, name, direction);
   if (found.size() == 1) return found.front();
   std::vector<std::string> list;

@@ -7,8 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "lineage/lineage_graph.h"
 #include "lineage/lineage_tree.h"
+#include "lineage/walk_graph.h"
 
 namespace tav {
 
@@ -27,40 +27,56 @@ struct NameMatch {
 /// and its plain copies (a measure as cubes list it, a column as a view shows it) only one is meant: the
 /// measure itself, and of columns the one that has more to tell in this direction. Several nodes are several
 /// meanings; none, that nothing is called so. One pass over the nodes.
-std::vector<NodeId> findNodes(const LineageGraph& graph, std::string_view name, LineageDirection direction);
+std::vector<NodeId> findNodes(const WalkGraph& graph, std::string_view name, LineageDirection direction);
 /// The same, and how well they fit.
-NameMatch matchNodes(const LineageGraph& graph, std::string_view name, LineageDirection direction);
+NameMatch matchNodes(const WalkGraph& graph, std::string_view name, LineageDirection direction);
 
 /// As many names are offered for one that nothing has.
 inline constexpr std::size_t kNearest = 5;
 
+/// How near other names are to one in spelling, letter case aside.
+class Spelling {
+ public:
+  explicit Spelling(std::string_view name);
+
+  /// The number of characters to insert, remove or replace; null for a name that is nowhere near.
+  [[nodiscard]] std::optional<std::size_t> distanceTo(std::string_view name);
+
+ private:
+  std::u32string wanted_;
+  std::size_t limit_;
+  std::vector<std::size_t> row_;
+};
+
 struct NearNode {
-  std::size_t distance;  ///< characters to insert, remove or replace
+  std::size_t distance;  ///< see Spelling
   NodeId node;
 };
 
 /// The nodes whose names are nearest to `name` in spelling, at most `count`, the nearest first; those that
 /// are nowhere near are left out.
-std::vector<NearNode> nearestNodes(const LineageGraph& graph, std::string_view name, std::size_t count);
+std::vector<NearNode> nearestNodes(const WalkGraph& graph, std::string_view name, std::size_t count);
 
 /// What messages call a node: its kind and path.
-std::string nodeText(const LineageGraph& graph, NodeId id);
+std::string nodeText(const WalkGraph& graph, NodeId id);
 /// The end of a message that lists nodes, each on a line of its own, a long list cut short.
 std::string nodeListText(const std::vector<std::string>& nodes);
 
 /// The one node that `name` means. Throws Message::ambiguousName, which lists the nodes that it may mean,
 /// or Message::unknownName with the nearest ones.
-NodeId findNode(const LineageGraph& graph, std::string_view name, LineageDirection direction);
+NodeId findNode(const WalkGraph& graph, std::string_view name, LineageDirection direction);
 
 /// The names by which nodes are found again: what findNode takes for exactly that node, in either direction.
 class NodeNames {
  public:
   /// One pass over the nodes. The graph must live longer.
-  explicit NodeNames(const LineageGraph& graph);
+  explicit NodeNames(const WalkGraph& graph);
 
   /// The qualified name where it means the node alone, otherwise the path. The latter does not find the node
   /// where another has the same, or where it holds a password or a control character.
   [[nodiscard]] std::string nameOf(NodeId id) const;
+  /// Whether the qualified name means the node alone.
+  [[nodiscard]] bool isUnique(NodeId id) const;
 
  private:
   /// As many nodes of one name are compared at most; where more have it, paths tell them apart.
@@ -68,7 +84,7 @@ class NodeNames {
 
   [[nodiscard]] bool means(const std::string& name, NodeId id) const;
 
-  const LineageGraph& graph_;
+  const WalkGraph& graph_;
   std::unordered_map<std::string, std::vector<NodeId>> byName_;  // by name, letter case folded
 };
 

@@ -68,7 +68,7 @@ class UnusedSearch {
       UnusedNode node{.node = id, .shows = {}};
       if (isUsed(id, node.shows) || isPartOfUnused(id)) continue;
       keepOnce(node.shows);
-      node.hidden = isHidden(graph_, id);
+      node.hidden = graph_.isHidden(id);
       if (isWhole(graph_.node(id).kind)) node.parts = countFeatures(id);
       unused.push_back(std::move(node));
     }
@@ -192,13 +192,11 @@ std::vector<bool> usedNodes(const LineageGraph& graph) {
   return UnusedSearch(graph, {}, {}).runForAll();
 }
 
-bool isHidden(const LineageGraph& graph, NodeId id) {
-  if (const auto* measure = as<TAVMeasure>(graph.node(id).object); measure && measure->hidden) return true;
+bool LineageGraph::isHidden(NodeId id) const {
+  if (const auto* measure = as<TAVMeasure>(node(id).object); measure && measure->hidden) return true;
   const auto hidesIt = [](const auto& one) { return hides(one.first, one.second); };
-  const auto settings = graph.settings(id);
-  if (std::any_of(settings.begin(), settings.end(), hidesIt)) return true;
-  const auto properties = graph.properties(id);
-  return std::any_of(properties.begin(), properties.end(), hidesIt);
+  const auto hidesAny = [&](const auto& texts) { return std::any_of(texts.begin(), texts.end(), hidesIt); };
+  return hidesAny(settings(id)) || hidesAny(properties(id));
 }
 
 }  // namespace tav

@@ -43,7 +43,4 @@ std::vector<UnusedNode> findUnused(const LineageGraph& graph, const UnusedGroup&
 /// Whether anything in the definition uses a node, by node.
 std::vector<bool> usedNodes(const LineageGraph& graph);
 
-/// Whether the definition hides a node from those who browse its cubes.
-bool isHidden(const LineageGraph& graph, NodeId id);
-
 }  // namespace tav

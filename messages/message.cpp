@@ -100,8 +100,9 @@ constexpr std::array kRows{
                "{0}: its partitions of the measure group '{1}' are passed over: {2} has no such group.",
                "The files of a cube and of its partitions do not fit together."},
     MessageRow{Message::severalDefinitions, "XMLABRIDGE_F0043",
-               "{0} holds several definitions: name one of {1}; or import them all with --out-dir",
-               "A command other than import --out-dir reads one definition."},
+               "{0} holds several definitions, and one is wanted: name one of {1}",
+               "Most commands take all of a folder or an estate; this one, or this place, takes one. A model "
+               "of an estate is named estate.db#Model."},
     MessageRow{Message::folderWithoutDefinition, "XMLABRIDGE_E0044",
                "{0}: the folder holds no definition; expected a project (.dwproj), a semantic model "
                "(definition/ or model.bim) or files in TMDL. To import all files below it, use --out-dir.",
@@ -121,6 +122,11 @@ constexpr std::array kRows{
                "XMLA_PAGER or PAGER names something that is no program."},
     MessageRow{Message::rulesNotRead, "XMLABRIDGE_F0050", "{0}: {1}",
                "A rule file of check is missing, no YAML, or says something that no rule has."},
+    MessageRow{Message::unknownInEstate, "XMLABRIDGE_F0051", "{0}: the estate has {1} called '{2}'{3}",
+               "Behind # stands the name of a model, or the path of its definition or its end."},
+    MessageRow{Message::modelNotKept, "XMLABRIDGE_F0052",
+               "{0}: the database has the rows of {1}, but not its document; trace and impact can tell of it",
+               "It was exported to the database. What is imported with --estate can be asked everything."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };

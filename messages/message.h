@@ -57,6 +57,8 @@ enum class Message : std::uint8_t {
   reportFileLost,
   pagerNotStarted,
   rulesNotRead,
+  unknownInEstate,
+  modelNotKept,
   noEventTime,
 };
 

@@ -110,7 +110,7 @@ ModelCoverage summarizeCoverage(const LineageGraph& graph, const Coverage& cover
           .attributes = coverage.attributes,
           .measures = coverage.measures,
           .nameCounts = coverage.nameCounts,
-          .notes = answerNotes(graph)};
+          .notes = graph.notes()};
 }
 
 void writeCoverageText(std::span<const ModelCoverage> models, std::ostream& out, const TextStyle& style) {

@@ -75,7 +75,7 @@ class JsonPart {
 
   void writeNode(JoinedId id) {
     const auto [model, place] = graph_.placeOf(id);
-    const LineageGraph& graph = graph_.graph(model);
+    const WalkGraph& graph = graph_.graph(model);
     const LineageNode& node = graph.node(place);
     json_.open('{');
     json_.member("id", id);

@@ -67,14 +67,14 @@ void writeLineageCsv(const JoinedGraph& graph, const LineageQuestion& question,
   csv.endRow();
   for (const LineageRow& row : lineageRows(graph, question, kinds)) {
     const auto [model, node] = graph.placeOf(row.node);
-    const LineageGraph& one = graph.graph(model);
+    const WalkGraph& one = graph.graph(model);
     if (graph.namesModels()) csv.cell(graph.modelName(row.node));
     csv.cell(nodeKindName(one.node(node).kind));
     csv.cell(one.qualifiedName(node));
     csv.cell(row.path);
     csv.cell(std::to_string(row.depth));
     csv.cell(relationText(graph, question, row));
-    csv.cell(isHidden(one, node) ? "1" : "0");
+    csv.cell(one.isHidden(node) ? "1" : "0");
     csv.endRow();
   }
   out << text;
@@ -87,14 +87,14 @@ void writeLineageMarkdown(const JoinedGraph& graph, const LineageQuestion& quest
       << (named ? "|---" : "") << "|---|---|---|--:|---|---|\n";
   for (const LineageRow& row : lineageRows(graph, question, kinds)) {
     const auto [model, node] = graph.placeOf(row.node);
-    const LineageGraph& one = graph.graph(model);
+    const WalkGraph& one = graph.graph(model);
     if (named) {
       const std::string_view name = graph.modelName(row.node);
       out << "| " << (name.empty() ? std::string() : markdownCell(name)) << " ";
     }
     out << "| " << nodeKindLabel(one.node(node).kind) << " | " << markdownCell(one.qualifiedName(node))
         << " | " << markdownCell(row.path) << " | " << row.depth << " | "
-        << markdownCell(relationText(graph, question, row)) << " | " << (isHidden(one, node) ? "hidden" : "")
+        << markdownCell(relationText(graph, question, row)) << " | " << (one.isHidden(node) ? "hidden" : "")
         << " |\n";
   }
   writeNotes(graph, out);

@@ -72,7 +72,7 @@ class TreeText {
     const bool hasChildren = i + 1 < lines_.size() && lines_[i + 1].depth > line.depth;
     const std::string below = gutter().append(hasChildren ? kBar : kGap);
     const auto [model, node] = graph_.placeOf(line.node);
-    const LineageGraph& graph = graph_.graph(model);
+    const WalkGraph& graph = graph_.graph(model);
     const std::string edge = edgeText(line);
     text_.begin(first, below).add(edge, Look::relation).add(edge.empty() ? "" : " ");
     text_.add(printable(graph.qualifiedName(node)), Look::name).add("  ");
@@ -104,7 +104,7 @@ class TreeText {
     }
   }
 
-  void writeOpenNames(const LineageGraph& graph, NodeId id, const std::string& gutter) {
+  void writeOpenNames(const WalkGraph& graph, NodeId id, const std::string& gutter) {
     for (const OpenNameText& name : graph.openNames(id)) {
       text_.begin(gutter + "? ", gutter + "  ").add(printable(name.name), Look::name);
       text_.add(": ").add(printable(openNameWords(name)), Look::changed).end();
@@ -144,7 +144,7 @@ class TreeText {
   }
 
   /// What is told behind the kind.
-  static std::string describe(const LineageGraph& graph, NodeId id) {
+  static std::string describe(const WalkGraph& graph, NodeId id) {
     std::string text;
     if (const std::string_view how = graph.aggregation(id); !how.empty()) text.append(", ").append(how);
     const NodeId cube = graph.cubeOf(id);
@@ -192,7 +192,7 @@ class TreeText {
   }
 
   void addPerspectives(std::uint32_t model, NodeId cube) {
-    const LineageGraph& graph = graph_.graph(model);
+    const WalkGraph& graph = graph_.graph(model);
     std::string_view separator = "  perspectives: ";
     for (const NodeId part : graph.partsOf(cube)) {
       if (graph.node(part).kind != NodeKind::perspective || !shows(model, part)) continue;
@@ -203,7 +203,7 @@ class TreeText {
 
   /// Whether a perspective shows something of the tree.
   [[nodiscard]] bool shows(std::uint32_t model, NodeId perspective) const {
-    const LineageGraph& graph = graph_.graph(model);
+    const WalkGraph& graph = graph_.graph(model);
     const auto into = graph.into(perspective);
     return std::any_of(into.begin(), into.end(), [&](const LineageEdge& edge) {
       return edge.kind == EdgeKind::member &&
@@ -224,7 +224,7 @@ class TreeText {
 
 }  // namespace
 
-std::string edgeWords(const LineageGraph& graph, const LineageEdge& edge, LineageDirection direction) {
+std::string edgeWords(const WalkGraph& graph, const LineageEdge& edge, LineageDirection direction) {
   const RelationKindRow& row = rowOf(edge.kind);
   std::string text(direction == LineageDirection::upstream ? row.upstream : row.downstream);
   const auto add = [&](std::string_view more) {

@@ -18,7 +18,7 @@ struct LineageQuestion {
 
 /// What an edge does, seen from the node that a walk reaches along it: "aggregated by", "key of (2)". Empty
 /// for one that hands a value on as it is. Passwords are masked; not safe for a terminal.
-std::string edgeWords(const LineageGraph& graph, const LineageEdge& edge, LineageDirection direction);
+std::string edgeWords(const WalkGraph& graph, const LineageEdge& edge, LineageDirection direction);
 
 /// A line for each place of the tree, expressions indented below what they compute, and at the end what shows
 /// it: cubes and perspectives. Where models are named, each place says which one it is in. Safe for a
@@ -27,7 +27,7 @@ void writeLineageText(const JoinedGraph& graph, const LineageQuestion& question,
                       const TextStyle& style = {});
 
 /// The part of the graph that the first start leads to, as a drawing (see exports/dot.h).
-void writeLineageDot(const LineageGraph& graph, const LineageQuestion& question, std::ostream& out);
+void writeLineageDot(const WalkGraph& graph, const LineageQuestion& question, std::ostream& out);
 
 /// One JSON document: `{"format":"xmla-lineage/1","direction":...,"start":ID,"nodes":[...],"edges":[...]}`,
 /// each node and edge of the walk once. Where models are named it is

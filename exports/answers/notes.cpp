@@ -24,31 +24,13 @@ std::string modelListText(const std::vector<std::string_view>& models) {
 
 }  // namespace
 
-std::vector<std::string> answerNotes(const LineageGraph& graph) {
-  std::vector<std::string> notes;
-  const Details* details = graph.details();
-  if (!details) {
-    notes.emplace_back(
-        "the document has no details: keys, joins, roles, scripts and whatever else its model leaves out are "
-        "not known");
-    return notes;
-  }
-  for (std::size_t i = 0; i < kPassedOverCount; ++i) {
-    const auto what = static_cast<PassedOver>(i);
-    const std::size_t count = details->passedOver(what);
-    if (count == 0 || !rowOf(what).hasMeaning) continue;
-    notes.push_back("not looked at: " + std::string(rowOf(what).words) + " (" + std::to_string(count) + ")");
-  }
-  return notes;
-}
-
 std::vector<std::string> answerNotes(const JoinedGraph& graph) {
-  if (!graph.namesModels()) return answerNotes(graph.graph(0));
+  if (!graph.namesModels()) return graph.graph(0).notes();
   // Each note once, with the models that it is true of.
   std::vector<std::pair<std::string, std::vector<std::string_view>>> told;
   std::unordered_map<std::string, std::size_t> places;
   for (const JoinedGraph::Model& model : graph.models()) {
-    for (std::string& note : answerNotes(*model.graph)) {
+    for (std::string& note : model.graph->notes()) {
       const auto [place, isNew] = places.try_emplace(note, told.size());
       if (isNew) told.emplace_back(std::move(note), std::vector<std::string_view>());
       told[place->second].second.push_back(model.name);

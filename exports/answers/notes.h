@@ -13,10 +13,8 @@
 
 namespace tav {
 
-/// What could make the answer another one: a document without details, and what its import passed over. A
-/// sentence each, without its end; usually none.
-std::vector<std::string> answerNotes(const LineageGraph& graph);
-/// The same for several models; where they are named, each note begins with the name of its model.
+/// What could make the answer another one (see WalkGraph::notes); where models are named, each note once,
+/// with the models that it is true of in front.
 std::vector<std::string> answerNotes(const JoinedGraph& graph);
 
 /// The notes at the end of an answer for people, below a blank line; nothing where there are none.

@@ -57,10 +57,10 @@ struct ModelPart {
   std::vector<bool> usedBeside;
 };
 
-template <class F> void forEachModel(const JoinedGraph& graph, F tell) {
+template <class F> void forEachModel(const JoinedModels& graph, F tell) {
   const JoinedUse use(graph);
   for (std::uint32_t model = 0; model < graph.models().size(); ++model)
-    tell(ModelPart{graph.models()[model].name, graph.graph(model), use.usedBeside(model)});
+    tell(ModelPart{graph.models()[model].name, graph.whole(model), use.usedBeside(model)});
 }
 
 /// The groups one after the other, of each first what nothing uses, then what is only shown.
@@ -160,7 +160,7 @@ void writeGroups(JsonWriter& json, const ModelPart& part, std::span<const Unused
 
 }  // namespace
 
-void writeUnusedText(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out,
+void writeUnusedText(const JoinedModels& graph, std::span<const UnusedGroup> groups, std::ostream& out,
                      const TextStyle& style) {
   ShownText text(out, style);
   Titles titles(out, [&](const std::string& title) { text.begin(0, kIndent).add(title, Look::title).end(); });
@@ -178,7 +178,7 @@ void writeUnusedText(const JoinedGraph& graph, std::span<const UnusedGroup> grou
   writeNotes(graph, out, style);
 }
 
-void writeUnusedMarkdown(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
+void writeUnusedMarkdown(const JoinedModels& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
   Titles titles(out, [&](const std::string& title) { out << title << "\n\n"; });
   forEachModel(graph, [&](const ModelPart& part) {
     const auto section = [&](const std::string& title) {
@@ -198,7 +198,7 @@ void writeUnusedMarkdown(const JoinedGraph& graph, std::span<const UnusedGroup> 
   writeNotes(graph, out);
 }
 
-void writeUnusedJson(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
+void writeUnusedJson(const JoinedModels& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
   std::string text;
   JsonWriter json(text);
   json.begin('{');
@@ -218,7 +218,7 @@ void writeUnusedJson(const JoinedGraph& graph, std::span<const UnusedGroup> grou
   out << text << "\n";
 }
 
-void writeUnusedCsv(const JoinedGraph& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
+void writeUnusedCsv(const JoinedModels& graph, std::span<const UnusedGroup> groups, std::ostream& out) {
   std::string text;
   CsvText csv(text);
   if (graph.namesModels()) csv.cell("model");

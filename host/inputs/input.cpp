@@ -12,6 +12,7 @@
 #include "framework/serialization/model_reader.h"
 #include "host/inputs/container.h"
 #include "host/inputs/content.h"
+#include "host/inputs/estate_model.h"
 #include "host/inputs/extension.h"
 #include "host/inputs/folder.h"
 #include "host/inputs/project_document.h"
@@ -60,10 +61,22 @@ Input readPipe(const std::string& path) {
   return readStream(path, pipe.get());
 }
 
-std::string joined(const std::vector<std::string>& texts) {
-  std::string all;
-  for (const std::string& text : texts) all.append(all.empty() ? "" : ", ").append(text);
-  return all;
+Input refuse(const std::string& path, const std::string& cause) {
+  return Input::refused(path, tav::messageEvent(tav::Message::foreignInput, {path, cause}));
+}
+
+/// Of what holds several definitions, for a command that takes one.
+[[noreturn]] void failSeveral(const std::string& path, const std::vector<std::string>& found) {
+  tav::fail(tav::Message::severalDefinitions, {path, shortList(found)});
+}
+
+Input openEstateModel(const std::string& argument, const EstatePlace& place) {
+  const std::vector<tav::EstateModel> models = modelsIn(place);
+  if (models.size() == 1) return {argument, documentIn(place, models.front())};
+  if (models.empty()) return refuse(argument, "an estate without models");
+  std::vector<std::string> names;
+  for (const tav::EstateModel& model : models) names.push_back(estateArgument(place.path, model));
+  failSeveral(argument, names);
 }
 
 Input openProject(const std::string& path, MessageLog& log) {
@@ -76,10 +89,6 @@ Input openProject(const std::string& path, MessageLog& log) {
                         {path, std::to_string(count),
                          project.build.empty() ? "" : "; its build " + project.build + " is not read"}));
   return {path, assembleProject(project, log)};
-}
-
-Input refuse(const std::string& path, const std::string& cause) {
-  return Input::refused(path, tav::messageEvent(tav::Message::foreignInput, {path, cause}));
 }
 
 /// `report` is the folder of the report that led here, or empty.
@@ -103,7 +112,7 @@ std::optional<Input> openReport(const std::string& path) {
 
 Input openFolder(const std::string& path, MessageLog& log) {
   std::vector<std::string> found = definitionsIn(path);
-  if (found.size() > 1) tav::fail(tav::Message::severalDefinitions, {path, joined(found)});
+  if (found.size() > 1) failSeveral(path, found);
   if (found.empty()) {
     if (std::optional<Input> report = openReport(path)) return std::move(*report);
     return Input::refused(path, tav::messageEvent(tav::Message::folderWithoutDefinition, {path}));
@@ -146,6 +155,7 @@ Input recognise(const std::string& argument, MessageLog& log) {
   // Of a closed one the number would be the next open file's.
   if (argument == "-" && fcntl(STDIN_FILENO, F_GETFD) < 0) failToRead(kStandardInput);
   if (argument == "-") return openContent(readStream(kStandardInput, STDIN_FILENO), log);
+  if (const auto place = estatePlace(argument)) return openEstateModel(argument, *place);
   if (isStream(argument)) return openContent(readPipe(argument), log);
   std::error_code ignored;  // what cannot be asked for is told by whoever opens it
   if (std::filesystem::is_directory(argument, ignored)) return openFolder(argument, log);

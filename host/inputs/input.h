@@ -63,8 +63,9 @@ class Input {
 
 /// Opens what a user named: a file; standard input for "-", or a pipe, which are read to their end; a project
 /// by its file or folder, whose files are put together; a semantic model by its folder, by the project or
-/// report that leads to it, or by the template that holds it. Messages in `log` about what is read then call
-/// it by its name, and what of it is lost is an error there. Throws when it cannot be read.
+/// report that leads to it, or by the template that holds it; the document of a model in an estate. Messages
+/// in `log` about what is read then call it by its name, and what of it is lost is an error there. Throws
+/// when it cannot be read.
 Input openInput(const std::string& argument, MessageLog& log);
 
 }  // namespace host

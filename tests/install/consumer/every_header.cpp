@@ -104,6 +104,7 @@
 #include "lineage/node_search.h"
 #include "lineage/subgraph.h"
 #include "lineage/unused.h"
+#include "lineage/walk_graph.h"
 
 namespace {
 

@@ -1,0 +1,106 @@
+#include "exports/estate_lineage.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "exports/estate_rows.h"
+
+namespace tav {
+namespace {
+
+std::unordered_set<std::int64_t> numbersOf(const std::vector<EstateModel>& models) {
+  std::unordered_set<std::int64_t> numbers;
+  for (const EstateModel& model : models) numbers.insert(model.id);
+  return numbers;
+}
+
+/// How well what fits the name best does.
+NameFit bestFit(const JoinedGraph& graph, std::string_view name, LineageDirection direction) {
+  const ScopedName scope = splitModel(graph, name);
+  NameFit best = NameFit::none;
+  for (std::uint32_t model = 0; model < graph.models().size(); ++model)
+    if (!scope.model || scope.model == model)
+      best = std::min(best, matchNodes(graph.graph(model), scope.name, direction).fit);
+  return best;
+}
+
+}  // namespace
+
+EstateAnswer::EstateAnswer(std::unique_ptr<EstateRows> rows) : rows_(std::move(rows)) {}
+
+EstateAnswer::~EstateAnswer() = default;
+
+/// The rows that have been read so far as graphs, one for each of the models.
+void EstateAnswer::join(const AskedModels& asked) {
+  std::vector<StoredGraph::Part> parts(asked.models.size());
+  auto notes = rows_->readNotes();
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    models_[asked.models[i].id] = static_cast<std::uint32_t>(i);
+    parts[i].model = asked.models[i].name;
+    parts[i].notes = std::move(notes[asked.models[i].id]);
+  }
+  const auto& nodes = rows_->nodes();
+  for (const auto& [id, node] : nodes) parts[models_.at(node.model)].nodes.push_back(&node);
+  for (const auto& [place, edge] : rows_->edges())
+    if (const auto to = nodes.find(edge.to); to != nodes.end() && nodes.contains(edge.from))
+      parts[models_.at(to->second.model)].edges.push_back(&edge);
+  joined_.reset();
+  graphs_.clear();
+  std::vector<JoinedGraph::Model> models;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const auto byId = [](const StoredNode* a, const StoredNode* b) { return a->id < b->id; };
+    const auto byEnd = [](const StoredEdge* a, const StoredEdge* b) {
+      return a->to != b->to ? a->to < b->to : a->place < b->place;
+    };
+    std::sort(parts[i].nodes.begin(), parts[i].nodes.end(), byId);
+    std::sort(parts[i].edges.begin(), parts[i].edges.end(), byEnd);
+    graphs_.push_back(std::make_unique<StoredGraph>(std::move(parts[i])));
+    if (!asked.names.empty()) models.push_back({asked.names[i], graphs_.back().get()});
+  }
+  if (asked.names.empty())
+    joined_.emplace(*graphs_.front());
+  else
+    joined_.emplace(std::move(models));
+}
+
+std::int64_t EstateAnswer::rowOf(JoinedId id) const {
+  const auto [model, node] = joined_->placeOf(id);
+  return graphs_[model]->row(node).id;
+}
+
+JoinedId EstateAnswer::idOf(std::int64_t row) const {
+  const std::uint32_t model = models_.at(rows_->nodes().at(row).model);
+  return joined_->idOf(model, graphs_[model]->nodeOf(row));
+}
+
+EstateLineage::EstateLineage(const std::string& path, AskedModels asked)
+    : path_(path), asked_(std::move(asked)) {}
+
+std::unique_ptr<const EstateAnswer> EstateLineage::ask(std::string_view name, const LineageWalk& walk) const {
+  auto answer = std::make_unique<EstateAnswer>(std::make_unique<EstateRows>(path_, numbersOf(asked_.models)));
+  EstateRows& rows = *answer->rows_;
+  answer->join(asked_);
+  const std::string_view wanted = splitModel(answer->graph(), name).name;
+  rows.readNamed(wanted);
+  answer->join(asked_);
+  // Only what nothing is called makes it look at all names.
+  if (bestFit(answer->graph(), name, walk.direction) >= NameFit::part) {
+    rows.readHolding(wanted);
+    answer->join(asked_);
+    if (bestFit(answer->graph(), name, walk.direction) == NameFit::none) {
+      rows.readNearest(wanted);
+      answer->join(asked_);
+    }
+  }
+  FoundStarts starts = findStarts(answer->graph(), name, walk.direction);
+  std::vector<std::int64_t> ids;
+  for (const JoinedId id : starts.nodes) ids.push_back(answer->rowOf(id));
+  rows.readWalk(ids, walk);
+  answer->join(asked_);
+  starts.nodes.clear();
+  for (const std::int64_t id : ids) starts.nodes.push_back(answer->idOf(id));
+  answer->starts_ = std::move(starts);
+  return answer;
+}
+
+}  // namespace tav

@@ -1,0 +1,275 @@
+#include "exports/estate_rows.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "exports/sqlite_schema.h"
+#include "exports/versions.h"
+#include "framework/std/dotted_name.h"
+#include "framework/std/text.h"
+#include "lineage/node_search.h"
+
+namespace tav {
+namespace {
+
+constexpr std::string_view kNodes =
+    "SELECT id, model_id, owner_id, kind, name, qualified_name, path, server, database, schema, expression, "
+    "language, aggregation, meeting, hidden, unique_name FROM nodes ";
+constexpr std::string_view kEdges =
+    "SELECT e.rowid, e.from_id, e.to_id, e.kind, t.kind, e.text, e.found_by_graph, e.replaces "
+    "FROM edges e JOIN nodes t ON t.id = e.to_id ";
+
+/// A database of a later program may have kinds that this one does not know.
+NodeKind nodeKindIn(std::string_view name) {
+  return objectKindOf(name).value_or(NodeKind::other);
+}
+
+/// The folded texts that the name of a node may be which `name` means: all of it, its last part, and what
+/// stands behind a slash.
+std::vector<std::string> keysOf(std::string_view name) {
+  std::vector<std::string> keys{foldedName(name), foldedName(splitDottedName(name).back())};
+  for (std::size_t at = name.find('/'); at != name.npos; at = name.find('/', at + 1))
+    keys.push_back(foldedName(name.substr(at + 1)));
+  std::sort(keys.begin(), keys.end());
+  keys.erase(std::unique(keys.begin(), keys.end()), keys.end());
+  return keys;
+}
+
+/// What takes a measure or attribute over as it is (see WalkGraph::originalOf).
+bool isOriginalsCopy(NodeKind kind) {
+  return kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
+}
+
+}  // namespace
+
+EstateRows::EstateRows(const std::string& path, std::unordered_set<std::int64_t> models)
+    : database_(path, kEstatePatience, SqliteAccess::read),
+      models_((requireSchema(database_, path), std::move(models))),
+      byId_(database_, std::string(kNodes) + "WHERE id = ?1"),
+      byName_(database_, std::string(kNodes) + "WHERE folded_name = ?1 ORDER BY id"),
+      byOwner_(database_, std::string(kNodes) + "WHERE owner_id = ?1 ORDER BY id"),
+      byMeeting_(database_, std::string(kNodes) + "WHERE meeting = ?1 ORDER BY id"),
+      edgesInto_(database_, std::string(kEdges) + "WHERE e.to_id = ?1 ORDER BY e.rowid"),
+      edgesOutOf_(database_, std::string(kEdges) + "WHERE e.from_id = ?1 ORDER BY e.rowid"),
+      openNames_(database_, "SELECT name, state, note FROM open_names WHERE node_id = ?1 ORDER BY rowid") {}
+
+void EstateRows::readNamed(std::string_view name) {
+  Ids found;
+  for (const std::string& key : keysOf(name)) {
+    byName_.bind(1, key);
+    const Ids named = readNodes(byName_);
+    found.insert(found.end(), named.begin(), named.end());
+  }
+  readNameless(found);
+  readCandidates(found);
+}
+
+/// What has no name of its own goes by its owner's.
+void EstateRows::readNameless(const Ids& found) {
+  if (database_.number("SELECT EXISTS(SELECT 1 FROM nodes WHERE folded_name = '' AND kind <> 'database')") ==
+      0)
+    return;
+  for (const std::int64_t id : found) partsOf(id);
+}
+
+void EstateRows::readHolding(std::string_view name) {
+  const std::vector<std::string> parts = splitDottedName(name);
+  const std::string folded = foldedName(parts.size() == 1 ? std::string_view(parts.front()) : name);
+  SqliteStatement holding(database_, std::string(kNodes) + "WHERE instr(folded_name, ?1) > 0 ORDER BY id");
+  holding.bind(1, folded);
+  readCandidates(readNodes(holding));
+}
+
+void EstateRows::readNearest(std::string_view name) {
+  std::multimap<std::size_t, std::string> near;
+  Spelling spelling(name);
+  SqliteStatement names(database_, "SELECT DISTINCT folded_name FROM nodes");
+  while (names.next())
+    if (const auto distance = spelling.distanceTo(names.text(0))) near.emplace(*distance, names.text(0));
+  std::unordered_set<std::string> told;  // of several that are called alike, one is told
+  std::size_t reached = 0;
+  for (const auto& [distance, folded] : near) {
+    if (told.size() >= kNearest && distance > reached) break;
+    reached = distance;
+    byName_.bind(1, folded);
+    for (const std::int64_t id : readNodes(byName_))
+      if (const StoredNode& node = nodes_.at(id); !isCopyKind(node.kind)) told.insert(node.path);
+  }
+  readOwners();
+}
+
+/// Which of several nodes of a name is meant, is told by what they belong to and by the edges between them.
+void EstateRows::readCandidates(const Ids& found) {
+  for (const std::int64_t id : found) edgesAt(id, LineageDirection::upstream);
+  readOwners();
+}
+
+void EstateRows::readWalk(std::span<const std::int64_t> starts, LineageWalk walk) {
+  Ids parts;
+  for (const std::int64_t start : starts) {
+    visit(start, 0);
+    for (const std::int64_t twin : twinsOf(nodes_.at(start))) {
+      const NodeKind kind = nodes_.at(twin).kind;
+      walk.members |= startsWithMembers(kind);
+      if (kind == NodeKind::cube) continue;  // its edges lead to all that it shows
+      const Ids some = partsOf(twin);
+      parts.insert(parts.end(), some.begin(), some.end());
+    }
+  }
+  if (walk.depth > 0)
+    for (const std::int64_t part : parts) visit(part, 1);
+  for (std::size_t i = 0; i < queue_.size(); ++i) {
+    const std::uint32_t distance = distances_.at(queue_[i]);
+    if (distance <= walk.depth) expand(queue_[i], distance, walk);
+  }
+  readOwners();
+  if (walk.direction == LineageDirection::downstream) readPerspectives();
+  readOriginals();
+}
+
+void EstateRows::visit(std::int64_t id, std::uint32_t distance) {
+  const StoredNode* found = node(id);
+  if (!found || distances_.contains(id)) return;
+  for (const std::int64_t twin : twinsOf(*found))
+    if (distances_.try_emplace(twin, distance).second) queue_.push_back(twin);
+}
+
+void EstateRows::expand(std::int64_t id, std::uint32_t distance, const LineageWalk& walk) {
+  const bool upstream = walk.direction == LineageDirection::upstream;
+  for (const StoredEdge* edge : edgesAt(id, walk.direction)) {
+    // Whether the start is what a perspective shows, the walk itself finds out.
+    if (followOf(edge->kind, edge->from == edge->to, edge->toKind, walk) != Follow::no)
+      visit(upstream ? edge->from : edge->to, distance + 1);
+  }
+}
+
+void EstateRows::readOwners() {
+  Ids missing;
+  for (const auto& [id, node] : nodes_)
+    if (node.owner != 0 && !nodes_.contains(node.owner)) missing.push_back(node.owner);
+  for (std::size_t i = 0; i < missing.size(); ++i) {
+    const StoredNode* owner = node(missing[i]);
+    if (owner && owner->owner != 0 && !nodes_.contains(owner->owner)) missing.push_back(owner->owner);
+  }
+}
+
+/// The perspectives of the cubes that the answer reaches.
+void EstateRows::readPerspectives() {
+  Ids cubes;
+  for (const auto& [id, node] : nodes_)
+    if (node.kind == NodeKind::cube) cubes.push_back(id);
+  SqliteStatement perspectives(
+      database_, std::string(kNodes) + "WHERE owner_id = ?1 AND kind = 'perspective' ORDER BY id");
+  SqliteStatement whole(database_,
+                        std::string(kEdges) + "WHERE e.from_id = ?1 AND e.to_id = ?2 ORDER BY e.rowid");
+  for (const std::int64_t cube : cubes) {
+    perspectives.bind(1, cube);
+    for (const std::int64_t perspective : readNodes(perspectives)) {
+      whole.bind(1, cube);
+      whole.bind(2, perspective);
+      while (whole.next()) addEdge(whole);
+    }
+  }
+}
+
+void EstateRows::readOriginals() {
+  Ids copies;
+  for (const auto& [id, node] : nodes_)
+    if (isOriginalsCopy(node.kind)) copies.push_back(id);
+  for (std::size_t i = 0; i < copies.size(); ++i) {
+    for (const StoredEdge* edge : edgesAt(copies[i], LineageDirection::upstream)) {
+      if (edge->kind != EdgeKind::direct || nodes_.contains(edge->from)) continue;
+      const StoredNode* source = node(edge->from);
+      if (source && isOriginalsCopy(source->kind)) copies.push_back(edge->from);
+    }
+  }
+  readOwners();
+}
+
+std::unordered_map<std::int64_t, std::vector<std::string>> EstateRows::readNotes() {
+  std::unordered_map<std::int64_t, std::vector<std::string>> notes;
+  SqliteStatement query(database_, "SELECT model_id, text FROM warnings WHERE origin = 'note' ORDER BY id");
+  while (query.next())
+    if (models_.contains(query.number(0))) notes[query.number(0)].emplace_back(query.text(1));
+  return notes;
+}
+
+EstateRows::Ids EstateRows::readNodes(SqliteStatement& statement) {
+  Ids ids;
+  while (statement.next())
+    if (const StoredNode* node = addNode(statement)) ids.push_back(node->id);
+  return ids;
+}
+
+const StoredNode* EstateRows::addNode(const SqliteStatement& row) {
+  if (!models_.contains(row.number(1))) return nullptr;
+  const auto [place, isNew] = nodes_.try_emplace(row.number(0));
+  StoredNode& node = place->second;
+  if (!isNew) return &node;
+  node.id = row.number(0);
+  node.model = row.number(1);
+  node.owner = row.number(2);
+  node.kind = nodeKindIn(row.text(3));
+  int column = 3;
+  for (std::string* text : {&node.name, &node.qualifiedName, &node.path, &node.server, &node.database,
+                            &node.schema, &node.expression, &node.language, &node.aggregation, &node.meeting})
+    *text = row.text(++column);
+  node.hidden = row.number(column + 1) != 0;
+  node.unique = row.number(column + 2) != 0;
+  readOpenNames(node);
+  return &node;
+}
+
+void EstateRows::readOpenNames(StoredNode& node) {
+  openNames_.bind(1, node.id);
+  while (openNames_.next()) {
+    node.openNames.push_back({std::string(openNames_.text(0)),
+                              openNameStateOf(openNames_.text(1)).value_or(OpenNameState::mistake),
+                              std::string(openNames_.text(2))});
+  }
+}
+
+const StoredNode* EstateRows::node(std::int64_t id) {
+  if (const auto known = nodes_.find(id); known != nodes_.end()) return &known->second;
+  byId_.bind(1, id);
+  return readNodes(byId_).empty() ? nullptr : &nodes_.at(id);
+}
+
+EstateRows::Ids EstateRows::partsOf(std::int64_t id) {
+  byOwner_.bind(1, id);
+  return readNodes(byOwner_);
+}
+
+/// The node itself among them.
+EstateRows::Ids EstateRows::twinsOf(const StoredNode& node) {
+  if (node.meeting.empty()) return {node.id};
+  const std::string meeting = node.meeting;
+  byMeeting_.bind(1, meeting);
+  return readNodes(byMeeting_);
+}
+
+std::vector<const StoredEdge*> EstateRows::edgesAt(std::int64_t id, LineageDirection direction) {
+  SqliteStatement& statement = direction == LineageDirection::upstream ? edgesInto_ : edgesOutOf_;
+  statement.bind(1, id);
+  std::vector<const StoredEdge*> found;
+  while (statement.next()) found.push_back(addEdge(statement));
+  return found;
+}
+
+const StoredEdge* EstateRows::addEdge(const SqliteStatement& row) {
+  const auto [place, isNew] = edges_.try_emplace(row.number(0));
+  StoredEdge& edge = place->second;
+  if (!isNew) return &edge;
+  edge.place = row.number(0);
+  edge.from = row.number(1);
+  edge.to = row.number(2);
+  edge.kind = relationKindOf(row.text(3)).value_or(EdgeKind::direct);
+  edge.toKind = nodeKindIn(row.text(4));
+  edge.text = row.text(5);
+  edge.foundByGraph = row.number(6) != 0;
+  edge.replaces = row.number(7) != 0;
+  return &edge;
+}
+
+}  // namespace tav

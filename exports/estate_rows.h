@@ -1,0 +1,77 @@
+#pragma once
+
+// The rows of a database of models that an answer needs, read as they are asked for.
+
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "exports/sqlite_database.h"
+#include "exports/stored_graph.h"
+#include "lineage/lineage_tree.h"
+
+namespace tav {
+
+class EstateRows {
+ public:
+  /// Of these models alone. Throws when the file is no such database.
+  EstateRows(const std::string& path, std::unordered_set<std::int64_t> models);
+
+  /// Reads what may be called so: the nodes of that last part, with what tells them from each other.
+  void readNamed(std::string_view name);
+  /// Reads the nodes whose names hold a text, or are the nearest to it in spelling. Looks at all names.
+  void readHolding(std::string_view name);
+  void readNearest(std::string_view name);
+  /// Reads where a walk from these nodes leads.
+  void readWalk(std::span<const std::int64_t> starts, LineageWalk walk);
+
+  [[nodiscard]] const std::unordered_map<std::int64_t, StoredNode>& nodes() const noexcept { return nodes_; }
+  /// Those between nodes that are not all read are among them.
+  [[nodiscard]] const std::unordered_map<std::int64_t, StoredEdge>& edges() const noexcept { return edges_; }
+  /// The notes of the answers about each model, by its number.
+  std::unordered_map<std::int64_t, std::vector<std::string>> readNotes();
+
+ private:
+  /// A statement that gives rows of "nodes".
+  using Ids = std::vector<std::int64_t>;
+
+  Ids readNodes(SqliteStatement& statement);
+  const StoredNode* addNode(const SqliteStatement& row);
+  void readOpenNames(StoredNode& node);
+  /// Null for a node of a model that is not asked.
+  const StoredNode* node(std::int64_t id);
+  Ids partsOf(std::int64_t id);
+  Ids twinsOf(const StoredNode& node);
+  /// The edges into a node, or out of it, in their order.
+  std::vector<const StoredEdge*> edgesAt(std::int64_t id, LineageDirection direction);
+  const StoredEdge* addEdge(const SqliteStatement& row);
+
+  void readCandidates(const Ids& found);
+  void readNameless(const Ids& found);
+  void readOwners();
+  void readOriginals();
+  void readPerspectives();
+  void visit(std::int64_t id, std::uint32_t distance);
+  void expand(std::int64_t id, std::uint32_t distance, const LineageWalk& walk);
+
+  SqliteDatabase database_;
+  std::unordered_set<std::int64_t> models_;
+  SqliteStatement byId_;
+  SqliteStatement byName_;
+  SqliteStatement byOwner_;
+  SqliteStatement byMeeting_;
+  SqliteStatement edgesInto_;
+  SqliteStatement edgesOutOf_;
+  SqliteStatement openNames_;
+  std::unordered_map<std::int64_t, StoredNode> nodes_;
+  std::unordered_map<std::int64_t, StoredEdge> edges_;
+  std::unordered_map<std::int64_t, std::uint32_t> distances_;  // of the nodes of a walk from its starts
+  Ids queue_;
+};
+
+}  // namespace tav
