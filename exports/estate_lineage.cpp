@@ -76,26 +76,33 @@ JoinedId EstateAnswer::idOf(std::int64_t row) const {
 EstateLineage::EstateLineage(const std::string& path, AskedModels asked)
     : path_(path), asked_(std::move(asked)) {}
 
+/// Reads what the name may mean. Only parts of paths and names, and what nothing is called, make it look at
+/// all nodes.
+void EstateAnswer::readMeant(const AskedModels& asked, std::string_view name, LineageDirection direction) {
+  join(asked);
+  const std::string_view wanted = splitModel(*joined_, name).name;
+  const bool isPath = wanted.find('/') != wanted.npos;
+  const auto fit = [&] {
+    join(asked);
+    return bestFit(*joined_, name, direction);
+  };
+  rows_->readNamed(wanted);
+  if (isPath && fit() != NameFit::path) rows_->readEndingIn(wanted);
+  if (fit() < NameFit::part) return;
+  rows_->readHolding(wanted);
+  if (fit() != NameFit::none) return;
+  rows_->readNearest(wanted);
+  join(asked);
+}
+
 std::unique_ptr<const EstateAnswer> EstateLineage::ask(std::string_view name, const LineageWalk& walk) const {
   auto answer = std::make_unique<EstateAnswer>(std::make_unique<EstateRows>(path_, numbersOf(asked_.models)));
-  EstateRows& rows = *answer->rows_;
-  answer->join(asked_);
-  const std::string_view wanted = splitModel(answer->graph(), name).name;
-  rows.readNamed(wanted);
-  answer->join(asked_);
-  // Only what nothing is called makes it look at all names.
-  if (bestFit(answer->graph(), name, walk.direction) >= NameFit::part) {
-    rows.readHolding(wanted);
-    answer->join(asked_);
-    if (bestFit(answer->graph(), name, walk.direction) == NameFit::none) {
-      rows.readNearest(wanted);
-      answer->join(asked_);
-    }
-  }
+  answer->readMeant(asked_, name, walk.direction);
   FoundStarts starts = findStarts(answer->graph(), name, walk.direction);
   std::vector<std::int64_t> ids;
+  ids.reserve(starts.nodes.size());
   for (const JoinedId id : starts.nodes) ids.push_back(answer->rowOf(id));
-  rows.readWalk(ids, walk);
+  answer->rows_->readWalk(ids, walk);
   answer->join(asked_);
   starts.nodes.clear();
   for (const std::int64_t id : ids) starts.nodes.push_back(answer->idOf(id));

@@ -42,6 +42,7 @@ class EstateAnswer {
  private:
   friend class EstateLineage;
 
+  void readMeant(const AskedModels& asked, std::string_view name, LineageDirection direction);
   void join(const AskedModels& asked);
   [[nodiscard]] std::int64_t rowOf(JoinedId id) const;
   [[nodiscard]] JoinedId idOf(std::int64_t row) const;

@@ -20,6 +20,8 @@ constexpr std::string_view kEdges =
     "SELECT e.rowid, e.from_id, e.to_id, e.kind, t.kind, e.text, e.found_by_graph, e.replaces "
     "FROM edges e JOIN nodes t ON t.id = e.to_id ";
 
+constexpr std::string_view kRoot = "/";  // the path of a database, as people write it
+
 /// A database of a later program may have kinds that this one does not know.
 NodeKind nodeKindIn(std::string_view name) {
   return objectKindOf(name).value_or(NodeKind::other);
@@ -61,6 +63,11 @@ void EstateRows::readNamed(std::string_view name) {
     const Ids named = readNodes(byName_);
     found.insert(found.end(), named.begin(), named.end());
   }
+  const std::string path(name == kRoot ? "" : name);
+  SqliteStatement byPath(database_, std::string(kNodes) + "WHERE path = ?1 ORDER BY id");
+  byPath.bind(1, path);
+  const Ids placed = readNodes(byPath);
+  found.insert(found.end(), placed.begin(), placed.end());
   readNameless(found);
   readCandidates(found);
 }
@@ -79,6 +86,14 @@ void EstateRows::readHolding(std::string_view name) {
   SqliteStatement holding(database_, std::string(kNodes) + "WHERE instr(folded_name, ?1) > 0 ORDER BY id");
   holding.bind(1, folded);
   readCandidates(readNodes(holding));
+}
+
+void EstateRows::readEndingIn(std::string_view path) {
+  SqliteStatement ending(
+      database_, std::string(kNodes) + "WHERE substr(path, -length(?1)) = ?1 COLLATE NOCASE ORDER BY id");
+  const std::string end = "/" + std::string(path);
+  ending.bind(1, end);
+  readCandidates(readNodes(ending));
 }
 
 void EstateRows::readNearest(std::string_view name) {

@@ -24,7 +24,9 @@ class EstateRows {
 
   /// Reads what may be called so: the nodes of that last part, with what tells them from each other.
   void readNamed(std::string_view name);
-  /// Reads the nodes whose names hold a text, or are the nearest to it in spelling. Looks at all names.
+  /// Reads the nodes whose paths end so, whose names hold a text, or are the nearest to it in spelling. Looks
+  /// at all nodes.
+  void readEndingIn(std::string_view path);
   void readHolding(std::string_view name);
   void readNearest(std::string_view name);
   /// Reads where a walk from these nodes leads.

@@ -8,9 +8,11 @@
 #include "framework/bridgelib/model_stamps.h"
 #include "framework/serialization/model_reader.h"
 #include "framework/std/exception.h"
+#include "host/answer_models.h"
 #include "host/command.h"
 #include "host/map_option.h"
 #include "host/model_input.h"
+#include "host/model_pairs.h"
 #include "host/output.h"
 
 namespace host {
@@ -116,7 +118,7 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
   bool failure = false;
   writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
     const auto report = tav::makeEstateDiffReport(arguments.format, out, style);
-    report->begin(span);
+    report->begin({span.since, span.until, true});
     for (const tav::EstateChange& change : tav::changesBetween(arguments.before, span)) {
       if (!change.before || !change.after) {
         report->add(change, nullptr);
@@ -138,6 +140,30 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
   return failure ? kDiffers : kDone;
 }
 
+/// How the models of one folder or estate differ from those of another.
+int comparePlaces(const Arguments& arguments, MessageLog& log) {
+  for (const std::string& input : {arguments.before, arguments.after})
+    if (arguments.output != "-") checkOutput(input, arguments.output);
+  const GivenMap map = readMap(arguments.map);
+  int code = kDone;
+  bool failure = false;
+  writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
+    const auto report = tav::makeEstateDiffReport(arguments.format, out, style);
+    report->begin({arguments.before, arguments.after});
+    for (const ModelPair& pair : pairModels(arguments.before, arguments.after)) {
+      code = worseOf(code, guarded(pair.key, log, [&] {
+                       return comparePair(pair, map, log, [&](const auto& change, const auto* diff) {
+                         if (!diff || !diff->empty()) report->add(change, diff);
+                         failure |= diff ? isFailure(*diff, arguments) : isFailure(change, arguments);
+                       });
+                     }));
+    }
+    report->end(code == kDone);
+  });
+  if (code != kDone) return code;
+  return failure ? kDiffers : kDone;
+}
+
 int run(const CLI::App& parser, const Arguments& arguments, MessageLog& log) {
   const bool estate = parser.count("--since") > 0;
   if (estate && parser.count("NEW") > 0)
@@ -145,6 +171,11 @@ int run(const CLI::App& parser, const Arguments& arguments, MessageLog& log) {
   if (estate) return compareEstate(arguments, log);
   if (parser.count("--until") > 0) throw CLI::RequiresError("--until", "--since");
   if (parser.count("NEW") == 0) throw CLI::RequiredError("NEW");
+  if (holdsSeveral(arguments.before) || holdsSeveral(arguments.after)) {
+    if (!isPlace(arguments.before) || !isPlace(arguments.after))
+      throw CLI::ValidationError("NEW", "a folder or an estate of models is compared with another one");
+    return comparePlaces(arguments, log);
+  }
   return compare(arguments, log);
 }
 
@@ -152,13 +183,14 @@ int run(const CLI::App& parser, const Arguments& arguments, MessageLog& log) {
 
 Command addDiff(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser = program.add_subcommand("diff", "Compare two definitions or models, lineage included");
+  CLI::App* parser = program.add_subcommand(
+      "diff", "Compare two definitions or models, or two folders or estates of them, lineage included");
   parser
       ->add_option("OLD", arguments->before,
-                   "A definition or a saved model; with --since, an estate database")
-      ->type_name("FILE")
+                   "A definition, a saved model, a folder of them or an estate database")
+      ->type_name("INPUT")
       ->required();
-  parser->add_option("NEW", arguments->after, "Another definition or model")->type_name("FILE");
+  parser->add_option("NEW", arguments->after, "Another one of these")->type_name("INPUT");
   parser
       ->add_option("--since", arguments->span.since,
                    "Compare what the estate database has with what it had at this day or time (UTC)")

@@ -41,6 +41,14 @@ struct Fact {
 };
 using Facts = std::map<std::string, Fact>;
 
+/// Whether two texts differ as far as can be known: a document in which passwords are masked does not tell
+/// whether they are still the same.
+template <class Text>
+bool differs(const Text& was, const Text& is, const Text& shownWas, const Text& shownIs) {
+  if (was == is) return false;
+  return shownWas != shownIs || (was != shownWas && is != shownIs);
+}
+
 class FactReader {
  public:
   FactReader(const LineageGraph& graph, NodeId id) : graph_(graph), id_(id) {}
@@ -176,7 +184,7 @@ std::vector<Change> compareFacts(const LineageGraph& before, NodeId old, const L
     const bool both = next != newFacts.end() && next->first == key;
     if (!both)
       add(key, &fact, nullptr);
-    else if (next->second.raw != fact.raw)
+    else if (differs(fact.raw, next->second.raw, fact.shown, next->second.shown))
       add(key, &fact, &next->second);
     if (both) ++next;
   }
@@ -188,7 +196,8 @@ std::vector<Change> compareExpressions(const LineageGraph& before, NodeId old, c
                                        NodeId now) {
   const std::string_view was = before.rawExpression(old);
   const std::string_view is = after.rawExpression(now);
-  if (was == is) return {};
+  if (was == is || !differs<std::string_view>(was, is, before.expression(old), after.expression(now)))
+    return {};
   Change change;
   change.about = Change::About::expression;
   change.what = "expression";

@@ -20,15 +20,17 @@ const EstateVersion& onlyVersion(const EstateChange& change) {
   return change.after ? *change.after : *change.before;
 }
 
-std::string nothingChanged(const EstateSpan& span) {
-  return "No model changed from " + span.since + " to " + span.until + ".\n";
+std::string nothingChanged(const DiffEnds& ends) {
+  return (ends.areTimes ? "No model changed from " + ends.before + " to "
+                        : "No model differs between " + ends.before + " and ") +
+         ends.after + ".\n";
 }
 
 class TextReport : public EstateDiffReport {
  public:
   TextReport(std::ostream& out, const TextStyle& style) : out_(out), text_(out, style) {}
 
-  void begin(const EstateSpan& span) override { span_ = span; }
+  void begin(const DiffEnds& ends) override { ends_ = ends; }
   void add(const EstateChange& change, const ModelDiff* diff) override {
     if (count_++ > 0) text_.begin().end();
     text_.begin(0, 3).add("== ").add(printable(change.source), Look::name).add(": ");
@@ -39,13 +41,13 @@ class TextReport : public EstateDiffReport {
       text_.begin().add(printable(onlyVersion(change).name)).end();
   }
   void end(bool complete) override {
-    if (count_ == 0 && complete) out_ << nothingChanged(span_);
+    if (count_ == 0 && complete) out_ << nothingChanged(ends_);
   }
 
  private:
   std::ostream& out_;
   ShownText text_;
-  EstateSpan span_;
+  DiffEnds ends_;
   std::size_t count_ = 0;
 };
 
@@ -53,7 +55,7 @@ class MarkdownReport : public EstateDiffReport {
  public:
   explicit MarkdownReport(std::ostream& out) : out_(out) {}
 
-  void begin(const EstateSpan& span) override { span_ = span; }
+  void begin(const DiffEnds& ends) override { ends_ = ends; }
   void add(const EstateChange& change, const ModelDiff* diff) override {
     out_ << (count_++ > 0 ? "\n" : "") << "## " << markdownCode(change.source) << "\n\n";
     if (diff)
@@ -63,12 +65,12 @@ class MarkdownReport : public EstateDiffReport {
            << ".\n";
   }
   void end(bool complete) override {
-    if (count_ == 0 && complete) out_ << nothingChanged(span_);
+    if (count_ == 0 && complete) out_ << nothingChanged(ends_);
   }
 
  private:
   std::ostream& out_;
-  EstateSpan span_;
+  DiffEnds ends_;
   std::size_t count_ = 0;
 };
 
@@ -76,11 +78,11 @@ class JsonReport : public EstateDiffReport {
  public:
   explicit JsonReport(std::ostream& out) : out_(out), json_(text_) {}
 
-  void begin(const EstateSpan& span) override {
+  void begin(const DiffEnds& ends) override {
     json_.begin('{');
-    json_.member("format", "xmla-estate-diff/1");
-    json_.member("since", span.since);
-    json_.member("until", span.until);
+    json_.member("format", ends.areTimes ? "xmla-estate-diff/1" : "xmla-models-diff/1");
+    json_.member(ends.areTimes ? "since" : "old", ends.before);
+    json_.member(ends.areTimes ? "until" : "new", ends.after);
     json_.open("models", '[');
   }
   void add(const EstateChange& change, const ModelDiff* diff) override {
@@ -112,7 +114,7 @@ class JsonReport : public EstateDiffReport {
     if (!version) return;
     json_.open(key, '{');
     json_.member("name", version->name);
-    json_.member("imported", version->imported);
+    json_.optional("imported", version->imported);
     json_.close('}');
   }
 
