@@ -86,7 +86,7 @@ TEST(Sqlite, WhatIsNoDatabaseOfModelsIsLeftAlone) {
   EXPECT_EQ(ask(earlier, "PRAGMA user_version = 3"), "");
   EXPECT_EQ(
       load(earlier, "m.xml", "M", ""),
-      "[XMLABRIDGE_F0033] DB: its tables are of version 3 and those of this program of version 5; import the "
+      "[XMLABRIDGE_F0033] DB: its tables are of version 3 and those of this program of version 6; import the "
       "definitions again, into a new database");
 
   EXPECT_EQ(load((folder.path() / "no" / "such.db").string(), "m.xml", "M", ""),

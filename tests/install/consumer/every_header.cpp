@@ -235,7 +235,7 @@ void takeLineage() {
   taken += tav::AddressMap::parse("", "rules").text().size();
   taken += std::size_t{tav::compareModels(graph, graph).empty()} + tav::unnamedDatabase().server.size();
   for (const tav::UnusedGroup& group : tav::unusedGroups()) taken += tav::findUnused(graph, group).size();
-  const tav::JoinedGraph joined({{"first", &graph}, {"second", &graph}});
+  const tav::JoinedModels joined({{"first", &graph}, {"second", &graph}});
   taken += tav::lineageTree(joined, 0, tav::LineageWalk{}).size() + tav::JoinedNames(joined).nameOf(0).size();
   taken += tav::JoinedUse(joined).usedBeside(0).size();
   take(&tav::findStarts, &tav::gapReason, &tav::subgraphAround, &tav::catalogueName);
