@@ -20,7 +20,7 @@ install(FILES ${PROJECT_BINARY_DIR}/xmlaBridgeConfig.cmake ${PROJECT_BINARY_DIR}
         DESTINATION ${package_folder})
 
 install(FILES docs/xmla-bridge.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES docs/model.xsd DESTINATION ${CMAKE_INSTALL_DATADIR}/xmla-bridge)
+install(FILES docs/model.xsd exports/postgresql.sql DESTINATION ${CMAKE_INSTALL_DATADIR}/xmla-bridge)
 install(FILES host/completion/xmla-bridge.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
         RENAME xmla-bridge)
 # The zsh of Debian looks for what packages bring in another folder than for what is built from source.

@@ -176,6 +176,7 @@ extern const ExportFormat kCsvFormat{.name = "csv",
                                      .description =
                                          "the lineage as tables: OUT.nodes.csv, OUT.edges.csv, "
                                          "OUT.settings.csv, OUT.open_names.csv, and their sums OUT.sha256",
-                                     .writeFiles = exportCsv};
+                                     .writeFiles = exportCsv,
+                                     .extension = ".csv"};
 
 }  // namespace tav

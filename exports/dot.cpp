@@ -148,6 +148,7 @@ extern const ExportFormat kDotFormat{
           const LineageGraph graph(model, options.map);
           writeDot(graph, subgraphAround(graph, options.from, options.to), out);
         },
+    .extension = ".dot",
     .takesNames = true};
 
 }  // namespace tav

@@ -18,6 +18,8 @@ namespace tav {
 struct ExportOptions {
   /// The file that was read, as the user named it: a definition or a saved model, "-" for standard input.
   std::string input;
+  /// When the input was written, as "2026-03-08T10:00:00Z"; empty where its file tells.
+  std::string inputTime;
   /// Around which node lineage is shown: a name as trace and impact take it; empty for all.
   std::string from;  ///< and what depends on it
   std::string to;    ///< and what it comes from
@@ -38,7 +40,9 @@ struct ExportFormat {
   void (*write)(const DetailedModel& model, const ExportOptions& options, std::ostream& out) = nullptr;
   void (*writeFiles)(const DetailedModel& model, const ExportOptions& options,
                      const std::string& path) = nullptr;
-  bool takesNames = false;  ///< whether it can show the lineage around one node: ExportOptions::from and to
+  std::string_view extension;  ///< of the name of a file in this format
+  bool takesNames = false;   ///< whether it can show the lineage around one node: ExportOptions::from and to
+  bool joinsModels = false;  ///< whether several models, one written behind the other, are one document
 };
 
 std::span<const ExportFormat* const> exportFormats() noexcept;

@@ -193,8 +193,8 @@ void exportJson(const DetailedModel& model, std::ostream& out) {
 extern const ExportFormat kJsonFormat{
     .name = "json",
     .description = "the whole model as one document",
-    .write = [](const DetailedModel& model, const ExportOptions& /*options*/, std::ostream& out) {
-      exportJson(model, out);
-    }};
+    .write = [](const DetailedModel& model, const ExportOptions& /*options*/,
+                std::ostream& out) { exportJson(model, out); },
+    .extension = ".json"};
 
 }  // namespace tav

@@ -93,6 +93,7 @@ extern const ExportFormat kMermaidFormat{
           const LineageGraph graph(model, options.map);
           MermaidText(graph, out).write(subgraphAround(graph, options.from, options.to));
         },
+    .extension = ".mmd",
     .takesNames = true};
 
 }  // namespace tav

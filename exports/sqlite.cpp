@@ -24,8 +24,9 @@ void exportSqlite(const DetailedModel& model, const ExportOptions& options, cons
 extern const ExportFormat kSqliteFormat{
     .name = "sqlite",
     .description = "the lineage in an SQLite database, added to those that are in it",
-    .writeFiles = [](const DetailedModel& model, const ExportOptions& options, const std::string& path) {
-      exportSqlite(model, options, path, kPatience);
-    }};
+    .writeFiles = [](const DetailedModel& model, const ExportOptions& options,
+                     const std::string& path) { exportSqlite(model, options, path, kPatience); },
+    .extension = ".db",
+    .joinsModels = true};
 
 }  // namespace tav

@@ -20,8 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kExtension = ".model.xml";
-
 fs::path plainPath(const std::string& path) {
   const fs::path plain = fs::absolute(path).lexically_normal();
   return plain.has_filename() ? plain : plain.parent_path();
@@ -189,9 +187,10 @@ PlannedInputs planInputs(const std::vector<std::string>& inputs, MessageLog& log
   return planned;
 }
 
-std::vector<EstateFile> planEstate(const std::vector<std::string>& inputs, const std::string& folder,
-                                   MessageLog& log) {
-  Candidates candidates = candidatesFor(planInputs(inputs, log).definitions);
+std::vector<EstateFile> planOutputs(const std::vector<std::string>& inputs, const std::string& folder,
+                                    std::string_view extension) {
+  if (folder.empty()) throw CLI::ValidationError("--out-dir", "the name of the folder is empty");
+  Candidates candidates = candidatesFor(inputs);
   keepExtensions(candidates);
   addFolders(candidates);
   numberEquals(candidates);
@@ -199,9 +198,15 @@ std::vector<EstateFile> planEstate(const std::vector<std::string>& inputs, const
   files.reserve(candidates.size());
   for (const Candidate& candidate : candidates)
     files.push_back(
-        {candidate.input(), (fs::path(folder) / (candidate.name() + std::string(kExtension))).string()});
+        {candidate.input(), (fs::path(folder) / (candidate.name() + std::string(extension))).string()});
   checkOutputs(files);
   return files;
+}
+
+void makeFolder(const std::string& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error) tav::fail(tav::Message::folderNotMade, {folder, error.message()});
 }
 
 }  // namespace host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/message_log.h"
@@ -22,11 +23,14 @@ struct PlannedInputs {
 };
 PlannedInputs planInputs(const std::vector<std::string>& inputs, MessageLog& log);
 
-/// Gives each definition among the inputs (see planInputs) a file in `folder`: its own name with ".model.xml"
-/// instead of its extension. Where names would be equal, in any letter case, inputs of one folder keep their
-/// extension and those of several get the names of their folders in front, as many as it takes; what is then
-/// still equal is numbered. Throws a usage error for an output that would replace an input.
-std::vector<EstateFile> planEstate(const std::vector<std::string>& inputs, const std::string& folder,
-                                   MessageLog& log);
+/// Gives each of the inputs, which differ, a file in `folder`: its own name with `extension` instead of its
+/// own. Where names would be equal, in any letter case, inputs of one folder keep their extension and those
+/// of several get the names of their folders in front, as many as it takes; what is then still equal is
+/// numbered. Throws a usage error for an output that would replace an input.
+std::vector<EstateFile> planOutputs(const std::vector<std::string>& inputs, const std::string& folder,
+                                    std::string_view extension);
+
+/// Makes the folder of --out-dir where it is missing. Throws Message::folderNotMade.
+void makeFolder(const std::string& folder);
 
 }  // namespace host

@@ -1,6 +1,9 @@
 #include "exports/formats.h"
+#include "host/answer_models.h"
 #include "host/command.h"
+#include "host/estate_plan.h"
 #include "host/export_lineage.h"
+#include "host/inputs/estate_model.h"
 #include "host/map_option.h"
 #include "host/model_input.h"
 #include "host/output.h"
@@ -9,42 +12,125 @@ namespace host {
 namespace {
 
 struct Arguments {
+  std::vector<std::string> inputs;
   std::string format;
   std::string output = "-";
+  std::string folder;
   std::string map;
   tav::ExportOptions options;
   PostTarget post;
 };
 
-void write(const tav::DetailedModel& model, const tav::ExportFormat& format,
-           const tav::ExportOptions& options, const Arguments& arguments, MessageLog& log) {
-  if (format.writeFiles) {
-    format.writeFiles(model, options, arguments.output);
+/// An export of models in one format, one after the other.
+class Export {
+ public:
+  Export(const Arguments& arguments, const AnswerInputs& inputs, MessageLog& log)
+      : arguments_(arguments),
+        format_(*tav::findExportFormat(arguments.format)),
+        inputs_(inputs),
+        log_(log) {}
+
+  /// Each model to a file of its own.
+  int toFolder() {
+    const std::vector<EstateFile> files = planOutputs(inputs_.paths, arguments_.folder, format_.extension);
+    makeFolder(arguments_.folder);
+    int code = kDone;
+    for (const EstateFile& file : files)
+      code = worseOf(code, guarded(file.input, log_, [&] { return toFile(file.input, file.output); }));
+    return code;
+  }
+
+  /// All models into one document, or the only one.
+  int toOne() {
+    if (!inputs_.several) return toFile(inputs_.paths.front(), arguments_.output);
+    if (format_.writeFiles)
+      return forEach([&](const auto& model, const auto& options) {
+        format_.writeFiles(model, options, arguments_.output);
+      });
+    int code = kDone;
+    const auto writeAll = [&](std::ostream* out) {
+      code = forEach([&](const auto& model, const auto& options) {
+        if (out) format_.write(model, options, *out);
+        if (isPosted()) postLineage(model, options, arguments_.post, log_);
+      });
+    };
+    if (isShown(arguments_.output))
+      writeOutput(arguments_.output, [&](std::ostream& out) { writeAll(&out); });
+    else
+      writeAll(nullptr);
+    return code;
+  }
+
+ private:
+  using Use = std::function<void(const tav::DetailedModel& model, const tav::ExportOptions& options)>;
+
+  int toFile(const std::string& input, const std::string& output) {
+    return with(input, [&](const auto& model, const auto& options) {
+      if (format_.writeFiles)
+        format_.writeFiles(model, options, output);
+      else if (isShown(output))
+        writeOutput(output, [&](std::ostream& out) { format_.write(model, options, out); });
+      if (isPosted()) postLineage(model, options, arguments_.post, log_);
+    });
+  }
+
+  int forEach(const Use& use) {
+    int code = kDone;
+    for (const std::string& input : inputs_.paths)
+      code = worseOf(code, guarded(input, log_, [&] { return with(input, use); }));
+    return code;
+  }
+
+  int with(const std::string& input, const Use& use) {
+    log_.forgetWarnings();
+    return withModel(input, log_, [&](const tav::DetailedModel& model) {
+      tav::ExportOptions options = arguments_.options;
+      options.input = input;
+      if (const auto stored = storedModel(input)) {
+        options.input = stored->source;
+        options.inputTime = stored->version->imported;
+      }
+      options.warnings = log_.getWarnings();
+      options.map = inputs_.mapFor(input);
+      use(model, options);
+    });
+  }
+
+  [[nodiscard]] bool isPosted() const { return !arguments_.post.url.empty(); }
+  /// What is posted need not be shown.
+  [[nodiscard]] bool isShown(const std::string& output) const { return !isPosted() || output != "-"; }
+
+  const Arguments& arguments_;
+  const tav::ExportFormat& format_;
+  const AnswerInputs& inputs_;
+  MessageLog& log_;
+};
+
+void checkTarget(const Arguments& arguments, const tav::ExportFormat& format, bool toFolder, bool several) {
+  if (toFolder) {
+    if (arguments.output != "-") throw CLI::ExcludesError("--out-dir", "--output");
     return;
   }
-  // What is posted need not be shown.
-  if (arguments.post.url.empty() || arguments.output != "-")
-    writeOutput(arguments.output, [&](std::ostream& out) { format.write(model, options, out); });
-  if (!arguments.post.url.empty()) postLineage(model, options, arguments.post, log);
-}
-
-int exportModel(const Arguments& arguments, MessageLog& log) {
-  const tav::ExportFormat& format = *tav::findExportFormat(arguments.format);
-  if (arguments.output != "-") checkOutput(arguments.options.input, arguments.output);
   if (arguments.output == "-" && format.writeFiles)
     throw CLI::ValidationError("-o",
                                "the format " + arguments.format + " is written to files: give a file name");
+  if (several && !format.joinsModels)
+    throw CLI::ValidationError(
+        "INPUT", "the format " + arguments.format + " holds one model: give several a folder with --out-dir");
+}
+
+int exportModels(const Arguments& arguments, bool toFolder, MessageLog& log) {
+  const tav::ExportFormat& format = *tav::findExportFormat(arguments.format);
   const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
-  const tav::AddressMap map = mapFor(readMap(arguments.map), arguments.options.input);
+  const AnswerInputs inputs =
+      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
+  checkTarget(arguments, format, toFolder, inputs.several);
+  checkOutputs(inputs.paths, arguments.output);
   log.keepsWarnings = true;
-  return withModel(arguments.options.input, log, [&](const tav::DetailedModel& model) {
-    tav::ExportOptions options = arguments.options;
-    options.warnings = log.getWarnings();
-    options.map = map;
-    write(model, format, options, arguments, log);
-  });
+  Export run(arguments, inputs, log);
+  return toFolder ? run.toFolder() : run.toOne();
 }
 
 std::string describeFormats() {
@@ -60,9 +146,8 @@ Command addExport(CLI::App& program) {
   auto arguments = std::make_shared<Arguments>();
   std::vector<std::string> formats;
   for (const tav::ExportFormat* format : tav::exportFormats()) formats.emplace_back(format->name);
-  CLI::App* parser =
-      program.add_subcommand("export", "Export a saved model or a definition to another format");
-  addInput(*parser, arguments->options.input);
+  CLI::App* parser = program.add_subcommand("export", "Export saved models or definitions to another format");
+  addInputs(*parser, arguments->inputs);
   parser->add_option("--format", arguments->format, describeFormats())
       ->type_name("FORMAT")
       ->required()
@@ -77,10 +162,16 @@ Command addExport(CLI::App& program) {
       ->type_name("NAME");
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
+  const CLI::Option* folder =
+      parser
+          ->add_option("--out-dir", arguments->folder,
+                       "The folder for a file of each model (default for several models: one document of all "
+                       "of\nthem, which sqlite and openlineage can be)")
+          ->type_name("DIR");
   addLineageOptions(*parser, arguments->options, arguments->post);
-  return {parser, [parser, arguments](MessageLog& log) {
+  return {parser, [parser, arguments, folder](MessageLog& log) {
             checkLineageOptions(*parser, arguments->format);
-            return exportModel(*arguments, log);
+            return exportModels(*arguments, folder->count() > 0, log);
           }};
 }
 

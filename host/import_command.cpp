@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <thread>
 
 #include "host/command.h"
@@ -8,7 +7,6 @@
 #include "host/import_run.h"
 #include "host/output.h"
 #include "host/summary.h"
-#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -55,12 +53,10 @@ int importFile(const Arguments& arguments, MessageLog& log) {
 }
 
 int importFiles(const Arguments& arguments, MessageLog& log) {
-  if (arguments.folder.empty()) throw CLI::ValidationError("--out-dir", "the name of the folder is empty");
-  const std::vector<EstateFile> files = planEstate(arguments.inputs, arguments.folder, log);
+  const std::vector<EstateFile> files =
+      planOutputs(planInputs(arguments.inputs, log).definitions, arguments.folder, ".model.xml");
   if (files.empty()) return kNoDefinition;
-  std::error_code error;
-  std::filesystem::create_directories(arguments.folder, error);
-  if (error) tav::fail(tav::Message::folderNotMade, {arguments.folder, error.message()});
+  makeFolder(arguments.folder);
 
   std::vector<std::string> options;
   if (!arguments.scope.details) options.emplace_back("--no-details");

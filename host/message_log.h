@@ -52,8 +52,9 @@ class MessageLog : public TAVLog {
   [[nodiscard]] std::size_t getUnresolvedCount() const noexcept { return unresolved_; }
   /// How many errors were reported that did not end what reported them: each is a part that is not read.
   [[nodiscard]] std::size_t getErrorCount() const noexcept { return errors_; }
-  /// The warnings so far, each "[identifier] text".
+  /// The warnings so far, or since they were forgotten, each "[identifier] text".
   [[nodiscard]] std::span<const std::string> getWarnings() const noexcept { return warnings_; }
+  void forgetWarnings() { warnings_.clear(); }
 
  private:
   [[nodiscard]] TAVLogEvent withNames(const TAVLogEvent& event) const;

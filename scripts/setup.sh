@@ -13,7 +13,7 @@ die() {
   exit 1
 }
 
-# need command|header|library|archive NAME PACKAGE: remembers PACKAGE as missing unless NAME is there.
+# need command|header|library|archive|postgresql NAME PACKAGE: remembers PACKAGE as missing unless NAME is there.
 need() {
   "has_$1" "$2" && return
   missing_things+=("$1 $2")
@@ -36,6 +36,9 @@ has_library() {
 
 # A Java archive where Debian puts it.
 has_archive() { has_file "/$1.jar" /usr/share/java; }
+
+# A program of the server where Debian puts it.
+has_postgresql() { compgen -G "/usr/lib/postgresql/*/bin/$1" >/dev/null; }
 
 # The folder of that name below each prefix that CMake searches, joined by colons.
 below_prefixes() {
@@ -98,6 +101,7 @@ need_for_tests() {
   need command file file
   need command parallel parallel
   need command sqlite3 sqlite3
+  need postgresql initdb postgresql-15
   need command chromium chromium
 }
 

@@ -144,7 +144,7 @@ class EventWriter {
 LineageEvents::LineageEvents(const DetailedModel& model, const ExportOptions& options)
     : graph_(model, options.map),
       datasets_(graph_, options.server),
-      time_(eventTime(model.model, options.input)),
+      time_(options.inputTime.empty() ? eventTime(model.model, options.input) : options.inputTime),
       static_(options.staticEvents) {}
 
 std::size_t LineageEvents::count() const noexcept {
@@ -164,8 +164,11 @@ void LineageEvents::write(const std::function<void(std::string_view event)>& tak
 extern const ExportFormat kOpenLineageFormat{
     .name = "openlineage",
     .description = "lineage as events of the OpenLineage standard, one a line",
-    .write = [](const DetailedModel& model, const ExportOptions& options, std::ostream& out) {
-      LineageEvents(model, options).write([&](std::string_view event) { out << event << '\n'; });
-    }};
+    .write =
+        [](const DetailedModel& model, const ExportOptions& options, std::ostream& out) {
+          LineageEvents(model, options).write([&](std::string_view event) { out << event << '\n'; });
+        },
+    .extension = ".ndjson",
+    .joinsModels = true};
 
 }  // namespace tav

@@ -69,6 +69,12 @@ std::vector<tav::EstateModel> modelsIn(const EstatePlace& place) {
                                             place.model, found.empty() ? "" : ": " + shortList(names)});
 }
 
+std::optional<tav::EstateModel> storedModel(const std::string& argument) {
+  const auto place = estatePlace(argument);
+  if (!place || place->model.empty()) return std::nullopt;
+  return modelsIn(*place).front();
+}
+
 std::string estateArgument(const std::string& path, const tav::EstateModel& model) {
   return path + kModelMark + model.source;
 }

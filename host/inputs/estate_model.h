@@ -25,6 +25,10 @@ std::optional<EstatePlace> estatePlace(const std::string& argument);
 /// several.
 std::vector<tav::EstateModel> modelsIn(const EstatePlace& place);
 
+/// The model of an estate that an argument names; null for every other argument, and for an estate as a
+/// whole.
+std::optional<tav::EstateModel> storedModel(const std::string& argument);
+
 /// Names for a message that offers them, a long list cut short.
 std::string shortList(const std::vector<std::string>& names);
 

@@ -46,6 +46,7 @@ share/xmla-bridge/java/MicrosoftSqlServerAs.jar
 share/xmla-bridge/java/MicrosoftSqlServerAs.jsa
 share/xmla-bridge/java/jackson-core.jar
 share/xmla-bridge/model.xsd
+share/xmla-bridge/postgresql.sql
 share/zsh/site-functions/_xmla-bridge
 share/zsh/vendor-completions/_xmla-bridge
 END
