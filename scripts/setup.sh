@@ -101,7 +101,6 @@ need_for_tests() {
   need command file file
   need command parallel parallel
   need command sqlite3 sqlite3
-  need postgresql initdb postgresql-15
   need command chromium chromium
 }
 
@@ -116,6 +115,12 @@ need_for_checks() {
   need command clang-format-14 clang-format-14
   need command clang-tidy-14 clang-tidy-14
   need library "clang_rt.fuzzer-$(uname -m)" libclang-rt-14-dev
+}
+
+# Servers that tests start for themselves; without them these tests are skipped. Nobody's own machine gets them.
+need_for_servers() {
+  need postgresql initdb postgresql-15
+  need command sbatch slurm-wlm
 }
 
 # Installs what the calls of need found missing, and looks again afterwards.
