@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "benchmarks/definition.h"
+#include "benchmarks/estate_import.h"
 #include "benchmarks/process.h"
 #include "benchmarks/temporary_folder.h"
 
@@ -351,6 +352,9 @@ int main(int count, char** arguments) try {
   app.add_option("--repeat", settings.repeat, "Runs at 100 MB; smaller files get more")
       ->check(CLI::Range(1, 1000));
   app.add_option("--program", settings.program, "The xmla-bridge to measure")->check(CLI::ExistingFile);
+  std::uint64_t estate = 0;
+  app.add_option("--estate", estate, "Instead, import so many definitions into one estate, such as 10000")
+      ->check(CLI::Range(10, 1'000'000));
   app.add_flag("--check", settings.check, "End with exit code 1 when a bound is not kept");
   CLI11_PARSE(app, count, arguments);
   std::erase(settings.counts, 0u);
@@ -358,7 +362,9 @@ int main(int count, char** arguments) try {
 
   tav::bench::catchSignals();
   const bool check = settings.check;
-  return tav::bench::Bench(std::move(settings)).measure() || !check ? 0 : 1;
+  const bool kept = estate > 0 ? tav::bench::measureEstate(settings.program, estate)
+                               : tav::bench::Bench(std::move(settings)).measure();
+  return kept || !check ? 0 : 1;
 } catch (const tav::bench::Interrupted& interrupted) {
   return 128 + interrupted.signal;
 } catch (const std::exception& error) {
