@@ -102,7 +102,7 @@ std::vector<EstateModel> modelsOf(const std::string& path) {
   requireSchema(database, path);
   SqliteStatement query(database,
                         "SELECT m.id, m.source, m.name, v.id, v.name, v.imported, v.state FROM models m "
-                        "LEFT JOIN versions v ON v.id = m.version_id ORDER BY m.id");
+                        "LEFT JOIN versions v ON v.id = m.version_id ORDER BY m.source, m.name");
   std::vector<EstateModel> models;
   while (query.next()) {
     EstateModel& model = models.emplace_back(

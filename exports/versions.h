@@ -56,7 +56,7 @@ struct EstateImport {
 /// Whether a file is a database of models.
 bool isEstate(const std::string& path);
 
-/// The models of a database in the order in which they came there. Throws when the file is something else.
+/// The models of a database, ordered by their sources. Throws when the file is something else.
 std::vector<EstateModel> modelsOf(const std::string& path);
 
 /// Makes the database when it is missing. Throws when the file is something else.
