@@ -127,6 +127,8 @@ constexpr std::array kRows{
     MessageRow{Message::modelNotKept, "XMLABRIDGE_F0052",
                "{0}: the database has the rows of {1}, but not its document; trace and impact can tell of it",
                "It was exported to the database. What is imported with --estate can be asked everything."},
+    MessageRow{Message::modelGone, "XMLABRIDGE_W0053", "{0}: the model is not there any more.",
+               "check compares two folders or estates, and a model is only in the earlier one."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };
