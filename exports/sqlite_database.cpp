@@ -1,6 +1,7 @@
 #include "exports/sqlite_database.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -14,6 +15,13 @@ namespace {
 /// SQLite takes an empty name and some that begin with a colon for databases in memory.
 std::string fileName(const std::string& path) {
   return path.starts_with('/') ? path : "./" + path;
+}
+
+/// The open file; null if there is none.
+sqlite3_file* fileOf(sqlite3* database) noexcept {
+  sqlite3_file* file = nullptr;
+  if (database) sqlite3_file_control(database, nullptr, SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file));
+  return file && file->pMethods ? file : nullptr;
 }
 
 }  // namespace
@@ -34,13 +42,13 @@ SqliteDatabase::SqliteDatabase(const std::string& path, std::chrono::millisecond
     do open(patience, access);
     while (hasMoved());
   } catch (...) {
-    removeEmpty();
+    removeMade();
     throw;
   }
 }
 
 SqliteDatabase::~SqliteDatabase() {
-  removeEmpty();
+  removeMade();
 }
 
 void SqliteDatabase::open(std::chrono::milliseconds patience, SqliteAccess access) {
@@ -56,6 +64,9 @@ void SqliteDatabase::open(std::chrono::milliseconds patience, SqliteAccess acces
   check(sqlite3_busy_timeout(database, static_cast<int>(patience.count())));
   run("PRAGMA cache_size = -65536");
   run(access == SqliteAccess::read ? "BEGIN" : "BEGIN IMMEDIATE");
+  // Another may have been faster to write.
+  struct stat status {};
+  made_ = made_ && stat(path_.c_str(), &status) == 0 && status.st_size == 0;
 }
 
 bool SqliteDatabase::hasMoved() const {
@@ -64,15 +75,27 @@ bool SqliteDatabase::hasMoved() const {
   return code == SQLITE_OK && moved != 0;
 }
 
-void SqliteDatabase::removeEmpty() noexcept {
+void SqliteDatabase::removeMade() noexcept {
   if (!made_ || !database_) return;
-  // Where the transaction still runs it is taken back first, with its journal. Whoever has waited for it must
-  // not write to what is about to go: so the file is locked again.
+  // Where the transaction still runs it is taken back first, with its journal.
   sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-  sqlite3_busy_timeout(database_.get(), 0);
-  if (sqlite3_exec(database_.get(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) != SQLITE_OK) return;
-  std::error_code ignored;  // it is gone, or stays
-  if (!hasMoved() && std::filesystem::file_size(path_, ignored) == 0) unlink(path_.c_str());
+  // Whoever has waited for it must not write to what is about to go: so the file is locked again. A statement
+  // would take memory, and begin to write.
+  sqlite3_file* file = fileOf(database_.get());
+  if (!file) {  // the file was made, but could not be looked at
+    sqlite3* again = nullptr;
+    sqlite3_open_v2(fileName(path_).c_str(), &again, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    database_.reset(again);
+    file = fileOf(again);
+  }
+  if (!file) return;
+  for (const int lock : {SQLITE_LOCK_SHARED, SQLITE_LOCK_RESERVED})
+    if (file->pMethods->xLock(file, lock) != SQLITE_OK) return;
+  sqlite3_int64 size = 0;
+  if (file->pMethods->xFileSize(file, &size) != SQLITE_OK || hasMoved()) return;
+  // What is in it while the transaction could not be taken back is of that alone.
+  const bool inTransaction = sqlite3_get_autocommit(database_.get()) == 0;
+  if (size == 0 || inTransaction) unlink(path_.c_str());
 }
 
 void SqliteDatabase::run(const char* statements) {

@@ -22,6 +22,7 @@ using Files = std::map<std::string, std::string>;
 struct Scene {
   std::string name;
   std::vector<std::string> words;
+  int cost = 1;         // of a run, in runs that start no Java
   bool shared = false;  // whether several processes do parts of the work, each of which counts by itself
   Files before;
   Files after;
