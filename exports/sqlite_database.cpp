@@ -1,5 +1,6 @@
 #include "exports/sqlite_database.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,11 +18,16 @@ std::string fileName(const std::string& path) {
   return path.starts_with('/') ? path : "./" + path;
 }
 
-/// The open file; null if there is none.
-sqlite3_file* fileOf(sqlite3* database) noexcept {
-  sqlite3_file* file = nullptr;
-  if (database) sqlite3_file_control(database, nullptr, SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file));
-  return file && file->pMethods ? file : nullptr;
+/// The byte of a database that whoever writes to it has locked, by the format of its files.
+constexpr off_t kReservedByte = 0x40000001;
+
+bool lockForWriting(int file) noexcept {
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = kReservedByte;
+  lock.l_len = 1;
+  return fcntl(file, F_SETLK, &lock) == 0;
 }
 
 }  // namespace
@@ -76,26 +82,21 @@ bool SqliteDatabase::hasMoved() const {
 }
 
 void SqliteDatabase::removeMade() noexcept {
-  if (!made_ || !database_) return;
-  // Where the transaction still runs it is taken back first, with its journal.
-  sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-  // Whoever has waited for it must not write to what is about to go: so the file is locked again. A statement
-  // would take memory, and begin to write.
-  sqlite3_file* file = fileOf(database_.get());
-  if (!file) {  // the file was made, but could not be looked at
-    sqlite3* again = nullptr;
-    sqlite3_open_v2(fileName(path_).c_str(), &again, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-    database_.reset(again);
-    file = fileOf(again);
-  }
-  if (!file) return;
-  for (const int lock : {SQLITE_LOCK_SHARED, SQLITE_LOCK_RESERVED})
-    if (file->pMethods->xLock(file, lock) != SQLITE_OK) return;
-  sqlite3_int64 size = 0;
-  if (file->pMethods->xFileSize(file, &size) != SQLITE_OK || hasMoved()) return;
-  // What is in it while the transaction could not be taken back is of that alone.
-  const bool inTransaction = sqlite3_get_autocommit(database_.get()) == 0;
-  if (size == 0 || inTransaction) unlink(path_.c_str());
+  if (!made_) return;
+  // Where the transaction still runs it is taken back first, with its journal. If it cannot be, then all that
+  // is in the file is of it.
+  if (database_) sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  const bool inTransaction = database_ && sqlite3_get_autocommit(database_.get()) == 0;
+  // Whoever has waited for it must not write to what is about to go: so the file is locked again. SQLite
+  // would take memory for that, and begin to write.
+  const int file = ::open(path_.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC);
+  if (file < 0) return;
+  struct stat opened {};
+  struct stat there {};
+  if (lockForWriting(file) && fstat(file, &opened) == 0 && lstat(path_.c_str(), &there) == 0 &&
+      opened.st_ino == there.st_ino && (opened.st_size == 0 || inTransaction))
+    unlink(path_.c_str());
+  close(file);
 }
 
 void SqliteDatabase::run(const char* statements) {

@@ -172,6 +172,10 @@ int ftruncate64(int file, off_t size) {
   return fails(faultTruncate) ? -1 : (int)syscall(SYS_ftruncate, file, size);
 }
 
+int ftruncate(int file, off_t size) {
+  return ftruncate64(file, size);
+}
+
 int rename(const char* from, const char* to) {
   return fails(faultRename) ? -1 : (int)syscall(SYS_rename, from, to);
 }

@@ -98,10 +98,12 @@ class Sweep {
   void run(long most) {
     double share = 0.001;
     while (cost(share) < static_cast<double>(std::min(most, cost())) && share < kWhole) share *= 1.05;
-    double due = 0;
+    std::array<double, kFaults.size()> dues{};
+    dues.fill(kFewest);
     for (const Series& series : series_) {
+      double& due = dues[series.fault];
       due += tries(series, share);
-      const auto count = static_cast<long>(due);
+      const long count = std::min(static_cast<long>(due), series.calls);
       due -= static_cast<double>(count);
       tallies_[series.fault].calls += series.calls;
       // In the middle of each part of the series.
@@ -131,15 +133,21 @@ class Sweep {
 
  private:
   static constexpr double kWhole = 1e9;
+  static constexpr double kFewest = 2;  // tries of each fault
 
   static void printRow(std::ostream& out, std::string_view name, const Tally& tally) {
     out << fmt::format("{:<34}{:>9}{:>9}{:>10}{:>9}{:>8}\n", name, tally.calls, tally.tried, tally.overcome,
                        tally.refused, tally.faulty);
   }
 
+  /// How many calls of a series are tried at most.
+  static double mostOf(const Series& series) {
+    return std::ceil(static_cast<double>(series.calls) / series.scene->cost);
+  }
+
   static double tries(const Series& series, double share) {
-    const auto calls = static_cast<double>(series.calls);
-    return std::min(calls, share * std::sqrt(calls) / series.scene->cost);
+    const double calls = mostOf(series);
+    return std::min(calls, share * std::sqrt(calls / series.scene->cost));
   }
 
   [[nodiscard]] double cost(double share) const {
@@ -149,9 +157,9 @@ class Sweep {
   }
 
   [[nodiscard]] long cost() const {
-    long sum = 0;
-    for (const Series& series : series_) sum += series.calls * series.scene->cost;
-    return sum;
+    double sum = 0;
+    for (const Series& series : series_) sum += mostOf(series) * series.scene->cost;
+    return static_cast<long>(sum);
   }
 
   void tryCall(const Series& series, long n) {
