@@ -61,8 +61,8 @@ void SqliteDatabase::open(std::chrono::milliseconds patience, SqliteAccess acces
   std::error_code ignored;  // what cannot be asked for is told by the database
   made_ = access == SqliteAccess::write && !std::filesystem::exists(path_, ignored) && !ignored;
   sqlite3* database = nullptr;
-  const int mode =
-      access == SqliteAccess::read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  // Also who reads must take back what a killed process has begun. What may not be written to is still read.
+  const int mode = SQLITE_OPEN_READWRITE | (access == SqliteAccess::write ? SQLITE_OPEN_CREATE : 0);
   const int code = sqlite3_open_v2(fileName(path_).c_str(), &database,
                                    mode | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   database_.reset(database);

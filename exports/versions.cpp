@@ -93,6 +93,7 @@ std::string addressRulesOf(const std::string& path) {
   std::error_code ignored;  // what cannot be asked for is told where it is written
   if (!std::filesystem::exists(path, ignored)) return {};
   SqliteDatabase database(path, kEstatePatience, SqliteAccess::read);
+  if (isNewDatabase(database)) return {};
   requireSchema(database, path);
   SqliteStatement query(database, "SELECT text FROM address_rules");
   return query.next() ? std::string(query.text(0)) : std::string();
@@ -112,6 +113,7 @@ std::optional<EstateVersion> findUnchanged(const std::string& path, const Estate
   std::error_code ignored;  // what cannot be asked for is told where it is written
   if (definition.hash.empty() || !std::filesystem::exists(path, ignored)) return std::nullopt;
   SqliteDatabase database(path, kEstatePatience, SqliteAccess::read);
+  if (isNewDatabase(database)) return std::nullopt;
   requireSchema(database, path);
   SqliteStatement query(
       database,

@@ -134,8 +134,10 @@ bool isJournal(const Files& files, const std::string& name) {
 std::string differing(const Scene& scene, const Ending& ending) {
   for (const auto& [name, bytes] : ending.files) {
     const bool isFolder = name.ends_with('/');  // made for outputs, and kept for the next run
-    if (isFolder || isJournal(ending.files, name) || isSame(ending.files, scene.before, name) ||
-        isSame(ending.files, scene.after, name))
+    const auto after = scene.after.find(name);
+    const bool isEmptyDatabase = bytes.empty() && after != scene.after.end() && isDatabase(after->second);
+    if (isFolder || isEmptyDatabase || isJournal(ending.files, name) ||
+        isSame(ending.files, scene.before, name) || isSame(ending.files, scene.after, name))
       continue;
     if (!scene.after.contains(name) && !scene.before.contains(name)) return name + " is left over";
     // Of a database, several processes fill their parts.
@@ -287,7 +289,33 @@ pid_t Stage::start(const Scene& scene) const {
 Ending Stage::run(const Scene& scene) {
   restore(scene.before);
   std::fill(std::begin(plan_->calls), std::end(plan_->calls), 0);
-  const int status = awaitEnd(start(scene));
+  Ending ending = endingOf(awaitEnd(start(scene)));
+  clearTemporary();
+  return ending;
+}
+
+std::array<Ending, 2> Stage::runTwice(const Scene& scene) {
+  restore(scene.before);
+  std::fill(std::begin(plan_->calls), std::end(plan_->calls), 0);
+  Ending first = endingOf(awaitEnd(start(scene)));
+  plan(-1, 0, 0, 0);
+  Ending second = endingOf(awaitEnd(start(scene)));
+  clearTemporary();
+  return {std::move(first), std::move(second)};
+}
+
+std::array<Ending, 2> Stage::runTogether(const Scene& scene) {
+  restore(scene.before);
+  plan(-1, 0, 0, 0);
+  const pid_t one = start(scene);
+  const pid_t other = start(scene);
+  const std::array statuses{awaitEnd(one), awaitEnd(other)};
+  std::array<Ending, 2> endings{endingOf(statuses[0]), endingOf(statuses[1])};
+  clearTemporary();
+  return endings;
+}
+
+Ending Stage::endingOf(int status) {
   Ending ending;
   ending.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   ending.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
@@ -295,9 +323,12 @@ Ending Stage::run(const Scene& scene) {
   ending.errors = readFile(folder_.path() / "errors");
   ending.files = held_ = filesIn(folder_.path() / "run");
   ending.temporary = filesIn(folder_.path() / "tmp");
+  return ending;
+}
+
+void Stage::clearTemporary() const {
   fs::remove_all(folder_.path() / "tmp");
   fs::create_directory(folder_.path() / "tmp");
-  return ending;
 }
 
 std::string Stage::judge(const Scene& scene, const Ending& ending, bool overcome) {
@@ -310,6 +341,19 @@ std::string Stage::judge(const Scene& scene, const Ending& ending, bool overcome
   if (std::string wrong = wrongFiles(scene, ending, done); !wrong.empty())
     return wrong + ": " + ending.errors;
   return wrongMessages(scene, ending.errors, done && !untold);
+}
+
+std::string Stage::judgeKilled(const Scene& scene, const Ending& ending) {
+  Ending kept = ending;
+  std::erase_if(kept.files,
+                [](const auto& file) { return file.first.find(".unfinished-") != file.first.npos; });
+  return differing(scene, kept);
+}
+
+std::string Stage::judgeDone(const Scene& scene, const Ending& ending) {
+  if (ending.code != scene.code) return fmt::format("exit code {}: {}", ending.code, ending.errors);
+  // Several processes number what they put into a database in the order in which they come.
+  return scene.shared ? differing(scene, ending) : wrongFiles(scene, ending, true);
 }
 
 }  // namespace tav::test
