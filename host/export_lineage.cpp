@@ -10,6 +10,7 @@
 #include "exports/openlineage/lineage_events.h"
 #include "exports/openlineage/uri.h"
 #include "host/standard_output.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -67,6 +68,7 @@ void postLineage(const tav::DetailedModel& model, const tav::ExportOptions& opti
     target.apiKey = key;
   const tav::LineageEvents events(model, options);
   const std::string shown = printable(publicUrl(target.url));
+  if (sendsInClear(target)) log.logEvent(tav::messageEvent(tav::Message::keySentInClear, {shown}));
   LineagePost post(std::move(target), events.count());
   std::size_t sent = 0;
   events.write([&](std::string_view event) {

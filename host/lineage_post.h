@@ -25,10 +25,12 @@ struct PostTarget {
 std::string publicUrl(const std::string& url);
 /// Whether `url` is one that can be posted to.
 bool isPostUrl(const std::string& url);
+/// Whether a secret goes to another machine without being encrypted.
+bool sendsInClear(const PostTarget& target);
 
 /// Posts events one after the other over one connection. Answers 429 and 5xx, and connections that fail, are
 /// tried again after a pause that doubles from one second, or that the server asks for, half a minute at
-/// most.
+/// most. Servers are known by their certificates, and none sends what it is posted on to another.
 class LineagePost {
  public:
   /// `count` events are to come. Throws Message::badApiKey for an API key that no header can hold.

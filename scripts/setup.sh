@@ -73,8 +73,6 @@ need_for_program() {
   need library sqlite3 libsqlite3-dev
   need header zlib.h zlib1g-dev
   need library z zlib1g-dev
-  need header openssl/evp.h libssl-dev
-  need library crypto libssl-dev
   need header curl/curl.h libcurl4-openssl-dev
   need library curl libcurl4-openssl-dev
   need header re2/re2.h libre2-dev
