@@ -19,11 +19,12 @@
 namespace python {
 namespace {
 
-/// A log whose messages are kept.
+/// A log whose messages are kept, but for the steps of an import.
 class KeptLog {
  public:
   KeptLog() {
     log_.receiver = [this](const std::string& file, const TAVLogEvent& event) {
+      if (event.getSeverity() == tav::kSeverityStatus) return;
       messages_.push_back({file, std::string(tav::severityName(event.getSeverity())),
                            event.getMessageId().str(), event.getText().str()});
     };
