@@ -76,6 +76,10 @@ std::string withIdentifier(const TAVLogEvent& event, const std::string& text) {
   return event.getMessageId().empty() ? text : fmt::format("[{}] {}", event.getMessageId().view(), text);
 }
 
+TAVLogEvent masked(const TAVLogEvent& event) {
+  return {tav::maskPasswords(event.getText()), event.getMessageId(), event.getSeverity(), TAVString()};
+}
+
 }  // namespace
 
 MessageLog::MessageLog() : isTerminal_(isTerminal(STDERR_FILENO)) {}
@@ -104,6 +108,7 @@ void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& said) {
   if (event.getSeverity() == tav::kSeverityError) ++errors_;
   if (keepsWarnings && event.getSeverity() == tav::kSeverityWarning)
     warnings_.push_back(withIdentifier(event, tav::maskPasswords(event.getText())));
+  if (receiver) return receiver(tav::maskPasswords(file), masked(event));
   if (quiet && event.getSeverity() > tav::kSeverityError) return;
   const bool isStep = format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus;
   if (isStep && !tellsSteps) return;

@@ -90,6 +90,12 @@ need_for_program() {
   need command npm npm
 }
 
+# The package of Python, which is left out where these are missing and nobody asked for it.
+need_for_python() {
+  need header "python3.11/Python.h" python3-dev
+  need header pybind11/pybind11.h pybind11-dev
+}
+
 need_for_tests() {
   need header gtest/gtest.h libgtest-dev
   need library gtest libgtest-dev

@@ -28,7 +28,8 @@ code=0
 mv "$work/first" "$work/second place"
 tree="$work/second place"
 
-diff - <(cd "$tree" && find . \( -type f -o -type l \) -not -path './include/*' -not -path './lib/cmake/*' |
+diff - <(cd "$tree" && find . \( -type f -o -type l \) -not -path './include/*' -not -path './lib/cmake/*' \
+  -not -path './lib/python3/*' |
   sed 's,^\./,,; s,\.so\.[0-9.]*$,.so.VERSION,' | LC_ALL=C sort -u) <<'END' || fail 'the installed files differ'
 bin/xmla-bridge
 lib/libTAVMicrosoftSqlServerXMLAImport.so
@@ -56,6 +57,26 @@ END
 "$tree/bin/xmla-bridge" import --quiet "$source/examples/ferry-line.bim" -o "$work/tabular.xml" ||
   fail 'the installed program runs no importer of tabular definitions'
 [ -s "$work/tabular.xml" ] || fail 'the installed importer saved no model'
+
+# The package of Python, where it is built, finds its parts in the moved tree.
+package=$tree/lib/python3/dist-packages/xmla_bridge
+if [ -d "$package" ]; then
+  diff - <(cd "$package" && printf '%s\n' * | sed -E 's,^_native\..*\.so$,_native.so,' | LC_ALL=C sort) <<'END' ||
+__init__.py
+_native.pyi
+_native.so
+answers.py
+errors.py
+models.py
+py.typed
+reading.py
+END
+    fail 'the package of Python holds other files'
+  for input in lost-property-create.xmla ferry-line.bim; do
+    PYTHONPATH=${package%/*} /usr/bin/python3 -B -c 'import sys, xmla_bridge; xmla_bridge.open(sys.argv[1])' \
+      "$source/examples/$input" || fail "the installed package of Python does not open $input"
+  done
+fi
 
 # The archive of classes fits no longer, because the tree was moved; then it is something else. Nobody is told.
 said() { sed -E 's/ in [0-9.]+ s//; s,(Saved in ).*,\1MODEL,' "$1"; }
