@@ -10,6 +10,7 @@
 
 #include "exports/openlineage/lineage_events.h"
 #include "exports/openlineage/uri.h"
+#include "host/posted_events.h"
 #include "host/standard_output.h"
 
 namespace host {
@@ -22,14 +23,12 @@ struct FormatOption {
   bool ofProposals;
 };
 
-constexpr std::array kOptions{FormatOption{"--server", true, true},
-                              FormatOption{"--openlineage-static", true, false},
-                              FormatOption{"--post", true, false},
-                              FormatOption{"--post-timeout", true, false},
-                              FormatOption{"--post-attempts", true, false},
-                              FormatOption{"--datahub-env", false, true},
-                              FormatOption{"--datahub-instance", false, true},
-                              FormatOption{"--datahub-tables", false, true}};
+constexpr std::array kOptions{
+    FormatOption{"--server", true, true},         FormatOption{"--openlineage-static", true, false},
+    FormatOption{"--post", true, false},          FormatOption{"--post-timeout", true, false},
+    FormatOption{"--post-attempts", true, false}, FormatOption{"--post-resume", true, false},
+    FormatOption{"--datahub-env", false, true},   FormatOption{"--datahub-instance", false, true},
+    FormatOption{"--datahub-tables", false, true}};
 
 std::string checkServer(const std::string& text) {
   return tav::isUri(text) ? "" : "'" + text + "' is no URI, such as ssas://server.example";
@@ -104,6 +103,11 @@ void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget
       ->type_name("COUNT")
       ->check(CLI::Range(1, 100))
       ->needs(url);
+  parser
+      .add_option("--post-resume", post.resume,
+                  "The file that notes the events which were taken: they are not posted again")
+      ->type_name("FILE")
+      ->needs(url);
   addProposalOptions(parser, options.datahub);
 }
 
@@ -124,17 +128,26 @@ void postLineage(const tav::DetailedModel& model, const tav::ExportOptions& opti
     target.apiKey = key;
   const tav::LineageEvents events(model, options);
   const std::string shown = printable(publicUrl(target.url));
+  PostedEvents posted(target.resume, publicUrl(target.url));
   LineagePost post(std::move(target), events.count());
   std::size_t sent = 0;
+  std::size_t skipped = 0;
   events.write([&](std::string_view event) {
-    log.showProgress("Posting to " + shown, static_cast<int>(100 * sent / events.count()));
+    log.showProgress("Posting to " + shown, static_cast<int>(100 * (sent + skipped) / events.count()));
+    if (posted.contains(event)) {
+      post.skip();
+      ++skipped;
+      return;
+    }
     post.send(event);
+    posted.add(event);
     ++sent;
   });
   log.clearProgress();
   if (log.quiet) return;
   StandardOutput out;
-  fmt::print(out.stream(), "Posted {} events to {}\n", sent, shown);
+  const std::string before = skipped > 0 ? fmt::format(", {} were posted before", skipped) : "";
+  fmt::print(out.stream(), "Posted {} events to {}{}\n", sent, shown, before);
   out.finish();
 }
 

@@ -48,7 +48,7 @@ _xmla_bridge() {
         help) words=${commands% help} ;;
         import) words="-o --out-dir --estate --jobs --prune --force --no-history --map --reports --json --no-details $messages" ;;
         export)
-          words='-o --out-dir --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
+          words='-o --out-dir --format --from --to --openlineage-static --server --post --post-timeout --post-attempts --post-resume'
           words+=" --datahub-env --datahub-instance --datahub-tables --map $messages"
           ;;
         trace | impact) words="-o --format --kind --depth --values --map $messages" ;;
