@@ -19,6 +19,8 @@ struct PostTarget {
   std::chrono::milliseconds timeout{30'000};
   /// How often an event is sent at most.
   int attempts = 4;
+  /// The file of events that were taken; empty when none is kept.
+  std::string resume;
 };
 
 /// A text that shows a URL without what is secret in it: user, password and query.
@@ -41,6 +43,8 @@ class LineagePost {
 
   /// Throws Message::eventNotPosted when it was not taken, which names the target and the event's place.
   void send(std::string_view event);
+  /// Passes over an event that the server has already.
+  void skip() noexcept { ++place_; }
 
  private:
   struct Connection;
