@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "framework/expression/words.h"
 #include "framework/model/roles.h"
 #include "framework/std/dotted_name.h"
 #include "framework/std/text.h"
@@ -13,21 +14,6 @@ namespace {
 constexpr std::string_view kMeasuresName = "measures";
 constexpr std::string_view kMeasuresLevel = "measureslevel";
 constexpr std::string_view kKpiPrefix = "kpi";
-
-// Words behind a name that ask something of what it means. Sorted.
-constexpr std::array<std::string_view, 37> kMemberWords{
-    "allmembers",    "caption",        "children",     "count",         "current",
-    "currentmember", "currentordinal", "datamember",   "defaultmember", "dimension",
-    "dimensions",    "firstchild",     "firstsibling", "hierarchy",     "id",
-    "key",           "lastchild",      "lastsibling",  "level",         "level_number",
-    "levels",        "member_caption", "member_key",   "member_name",   "member_unique_name",
-    "member_value",  "members",        "membervalue",  "name",          "nextmember",
-    "ordinal",       "parent",         "prevmember",   "siblings",      "uniquename",
-    "unknownmember", "value"};
-
-bool isMemberWord(std::string_view folded) {
-  return std::binary_search(kMemberWords.begin(), kMemberWords.end(), folded);
-}
 
 bool meansAll(std::string_view folded) {
   return folded == "all" || folded.starts_with("all ");
