@@ -145,10 +145,10 @@ void DatahubNames::nameContainers() {
   const std::string& environment = options_.datahub.environment;
   containers_.emplace(kNoNode, containerUrn({options_.server, environment, model}));
   UniqueNames names;
-  for (NodeId id = 0; id < graph_.nodes().size(); ++id)
-    if (graph_.node(id).kind == NodeKind::cube)
-      containers_.emplace(id,
-                          containerUrn({options_.server, environment, model, names.take(graph_.name(id))}));
+  for (NodeId id = 0; id < graph_.nodes().size(); ++id) {
+    if (graph_.node(id).kind != NodeKind::cube) continue;
+    containers_.emplace(id, containerUrn({options_.server, environment, model, names.take(graph_.name(id))}));
+  }
 }
 
 const std::string& DatahubNames::container(NodeId cube) const {
