@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "framework/std/dotted_name.h"
@@ -183,7 +184,7 @@ class ElementWalk {
   }
 
   void enter(const TAVDOMElement& element, const Frame& parent, std::int32_t index) {
-    const RuleTree::Node node = rules_.child(parent.node, element.getLocalName());
+    const RuleTree::Node node = childOf(parent.node, element.getLocalName());
     const ElementRule& rule = rules_.rule(node);
     if (rule.reading == Reading::known) return;
     if (rule.reading == Reading::byContent && isSaid(element, parent)) return;
@@ -194,6 +195,13 @@ class ElementWalk {
       readLeaf(element, node, parent);
     else
       open(element, node, parent, index);
+  }
+
+  /// Names are kept once for the document, so that those of elements are known again by their places.
+  RuleTree::Node childOf(RuleTree::Node parent, std::string_view name) {
+    const auto [known, isNew] = children_.try_emplace({parent, name.data()});
+    if (isNew) known->second = rules_.child(parent, name);
+    return known->second;
   }
 
   /// Whether an element is the name, ID or description of its item, or a label that is no more than that.
@@ -556,7 +564,15 @@ class ElementWalk {
   PartitionQueries queries_;
   SettingWriter settings_;
   IdScopes scopes_;
+  using ChildKey = std::pair<RuleTree::Node, const char*>;
+  struct ChildHash {
+    std::size_t operator()(const ChildKey& key) const noexcept {
+      return std::hash<const void*>()(key.second) * 31 + key.first;
+    }
+  };
+
   const RuleTree& rules_ = RuleTree::get();
+  std::unordered_map<ChildKey, RuleTree::Node, ChildHash> children_;
   std::deque<Frame> frames_;
   std::unordered_map<std::string_view, std::string_view> attributeNames_;  // by ID
   std::deque<std::string> numbers_;                                        // texts of relations
