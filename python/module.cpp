@@ -62,6 +62,7 @@ py::tuple openModels(const std::vector<std::string>& inputs, const std::string& 
 void raiseFaults(const py::module_& module) {
   static const py::object* kind =
       new py::exception<Fault>(module, "Fault");  // NOLINT: the interpreter may end before statics do
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): the type is not ours
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
       if (thrown) std::rethrow_exception(thrown);
