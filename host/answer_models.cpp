@@ -165,8 +165,9 @@ int withModels(const AnswerInputs& inputs, MessageLog& log,
     });
   KeptModels models;
   int code = kDone;
-  for (const std::string& input : inputs.paths)
+  for (const std::string& input : inputs.paths) {
     code = worseOf(code, guarded(input, log, [&] { return models.add(input, inputs.mapFor(input), log); }));
+  }
   if (models.size() > 0) use(tav::JoinedModels(models.named()));
   return code;
 }

@@ -60,13 +60,14 @@ py::tuple openModels(const std::vector<std::string>& inputs, const std::string& 
 
 /// Faults are raised as the exception `Fault` of this module, whose arguments are those of a message.
 void raiseFaults(const py::module_& module) {
-  static const py::object* kind =
-      new py::exception<Fault>(module, "Fault");  // NOLINT: the interpreter may end before statics do
+  // The interpreter may end before statics do: this one is never given back.
+  static PyObject* const kind = py::exception<Fault>(module, "Fault").release().ptr();
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): the type is not ours
   py::register_exception_translator([](std::exception_ptr thrown) {
     try {
       if (thrown) std::rethrow_exception(thrown);
     } catch (const Fault& fault) {
-      PyErr_SetObject(kind->ptr(), asTuple(fault.message()).ptr());
+      PyErr_SetObject(kind, asTuple(fault.message()).ptr());
     }
   });
 }
