@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "bridge/tabular_import.h"
+#include "framework/dom/parser.h"
 #include "framework/model/roles.h"
-#include "framework/std/exception.h"
 #include "reader/origin.h"
 #include "reader/reader.h"
 #include "reader/run/import_types.h"
@@ -48,7 +48,7 @@ bool isTabular(TAVFile file) {
     if (!line.empty() && !line.startsWith("///", true)) return line.startsWith("{", true) || isTmdlLine(line);
   }
   // A tabular definition that could not be looked at would be said to be no XML.
-  if (!file.getError().empty() && file.exists()) tav::fail("TAVDOM_F0001", file.getPath() + ": " + file.getError());
+  if (!file.getError().empty() && file.exists()) tav::failForDocument(file.getPath(), file.getError());
   return false;
 }
 

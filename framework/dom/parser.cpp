@@ -6,7 +6,6 @@
 #include <new>
 
 #include "framework/dom/document_encoding.h"
-#include "framework/dom/dom.h"
 #include "framework/dom/single_byte_encoding.h"
 #include "framework/std/exception.h"
 
@@ -22,6 +21,7 @@ constexpr std::size_t kChunk = std::size_t{1} << 20;
 constexpr float kMaxAmplification = 10.0F;
 constexpr std::uint64_t kAmplificationThreshold = 8U << 20;
 constexpr std::size_t kLongestCharacter = 3;  // bytes that one byte of a document can become
+constexpr std::uint64_t kMaxExpansion = 1U << 20;
 constexpr std::string_view kTooMuch = "its document type makes more than 1 MB of text of it";
 constexpr std::size_t kMaxChunk = std::size_t{256} << 20;  // Expat counts a buffer in an int
 
@@ -198,7 +198,7 @@ void DomParser::countExpansion(std::size_t bytes) {
       place == lastPlace_ ? 0 : static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
   lastPlace_ = place;
   expansion_ += bytes - std::min(bytes, written * kLongestCharacter);
-  if (expansion_ > TAVDOM::kMaxExpansion) stop(kTooMuch);
+  if (expansion_ > kMaxExpansion) stop(kTooMuch);
 }
 
 void DomParser::addText(std::string_view text) {

@@ -26,7 +26,7 @@ struct DomStorage {
 };
 
 /// Throws the TAVException for a document that cannot be read at all.
-[[noreturn]] void failForDocument(std::string_view document, std::string_view cause);
+[[noreturn]] TAV_API void failForDocument(std::string_view document, std::string_view cause);
 
 /// Parses one document. What is not finished yet lies on stacks of its own: depth costs heap, never call
 /// stack.

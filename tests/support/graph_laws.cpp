@@ -102,14 +102,15 @@ class GraphLaws {
     if (graph_.partsOf(id).empty()) checkWaysBack(id, direction);
   }
 
-  /// What depends on a node comes from it, and the other way round.
+  /// What depends on a node comes from it, and the other way round. Without members, the start decides which
+  /// edges are followed.
   void checkWaysBack(NodeId id, LineageDirection direction) {
     const LineageDirection back =
         direction == LineageDirection::upstream ? LineageDirection::downstream : LineageDirection::upstream;
-    const auto lines = lineageTree(graph_, id, {.direction = direction});
+    const auto lines = lineageTree(graph_, id, {.direction = direction, .members = true});
     const std::size_t step = lines.size() / kWaysBack + 1;
     for (std::size_t i = 0; i < lines.size(); i += step) {
-      const auto ways = lineageTree(graph_, lines[i].node, {.direction = back});
+      const auto ways = lineageTree(graph_, lines[i].node, {.direction = back, .members = true});
       require(
           std::any_of(ways.begin(), ways.end(), [&](const LineageTreeLine& line) { return line.node == id; }),
           "trace and impact are no mirrors", id);
