@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "expressions/script_statements.h"
 #include "framework/expression/analyzer.h"
 #include "framework/expression/parser.h"
 
@@ -37,6 +38,17 @@ void parseSql(benchmark::State& state) {
   run(state, script(state.range(0)), tav::ExpressionLanguage::sql);
 }
 BENCHMARK(parseSql)->Arg(1000)->Arg(100000)->Arg(10000000)->Unit(benchmark::kMicrosecond);
+
+// A script whose members have expressions as above; it takes as long as these do by themselves, or nearly.
+void parseStatements(benchmark::State& state) {
+  std::string text = "CALCULATE;";
+  for (int i = 0; static_cast<std::int64_t>(text.size()) < state.range(0); ++i)
+    text += "\nCREATE MEMBER CURRENTCUBE.[Measures].[m" + std::to_string(i) + "] AS " + script(800) +
+            ",\nFORMAT_STRING = \"#,##0\", VISIBLE = 1;\nSCOPE([Measures].[Sales]); THIS = 2 * 3; END SCOPE;";
+  for (auto _ : state) benchmark::DoNotOptimize(tav::parseScript(text).size());
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+BENCHMARK(parseStatements)->Arg(1000)->Arg(100000)->Arg(10000000)->Unit(benchmark::kMicrosecond);
 
 // So many of one piece: each is what would cost most if something were done again for every piece before it.
 void parseRepeated(benchmark::State& state, const std::string& piece) {

@@ -16,7 +16,7 @@ split() {
 # tags NAME...: start and end tags, as a dictionary has them.
 tags() { sed 's,.*,"<&>"\n"</&>",'; }
 
-for target in dom mdx sql query import model; do
+for target in dom mdx sql query script import model; do
   mkdir -p "$folder/seeds/$target"
   if [ -d "$root/fuzz/seeds/$target" ]; then cp "$root/fuzz/seeds/$target"/* "$folder/seeds/$target/"; fi
   if [ -f "$root/fuzz/$target.dict" ]; then cp "$root/fuzz/$target.dict" "$folder/"; else : >"$folder/$target.dict"; fi
@@ -25,6 +25,7 @@ done
 for corpus in mdx functions references; do split "expression/$corpus.txt" mdx '' ''; done
 for corpus in sql sql_references; do split "expression/$corpus.txt" sql '' ''; done
 for corpus in queries dialects; do split "expression/$corpus.txt" query '' ''; done
+for corpus in statements measures; do split "scripts/$corpus.txt" script '' ''; done
 
 for corpus in reader/documents reader/sources reader/dimensions bad_input/elements; do
   split "$corpus.txt" import '' ''
