@@ -59,6 +59,7 @@ struct Output {
 };
 const std::array kOutputs{Output{"json", {"export", "--format", "json"}},
                           Output{"openlineage", {"export", "--format", "openlineage"}},
+                          Output{"datahub", {"export", "--format", "datahub"}},
                           Output{"csv", {"export", "--format", "csv"}},
                           Output{"sqlite", {"export", "--format", "sqlite"}},
                           Output{"dot", {"export", "--format", "dot"}},

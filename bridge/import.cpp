@@ -6,6 +6,7 @@
 
 #include "bridge/tabular_import.h"
 #include "framework/model/roles.h"
+#include "framework/std/exception.h"
 #include "reader/origin.h"
 #include "reader/reader.h"
 #include "reader/run/import_types.h"
@@ -46,6 +47,8 @@ bool isTabular(TAVFile file) {
     const TAVString line = file.getFullLine(kLineStart).trim();
     if (!line.empty() && !line.startsWith("///", true)) return line.startsWith("{", true) || isTmdlLine(line);
   }
+  // A tabular definition that could not be looked at would be said to be no XML.
+  if (!file.getError().empty() && file.exists()) tav::fail("TAVDOM_F0001", file.getPath() + ": " + file.getError());
   return false;
 }
 

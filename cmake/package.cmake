@@ -19,4 +19,8 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 # Tabular definitions are imported in Java; all else works without it.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "default-jre-headless (>= 2:1.17) | openjdk-17-jre-headless")
+# The package of Python is for the one of the system.
+if(XMLA_PYTHON)
+  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "python3 (>= 3.11), python3 (<< 3.12)")
+endif()
 include(CPack)

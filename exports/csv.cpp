@@ -4,9 +4,9 @@
 #include "exports/csv_text.h"
 #include "exports/formats.h"
 #include "exports/node_rows.h"
-#include "exports/sha256.h"
 #include "framework/serialization/replacing_file.h"
 #include "framework/std/mask.h"
+#include "framework/std/sha256.h"
 #include "messages/message.h"
 
 namespace tav {

@@ -6,6 +6,7 @@
 namespace tav {
 
 extern const ExportFormat kCsvFormat;
+extern const ExportFormat kDatahubFormat;
 extern const ExportFormat kDotFormat;
 extern const ExportFormat kJsonFormat;
 extern const ExportFormat kMermaidFormat;
@@ -14,7 +15,7 @@ extern const ExportFormat kSqliteFormat;
 
 namespace {
 
-constexpr std::array kFormats{&kJsonFormat,   &kOpenLineageFormat, &kCsvFormat,
+constexpr std::array kFormats{&kJsonFormat,   &kOpenLineageFormat, &kDatahubFormat, &kCsvFormat,
                               &kSqliteFormat, &kDotFormat,         &kMermaidFormat};
 
 }  // namespace

@@ -8,11 +8,22 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "framework/details/detailed_model.h"
 #include "lineage/address_map.h"
 
 namespace tav {
+
+/// What the user asked for of proposals for DataHub.
+struct DatahubOptions {
+  std::string environment = "PROD";
+  /// Instances of platforms, by the URI of the server.
+  std::vector<std::pair<std::string, std::string>> instances;
+  /// Whether tables of databases are described too, which another producer may do better.
+  bool describesTables = false;
+};
 
 /// What the user asked for beside the format. Each format reads what concerns it.
 struct ExportOptions {
@@ -27,6 +38,7 @@ struct ExportOptions {
   std::string server = "ssas://localhost";
   /// Whether datasets and jobs are told of as such, instead of a run.
   bool staticEvents = false;
+  DatahubOptions datahub;
   /// How databases are called.
   AddressMap map;
   /// The messages that the import logged about the model, for formats that keep them.

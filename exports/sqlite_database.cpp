@@ -1,6 +1,8 @@
 #include "exports/sqlite_database.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -14,6 +16,18 @@ namespace {
 /// SQLite takes an empty name and some that begin with a colon for databases in memory.
 std::string fileName(const std::string& path) {
   return path.starts_with('/') ? path : "./" + path;
+}
+
+/// The byte of a database that whoever writes to it has locked, by the format of its files.
+constexpr off_t kReservedByte = 0x40000001;
+
+bool lockForWriting(int file) noexcept {
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = kReservedByte;
+  lock.l_len = 1;
+  return fcntl(file, F_SETLK, &lock) == 0;
 }
 
 }  // namespace
@@ -34,21 +48,21 @@ SqliteDatabase::SqliteDatabase(const std::string& path, std::chrono::millisecond
     do open(patience, access);
     while (hasMoved());
   } catch (...) {
-    removeEmpty();
+    removeMade();
     throw;
   }
 }
 
 SqliteDatabase::~SqliteDatabase() {
-  removeEmpty();
+  removeMade();
 }
 
 void SqliteDatabase::open(std::chrono::milliseconds patience, SqliteAccess access) {
   std::error_code ignored;  // what cannot be asked for is told by the database
   made_ = access == SqliteAccess::write && !std::filesystem::exists(path_, ignored) && !ignored;
   sqlite3* database = nullptr;
-  const int mode =
-      access == SqliteAccess::read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+  // Also who reads must take back what a killed process has begun. What may not be written to is still read.
+  const int mode = SQLITE_OPEN_READWRITE | (access == SqliteAccess::write ? SQLITE_OPEN_CREATE : 0);
   const int code = sqlite3_open_v2(fileName(path_).c_str(), &database,
                                    mode | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
   database_.reset(database);
@@ -56,6 +70,9 @@ void SqliteDatabase::open(std::chrono::milliseconds patience, SqliteAccess acces
   check(sqlite3_busy_timeout(database, static_cast<int>(patience.count())));
   run("PRAGMA cache_size = -65536");
   run(access == SqliteAccess::read ? "BEGIN" : "BEGIN IMMEDIATE");
+  // Another may have been faster to write.
+  struct stat status {};
+  made_ = made_ && stat(path_.c_str(), &status) == 0 && status.st_size == 0;
 }
 
 bool SqliteDatabase::hasMoved() const {
@@ -64,15 +81,22 @@ bool SqliteDatabase::hasMoved() const {
   return code == SQLITE_OK && moved != 0;
 }
 
-void SqliteDatabase::removeEmpty() noexcept {
-  if (!made_ || !database_) return;
-  // Where the transaction still runs it is taken back first, with its journal. Whoever has waited for it must
-  // not write to what is about to go: so the file is locked again.
-  sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-  sqlite3_busy_timeout(database_.get(), 0);
-  if (sqlite3_exec(database_.get(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) != SQLITE_OK) return;
-  std::error_code ignored;  // it is gone, or stays
-  if (!hasMoved() && std::filesystem::file_size(path_, ignored) == 0) unlink(path_.c_str());
+void SqliteDatabase::removeMade() noexcept {
+  if (!made_) return;
+  // Where the transaction still runs it is taken back first, with its journal. If it cannot be, then all that
+  // is in the file is of it.
+  if (database_) sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  const bool inTransaction = database_ && sqlite3_get_autocommit(database_.get()) == 0;
+  // Whoever has waited for it must not write to what is about to go: so the file is locked again. SQLite
+  // would take memory for that, and begin to write.
+  const int file = ::open(path_.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC);
+  if (file < 0) return;
+  struct stat opened {};
+  struct stat there {};
+  if (lockForWriting(file) && fstat(file, &opened) == 0 && lstat(path_.c_str(), &there) == 0 &&
+      opened.st_ino == there.st_ino && (opened.st_size == 0 || inTransaction))
+    unlink(path_.c_str());
+  close(file);
 }
 
 void SqliteDatabase::run(const char* statements) {

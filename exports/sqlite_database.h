@@ -50,7 +50,7 @@ class SqliteDatabase {
   /// Whether the file at the path is another by now.
   [[nodiscard]] bool hasMoved() const;
   /// Removes the file that was made for a transaction that has failed, unless others have written to it.
-  void removeEmpty() noexcept;
+  void removeMade() noexcept;
 
   /// Throws with the database's own words when `code` is not one of success.
   void check(int code) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "framework/expression/words.h"
 #include "framework/model/roles.h"
 #include "framework/std/dotted_name.h"
 #include "framework/std/text.h"
@@ -14,21 +15,6 @@ constexpr std::string_view kMeasuresName = "measures";
 constexpr std::string_view kMeasuresLevel = "measureslevel";
 constexpr std::string_view kKpiPrefix = "kpi";
 
-// Words behind a name that ask something of what it means. Sorted.
-constexpr std::array<std::string_view, 37> kMemberWords{
-    "allmembers",    "caption",        "children",     "count",         "current",
-    "currentmember", "currentordinal", "datamember",   "defaultmember", "dimension",
-    "dimensions",    "firstchild",     "firstsibling", "hierarchy",     "id",
-    "key",           "lastchild",      "lastsibling",  "level",         "level_number",
-    "levels",        "member_caption", "member_key",   "member_name",   "member_unique_name",
-    "member_value",  "members",        "membervalue",  "name",          "nextmember",
-    "ordinal",       "parent",         "prevmember",   "siblings",      "uniquename",
-    "unknownmember", "value"};
-
-bool isMemberWord(std::string_view folded) {
-  return std::binary_search(kMemberWords.begin(), kMemberWords.end(), folded);
-}
-
 bool meansAll(std::string_view folded) {
   return folded == "all" || folded.starts_with("all ");
 }
@@ -37,6 +23,12 @@ bool meansAll(std::string_view folded) {
 std::string joined(std::initializer_list<std::string_view> names) {
   std::string key;
   for (const std::string_view name : names) key.append(name).push_back('\0');
+  return key;
+}
+
+std::string keyOf(const std::vector<ReferencePart>& parts) {
+  std::string key;
+  for (const ReferencePart& part : parts) key.append(part.folded).push_back('\0');
   return key;
 }
 
@@ -147,22 +139,35 @@ void CubeNames::addFolder(const TAVDesignPackage& folder) {
   }
 }
 
-void CubeNames::define(std::string_view name, ItemId item, bool isSet) {
+void CubeNames::define(std::string_view name, ItemId item, bool isSet, Moment moment) {
   std::vector<ReferencePart> parts = partsOfReference(name);
   leaveOutCube(parts);
   if (parts.empty()) return;
   spellings_.add(parts.back().name);
-  std::string key;
-  for (const ReferencePart& part : parts) key.append(part.folded).push_back('\0');
-  defined_.insert_or_assign(std::move(key), Defined{item, isSet});
+  const auto add = [&](ScriptNames& names, const std::string& key) {
+    if (moment == Moment::ahead)
+      names.foresee(key, {item, isSet});
+    else
+      names.define(key, {item, isSet});
+  };
+  const std::string& last = parts.back().folded;
+  if (parts.front().folded == kMeasuresName && !isSet) return add(newMeasures_, last);
+  add(defined_, keyOf(parts));
+  if (parts.size() == 1) return;
   // Expressions may leave out levels, parents, and the dimension.
-  defined_.try_emplace(joined({parts.front().folded, parts.back().folded}), Defined{item, isSet});
-  defined_.try_emplace(joined({parts.back().folded}), Defined{item, isSet});
+  if (parts.size() > 2) add(abbreviated_, joined({parts.front().folded, last}));
+  add(abbreviated_, joined({last}));
 }
 
-void CubeNames::defineMeasure(std::string_view name, ItemId item) {
-  definedMeasures_.insert_or_assign(foldedName(name), item);
-  spellings_.add(name);
+void CubeNames::drop(std::string_view name) {
+  std::vector<ReferencePart> parts = partsOfReference(name);
+  leaveOutCube(parts);
+  if (parts.empty()) return;
+  const bool isMeasure = parts.size() > 1 && parts.front().folded == kMeasuresName;
+  const Defined* defined = isMeasure ? newMeasures_.find(parts.back().folded) : defined_.find(keyOf(parts));
+  if (!defined) return;
+  const ItemId item = defined->item;
+  for (ScriptNames* names : {&defined_, &abbreviated_, &newMeasures_}) names->drop(item);
 }
 
 void CubeNames::defineBeyond(std::string_view name, std::string_view what) {
@@ -192,7 +197,7 @@ bool CubeNames::isOwnName(const std::vector<ReferencePart>& parts) {
   if (parts.size() != 2) return false;
   const std::string& name = parts.back().folded;
   if (parts.front().folded == kMeasuresName)
-    return measuresByName_.contains(name) || definedMeasures_.contains(name);
+    return measuresByName_.contains(name) || findDefinedMeasure(name) != nullptr;
   const auto role = roles_.find(parts.front().folded);
   return role != roles_.end() && dimensions_.of(*role->second.dimension).attributes.contains(name);
 }
@@ -216,10 +221,10 @@ NameMeaning CubeNames::find(std::string_view reference) {
     const TAVDimension* taken = model_.findDimension(first.name);
     meaning.isAsInModel = taken == meaning.dimension;
     if (taken != meaning.dimension) meaning.taken = taken;
-    if (!findDefined(parts, meaning)) findInRole(role->second, parts, meaning);
+    if (!addDefined(parts, meaning)) findInRole(role->second, parts, meaning);
     return meaning;
   }
-  if (findDefined(parts, meaning)) return meaning;
+  if (addDefined(parts, meaning)) return meaning;
   if (parts.size() == 1) findMeasureByName(first, meaning);
   if (meaning.objects.empty() && meaning.items.empty()) findNested(parts, meaning);
   if (meaning.objects.empty() && meaning.items.empty() && !meaning.open) findMistake(first, meaning);
@@ -236,7 +241,7 @@ void CubeNames::findMistake(const ReferencePart& part, NameMeaning& meaning) con
   meaning.note = spellings_.nearest(part.name);
 }
 
-void CubeNames::findMeasure(const std::vector<ReferencePart>& parts, NameMeaning& meaning) const {
+void CubeNames::findMeasure(const std::vector<ReferencePart>& parts, NameMeaning& meaning) {
   const std::size_t place = parts.size() > 2 && parts[1].folded == kMeasuresLevel ? 2 : 1;
   if (place >= parts.size() || parts[place].folded == kMeasuresLevel) {
     meaning.open = OpenNameState::exists;
@@ -247,24 +252,35 @@ void CubeNames::findMeasure(const std::vector<ReferencePart>& parts, NameMeaning
   if (meaning.objects.empty() && meaning.items.empty()) findMistake(parts[place], meaning);
 }
 
-void CubeNames::findMeasureByName(const ReferencePart& part, NameMeaning& meaning) const {
+void CubeNames::findMeasureByName(const ReferencePart& part, NameMeaning& meaning) {
   if (const auto measure = measuresByName_.find(part.folded); measure != measuresByName_.end())
     meaning.objects.push_back(measure->second);
-  else if (const auto defined = definedMeasures_.find(part.folded); defined != definedMeasures_.end())
-    meaning.items.push_back(defined->second);
+  else if (const Defined* defined = findDefinedMeasure(part.folded))
+    meaning.items.push_back(defined->item);
 }
 
-bool CubeNames::findDefined(const std::vector<ReferencePart>& parts, NameMeaning& meaning) const {
-  if (defined_.empty()) return false;
-  std::string key;
-  for (const ReferencePart& part : parts) key.append(part.folded).push_back('\0');
-  auto found = defined_.find(key);
-  if (found == defined_.end() && parts.size() > 2)
-    found = defined_.find(joined({parts.front().folded, parts.back().folded}));
-  if (found == defined_.end()) return false;
-  meaning.items.push_back(found->second.item);
+const Defined* CubeNames::findDefinedMeasure(const std::string& folded) {
+  const Defined* defined = newMeasures_.find(folded);
+  return defined ? defined : newMeasures_.findAhead(folded);
+}
+
+const Defined* CubeNames::findDefined(const std::vector<ReferencePart>& parts) {
+  if (defined_.empty()) return nullptr;
+  const std::string whole = keyOf(parts);
+  const std::string abbreviated =
+      parts.size() > 2 ? joined({parts.front().folded, parts.back().folded}) : whole;
+  if (const Defined* defined = defined_.find(whole)) return defined;
+  if (const Defined* defined = abbreviated_.find(abbreviated)) return defined;
+  if (const Defined* defined = defined_.findAhead(whole)) return defined;
+  return abbreviated_.findAhead(abbreviated);
+}
+
+bool CubeNames::addDefined(const std::vector<ReferencePart>& parts, NameMeaning& meaning) {
+  const Defined* defined = findDefined(parts);
+  if (!defined) return false;
+  meaning.items.push_back(defined->item);
   meaning.open = OpenNameState::exists;
-  meaning.note = found->second.isSet ? "a named set" : "a calculated member";
+  meaning.note = defined->isSet ? "a named set" : "a calculated member";
   return true;
 }
 
@@ -349,7 +365,7 @@ NameMeaning CubeNames::findOfFunction(std::string_view function, std::string_vie
     const TAVFeature* value = kpi == kpis_.end() ? nullptr : kpi->second->features.get(part.name);
     if (value)
       meaning.objects.push_back(value);
-    else if (!findDefined({{name, foldedName(name), false, false}}, meaning))
+    else if (!addDefined({{name, foldedName(name), false, false}}, meaning))
       findMistake({name, foldedName(name), false, false}, meaning);
   }
   return meaning;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "expressions/model_names.h"
+#include "expressions/script_names.h"
 #include "framework/details/details.h"
 #include "framework/model/model.h"
 #include "framework/std/spellings.h"
@@ -61,10 +62,12 @@ class CubeNames {
   CubeNames(const CubeNames&) = delete;
   CubeNames& operator=(const CubeNames&) = delete;
 
-  /// From here on a name means a set, or a member of a dimension, that a script defines.
-  void define(std::string_view name, ItemId item, bool isSet);
-  /// A measure that a script defines and the model lacks.
-  void defineMeasure(std::string_view name, ItemId item);
+  /// Whether a definition is read, or only known to come.
+  enum class Moment : bool { ahead, now };
+  /// A set, a member of a dimension, or a measure that the model lacks, which a script defines.
+  void define(std::string_view name, ItemId item, bool isSet, Moment moment);
+  /// From here on the name means what it meant before that was defined, or nothing.
+  void drop(std::string_view name);
   /// A name whose meaning stands outside this definition, and what it is.
   void defineBeyond(std::string_view name, std::string_view what);
 
@@ -88,10 +91,6 @@ class CubeNames {
     const TAVDimension* dimension;
     const TAVAliasClassifier* alias;  // null for the dimension itself
   };
-  struct Defined {
-    ItemId item;
-    bool isSet;
-  };
   struct Nested {
     const Role* role;
     TAVHierarchy* hierarchy;                 // one of these
@@ -106,9 +105,11 @@ class CubeNames {
   void findBelow(const Nested& nested, const std::vector<ReferencePart>& parts, std::size_t place,
                  NameMeaning& meaning);
   static void addAttribute(const Role& role, const TAVDimensionAttribute* attribute, NameMeaning& meaning);
-  void findMeasure(const std::vector<ReferencePart>& parts, NameMeaning& meaning) const;
-  void findMeasureByName(const ReferencePart& part, NameMeaning& meaning) const;
-  bool findDefined(const std::vector<ReferencePart>& parts, NameMeaning& meaning) const;
+  void findMeasure(const std::vector<ReferencePart>& parts, NameMeaning& meaning);
+  void findMeasureByName(const ReferencePart& part, NameMeaning& meaning);
+  const Defined* findDefinedMeasure(const std::string& folded);
+  const Defined* findDefined(const std::vector<ReferencePart>& parts);
+  bool addDefined(const std::vector<ReferencePart>& parts, NameMeaning& meaning);
   void findMistake(const ReferencePart& part, NameMeaning& meaning) const;
 
   ModelNames& model_;
@@ -116,8 +117,9 @@ class CubeNames {
   std::string cubeName_;
   std::unordered_map<std::string, Role> roles_;
   std::unordered_map<std::string, Nested> nested_;  // hierarchies and attributes without their dimension
-  std::unordered_map<std::string, Defined> defined_;
-  std::unordered_map<std::string, ItemId> definedMeasures_;
+  ScriptNames defined_;                             // by whole names
+  ScriptNames abbreviated_;                         // by names without levels, parents or the dimension
+  ScriptNames newMeasures_;
   std::unordered_map<std::string, std::string> beyond_;
   std::unordered_map<std::string, const TAVFeature*> measuresByName_;
   std::unordered_map<std::string, const TAVFeature*> calculatedByName_;

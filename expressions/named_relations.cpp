@@ -62,6 +62,7 @@ class NameRelations {
   }
 
   void add(const NameMeaning& meaning, std::string_view text) {
+    if (namesItself(meaning)) return;
     for (std::size_t i = 0; i < meaning.objects.size(); ++i) {
       const TAVModelObject* object = meaning.objects[i];
       const bool isMeasure = names_.isMeasure(object);
@@ -82,6 +83,11 @@ class NameRelations {
         details_.relate(expression_.relation, item, expression_.item);
     if (meaning.taken) taken_.insert(meaning.taken);
     if (meaning.open) note(text, *meaning.open, meaning.note);
+  }
+
+  /// As what is said of a set beside the script does.
+  [[nodiscard]] bool namesItself(const NameMeaning& meaning) const {
+    return meaning.objects.empty() && meaning.items.size() == 1 && meaning.items[0] == expression_.item;
   }
 
   void note(std::string_view name, OpenNameState state, std::string_view what) {

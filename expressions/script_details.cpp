@@ -72,6 +72,31 @@ std::string labelOf(std::string_view text) {
   return label;
 }
 
+/// "SET CURRENTCUBE.[a], b": what a DROP names, without the words for its kind.
+std::vector<std::string_view> droppedNames(std::string_view list) {
+  constexpr std::array<std::string_view, 3> kMoreFollows{"calculated", "cell", "session"};
+  for (bool isLast = false; !isLast;) {
+    const std::size_t end = list.find_first_of(" \t\r\n");
+    if (end == list.npos) return {};
+    isLast = std::find(kMoreFollows.begin(), kMoreFollows.end(), foldedName(list.substr(0, end))) ==
+             kMoreFollows.end();
+    list = trimmed(list.substr(end));
+  }
+  std::vector<std::string_view> names;
+  bool isInside = false;
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (list[i] == '[') isInside = true;
+    if (list[i] == ']' && list.substr(i + 1, 1) != "]") isInside = false;
+    if (list[i] == ']' && list.substr(i + 1, 1) == "]") ++i;
+    if (isInside || list[i] != ',') continue;
+    names.push_back(trimmed(list.substr(begin, i - begin)));
+    begin = i + 1;
+  }
+  names.push_back(trimmed(list.substr(begin)));
+  return names;
+}
+
 /// What a script has to say to the user, in the order of its lines.
 class ScriptFaults {
  public:
@@ -102,11 +127,51 @@ class ScriptFaults {
   std::vector<ExpressionFault> faults_;
 };
 
+/// The items of what a cube's scripts define, as far as something is said of it beside them.
+class KnownCalculations {
+ public:
+  explicit KnownCalculations(const Details& details) {
+    const auto items = details.items();
+    for (ItemId item = 0; item < items.size(); ++item)
+      if (!items[item].object && isCalculation(items[item].kind))
+        items_.emplace(keyOf(items[item].owner, items[item].kind, items[item].name), item);
+  }
+
+  /// The item of that name, once; kNoItem when there is none.
+  ItemId take(ItemId cube, ObjectKind kind, std::string_view name) {
+    const auto found = items_.find(keyOf(cube, kind, name));
+    if (found == items_.end()) return kNoItem;
+    const ItemId item = found->second;
+    items_.erase(found);
+    return item;
+  }
+
+ private:
+  static bool isCalculation(ObjectKind kind) {
+    return kind == ObjectKind::namedSet || kind == ObjectKind::calculatedMember ||
+           kind == ObjectKind::calculatedCells;
+  }
+  static std::string keyOf(ItemId cube, ObjectKind kind, std::string_view name) {
+    const std::string place = std::to_string(cube) + "/" + std::to_string(static_cast<int>(kind)) + "/";
+    if (kind != ObjectKind::calculatedMember) return place + foldedName(unquotedPart(name));
+    std::string key = place;
+    for (const ReferencePart& part : partsOfReference(name)) key.append(part.folded).push_back('\0');
+    return key;
+  }
+
+  std::unordered_map<std::string, ItemId> items_;
+};
+
 /// The script of one cube.
 class ScriptDetails {
  public:
-  ScriptDetails(ImportRun& run, const TAVCube& cube, CubeNames& names)
-      : run_(run), details_(*run.details), cube_(cube), names_(names), cubeItem_(details_.itemOf(cube)) {}
+  ScriptDetails(ImportRun& run, const TAVCube& cube, CubeNames& names, KnownCalculations& known)
+      : run_(run),
+        details_(*run.details),
+        cube_(cube),
+        names_(names),
+        known_(known),
+        cubeItem_(details_.itemOf(cube)) {}
 
   /// `scriptItem`: the item of the element, if it has one already.
   void addScript(const TAVDOMElement& element, ItemId scriptItem);
@@ -130,7 +195,11 @@ class ScriptDetails {
   ItemId makeMember(const ScriptStatement& statement);
   ItemId makeDaxMeasure(const ScriptStatement& statement);
   void describe(const ScriptStatement& statement, std::size_t place);
-  void define(const ScriptStatement& statement, ItemId item);
+  /// The item of what a statement defines.
+  ItemId makeCalculation(ObjectKind kind, std::string_view name, std::string_view text,
+                         std::string_view language);
+  void define(const ScriptStatement& statement, ItemId item, CubeNames::Moment moment);
+  void drop(const ScriptStatement& statement, ItemId item);
   void addProperties(const ScriptStatement& statement, ItemId item);
   void addRange(const ScriptStatement& statement, std::size_t place);
   void addAssignment(const ScriptStatement& statement, std::size_t place);
@@ -143,6 +212,7 @@ class ScriptDetails {
   Details& details_;
   const TAVCube& cube_;
   CubeNames& names_;
+  KnownCalculations& known_;
   ItemId cubeItem_;
   ItemId script_ = kNoItem;
   ItemId everyMeasure_ = kNoItem;
@@ -200,7 +270,7 @@ void ScriptDetails::makeItems(const std::vector<ScriptStatement>& statements) {
     items_[i] = features_[i] ? details_.itemOf(*features_[i]) : makeItem(statement, owner);
     if (statement.kind == StatementKind::scope)
       scopes_[static_cast<std::uint32_t>(i)] = {items_[i], {}, std::nullopt};
-    if (items_[i] != kNoItem) define(statement, items_[i]);
+    if (items_[i] != kNoItem) define(statement, items_[i], CubeNames::Moment::ahead);
   }
 }
 
@@ -214,10 +284,10 @@ ItemId ScriptDetails::makeItem(const ScriptStatement& statement, ItemId owner) {
       std::vector<ReferencePart> parts = partsOfReference(statement.name);
       names_.leaveOutCube(parts);
       const std::string_view name = parts.empty() ? std::string_view() : std::string_view(parts.back().name);
-      return details_.add(ObjectKind::namedSet, cubeItem_, name, statement.expression, kMdx);
+      return makeCalculation(ObjectKind::namedSet, name, statement.expression, kMdx);
     }
     case StatementKind::cells:
-      return details_.add(ObjectKind::calculatedCells, cubeItem_, statement.name, statement.text, kMdx);
+      return makeCalculation(ObjectKind::calculatedCells, statement.name, statement.text, kMdx);
     case StatementKind::action:
       return details_.add(ObjectKind::action, cubeItem_, statement.name, statement.expression, kMdx);
     case StatementKind::scope:
@@ -237,13 +307,21 @@ ItemId ScriptDetails::makeItem(const ScriptStatement& statement, ItemId owner) {
   }
 }
 
+ItemId ScriptDetails::makeCalculation(ObjectKind kind, std::string_view name, std::string_view text,
+                                      std::string_view language) {
+  const ItemId known = known_.take(cubeItem_, kind, name);
+  if (known == kNoItem) return details_.add(kind, cubeItem_, name, text, language);
+  details_.setText(known, text, language);
+  return known;
+}
+
 ItemId ScriptDetails::makeMember(const ScriptStatement& statement) {
   std::vector<ReferencePart> parts = partsOfReference(statement.name);
   names_.leaveOutCube(parts);
   std::string name;
   for (const ReferencePart& part : parts)
     name.append(name.empty() ? "" : ".").append(part.isKey ? part.name : bracketed(part.name));
-  const ItemId item = details_.add(ObjectKind::calculatedMember, cubeItem_, name, statement.expression, kMdx);
+  const ItemId item = makeCalculation(ObjectKind::calculatedMember, name, statement.expression, kMdx);
   if (!parts.empty() && parts.front().folded == "measures" && !statement.fault)
     QVT_SSXMLA::MICROSOFT_XMLA_NO_SUCH_MEASURE.log(*run_.log, parts.back().name, cube_.getPath(true));
   return item;
@@ -257,18 +335,19 @@ ItemId ScriptDetails::makeDaxMeasure(const ScriptStatement& statement) {
   return details_.add(ObjectKind::calculatedMember, cubeItem_, name, statement.expression, kDax);
 }
 
-/// From here on the statement's name means its item.
-void ScriptDetails::define(const ScriptStatement& statement, ItemId item) {
-  if (statement.kind == StatementKind::set || statement.kind == StatementKind::kpi)
-    return names_.define(statement.name, item, statement.kind == StatementKind::set);
-  if (statement.kind != StatementKind::member || details_.item(item).object) return;
-  std::vector<ReferencePart> parts = partsOfReference(statement.name);
-  names_.leaveOutCube(parts);
-  if (parts.empty()) return;
-  if (parts.front().folded == "measures")
-    names_.defineMeasure(parts.back().name, item);
-  else
-    names_.define(statement.name, item, false);
+void ScriptDetails::define(const ScriptStatement& statement, ItemId item, CubeNames::Moment moment) {
+  const bool isSet = statement.kind == StatementKind::set;
+  const bool isMember = statement.kind == StatementKind::member && !details_.item(item).object;
+  if (isSet || isMember || statement.kind == StatementKind::kpi)
+    names_.define(statement.name, item, isSet, moment);
+}
+
+/// A measure that the model has is dropped for nobody: the model has it.
+void ScriptDetails::drop(const ScriptStatement& statement, ItemId item) {
+  for (const std::string_view name : droppedNames(statement.name)) {
+    relateText(name, item, RelationKind::mentions);
+    names_.drop(name);
+  }
 }
 
 void ScriptDetails::relateText(std::string_view text, ItemId item, RelationKind relation,
@@ -283,7 +362,7 @@ void ScriptDetails::relateText(std::string_view text, ItemId item, RelationKind 
 void ScriptDetails::describe(const ScriptStatement& statement, std::size_t place) {
   const ItemId item = items_[place];
   if (item == kNoItem) return;
-  define(statement, item);
+  define(statement, item, CubeNames::Moment::now);
   if (statement.hidden) details_.set(item, "HIDDEN", "true");
   if (statement.dynamic) details_.set(item, "DYNAMIC", "true");
   switch (statement.kind) {
@@ -314,6 +393,9 @@ void ScriptDetails::describe(const ScriptStatement& statement, std::size_t place
     case StatementKind::update:
       relateText(statement.expression, item, RelationKind::mentions, nullptr,
                  statement.kind == StatementKind::subcube);
+      break;
+    case StatementKind::drop:
+      drop(statement, item);
       break;
     default:
       break;
@@ -464,12 +546,13 @@ void defineBeyond(const TAVDOMElement& cube, CubeNames& names) {
 
 void importExpressionDetails(ImportRun& run, const std::vector<CubeElement>& cubes, ModelNames& names) {
   KnownScripts known(*run.details);
+  KnownCalculations calculations(*run.details);
   DimensionNames dimensions;
   std::unordered_map<const TAVClassifier*, std::unique_ptr<CubeNames>> scopes;
   for (const CubeElement& read : cubes) {
     auto& cubeNames = scopes[read.cube] = std::make_unique<CubeNames>(*read.cube, names, dimensions);
     defineBeyond(*read.element, *cubeNames);
-    ScriptDetails details(run, *read.cube, *cubeNames);
+    ScriptDetails details(run, *read.cube, *cubeNames, calculations);
     if (const TAVDOMElement* scripts = read.element->getFirstElement(kMdxScripts))
       for (const TAVDOMElement& script : scripts->getElements())
         details.addScript(script, known.take(*run.details, *read.cube, script));

@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <deque>
 #include <filesystem>
-#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -13,7 +11,6 @@
 #include "framework/std/mask.h"
 #include "framework/std/text.h"
 #include "host/command.h"
-#include "host/import_run.h"
 #include "host/inputs/estate_model.h"
 #include "host/inputs/folder.h"
 #include "host/model_input.h"
@@ -23,40 +20,6 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// What several models are kept as until they are answered for.
-struct LoadedModel {
-  std::string input;
-  KeptModel kept;
-  std::optional<tav::LineageGraph> graph;
-};
-
-int load(LoadedModel& loaded, const tav::AddressMap& map, MessageLog& log) {
-  const Input opened = openInput(loaded.input, log);
-  int code = kDone;
-  if (opened.isSavedModel()) {
-    tav::SavedModel saved = tav::loadSavedModel(opened.path());
-    loaded.kept = {std::move(saved.model), std::move(saved.details)};
-  } else {
-    code = importModel(opened, log, loaded.kept);
-  }
-  if (loaded.kept.model)
-    loaded.graph.emplace(tav::DetailedModel(*loaded.kept.model, loaded.kept.details.get()), map);
-  return code;
-}
-
-std::vector<tav::JoinedModels::Model> named(const std::deque<LoadedModel>& models) {
-  std::vector<std::string> names;
-  std::vector<std::string> inputs;
-  for (const LoadedModel& model : models) {
-    names.push_back(model.graph->modelName());
-    inputs.push_back(model.input);
-  }
-  names = nameModels(names, inputs);
-  std::vector<tav::JoinedModels::Model> result;
-  for (std::size_t i = 0; i < models.size(); ++i) result.push_back({names[i], &*models[i].graph});
-  return result;
-}
 
 void addEstate(const EstatePlace& place, AnswerInputs& found, std::vector<std::string>& paths) {
   found.estateMaps.try_emplace(place.path,
@@ -158,21 +121,53 @@ int forEachModel(const AnswerInputs& inputs, MessageLog& log,
   return code;
 }
 
+KeptModels::Kept::Kept(std::string from, KeptModel model, const tav::AddressMap& map)
+    : input(std::move(from)), kept(std::move(model)), graph({*kept.model, kept.details.get()}, map) {}
+
+int KeptModels::add(const std::string& input, const tav::AddressMap& map, MessageLog& log) {
+  const Input opened = openInput(input, log);
+  KeptModel kept;
+  int code = kDone;
+  if (opened.isSavedModel()) {
+    tav::SavedModel saved = tav::loadSavedModel(opened.path());
+    kept = {std::move(saved.model), std::move(saved.details)};
+  } else {
+    code = importModel(opened, log, kept);
+  }
+  if (kept.model) models_.emplace_back(input, std::move(kept), map);
+  return code;
+}
+
+tav::DetailedModel KeptModels::model(std::size_t place) const {
+  const KeptModel& kept = models_[place].kept;
+  return {*kept.model, kept.details.get()};
+}
+
+std::vector<tav::JoinedModels::Model> KeptModels::named() const {
+  std::vector<std::string> names;
+  std::vector<std::string> inputs;
+  for (const Kept& model : models_) {
+    names.push_back(model.graph.modelName());
+    inputs.push_back(model.input);
+  }
+  names = nameModels(names, inputs);
+  std::vector<tav::JoinedModels::Model> result;
+  result.reserve(models_.size());
+  for (std::size_t i = 0; i < models_.size(); ++i) result.push_back({names[i], &models_[i].graph});
+  return result;
+}
+
 int withModels(const AnswerInputs& inputs, MessageLog& log,
                const std::function<void(const tav::JoinedModels& graph)>& use) {
   if (!inputs.several)
     return withModel(inputs.paths.front(), log, [&](const tav::DetailedModel& model) {
       use(tav::LineageGraph(model, inputs.mapFor(inputs.paths.front())));
     });
-  std::deque<LoadedModel> models;
+  KeptModels models;
   int code = kDone;
-  for (const std::string& input : inputs.paths) {
-    LoadedModel& loaded = models.emplace_back();
-    loaded.input = input;
-    code = worseOf(code, guarded(input, log, [&] { return load(loaded, inputs.mapFor(input), log); }));
-    if (!loaded.graph) models.pop_back();
-  }
-  if (!models.empty()) use(tav::JoinedModels(named(models)));
+  for (const std::string& input : inputs.paths)
+    code = worseOf(code, guarded(input, log, [&] { return models.add(input, inputs.mapFor(input), log); }));
+  if (models.size() > 0) use(tav::JoinedModels(models.named()));
   return code;
 }
 

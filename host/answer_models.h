@@ -2,11 +2,13 @@
 
 // The models that a command answers over: one, or many together.
 
+#include <deque>
 #include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
+#include "host/import_run.h"
 #include "host/message_log.h"
 #include "lineage/joined_graph.h"
 
@@ -28,6 +30,32 @@ struct AnswerInputs {
 /// none stands for itself, as an input that cannot be read. What is named twice is there once, with a
 /// warning. Throws a usage error for an input without a name.
 AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log);
+
+/// Models of inputs that are kept until they are answered for, with a graph each.
+class KeptModels {
+ public:
+  /// Reads an input and keeps its model. Returns an exit code; without a database definition nothing is kept.
+  /// Throws when it cannot be read.
+  int add(const std::string& input, const tav::AddressMap& map, MessageLog& log);
+
+  [[nodiscard]] std::size_t size() const noexcept { return models_.size(); }
+  [[nodiscard]] const std::string& input(std::size_t place) const { return models_[place].input; }
+  [[nodiscard]] const tav::LineageGraph& graph(std::size_t place) const { return models_[place].graph; }
+  [[nodiscard]] tav::DetailedModel model(std::size_t place) const;
+  /// All of them with names that differ, in the order in which they were added.
+  [[nodiscard]] std::vector<tav::JoinedModels::Model> named() const;
+
+ private:
+  struct Kept {
+    Kept(std::string from, KeptModel model, const tav::AddressMap& map);
+
+    std::string input;
+    KeptModel kept;
+    tav::LineageGraph graph;
+  };
+
+  std::deque<Kept> models_;  // graphs stay where they are
+};
 
 /// Shows the models of all inputs to `use`, as a graph each and joined. Of several inputs, one that cannot be
 /// read is an error in `log` and the others are shown; `use` is not called where none is left. Returns

@@ -5,7 +5,9 @@
 #include "host/command.h"
 #include "host/map_option.h"
 #include "host/model_input.h"
+#include "host/model_pairs.h"
 #include "host/output.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -48,20 +50,65 @@ void writeRuleList(std::ostream& out) {
   }
 }
 
+/// What a check goes by and what it found.
+struct Check {
+  const Arguments& arguments;
+  const AnswerInputs& inputs;
+  tav::CheckRuleFile rules;
+  MessageLog& log;
+  std::vector<tav::CheckedModel> models = {};
+};
+
+int checkAll(Check& check) {
+  return forEachModel(check.inputs, check.log, [&](const std::string& input, const tav::LineageGraph& graph) {
+    check.models.push_back(tav::checkModel({graph, nullptr, nullptr}, input, check.rules));
+  });
+}
+
 /// One model against another.
-int checkAgainst(const Arguments& arguments, const std::string& input, const tav::CheckRuleFile& rules,
-                 const tav::AddressMap& map, std::vector<tav::CheckedModel>& models, MessageLog& log) {
+int checkAgainst(Check& check, const std::string& was, const std::string& input) {
   int newCode = kDone;
   // The second is read while the first, which an import deletes at its end, is there.
-  const int code = withModel(arguments.against, log, [&](const tav::DetailedModel& old) {
-    newCode = withModel(input, log, [&](const tav::DetailedModel& model) {
-      const tav::LineageGraph before(old, map);
-      const tav::LineageGraph graph(model, map);
+  const int code = withModel(was, check.log, [&](const tav::DetailedModel& old) {
+    newCode = withModel(input, check.log, [&](const tav::DetailedModel& model) {
+      const tav::LineageGraph before(old, check.inputs.mapFor(was));
+      const tav::LineageGraph graph(model, check.inputs.mapFor(input));
       const tav::ModelDiff diff = tav::compareModels(before, graph);
-      models.push_back(tav::checkModel({graph, &before, &diff}, input, rules));
+      check.models.push_back(tav::checkModel({graph, &before, &diff}, input, check.rules));
     });
   });
   return worseOf(code, newCode);
+}
+
+/// One model of a folder or estate against what it was in another. A new one is checked as it is.
+int checkPair(Check& check, const ModelPair& pair) {
+  if (pair.after.empty()) {
+    check.log.logEvent(tav::messageEvent(tav::Message::modelGone, {pair.before}));
+    return kDone;
+  }
+  if (!pair.before.empty()) return checkAgainst(check, pair.before, pair.after);
+  return withModel(pair.after, check.log, [&](const tav::DetailedModel& model) {
+    const tav::LineageGraph graph(model, check.inputs.mapFor(pair.after));
+    check.models.push_back(tav::checkModel({graph, nullptr, nullptr}, pair.after, check.rules));
+  });
+}
+
+int checkPairs(Check& check) {
+  const std::string& was = check.arguments.against;
+  if (check.arguments.inputs.size() > 1 || !isPlace(was) || !isPlace(check.arguments.inputs.front()))
+    throw CLI::ValidationError("--against",
+                               "one model is compared with one, a folder or an estate with another one");
+  int code = kDone;
+  for (const ModelPair& pair : pairModels(was, check.arguments.inputs.front()))
+    code = worseOf(code, guarded(pair.key, check.log, [&] { return checkPair(check, pair); }));
+  return code;
+}
+
+int checkModels(Check& check) {
+  const std::string& was = check.arguments.against;
+  if (was.empty()) return checkAll(check);
+  if (check.inputs.several || holdsSeveral(was)) return checkPairs(check);
+  return checkAgainst(check, was, check.inputs.paths.front());
 }
 
 int check(const Arguments& arguments, MessageLog& log) {
@@ -78,18 +125,10 @@ int check(const Arguments& arguments, MessageLog& log) {
   const AnswerInputs inputs =
       findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
   checkOutputs(inputs.paths, arguments.output);
-  if (!arguments.against.empty() && inputs.paths.size() > 1)
-    throw CLI::ValidationError("--against", "one model is compared with one");
-  const tav::CheckRuleFile rules =
-      arguments.rules.empty() ? tav::CheckRuleFile() : tav::CheckRuleFile::load(arguments.rules);
-  std::vector<tav::CheckedModel> models;
-  const int code =
-      arguments.against.empty()
-          ? forEachModel(inputs, log,
-                         [&](const std::string& input, const tav::LineageGraph& graph) {
-                           models.push_back(tav::checkModel({graph, nullptr, nullptr}, input, rules));
-                         })
-          : checkAgainst(arguments, inputs.paths.front(), rules, inputs.map, models, log);
+  Check run{arguments, inputs,
+            arguments.rules.empty() ? tav::CheckRuleFile() : tav::CheckRuleFile::load(arguments.rules), log};
+  const int code = checkModels(run);
+  const std::vector<tav::CheckedModel>& models = run.models;
   if (models.empty()) return code;
   writeOutput(arguments.output, [&](std::ostream& out) { writerOf(arguments.format)(models, out); });
   if (code != kDone || arguments.failOn == "never") return code;
@@ -103,7 +142,7 @@ Command addCheck(CLI::App& program) {
   CLI::App* parser = program.add_subcommand("check", "Hold models against rules, for builds and reviews");
   parser
       ->add_option("INPUT", arguments->inputs,
-                   "Definitions or saved models, or folders of them (see docs/inputs.md)")
+                   "Definitions or saved models, folders of them or estate databases (see docs/inputs.md)")
       ->type_name("FILE");
   parser
       ->add_option("--rules", arguments->rules,
@@ -111,7 +150,7 @@ Command addCheck(CLI::App& program) {
       ->type_name("FILE");
   parser
       ->add_option("--against", arguments->against,
-                   "The model as it was, for rules about changes: a definition or a saved model")
+                   "The model as it was, for rules about changes; for a folder or an estate, another one")
       ->type_name("OLD");
   std::vector<std::string> formats;
   formats.reserve(kFormats.size());

@@ -3,19 +3,33 @@
 #include <fmt/ostream.h>
 
 #include <CLI/Error.hpp>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
 
 #include "exports/openlineage/lineage_events.h"
 #include "exports/openlineage/uri.h"
+#include "host/posted_events.h"
 #include "host/standard_output.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
 
-constexpr std::array kOptions{"--openlineage-static", "--server", "--post", "--post-timeout",
-                              "--post-attempts"};
+/// An option, and the formats that it is one of.
+struct FormatOption {
+  const char* name;
+  bool ofEvents;
+  bool ofProposals;
+};
+
+constexpr std::array kOptions{
+    FormatOption{"--server", true, true},         FormatOption{"--openlineage-static", true, false},
+    FormatOption{"--post", true, false},          FormatOption{"--post-timeout", true, false},
+    FormatOption{"--post-attempts", true, false}, FormatOption{"--post-resume", true, false},
+    FormatOption{"--datahub-env", false, true},   FormatOption{"--datahub-instance", false, true},
+    FormatOption{"--datahub-tables", false, true}};
 
 std::string checkServer(const std::string& text) {
   return tav::isUri(text) ? "" : "'" + text + "' is no URI, such as ssas://server.example";
@@ -25,6 +39,43 @@ std::string checkUrl(const std::string& text) {
   return isPostUrl(text) ? "" : "the URL must begin with http:// or https:// and name a host";
 }
 
+std::string checkEnvironment(const std::string& text) {
+  const bool holds = !text.empty() && std::all_of(text.begin(), text.end(),
+                                                  [](char c) { return (c >= 'A' && c <= 'Z') || c == '_'; });
+  return holds ? "" : "'" + text + "' is no environment, such as PROD or DEV";
+}
+
+/// An instance has no "=", so that the last one ends the server.
+std::string checkInstance(const std::string& text) {
+  const std::size_t equals = text.rfind('=');
+  const bool holds = equals != text.npos && equals + 1 < text.size() &&
+                     (tav::isUri(text.substr(0, equals)) || text.find(':') == text.npos);
+  return holds ? "" : "'" + text + "' is no SERVER=NAME, such as mssql://warehouse.example:1433=warehouse";
+}
+
+void addProposalOptions(CLI::App& parser, tav::DatahubOptions& options) {
+  parser
+      .add_option("--datahub-env", options.environment,
+                  "datahub: the environment of data sets (default: PROD)")
+      ->type_name("ENV")
+      ->check(checkEnvironment);
+  parser
+      .add_option_function<std::vector<std::string>>(
+          "--datahub-instance",
+          [&options](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) {
+              const std::size_t equals = text.rfind('=');
+              options.instances.emplace_back(text.substr(0, equals), text.substr(equals + 1));
+            }
+          },
+          "datahub: the platform instance that a server is")
+      ->type_name("SERVER=NAME")
+      ->allow_extra_args(false)
+      ->check(checkInstance);
+  parser.add_flag("--datahub-tables", options.describesTables,
+                  "datahub: describe the tables of databases too, in the place of what others say of them");
+}
+
 }  // namespace
 
 void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget& post) {
@@ -32,7 +83,7 @@ void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget
                   "openlineage: describe datasets and jobs without runs");
   parser
       .add_option("--server", options.server,
-                  "openlineage: the server of the cubes (default: ssas://localhost)")
+                  "openlineage, datahub: the server of the cubes (default: ssas://localhost)")
       ->type_name("URI")
       ->check(checkServer);
   CLI::Option* url = parser
@@ -53,12 +104,23 @@ void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget
       ->type_name("COUNT")
       ->check(CLI::Range(1, 100))
       ->needs(url);
+  parser
+      .add_option("--post-resume", post.resume,
+                  "The file that notes the events which were taken: they are not posted again")
+      ->type_name("FILE")
+      ->needs(url);
+  addProposalOptions(parser, options.datahub);
 }
 
 void checkLineageOptions(const CLI::App& parser, const std::string& format) {
-  if (format == "openlineage") return;
-  for (const char* option : kOptions)
-    if (parser.count(option) > 0) throw CLI::ValidationError(option, "is an option of --format openlineage");
+  for (const FormatOption& option : kOptions) {
+    if (parser.count(option.name) == 0) continue;
+    if ((format == "openlineage" && option.ofEvents) || (format == "datahub" && option.ofProposals)) continue;
+    const std::string formats = !option.ofProposals ? "openlineage"
+                                : option.ofEvents   ? "openlineage or datahub"
+                                                    : "datahub";
+    throw CLI::ValidationError(option.name, "is an option of --format " + formats);
+  }
 }
 
 void postLineage(const tav::DetailedModel& model, const tav::ExportOptions& options, PostTarget target,
@@ -67,17 +129,27 @@ void postLineage(const tav::DetailedModel& model, const tav::ExportOptions& opti
     target.apiKey = key;
   const tav::LineageEvents events(model, options);
   const std::string shown = printable(publicUrl(target.url));
+  if (sendsInClear(target)) log.logEvent(tav::messageEvent(tav::Message::keySentInClear, {shown}));
+  PostedEvents posted(target.resume, publicUrl(target.url));
   LineagePost post(std::move(target), events.count());
   std::size_t sent = 0;
+  std::size_t skipped = 0;
   events.write([&](std::string_view event) {
-    log.showProgress("Posting to " + shown, static_cast<int>(100 * sent / events.count()));
+    log.showProgress("Posting to " + shown, static_cast<int>(100 * (sent + skipped) / events.count()));
+    if (posted.contains(event)) {
+      post.skip();
+      ++skipped;
+      return;
+    }
     post.send(event);
+    posted.add(event);
     ++sent;
   });
   log.clearProgress();
   if (log.quiet) return;
   StandardOutput out;
-  fmt::print(out.stream(), "Posted {} events to {}\n", sent, shown);
+  const std::string before = skipped > 0 ? fmt::format(", {} were posted before", skipped) : "";
+  fmt::print(out.stream(), "Posted {} events to {}{}\n", sent, shown, before);
   out.finish();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the export of lineage events has beside other formats: options of its own, and a server to send to.
+// What the exports for catalogues have beside other formats: options of their own, and a server to send to.
 
 #include <CLI/App.hpp>
 #include <string>
@@ -12,7 +12,8 @@
 
 namespace host {
 
-/// Registers the options of lineage events; both structures are filled when the command line is parsed.
+/// Registers the options of lineage events and of proposals for DataHub; both structures are filled when the
+/// command line is parsed.
 void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget& post);
 /// Throws a usage error when one of them was given with another format.
 void checkLineageOptions(const CLI::App& parser, const std::string& format);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <thread>
+#include <vector>
 
 #include "framework/std/text.h"
 #include "messages/message.h"
@@ -27,9 +28,9 @@ Url parseUrl(const std::string& text) {
   return url;
 }
 
-std::string urlPart(CURLU& url, CURLUPart part) {
+std::string urlPart(CURLU& url, CURLUPart part, unsigned flags = 0) {
   char* text = nullptr;
-  if (curl_url_get(&url, part, &text, 0) != CURLUE_OK) return {};
+  if (curl_url_get(&url, part, &text, flags) != CURLUE_OK) return {};
   const std::unique_ptr<char, decltype(&curl_free)> owner(text, &curl_free);
   return text;
 }
@@ -72,9 +73,22 @@ std::string hide(std::string text, const std::string& secret) {
   return text;
 }
 
-/// The beginning of an answer for a message, without the secret that the server may have repeated in it.
-std::string quoteBody(const std::string& body, const std::string& secret) {
-  const std::string hidden = hide(body, secret);
+/// What a server is told and nobody else, in every form that it may have come in.
+std::vector<std::string> secretsOf(const PostTarget& target) {
+  std::vector<std::string> secrets{target.apiKey};
+  const Url url = parseUrl(target.url);
+  if (!url) return secrets;
+  for (const CURLUPart part : {CURLUPART_PASSWORD, CURLUPART_QUERY}) {
+    secrets.push_back(urlPart(*url, part));
+    secrets.push_back(urlPart(*url, part, CURLU_URLDECODE));
+  }
+  return secrets;
+}
+
+/// The beginning of an answer for a message, without the secrets that the server may have repeated in it.
+std::string quoteBody(const std::string& body, const std::vector<std::string>& secrets) {
+  std::string hidden = body;
+  for (const std::string& secret : secrets) hidden = hide(std::move(hidden), secret);
   const std::string_view text = tav::trimmed(hidden);
   const std::string_view shown = tav::beginningOf(text, kShownBody);
   return std::string(shown) + (shown.size() < text.size() ? " ..." : "");
@@ -107,6 +121,14 @@ bool isPostUrl(const std::string& url) {
   if (!parsed) return false;
   const std::string scheme = urlPart(*parsed, CURLUPART_SCHEME);
   return scheme == "http" || scheme == "https";
+}
+
+bool sendsInClear(const PostTarget& target) {
+  const Url url = parseUrl(target.url);
+  if (!url || urlPart(*url, CURLUPART_SCHEME) != "http") return false;
+  const std::string host = urlPart(*url, CURLUPART_HOST);
+  if (host == "localhost" || host.starts_with("127.") || host == "[::1]") return false;
+  return !target.apiKey.empty() || !urlPart(*url, CURLUPART_PASSWORD).empty();
 }
 
 struct LineagePost::Connection {
@@ -150,6 +172,8 @@ LineagePost::LineagePost(PostTarget target, std::size_t count)
   connection_->set(CURLOPT_URL, target_.url.c_str());
   connection_->set(CURLOPT_PROTOCOLS_STR, "http,https");
   connection_->set(CURLOPT_FOLLOWLOCATION, 0L);
+  connection_->set(CURLOPT_SSL_VERIFYPEER, 1L);
+  connection_->set(CURLOPT_SSL_VERIFYHOST, 2L);
   connection_->set(CURLOPT_NOSIGNAL, 1L);
   connection_->set(CURLOPT_USERAGENT, "xmla-bridge/" XMLA_VERSION);
   connection_->set(CURLOPT_HTTPHEADER, connection_->headers.get());
@@ -196,7 +220,7 @@ LineagePost::Answer LineagePost::attempt(std::string_view event) {
   answer.pause = std::chrono::seconds(std::min<curl_off_t>(seconds, kLongestPause.count()));
   answer.again = answer.status == 429 || answer.status >= 500;
   answer.cause = fmt::format("the server answered {}", answer.status);
-  const std::string body = quoteBody(connection.body, target_.apiKey);
+  const std::string body = quoteBody(connection.body, secretsOf(target_));
   if (!body.empty()) answer.cause += ": " + body;
   return answer;
 }

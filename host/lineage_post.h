@@ -19,16 +19,20 @@ struct PostTarget {
   std::chrono::milliseconds timeout{30'000};
   /// How often an event is sent at most.
   int attempts = 4;
+  /// The file of events that were taken; empty when none is kept.
+  std::string resume;
 };
 
 /// A text that shows a URL without what is secret in it: user, password and query.
 std::string publicUrl(const std::string& url);
 /// Whether `url` is one that can be posted to.
 bool isPostUrl(const std::string& url);
+/// Whether a secret goes to another machine without being encrypted.
+bool sendsInClear(const PostTarget& target);
 
 /// Posts events one after the other over one connection. Answers 429 and 5xx, and connections that fail, are
 /// tried again after a pause that doubles from one second, or that the server asks for, half a minute at
-/// most.
+/// most. Servers are known by their certificates, and none sends what it is posted on to another.
 class LineagePost {
  public:
   /// `count` events are to come. Throws Message::badApiKey for an API key that no header can hold.
@@ -39,6 +43,8 @@ class LineagePost {
 
   /// Throws Message::eventNotPosted when it was not taken, which names the target and the event's place.
   void send(std::string_view event);
+  /// Passes over an event that the server has already.
+  void skip() noexcept { ++place_; }
 
  private:
   struct Connection;

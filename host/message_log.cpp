@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "framework/std/mask.h"
+#include "framework/std/text.h"
 #include "messages/message.h"
 
 namespace host {
@@ -13,7 +14,9 @@ namespace {
 
 constexpr std::string_view kUnresolvedId = "QVT_SSXMLA_W0013";
 constexpr std::chrono::milliseconds kRenewal{
-    50};  // more often, and drawing would take longer than the import
+    50};                                    // more often, and drawing would take longer than the import
+constexpr std::size_t kLongestName = 240;   // bytes of a name in a message; a longer one is cut in its middle
+constexpr std::size_t kLongestText = 2000;  // and of the whole text
 constexpr std::string_view kClearLine = "\r\x1b[K";
 constexpr std::string_view kRed = "\x1b[31m";
 constexpr std::string_view kYellow = "\x1b[33m";
@@ -24,9 +27,31 @@ void writeError(std::string_view text) {
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 
+/// The beginning and the end of a text that is longer than `bytes`: two thirds and one of them.
+std::string withoutMiddle(std::string_view text, std::size_t bytes) {
+  if (text.size() <= bytes) return std::string(text);
+  const std::string_view beginning = tav::beginningOf(text, bytes - bytes / 3);
+  const std::size_t end = tav::beginningOf(text, text.size() - bytes / 3).size();
+  return std::string(beginning) + "…" + std::string(text.substr(end));
+}
+
+/// A message of a few lines, whatever the names in it are, which stand in quotes.
+std::string shortened(std::string_view text) {
+  std::string kept;
+  for (;;) {
+    const std::size_t quote = text.find('\'');
+    const bool isName = !kept.empty() && quote != text.npos;
+    const std::string_view part = text.substr(0, quote);
+    kept += isName ? withoutMiddle(part, kLongestName) : std::string(part);
+    if (quote == text.npos) return withoutMiddle(kept, kLongestText);
+    kept += '\'';
+    text.remove_prefix(quote + 1);
+  }
+}
+
 /// What is shown of an event, or of the name of a file: both may hold a password.
 std::string shown(std::string_view text) {
-  return printable(tav::maskPasswords(text));
+  return printable(shortened(tav::maskPasswords(text)));
 }
 
 /// The text of an event; the items of a list are lines of their own.
@@ -49,6 +74,10 @@ std::string withFile(const std::string& file, const std::string& line) {
 
 std::string withIdentifier(const TAVLogEvent& event, const std::string& text) {
   return event.getMessageId().empty() ? text : fmt::format("[{}] {}", event.getMessageId().view(), text);
+}
+
+TAVLogEvent masked(const TAVLogEvent& event) {
+  return {tav::maskPasswords(event.getText()), event.getMessageId(), event.getSeverity(), TAVString()};
 }
 
 }  // namespace
@@ -79,6 +108,7 @@ void MessageLog::logEventOf(const std::string& file, const TAVLogEvent& said) {
   if (event.getSeverity() == tav::kSeverityError) ++errors_;
   if (keepsWarnings && event.getSeverity() == tav::kSeverityWarning)
     warnings_.push_back(withIdentifier(event, tav::maskPasswords(event.getText())));
+  if (receiver) return receiver(tav::maskPasswords(file), masked(event));
   if (quiet && event.getSeverity() > tav::kSeverityError) return;
   const bool isStep = format == LogFormat::text && event.getSeverity() == tav::kSeverityStatus;
   if (isStep && !tellsSteps) return;
@@ -104,7 +134,7 @@ void MessageLog::writeLine(const std::string& file, const TAVLogEvent& event) {
     if (!file.empty()) line["file"] = tav::maskPasswords(file);
     line["level"] = tav::severityName(event.getSeverity());
     line["id"] = event.getMessageId().view();
-    line["text"] = tav::maskPasswords(event.getText());
+    line["text"] = shortened(tav::maskPasswords(event.getText()));
     return writeError(line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
   }
   std::string line = withFile(file, withIdentifier(event, shownOf(event)));

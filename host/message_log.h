@@ -3,6 +3,7 @@
 // Messages for people and scripts, on standard error.
 
 #include <chrono>
+#include <functional>
 #include <span>
 #include <string>
 #include <utility>
@@ -35,6 +36,9 @@ class MessageLog : public TAVLog {
   std::string about;
   /// Whether the texts of warnings are kept for getWarnings().
   bool keepsWarnings = false;
+  /// Takes the events in the place of standard error, each with its text masked and the file that it is
+  /// about.
+  std::function<void(const std::string& file, const TAVLogEvent& event)> receiver;
 
   void logEvent(const TAVLogEvent& event) override;
   /// Reports an event about one of several files: the line begins with its name.

@@ -40,6 +40,9 @@ class Line {
   std::size_t size_ = 0;
 };
 
+/// What the program exits with when memory runs out where nothing can catch it.
+int codeAtEnd = kFailed;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): for the handler
+
 /// Memory may run out where nothing can catch it: before main() begins, while libraries are loaded.
 [[noreturn]] void endProgram() noexcept {
   try {
@@ -47,7 +50,7 @@ class Line {
   } catch (const std::bad_alloc&) {
     tav::endUnfinishedWork();
     tellOutOfMemory(false);
-    _exit(kFailed);
+    _exit(codeAtEnd);
   } catch (...) {
     // A defect, of which a debugger or a dump should find the place.
   }
@@ -61,6 +64,10 @@ void watchForEnd() {
 [[gnu::section(".preinit_array"), gnu::used]] void (*const kFirst)() = watchForEnd;
 
 }  // namespace
+
+void exitWithWhenOutOfMemory(int code) noexcept {
+  codeAtEnd = code;
+}
 
 void tellOutOfMemory(bool json) noexcept {
   const tav::MessageRow& row = tav::messageRows()[static_cast<std::size_t>(tav::Message::outOfMemory)];

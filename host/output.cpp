@@ -27,6 +27,9 @@ void writeOutput(const std::string& output, const std::function<void(std::ostrea
 }
 
 int tellOfWork(int code, MessageLog& log, const std::function<void()>& tell) {
+  // A failure of the work counts more.
+  const int untold = code == kDone || code == kIncomplete ? kUntold : code;
+  exitWithWhenOutOfMemory(untold);
   try {
     try {
       tell();
@@ -37,8 +40,7 @@ int tellOfWork(int code, MessageLog& log, const std::function<void()>& tell) {
   } catch (const std::bad_alloc&) {
     tellOutOfMemory(log.format == LogFormat::json);
   }
-  // A failure of the work counts more.
-  return code == kDone || code == kIncomplete ? kUntold : code;
+  return untold;
 }
 
 void writeAnswer(const std::string& output, MessageLog& log,

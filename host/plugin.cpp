@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "framework/std/own_folder.h"
 #include "messages/message.h"
 
 namespace host {
@@ -17,10 +18,7 @@ constexpr const char* kFactory = "getTAVMicrosoftSqlServerXMLAImportInterface";
 }
 
 TAVImportBridgeDllInterface& load() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  if (error) failToLoad("the program's own place is unknown: " + error.message());
-  const std::filesystem::path library = program.parent_path().parent_path() / "lib" / kLibrary;
+  const std::filesystem::path library = tav::ownFolder() / kLibrary;
   // It stays loaded: messages and models may refer to it until the program ends.
   void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!handle) failToLoad(dlerror());

@@ -9,8 +9,8 @@ namespace host {
 /// The identifier under which the program runs the plug-in's bridge.
 inline constexpr std::string_view kBridgeIdentifier = "MicrosoftSqlServerXMLAImport";
 
-/// Loads the plug-in from the folder "lib" beside the one that the program is in, once, and gives its
-/// interface object. Throws Message::pluginNotLoaded when it is missing, broken or no plug-in.
+/// Loads the plug-in from the folder that the framework's library is in, once, and gives its interface
+/// object. Throws Message::pluginNotLoaded when it is missing, broken or no plug-in.
 TAVImportBridgeDllInterface& loadPlugin();
 
 /// The plug-in's options for reading the file `input`.

@@ -28,8 +28,10 @@ constexpr std::array kRows{
                "The definition needs more memory than the machine or its limits allow."},
     MessageRow{Message::internalError, "XMLABRIDGE_F0007", "Internal error: {0}",
                "A defect of the program; please report it."},
-    MessageRow{Message::inputNotRead, "XMLABRIDGE_F0008", "{0} cannot be read: {1}",
-               "Standard input is closed or a folder, or there is no memory for what a pipe gives."},
+    MessageRow{
+        Message::inputNotRead, "XMLABRIDGE_F0008", "{0} cannot be read: {1}",
+        "Standard input is closed or a folder, the system refuses the file, or there is no memory for what a "
+        "pipe gives."},
     MessageRow{Message::ambiguousName, "XMLABRIDGE_F0010", "'{0}' may mean{1}",
                "Several objects have this name: give a path or a qualified name from the list."},
     MessageRow{Message::unknownName, "XMLABRIDGE_F0011", "'{0}' is the name of nothing in the model{1}",
@@ -40,6 +42,9 @@ constexpr std::array kRows{
     MessageRow{Message::belowCoverage, "XMLABRIDGE_E0012",
                "{0} % trace back to a database column, less than the required {1} %.",
                "The coverage is below --fail-under."},
+    MessageRow{Message::keySentInClear, "XMLABRIDGE_W0019",
+               "The key for {0} goes over the network unencrypted: use https.",
+               "An API key, or a user and password in the URL of --post, is sent with http."},
     MessageRow{Message::badApiKey, "XMLABRIDGE_F0020",
                "OPENLINEAGE_API_KEY holds a control character, such as a line end.",
                "No HTTP header can hold such a key."},
@@ -127,6 +132,8 @@ constexpr std::array kRows{
     MessageRow{Message::modelNotKept, "XMLABRIDGE_F0052",
                "{0}: the database has the rows of {1}, but not its document; trace and impact can tell of it",
                "It was exported to the database. What is imported with --estate can be asked everything."},
+    MessageRow{Message::modelGone, "XMLABRIDGE_W0053", "{0}: the model is not there any more.",
+               "check compares two folders or estates, and a model is only in the earlier one."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };

@@ -27,6 +27,7 @@ enum class Message : std::uint8_t {
   unknownName,
   unknownInModels,
   belowCoverage,
+  keySentInClear,
   badApiKey,
   eventNotPosted,
   signalsNotWatched,
@@ -59,6 +60,7 @@ enum class Message : std::uint8_t {
   rulesNotRead,
   unknownInEstate,
   modelNotKept,
+  modelGone,
   noEventTime,
 };
 

@@ -73,8 +73,6 @@ need_for_program() {
   need library sqlite3 libsqlite3-dev
   need header zlib.h zlib1g-dev
   need library z zlib1g-dev
-  need header openssl/evp.h libssl-dev
-  need library crypto libssl-dev
   need header curl/curl.h libcurl4-openssl-dev
   need library curl libcurl4-openssl-dev
   need header re2/re2.h libre2-dev
@@ -90,6 +88,12 @@ need_for_program() {
   # The page of the report.
   need command node nodejs
   need command npm npm
+}
+
+# The package of Python, which is left out where these are missing and nobody asked for it.
+need_for_python() {
+  need header "python3.11/Python.h" python3-dev
+  need header pybind11/pybind11.h pybind11-dev
 }
 
 need_for_tests() {

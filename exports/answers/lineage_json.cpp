@@ -24,11 +24,15 @@ class JsonPart {
       writeModels(question.starts);
     else
       json_.member("start", question.starts.front());
-    writeList("nodes", nodes_, [&](JoinedId id) { writeNode(id); });
-    writeList("edges", edges_, [&](const ModelEdge& edge) { writeEdge(edge); });
-    writeNotesJson(json_, graph_);
-    json_.close('}');
-    out_ << text_ << "\n";
+    writeEnd();
+  }
+
+  void writeWhole() {
+    collectAll();
+    json_.begin('{');
+    json_.member("format", graph_.namesModels() ? "xmla-graph-models/1" : "xmla-graph/1");
+    if (graph_.namesModels()) writeModelNames();
+    writeEnd();
   }
 
  private:
@@ -53,10 +57,34 @@ class JsonPart {
     edges_.erase(std::unique(edges_.begin(), edges_.end()), edges_.end());
   }
 
-  void writeModels(const std::vector<JoinedId>& starts) {
+  /// The nodes and edges of all models; a node that several have once, where the first of them has it.
+  void collectAll() {
+    for (std::uint32_t model = 0; model < graph_.models().size(); ++model) {
+      const WalkGraph& graph = graph_.graph(model);
+      for (NodeId node = 0; node < graph.nodes().size(); ++node) {
+        const JoinedId id = graph_.idOf(model, node);
+        if (graph_.placeOf(id).model == model) nodes_.push_back(id);
+      }
+      for (const LineageEdge& edge : graph.edges()) edges_.push_back({model, &edge});
+    }
+  }
+
+  void writeEnd() {
+    writeList("nodes", nodes_, [&](JoinedId id) { writeNode(id); });
+    writeList("edges", edges_, [&](const ModelEdge& edge) { writeEdge(edge); });
+    writeNotesJson(json_, graph_);
+    json_.close('}');
+    out_ << text_ << "\n";
+  }
+
+  void writeModelNames() {
     json_.open("models", '[');
     for (const JoinedGraph::Model& model : graph_.models()) json_.value(model.name);
     json_.close(']');
+  }
+
+  void writeModels(const std::vector<JoinedId>& starts) {
+    writeModelNames();
     json_.open("starts", '[');
     for (const JoinedId start : starts) json_.value(start);
     json_.close(']');
@@ -127,6 +155,10 @@ class JsonPart {
 
 void writeLineageJson(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out) {
   JsonPart(graph, out).write(question);
+}
+
+void writeGraphJson(const JoinedGraph& graph, std::ostream& out) {
+  JsonPart(graph, out).writeWhole();
 }
 
 }  // namespace tav

@@ -35,4 +35,8 @@ void writeLineageDot(const WalkGraph& graph, const LineageQuestion& question, st
 /// "edges":[...]}`, and a node that is not shared has the member "model".
 void writeLineageJson(const JoinedGraph& graph, const LineageQuestion& question, std::ostream& out);
 
+/// The whole of the graph in the same words: `{"format":"xmla-graph/1","nodes":[...],"edges":[...]}`, or
+/// `{"format":"xmla-graph-models/1","models":[...],...}`.
+void writeGraphJson(const JoinedGraph& graph, std::ostream& out);
+
 }  // namespace tav

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "exports/openlineage/dataset_inputs.h"
 #include "exports/openlineage/definition_facet.h"
 #include "exports/openlineage/uri.h"
 #include "framework/std/text.h"
@@ -176,16 +177,6 @@ void FacetWriter::writeColumns(DatasetId id) {
   json_.close('}');
 }
 
-/// The fields that feed a node, each once for each way in which it does.
-std::vector<FieldSource> FacetWriter::sourcesOf(NodeId node) const {
-  std::vector<FieldSource> sources = fieldSources(graph_, datasets_, node);
-  std::erase_if(sources, [&](const FieldSource& source) {
-    const NodeKind kind = graph_.node(source.node).kind;
-    return isClassifierKind(kind) || kind == NodeKind::condition;
-  });
-  return sources;
-}
-
 /// A perspective takes over what it shows.
 void FacetWriter::writeColumnLineage(DatasetId id) {
   const CatalogDataset& dataset = datasets_.get(id);
@@ -194,7 +185,7 @@ void FacetWriter::writeColumnLineage(DatasetId id) {
   for (const NodeId field : dataset.fields) {
     const bool isOwn = datasets_.datasetOf(field) == id;
     const std::vector<FieldSource> sources =
-        isOwn ? sourcesOf(field) : std::vector<FieldSource>{{field, EdgeKind::direct}};
+        isOwn ? feedingFields(graph_, datasets_, field) : std::vector<FieldSource>{{field, EdgeKind::direct}};
     if (!sources.empty()) writeInputFields(datasets_.fieldName(id, field), field, sources);
   }
   json_.close('}');
@@ -240,7 +231,7 @@ void FacetWriter::writeConditions(const CatalogDataset& dataset) {
   for (const NodeId part : graph_.partsOf(dataset.node)) {
     if (graph_.node(part).kind != NodeKind::condition) continue;
     std::string expression = graph_.expression(part);
-    const std::vector<FieldSource> sources = sourcesOf(part);
+    const std::vector<FieldSource> sources = feedingFields(graph_, datasets_, part);
     if (!sources.empty() && !isOpen) json_.open("dataset", '[');
     isOpen = isOpen || !sources.empty();
     for (std::size_t i = 0; i < sources.size(); ++i) {

@@ -50,7 +50,6 @@ class FacetWriter {
   void writeOwnFacet(DatasetId id);
   void writeQuery(NodeId query);
   void writeExpressions(DatasetId id);
-  [[nodiscard]] std::vector<FieldSource> sourcesOf(NodeId node) const;
 
   const LineageGraph& graph_;
   const CatalogDatasets& datasets_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "exports/openlineage/dataset_inputs.h"
 #include "exports/openlineage/event_time.h"
 #include "exports/openlineage/facets.h"
 #include "exports/openlineage/run_id.h"
@@ -12,12 +13,11 @@ namespace {
 class EventWriter {
  public:
   EventWriter(const LineageGraph& graph, const CatalogDatasets& datasets, const std::string& time)
-      : graph_(graph),
-        datasets_(datasets),
+      : datasets_(datasets),
         time_(time),
         facets_(graph, datasets, json_),
-        described_(datasets.all().size()),
-        foundFor_(datasets.all().size(), kNoDataset) {}
+        inputs_(graph, datasets),
+        described_(datasets.all().size()) {}
 
   const std::string& run(DatasetId id) {
     begin("RunEvent");
@@ -77,7 +77,7 @@ class EventWriter {
 
   void writeInputs(DatasetId id, bool withFacets) {
     json_.open("inputs", '[');
-    for (const DatasetId input : inputsOf(id)) {
+    for (const DatasetId input : inputs_.of(id)) {
       json_.open('{');
       facets_.writeReference(input);
       // What the model makes is told where it is made; a table that many read, where it comes up first.
@@ -99,44 +99,13 @@ class EventWriter {
     json_.close(']');
   }
 
-  /// The datasets that feed one, each once, in order; itself when one of its fields feeds another.
-  std::vector<DatasetId> inputsOf(DatasetId id) {
-    std::vector<DatasetId> inputs;
-    const NodeId node = datasets_.get(id).node;
-    addInputs(id, node, inputs);
-    for (const NodeId part : graph_.partsOf(node))
-      if (datasets_.datasetOf(part) == id) addInputs(id, part, inputs);
-    return inputs;
-  }
-
-  void addInputs(DatasetId id, NodeId node, std::vector<DatasetId>& inputs) {
-    for (const FieldSource& source : fieldSources(graph_, datasets_, node))
-      addInput(id, node, source, inputs);
-    for (const LineageEdge& edge : graph_.into(node))
-      if (edge.kind == EdgeKind::member)
-        addInput(id, node, {datasets_.resolve(edge.from), edge.kind}, inputs);
-  }
-
-  void addInput(DatasetId id, NodeId node, const FieldSource& source, std::vector<DatasetId>& inputs) {
-    const DatasetId input = datasets_.datasetOf(source.node);
-    if (input == kNoDataset) return;
-    const NodeKind kind = graph_.node(source.node).kind;
-    const bool isOwnPart =
-        input == id && (source.kind == EdgeKind::member || node == datasets_.get(id).node ||
-                        kind == NodeKind::condition || isClassifierKind(kind));
-    if (isOwnPart || foundFor_[input] == id) return;
-    foundFor_[input] = id;
-    inputs.push_back(input);
-  }
-
-  const LineageGraph& graph_;
   const CatalogDatasets& datasets_;
   const std::string& time_;
   std::string text_;
   JsonWriter json_{text_};
   FacetWriter facets_;
+  DatasetInputs inputs_;
   std::vector<bool> described_;
-  std::vector<DatasetId> foundFor_;  // by dataset: for which one it was last found to be an input
 };
 
 }  // namespace

@@ -4,10 +4,6 @@
 #include "framework/std/exception.h"
 #include "framework/std/file_reader.h"
 
-namespace {
-constexpr tav::DomLimits kLimits{TAVDOM::kMaxAmplification, TAVDOM::kAmplificationThreshold};
-}
-
 TAVDOM::TAVDOM(TAVLog* log) : log_(log), storage_(std::make_unique<tav::DomStorage>()) {}
 
 TAVDOM::~TAVDOM() = default;
@@ -16,7 +12,7 @@ const TAVDOMElement* TAVDOM::parseFile(const TAVFile& file) {
   const std::string_view path = file.getPath();
   tav::FileReader reader;
   if (!reader.open(file.getPath().str())) tav::failForDocument(path, reader.getError());
-  tav::DomParser parser(*storage_, log_, kLimits, path);
+  tav::DomParser parser(*storage_, log_, path);
   return parser.parse(
       [&](char* buffer, std::size_t capacity) {
         const std::size_t count = reader.read(buffer, capacity);
@@ -28,7 +24,7 @@ const TAVDOMElement* TAVDOM::parseFile(const TAVFile& file) {
 
 const TAVDOMElement* TAVDOM::parseText(std::string_view text, std::string_view name) {
   std::string_view rest = text;
-  tav::DomParser parser(*storage_, log_, kLimits, name);
+  tav::DomParser parser(*storage_, log_, name);
   return parser.parse(
       [&rest](char* buffer, std::size_t capacity) {
         const std::size_t count = rest.copy(buffer, capacity);

@@ -23,16 +23,15 @@ struct DomStorage;
 /// Nothing but the document itself is ever read. A document type's external part is passed over, with a
 /// warning in the log; a reference to an external entity, or in element content to an entity that is not
 /// declared, is an error. (Only in an attribute value, and only under a document type with an external part,
-/// is an undeclared entity dropped silently.) Entities declared in the document are replaced, up to
-/// kMaxAmplification times the document's size once kAmplificationThreshold bytes were made; the same bound
-/// holds for the attributes that only the document type gives.
+/// is an undeclared entity dropped silently.) Entities declared in the document are replaced: with the
+/// attributes that only the document type gives, they may make kMaxExpansion bytes of text in the whole
+/// document, and more is an error.
 ///
 /// Limits: 4 GB of text in one element, 2,147,483,647 children of one element, 1 GB in one tag. Depth is
 /// limited by memory only.
 class TAV_API TAVDOM {
  public:
-  static constexpr float kMaxAmplification = 10.0F;
-  static constexpr std::uint64_t kAmplificationThreshold = 8U << 20;
+  static constexpr std::uint64_t kMaxExpansion = 1U << 20;
 
   /// Called after each megabyte with the bytes read so far and the size of the document.
   using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t bytesTotal)>;

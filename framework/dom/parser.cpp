@@ -1,10 +1,12 @@
 #include "framework/dom/parser.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <new>
 
 #include "framework/dom/document_encoding.h"
+#include "framework/dom/dom.h"
 #include "framework/dom/single_byte_encoding.h"
 #include "framework/std/exception.h"
 
@@ -16,11 +18,23 @@ namespace tav {
 namespace {
 
 constexpr std::size_t kChunk = std::size_t{1} << 20;
+// What Expat may work through for entities, also such as leave no text.
+constexpr float kMaxAmplification = 10.0F;
+constexpr std::uint64_t kAmplificationThreshold = 8U << 20;
+constexpr std::size_t kLongestCharacter = 3;  // bytes that one byte of a document can become
+constexpr std::string_view kTooMuch = "its document type makes more than 1 MB of text of it";
 constexpr std::size_t kMaxChunk = std::size_t{256} << 20;  // Expat counts a buffer in an int
 
 bool isBlank(std::string_view text) {
   return std::all_of(text.begin(), text.end(),
                      [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
+}
+
+/// The size of a tag's texts, and of what its attributes take beside them.
+std::size_t bytesOf(const char* name, const char** attributes) {
+  std::size_t bytes = std::strlen(name);
+  for (; *attributes; ++attributes) bytes += std::strlen(*attributes) + sizeof(DomAttribute) / 2;
+  return bytes;
 }
 
 template <class Number, class Value> bool fits(Value value) {
@@ -60,8 +74,9 @@ struct DomParser::Callbacks {
   }
   static void doctype(void* self, const char* /*name*/, const char* systemId, const char* /*publicId*/,
                       int /*hasInternalPart*/) {
-    if (!systemId) return;
     guarded(self, [=](DomParser& p) {
+      p.hasType_ = true;
+      if (!systemId) return;
       p.warn("The external part of the document type, '" + TAVString(systemId) + "', is not read.");
     });
   }
@@ -86,8 +101,8 @@ void DomParser::FreeParser::operator()(XML_ParserStruct* parser) const noexcept 
   XML_ParserFree(parser);
 }
 
-DomParser::DomParser(DomStorage& storage, TAVLog* log, const DomLimits& limits, std::string_view document)
-    : storage_(storage), log_(log), limits_(limits), document_(document), parser_(XML_ParserCreate(nullptr)) {
+DomParser::DomParser(DomStorage& storage, TAVLog* log, std::string_view document)
+    : storage_(storage), log_(log), document_(document), parser_(XML_ParserCreate(nullptr)) {
   // Without Expat's own namespaces: they would drop the prefixes, and refuse those that real files never
   // declare.
   XML_Parser parser = parser_.get();
@@ -100,8 +115,8 @@ DomParser::DomParser(DomStorage& storage, TAVLog* log, const DomLimits& limits, 
   XML_SetExternalEntityRefHandler(parser, Callbacks::externalEntity);
   XML_SetSkippedEntityHandler(parser, Callbacks::skippedEntity);
   XML_SetUnknownEncodingHandler(parser, Callbacks::unknownEncoding, nullptr);
-  XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, limits_.amplification);
-  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, limits_.threshold);
+  XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser, kMaxAmplification);
+  XML_SetBillionLaughsAttackProtectionActivationThreshold(parser, kAmplificationThreshold);
 }
 
 DomParser::~DomParser() = default;
@@ -144,6 +159,7 @@ void DomParser::start(const char* name, const char** attributes) {
   std::size_t count = 0;
   for (; attributes[2 * count]; ++count)
     storage_.names.declare(attributes[2 * count], attributes[2 * count + 1]);
+  if (hasType_) countExpansion(bytesOf(name, attributes));
   frame.element.name_ = storage_.names.tag(name);
   const XML_Size line = XML_GetCurrentLineNumber(parser_.get());
   frame.element.line_ = fits<std::uint32_t>(line) ? static_cast<std::uint32_t>(line) : 0xFFFFFFFF;
@@ -153,11 +169,6 @@ void DomParser::start(const char* name, const char** attributes) {
 
 void DomParser::readAttributes(const char** attributes, std::size_t count, TAVDOMElement& element) {
   const auto specified = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_.get())) / 2;
-  // Many default values of one tag would cost every empty element of it more than the document itself.
-  defaultBytes_ += (count - specified) * sizeof(DomAttribute);
-  const auto parsed = static_cast<float>(XML_GetCurrentByteIndex(parser_.get()));
-  if (defaultBytes_ > limits_.threshold && static_cast<float>(defaultBytes_) > limits_.amplification * parsed)
-    return stop("its document type gives too many attribute values");
   auto* place = static_cast<DomAttribute*>(
       storage_.arena.allocate(count * sizeof(DomAttribute), alignof(DomAttribute)));
   for (std::size_t i = 0; i < count; ++i) {
@@ -178,7 +189,20 @@ std::string_view DomParser::defaultValue(const char* value) {
   return place->second;
 }
 
+// Whatever a document type makes of a document, entities and default values, must not outgrow what is
+// written: every name of it may stand in many lines of the outputs.
+void DomParser::countExpansion(std::size_t bytes) {
+  // What comes from an entity comes at the place of its reference.
+  const XML_Index place = XML_GetCurrentByteIndex(parser_.get());
+  const auto written =
+      place == lastPlace_ ? 0 : static_cast<std::size_t>(XML_GetCurrentByteCount(parser_.get()));
+  lastPlace_ = place;
+  expansion_ += bytes - std::min(bytes, written * kLongestCharacter);
+  if (expansion_ > TAVDOM::kMaxExpansion) stop(kTooMuch);
+}
+
 void DomParser::addText(std::string_view text) {
+  if (hasType_) countExpansion(text.size());
   if (!fits<std::uint32_t>(text_.size() - open_.back().textStart + text.size()))
     return stop("an element holds more than 4 GB of text");
   text_ += text;
@@ -246,7 +270,7 @@ TAVString DomParser::causeOf(int error) const {
     return TAVString("the document ends inside <") + openElement();
   if (error == XML_ERROR_NO_ELEMENTS) return "the document has no element";
   if (error == XML_ERROR_UNKNOWN_ENCODING) return "the declared encoding is unknown";
-  if (error == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) return "its entities expand to too much text";
+  if (error == XML_ERROR_AMPLIFICATION_LIMIT_BREACH) return kTooMuch;
   const char* words = XML_ErrorString(static_cast<XML_Error>(error));
   return words ? words : TAVString("parser error ") + std::to_string(error);
 }

@@ -25,13 +25,6 @@ struct DomStorage {
   DomNames names{arena};
 };
 
-/// How much a document may make out of its own size: more than `threshold` bytes at most `amplification`
-/// times as many as it has.
-struct DomLimits {
-  float amplification;
-  std::uint64_t threshold;
-};
-
 /// Throws the TAVException for a document that cannot be read at all.
 [[noreturn]] void failForDocument(std::string_view document, std::string_view cause);
 
@@ -45,7 +38,7 @@ class DomParser {
   /// Called after each chunk with the bytes read so far and the size of the document.
   using Progress = std::function<void(std::uint64_t bytesRead, std::uint64_t bytesTotal)>;
 
-  DomParser(DomStorage& storage, TAVLog* log, const DomLimits& limits, std::string_view document);
+  DomParser(DomStorage& storage, TAVLog* log, std::string_view document);
   DomParser(const DomParser&) = delete;
   DomParser& operator=(const DomParser&) = delete;
   ~DomParser();
@@ -66,6 +59,7 @@ class DomParser {
   void readAttributes(const char** attributes, std::size_t count, TAVDOMElement& element);
   std::string_view defaultValue(const char* value);
   void addText(std::string_view text);
+  void countExpansion(std::size_t bytes);
   void end();
   void placeChildren(TAVDOMElement& element, std::span<const TAVDOMElement> children);
   const ChildIndex* indexOf(std::span<const TAVDOMElement> children) const;
@@ -76,7 +70,6 @@ class DomParser {
 
   DomStorage& storage_;
   TAVLog* log_;
-  DomLimits limits_;
   std::string_view document_;
   struct FreeParser {
     void operator()(XML_ParserStruct* parser) const noexcept;
@@ -86,8 +79,10 @@ class DomParser {
   std::vector<TAVDOMElement> closed_;  // elements whose parent is still open
   std::string text_;
   std::unordered_map<const char*, std::string_view> defaults_;  // attribute values of the document type
-  std::uint64_t defaultBytes_ = 0;
-  std::string cause_;  // why a handler stopped the parser, and where
+  bool hasType_ = false;         // whether there is a document type, which may make more of the document
+  std::uint64_t expansion_ = 0;  // bytes that came from it
+  std::int64_t lastPlace_ = -1;  // in the document, of the last event that was counted
+  std::string cause_;            // why a handler stopped the parser, and where
   std::exception_ptr failure_;
   std::uint64_t causeLine_ = 0;
   std::uint64_t causeColumn_ = 0;

@@ -26,6 +26,7 @@ class ExpressionParser {
  private:
   static constexpr std::string_view kValue = "a value";
   static constexpr std::string_view kOperator = "an operator";
+  static constexpr std::string_view kDepth = "at most 1,000 levels";
 
   enum class Open : std::uint8_t { root, tuple, window, call, set, caseOf };
   enum class CasePart : std::uint8_t { input, condition, value, otherwise };
@@ -73,6 +74,7 @@ class ExpressionParser {
   void reference();
   void call();
   void wantValue();
+  bool passOverOpening();
   void open(Open what, NodeId id);
   [[nodiscard]] bool isPieceEmpty() const;
   NodeId takePiece();
@@ -116,6 +118,8 @@ class ExpressionParser {
   std::size_t openBrackets_ = 0;  // of tuples and calls
   std::size_t openBraces_ = 0;
   std::size_t openCases_ = 0;
+  std::size_t passedBrackets_ = 0;  // of those that are too deep
+  std::size_t passedBraces_ = 0;
 };
 
 }  // namespace tav

@@ -82,6 +82,7 @@ void ExpressionParser::wantValue() {
 void ExpressionParser::operand() {
   if (sql_ && token_.bare && sqlWord()) return;
   wantValue();
+  if (frames_.size() > kMaxExpressionDepth && passOverOpening()) return;
   switch (token_.kind) {
     case Token::Kind::reference:
       return reference();
@@ -118,9 +119,22 @@ void ExpressionParser::call() {
     append(id, add(Kind::reference, token.text.substr(0, token.lastPart - 1), token.begin, token.end));
 }
 
+/// What stands in brackets that are too deep is read as if it stood in those around them: the brackets
+/// themselves would take fifty times the memory of the text.
+bool ExpressionParser::passOverOpening() {
+  const bool isCall = token_.kind == Token::Kind::call && token_.parts == 1;
+  const bool isBrace = token_.kind == Token::Kind::openBrace;
+  if (!isCall && !isBrace && token_.kind != Token::Kind::openBracket) return false;
+  fail(kDepth);
+  if (isCall) take();  // the bracket is next, or it would be no call
+  ++(isBrace ? passedBraces_ : passedBrackets_);
+  take();
+  return true;
+}
+
 /// Starts what the token at hand opens.
 void ExpressionParser::open(Open what, NodeId id) {
-  if (frames_.size() > kMaxExpressionDepth) fail("at most 1,000 levels");
+  if (frames_.size() > kMaxExpressionDepth) fail(kDepth);
   openBrackets_ += what == Open::tuple || what == Open::window || what == Open::call ? 1 : 0;
   openBraces_ += what == Open::set ? 1 : 0;
   openCases_ += what == Open::caseOf ? 1 : 0;
@@ -175,6 +189,10 @@ void ExpressionParser::comma() {
 }
 
 void ExpressionParser::close(bool brace) {
+  if (std::size_t& passed = brace ? passedBraces_ : passedBrackets_; passed > 0) {
+    --passed;
+    return take();
+  }
   if ((brace ? openBraces_ : openBrackets_) == 0) return skip(brace ? "\"{\" before it" : "\"(\" before it");
   while (frame().open == Open::caseOf || (frame().open == Open::set) != brace) closeFrame(true);
   closeFrame(false);

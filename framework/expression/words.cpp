@@ -9,7 +9,7 @@ namespace tav {
 
 namespace {
 
-// Both sorted.
+// All sorted.
 constexpr std::array<std::string_view, 22> kFlags{"AFTER",
                                                   "ALL",
                                                   "ASC",
@@ -35,6 +35,44 @@ constexpr std::array<std::string_view, 22> kFlags{"AFTER",
 constexpr std::array<std::string_view, 9> kWordFirst{"CONVERT",      "DATEADD",     "DATEDIFF",
                                                      "DATEDIFF_BIG", "DATENAME",    "DATEPART",
                                                      "DATETRUNC",    "DATE_BUCKET", "TRY_CONVERT"};
+
+constexpr std::array<std::string_view, 37> kMemberWords{"ALLMEMBERS",
+                                                        "CAPTION",
+                                                        "CHILDREN",
+                                                        "COUNT",
+                                                        "CURRENT",
+                                                        "CURRENTMEMBER",
+                                                        "CURRENTORDINAL",
+                                                        "DATAMEMBER",
+                                                        "DEFAULTMEMBER",
+                                                        "DIMENSION",
+                                                        "DIMENSIONS",
+                                                        "FIRSTCHILD",
+                                                        "FIRSTSIBLING",
+                                                        "HIERARCHY",
+                                                        "ID",
+                                                        "KEY",
+                                                        "LASTCHILD",
+                                                        "LASTSIBLING",
+                                                        "LEVEL",
+                                                        "LEVELS",
+                                                        "LEVEL_NUMBER",
+                                                        "MEMBERS",
+                                                        "MEMBERVALUE",
+                                                        "MEMBER_CAPTION",
+                                                        "MEMBER_KEY",
+                                                        "MEMBER_NAME",
+                                                        "MEMBER_UNIQUE_NAME",
+                                                        "MEMBER_VALUE",
+                                                        "NAME",
+                                                        "NEXTMEMBER",
+                                                        "ORDINAL",
+                                                        "PARENT",
+                                                        "PREVMEMBER",
+                                                        "SIBLINGS",
+                                                        "UNIQUENAME",
+                                                        "UNKNOWNMEMBER",
+                                                        "VALUE"};
 
 struct SqlOperator {
   std::string_view word;
@@ -80,6 +118,10 @@ bool takesWordFirst(std::string_view function) noexcept {
 bool isEscapeWord(std::string_view text, char following) noexcept {
   if (isWord(text, "FN")) return foldCase(following) >= 'a' && foldCase(following) <= 'z';
   return following == '\'' && (isWord(text, "D") || isWord(text, "T") || isWord(text, "TS"));
+}
+
+bool isMemberWord(std::string_view text) noexcept {
+  return contains(kMemberWords, text);
 }
 
 Op sqlOperatorOf(std::string_view text, bool negated) noexcept {

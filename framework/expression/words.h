@@ -19,6 +19,9 @@ TAV_API bool isWord(std::string_view text, std::string_view upper) noexcept;
 /// A whole argument of a call that says how the call works, such as DESC or SELF_AND_AFTER.
 bool isFlagWord(std::string_view text) noexcept;
 
+/// A word behind a name in MDX that asks something of what the name means, such as CurrentMember.
+TAV_API bool isMemberWord(std::string_view text) noexcept;
+
 /// A SQL function whose first argument is a data type or a part of a date, not a value.
 bool takesWordFirst(std::string_view function) noexcept;
 

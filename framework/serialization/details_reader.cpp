@@ -1,5 +1,7 @@
 #include "framework/serialization/details_reader.h"
 
+#include <algorithm>
+
 #include "framework/serialization/model_format.h"
 
 namespace tav {
@@ -66,14 +68,36 @@ class DetailsReader {
   void readRelation(const TAVDOMElement& element) {
     const auto kind = relationKindOf(element.getTagName());
     if (!kind) failAt(element, "'" + std::string(element.getTagName()) + "' is no kind of relation");
-    details_->relate(*kind, itemOf(element, kFrom), itemOf(element, kTo), element.getAttribute(kText));
+    const std::string_view text = element.getAttribute(kText);
+    const std::string_view ends = element.getAttribute(kEnds);
+    if (ends.empty()) return details_->relate(*kind, itemOf(element, kFrom), itemOf(element, kTo), text);
+    NumberList from(*this, element, kEnds);
+    NumberList to(*this, element, kEnds);
+    forEachWord(ends, [&](std::string_view word) {
+      const std::size_t colon = word.find(':');
+      if (colon != word.npos) to.goOn(word.substr(0, colon));
+      from.goOn(colon == word.npos ? word : word.substr(colon + 1));
+      details_->relate(*kind, from.item(), to.item(), text);
+    });
   }
 
+  /// The settings of one name, or, as they were written before, those of one item.
   void readSettings(const TAVDOMElement& element) {
-    const ItemId item = itemOf(element, kSettingItem);
+    if (element.getTagName() == kSettingsOfItem) return readSettingsOfItem(element);
+    const std::string_view name = element.getAttribute(kNameAttribute);
+    for (const TAVDOMElement& value : element.getElements()) {
+      NumberList items(*this, value, kOf);
+      forEachWord(value.getAttribute(kOf), [&](std::string_view word) {
+        items.goOn(word);
+        details_->set(items.item(), name, value.getAttribute(kValue));
+      });
+    }
+  }
+
+  void readSettingsOfItem(const TAVDOMElement& element) {
+    const ItemId item = itemOf(element, kRef);
     for (const DomAttribute& attribute : element.getAttributes())
-      if (attribute.name->written != kSettingItem)
-        details_->set(item, attribute.name->written, attribute.value);
+      if (attribute.name->written != kRef) details_->set(item, attribute.name->written, attribute.value);
     for (const TAVDOMElement& setting : element.getElements())
       details_->set(item, setting.getAttribute(kNameAttribute), setting.getAttribute(kValue));
   }
@@ -81,7 +105,7 @@ class DetailsReader {
   void readOpenName(const TAVDOMElement& element) {
     const auto state = openNameStateOf(element.getAttribute(kState));
     if (!state) failAt(element, "'" + std::string(element.getAttribute(kState)) + "' is no state of a name");
-    details_->addOpenName(itemOf(element, kSettingItem), element.getAttribute(kNameAttribute), *state,
+    details_->addOpenName(itemOf(element, kRef), element.getAttribute(kNameAttribute), *state,
                           element.getAttribute(kNote));
   }
 
@@ -94,14 +118,16 @@ class DetailsReader {
   [[nodiscard]] std::uint32_t numberOf(const TAVDOMElement& element, std::string_view name) const {
     std::uint32_t number = 0;
     const std::string_view text = element.getAttribute(name);
-    if (!parseNumber(text, number))
-      failAt(element, "'" + std::string(name) + "' is '" + std::string(text) + "', not a number");
+    if (!parseNumber(text, number)) failAt(element, noNumber(name, text));
     return number;
   }
 
   /// The item that an attribute names by its id: one of the details, or an object of the model.
   ItemId itemOf(const TAVDOMElement& element, std::string_view name) {
-    const std::uint32_t id = numberOf(element, name);
+    return itemOf(element, name, numberOf(element, name));
+  }
+
+  ItemId itemOf(const TAVDOMElement& element, std::string_view name, std::uint32_t id) {
     if (const auto item = items_.find(id); item != items_.end()) return item->second;
     const auto object = objects_.find(id);
     const auto* modelObject = object == objects_.end() ? nullptr : as<TAVModelObject>(object->second);
@@ -109,6 +135,43 @@ class DetailsReader {
       failAt(element,
              "'" + std::string(name) + "' names the object '" + std::to_string(id) + "', which is not there");
     return details_->itemOf(*modelObject);
+  }
+
+  /// Reads ids that are told by how far each lies behind the one before.
+  class NumberList {
+   public:
+    NumberList(DetailsReader& reader, const TAVDOMElement& element, std::string_view name)
+        : reader_(reader), element_(element), name_(name) {}
+
+    void goOn(std::string_view word) {
+      std::int32_t distance = 0;
+      if (!parseNumber(word, distance)) reader_.failAt(element_, noNumber(name_, word));
+      number_ += static_cast<std::uint32_t>(distance);
+      item_ = reader_.itemOf(element_, name_, number_);
+    }
+    /// The last one; fails where there is none.
+    [[nodiscard]] ItemId item() const {
+      if (item_ == kNoItem) reader_.failAt(element_, noNumber(name_, {}));
+      return item_;
+    }
+
+   private:
+    DetailsReader& reader_;
+    const TAVDOMElement& element_;
+    std::string_view name_;
+    std::uint32_t number_ = 0;
+    ItemId item_ = kNoItem;
+  };
+
+  static std::string noNumber(std::string_view name, std::string_view text) {
+    return "'" + std::string(name) + "' is '" + std::string(text) + "', not a number";
+  }
+
+  template <class Use> static void forEachWord(std::string_view text, Use use) {
+    for (std::size_t end = 0; end != text.npos; text.remove_prefix(std::min(end + 1, text.size()))) {
+      end = text.find(' ');
+      use(text.substr(0, end));
+    }
   }
 
   const LoadedObjects& objects_;

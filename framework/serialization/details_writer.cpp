@@ -1,10 +1,13 @@
 #include "framework/serialization/details_writer.h"
 
 #include <algorithm>
-#include <numeric>
-#include <unordered_set>
+#include <span>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "framework/serialization/model_format.h"
+#include "framework/serialization/ordered_groups.h"
 #include "framework/serialization/xml_text.h"
 #include "framework/std/mask.h"
 
@@ -13,18 +16,8 @@ namespace {
 
 constexpr std::size_t kFlushSize = std::size_t{1} << 18;
 
-bool isLetter(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
-}
-
-/// Whether a setting's name can be that of an attribute. XML keeps names that begin with "xml" for itself.
-bool isAttributeName(std::string_view name) {
-  const auto isNameCharacter = [](char c) {
-    return isLetter(c) || (c >= '0' && c <= '9') || c == '.' || c == '-';
-  };
-  return !name.empty() && isLetter(name.front()) && name != kSettingItem && (name.front() | 0x20) != 'x' &&
-         std::all_of(name.begin(), name.end(), isNameCharacter);
-}
+/// Lists are cut into elements of about so many bytes, for tools that read line by line.
+constexpr std::size_t kListSize = 1000;
 
 class DetailsWriter {
  public:
@@ -71,63 +64,88 @@ class DetailsWriter {
   }
 
   void writeRelations() {
-    for (const DetailRelation& relation : details_.relations()) {
-      open(rowOf(relation.kind).name);
-      number(kFrom, numbers_[relation.from]);
-      number(kTo, numbers_[relation.to]);
-      optional(kText, relation.text);
-      close();
+    const auto relations = details_.relations();
+    OrderedGroups groups(numbers_.size(), OrderedGroups::Repeats::together);
+    for (std::uint32_t i = 0; i < relations.size(); ++i) {
+      const DetailRelation& relation = relations[i];
+      groups.add(static_cast<std::uint8_t>(relation.kind), relation.text, i, {relation.from, relation.to});
     }
+    for (const EntryGroup& group : groups.groups())
+      for (std::span<const std::uint32_t> rest(group.entries); !rest.empty();)
+        rest = rest.subspan(writeEnds(relations, rest));
   }
 
-  /// Those of one item stand together, in their order.
+  /// Of relations that have one kind and text, as many as an element holds; returns how many those are.
+  std::size_t writeEnds(std::span<const DetailRelation> relations, std::span<const std::uint32_t> places) {
+    const DetailRelation& first = relations[places.front()];
+    open(rowOf(first.kind).name);
+    optional(kText, first.text);
+    beginList(kEnds);
+    std::uint32_t from = 0;
+    std::uint32_t to = 0;
+    std::size_t count = 0;
+    while (count < places.size() && !isListFull()) {
+      const DetailRelation& relation = relations[places[count]];
+      nextOfList();
+      if (count == 0 || numbers_[relation.to] != to) {
+        distance(to, numbers_[relation.to]);
+        text_ += ':';
+      }
+      distance(from, numbers_[relation.from]);
+      ++count;
+    }
+    endList();
+    return count;
+  }
+
   void writeSettings() {
     const auto settings = details_.settings();
-    std::vector<std::uint32_t> places(settings.size());
-    std::iota(places.begin(), places.end(), 0U);
-    std::stable_sort(places.begin(), places.end(),
-                     [&](std::uint32_t a, std::uint32_t b) { return settings[a].item < settings[b].item; });
-    for (std::size_t i = 0; i < places.size();) {
-      std::size_t end = i;
-      while (end < places.size() && settings[places[end]].item == settings[places[i]].item) ++end;
-      writeSettingsOf(std::span(places).subspan(i, end - i));
-      i = end;
-    }
+    OrderedGroups groups(numbers_.size(), OrderedGroups::Repeats::apart);
+    for (std::uint32_t i = 0; i < settings.size(); ++i)
+      groups.add(0, settings[i].name, i, {settings[i].item});
+    for (const EntryGroup& group : groups.groups()) writeSettingsOf(group);
   }
 
-  void writeSettingsOf(std::span<const std::uint32_t> places) {
+  /// Those of one name, which no item has twice: together where they have one value, too.
+  void writeSettingsOf(const EntryGroup& group) {
     const auto settings = details_.settings();
-    open(kSettingsOfItem);
-    number(kSettingItem, numbers_[settings[places.front()].item]);
-    // An element has each attribute once, and only so many that telling them apart takes no time.
-    constexpr std::size_t kMostAttributes = 64;
-    std::unordered_set<std::string_view> written;
-    std::vector<std::uint32_t> rest;
-    for (const std::uint32_t place : places) {
-      const auto& [item, name, value] = settings[place];
-      // Attributes are read before what the element holds: behind the first that is none, all are elements.
-      if (rest.empty() && written.size() < kMostAttributes && isAttributeName(name) &&
-          written.insert(name).second)
-        attribute(name, shown(name, value));
-      else
-        rest.push_back(place);
+    std::unordered_map<std::string_view, std::uint32_t> values;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> places;  // behind the number of their value
+    places.reserve(group.entries.size());
+    for (const std::uint32_t place : group.entries) {
+      const auto number = static_cast<std::uint32_t>(values.size());
+      places.emplace_back(values.try_emplace(settings[place].value, number).first->second, place);
     }
-    if (rest.empty()) return close();
+    std::sort(places.begin(), places.end());
+    open(kSetting);
+    attribute(kNameAttribute, group.text);
     text_ += ">\n";
-    for (const std::uint32_t place : rest) {
-      text_ += ' ';
-      open(kSetting);
-      attribute(kNameAttribute, settings[place].name);
-      optional(kValue, shown(settings[place].name, settings[place].value));
-      close();
+    for (std::span rest(places); !rest.empty();) rest = rest.subspan(writeValue(rest));
+    text_.append("    </").append(kSetting).append(">\n");
+  }
+
+  /// A value with as many of the items that have it as an element holds; returns how many those are.
+  std::size_t writeValue(std::span<const std::pair<std::uint32_t, std::uint32_t>> places) {
+    const DetailSetting& first = details_.settings()[places.front().second];
+    text_ += ' ';
+    open(kIs);
+    optional(kValue, shown(first.name, first.value));
+    beginList(kOf);
+    std::uint32_t item = 0;
+    std::size_t count = 0;
+    while (count < places.size() && places[count].first == places.front().first && !isListFull()) {
+      nextOfList();
+      distance(item, numbers_[details_.settings()[places[count].second].item]);
+      ++count;
     }
-    text_.append("    </").append(kSettingsOfItem).append(">\n");
+    endList();
+    return count;
   }
 
   void writeOpenNames() {
     for (const OpenName& name : details_.openNames()) {
       open(kOpenName);
-      number(kSettingItem, numbers_[name.item]);
+      number(kRef, numbers_[name.item]);
       attribute(kNameAttribute, name.name);
       attribute(kState, openNameStateText(name.state));
       optional(kNote, name.note);
@@ -167,6 +185,25 @@ class DetailsWriter {
   void number(std::string_view name, std::int64_t value) {
     text_.append(" ").append(name).append("=\"").append(std::to_string(value)).append("\"");
   }
+
+  void beginList(std::string_view name) {
+    text_.append(" ").append(name).append("=\"");
+    listStart_ = text_.size();
+  }
+  void nextOfList() {
+    if (text_.size() != listStart_) text_ += ' ';
+  }
+  [[nodiscard]] bool isListFull() const noexcept { return text_.size() - listStart_ >= kListSize; }
+  void endList() {
+    text_ += '"';
+    close();
+  }
+  /// How far a number lies behind the last one, which it becomes.
+  void distance(std::uint32_t& last, std::uint32_t number) {
+    text_ += std::to_string(std::int64_t{number} - std::int64_t{last});
+    last = number;
+  }
+
   void flush() {
     out_.write(text_.data(), static_cast<std::streamsize>(text_.size()));
     text_.clear();
@@ -176,6 +213,7 @@ class DetailsWriter {
   std::ostream& out_;
   Passwords passwords_;
   std::string text_;
+  std::size_t listStart_ = 0;           // in the text
   std::vector<std::uint32_t> numbers_;  // by item
 };
 

@@ -24,12 +24,21 @@ inline constexpr std::string_view kPassedOver = "passedOver";
 inline constexpr std::string_view kOwner = "owner";
 inline constexpr std::string_view kText = "text";
 inline constexpr std::string_view kLanguage = "language";
+/// The relations of one kind and text: "TO:FROM" for each, "FROM" alone where the end before is meant. All
+/// numbers tell how far an id lies behind the one before at the same end of the same element.
+inline constexpr std::string_view kEnds = "ends";
+/// The settings of one name; each value with the items that have it, by how far their ids lie behind the one
+/// before.
+inline constexpr std::string_view kSetting = "setting";
+inline constexpr std::string_view kIs = "is";
+inline constexpr std::string_view kValue = "value";
+inline constexpr std::string_view kOf = "of";
+/// The item of an open name.
+inline constexpr std::string_view kRef = "ref";
+/// One relation, and the settings of one item: each an attribute, or an element "setting" with a name.
 inline constexpr std::string_view kFrom = "from";
 inline constexpr std::string_view kTo = "to";
 inline constexpr std::string_view kSettingsOfItem = "item";
-inline constexpr std::string_view kSettingItem = "ref";
-inline constexpr std::string_view kSetting = "setting";
-inline constexpr std::string_view kValue = "value";
 inline constexpr std::string_view kOpenName = "openName";
 inline constexpr std::string_view kState = "state";
 inline constexpr std::string_view kNote = "note";

@@ -214,6 +214,10 @@ void XMLCALL rootFound(void* data, const XML_Char* name, const XML_Char** /*attr
   XML_StopParser(finder.parser, XML_FALSE);
 }
 
+[[noreturn]] void failToRead(const TAVString& path, const FileReader& file) {
+  fail("TAVDOM_F0001", path + ": " + TAVString(file.getError()));
+}
+
 }  // namespace
 
 SavedDocument loadDocument(const TAVString& path) {
@@ -239,17 +243,19 @@ Owned<TAVModel> loadModelText(std::string_view text, std::string_view name) {
 }
 
 bool isSavedModel(const TAVString& path) {
+  if (!TAVFile(path).exists()) return false;
   FileReader file;
-  if (!file.open(path.str())) return false;
+  if (!file.open(path.str())) failToRead(path, file);
   const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate(nullptr),
                                                                             &XML_ParserFree);
-  if (!parser) return false;
+  if (!parser) throw std::bad_alloc();
   RootFinder finder{parser.get(), {}};
   XML_SetUserData(parser.get(), &finder);
   XML_SetStartElementHandler(parser.get(), &rootFound);
   std::array<char, 4096> bytes{};
   for (bool first = true;; first = false) {
     const std::size_t size = file.read(bytes.data(), bytes.size());
+    if (!file.getError().empty()) failToRead(path, file);
     if (first) XML_SetEncoding(parser.get(), encodingInSpiteOf({bytes.data(), size}));
     const auto status = XML_Parse(parser.get(), bytes.data(), static_cast<int>(size), size == 0);
     if (status != XML_STATUS_OK || size == 0) return finder.root == typeText<TAVMultiModel>();

@@ -32,8 +32,9 @@ TAV_API SavedModel loadSavedModelText(std::string_view text, std::string_view na
 TAV_API Owned<TAVModel> loadModel(const TAVString& path);
 TAV_API Owned<TAVModel> loadModelText(std::string_view text, std::string_view name);
 
-/// Whether the file's root element is that of a saved model. False also for a file that cannot be read or
-/// whose first tag cannot be parsed. Reads no further than that tag.
+/// Whether the file's root element is that of a saved model. False also for what is no file, or whose first
+/// tag cannot be parsed. Reads no further than that tag. Throws "[TAVDOM_F0001] path: cause" for a file that
+/// cannot be read.
 TAV_API bool isSavedModel(const TAVString& path);
 
 }  // namespace tav

@@ -18,8 +18,12 @@ constexpr std::string_view kHead = R"(<?xml version="1.0" encoding="UTF-8"?>
    objects, by their ids, are attributes; what it contains stands in elements named after its roles. An
    attribute is left out when it has its default: the empty text, 0, false. Ids are given in document order.
    Details, where a document has them, tell what the definition says beyond the model: items that only they have,
-   relations from what is named to what names it, settings (each an attribute of its item, or an element where its
-   name is no attribute's), names in expressions that lead to nothing, and what was passed over.
+   relations from what is named to what names it, settings, names in expressions that lead to nothing, and what was
+   passed over. Many relations have one kind, and many settings one name and value, so that each of these is written
+   once, with a list of ids. The numbers of such a list are distances: the first is an id, and each other one tells
+   how far the next id lies behind the one before, or before it. In "ends", "12:7 1 3:-2" are the relations from 7 to
+   12, from 8 to 12 and from 6 to 15. Before, each relation had an element with "from" and "to", and the settings
+   of each item stood in an element "item".
   </xs:documentation>
  </xs:annotation>
  <xs:simpleType name="id">
@@ -33,6 +37,14 @@ constexpr std::string_view kHead = R"(<?xml version="1.0" encoding="UTF-8"?>
     <xs:list itemType="id"/>
    </xs:simpleType>
    <xs:minLength value="1"/>
+  </xs:restriction>
+ </xs:simpleType>
+ <xs:simpleType name="distances">
+  <xs:list itemType="xs:int"/>
+ </xs:simpleType>
+ <xs:simpleType name="ends">
+  <xs:restriction base="xs:string">
+   <xs:pattern value="-?[0-9]+:-?[0-9]+( (-?[0-9]+:)?-?[0-9]+)*"/>
   </xs:restriction>
  </xs:simpleType>
  <xs:simpleType name="flag">
@@ -88,11 +100,23 @@ void writeDetailsTypes(std::ostream& out) {
   <xs:attribute name="text" type="xs:string"/>
  </xs:complexType>
  <xs:complexType name="relation">
-  <xs:attribute name="from" type="id" use="required"/>
-  <xs:attribute name="to" type="id" use="required"/>
   <xs:attribute name="text" type="xs:string"/>
+  <xs:attribute name="ends" type="ends"/>
+  <xs:attribute name="from" type="id"/>
+  <xs:attribute name="to" type="id"/>
  </xs:complexType>
- <xs:complexType name="settings">
+ <xs:complexType name="setting">
+  <xs:sequence>
+   <xs:element name="is" maxOccurs="unbounded">
+    <xs:complexType>
+     <xs:attribute name="value" type="xs:string"/>
+     <xs:attribute name="of" type="distances" use="required"/>
+    </xs:complexType>
+   </xs:element>
+  </xs:sequence>
+  <xs:attribute name="name" type="xs:string"/>
+ </xs:complexType>
+ <xs:complexType name="settingsOfItem">
   <xs:sequence>
    <xs:element name="setting" minOccurs="0" maxOccurs="unbounded">
     <xs:complexType>
@@ -116,30 +140,36 @@ void writeDetailsTypes(std::ostream& out) {
 )";
 }
 
-/// An element that holds any number of elements of these names and one type.
-template <class Names>
-void writeDetailsPart(std::ostream& out, std::string_view part, std::string_view type, const Names& names) {
+struct PartElement {
+  std::string_view name;
+  std::string_view type;
+};
+
+/// An element that holds any number of such elements.
+void writeDetailsPart(std::ostream& out, std::string_view part, const std::vector<PartElement>& elements) {
   out << "   <xs:element name=\"" << part << "\">\n    <xs:complexType>\n"
       << "     <xs:choice minOccurs=\"0\" maxOccurs=\"unbounded\">\n";
-  for (const std::string_view name : names)
-    out << "      <xs:element name=\"" << name << "\" type=\"" << type << "\"/>\n";
+  for (const PartElement& element : elements)
+    out << "      <xs:element name=\"" << element.name << "\" type=\"" << element.type << "\"/>\n";
   out << "     </xs:choice>\n    </xs:complexType>\n   </xs:element>\n";
 }
 
-template <class Kind> std::vector<std::string_view> namesOf(std::size_t count) {
-  std::vector<std::string_view> names;
-  for (std::size_t i = 0; i < count; ++i) names.push_back(rowOf(static_cast<Kind>(i)).name);
-  return names;
+/// An element of this type for each kind.
+template <class Kind> std::vector<PartElement> elementsOf(std::size_t count, std::string_view type) {
+  std::vector<PartElement> elements;
+  elements.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) elements.push_back({rowOf(static_cast<Kind>(i)).name, type});
+  return elements;
 }
 
 void writeDetailsContent(std::ostream& out) {
   writeDetailsTypes(out);
   out << " <xs:complexType name=\"" << kDetailsContent << "\">\n  <xs:sequence>\n";
-  writeDetailsPart(out, kItems, "item", namesOf<ObjectKind>(kObjectKindCount));
-  writeDetailsPart(out, kRelations, "relation", namesOf<RelationKind>(kRelationKindCount));
-  writeDetailsPart(out, kSettings, "settings", std::array{kSettingsOfItem});
-  writeDetailsPart(out, kOpenNames, "openName", std::array{kOpenName});
-  writeDetailsPart(out, kPassedOver, "passedOver", namesOf<PassedOver>(kPassedOverCount));
+  writeDetailsPart(out, kItems, elementsOf<ObjectKind>(kObjectKindCount, "item"));
+  writeDetailsPart(out, kRelations, elementsOf<RelationKind>(kRelationKindCount, "relation"));
+  writeDetailsPart(out, kSettings, {{kSetting, "setting"}, {kSettingsOfItem, "settingsOfItem"}});
+  writeDetailsPart(out, kOpenNames, {{kOpenName, "openName"}});
+  writeDetailsPart(out, kPassedOver, elementsOf<PassedOver>(kPassedOverCount, "passedOver"));
   out << "  </xs:sequence>\n";
   writeAttribute(out, kElementTypeAttribute, "xs:int",
                  " use=\"required\" fixed=\"" + std::to_string(kDetailsElementType) + "\"");

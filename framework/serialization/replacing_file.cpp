@@ -102,9 +102,13 @@ mode_t modeOfNewFiles() noexcept {
   return 0666 & ~mask;
 }
 
-void syncFolderOf(const std::string& path) {
+std::string folderOf(const std::string& path) {
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  return folder.empty() ? "." : folder.string();
+}
+
+void syncFolder(const std::string& folder) noexcept {
+  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return;  // some file systems do not let a folder be opened; the file itself is on disk
   fsync(descriptor);
   close(descriptor);
@@ -115,7 +119,8 @@ void syncFolderOf(const std::string& path) {
 /// The descriptor that is written to, with the path that it will have.
 class ReplacingFile::Buffer : public std::streambuf {
  public:
-  explicit Buffer(const TAVString& target) : target_(targetOf(target.str())), bytes_(kBufferSize) {
+  explicit Buffer(const TAVString& target)
+      : target_(targetOf(target.str())), folder_(folderOf(target_)), bytes_(kBufferSize) {
     struct stat status {};
     const bool there = stat(target_.c_str(), &status) == 0;
     if (there && S_ISDIR(status.st_mode)) failWith(target_, "it is a folder");
@@ -172,13 +177,13 @@ class ReplacingFile::Buffer : public std::streambuf {
   void settle() noexcept {
     if (exchanged_) unlink(temporary_.c_str());
     if (exchanged_ || made_) leaveTemporary();
-    syncFolderOf(target_);
+    syncFolder(folder_);
   }
 
   void commit() {
     finish();
     rename();
-    syncFolderOf(target_);
+    syncFolder(folder_);
   }
 
  protected:
@@ -263,6 +268,7 @@ class ReplacingFile::Buffer : public std::streambuf {
   }
 
   std::string target_;
+  std::string folder_;     // of the target; once that is in place, nothing may take memory any longer
   std::string temporary_;  // empty once it is in place, or when the target is written to directly
   std::vector<char> bytes_;
   int descriptor_ = -1;

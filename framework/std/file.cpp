@@ -72,6 +72,8 @@ class TAVFile::Text {
     return at_ < text_.size();
   }
 
+  [[nodiscard]] const std::string& error() const noexcept { return file_.getError(); }
+
   std::string line(std::size_t limit) {
     std::string line;
     while (hasMore()) {
@@ -152,9 +154,16 @@ bool TAVFile::exists() const {
 bool TAVFile::open(int mode) {
   close();
   tav::FileReader file;
-  if (mode != kReadMode || !file.open(path_.str())) return false;
+  if (mode != kReadMode || !file.open(path_.str())) {
+    error_ = file.getError();
+    return false;
+  }
   text_ = std::make_unique<Text>(std::move(file));
   return true;
+}
+
+TAVString TAVFile::getError() const {
+  return text_ ? TAVString(text_->error()) : error_;
 }
 
 bool TAVFile::isEndOfFile() {
@@ -169,6 +178,7 @@ TAVString TAVFile::getFullLine(std::int64_t limit) {
 
 void TAVFile::close() {
   text_.reset();
+  error_ = {};
 }
 
 TAVFile TAVFile::makeTempDir(const TAVString& prefix) {

@@ -34,6 +34,8 @@ class TAV_API TAVFile {
   /// so many bytes comes in pieces of whole characters, one a call, so that the start of a line can be seen
   /// without having all of it in memory (limits below 4 count as 4). Empty at the end of the text.
   TAVString getFullLine(std::int64_t limit);
+  /// Why the text could not be opened, or not be read to its end; empty as long as nothing went wrong.
+  [[nodiscard]] TAVString getError() const;
   void close();
 
   /// A new folder of an unpredictable name that begins with `prefix`, open to its owner alone, in $TMPDIR or
@@ -46,4 +48,5 @@ class TAV_API TAVFile {
   class Text;
   TAVString path_;
   std::unique_ptr<Text> text_;
+  TAVString error_;  // of the last opening
 };

@@ -14,7 +14,7 @@ _xmla_bridge() {
   case $before in
     --format)
       case $command in
-        export) words='json openlineage csv sqlite dot mermaid' ;;
+        export) words='json openlineage datahub csv sqlite dot mermaid' ;;
         trace | impact) words='text list csv markdown json dot' ;;
         check) words='text json junit sarif github azure' ;;
         coverage) words='text json' ;;
@@ -48,8 +48,8 @@ _xmla_bridge() {
         help) words=${commands% help} ;;
         import) words="-o --out-dir --estate --jobs --prune --force --no-history --map --reports --json --no-details $messages" ;;
         export)
-          words='-o --out-dir --format --from --to --openlineage-static --server --post --post-timeout --post-attempts'
-          words+=" --map $messages"
+          words='-o --out-dir --format --from --to --openlineage-static --server --post --post-timeout --post-attempts --post-resume'
+          words+=" --datahub-env --datahub-instance --datahub-tables --map $messages"
           ;;
         trace | impact) words="-o --format --kind --depth --values --map $messages" ;;
         coverage) words="-o --format --fail-under --map $messages" ;;

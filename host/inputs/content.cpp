@@ -126,12 +126,12 @@ bool mayBeDefinition(std::string_view text) {
 
 }  // namespace
 
-std::string beginningOf(const std::string& path) {
+FileText readBeginning(const std::string& path) {
   tav::FileReader file;
-  if (!file.open(path)) return {};
+  if (!file.open(path)) return {{}, file.getError()};
   std::string bytes(kBeginning, '\0');
   bytes.resize(file.read(bytes.data(), bytes.size()));
-  return asUtf8(std::move(bytes));
+  return {asUtf8(std::move(bytes)), file.getError()};
 }
 
 bool isProject(std::string_view beginning) {
@@ -159,7 +159,7 @@ std::string foreignContent(std::string_view beginning, const std::string& path) 
 
 bool isDefinition(const std::string& path) {
   if (hasExtension(path, kDatabaseExtension)) return false;
-  const std::string beginning = beginningOf(path);
+  const std::string beginning = readBeginning(path).text;  // what cannot be read is none
   if (isContainer(beginning)) return hasExtension(path, ".pbit");
   const std::string_view text = tav::trimmed(beginning);
   if (text.starts_with('{')) return isJsonDefinition(text, path);

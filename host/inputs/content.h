@@ -5,10 +5,12 @@
 #include <string>
 #include <string_view>
 
+#include "host/inputs/file_text.h"
+
 namespace host {
 
-/// The first bytes of a file in UTF-8; empty when it cannot be read.
-std::string beginningOf(const std::string& path);
+/// The first bytes of a file in UTF-8.
+FileText readBeginning(const std::string& path);
 
 /// Whether it is the list of files of a multidimensional project.
 bool isProject(std::string_view beginning);

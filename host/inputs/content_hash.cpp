@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <vector>
 
-#include "exports/sha256.h"
 #include "framework/std/file_reader.h"
+#include "framework/std/sha256.h"
 #include "host/inputs/folder.h"
 
 namespace host {

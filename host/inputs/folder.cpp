@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "framework/serialization/model_reader.h"
+#include "framework/std/exception.h"
 #include "framework/std/string.h"
 #include "host/inputs/content.h"
 #include "host/inputs/extension.h"
@@ -52,6 +53,15 @@ struct Listing {
     return found;
   }
 };
+
+/// What cannot be read is none.
+bool isSavedModel(const std::string& path) {
+  try {
+    return tav::isSavedModel(path);
+  } catch (const TAVException&) {
+    return false;
+  }
+}
 
 class FolderWalk {
  public:
@@ -100,7 +110,7 @@ class FolderWalk {
     const std::string path = file.string();
     if (file.filename().string().starts_with('.') || !isNew(file)) return;
     if (hasExtension(path, kProjectExtension) || isDefinition(path) ||
-        (savedModels_ && tav::isSavedModel(path)))
+        (savedModels_ && isSavedModel(path)))
       found_.push_back(path);
   }
 

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "framework/serialization/model_reader.h"
+#include "framework/std/file.h"
 #include "host/inputs/container.h"
 #include "host/inputs/content.h"
 #include "host/inputs/estate_model.h"
@@ -138,7 +139,10 @@ Input openContainer(Input input) {
 
 /// A file, or what a pipe gave, by its content.
 Input openContent(Input input, MessageLog& log) {
-  const std::string beginning = beginningOf(input.path());
+  const auto [beginning, error] = readBeginning(input.path());
+  // What is not there is told by whoever reads it.
+  if (!error.empty() && TAVFile(TAVString(input.path())).exists())
+    tav::fail(tav::Message::inputNotRead, {input.name(), error});
   if (isContainer(beginning)) return openContainer(std::move(input));
   if (hasExtension(input.name(), kProjectExtension) || isProject(beginning)) {
     if (input.isInPlace()) return openProject(input.name(), log);

@@ -1,105 +1,126 @@
 #include "host/reports/mdx_names.h"
 
 #include <algorithm>
+#include <array>
 #include <set>
 #include <utility>
 
+#include "framework/expression/lexer.h"
+#include "framework/expression/words.h"
+#include "framework/std/dotted_name.h"
 #include "framework/std/string.h"
 
 namespace host {
 namespace {
 
-bool isWordCharacter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-         static_cast<unsigned char>(c) >= 0x80;
+using tav::Token;
+using Name = std::vector<std::string>;
+
+Name folded(const Name& name) {
+  Name all;
+  all.reserve(name.size());
+  for (const std::string& part : name) all.push_back(tav::foldCase(part));
+  return all;
 }
 
-class Scanner {
- public:
-  explicit Scanner(std::string_view text) : text_(text) {}
+bool isBareWord(const Token& token, std::string_view upper) {
+  return token.bare && tav::isWord(token.text, upper);
+}
 
-  std::vector<std::vector<std::string>> scan() {
-    while (at_ < text_.size()) step();
-    std::erase_if(names_, [&](const auto& name) { return own_.contains(folded(name)); });
+/// What stands between the quotes of a text, doubled ones made single.
+std::string unquoted(std::string_view text) {
+  std::string inner;
+  for (std::size_t i = 1; i + 1 < text.size(); ++i) {
+    inner += text[i];
+    if (text[i] == text.front()) ++i;
+  }
+  return inner;
+}
+
+/// The parts of a reference up to the first key, or the first word that asks something of what stands before
+/// it.
+Name partsOf(const Token& token) {
+  std::string_view rest = token.kind == Token::Kind::call ? token.text.substr(0, token.lastPart) : token.text;
+  Name parts;
+  while (!rest.empty()) {
+    const std::string_view part = rest.substr(0, tav::namePartLength(rest));
+    const bool bare = part.front() != '[';
+    if (part.front() == '&' || (bare && !parts.empty() && tav::isMemberWord(part))) break;
+    parts.push_back(bare ? std::string(part) : tav::unquotedPart(part));
+    rest.remove_prefix(std::min(part.size() + 1, rest.size()));
+  }
+  return parts;
+}
+
+/// Measures may be called by the cube that they are in, or by CURRENTCUBE.
+void dropCube(Name& parts) {
+  if (parts.size() > 2 && tav::foldCase(parts[1]) == "measures") parts.erase(parts.begin());
+}
+
+class NameReader {
+ public:
+  std::vector<Name> read(std::string_view query) {
+    readText(query, true);
+    std::erase_if(names_, [&](const Name& name) { return own_.contains(folded(name)); });
     return std::move(names_);
   }
 
  private:
-  void step() {
-    const char c = text_[at_];
-    if (startsWith("//") || startsWith("--"))
-      at_ = std::min(text_.find('\n', at_), text_.size());
-    else if (startsWith("/*"))
-      skipComment();
-    else if (c == '"' || c == '\'')
-      static_cast<void>(enclosed(c));
-    else if (c == '[' || isWordCharacter(c))
-      readName();
-    else
-      ++at_;
-  }
-
-  [[nodiscard]] bool startsWith(std::string_view start) const { return text_.substr(at_).starts_with(start); }
-
-  void skipComment() {
-    constexpr std::string_view kEnd = "*/";
-    const std::size_t found = text_.find(kEnd, at_ + kEnd.size());
-    at_ = found == text_.npos ? text_.size() : found + kEnd.size();
-  }
-
-  /// What stands until `end`, which is doubled where it is meant itself.
-  std::string enclosed(char end) {
-    std::string inner;
-    for (++at_; at_ < text_.size(); ++at_) {
-      if (text_[at_] == end && (at_ + 1 == text_.size() || text_[at_ + 1] != end)) break;
-      if (text_[at_] == end) ++at_;
-      inner += text_[at_];
+  void readText(std::string_view text, bool isQuery) {
+    tav::PieceBuffer pieces;
+    tav::Lexer lexer(text, tav::ExpressionLanguage::mdx, pieces);
+    Token last;
+    for (Token token = lexer.next(false); token.kind != Token::Kind::end; token = lexer.next(false)) {
+      if (token.kind == Token::Kind::reference || token.kind == Token::Kind::call)
+        readName(token, last);
+      else if (isQuery && isDefinition(token, last))
+        readText(unquoted(token.text), false);
+      last = token;
     }
-    at_ = std::min(at_ + 1, text_.size());
-    return inner;
   }
 
-  std::string word() {
-    const std::size_t begin = at_;
-    while (at_ < text_.size() && isWordCharacter(text_[at_])) ++at_;
-    return std::string(text_.substr(begin, at_ - begin));
+  /// The older way to define members and sets: AS '...'.
+  static bool isDefinition(const Token& token, const Token& last) {
+    return token.kind == Token::Kind::string && token.text.front() == '\'' && last.op == tav::Op::as;
   }
 
-  void readName() {
-    // A word that begins a name is a dimension; behind that, words are functions.
-    const bool bare = text_[at_] != '[';
-    std::vector<std::string> parts{bare ? word() : enclosed(']')};
-    while (startsWith(".[")) {
-      ++at_;
-      parts.push_back(enclosed(']'));
-    }
-    if (bare && parts.size() == 1) {
-      defines_ = tav::foldCase(parts.front()) == "member";
-      return;
-    }
-    if (defines_) own_.insert(folded(parts));
-    defines_ = false;
+  void readName(const Token& token, const Token& last) {
+    if (last.kind == Token::Kind::dot) return;  // asks something of what stands before the dot
+    Name parts = partsOf(token);
+    dropCube(parts);
+    if (isBareWord(last, "MEMBER")) own_.insert(folded(parts));
     if (parts.size() > 1) names_.push_back(std::move(parts));
   }
 
-  static std::vector<std::string> folded(const std::vector<std::string>& parts) {
-    std::vector<std::string> all;
-    all.reserve(parts.size());
-    for (const std::string& part : parts) all.push_back(tav::foldCase(part));
-    return all;
-  }
-
-  std::string_view text_;
-  std::size_t at_ = 0;
-  bool defines_ = false;  // whether the next name is that of a member of the query
-  std::vector<std::vector<std::string>> names_;
-  std::set<std::vector<std::string>> own_;
+  std::vector<Name> names_;
+  std::set<Name> own_;
 };
+
+bool isAxis(const Token& token) {
+  constexpr std::array<std::string_view, 6> kAxes{"AXIS", "CHAPTERS", "COLUMNS", "PAGES", "ROWS", "SECTIONS"};
+  if (token.kind == Token::Kind::number) return true;
+  return token.parts == 1 && std::any_of(kAxes.begin(), kAxes.end(), [&](std::string_view axis) {
+           return tav::isWord(token.text, axis);
+         });
+}
 
 }  // namespace
 
+bool isMdxQuery(std::string_view query) {
+  tav::PieceBuffer pieces;
+  tav::Lexer lexer(query, tav::ExpressionLanguage::mdx, pieces);
+  Token last = lexer.next(false);
+  if (!isBareWord(last, "SELECT") && !isBareWord(last, "WITH") && !isBareWord(last, "DRILLTHROUGH"))
+    return false;
+  for (Token token = lexer.next(false); token.kind != Token::Kind::end; token = lexer.next(false)) {
+    if (isBareWord(last, "ON") && isAxis(token)) return true;
+    last = token;
+  }
+  return false;
+}
+
 std::vector<std::vector<std::string>> mdxNames(std::string_view query) {
-  return Scanner(query).scan();
+  return NameReader().read(query);
 }
 
 }  // namespace host

@@ -3,8 +3,11 @@
 #include <string_view>
 
 #include "framework/dom/dom.h"
+#include "framework/expression/lexer.h"
+#include "framework/expression/words.h"
 #include "framework/std/exception.h"
 #include "framework/std/string.h"
+#include "host/reports/mdx_names.h"
 #include "messages/message.h"
 
 namespace host {
@@ -24,17 +27,12 @@ bool mayBeModel(const TAVDOMElement& report, std::string_view name) {
   return true;
 }
 
-/// The language of a query by its first word; empty for one that asks no model. Of those that begin like SQL,
-/// those in MDX say what goes on which axis.
+/// The language of a query; empty for one that asks no model.
 std::string_view languageOf(std::string_view query) {
-  const std::size_t begin = query.find_first_not_of(" \t\r\n");
-  if (begin == query.npos) return {};
-  const std::string text = tav::foldCase(query.substr(begin));
-  const std::string_view word = std::string_view(text).substr(0, text.find_first_of(" \t\r\n("));
-  if (word == "evaluate" || word == "define") return "dax";
-  const bool hasAxis = text.find(" on columns") != text.npos || text.find(" on 0") != text.npos ||
-                       text.find(" on axis") != text.npos;
-  return (word == "select" || word == "with") && hasAxis ? "mdx" : std::string_view();
+  tav::PieceBuffer pieces;
+  const tav::Token first = tav::Lexer(query, tav::ExpressionLanguage::mdx, pieces).next(false);
+  if (tav::isWord(first.text, "EVALUATE") || tav::isWord(first.text, "DEFINE")) return "dax";
+  return isMdxQuery(query) ? "mdx" : std::string_view();
 }
 
 }  // namespace

@@ -151,7 +151,7 @@ class ReportImport {
   void addItem(const ReportPart& part) {
     if (isIdle(part)) return items_.push_back(tav::kNoItem);
     const ItemId owner = part.owner == ReportPart::kNone ? details_.itemOf(model_) : items_[part.owner];
-    const ItemId item = details_.add(part.kind, owner, part.name, part.text, part.text.empty() ? "" : "dax");
+    const ItemId item = details_.add(part.kind, owner, part.name, part.text, part.language);
     if (!part.id.empty() && part.id != part.name) details_.set(item, "name", part.id);
     if (!part.type.empty()) details_.set(item, "visualType", part.type);
     if (!part.table.empty()) details_.set(item, "table", part.table);

@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "framework/std/dotted_name.h"
 #include "reader/elements/annotations.h"
 #include "reader/elements/element_rules.h"
 #include "reader/elements/id_scopes.h"
@@ -102,6 +103,13 @@ bool areEqual(const TAVDOMElement& a, const TAVDOMElement& b) {
       pairs.emplace_back(first->getElement(i), second->getElement(i));
   }
   return true;
+}
+
+/// What a script makes of what has such properties.
+ObjectKind calculationKind(std::string_view type) {
+  if (type == "Set") return ObjectKind::namedSet;
+  if (type == "Member") return ObjectKind::calculatedMember;
+  return type == "Cells" ? ObjectKind::calculatedCells : ObjectKind::other;
 }
 
 /// The parts of a database in the order in which they refer to each other, as far as their names are needed
@@ -442,7 +450,10 @@ class ElementWalk {
         return;
       }
     }
-    frame.item = details_.add(ObjectKind::other, frame.item, name);
+    const ObjectKind kind = calculationKind(frame.element->getFirstElementValue("CalculationType"));
+    const ItemId owner = cube && kind != ObjectKind::other ? details_.itemOf(*cube) : frame.item;
+    const bool hasBareName = kind == ObjectKind::namedSet || kind == ObjectKind::calculatedCells;
+    frame.item = details_.add(kind, owner, hasBareName ? unquotedPart(name) : std::string(name));
     addCalculationName(frame, name, RelationKind::mentions);
   }
 

@@ -4,60 +4,60 @@ namespace tav {
 namespace {
 
 // No document can hold a NUL, so joined IDs are equal only when each of them is.
-std::string keyOf(IdSpace space, std::string_view first, std::string_view second, std::string_view id) {
-  std::string key;
-  key.reserve(first.size() + second.size() + id.size() + 3);
+const std::string& keyOf(std::string& key, IdSpace space, std::string_view first, std::string_view second,
+                         std::string_view id) {
+  key.clear();
   key += static_cast<char>(space);
   (key += first) += '\0';
   (key += second) += '\0';
   return key += id;
 }
 
-std::string keyIn(IdSpace space, const IdScope& scope, std::string_view id) {
+const std::string& keyIn(std::string& key, IdSpace space, const IdScope& scope, std::string_view id) {
   switch (space) {
     case IdSpace::attribute:
     case IdSpace::relationship:
-      return keyOf(space, scope.dimension, {}, id);
+      return keyOf(key, space, scope.dimension, {}, id);
     case IdSpace::hierarchy:
-      return scope.cubeDimension.empty() ? keyOf(space, scope.dimension, {}, id)
-                                         : keyOf(space, scope.cube, scope.cubeDimension, id);
+      return scope.cubeDimension.empty() ? keyOf(key, space, scope.dimension, {}, id)
+                                         : keyOf(key, space, scope.cube, scope.cubeDimension, id);
     case IdSpace::cubeDimension:
     case IdSpace::measureGroup:
     case IdSpace::measureGroupName:
     case IdSpace::kpi:
     case IdSpace::action:
     case IdSpace::perspective:
-      return keyOf(space, scope.cube, {}, id);
+      return keyOf(key, space, scope.cube, {}, id);
     case IdSpace::measure:
     case IdSpace::aggregationDesign:
-      return keyOf(space, scope.cube, scope.group, id);
+      return keyOf(key, space, scope.cube, scope.group, id);
     case IdSpace::miningColumn:
-      return keyOf(space, scope.structure, {}, id);
+      return keyOf(key, space, scope.structure, {}, id);
     default:
-      return keyOf(space, {}, {}, id);
+      return keyOf(key, space, {}, {}, id);
   }
 }
 
 }  // namespace
 
 void IdRegistry::add(IdSpace space, const IdScope& scope, std::string_view id, ItemId item) {
-  items_.try_emplace(keyIn(space, scope, id), item);
+  items_.try_emplace(keyIn(key_, space, scope, id), item);
   // Measures can be named without their group.
-  if (space == IdSpace::measure) items_.try_emplace(keyOf(space, scope.cube, {}, id), item);
+  if (space == IdSpace::measure) items_.try_emplace(keyOf(key_, space, scope.cube, {}, id), item);
 }
 
 void IdRegistry::addCubeDimension(const IdScope& scope, std::string_view id, std::string_view dimensionId) {
-  dimensionsOfCubes_.try_emplace(keyIn(IdSpace::cubeDimension, scope, id), dimensionId);
+  dimensionsOfCubes_.try_emplace(keyIn(key_, IdSpace::cubeDimension, scope, id), dimensionId);
 }
 
 std::optional<ItemId> IdRegistry::findExactly(IdSpace space, const IdScope& scope,
                                               std::string_view id) const {
-  const auto found = items_.find(keyIn(space, scope, id));
+  const auto found = items_.find(keyIn(key_, space, scope, id));
   return found == items_.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::optional<std::string_view> IdRegistry::dimensionOf(const IdScope& scope) const {
-  const auto found = dimensionsOfCubes_.find(keyIn(IdSpace::cubeDimension, scope, scope.cubeDimension));
+  const auto found = dimensionsOfCubes_.find(keyIn(key_, IdSpace::cubeDimension, scope, scope.cubeDimension));
   return found == dimensionsOfCubes_.end() ? std::nullopt : std::optional(found->second);
 }
 

@@ -52,6 +52,7 @@ class IdRegistry {
   [[nodiscard]] std::optional<std::string_view> dimensionOf(const IdScope& scope) const;
 
   Details& details_;
+  mutable std::string key_;  // that is looked up, for its memory
   std::unordered_map<std::string, ItemId> items_;
   std::unordered_map<std::string, std::string_view> dimensionsOfCubes_;
 };

@@ -21,7 +21,7 @@ void IdReferences::relate(RelationKind kind, ItemId from, ItemId to, std::string
     constexpr unsigned kItemBits = 29;  // more items than any document of 4 GB of text has
     const std::uint64_t key =
         (static_cast<std::uint64_t>(kind) << (2 * kItemBits)) | (std::uint64_t{from} << kItemBits) | to;
-    if (!known_.insert(key).second) return;
+    if (!known_.insert(key)) return;
   }
   run_.details->relate(kind, from, to, text);
 }

@@ -4,10 +4,10 @@
 // may stand in front of what it means.
 
 #include <cstdint>
-#include <unordered_set>
 #include <vector>
 
 #include "reader/elements/id_registry.h"
+#include "reader/elements/number_set.h"
 #include "reader/run/import_run.h"
 
 namespace tav {
@@ -53,7 +53,7 @@ class IdReferences {
   IdRegistry ids_;
   std::vector<IdReference> references_;
   std::vector<ColumnReference> columns_;
-  std::unordered_set<std::uint64_t> known_;  // relations without a text
+  NumberSet known_;  // relations without a text
 };
 
 }  // namespace tav

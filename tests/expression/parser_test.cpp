@@ -189,6 +189,14 @@ TEST(ExpressionDepth, AThousandLevelsAreNoFault) {
   }
 }
 
+TEST(ExpressionDepth, BracketsBeyondItTakeNoMemory) {
+  for (const char* open : {"(", "{", "f("}) {
+    const std::string text = repeated(open, 1'000'000);
+    EXPECT_LT(parseExpression(text, ExpressionLanguage::mdx).nodes.size(), 2'000U) << open;
+    EXPECT_LT(parseExpression(text, ExpressionLanguage::sql).nodes.size(), 2'000U) << open;
+  }
+}
+
 TEST(ExpressionDepth, NothingIsLostInOrBehindAnyDepth) {
   for (const auto& [open, close] : {std::pair("(", ")"),
                                     {"{", ""},

@@ -25,7 +25,8 @@ struct FaultPlan {
   int kind;  /* of the calls that fail; -1: none does */
   long at;   /* the number of the first that fails, from 1 */
   long last; /* the number of the last that fails */
-  int error; /* what errno is then; 0: the call does only half of what it is asked for */
+  int error; /* what errno is then; 0: the call does only half of what it is asked for; below 0: the process
+                gets the signal of that number, and if it lives on, the call is carried out */
   long calls[faultKinds];
 };
 

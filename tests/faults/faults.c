@@ -5,6 +5,7 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <signal.h>
 #include <spawn.h>
 #include <stdarg.h>
 #include <stdbool.h>
@@ -43,8 +44,9 @@ static bool fails(enum FaultKind kind) {
   if (!plan) return false;
   const long number = __atomic_add_fetch(&plan->calls[kind], 1, __ATOMIC_RELAXED);
   if (plan->kind != (int)kind || number < plan->at || number > plan->last) return false;
+  if (plan->error < 0) kill(getpid(), -plan->error);
   errno = plan->error;
-  return true;
+  return plan->error >= 0;
 }
 
 /* The same for a call that moves bytes: how many it is to move, or -1 when it fails. */
@@ -170,6 +172,10 @@ int fdatasync(int file) {
 
 int ftruncate64(int file, off_t size) {
   return fails(faultTruncate) ? -1 : (int)syscall(SYS_ftruncate, file, size);
+}
+
+int ftruncate(int file, off_t size) {
+  return ftruncate64(file, size);
 }
 
 int rename(const char* from, const char* to) {

@@ -22,6 +22,7 @@ using Files = std::map<std::string, std::string>;
 struct Scene {
   std::string name;
   std::vector<std::string> words;
+  int cost = 1;         // of a run, in runs that start no Java
   bool shared = false;  // whether several processes do parts of the work, each of which counts by itself
   Files before;
   Files after;
@@ -55,13 +56,24 @@ class Stage {
   /// The calls from `first` to `last` of a kind fail in the next run.
   void plan(int kind, long first, long last, int error);
   Ending run(const Scene& scene);
+  /// The same, and then once more from what was left, without a fault.
+  std::array<Ending, 2> runTwice(const Scene& scene);
+  /// Two runs at the same time.
+  std::array<Ending, 2> runTogether(const Scene& scene);
   /// What is wrong with the end of a run; empty if nothing is.
   static std::string judge(const Scene& scene, const Ending& ending, bool overcome);
+  /// The same of a run that was ended from outside: every file must be the old one or the new one, beside
+  /// what the next run clears away.
+  static std::string judgeKilled(const Scene& scene, const Ending& ending);
+  /// The same of a run that clears away what another has left, or that another was beside.
+  static std::string judgeDone(const Scene& scene, const Ending& ending);
 
  private:
   Scene sceneOf(std::string_view name, std::string_view command, std::string_view definition,
                 const Files& before);
   void restore(const Files& files);
+  [[nodiscard]] Ending endingOf(int status);
+  void clearTemporary() const;
   [[nodiscard]] pid_t start(const Scene& scene) const;
 
   TemporaryFolder folder_;

@@ -11,6 +11,7 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <cmath>
 #include <cstring>
 #include <iostream>
 #include <set>
@@ -80,7 +81,6 @@ struct Series {
 
 class Sweep {
  public:
-  /// Tries every `step`-th call of those that are many.
   Sweep(std::vector<Scene>& scenes, Stage& stage) : scenes_(scenes), stage_(stage) {
     for (const Scene& scene : scenes_)
       for (std::size_t i = 0; i < kFaults.size(); ++i)
@@ -94,16 +94,20 @@ class Sweep {
     return sum;
   }
 
+  /// Tries as many calls as cost about `most` runs, more of a series that is longer, the same each time.
   void run(long most) {
-    long step = 1;
-    while (runs(step) > most && step < size()) step += std::max(1L, step / 8);
+    double share = 0.001;
+    while (cost(share) < static_cast<double>(std::min(most, cost())) && share < kWhole) share *= 1.05;
+    std::array<double, kFaults.size()> dues{};
+    dues.fill(kFewest);
     for (const Series& series : series_) {
-      Tally& tally = tallies_[series.fault];
-      tally.calls += series.calls;
-      const long stride = std::max(1L, std::min(step, series.calls / kFewest));
-      // The same calls each time, but not the same of every series.
-      first_ = (first_ * 7 + 3) % stride;
-      for (long n = 1 + first_; n <= series.calls; n += stride) tryCall(series, n, tally);
+      double& due = dues[series.fault];
+      due += tries(series, share);
+      const long count = std::min(static_cast<long>(due), series.calls);
+      due -= static_cast<double>(count);
+      tallies_[series.fault].calls += series.calls;
+      // In the middle of each part of the series.
+      for (long i = 0; i < count; ++i) tryCall(series, 1 + (2 * i + 1) * series.calls / (2 * count));
     }
   }
 
@@ -128,21 +132,38 @@ class Sweep {
   }
 
  private:
-  static constexpr long kFewest = 12;  // calls of a series that are tried, if there are as many
+  static constexpr double kWhole = 1e9;
+  static constexpr double kFewest = 2;  // tries of each fault
 
   static void printRow(std::ostream& out, std::string_view name, const Tally& tally) {
     out << fmt::format("{:<34}{:>9}{:>9}{:>10}{:>9}{:>8}\n", name, tally.calls, tally.tried, tally.overcome,
                        tally.refused, tally.faulty);
   }
 
-  [[nodiscard]] long runs(long step) const {
-    long sum = 0;
-    for (const Series& series : series_)
-      sum += series.calls / std::max(1L, std::min(step, series.calls / kFewest));
+  /// How many calls of a series are tried at most.
+  static double mostOf(const Series& series) {
+    return std::ceil(static_cast<double>(series.calls) / series.scene->cost);
+  }
+
+  static double tries(const Series& series, double share) {
+    const double calls = mostOf(series);
+    return std::min(calls, share * std::sqrt(calls / series.scene->cost));
+  }
+
+  [[nodiscard]] double cost(double share) const {
+    double sum = 0;
+    for (const Series& series : series_) sum += tries(series, share) * series.scene->cost;
     return sum;
   }
 
-  void tryCall(const Series& series, long n, Tally& tally) {
+  [[nodiscard]] long cost() const {
+    double sum = 0;
+    for (const Series& series : series_) sum += mostOf(series) * series.scene->cost;
+    return static_cast<long>(sum);
+  }
+
+  void tryCall(const Series& series, long n) {
+    Tally& tally = tallies_[series.fault];
     const Fault& fault = kFaults[series.fault];
     stage_.plan(fault.kind, n, fault.from ? LONG_MAX : n, fault.error);
     const Ending ending = stage_.run(*series.scene);
@@ -161,7 +182,6 @@ class Sweep {
   Stage& stage_;
   std::vector<Series> series_;
   std::array<Tally, kFaults.size()> tallies_{};
-  long first_ = 0;
 };
 
 }  // namespace
@@ -179,7 +199,8 @@ int sweep(long most, const std::string& only) {
 
 }  // namespace tav::test
 
-// sweep_faults MOST [NAME]: at most about so many runs, 0 for all; only commands whose names begin with NAME.
+// sweep_faults MOST [NAME]: as many runs as cost about MOST that start no Java, 0 for all; only commands
+// whose names begin with NAME. With XMLA_THOROUGH in the environment all are run.
 int main(int argc, char** argv) {
   const long most = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 0;
   const char* thorough = std::getenv("XMLA_THOROUGH");

@@ -28,7 +28,8 @@ code=0
 mv "$work/first" "$work/second place"
 tree="$work/second place"
 
-diff - <(cd "$tree" && find . \( -type f -o -type l \) -not -path './include/*' -not -path './lib/cmake/*' |
+diff - <(cd "$tree" && find . \( -type f -o -type l \) -not -path './include/*' -not -path './lib/cmake/*' \
+  -not -path './lib/python3/*' |
   sed 's,^\./,,; s,\.so\.[0-9.]*$,.so.VERSION,' | LC_ALL=C sort -u) <<'END' || fail 'the installed files differ'
 bin/xmla-bridge
 lib/libTAVMicrosoftSqlServerXMLAImport.so
@@ -56,6 +57,26 @@ END
 "$tree/bin/xmla-bridge" import --quiet "$source/examples/ferry-line.bim" -o "$work/tabular.xml" ||
   fail 'the installed program runs no importer of tabular definitions'
 [ -s "$work/tabular.xml" ] || fail 'the installed importer saved no model'
+
+# The package of Python, where it is built, finds its parts in the moved tree.
+package=$tree/lib/python3/dist-packages/xmla_bridge
+if [ -d "$package" ]; then
+  diff - <(cd "$package" && printf '%s\n' * | sed -E 's,^_native\..*\.so$,_native.so,' | LC_ALL=C sort) <<'END' ||
+__init__.py
+_native.pyi
+_native.so
+answers.py
+errors.py
+models.py
+py.typed
+reading.py
+END
+    fail 'the package of Python holds other files'
+  for input in lost-property-create.xmla ferry-line.bim; do
+    PYTHONPATH=${package%/*} /usr/bin/python3 -B -c 'import sys, xmla_bridge; xmla_bridge.open(sys.argv[1])' \
+      "$source/examples/$input" || fail "the installed package of Python does not open $input"
+  done
+fi
 
 # The archive of classes fits no longer, because the tree was moved; then it is something else. Nobody is told.
 said() { sed -E 's/ in [0-9.]+ s//; s,(Saved in ).*,\1MODEL,' "$1"; }
@@ -122,12 +143,14 @@ diff <(sed -n 's/^#include "\(.*\)"$/\1/p' "$source/tests/install/consumer/every
   fail 'the program every_header does not take something from every installed header'
 [ "$("$work/consumer/every_header")" = 1 ] || fail 'the program every_header does not run'
 
-# The example of a program over the lineage, with a definition and with a saved model.
-{
-  cmake -G Ninja -S "$source/examples/sources" -B "$work/sources" -DCMAKE_PREFIX_PATH="$tree" \
-    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Debug
-  cmake --build "$work/sources"
-} >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+# The examples of programs over the lineage: one with a definition and with a saved model, one with two models.
+for example in sources review; do
+  {
+    cmake -G Ninja -S "$source/examples/$example" -B "$work/$example" -DCMAKE_PREFIX_PATH="$tree" \
+      -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_BUILD_TYPE=Debug
+    cmake --build "$work/$example"
+  } >"$work/log" 2>&1 || fail "$(cat "$work/log")"
+done
 "$tree/bin/xmla-bridge" import --quiet "$source/examples/murmeltal-huts.asdatabase" -o "$work/huts.xml" >/dev/null
 for input in "$source/examples/murmeltal-huts.asdatabase" "$work/huts.xml"; do
   diff <("$work/sources/sources" "$input" '[Measures].[Average Rate]') <(
@@ -139,3 +162,15 @@ done
 code=0
 "$work/sources/sources" "$work/huts.xml" '[Measures].[Average Rat]' >"$work/log" 2>&1 || code=$?
 [ "$code" = 1 ] && grep -q 'Average Rate' "$work/log" || fail "the example ends with $code: $(cat "$work/log")"
+sed 's/\[Measures\].\[Nights\] = 0/[Measures].[Nights] = 1/' "$source/examples/murmeltal-huts.asdatabase" >"$work/later.asdatabase"
+"$tree/bin/xmla-bridge" import --quiet "$work/later.asdatabase" -o "$work/later.xml" >/dev/null
+"$work/review/review" "$work/huts.xml" "$work/later.xml" dbo.FactExchangeRate.AverageRate >"$work/log" 2>&1 ||
+  fail "the review ends with $?: $(cat "$work/log")"
+while read -r line; do
+  grep -qxF "$line" "$work/log" || fail "the review does not say '$line': $(cat "$work/log")"
+done <<'END'
+cube: 3
+unused named set [Second Helpings]
+dbo.FactExchangeRate.AverageRate <- /Cubes/Stays/KPIs/Revenue per Night/Status
+changed: [Measures].[Revenue per Night] of cube Stays
+END

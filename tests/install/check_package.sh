@@ -32,7 +32,6 @@ libfmt9
 libgcc-s1
 libre2-9
 libsqlite3-0
-libssl3
 libstdc++6
 libutf8proc2
 libyaml-cpp0.7

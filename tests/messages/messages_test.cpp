@@ -32,8 +32,9 @@ std::vector<std::string> matches(const std::string& text, const char* pattern) {
 /// The sources of the program, C++ and Java, by their paths from the root.
 std::map<std::string, std::string> sources() {
   std::map<std::string, std::string> texts;
-  for (const char* room : {"framework", "bridge", "views", "reader", "dimensions", "cubes", "expressions",
-                           "tabular", "messages", "lineage", "checks", "exports", "report", "host"}) {
+  for (const char* room :
+       {"framework", "bridge", "views", "reader", "dimensions", "cubes", "expressions", "tabular", "messages",
+        "lineage", "checks", "exports", "report", "host", "python"}) {
     for (auto i = fs::recursive_directory_iterator(kRoot / room); i != fs::recursive_directory_iterator();
          ++i) {
       if (i->path().filename() == "node_modules") i.disable_recursion_pending();

@@ -16,33 +16,11 @@
 #include "tests/support/checked_import.h"
 #include "tests/support/corpus.h"
 #include "tests/support/damage.h"
+#include "tests/support/short_definition.h"
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-/// What the cases write short.
-std::string expanded(std::string text) {
-  static const std::vector<std::pair<std::regex, std::string>> kShort{
-      {std::regex(R"re(<View name="([^"]*)" source="([^"]*)">)re"),
-       "<DataSourceView><ID>$1</ID><Name>$1</Name><DataSourceID>$2</DataSourceID><Schema><xs:schema "
-       "xmlns:xs=\"http://www.w3.org/2001/XMLSchema\" "
-       "xmlns:msprop=\"urn:schemas-microsoft-com:xml-msprop\"><xs:element "
-       "name=\"D\"><xs:complexType><xs:choice>"},
-      {std::regex("</View>"),
-       "</xs:choice></xs:complexType></xs:element></xs:schema></Schema></DataSourceView>"},
-      {std::regex("<Table ([^>]*)>"), "<xs:element $1><xs:complexType><xs:sequence>"},
-      {std::regex("</Table>"), "</xs:sequence></xs:complexType></xs:element>"},
-      {std::regex("<Column "), "<xs:element "},
-      {std::regex(R"re(<A name="([^"]*)" table="([^"]*)" column="([^"]*)"/>)re"),
-       "<Attribute><ID>$1</ID><Name>$1</Name><KeyColumns><KeyColumn><DataType>Integer</DataType><Source>"
-       "<TableID>$2</TableID><ColumnID>$3</ColumnID></Source></KeyColumn></KeyColumns></Attribute>"},
-      {std::regex(R"re(<M name="([^"]*)" sum="([^"]*)" table="([^"]*)" column="([^"]*)"/>)re"),
-       "<Measure><ID>$1</ID><Name>$1</Name><AggregateFunction>$2</AggregateFunction><DataType>Double</"
-       "DataType><Source><Source><TableID>$3</TableID><ColumnID>$4</ColumnID></Source></Source></Measure>"}};
-  for (const auto& [pattern, meaning] : kShort) text = std::regex_replace(text, pattern, meaning);
-  return text;
-}
 
 std::vector<std::string> eventsOf(const tav::DetailedModel& model, bool isStatic) {
   tav::ExportOptions options;
@@ -65,7 +43,7 @@ std::vector<std::string> eventsOf(const std::string& definition, bool isStatic) 
 }
 
 std::vector<std::string> exportEvents(const std::string& definition, bool isStatic) {
-  return eventsOf(expanded(definition), isStatic);
+  return eventsOf(tav::test::expanded(definition), isStatic);
 }
 
 std::string nameOf(const Json& dataset) {
@@ -171,7 +149,7 @@ TEST(LineageEvents, OfDamagedDefinitionsAreWhole) {
   for (const auto& c : tav::test::loadCorpus("openlineage/events.txt")) {
     for (unsigned seed = 0; seed < kRounds; ++seed) {
       const std::string damaged =
-          tav::test::Damage(seed).elements(expanded(c.input.substr(c.input.find('<'))));
+          tav::test::Damage(seed).elements(tav::test::expanded(c.input.substr(c.input.find('<'))));
       for (const bool isStatic : {false, true})
         for (const std::string& event : eventsOf(damaged, isStatic))
           ASSERT_TRUE(Json::accept(event)) << c.name << ", seed " << seed;

@@ -4,7 +4,7 @@
 //
 // The first request gets the first answer and so on, all later ones the last. An answer is a status ("201"), a
 // status with a time to wait ("429:1"), "slow" (none for a long while), "drop" (the connection is closed) or
-// "echo" (400 with the request's own Authorization in the body). URL in an argument stands for the server's
+// "echo" (400 with the request's own Authorization and address in the body). URL in an argument stands for the server's
 // address; in what is printed PORT stands for its port.
 import { spawn } from 'node:child_process';
 import { createServer } from 'node:http';
@@ -23,7 +23,7 @@ function answer(request, response, text) {
   const code = isEcho ? 400 : Number(status);
   const headers = { ...(wait && { 'Retry-After': wait }), ...(code === 307 && { Location: 'http://127.0.0.1:1/other' }) };
   response.writeHead(code, headers);
-  response.end(isEcho ? `refused ${request.headers.authorization}\n` : code >= 400 ? `no, ${code}\n` : '');
+  response.end(isEcho ? `refused ${request.headers.authorization} at ${request.url}\n` : code >= 400 ? `no, ${code}\n` : '');
 }
 
 function describe(request, body) {

@@ -12,7 +12,8 @@
 namespace tav::test {
 namespace {
 
-constexpr std::size_t kWalks = 20;  // starts that are spread over the nodes
+constexpr std::size_t kWalks = 20;    // starts that are spread over the nodes
+constexpr std::size_t kWaysBack = 5;  // ends of a walk from which it is walked back
 
 class GraphLaws {
  public:
@@ -97,6 +98,22 @@ class GraphLaws {
     for (const LineageTreeLine& line : lines)
       whole[line.node] += line.state == LineageTreeLine::State::whole ? 1 : 0;
     for (const auto& [node, count] : whole) require(count == 1, "not shown whole once", node);
+    // A start that has parts stands for them as well.
+    if (graph_.partsOf(id).empty()) checkWaysBack(id, direction);
+  }
+
+  /// What depends on a node comes from it, and the other way round.
+  void checkWaysBack(NodeId id, LineageDirection direction) {
+    const LineageDirection back =
+        direction == LineageDirection::upstream ? LineageDirection::downstream : LineageDirection::upstream;
+    const auto lines = lineageTree(graph_, id, {.direction = direction});
+    const std::size_t step = lines.size() / kWaysBack + 1;
+    for (std::size_t i = 0; i < lines.size(); i += step) {
+      const auto ways = lineageTree(graph_, lines[i].node, {.direction = back});
+      require(
+          std::any_of(ways.begin(), ways.end(), [&](const LineageTreeLine& line) { return line.node == id; }),
+          "trace and impact are no mirrors", id);
+    }
   }
 
   void checkCoverage() {

@@ -47,6 +47,19 @@ TEST(TabularSize, ADefinitionThatDoesNotFitIsToldOf) {
                              " set JDK_JAVA_OPTIONS to -Xmx156m\n");
 }
 
+// Each fault is told with its place in the one long line.
+TEST(TabularSize, FaultsOfOneExpressionTakeTimeInProportion) {
+  const tav::test::TemporaryFolder folder;
+  const std::string path = writtenTo(folder, [](std::ostream& out) {
+    out << R"({"name": "M", "model": {"tables": [{"name": "T", "measures": [{"name": "m", "expression": ")";
+    for (int i = 0; i < 200'000; ++i) out << "a + ";
+    out << R"("}]}]}})";
+  });
+  const ImporterCost cost = measureImporter(path, 512);
+  EXPECT_EQ(cost.exitCode, 0) << cost.errors;
+  EXPECT_LT(cost.seconds, kMostSeconds);
+}
+
 /// With their details.
 class ManyOfAKind : public testing::TestWithParam<const char*> {};
 

@@ -80,6 +80,7 @@
 #include "framework/std/mask.h"
 #include "framework/std/option.h"
 #include "framework/std/printable.h"
+#include "framework/std/sha256.h"
 #include "framework/std/string.h"
 #include "framework/std/temporary_folder.h"
 #include "framework/std/text.h"

@@ -83,7 +83,7 @@ final class DaxEvaluator implements DaxCall.Evaluation {
   }
 
   private void fault(DaxFault fault) {
-    faults.add((function.isEmpty() ? "" : "function '" + function + "', ") + fault.in(current.text));
+    faults.add((function.isEmpty() ? "" : "function '" + function + "', ") + fault.in(current));
   }
 
   @Override

@@ -21,6 +21,7 @@ public final class DaxExpression {
   final List<Parameter> parameters;
   /** Null when all of it could be read. */
   final DaxFault fault;
+  private DaxPlaces places;
 
   private DaxExpression(String text, DaxParser parser, List<Parameter> parameters) {
     this.text = text;
@@ -30,6 +31,12 @@ public final class DaxExpression {
   }
 
   public DaxExpression(String text) { this(text, new DaxParser(DaxTokens.of(text), 0), List.of()); }
+
+  /** Counted when something is wrong at one. */
+  DaxPlaces places() {
+    if (places == null) places = new DaxPlaces(text);
+    return places;
+  }
 
   /** `( a : type, b = 1 ) => body`; a text without such a head is a function without parameters. */
   static DaxExpression function(String text) {
