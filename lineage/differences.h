@@ -35,6 +35,7 @@ struct DiffObject {
   std::string path;       ///< in the new model; of what was removed in the old one
   std::string before;     ///< the name in the old model, where it was another one
   std::size_t parts = 0;  ///< of what is in one model only: how many columns, attributes or measures it has
+  std::string qualifiedName = {};  ///< without the cube
 };
 
 /// Objects that are in both models and changed in the same way: a column, or all columns of a table that

@@ -172,7 +172,8 @@ class Comparison {
   }
 
   static DiffObject objectOf(const LineageGraph& graph, NodeId id) {
-    return {graph.node(id).kind, nameOf(graph, id), graph.path(id), "", graph.partsOf(id).size()};
+    return {graph.node(id).kind,      nameOf(graph, id),      graph.path(id), "",
+            graph.partsOf(id).size(), graph.qualifiedName(id)};
   }
 
   static DiffObject plainObjectOf(const LineageGraph& graph, NodeId id) {
