@@ -6,6 +6,7 @@
 #include "host/map_option.h"
 #include "host/model_input.h"
 #include "host/output.h"
+#include "host/reports_option.h"
 
 namespace host {
 namespace {
@@ -15,6 +16,7 @@ struct Arguments {
   std::string rules;
   std::string against;
   std::string map;
+  std::vector<std::string> reports;
   std::string format = "text";
   std::string failOn = "error";
   std::string output = "-";
@@ -53,8 +55,8 @@ int checkAgainst(const Arguments& arguments, const std::string& input, const tav
                  const tav::AddressMap& map, std::vector<tav::CheckedModel>& models, MessageLog& log) {
   int newCode = kDone;
   // The second is read while the first, which an import deletes at its end, is there.
-  const int code = withModel(arguments.against, log, [&](const tav::DetailedModel& old) {
-    newCode = withModel(input, log, [&](const tav::DetailedModel& model) {
+  const int code = withModel({arguments.against}, log, [&](const tav::DetailedModel& old) {
+    newCode = withModel({input, arguments.reports}, log, [&](const tav::DetailedModel& model) {
       const tav::LineageGraph before(old, map);
       const tav::LineageGraph graph(model, map);
       const tav::ModelDiff diff = tav::compareModels(before, graph);
@@ -75,8 +77,8 @@ int check(const Arguments& arguments, MessageLog& log) {
     return kDone;
   }
   if (arguments.inputs.empty()) throw CLI::RequiredError("INPUT");
-  const AnswerInputs inputs =
-      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
+  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
+                                         log, arguments.reports);
   checkOutputs(inputs.paths, arguments.output);
   if (!arguments.against.empty() && inputs.paths.size() > 1)
     throw CLI::ValidationError("--against", "one model is compared with one");
@@ -129,6 +131,7 @@ Command addCheck(CLI::App& program) {
   parser->add_flag("--list-rules", arguments->listRules, "Print the rules and what they are by default");
   parser->add_flag("--print-rules", arguments->printRules,
                    "Print a rule file that says what holds without one");
+  addReports(*parser, arguments->reports);
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return check(*arguments, log); }};
