@@ -19,6 +19,7 @@
 
 #include "benchmarks/definition.h"
 #include "benchmarks/estate_import.h"
+#include "benchmarks/folders.h"
 #include "benchmarks/process.h"
 #include "benchmarks/temporary_folder.h"
 
@@ -38,6 +39,17 @@ constexpr double kLargestPerObject = 2;
 constexpr double kExportPerImport = 1;
 // The start of Java, which the smaller one carries too, makes the larger one cheaper by the MB if anything.
 constexpr double kLargestTabularGrowth = 1.2;
+constexpr double kFolderPerFile = 1.5;
+
+/// A kind of definition that is a folder of files.
+struct FolderKind {
+  const char* name;
+  std::uint64_t files;    // beside the few that each has
+  const char* extension;  // of the one file that holds the same
+  void (*write)(const fs::path& folder, const fs::path& file, std::uint64_t count);
+};
+constexpr std::array<FolderKind, 2> kFolders{
+    {{"TMDL", 500, "tmdl", writeTmdl}, {"project", 500, "asdatabase", writeProject}}};
 
 /// A kind of definition that has one thing many times.
 struct Kind {
@@ -109,6 +121,9 @@ class Bench {
   bool printBounds() const;
   /// Imports of tabular definitions, which Java reads.
   bool printTabular() const;
+  /// Imports of folders beside those of one file that holds the same.
+  bool printFolders() const;
+  bool printFolder(const FolderKind& kind) const;
   /// What each export of the largest definition takes beside its import.
   bool printExports();
   bool printExport(const Output& output, const Best& import);
@@ -116,7 +131,8 @@ class Bench {
   /// One line of the last table: the import of `numbers` of a kind, each of `size` of what the generator
   /// counts.
   bool printKind(const char* kind, const std::vector<std::uint64_t>& numbers, std::uint64_t size) const;
-  std::vector<std::string> importCommand() const;
+  std::vector<std::string> importCommand() const { return importCommand(file_); }
+  std::vector<std::string> importCommand(const std::string& input) const;
   /// The row of that size, or null when it was not measured.
   const Row* at(double megabytes) const;
   /// What the program takes to start and end.
@@ -138,8 +154,8 @@ template <class Write> double Bench::generate(Write write) const {
   return static_cast<double>(fs::file_size(file_)) / kMegabyte;
 }
 
-std::vector<std::string> Bench::importCommand() const {
-  return {settings_.program, "import", file_, "-o", model_, "--quiet"};
+std::vector<std::string> Bench::importCommand(const std::string& input) const {
+  return {settings_.program, "import", input, "-o", model_, "--quiet"};
 }
 
 const Row* Bench::at(double megabytes) const {
@@ -227,6 +243,35 @@ bool Bench::printTabular() const {
   const bool kept = growth <= kLargestTabularGrowth;
   fmt::print("cpu per MB, last / first: {:.2f}, at most {:.2f} {}. peak: Java, or the program beside it.\n\n",
              growth, kLargestTabularGrowth, kept ? "ok" : "OVER");
+  return kept;
+}
+
+bool Bench::printFolder(const FolderKind& kind) const {
+  const fs::path folder = folder_.path() / "folder";
+  const fs::path file = folder_.path() / fmt::format("file.{}", kind.extension);
+  kind.write(folder, file, kind.files);
+  Best many, one;
+  for (unsigned i = 0; i < settings_.repeat; ++i) {
+    many.take(run(importCommand(folder), folder_.path()));
+    one.take(run(importCommand(file), folder_.path()));
+  }
+  const double megabytes = static_cast<double>(fs::file_size(file)) / kMegabyte;
+  fs::remove_all(folder);
+  fs::remove(file);
+  const double ratio = many.processor / one.processor;
+  const bool ok = ratio <= kFolderPerFile;
+  fmt::print("{:<14} {:>8} {:>8.1f} {:>10.3f} {:>10.3f} {:>8.2f} {:>8.2f} {}\n", kind.name, kind.files,
+             megabytes, many.processor, one.processor, ratio, kFolderPerFile, ok ? "ok" : "OVER");
+  std::fflush(stdout);
+  return ok;
+}
+
+bool Bench::printFolders() const {
+  fmt::print("{:<14} {:>8} {:>8} {:>10} {:>10} {:>8} {:>8}\n", "folder", "files", "MB", "cpu s", "one file",
+             "ratio", "at most");
+  bool kept = true;
+  for (const FolderKind& kind : kFolders) kept = printFolder(kind) && kept;
+  fmt::print("\n");
   return kept;
 }
 
@@ -327,6 +372,7 @@ bool Bench::measure() {
   printSizes();
   bool kept = printBounds();
   kept = printTabular() && kept;
+  kept = printFolders() && kept;
   kept = printExports() && kept;
   if (!settings_.counts.empty()) kept = printScaling() && kept;
   return kept;

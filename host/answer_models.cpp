@@ -14,6 +14,7 @@
 #include "host/inputs/estate_model.h"
 #include "host/inputs/folder.h"
 #include "host/model_input.h"
+#include "host/reports_option.h"
 #include "messages/message.h"
 
 namespace host {
@@ -52,7 +53,8 @@ std::string placeOf(const std::string& input) {
 
 }  // namespace
 
-AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log) {
+AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log,
+                        const std::vector<std::string>& reports) {
   AnswerInputs found;
   found.several = inputs.size() > 1;
   found.map = std::move(map);
@@ -68,6 +70,8 @@ AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap 
     else
       log.logEventOf(path, tav::messageEvent(tav::Message::duplicateInput));
   }
+  checkReports(reports, found.several);
+  found.reports = reports;
   return found;
 }
 
@@ -113,7 +117,7 @@ int forEachModel(const AnswerInputs& inputs, MessageLog& log,
   int code = kDone;
   for (const std::string& input : inputs.paths) {
     code = worseOf(code, guarded(input, log, [&] {
-                     return withModel(input, log, [&](const tav::DetailedModel& model) {
+                     return withModel({input, inputs.reports}, log, [&](const tav::DetailedModel& model) {
                        use(input, tav::LineageGraph(model, inputs.mapFor(input)));
                      });
                    }));
@@ -160,7 +164,7 @@ std::vector<tav::JoinedModels::Model> KeptModels::named() const {
 int withModels(const AnswerInputs& inputs, MessageLog& log,
                const std::function<void(const tav::JoinedModels& graph)>& use) {
   if (!inputs.several)
-    return withModel(inputs.paths.front(), log, [&](const tav::DetailedModel& model) {
+    return withModel({inputs.paths.front(), inputs.reports}, log, [&](const tav::DetailedModel& model) {
       use(tav::LineageGraph(model, inputs.mapFor(inputs.paths.front())));
     });
   KeptModels models;

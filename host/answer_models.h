@@ -21,6 +21,8 @@ struct AnswerInputs {
   tav::AddressMap map;  ///< as the user gave it
   /// By the path of an estate, the rules that hold there where the user gave none.
   std::unordered_map<std::string, tav::AddressMap> estateMaps;
+  /// By their paths, those on the one model that there is then.
+  std::vector<std::string> reports;
 
   [[nodiscard]] const tav::AddressMap& mapFor(const std::string& input) const;
 };
@@ -28,8 +30,10 @@ struct AnswerInputs {
 /// The inputs of a command, with every definition and saved model below it in the place of a folder, and
 /// every model in it in the place of an estate. A folder that holds one definition is that; one that holds
 /// none stands for itself, as an input that cannot be read. What is named twice is there once, with a
-/// warning. Throws a usage error for an input without a name.
-AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log);
+/// warning. Throws a usage error for an input without a name,
+/// and for reports on several models.
+AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log,
+                        const std::vector<std::string>& reports = {});
 
 /// Models of inputs that are kept until they are answered for, with a graph each.
 class KeptModels {

@@ -8,6 +8,7 @@
 #include "host/model_pairs.h"
 #include "host/output.h"
 #include "messages/message.h"
+#include "host/reports_option.h"
 
 namespace host {
 namespace {
@@ -17,6 +18,7 @@ struct Arguments {
   std::string rules;
   std::string against;
   std::string map;
+  std::vector<std::string> reports;
   std::string format = "text";
   std::string failOn = "error";
   std::string output = "-";
@@ -69,8 +71,8 @@ int checkAll(Check& check) {
 int checkAgainst(Check& check, const std::string& was, const std::string& input) {
   int newCode = kDone;
   // The second is read while the first, which an import deletes at its end, is there.
-  const int code = withModel(was, check.log, [&](const tav::DetailedModel& old) {
-    newCode = withModel(input, check.log, [&](const tav::DetailedModel& model) {
+  const int code = withModel({was}, check.log, [&](const tav::DetailedModel& old) {
+    newCode = withModel({input, check.inputs.reports}, check.log, [&](const tav::DetailedModel& model) {
       const tav::LineageGraph before(old, check.inputs.mapFor(was));
       const tav::LineageGraph graph(model, check.inputs.mapFor(input));
       const tav::ModelDiff diff = tav::compareModels(before, graph);
@@ -87,7 +89,7 @@ int checkPair(Check& check, const ModelPair& pair) {
     return kDone;
   }
   if (!pair.before.empty()) return checkAgainst(check, pair.before, pair.after);
-  return withModel(pair.after, check.log, [&](const tav::DetailedModel& model) {
+  return withModel({pair.after}, check.log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model, check.inputs.mapFor(pair.after));
     check.models.push_back(tav::checkModel({graph, nullptr, nullptr}, pair.after, check.rules));
   });
@@ -122,8 +124,8 @@ int check(const Arguments& arguments, MessageLog& log) {
     return kDone;
   }
   if (arguments.inputs.empty()) throw CLI::RequiredError("INPUT");
-  const AnswerInputs inputs =
-      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
+  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
+                                         log, arguments.reports);
   checkOutputs(inputs.paths, arguments.output);
   Check run{arguments, inputs,
             arguments.rules.empty() ? tav::CheckRuleFile() : tav::CheckRuleFile::load(arguments.rules), log};
@@ -168,6 +170,7 @@ Command addCheck(CLI::App& program) {
   parser->add_flag("--list-rules", arguments->listRules, "Print the rules and what they are by default");
   parser->add_flag("--print-rules", arguments->printRules,
                    "Print a rule file that says what holds without one");
+  addReports(*parser, arguments->reports);
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return check(*arguments, log); }};

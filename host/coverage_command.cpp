@@ -6,6 +6,7 @@
 #include "host/command.h"
 #include "host/map_option.h"
 #include "host/output.h"
+#include "host/reports_option.h"
 #include "messages/message.h"
 
 namespace host {
@@ -18,6 +19,7 @@ struct Arguments {
   std::string format = "text";
   std::string output = "-";
   std::string map;
+  std::vector<std::string> reports;
   int bound = 0;
 };
 
@@ -80,8 +82,8 @@ int measureSeveral(const Arguments& arguments, const AnswerInputs& inputs, Messa
 }
 
 int measure(const Arguments& arguments, MessageLog& log) {
-  const AnswerInputs inputs =
-      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
+  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
+                                         log, arguments.reports);
   checkOutputs(inputs.paths, arguments.output);
   return inputs.several ? measureSeveral(arguments, inputs, log) : measureOne(arguments, inputs, log);
 }
@@ -102,6 +104,7 @@ Command addCoverage(CLI::App& program) {
   parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json"}));
+  addReports(*parser, arguments->reports);
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return measure(*arguments, log); }};

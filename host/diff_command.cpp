@@ -14,6 +14,7 @@
 #include "host/model_input.h"
 #include "host/model_pairs.h"
 #include "host/output.h"
+#include "host/reports_option.h"
 
 namespace host {
 namespace {
@@ -24,6 +25,7 @@ struct Arguments {
   std::string format = "text";
   std::string output = "-";
   std::string map;
+  std::vector<std::string> reports;
   bool exitCode = false;
   std::vector<std::string> failOn;
   tav::EstateSpan span;
@@ -60,18 +62,19 @@ int compare(const Arguments& arguments, MessageLog& log) {
   bool failure = false;
   int newCode = kDone;
   // The second is read while the first, which an import deletes at its end, is there.
-  const int code = withModel(arguments.before, log, [&](const tav::DetailedModel& before) {
-    newCode = withModel(arguments.after, log, [&](const tav::DetailedModel& after) {
-      const tav::ModelDiff diff = tav::compareModels(before, after, map);
-      failure = isFailure(diff, arguments);
-      writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
-        if (const Writer write = writerOf(arguments.format))
-          write(diff, out);
-        else
-          tav::writeDiffText(diff, out, style);
+  const int code =
+      withModel({arguments.before, arguments.reports}, log, [&](const tav::DetailedModel& before) {
+        newCode = withModel({arguments.after, arguments.reports}, log, [&](const tav::DetailedModel& after) {
+          const tav::ModelDiff diff = tav::compareModels(before, after, map);
+          failure = isFailure(diff, arguments);
+          writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
+            if (const Writer write = writerOf(arguments.format))
+              write(diff, out);
+            else
+              tav::writeDiffText(diff, out, style);
+          });
+        });
       });
-    });
-  });
   if (code != kDone || newCode != kDone) return code != kDone ? code : newCode;
   return failure ? kDiffers : kDone;
 }
@@ -166,6 +169,7 @@ int comparePlaces(const Arguments& arguments, MessageLog& log) {
 
 int run(const CLI::App& parser, const Arguments& arguments, MessageLog& log) {
   const bool estate = parser.count("--since") > 0;
+  checkReports(arguments.reports, estate);
   if (estate && parser.count("NEW") > 0)
     throw CLI::ValidationError("NEW", "--since compares versions in one estate database");
   if (estate) return compareEstate(arguments, log);
@@ -174,6 +178,7 @@ int run(const CLI::App& parser, const Arguments& arguments, MessageLog& log) {
   if (holdsSeveral(arguments.before) || holdsSeveral(arguments.after)) {
     if (!isPlace(arguments.before) || !isPlace(arguments.after))
       throw CLI::ValidationError("NEW", "a folder or an estate of models is compared with another one");
+    checkReports(arguments.reports, true);
     return comparePlaces(arguments, log);
   }
   return compare(arguments, log);
@@ -212,6 +217,7 @@ Command addDiff(CLI::App& program) {
       ->delimiter(',')
       ->allow_extra_args(false)
       ->check(CLI::IsMember(groupNames()));
+  addReports(*parser, arguments->reports);
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [parser, arguments](MessageLog& log) { return run(*parser, *arguments, log); }};

@@ -7,6 +7,7 @@
 #include "host/map_option.h"
 #include "host/model_input.h"
 #include "host/output.h"
+#include "host/reports_option.h"
 
 namespace host {
 namespace {
@@ -17,6 +18,7 @@ struct Arguments {
   std::string output = "-";
   std::string folder;
   std::string map;
+  std::vector<std::string> reports;
   tav::ExportOptions options;
   PostTarget post;
 };
@@ -83,7 +85,7 @@ class Export {
 
   int with(const std::string& input, const Use& use) {
     log_.forgetWarnings();
-    return withModel(input, log_, [&](const tav::DetailedModel& model) {
+    return withModel({input, inputs_.reports}, log_, [&](const tav::DetailedModel& model) {
       tav::ExportOptions options = arguments_.options;
       options.input = input;
       if (const auto stored = storedModel(input)) {
@@ -124,8 +126,8 @@ int exportModels(const Arguments& arguments, bool toFolder, MessageLog& log) {
   const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
-  const AnswerInputs inputs =
-      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
+  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
+                                         log, arguments.reports);
   checkTarget(arguments, format, toFolder, inputs.several);
   checkOutputs(inputs.paths, arguments.output);
   log.keepsWarnings = true;
@@ -160,6 +162,7 @@ Command addExport(CLI::App& program) {
       ->add_option("--to", arguments->options.to,
                    "dot, mermaid: only this object and its sources; the same as --from: both directions")
       ->type_name("NAME");
+  addReports(*parser, arguments->reports);
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   const CLI::Option* folder =

@@ -6,6 +6,7 @@
 #include "host/estate_target.h"
 #include "host/import_run.h"
 #include "host/output.h"
+#include "host/reports_option.h"
 #include "host/summary.h"
 
 namespace host {
@@ -36,12 +37,7 @@ int importFile(const Arguments& arguments, MessageLog& log) {
   checkOutput(input, arguments.output);
 
   Input opened = openInput(input, log);
-  for (const std::string& path : arguments.reports) {
-    std::vector<ReportPlace> reports = reportsAt(path);
-    if (reports.empty())
-      throw CLI::ValidationError("--reports", path + " is no report, and no folder with reports");
-    opened.addReports(std::move(reports));
-  }
+  readReports(opened, arguments.reports);
   Summary summary;
   const int code =
       runImport(opened, arguments.output, log, arguments.scope, [&](const tav::DetailedModel& model) {
@@ -130,14 +126,8 @@ Command addImport(CLI::App& program) {
           "--no-history", [arguments] { arguments->estate.history = false; },
           "Keep no documents of earlier versions in the estate")
       ->needs(arguments->estateOption);
-  parser
-      ->add_option(
-          "--reports", arguments->reports,
-          "Paginated reports (.rdl) or reports of Power BI on the model, or a folder of them, that are\n"
-          "read with it; may be given several times")
-      ->type_name("PATH")
-      ->allow_extra_args(false)
-      ->excludes(arguments->folderOption)
+  addReports(*parser, arguments->reports)
+      .excludes(arguments->folderOption)
       ->excludes(arguments->estateOption);
   addMap(*parser, arguments->map).needs(arguments->estateOption);
   parser->add_flag("--json", arguments->json, "Print the summary as JSON");

@@ -4,11 +4,13 @@
 #include "host/command.h"
 #include "host/import_run.h"
 #include "host/inputs/input.h"
+#include "host/reports_option.h"
 
 namespace host {
-int withModel(const std::string& input, MessageLog& log,
+int withModel(const ModelSource& source, MessageLog& log,
               const std::function<void(const tav::DetailedModel& model)>& use) {
-  const Input opened = openInput(input, log);
+  Input opened = openInput(source.input, log);
+  readReports(opened, source.reports);
   if (opened.isSavedModel()) {
     const tav::SavedModel saved = tav::loadSavedModel(opened.path());
     use({*saved.model, saved.details.get()});

@@ -58,7 +58,7 @@ bool haveCommonPaths(const Models& a, const Models& b) {
 }
 
 int describe(const std::string& input, MessageLog& log, const std::function<void(std::string name)>& use) {
-  return withModel(input, log,
+  return withModel({input}, log,
                    [&](const tav::DetailedModel& model) { use(tav::LineageGraph(model).modelName()); });
 }
 
@@ -106,8 +106,8 @@ int comparePair(const ModelPair& pair, const GivenMap& map, MessageLog& log,
   }
   int newCode = kDone;
   // The second is read while the first, which an import deletes at its end, is there.
-  const int code = withModel(pair.before, log, [&](const tav::DetailedModel& old) {
-    newCode = withModel(pair.after, log, [&](const tav::DetailedModel& now) {
+  const int code = withModel({pair.before}, log, [&](const tav::DetailedModel& old) {
+    newCode = withModel({pair.after}, log, [&](const tav::DetailedModel& now) {
       const tav::LineageGraph was(old, mapFor(map, pair.before));
       const tav::LineageGraph is(now, mapFor(map, pair.after));
       change.before.emplace().name = was.modelName();

@@ -2,6 +2,7 @@
 #include "host/map_option.h"
 #include "host/model_input.h"
 #include "host/output.h"
+#include "host/reports_option.h"
 #include "report/report.h"
 
 namespace host {
@@ -13,12 +14,13 @@ struct Arguments {
   std::string input;
   std::string output = "-";
   std::string map;
+  std::vector<std::string> reports;
 };
 
 int report(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
   const tav::AddressMap map = mapFor(readMap(arguments.map), arguments.input);
-  return withModel(arguments.input, log, [&](const tav::DetailedModel& model) {
+  return withModel({arguments.input, arguments.reports}, log, [&](const tav::DetailedModel& model) {
     const tav::LineageGraph graph(model, map);
     writeOutput(arguments.output, [&](std::ostream& out) { tav::writeReport(graph, kProgram, out); });
   });
@@ -31,6 +33,7 @@ Command addReport(CLI::App& program) {
   CLI::App* parser =
       program.add_subcommand("report", "Write a self-contained HTML report of a model and its lineage");
   addInput(*parser, arguments->input);
+  addReports(*parser, arguments->reports);
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return report(*arguments, log); }};

@@ -12,6 +12,7 @@
 #include "host/kind_option.h"
 #include "host/map_option.h"
 #include "host/output.h"
+#include "host/reports_option.h"
 #include "lineage/joined_search.h"
 
 namespace host {
@@ -28,6 +29,7 @@ struct Arguments {
   std::vector<std::string> kinds;
   std::string output = "-";
   std::string map;
+  std::vector<std::string> reports;
   tav::LineageWalk walk;
 };
 
@@ -80,7 +82,8 @@ void addWords(Arguments& arguments, const CLI::App& parser) {
 
 /// The estate that the question is to, if it is to one alone and calls databases as the estate does.
 std::optional<EstatePlace> askedEstate(const Arguments& arguments) {
-  if (arguments.inputs.size() != 1 || !arguments.map.empty()) return std::nullopt;
+  if (arguments.inputs.size() != 1 || !arguments.map.empty() || !arguments.reports.empty())
+    return std::nullopt;
   return estatePlace(arguments.inputs.front());
 }
 
@@ -115,8 +118,8 @@ int tell(const Arguments& arguments, MessageLog& log) {
       throw CLI::ValidationError("--format", "dot draws one model");
     if (const auto code = tellOfEstate(arguments, *estate, log)) return *code;
   }
-  const AnswerInputs inputs =
-      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
+  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
+                                         log, arguments.reports);
   if (inputs.several && arguments.format == "dot")
     throw CLI::ValidationError("--format", "dot draws one model");
   checkOutputs(inputs.paths, arguments.output);
@@ -146,6 +149,7 @@ Command add(CLI::App& program, const std::string& name, const std::string& descr
   parser->add_option("--depth", arguments->walk.depth, "The maximum number of steps (default: no limit)")
       ->type_name("N");
   parser->add_flag("--values", arguments->walk.values, "Follow only what values flow along");
+  addReports(*parser, arguments->reports);
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [parser, arguments](MessageLog& log) {

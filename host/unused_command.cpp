@@ -3,6 +3,7 @@
 #include "host/command.h"
 #include "host/map_option.h"
 #include "host/output.h"
+#include "host/reports_option.h"
 
 namespace host {
 namespace {
@@ -13,6 +14,7 @@ struct Arguments {
   std::string format = "text";
   std::string output = "-";
   std::string map;
+  std::vector<std::string> reports;
 };
 
 using Writer = void (*)(const tav::JoinedModels& graph, std::span<const tav::UnusedGroup> groups,
@@ -41,8 +43,8 @@ std::vector<std::string> kindNames() {
 }
 
 int list(const Arguments& arguments, MessageLog& log) {
-  const AnswerInputs inputs =
-      findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()), log);
+  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
+                                         log, arguments.reports);
   checkOutputs(inputs.paths, arguments.output);
   const std::vector<tav::UnusedGroup> groups = groupsOf(arguments.kinds);
   return withModels(inputs, log, [&](const tav::JoinedModels& graph) {
@@ -73,6 +75,7 @@ Command addUnused(CLI::App& program) {
   parser->add_option("--format", arguments->format, "The output format (default: text)")
       ->type_name("FORMAT")
       ->check(CLI::IsMember({"text", "json", "csv", "markdown"}));
+  addReports(*parser, arguments->reports);
   addMap(*parser, arguments->map);
   addOutput(*parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return list(*arguments, log); }};

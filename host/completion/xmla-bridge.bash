@@ -49,14 +49,14 @@ _xmla_bridge() {
         import) words="-o --out-dir --estate --jobs --prune --force --no-history --map --reports --json --no-details $messages" ;;
         export)
           words='-o --out-dir --format --from --to --openlineage-static --server --post --post-timeout --post-attempts --post-resume'
-          words+=" --datahub-env --datahub-instance --datahub-tables --map $messages"
+          words+=" --datahub-env --datahub-instance --datahub-tables --map --reports $messages"
           ;;
-        trace | impact) words="-o --format --kind --depth --values --map $messages" ;;
-        coverage) words="-o --format --fail-under --map $messages" ;;
-        check) words="-o --rules --against --format --fail-on --list-rules --print-rules --map $messages" ;;
-        unused) words="-o --format --kind --map $messages" ;;
-        diff) words="-o --since --until --format --exit-code --fail-on --map $messages" ;;
-        report) words="-o --map $messages" ;;
+        trace | impact) words="-o --format --kind --depth --values --map --reports $messages" ;;
+        coverage) words="-o --format --fail-under --map --reports $messages" ;;
+        check) words="-o --rules --against --format --fail-on --list-rules --print-rules --map --reports $messages" ;;
+        unused) words="-o --format --kind --map --reports $messages" ;;
+        diff) words="-o --since --until --format --exit-code --fail-on --map --reports $messages" ;;
+        report) words="-o --map --reports $messages" ;;
         test) words="$messages" ;;
         describe) words="--json $messages" ;;
       esac

@@ -40,7 +40,9 @@ std::string shortList(const std::vector<std::string>& names) {
 std::optional<EstatePlace> estatePlace(const std::string& argument) {
   std::error_code ignored;  // what cannot be asked for is told by whoever opens it
   if (std::filesystem::exists(argument, ignored)) {
-    if (!tav::isEstate(argument)) return std::nullopt;
+    // Of a pipe, what a look at its beginning takes is gone.
+    const bool isFile = std::filesystem::is_regular_file(argument, ignored);
+    if (!isFile || !tav::isEstate(argument)) return std::nullopt;
     return EstatePlace{argument, {}};
   }
   for (std::size_t at = argument.find(kModelMark); at != argument.npos;

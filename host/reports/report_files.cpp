@@ -31,16 +31,17 @@ std::string canonical(const fs::path& path) {
 
 bool isReportFolder(const fs::path& folder) {
   std::error_code ignored;  // what cannot be asked for is not there
-  return fs::exists(folder / "definition.pbir", ignored) || fs::exists(folder / "report.json", ignored);
+  return fs::exists(folder / "definition.pbir", ignored) || fs::exists(folder / "report.json", ignored) ||
+         fs::is_directory(folder / "definition" / "pages", ignored);
 }
 
-/// Whether a report is on the model in a folder. One that cannot tell any longer is
-/// on the model that is called like it.
-bool isOn(const std::string& report, const std::string& model) {
+/// Whether a report is on the model in a folder, which may be the only one beside it. One that cannot tell
+/// any longer is on that, or on the model that is called like it.
+bool isOn(const std::string& report, const std::string& model, bool isOnly) {
   const ReportLink link = followReport(report);
   if (!link.model.empty()) return canonical(link.model) == model;
   const bool cannotTell = isReportFolder(report) && (link.broken || link.cause.empty());
-  return cannotTell && fs::path(report).stem() == fs::path(model).stem();
+  return cannotTell && (isOnly || fs::path(report).stem() == fs::path(model).stem());
 }
 
 void appendEntries(const fs::path& folder, std::vector<fs::path>& paths) {
@@ -86,12 +87,14 @@ std::vector<ReportPlace> reportsOn(const std::string& modelFolder, const std::st
   const std::string model = canonical(modelFolder);
   std::map<std::string, std::string> folders;  // as they are called, by where they are
   if (!also.empty()) folders.emplace(canonical(also), also);
-  std::error_code error;
-  for (fs::directory_iterator entry(parentOf(modelFolder), error), end; !error && entry != end;
-       entry.increment(error)) {
-    const std::string path = entry->path().string();
-    if (!hasExtension(path, ".report")) continue;
-    if (isOn(path, model)) folders.emplace(canonical(path), path);
+  std::vector<fs::path> beside;
+  appendEntries(parentOf(modelFolder), beside);
+  const bool isOnly = std::count_if(beside.begin(), beside.end(), [](const fs::path& path) {
+                        return isSemanticModelName(path.string());
+                      }) == 1;
+  for (const fs::path& entry : beside) {
+    const std::string path = entry.string();
+    if (hasExtension(path, ".report") && isOn(path, model, isOnly)) folders.emplace(canonical(path), path);
   }
   std::vector<ReportPlace> reports;
   reports.reserve(folders.size());

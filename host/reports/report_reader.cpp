@@ -229,7 +229,7 @@ class ReportReader {
     }
   }
 
-  /// In the order of the report, those that it does not list last.
+  /// In the order of the report, those that it does not list last. One that is listed is there, or lost.
   std::vector<std::string> pageFolders() {
     constexpr std::string_view kPage = "/page.json";
     std::unordered_map<std::string, std::size_t> order;
@@ -239,6 +239,8 @@ class ReportReader {
         if (id.is_string()) order.emplace("definition/pages/" + id.get<std::string>(), order.size());
     }
     std::vector<std::string> folders;
+    for (const auto& [folder, rank] : order)
+      if (!has(folder + std::string(kPage))) folders.push_back(folder);
     for (const std::string& name : files_->names())
       if (name.ends_with(kPage)) folders.push_back(name.substr(0, name.size() - kPage.size()));
     const auto rank = [&](const std::string& folder) {
@@ -251,7 +253,9 @@ class ReportReader {
   }
 
   std::size_t readPage(const std::string& folder) {
-    const Json page = readJson(folder + "/page.json");
+    const std::string file = folder + "/page.json";
+    if (!has(file)) lose(files_->pathOf(file), "it is not there");
+    const Json page = has(file) ? readJson(file) : Json();
     const std::string id = firstOf(textAt(page, "name"), folder.substr(folder.rfind('/') + 1));
     const std::size_t part =
         add(ObjectKind::reportPage, kReport, firstOf(textAt(page, "displayName"), id), id);

@@ -42,7 +42,7 @@ final class TmdlTree {
     for (TmdlObject part : object.parts) {
       if (!part.declared) {
         faults.enter(part.file);
-        faults.warn(part.line, 0, part.describe() + " is not declared in any file");
+        faults.lose(part.line, 0, part.describe() + " is not declared in any file");
         continue;
       }
       if (part.kind.number == TmdlKind.Number.MANY) {

@@ -1,0 +1,22 @@
+#pragma once
+
+// The option --reports: reports that are given with the model that they are on.
+
+#include <CLI/App.hpp>
+#include <string>
+#include <vector>
+
+#include "host/inputs/input.h"
+
+namespace host {
+
+CLI::Option& addReports(CLI::App& parser, std::vector<std::string>& paths);
+
+/// Adds the reports that the paths of the option lead to. Throws a usage error for a path that leads to none,
+/// and for a saved model, which has its reports already.
+void readReports(Input& input, const std::vector<std::string>& paths);
+
+/// Throws a usage error when reports were given for several models.
+void checkReports(const std::vector<std::string>& paths, bool severalModels);
+
+}  // namespace host
