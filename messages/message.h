@@ -59,6 +59,7 @@ enum class Message : std::uint8_t {
   rulesNotRead,
   unknownInEstate,
   modelNotKept,
+  daxNotRead,
   noEventTime,
 };
 
