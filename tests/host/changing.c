@@ -1,4 +1,4 @@
-/* Preloaded into a program: the file whose path ends in CHANGED_FILE is changed once the first 64 KB of it were
+/* Preloaded into a program: the file whose path ends in CHANGED_FILE is changed once more than its first 64 KB were
    read, as CHANGE says: "cut" to half its size, "grow" by some text, or "replace" it by CHANGED_FILE.new. */
 
 #define _GNU_SOURCE
@@ -42,7 +42,7 @@ ssize_t read(int file, void* bytes, size_t count) {
   const ssize_t moved = next(file, bytes, count);
   const char* sought = getenv("CHANGED_FILE");
   const char* change = getenv("CHANGE");
-  if (done || !sought || !change || moved <= 0 || lseek(file, 0, SEEK_CUR) < kBefore) return moved;
+  if (done || !sought || !change || moved <= 0 || lseek(file, 0, SEEK_CUR) <= kBefore) return moved;
   char link[64];
   char path[PATH_MAX];
   snprintf(link, sizeof link, "/proc/self/fd/%d", file);
