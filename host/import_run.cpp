@@ -35,8 +35,7 @@ class Observer : public tav::HostObserver {
     for (TAVMetadataOrigin& origin : model.metadataOrigins)
       origin.path = input_.isInMemory() ? input_.name() : input_.path();
     model.setName(TAVString(input_.nameOfModel(model.getName().str())));
-    if (tav::Details* made = details())
-      for (const ReportPlace& report : input_.reports()) addReport(report, model, *made, log_);
+    if (tav::Details* made = details()) addReports(input_.reports(), model, *made, log_);
   }
 
   bool wantsDetails() override { return scope_.details; }

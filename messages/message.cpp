@@ -134,6 +134,9 @@ constexpr std::array kRows{
                "It was exported to the database. What is imported with --estate can be asked everything."},
     MessageRow{Message::modelGone, "XMLABRIDGE_W0053", "{0}: the model is not there any more.",
                "check compares two folders or estates, and a model is only in the earlier one."},
+    MessageRow{Message::daxNotRead, "XMLABRIDGE_E0054",
+               "{0} What expressions and queries in DAX name is left out of the reports.",
+               "Reports on the model hold DAX, which Java reads. The rest is read, and the exit code is 6."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };

@@ -61,6 +61,7 @@ enum class Message : std::uint8_t {
   unknownInEstate,
   modelNotKept,
   modelGone,
+  daxNotRead,
   noEventTime,
 };
 

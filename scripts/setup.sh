@@ -105,6 +105,7 @@ need_for_tests() {
   need command file file
   need command parallel parallel
   need command sqlite3 sqlite3
+  need command git git
   need command chromium chromium
 }
 

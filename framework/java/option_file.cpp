@@ -27,7 +27,20 @@ bool isUtf8(std::string_view text) {
   return true;
 }
 
-std::string escaped(std::string_view text) {
+void writeNew(const TAVString& path, std::string_view text) {
+  const auto systemError = [] { return std::error_code(errno, std::generic_category()); };
+  const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  if (file.get() < 0) failToWrite(path, systemError());
+  while (!text.empty()) {
+    const ssize_t written = write(file.get(), text.data(), text.size());
+    if (written < 0 && errno != EINTR) failToWrite(path, systemError());
+    if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+}  // namespace
+
+std::string escapedField(std::string_view text) {
   std::string result;
   for (const char c : text) {
     switch (c) {
@@ -50,24 +63,21 @@ std::string escaped(std::string_view text) {
   return result;
 }
 
-void writeNew(const TAVString& path, std::string_view text) {
-  const auto systemError = [] { return std::error_code(errno, std::generic_category()); };
-  const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-  if (file.get() < 0) failToWrite(path, systemError());
-  while (!text.empty()) {
-    const ssize_t written = write(file.get(), text.data(), text.size());
-    if (written < 0 && errno != EINTR) failToWrite(path, systemError());
-    if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+std::string unescapedField(std::string_view text) {
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool escape = text[i] == '\\' && i + 1 < text.size();
+    const char c = escape ? text[++i] : text[i];
+    plain += !escape ? c : c == 'n' ? '\n' : c == 'r' ? '\r' : c == 't' ? '\t' : c;
   }
+  return plain;
 }
-
-}  // namespace
 
 OptionFile::OptionFile(const TAVFile& folder, const TAVOptionList& options)
     : path_(folder.getFile("options").getPath()) {
   std::string lines;
   for (const TAVOption& option : options)
-    lines += escaped(option.getKey()) + "\t" + escaped(handedValue(folder, option)) + "\n";
+    lines += escapedField(option.getKey()) + "\t" + escapedField(handedValue(folder, option)) + "\n";
   writeNew(path_, lines);
 }
 

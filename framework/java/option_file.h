@@ -1,12 +1,20 @@
 #pragma once
 
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "framework/api.h"
 #include "framework/std/file.h"
 #include "framework/std/option.h"
 
 namespace tav {
+
+/// A text as a field of a line that Java reads, with \\, \n, \r and \t for what would break the line; and
+/// back.
+TAV_API std::string escapedField(std::string_view text);
+TAV_API std::string unescapedField(std::string_view text);
 
 /// Options written for an importer: a line "key<TAB>value" each, in UTF-8, with \\, \n, \r and \t for the
 /// characters that would break a line.

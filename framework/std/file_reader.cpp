@@ -16,16 +16,23 @@ std::string lastError() {
   return std::generic_category().message(errno);
 }
 
+std::int64_t writtenAt(const struct stat& status) noexcept {
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  return status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec;
+}
+
 }  // namespace
 
 FileReader::FileReader(FileReader&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1)),
       size_(other.size_),
+      written_(other.written_),
       error_(std::move(other.error_)) {}
 
 FileReader& FileReader::operator=(FileReader&& other) noexcept {
   std::swap(descriptor_, other.descriptor_);
   std::swap(size_, other.size_);
+  std::swap(written_, other.written_);
   std::swap(error_, other.error_);
   return *this;
 }
@@ -51,6 +58,7 @@ bool FileReader::open(const std::string& path) {
   else if (!S_ISREG(status.st_mode))
     error_ = "it is not a regular file";
   size_ = static_cast<std::uint64_t>(status.st_size);
+  written_ = writtenAt(status);
   if (!error_.empty()) close();
   return isOpen();
 }
@@ -66,10 +74,17 @@ std::size_t FileReader::read(char* buffer, std::size_t capacity) {
     const ssize_t count = ::read(descriptor_, buffer + done, capacity - done);
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) error_ = lastError();
+    if (count == 0 && hasChanged()) error_ = "the file changed while it was read";
     if (count <= 0) break;
     done += static_cast<std::size_t>(count);
   }
   return error_.empty() ? done : 0;
+}
+
+bool FileReader::hasChanged() const noexcept {
+  struct stat status {};
+  if (fstat(descriptor_, &status) != 0) return false;
+  return static_cast<std::uint64_t>(status.st_size) != size_ || writtenAt(status) != written_;
 }
 
 }  // namespace tav

@@ -24,7 +24,8 @@ class TAV_API FileReader {
   [[nodiscard]] bool isOpen() const noexcept { return descriptor_ >= 0; }
 
   /// Reads up to `capacity` bytes; fewer only at the end of the file, 0 behind it or after an error, which
-  /// getError() then tells.
+  /// getError() then tells. A file that is written to between open() and its end is such an error: what was
+  /// read may be parts of two files.
   std::size_t read(char* buffer, std::size_t capacity);
 
   /// The size in bytes that the file had when it was opened.
@@ -33,8 +34,11 @@ class TAV_API FileReader {
   [[nodiscard]] const std::string& getError() const noexcept { return error_; }
 
  private:
+  [[nodiscard]] bool hasChanged() const noexcept;
+
   int descriptor_ = -1;
   std::uint64_t size_ = 0;
+  std::int64_t written_ = 0;  // when it was written to last, in nanoseconds
   std::string error_;
 };
 

@@ -60,23 +60,29 @@ void dropCube(Name& parts) {
 class NameReader {
  public:
   std::vector<Name> read(std::string_view query) {
-    readText(query, true);
+    forEachToken(query, [&](const Token& token, const Token& last) {
+      if (isDefinition(token, last))
+        readDefinition(unquoted(token.text));
+      else
+        readName(token, last);
+    });
     std::erase_if(names_, [&](const Name& name) { return own_.contains(folded(name)); });
     return std::move(names_);
   }
 
  private:
-  void readText(std::string_view text, bool isQuery) {
+  template <class Visit> static void forEachToken(std::string_view text, const Visit& visit) {
     tav::PieceBuffer pieces;
     tav::Lexer lexer(text, tav::ExpressionLanguage::mdx, pieces);
     Token last;
     for (Token token = lexer.next(false); token.kind != Token::Kind::end; token = lexer.next(false)) {
-      if (token.kind == Token::Kind::reference || token.kind == Token::Kind::call)
-        readName(token, last);
-      else if (isQuery && isDefinition(token, last))
-        readText(unquoted(token.text), false);
+      visit(token, last);
       last = token;
     }
+  }
+
+  void readDefinition(const std::string& text) {
+    forEachToken(text, [&](const Token& token, const Token& last) { readName(token, last); });
   }
 
   /// The older way to define members and sets: AS '...'.
@@ -85,6 +91,7 @@ class NameReader {
   }
 
   void readName(const Token& token, const Token& last) {
+    if (token.kind != Token::Kind::reference && token.kind != Token::Kind::call) return;
     if (last.kind == Token::Kind::dot) return;  // asks something of what stands before the dot
     Name parts = partsOf(token);
     dropCube(parts);

@@ -1,17 +1,21 @@
 #include "host/reports/report_details.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
+#include "framework/std/exception.h"
 #include "framework/std/string.h"
-#include "host/reports/dax_names.h"
+#include "host/reports/dax_queries.h"
 #include "host/reports/mdx_names.h"
 #include "host/reports/paginated_report.h"
 #include "host/reports/report_reader.h"
 #include "lineage/lineage_graph.h"
 #include "lineage/node_search.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -39,7 +43,6 @@ class FieldIndex {
     for (NodeId id = 0; id < graph.nodes().size(); ++id) add(id);
   }
 
-  [[nodiscard]] NodeId table(std::string_view name) const { return find(tables_, tav::foldCase(name)); }
   [[nodiscard]] NodeId column(std::string_view table, std::string_view name) const {
     return find(columns_, keyOf(table, name));
   }
@@ -60,18 +63,46 @@ class FieldIndex {
   /// Measures have names of their own in a model, whatever table lists them.
   [[nodiscard]] NodeId measure(std::string_view name) const { return find(measures_, tav::foldCase(name)); }
 
-  /// The nearest spelling of a name that nothing has; empty when there is none. What many names ask for is
-  /// looked for as often as that is quick.
-  std::string nearest(std::string_view table, std::string_view name) {
+  /// A function of the model.
+  [[nodiscard]] NodeId function(std::string_view name) const { return find(functions_, tav::foldCase(name)); }
+
+  /// Tells DAX of all of it, and gives the nodes in the order in which it was told.
+  std::vector<NodeId> tell(DaxQueries& dax) const {
+    std::vector<NodeId> told;
+    for (const auto& [key, table] : tables_) {
+      dax.addTable(table.name);
+      told.push_back(table.node);
+      for (const NodeId column : table.columns) {
+        dax.addColumn(graph_.node(column).rawName);
+        told.push_back(column);
+      }
+    }
+    for (const auto& [name, measure] : measures_) {
+      dax.addMeasure(name);
+      told.push_back(measure);
+    }
+    for (const auto& [name, function] : functions_) dax.addFunction(name, graph_.rawExpression(function));
+    return told;
+  }
+
+  /// The nearest spelling of a name that nothing has, as DAX writes it; empty when there is none. What many
+  /// names ask for is looked for as often as that is quick.
+  std::string nearest(const std::string& name) {
     constexpr std::size_t kMostSearches = 100;
     if (++searches_ > kMostSearches) return {};
-    for (const tav::NearNode& near : tav::nearestNodes(graph_, written(table, name), tav::kNearest))
+    for (const tav::NearNode& near : tav::nearestNodes(graph_, name, tav::kNearest))
       if (isField(graph_.node(near.node).kind)) return graph_.rawQualifiedName(near.node);
     return {};
   }
 
  private:
   using Names = std::unordered_map<std::string, NodeId>;
+
+  struct Table {
+    std::string name;
+    NodeId node = tav::kNoNode;  ///< none for the name that a cube gives a dimension
+    std::vector<NodeId> columns;
+  };
 
   static bool isField(ObjectKind kind) {
     return kind == ObjectKind::attribute || kind == ObjectKind::measure ||
@@ -92,11 +123,13 @@ class FieldIndex {
     const tav::LineageNode& node = graph_.node(id);
     switch (node.kind) {
       case ObjectKind::dimension:
-        tables_.emplace(tav::foldCase(node.rawName), id);
+      case ObjectKind::measureGroup:
+        if (Table& table = tableCalled(node.rawName); table.node == tav::kNoNode) table.node = id;
         break;
       case ObjectKind::attribute:
       case ObjectKind::cubeAttribute:
-        columns_.emplace(keyOf(nameOf(node.owner), node.rawName), id);
+        if (columns_.emplace(keyOf(nameOf(node.owner), node.rawName), id).second)
+          tableCalled(nameOf(node.owner)).columns.push_back(id);
         break;
       case ObjectKind::hierarchy:
       case ObjectKind::cubeHierarchy:
@@ -114,13 +147,21 @@ class FieldIndex {
         measures_.emplace(
             tav::foldCase("_" + std::string(nameOf(node.owner)) + " " + std::string(node.rawName)), id);
         break;
+      case ObjectKind::function:
+        functions_.emplace(tav::foldCase(node.rawName), id);
+        break;
       default:
         break;
     }
   }
 
+  Table& tableCalled(std::string_view name) {
+    return tables_.try_emplace(tav::foldCase(name), Table{std::string(name), tav::kNoNode, {}}).first->second;
+  }
+
   const tav::LineageGraph& graph_;
-  Names tables_;
+  std::unordered_map<std::string, Table> tables_;
+  Names functions_;
   Names columns_;
   Names hierarchies_;
   Names levels_;
@@ -134,12 +175,22 @@ class ReportImport {
       : details_(details), model_(model), graph_({model, &details}), index_(graph_) {}
 
   void add(const std::vector<ReportPart>& parts) {
+    items_.clear();
+    measures_.clear();
     for (const ReportPart& part : parts) addItem(part);
     for (std::size_t i = 0; i < parts.size(); ++i) {
       relateFields(parts[i], items_[i]);
-      if (parts[i].language == "dax") relateNames(parts[i], items_[i]);
       if (parts[i].language == "mdx") relateMdxNames(parts[i], items_[i]);
     }
+    addDax(parts);
+  }
+
+  /// Relates what DAX names, in all reports. Throws a TAVException when Java cannot be run.
+  void finish() {
+    if (dax_.empty()) return;
+    const std::vector<std::vector<DaxUse>> named = dax_.read();
+    for (std::size_t i = 0; i < named.size(); ++i)
+      for (const DaxUse& use : named[i]) relateDax(use, daxItems_[i]);
   }
 
  private:
@@ -198,26 +249,49 @@ class ReportImport {
         details_.relate(RelationKind::computed, itemOf(node), item);
       else
         details_.addOpenName(item, "[" + parts[0] + "].[" + parts[1] + "]", tav::OpenNameState::mistake,
-                             index_.nearest(parts[0], parts[1]));
+                             index_.nearest(written(parts[0], parts[1])));
     }
   }
 
-  /// What a measure of the report computes with, or a query in DAX asks for.
-  void relateNames(const ReportPart& part, ItemId item) {
-    std::unordered_set<std::string> missing;
-    for (const DaxName& name : daxNames(part.text)) {
-      if (const ItemId named = namedBy(name, part.table); named != tav::kNoItem)
-        details_.relate(RelationKind::computed, named, item);
-      else if (name.quoted && missing.insert(keyOf(name.table, name.name)).second)
-        lose(item, name.table, name.name);
+  void addDax(const std::vector<ReportPart>& parts) {
+    const auto isDax = [](const ReportPart& part) { return part.language == "dax"; };
+    if (std::none_of(parts.begin(), parts.end(), isDax)) return;
+    if (dax_.empty())
+      for (const NodeId node : index_.tell(dax_)) daxObjects_.push_back({node, tav::kNoItem});
+    dax_.startReport();
+    for (const auto& [name, item] : measures_) {
+      dax_.addOwnMeasure(name);
+      daxObjects_.push_back({tav::kNoNode, item});
+    }
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      if (!isDax(parts[i])) continue;
+      dax_.add(parts[i].table, parts[i].text);
+      daxItems_.push_back(items_[i]);
     }
   }
 
-  ItemId namedBy(const DaxName& name, std::string_view table) {
-    if (name.name.empty()) return itemOf(index_.table(name.table));
-    if (const auto own = measures_.find(tav::foldCase(name.name)); own != measures_.end()) return own->second;
-    const NodeId column = index_.column(name.table.empty() ? table : name.table, name.name);
-    return itemOf(column == tav::kNoNode ? index_.measure(name.name) : column);
+  void relateDax(const DaxUse& use, ItemId item) {
+    switch (use.kind) {
+      case DaxUse::Kind::uses:
+        return relateObject(use.object, RelationKind::computed, item);
+      case DaxUse::Kind::counts:
+        return relateObject(use.object, RelationKind::counted, item);
+      case DaxUse::Kind::takes:
+        return relateObject(use.object, RelationKind::condition, item);
+      case DaxUse::Kind::calls:
+        if (const ItemId function = itemOf(index_.function(use.name)); function != tav::kNoItem)
+          details_.relate(RelationKind::computed, function, item);
+        return;
+      case DaxUse::Kind::lacks:
+        return details_.addOpenName(item, use.name, tav::OpenNameState::mistake, index_.nearest(use.name));
+    }
+  }
+
+  void relateObject(std::size_t place, RelationKind kind, ItemId item) {
+    if (place >= daxObjects_.size()) return;
+    const DaxObject& object = daxObjects_[place];
+    const ItemId named = object.item == tav::kNoItem ? itemOf(object.node) : object.item;
+    if (named != tav::kNoItem) details_.relate(kind, named, item);
   }
 
   ItemId itemOf(NodeId id) {
@@ -226,24 +300,42 @@ class ReportImport {
     return node.object ? details_.itemOf(*node.object) : node.item;
   }
 
-  void lose(ItemId item, std::string_view table, std::string_view name) {
-    details_.addOpenName(item, written(table, name), tav::OpenNameState::mistake,
-                         index_.nearest(table, name));
+  void lose(ItemId item, std::string_view table, std::string_view field) {
+    const std::string name = written(table, field);
+    details_.addOpenName(item, name, tav::OpenNameState::mistake, index_.nearest(name));
   }
 
   tav::Details& details_;
   const TAVModel& model_;
   tav::LineageGraph graph_;
   FieldIndex index_;
+  // Of the report that is being added.
   std::vector<ItemId> items_;                         // by part
-  std::unordered_map<std::string, ItemId> measures_;  // of the report, by name
+  std::unordered_map<std::string, ItemId> measures_;  // its own, by name
+
+  /// What DAX can name: an object of the model, or a measure of a report.
+  struct DaxObject {
+    NodeId node;
+    ItemId item;
+  };
+  DaxQueries dax_;
+  std::vector<DaxObject> daxObjects_;  // by their places there
+  std::vector<ItemId> daxItems_;       // by query
 };
 
 }  // namespace
 
-void addReport(const ReportPlace& report, const TAVModel& model, tav::Details& details, MessageLog& log) {
-  ReportImport(model, details)
-      .add(report.isPaginated ? readPaginatedReport(report, log) : readReport(report, log));
+void addReports(const std::vector<ReportPlace>& reports, const TAVModel& model, tav::Details& details,
+                MessageLog& log) {
+  if (reports.empty()) return;
+  ReportImport import(model, details);
+  for (const ReportPlace& report : reports)
+    import.add(report.isPaginated ? readPaginatedReport(report, log) : readReport(report, log));
+  try {
+    import.finish();
+  } catch (const TAVException& error) {
+    log.logEvent(tav::messageEvent(tav::Message::daxNotRead, {error.getMessage().view()}));
+  }
 }
 
 }  // namespace host

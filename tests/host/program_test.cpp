@@ -93,7 +93,9 @@ TEST(Program, Corpus) {
 
 TEST(Program, Inputs) {
   tav::test::checkCorpus("host/inputs.txt", [](const std::string& commands) {
-    return tav::test::runCommands(std::string(kInputsPrelude) + commands + kInputsEnd, writeDefinitions);
+    return tav::test::runCommands(
+        "export CHANGING='" CHANGING "'\n" + std::string(kInputsPrelude) + commands + kInputsEnd,
+        writeDefinitions);
   });
 }
 

@@ -119,7 +119,7 @@ public final class MicrosoftSqlServerAsImport {
     return root;
   }
 
-  private static Map<String, String> readOptions(String optionFile) throws IOException {
+  static Map<String, String> readOptions(String optionFile) throws IOException {
     Map<String, String> options = new HashMap<>();
     for (String line : Files.readAllLines(Path.of(optionFile), StandardCharsets.UTF_8)) {
       int tab = line.indexOf('\t');

@@ -89,6 +89,7 @@ final class DaxCall {
       made.add(new DaxTable.Column(node.name(), null, Sources.NONE));
       return i + 1;
     }
+    if (how == 'x') return i + 1;
     boolean wantsTable = how == 't' || how == 'T';
     if (!wantsTable && isWord(node, context) && (how == 'k' || !evaluation.isTable(node))) return i + 1;
     if (how == 'n' && node.is(DaxNode.Kind.TEXT)) {

@@ -152,12 +152,14 @@ final class DaxEvaluator implements DaxCall.Evaluation {
   private DaxTable block(DaxNode node, DaxContext context) {
     DaxContext inner = context.in(new DaxContext.Scope(context.scope()));
     DaxTable table = null;
+    DaxTable rows = null; // of a query's latest result
     for (DaxNode part : node.parts()) {
       if (part.is(DaxNode.Kind.DEFINITION)) {
         inner.scope().put(Names.fold(part.name()), value(part.parts().get(0), inner));
       } else {
-        DaxContext.Value result = value(part, inner);
+        DaxContext.Value result = value(part, rows == null ? inner : inner.inRowsOf(rows));
         table = result.isTable() ? result.asTable() : null;
+        if (result.table() != null) rows = result.table();
       }
     }
     return table;
@@ -181,8 +183,13 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     return DaxTable.of(made);
   }
 
+  /** A variable or parameter, or a table that a query defines. */
   private static DaxContext.Value local(DaxNode node, DaxContext context) {
-    return node.is(DaxNode.Kind.WORD) ? context.scope().find(Names.fold(node.name())) : null;
+    boolean bare = node.is(DaxNode.Kind.WORD);
+    if (!bare && !node.is(DaxNode.Kind.TABLE)) return null;
+    String name = Names.fold(node.name());
+    DaxContext.Value found = bare ? context.scope().find(name) : null;
+    return found == null ? context.scope().find("'" + name + "'") : found;
   }
 
   /** Null unless `node` is a parameter that is evaluated here. */
@@ -277,12 +284,13 @@ final class DaxEvaluator implements DaxCall.Evaluation {
   }
 
   private DaxTable.Column qualified(DaxNode node, DaxContext context) {
-    ModelNames.Table table = names.findTable(node.table());
-    if (table == null) {
-      // A variable's table has columns without that name in front.
-      if (context.scope().find(Names.fold(node.table())) == null) unresolved.add(node.written());
+    DaxContext.Value defined = context.scope().find("[" + Names.fold(node.name()) + "]");
+    if (defined != null) {
+      note(DaxLineage.Entry.Kind.VALUE, defined.sources());
       return null;
     }
+    ModelNames.Table table = names.findTable(node.table());
+    if (table == null) return definedColumn(node, context);
     ModelObject column = names.findColumn(table, node.name());
     if (column != null) {
       note(DaxLineage.Entry.Kind.FEATURE, column);
@@ -296,6 +304,16 @@ final class DaxEvaluator implements DaxCall.Evaluation {
       note(DaxLineage.Entry.Kind.FEATURE, measure);
     }
     return null;
+  }
+
+  /** A variable's table has columns without that name in front, one that a query defines has them with it. */
+  private DaxTable.Column definedColumn(DaxNode node, DaxContext context) {
+    DaxNode owner = DaxNode.of(DaxNode.Kind.WORD, node.place(), node.table(), List.of());
+    DaxContext.Value table = local(owner, context);
+    if (table == null) unresolved.add(node.written());
+    DaxTable.Column column = table == null ? null : table.asTable().find(node.name());
+    if (column != null) note(DaxLineage.Entry.Kind.VALUE, column.sources());
+    return column;
   }
 
   private DaxTable call(DaxNode node, DaxContext context) {

@@ -19,6 +19,7 @@ import java.util.Map;
  *   n  the name of a column that the next argument makes; without a name, a column that keeps its own
  *   m  the name of a column that is made of nothing, or a column that keeps its own
  *   k  a word of the language, such as MONTH or DESC, or a value
+ *   x  a word that means something where the query is put together, or a parameter
  * </pre>
  */
 final class DaxFunctions {
@@ -117,7 +118,7 @@ final class DaxFunctions {
       "UNKNOWN_TABLE .: ADDMISSINGITEMS DETAILROWS IGNORE NONFILTER GROUPCROSSAPPLY GROUPCROSSAPPLYTABLE",
       "UNKNOWN_TABLE .: LINEST KMEANSCLUSTERING SAMPLEAXISWITHLOCALMINMAX SAMPLECARTESIANPOINTSBYCOVER",
       "UNKNOWN_TABLE .: SUBSTITUTEWITHINDEX TOPNPERLEVEL DEPENDON COLUMNSTATISTICS TABLEOF",
-      "UNKNOWN_TABLE Trr LINESTX");
+      "UNKNOWN_TABLE Trr LINESTX", "UNKNOWN_TABLE xxcx RSCUSTOMDAXFILTER");
 
   private static final Map<String, Function> ALL = read();
 

@@ -38,6 +38,7 @@ final class DaxParser {
   private static final String SIGNS = "+-*/^&=<>|!";
   /** Words that end one expression of a query and begin another. */
   private static final Set<String> QUERY = Set.of("evaluate", "define", "order", "by", "start", "at");
+  private static final Set<String> DEFINED = Set.of("measure", "column", "table");
   private static final Set<String> DIRECTIONS = Set.of("asc", "desc", "blanks", "first", "last");
   private static final Set<String> VALUES = Set.of("true", "false");
 
@@ -68,7 +69,9 @@ final class DaxParser {
       }
     }
     endExpression(open.peek());
-    return group(open.peek().done, 0);
+    List<DaxNode> done = open.peek().done;
+    // What orders a result is read in its rows, as parts of one block are.
+    return isQuery && done.size() > 1 ? DaxNode.of(DaxNode.Kind.BLOCK, 0, "", done) : group(done, 0);
   }
 
   private void fail(int place, String text) {
@@ -88,6 +91,13 @@ final class DaxParser {
   }
 
   private void column(DaxTokens.Token name, String table, int place) {
+    if (isQuery && table == null && tokens.get(at).isSign('.')
+        && tokens.get(at + 1).kind() == DaxTokens.Kind.BRACKETED) {
+      // Report designers write a column as [Table].[Column].
+      table = name.value();
+      name = tokens.get(at + 1);
+      at += 2;
+    }
     operand(DaxNode.column(place, table, name.value()));
     // 'Date'[Day].[Month] leads to a hidden date table; its column is 'Date'[Day].
     while (tokens.get(at).isSign('.') && tokens.get(at + 1).kind() == DaxTokens.Kind.BRACKETED) at += 2;
@@ -131,17 +141,30 @@ final class DaxParser {
     }
   }
 
-  /** The clauses around the expressions of a query; a measure that it defines is a variable of that name. */
+  /** The clauses around the expressions of a query. What it defines is a variable of that name. */
   private boolean queryWord(DaxTokens.Token token, String word) {
-    if (word.equals("measure")) {
-      if (tokens.get(at).kind() != DaxTokens.Kind.BRACKETED) ++at;
-      variable(token.position(), "[" + tokens.get(at).value() + "]");
+    if (define(token, word)) return true;
+    if (!QUERY.contains(word)) return false;
+    while (open.peek().kind == DaxNode.Kind.BLOCK && open.peek().variable != null) beginResult(token);
+    endExpression(open.peek());
+    return true;
+  }
+
+  /** MEASURE 'Table'[Name] = ..., COLUMN 'Table'[Name] = ..., TABLE Name = ... */
+  private boolean define(DaxTokens.Token token, String word) {
+    if (!DEFINED.contains(word)) return false;
+    DaxTokens.Token first = tokens.get(at);
+    boolean named = first.kind() == DaxTokens.Kind.WORD || first.kind() == DaxTokens.Kind.QUOTED;
+    if (word.equals("table")) {
+      if (!named || !tokens.get(at + 1).isSign('=')) return false;
+      variable(token.position(), "'" + first.value() + "'");
       at += 2;
       return true;
     }
-    if (!QUERY.contains(word)) return false;
-    while (open.peek().kind == DaxNode.Kind.BLOCK && open.peek().variable != null) beginResult(token);
-    open.peek().complete = false;
+    int name = named ? at + 1 : at;
+    if (tokens.get(name).kind() != DaxTokens.Kind.BRACKETED || !tokens.get(name + 1).isSign('=')) return false;
+    variable(token.position(), "[" + tokens.get(name).value() + "]");
+    at = name + 2;
     return true;
   }
 
@@ -236,11 +259,14 @@ final class DaxParser {
   }
 
   private void comma(DaxTokens.Token token) {
-    while (open.peek().kind == DaxNode.Kind.BLOCK) closeBlock();
+    while (open.peek().kind == DaxNode.Kind.BLOCK && !isOfQuery(open.peek())) closeBlock();
     Frame frame = open.peek();
     if (frame.kind == DaxNode.Kind.OPERATION && !isQuery) fail(token.position(), "unexpected ,");
     endArgument(frame, token.position());
   }
+
+  /** Whether it holds the results of a query and what orders them, which commas separate. */
+  private boolean isOfQuery(Frame frame) { return isQuery && open.size() == 2 && frame.variable == null; }
 
   private void closeAt(DaxTokens.Token token, char sign) {
     while (open.peek().kind == DaxNode.Kind.BLOCK) closeBlock();

@@ -4,7 +4,7 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.function.Function;
 
 /** Finds what the names of DAX expressions mean in a model. */
-public final class DaxResolver extends ModelNames {
+public class DaxResolver extends ModelNames {
   /** What the expression of a calculated table leads to, and each column of the table. */
   public record TableLineage(DaxLineage whole, Function<String, DaxLineage> columns) {}
 

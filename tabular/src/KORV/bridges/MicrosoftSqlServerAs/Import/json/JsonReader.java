@@ -1,5 +1,6 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.json;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.FileStamp;
 import com.fasterxml.jackson.core.JsonFactory;
 import com.fasterxml.jackson.core.JsonLocation;
 import com.fasterxml.jackson.core.JsonParser;
@@ -55,9 +56,21 @@ public final class JsonReader {
 
   /** The root value of a file. Comments, line ends inside texts and a byte order mark are accepted. */
   public static Json read(Path path, Passed passed) throws IOException, ImportException {
+    FileStamp before = FileStamp.of(path);
     try (InputStream in = Files.newInputStream(path)) {
-      return read(FACTORY.createParser(in), passed);
+      Json root = read(FACTORY.createParser(in), passed);
+      requireSame(before, path);
+      return root;
+    } catch (ImportException fault) {
+      requireSame(before, path);
+      throw fault;
     }
+  }
+
+  /** What breaks off because somebody writes the file is no fault of its own. */
+  private static void requireSame(FileStamp before, Path path) throws IOException, ImportException {
+    if (!FileStamp.of(path).equals(before))
+      throw new ImportException(ImportException.FILE, 0, 0, FileStamp.CHANGED);
   }
 
   /** The value that a text is. */

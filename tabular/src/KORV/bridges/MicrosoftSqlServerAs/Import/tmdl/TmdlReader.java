@@ -3,6 +3,7 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.tmdl;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.JsonReader;
+import KORV.bridges.MicrosoftSqlServerAs.Import.text.FileStamp;
 import java.io.IOException;
 import java.io.InputStream;
 import java.nio.charset.Charset;
@@ -19,6 +20,11 @@ public final class TmdlReader {
   /** So much of a file tells whether it is TMDL. */
   private static final int START = 1 << 12;
   private static final char MARK = '\uFEFF';
+
+  /** A file that is written to while it is read. */
+  private static final class ChangedFile extends IOException {
+    private static final long serialVersionUID = 1;
+  }
 
   private TmdlReader() {}
 
@@ -57,7 +63,11 @@ public final class TmdlReader {
       faults.enter(file.toString());
       String text;
       try {
-        text = decode(Files.readAllBytes(file));
+        text = decode(wholeOf(file));
+      } catch (ChangedFile fault) {
+        if (!folder) throw new ImportException(ImportException.FILE, 0, 0, FileStamp.CHANGED);
+        faults.lose(-1, 0, FileStamp.CHANGED);
+        continue;
       } catch (IOException fault) {
         if (!folder) throw fault;
         faults.lose(-1, 0, "the file cannot be read");
@@ -69,6 +79,13 @@ public final class TmdlReader {
     if (!database.declared && database.json.names.isEmpty() && database.parts.isEmpty())
       throw new ImportException(ImportException.DEFINITION, 0, 0, "no database, model or part of a model");
     return TmdlTree.make(root, nameOf(path), faults);
+  }
+
+  private static byte[] wholeOf(Path file) throws IOException {
+    FileStamp before = FileStamp.of(file);
+    byte[] bytes = Files.readAllBytes(file);
+    if (bytes.length != before.size() || !FileStamp.of(file).equals(before)) throw new ChangedFile();
+    return bytes;
   }
 
   /** UTF-8, or UTF-16 with its mark. */
