@@ -314,9 +314,9 @@ TEST(TmdlDamage, AMissingPartOfTheModelIsNamed) {
     return messagesOfShop(name, [](const std::string& /*text*/) { return std::string(); });
   };
   EXPECT_EQ(without("tables/U.tmdl"),
-            "WARNING TAVTAB_W0004 model.tmdl:5:1: the table 'U' is not declared in any file\n");
+            "ERROR TAVTAB_E0001 model.tmdl:5:1: the table 'U' is not declared in any file\n");
   EXPECT_EQ(without("roles/R.tmdl"),
-            "WARNING TAVTAB_W0004 model.tmdl:6:1: the role 'R' is not declared in any file\n");
+            "ERROR TAVTAB_E0001 model.tmdl:6:1: the role 'R' is not declared in any file\n");
   EXPECT_EQ(without("cultures/en.tmdl"),
             "WARNING TAVTAB_W0004 model.tmdl:7:1: the culture 'en' is not declared in any file\n");
 }

@@ -308,9 +308,9 @@ final class DaxEvaluator implements DaxCall.Evaluation {
 
   /** A variable's table has columns without that name in front, one that a query defines has them with it. */
   private DaxTable.Column definedColumn(DaxNode node, DaxContext context) {
-    DaxNode owner = DaxNode.of(DaxNode.Kind.WORD, node.place(), node.table(), List.of());
-    DaxContext.Value table = local(owner, context);
-    if (table == null) unresolved.add(node.written());
+    String name = Names.fold(node.table());
+    DaxContext.Value table = context.scope().find("'" + name + "'");
+    if (table == null && context.scope().find(name) == null) unresolved.add(node.written());
     DaxTable.Column column = table == null ? null : table.asTable().find(node.name());
     if (column != null) note(DaxLineage.Entry.Kind.VALUE, column.sources());
     return column;

@@ -42,7 +42,10 @@ final class TmdlTree {
     for (TmdlObject part : object.parts) {
       if (!part.declared) {
         faults.enter(part.file);
-        faults.lose(part.line, 0, part.describe() + " is not declared in any file");
+        String cause = part.describe() + " is not declared in any file";
+        // A culture without translations is nothing that anyone could miss.
+        if (part.kind == TmdlKind.CULTURE) faults.warn(part.line, 0, cause);
+        else faults.lose(part.line, 0, cause);
         continue;
       }
       if (part.kind.number == TmdlKind.Number.MANY) {
