@@ -35,12 +35,13 @@ std::string tableText(std::uint64_t number) {
 std::string dimensionText(std::uint64_t number, const std::string& nameSpace) {
   std::string text =
       fmt::format("<Dimension{0}><ID>d{1}</ID><Name>Dimension {1}</Name><Attributes>\n", nameSpace, number);
-  for (int i = 0; i < kAttributes; ++i)
+  for (int i = 0; i < kAttributes; ++i) {
     text += fmt::format(
         "<Attribute><ID>a{0}</ID><Name>Attribute "
         "{0}</Name><KeyColumns><KeyColumn><DataType>Integer</DataType>"
         "</KeyColumn></KeyColumns></Attribute>\n",
         i);
+  }
   return text + "</Attributes></Dimension>\n";
 }
 

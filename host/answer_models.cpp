@@ -163,10 +163,11 @@ std::vector<tav::JoinedModels::Model> KeptModels::named() const {
 
 int withModels(const AnswerInputs& inputs, MessageLog& log,
                const std::function<void(const tav::JoinedModels& graph)>& use) {
-  if (!inputs.several)
+  if (!inputs.several) {
     return withModel({inputs.paths.front(), inputs.reports}, log, [&](const tav::DetailedModel& model) {
       use(tav::LineageGraph(model, inputs.mapFor(inputs.paths.front())));
     });
+  }
   KeptModels models;
   int code = kDone;
   for (const std::string& input : inputs.paths) {

@@ -45,10 +45,11 @@ class Export {
   /// All models into one document, or the only one.
   int toOne() {
     if (!inputs_.several) return toFile(inputs_.paths.front(), arguments_.output);
-    if (format_.writeFiles)
+    if (format_.writeFiles) {
       return forEach([&](const auto& model, const auto& options) {
         format_.writeFiles(model, options, arguments_.output);
       });
+    }
     int code = kDone;
     const auto writeAll = [&](std::ostream* out) {
       code = forEach([&](const auto& model, const auto& options) {

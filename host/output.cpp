@@ -26,13 +26,13 @@ void writeOutput(const std::string& output, const std::function<void(std::ostrea
   }
 }
 
-int tellOfWork(int code, MessageLog& log, const std::function<void()>& tell) {
+int tellOfWork(int code, MessageLog& log, void (*tell)(const void* what), const void* what) {
   // A failure of the work counts more.
   const int untold = code == kDone || code == kIncomplete ? kUntold : code;
   exitWithWhenOutOfMemory(untold);
   try {
     try {
-      tell();
+      tell(what);
       return code;
     } catch (const TAVException& error) {
       log.logFailure(error.getMessage());

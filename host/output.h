@@ -25,6 +25,11 @@ void writeAnswer(const std::string& output, MessageLog& log,
 
 /// Tells of work that is done and gives its exit code. When that cannot be written the work stays, and the
 /// failure and the exit code say so.
-int tellOfWork(int code, MessageLog& log, const std::function<void()>& tell);
+int tellOfWork(int code, MessageLog& log, void (*tell)(const void* what), const void* what);
+/// The same for a callable, which takes no memory: there may be none left when the work is done.
+template <class Tell> int tellOfWork(int code, MessageLog& log, const Tell& tell) {
+  return tellOfWork(
+      code, log, [](const void* what) { (*static_cast<const Tell*>(what))(); }, &tell);
+}
 
 }  // namespace host

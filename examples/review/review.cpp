@@ -28,10 +28,11 @@ void printCoverage(const tav::LineageGraph& graph) {
 }
 
 void printUnused(const tav::LineageGraph& graph) {
-  for (const tav::UnusedGroup& group : tav::unusedGroups())
+  for (const tav::UnusedGroup& group : tav::unusedGroups()) {
     for (const tav::UnusedNode& unused : tav::findUnused(graph, group))
       std::cout << "unused " << tav::nodeKindLabel(graph.node(unused.node).kind) << ' '
                 << graph.qualifiedName(unused.node) << '\n';
+  }
 }
 
 void printDependents(const tav::LineageGraph& graph, const char* name) {

@@ -253,8 +253,11 @@ bool isSavedModel(const TAVString& path) {
   for (bool first = true;; first = false) {
     const std::size_t size = file.read(bytes.data(), bytes.size());
     if (!file.getError().empty()) failForDocument(path, file.getError());
-    if (first) XML_SetEncoding(parser.get(), encodingInSpiteOf({bytes.data(), size}));
+    if (first && XML_SetEncoding(parser.get(), encodingInSpiteOf({bytes.data(), size})) != XML_STATUS_OK)
+      throw std::bad_alloc();
     const auto status = XML_Parse(parser.get(), bytes.data(), static_cast<int>(size), size == 0);
+    if (status == XML_STATUS_ERROR && XML_GetErrorCode(parser.get()) == XML_ERROR_NO_MEMORY)
+      throw std::bad_alloc();
     if (status != XML_STATUS_OK || size == 0) return finder.root == typeText<TAVMultiModel>();
   }
 }

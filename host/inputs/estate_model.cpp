@@ -66,6 +66,7 @@ std::vector<tav::EstateModel> modelsIn(const EstatePlace& place) {
   }
   if (found.size() == 1) return found;
   std::vector<std::string> names;
+  names.reserve(found.size());
   for (const tav::EstateModel& model : found) names.push_back(estateArgument(place.path, model));
   tav::fail(tav::Message::unknownInEstate, {place.path, found.empty() ? "no model" : "several models",
                                             place.model, found.empty() ? "" : ": " + shortList(names)});

@@ -76,6 +76,7 @@ Input openEstateModel(const std::string& argument, const EstatePlace& place) {
   if (models.size() == 1) return {argument, documentIn(place, models.front())};
   if (models.empty()) return refuse(argument, "an estate without models");
   std::vector<std::string> names;
+  names.reserve(models.size());
   for (const tav::EstateModel& model : models) names.push_back(estateArgument(place.path, model));
   failSeveral(argument, names);
 }
