@@ -143,7 +143,7 @@ class AddressRuleReader {
 
   std::string readValue() {
     if (!rest_.starts_with('"')) {
-      const std::string value(rest_.substr(0, rest_.find_first_of(kBlanks)));
+      std::string value(rest_.substr(0, rest_.find_first_of(kBlanks)));
       rest_.remove_prefix(value.size());
       return value;
     }

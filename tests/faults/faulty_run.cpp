@@ -111,7 +111,8 @@ std::string rowsOf(const Files& files, const std::string& name) {
     const std::size_t colon = table.find(':');
     std::string columns = table.substr(colon + 1);
     std::replace(columns.begin(), columns.end(), '\'', '"');
-    rows += table + answerOf(opened, "SELECT " + columns + " FROM \"" + table.substr(0, colon) + "\"");
+    columns.insert(0, "SELECT ").append(" FROM \"").append(table, 0, colon).append("\"");
+    rows.append(table).append(answerOf(opened, columns));
   }
   return rows;
 }

@@ -78,7 +78,7 @@ void checkName(const std::string& estate, const Documents& documents, const std:
 }
 
 std::string makeEstate(const tav::test::TemporaryFolder& folder) {
-  const std::string estate = (folder.path() / "estate.db").string();
+  std::string estate = (folder.path() / "estate.db").string();
   std::string command("'" PROGRAM_FOLDER "/xmla-bridge' import --quiet --jobs 1 --estate '" + estate + "'");
   for (const char* name : {"murmeltal-huts.asdatabase", "ferry-line.bim"})
     command.append(" '" EXAMPLES "/").append(name).append("'");
