@@ -7,8 +7,8 @@
 #include "host/model_input.h"
 #include "host/model_pairs.h"
 #include "host/output.h"
-#include "messages/message.h"
 #include "host/reports_option.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {

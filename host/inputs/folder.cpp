@@ -109,8 +109,7 @@ class FolderWalk {
   void visitFile(const fs::path& file) {
     const std::string path = file.string();
     if (file.filename().string().starts_with('.') || !isNew(file)) return;
-    if (hasExtension(path, kProjectExtension) || isDefinition(path) ||
-        (savedModels_ && isSavedModel(path)))
+    if (hasExtension(path, kProjectExtension) || isDefinition(path) || (savedModels_ && isSavedModel(path)))
       found_.push_back(path);
   }
 
