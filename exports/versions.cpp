@@ -86,6 +86,7 @@ void dropOlderDocuments(SqliteDatabase& database, const std::string& source, std
 }  // namespace
 
 bool isEstate(const std::string& path) {
+  constexpr std::string_view kSqliteMark{"SQLite format 3\0", 16};
   constexpr std::size_t kApplicationAt = 68;  // in the header of the file
   constexpr std::size_t kBytes = 4;
   std::array<char, kApplicationAt + kBytes> header{};
@@ -94,7 +95,8 @@ bool isEstate(const std::string& path) {
   std::int64_t application = 0;
   for (std::size_t i = 0; i < kBytes; ++i)
     application = application * 256 + static_cast<unsigned char>(header[kApplicationAt + i]);
-  return std::string_view(header.data()) == "SQLite format 3" && application == kSqliteApplication;
+  const std::string_view bytes(header.data(), header.size());
+  return bytes.starts_with(kSqliteMark) && application == kSqliteApplication;
 }
 
 std::vector<EstateModel> modelsOf(const std::string& path) {
