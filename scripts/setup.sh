@@ -126,6 +126,7 @@ need_for_checks() {
 need_for_servers() {
   need postgresql initdb postgresql-15
   need command sbatch slurm-wlm
+  need command pkill procps
 }
 
 # Installs what the calls of need found missing, and looks again afterwards.

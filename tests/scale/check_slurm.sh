@@ -6,7 +6,7 @@ set -euo pipefail
 program=$(realpath "$1")
 root=$(realpath "$2")
 PATH=$PATH:/usr/sbin
-for command in slurmctld slurmd sbatch; do
+for command in slurmctld slurmd sbatch pkill; do
   command -v "$command" >/dev/null || {
     echo "Slurm is not installed ($command): skipped"
     exit 77
