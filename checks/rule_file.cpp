@@ -5,10 +5,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <numeric>
 #include <set>
 #include <utility>
 
+#include "framework/std/edit_distance.h"
 #include "messages/message.h"
 
 namespace tav {
@@ -38,26 +38,14 @@ bool isLike(std::string_view text, std::string_view pattern) {
   return pattern.find_first_not_of('*', in) == pattern.npos;
 }
 
-std::size_t editDistance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t k = 0; k < b.size(); ++k) {
-      const std::size_t replaced = diagonal + (a[i] == b[k] ? 0 : 1);
-      diagonal = std::exchange(row[k + 1], std::min({row[k] + 1, row[k + 1] + 1, replaced}));
-    }
-  }
-  return row.back();
-}
-
 /// "; did you mean 'coverage'?", or the words that there are where none is near.
 std::string offer(std::string_view word, const std::vector<std::string_view>& words) {
   constexpr std::size_t kLongest = 64;
   std::string_view nearest;
+  std::vector<std::size_t> row;
   std::size_t least = word.size() / 2 + 1;
   for (const std::string_view known : words) {
-    if (const std::size_t distance = word.size() > kLongest ? least : editDistance(word, known);
+    if (const std::size_t distance = word.size() > kLongest ? least : editDistance(word, known, least, row);
         distance < least) {
       least = distance;
       nearest = known;

@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "framework/std/dotted_name.h"
+#include "framework/std/edit_distance.h"
 #include "framework/std/printable.h"
 #include "framework/std/text.h"
 #include "framework/std/utf8.h"
@@ -211,26 +212,6 @@ std::u32string charactersOf(std::string_view name) {
   return characters;
 }
 
-/// The number of characters to insert, remove or replace between two texts, `limit` when it is not less.
-std::size_t editDistance(std::u32string_view a, std::u32string_view b, std::size_t limit,
-                         std::vector<std::size_t>& row) {
-  if (std::max(a.size(), b.size()) - std::min(a.size(), b.size()) >= limit) return limit;
-  row.resize(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    std::size_t least = row[0] = i;
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = row[j];
-      row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
-      least = std::min(least, row[j]);
-    }
-    if (least >= limit) return limit;
-  }
-  return std::min(row.back(), limit);
-}
-
 }  // namespace
 
 std::vector<NodeId> findNodes(const WalkGraph& graph, std::string_view name, LineageDirection direction) {
@@ -283,22 +264,22 @@ bool NodeNames::means(const std::string& name, NodeId id) const {
   return true;
 }
 
-Spelling::Spelling(std::string_view name)
+NameDistance::NameDistance(std::string_view name)
     : wanted_(charactersOf(splitDottedName(name).back())), limit_(wanted_.size() / 3 + 2) {}
 
-std::optional<std::size_t> Spelling::distanceTo(std::string_view name) {
+std::optional<std::size_t> NameDistance::to(std::string_view name) {
   constexpr std::size_t kLongest = 200;  // nobody mistypes a longer name, and comparing costs its square
   if (wanted_.size() > kLongest) return std::nullopt;
-  const std::size_t distance = editDistance(wanted_, charactersOf(name), limit_, row_);
+  const std::size_t distance = editDistance<char32_t>(wanted_, charactersOf(name), limit_, row_);
   return distance < limit_ ? std::optional(distance) : std::nullopt;
 }
 
 std::vector<NearNode> nearestNodes(const WalkGraph& graph, std::string_view name, std::size_t count) {
-  Spelling spelling(name);
+  NameDistance distanceOf(name);
   std::vector<NearNode> near;
   for (NodeId id = 0; id < graph.nodes().size(); ++id) {
     if (isCopyKind(graph.node(id).kind)) continue;
-    if (const auto distance = spelling.distanceTo(graph.node(id).rawName)) near.push_back({*distance, id});
+    if (const auto distance = distanceOf.to(graph.node(id).rawName)) near.push_back({*distance, id});
   }
   std::stable_sort(near.begin(), near.end(),
                    [](const NearNode& a, const NearNode& b) { return a.distance < b.distance; });

@@ -35,12 +35,12 @@ NameMatch matchNodes(const WalkGraph& graph, std::string_view name, LineageDirec
 inline constexpr std::size_t kNearest = 5;
 
 /// How near other names are to one in spelling, letter case aside.
-class Spelling {
+class NameDistance {
  public:
-  explicit Spelling(std::string_view name);
+  explicit NameDistance(std::string_view name);
 
   /// The number of characters to insert, remove or replace; null for a name that is nowhere near.
-  [[nodiscard]] std::optional<std::size_t> distanceTo(std::string_view name);
+  [[nodiscard]] std::optional<std::size_t> to(std::string_view name);
 
  private:
   std::u32string wanted_;
@@ -49,7 +49,7 @@ class Spelling {
 };
 
 struct NearNode {
-  std::size_t distance;  ///< see Spelling
+  std::size_t distance;  ///< see NameDistance
   NodeId node;
 };
 
