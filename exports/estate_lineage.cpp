@@ -30,32 +30,37 @@ EstateAnswer::EstateAnswer(std::unique_ptr<EstateRows> rows) : rows_(std::move(r
 
 EstateAnswer::~EstateAnswer() = default;
 
-/// The rows that have been read so far as graphs, one for each of the models.
-void EstateAnswer::join(const AskedModels& asked) {
+/// The rows that have been read so far, for each of the models.
+std::vector<StoredGraph::Part> EstateAnswer::parts(const AskedModels& asked) {
   std::vector<StoredGraph::Part> parts(asked.models.size());
-  auto notes = rows_->readNotes();
   for (std::size_t i = 0; i < parts.size(); ++i) {
     models_[asked.models[i].id] = static_cast<std::uint32_t>(i);
     parts[i].model = asked.models[i].name;
-    parts[i].notes = std::move(notes[asked.models[i].id]);
+    parts[i].notes = rows_->notesOf(asked.models[i].id);
   }
   const auto& nodes = rows_->nodes();
   for (const auto& [id, node] : nodes) parts[models_.at(node.model)].nodes.push_back(&node);
   for (const auto& [place, edge] : rows_->edges())
     if (const auto to = nodes.find(edge.to); to != nodes.end() && nodes.contains(edge.from))
       parts[models_.at(to->second.model)].edges.push_back(&edge);
+  for (StoredGraph::Part& part : parts) {
+    std::sort(part.nodes.begin(), part.nodes.end(),
+              [](const StoredNode* a, const StoredNode* b) { return a->id < b->id; });
+    std::sort(part.edges.begin(), part.edges.end(), [](const StoredEdge* a, const StoredEdge* b) {
+      return a->to != b->to ? a->to < b->to : a->place < b->place;
+    });
+  }
+  return parts;
+}
+
+/// Makes graphs of them.
+void EstateAnswer::join(const AskedModels& asked) {
   joined_.reset();
   graphs_.clear();
   std::vector<JoinedGraph::Model> models;
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    const auto byId = [](const StoredNode* a, const StoredNode* b) { return a->id < b->id; };
-    const auto byEnd = [](const StoredEdge* a, const StoredEdge* b) {
-      return a->to != b->to ? a->to < b->to : a->place < b->place;
-    };
-    std::sort(parts[i].nodes.begin(), parts[i].nodes.end(), byId);
-    std::sort(parts[i].edges.begin(), parts[i].edges.end(), byEnd);
-    graphs_.push_back(std::make_unique<StoredGraph>(std::move(parts[i])));
-    if (!asked.names.empty()) models.push_back({asked.names[i], graphs_.back().get()});
+  for (StoredGraph::Part& part : parts(asked)) {
+    graphs_.push_back(std::make_unique<StoredGraph>(std::move(part)));
+    if (!asked.names.empty()) models.push_back({asked.names[models.size()], graphs_.back().get()});
   }
   if (asked.names.empty())
     joined_.emplace(*graphs_.front());

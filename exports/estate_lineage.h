@@ -43,6 +43,7 @@ class EstateAnswer {
   friend class EstateLineage;
 
   void readMeant(const AskedModels& asked, std::string_view name, LineageDirection direction);
+  std::vector<StoredGraph::Part> parts(const AskedModels& asked);
   void join(const AskedModels& asked);
   [[nodiscard]] std::int64_t rowOf(JoinedId id) const;
   [[nodiscard]] JoinedId idOf(std::int64_t row) const;

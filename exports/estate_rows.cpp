@@ -38,11 +38,6 @@ std::vector<std::string> keysOf(std::string_view name) {
   return keys;
 }
 
-/// What takes a measure or attribute over as it is (see WalkGraph::originalOf).
-bool isOriginalsCopy(NodeKind kind) {
-  return kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
-}
-
 }  // namespace
 
 EstateRows::EstateRows(const std::string& path, std::unordered_set<std::int64_t> models)
@@ -54,7 +49,9 @@ EstateRows::EstateRows(const std::string& path, std::unordered_set<std::int64_t>
       byMeeting_(database_, std::string(kNodes) + "WHERE meeting = ?1 ORDER BY id"),
       edgesInto_(database_, std::string(kEdges) + "WHERE e.to_id = ?1 ORDER BY e.rowid"),
       edgesOutOf_(database_, std::string(kEdges) + "WHERE e.from_id = ?1 ORDER BY e.rowid"),
-      openNames_(database_, "SELECT name, state, note FROM open_names WHERE node_id = ?1 ORDER BY rowid") {}
+      openNames_(database_, "SELECT name, state, note FROM open_names WHERE node_id = ?1 ORDER BY rowid") {
+  readNotes();
+}
 
 void EstateRows::readNamed(std::string_view name) {
   Ids found;
@@ -74,10 +71,12 @@ void EstateRows::readNamed(std::string_view name) {
 
 /// What has no name of its own goes by its owner's.
 void EstateRows::readNameless(const Ids& found) {
-  if (database_.number("SELECT EXISTS(SELECT 1 FROM nodes WHERE folded_name = '' AND kind <> 'database')") ==
-      0)
-    return;
-  for (const std::int64_t id : found) partsOf(id);
+  SqliteStatement parts(database_,
+                        std::string(kNodes) + "WHERE owner_id = ?1 AND folded_name = '' ORDER BY id");
+  for (const std::int64_t id : found) {
+    parts.bind(1, id);
+    readNodes(parts);
+  }
 }
 
 void EstateRows::readHolding(std::string_view name) {
@@ -98,10 +97,10 @@ void EstateRows::readEndingIn(std::string_view path) {
 
 void EstateRows::readNearest(std::string_view name) {
   std::multimap<std::size_t, std::string> near;
-  Spelling spelling(name);
+  NameDistance distanceOf(name);
   SqliteStatement names(database_, "SELECT DISTINCT folded_name FROM nodes");
   while (names.next())
-    if (const auto distance = spelling.distanceTo(names.text(0))) near.emplace(*distance, names.text(0));
+    if (const auto distance = distanceOf.to(names.text(0))) near.emplace(*distance, names.text(0));
   std::unordered_set<std::string> told;  // of several that are called alike, one is told
   std::size_t reached = 0;
   for (const auto& [distance, folded] : near) {
@@ -202,12 +201,10 @@ void EstateRows::readOriginals() {
   readOwners();
 }
 
-std::unordered_map<std::int64_t, std::vector<std::string>> EstateRows::readNotes() {
-  std::unordered_map<std::int64_t, std::vector<std::string>> notes;
+void EstateRows::readNotes() {
   SqliteStatement query(database_, "SELECT model_id, text FROM warnings WHERE origin = 'note' ORDER BY id");
   while (query.next())
-    if (models_.contains(query.number(0))) notes[query.number(0)].emplace_back(query.text(1));
-  return notes;
+    if (models_.contains(query.number(0))) notes_[query.number(0)].emplace_back(query.text(1));
 }
 
 EstateRows::Ids EstateRows::readNodes(SqliteStatement& statement) {

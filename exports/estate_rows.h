@@ -35,8 +35,8 @@ class EstateRows {
   [[nodiscard]] const std::unordered_map<std::int64_t, StoredNode>& nodes() const noexcept { return nodes_; }
   /// Those between nodes that are not all read are among them.
   [[nodiscard]] const std::unordered_map<std::int64_t, StoredEdge>& edges() const noexcept { return edges_; }
-  /// The notes of the answers about each model, by its number.
-  std::unordered_map<std::int64_t, std::vector<std::string>> readNotes();
+  /// The notes of all answers about a model.
+  [[nodiscard]] const std::vector<std::string>& notesOf(std::int64_t model) { return notes_[model]; }
 
  private:
   /// A statement that gives rows of "nodes".
@@ -53,6 +53,7 @@ class EstateRows {
   std::vector<const StoredEdge*> edgesAt(std::int64_t id, LineageDirection direction);
   const StoredEdge* addEdge(const SqliteStatement& row);
 
+  void readNotes();
   void readCandidates(const Ids& found);
   void readNameless(const Ids& found);
   void readOwners();
@@ -70,6 +71,7 @@ class EstateRows {
   SqliteStatement edgesInto_;
   SqliteStatement edgesOutOf_;
   SqliteStatement openNames_;
+  std::unordered_map<std::int64_t, std::vector<std::string>> notes_;  // by model
   std::unordered_map<std::int64_t, StoredNode> nodes_;
   std::unordered_map<std::int64_t, StoredEdge> edges_;
   std::unordered_map<std::int64_t, std::uint32_t> distances_;  // of the nodes of a walk from its starts

@@ -99,12 +99,15 @@ bool isEstate(const std::string& path) {
   return bytes.starts_with(kSqliteMark) && application == kSqliteApplication;
 }
 
-std::vector<EstateModel> modelsOf(const std::string& path) {
+std::vector<EstateModel> modelsOf(const std::string& path, const std::optional<std::string>& source) {
   SqliteDatabase database(path, kEstatePatience, SqliteAccess::read);
   requireSchema(database, path);
-  SqliteStatement query(database,
-                        "SELECT m.id, m.source, m.name, v.id, v.name, v.imported, v.state FROM models m "
-                        "LEFT JOIN versions v ON v.id = m.version_id ORDER BY m.source, m.name");
+  std::string text(
+      "SELECT m.id, m.source, m.name, v.id, v.name, v.imported, v.state FROM models m LEFT JOIN versions v "
+      "ON v.id = m.version_id ");
+  SqliteStatement query(
+      database, text.append(source ? "WHERE m.source = ?1 " : "").append("ORDER BY m.source, m.name"));
+  if (source) query.bind(1, *source);
   std::vector<EstateModel> models;
   while (query.next()) {
     EstateModel& model = models.emplace_back(

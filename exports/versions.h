@@ -56,8 +56,9 @@ struct EstateImport {
 /// Whether a file is a database of models.
 bool isEstate(const std::string& path);
 
-/// The models of a database, ordered by their sources. Throws when the file is something else.
-std::vector<EstateModel> modelsOf(const std::string& path);
+/// The models of a database, ordered by their sources; of one source alone where that is named. Throws when
+/// the file is something else.
+std::vector<EstateModel> modelsOf(const std::string& path, const std::optional<std::string>& source = {});
 
 /// Makes the database when it is missing. Throws when the file is something else.
 void makeEstate(const std::string& path);

@@ -19,6 +19,10 @@ bool isMeasureKind(NodeKind kind) noexcept {
          kind == NodeKind::calculatedMeasure || kind == NodeKind::cubeMeasure;
 }
 
+bool isOriginalsCopy(NodeKind kind) noexcept {
+  return kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
+}
+
 std::span<const LineageEdge> WalkGraph::into(NodeId id) const noexcept {
   return slice(edges_, inOffsets_, id);
 }
@@ -49,10 +53,7 @@ NodeId WalkGraph::onlySourceOf(NodeId id) const {
 
 NodeId WalkGraph::originalOf(NodeId id) const {
   for (std::size_t steps = 0; steps < kNodeKindCount; ++steps) {
-    const NodeKind kind = node(id).kind;
-    const bool copy =
-        kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
-    if (!copy) break;
+    if (!isOriginalsCopy(node(id).kind)) break;
     const NodeId source = onlySourceOf(id);
     if (source == kNoNode) break;
     id = source;

@@ -42,6 +42,9 @@ inline bool isCopyKind(NodeKind kind) noexcept {
 /// Whether nodes of this kind are measures, calculated ones and copies included, but not values of KPIs.
 bool isMeasureKind(NodeKind kind) noexcept;
 
+/// Whether nodes of this kind take over a measure or attribute as it is (see WalkGraph::originalOf).
+bool isOriginalsCopy(NodeKind kind) noexcept;
+
 /// The place of a node in LineageGraph::nodes().
 using NodeId = std::uint32_t;
 inline constexpr NodeId kNoNode = 0xFFFFFFFF;

@@ -12,7 +12,7 @@ namespace {
 constexpr char kModelMark = '#';
 
 /// How well a model fits what it is called, best first.
-enum class Fit : std::uint8_t { source, name, ending, none };
+enum class Fit : std::uint8_t { name, ending, none };
 
 bool endsInPath(std::string_view source, std::string_view path) {
   return source.size() > path.size() && source.ends_with(path) &&
@@ -20,9 +20,22 @@ bool endsInPath(std::string_view source, std::string_view path) {
 }
 
 Fit fitOf(const tav::EstateModel& model, const std::string& name) {
-  if (model.source == name) return Fit::source;
   if (tav::equalNames(model.name, name)) return Fit::name;
   return endsInPath(model.source, name) ? Fit::ending : Fit::none;
+}
+
+/// The models that fit a name best of all.
+std::vector<tav::EstateModel> fittingModels(const std::string& path, const std::string& name) {
+  std::vector<tav::EstateModel> found;
+  Fit best = Fit::ending;
+  for (tav::EstateModel& model : tav::modelsOf(path)) {
+    const Fit fit = fitOf(model, name);
+    if (fit > best) continue;
+    if (fit < best) found.clear();
+    best = fit;
+    found.push_back(std::move(model));
+  }
+  return found;
 }
 
 }  // namespace
@@ -53,17 +66,9 @@ std::optional<EstatePlace> estatePlace(const std::string& argument) {
 }
 
 std::vector<tav::EstateModel> modelsIn(const EstatePlace& place) {
-  std::vector<tav::EstateModel> models = tav::modelsOf(place.path);
-  if (place.model.empty()) return models;
-  std::vector<tav::EstateModel> found;
-  Fit best = Fit::ending;
-  for (tav::EstateModel& model : models) {
-    const Fit fit = fitOf(model, place.model);
-    if (fit > best) continue;
-    if (fit < best) found.clear();
-    best = fit;
-    found.push_back(std::move(model));
-  }
+  if (place.model.empty()) return tav::modelsOf(place.path);
+  std::vector<tav::EstateModel> found = tav::modelsOf(place.path, place.model);
+  if (found.empty()) found = fittingModels(place.path, place.model);
   if (found.size() == 1) return found;
   std::vector<std::string> names;
   names.reserve(found.size());
