@@ -7,8 +7,10 @@
 #include "framework/bridgelib/class_path.h"
 #include "framework/java/java_bridge.h"
 #include "framework/java/option_file.h"
+#include "framework/serialization/replacing_file.h"
 #include "framework/std/java_path.h"
 #include "framework/std/temporary_folder.h"
+#include "messages/message.h"
 
 namespace host {
 namespace {
@@ -51,7 +53,9 @@ std::vector<std::vector<DaxUse>> DaxQueries::read() const {
   const tav::TemporaryFolder folder("ReportQueries");
   const TAVFile input = folder.folder().getFile("queries");
   const TAVFile output = folder.folder().getFile("names");
-  std::ofstream(input.getPath().str(), std::ios::binary) << lines_;
+  tav::ReplacingFile written(input.getPath());
+  written.stream() << lines_;
+  written.commit();
   TAVOptionList options;
   options.add(TAVOption(kInputOption, "Queries", "", OptionType::file, input.getPath()));
   TAVString classPath;
@@ -68,7 +72,7 @@ std::vector<std::vector<DaxUse>> DaxQueries::read() const {
     else if (!queries.empty())
       queries.back().push_back(useOf(line));
   }
-  queries.resize(count_);
+  if (queries.size() != count_) tav::fail(tav::Message::inputNotRead, {output.getPath(), "it is cut off"});
   return queries;
 }
 
