@@ -71,7 +71,7 @@ with_dependencies() {
 # A bare root: what the package depends on as it is installed here, the shell and what sets up libraries. The
 # administration of packages knows of these, so that dpkg judges whether all that is asked for is there.
 root=$work/root
-mkdir -p "$root"/{proc,tmp,work,usr/{bin,sbin,lib,lib64},var/lib/dpkg/{info,updates}}
+mkdir -p "$root"/{proc,tmp,examples,usr/{bin,sbin,lib,lib64},var/lib/dpkg/{info,updates}}
 for folder in bin sbin lib lib64; do ln -s "usr/$folder" "$root/$folder"; done
 # shellcheck disable=SC2046
 bare=$(with_dependencies dash libc-bin $(field Depends | names))
@@ -83,7 +83,7 @@ done >"$work/paths"
 tar -C / -c --exclude='usr/share/doc' --null -T "$work/paths" | tar -x --keep-directory-symlink -C "$root"
 # shellcheck disable=SC2086
 dpkg-query -s $bare >"$root/var/lib/dpkg/status"
-cp "$source/examples/lost-property-create.xmla" "$root/work"
+cp "$source/examples/lost-property-create.xmla" "$root/examples"
 
 in_root() {
   unshare --map-root-user --mount bash -c 'mount --rbind /proc "$0/proc" && exec chroot "$0" "$@"' "$root" "$@"
@@ -96,13 +96,13 @@ if ! in_root /bin/sh -c : 2>"$work/log"; then
 fi
 unshare --map-root-user dpkg --root="$root" --force-unsafe-io -i "$package" >"$work/log" 2>&1 ||
   fail "the package is not installed: $(cat "$work/log")"
-in_root /usr/bin/xmla-bridge import --quiet /work/lost-property-create.xmla -o /work/model.xml >"$work/log" ||
+in_root /usr/bin/xmla-bridge import --quiet /examples/lost-property-create.xmla -o /examples/model.xml >"$work/log" ||
   fail "the program of the package fails: $(cat "$work/log")"
-[ -s "$root/work/model.xml" ] || fail 'the program of the package saved no model'
-in_root /usr/bin/xmla-bridge coverage /work/model.xml >"$work/log" || fail 'the saved model is not read'
+[ -s "$root/examples/model.xml" ] || fail 'the program of the package saved no model'
+in_root /usr/bin/xmla-bridge coverage /examples/model.xml >"$work/log" || fail 'the saved model is not read'
 # Without a Java, a tabular definition ends with a message that tells so.
-cp "$source/examples/ferry-line.bim" "$root/work"
-! in_root /usr/bin/xmla-bridge import /work/ferry-line.bim -o /work/tabular.xml >"$work/log" 2>&1 ||
+cp "$source/examples/ferry-line.bim" "$root/examples"
+! in_root /usr/bin/xmla-bridge import /examples/ferry-line.bim -o /examples/tabular.xml >"$work/log" 2>&1 ||
   fail 'there is a Java where none was meant to be'
 grep -q 'Java' "$work/log" || fail "the missing Java is not told of: $(cat "$work/log")"
 
