@@ -23,8 +23,6 @@ namespace {
 namespace fs = std::filesystem;
 
 void addEstate(const EstatePlace& place, AnswerInputs& found, std::vector<std::string>& paths) {
-  found.estateMaps.try_emplace(place.path,
-                               tav::AddressMap::parse(tav::addressRulesOf(place.path), place.path));
   const std::vector<tav::EstateModel> models = modelsIn(place);
   for (const tav::EstateModel& model : models) paths.push_back(estateArgument(place.path, model));
   if (models.empty()) paths.push_back(place.path);
@@ -53,11 +51,11 @@ std::string placeOf(const std::string& input) {
 
 }  // namespace
 
-AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log,
+AnswerInputs findInputs(const std::vector<std::string>& inputs, GivenMap map, MessageLog& log,
                         const std::vector<std::string>& reports) {
   AnswerInputs found;
   found.several = inputs.size() > 1;
-  found.map = std::move(map);
+  found.maps = InputMaps(std::move(map));
   std::vector<std::string> paths;
   for (const std::string& input : inputs) {
     checkInput(input);
@@ -73,13 +71,6 @@ AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap 
   checkReports(reports, found.several);
   found.reports = reports;
   return found;
-}
-
-const tav::AddressMap& AnswerInputs::mapFor(const std::string& input) const {
-  if (!map.empty() || estateMaps.empty()) return map;
-  const auto place = estatePlace(input);
-  const auto known = place ? estateMaps.find(place->path) : estateMaps.end();
-  return known == estateMaps.end() ? map : known->second;
 }
 
 int worseOf(int a, int b) {
@@ -101,24 +92,26 @@ int guarded(const std::string& input, MessageLog& log, const std::function<int()
   return code;
 }
 
-std::vector<std::string> nameModels(const std::vector<std::string>& names,
-                                    const std::vector<std::string>& inputs) {
+std::vector<std::string> nameModels(const std::vector<ModelName>& models) {
   std::unordered_map<std::string, std::size_t> counts;
-  for (const std::string& name : names) ++counts[tav::foldedName(name)];
-  std::vector<std::string> result = names;
-  for (std::size_t i = 0; i < names.size(); ++i)
-    if (counts[tav::foldedName(names[i])] > 1)
-      result[i].append(" (").append(tav::maskPasswords(placeOf(inputs[i]))).append(")");
-  return result;
+  for (const ModelName& model : models) ++counts[tav::foldedName(model.name)];
+  std::vector<std::string> names;
+  names.reserve(models.size());
+  for (const ModelName& model : models) {
+    names.push_back(model.name);
+    if (counts[tav::foldedName(model.name)] > 1)
+      names.back().append(" (").append(tav::maskPasswords(placeOf(model.input))).append(")");
+  }
+  return names;
 }
 
-int forEachModel(const AnswerInputs& inputs, MessageLog& log,
+int forEachModel(AnswerInputs& inputs, MessageLog& log,
                  const std::function<void(const std::string& input, const tav::LineageGraph& graph)>& use) {
   int code = kDone;
   for (const std::string& input : inputs.paths) {
     code = worseOf(code, guarded(input, log, [&] {
                      return withModel({input, inputs.reports}, log, [&](const tav::DetailedModel& model) {
-                       use(input, tav::LineageGraph(model, inputs.mapFor(input)));
+                       use(input, tav::LineageGraph(model, inputs.maps.of(input)));
                      });
                    }));
   }
@@ -148,30 +141,27 @@ tav::DetailedModel KeptModels::model(std::size_t place) const {
 }
 
 std::vector<tav::JoinedModels::Model> KeptModels::named() const {
-  std::vector<std::string> names;
-  std::vector<std::string> inputs;
-  for (const Kept& model : models_) {
-    names.push_back(model.graph.modelName());
-    inputs.push_back(model.input);
-  }
-  names = nameModels(names, inputs);
+  std::vector<ModelName> models;
+  models.reserve(models_.size());
+  for (const Kept& model : models_) models.push_back({model.graph.modelName(), model.input});
+  const std::vector<std::string> names = nameModels(models);
   std::vector<tav::JoinedModels::Model> result;
   result.reserve(models_.size());
   for (std::size_t i = 0; i < models_.size(); ++i) result.push_back({names[i], &models_[i].graph});
   return result;
 }
 
-int withModels(const AnswerInputs& inputs, MessageLog& log,
+int withModels(AnswerInputs& inputs, MessageLog& log,
                const std::function<void(const tav::JoinedModels& graph)>& use) {
   if (!inputs.several) {
     return withModel({inputs.paths.front(), inputs.reports}, log, [&](const tav::DetailedModel& model) {
-      use(tav::LineageGraph(model, inputs.mapFor(inputs.paths.front())));
+      use(tav::LineageGraph(model, inputs.maps.of(inputs.paths.front())));
     });
   }
   KeptModels models;
   int code = kDone;
   for (const std::string& input : inputs.paths) {
-    code = worseOf(code, guarded(input, log, [&] { return models.add(input, inputs.mapFor(input), log); }));
+    code = worseOf(code, guarded(input, log, [&] { return models.add(input, inputs.maps.of(input), log); }));
   }
   if (models.size() > 0) use(tav::JoinedModels(models.named()));
   return code;

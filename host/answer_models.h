@@ -5,10 +5,10 @@
 #include <deque>
 #include <functional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "host/import_run.h"
+#include "host/map_option.h"
 #include "host/message_log.h"
 #include "lineage/joined_graph.h"
 
@@ -18,21 +18,16 @@ struct AnswerInputs {
   std::vector<std::string> paths;
   /// Whether there may be several, so that answers name their models.
   bool several = false;
-  tav::AddressMap map;  ///< as the user gave it
-  /// By the path of an estate, the rules that hold there where the user gave none.
-  std::unordered_map<std::string, tav::AddressMap> estateMaps;
+  InputMaps maps;
   /// By their paths, those on the one model that there is then.
   std::vector<std::string> reports;
-
-  [[nodiscard]] const tav::AddressMap& mapFor(const std::string& input) const;
 };
 
 /// The inputs of a command, with every definition and saved model below it in the place of a folder, and
 /// every model in it in the place of an estate. A folder that holds one definition is that; one that holds
 /// none stands for itself, as an input that cannot be read. What is named twice is there once, with a
-/// warning. Throws a usage error for an input without a name,
-/// and for reports on several models.
-AnswerInputs findInputs(const std::vector<std::string>& inputs, tav::AddressMap map, MessageLog& log,
+/// warning. Throws a usage error for an input without a name, and for reports on several models.
+AnswerInputs findInputs(const std::vector<std::string>& inputs, GivenMap map, MessageLog& log,
                         const std::vector<std::string>& reports = {});
 
 /// Models of inputs that are kept until they are answered for, with a graph each.
@@ -64,18 +59,22 @@ class KeptModels {
 /// Shows the models of all inputs to `use`, as a graph each and joined. Of several inputs, one that cannot be
 /// read is an error in `log` and the others are shown; `use` is not called where none is left. Returns
 /// the worst of their exit codes.
-int withModels(const AnswerInputs& inputs, MessageLog& log,
+int withModels(AnswerInputs& inputs, MessageLog& log,
                const std::function<void(const tav::JoinedModels& graph)>& use);
 
 /// Shows the model of one input after the other to `use`, each as long as that takes. One that cannot be
 /// read is an error in `log`. Returns the worst of their exit codes.
-int forEachModel(const AnswerInputs& inputs, MessageLog& log,
+int forEachModel(AnswerInputs& inputs, MessageLog& log,
                  const std::function<void(const std::string& input, const tav::LineageGraph& graph)>& use);
 
-/// Names for the models of several inputs, which differ: those of the databases, with the input behind one
-/// that several have.
-std::vector<std::string> nameModels(const std::vector<std::string>& names,
-                                    const std::vector<std::string>& inputs);
+/// A model by the name of its database and the input that it comes from.
+struct ModelName {
+  std::string name;
+  std::string input;
+};
+/// Names for several models, which differ: those of the databases, with the input behind one that several
+/// have.
+std::vector<std::string> nameModels(const std::vector<ModelName>& models);
 
 /// Of two exit codes of commands that answer, the one that tells of more.
 int worseOf(int a, int b);

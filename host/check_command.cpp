@@ -55,7 +55,7 @@ void writeRuleList(std::ostream& out) {
 /// What a check goes by and what it found.
 struct Check {
   const Arguments& arguments;
-  const AnswerInputs& inputs;
+  AnswerInputs& inputs;
   tav::CheckRuleFile rules;
   MessageLog& log;
   std::vector<tav::CheckedModel> models = {};
@@ -73,8 +73,9 @@ int checkAgainst(Check& check, const std::string& was, const std::string& input)
   // The second is read while the first, which an import deletes at its end, is there.
   const int code = withModel({was}, check.log, [&](const tav::DetailedModel& old) {
     newCode = withModel({input, check.inputs.reports}, check.log, [&](const tav::DetailedModel& model) {
-      const tav::LineageGraph before(old, check.inputs.mapFor(was));
-      const tav::LineageGraph graph(model, check.inputs.mapFor(input));
+      const tav::AddressMap& map = check.inputs.maps.ofBoth(was, input);
+      const tav::LineageGraph before(old, map);
+      const tav::LineageGraph graph(model, map);
       const tav::ModelDiff diff = tav::compareModels(before, graph);
       check.models.push_back(tav::checkModel({graph, &before, &diff}, input, check.rules));
     });
@@ -90,7 +91,7 @@ int checkPair(Check& check, const ModelPair& pair) {
   }
   if (!pair.before.empty()) return checkAgainst(check, pair.before, pair.after);
   return withModel({pair.after}, check.log, [&](const tav::DetailedModel& model) {
-    const tav::LineageGraph graph(model, check.inputs.mapFor(pair.after));
+    const tav::LineageGraph graph(model, check.inputs.maps.of(pair.after));
     check.models.push_back(tav::checkModel({graph, nullptr, nullptr}, pair.after, check.rules));
   });
 }
@@ -124,8 +125,7 @@ int check(const Arguments& arguments, MessageLog& log) {
     return kDone;
   }
   if (arguments.inputs.empty()) throw CLI::RequiredError("INPUT");
-  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
-                                         log, arguments.reports);
+  AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map), log, arguments.reports);
   checkOutputs(inputs.paths, arguments.output);
   Check run{arguments, inputs,
             arguments.rules.empty() ? tav::CheckRuleFile() : tav::CheckRuleFile::load(arguments.rules), log};

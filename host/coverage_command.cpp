@@ -25,13 +25,10 @@ struct Arguments {
 
 /// Gives them names that differ.
 void nameAll(std::vector<tav::ModelCoverage>& models) {
-  std::vector<std::string> names;
-  std::vector<std::string> inputs;
-  for (const tav::ModelCoverage& model : models) {
-    names.push_back(model.model);
-    inputs.push_back(model.input);
-  }
-  names = nameModels(names, inputs);
+  std::vector<ModelName> called;
+  called.reserve(models.size());
+  for (const tav::ModelCoverage& model : models) called.push_back({model.model, model.input});
+  const std::vector<std::string> names = nameModels(called);
   for (std::size_t i = 0; i < models.size(); ++i) models[i].model = names[i];
 }
 
@@ -45,7 +42,7 @@ int hold(const Arguments& arguments, const std::string& input, std::size_t perce
   return kBelowBound;
 }
 
-int measureOne(const Arguments& arguments, const AnswerInputs& inputs, MessageLog& log) {
+int measureOne(const Arguments& arguments, AnswerInputs& inputs, MessageLog& log) {
   std::size_t percent = 100;
   const int code = withModels(inputs, log, [&](const tav::JoinedModels& joined) {
     const tav::LineageGraph& graph = joined.whole(0);
@@ -62,7 +59,7 @@ int measureOne(const Arguments& arguments, const AnswerInputs& inputs, MessageLo
 }
 
 /// The bound holds for each model.
-int measureSeveral(const Arguments& arguments, const AnswerInputs& inputs, MessageLog& log) {
+int measureSeveral(const Arguments& arguments, AnswerInputs& inputs, MessageLog& log) {
   std::vector<tav::ModelCoverage> models;
   int code = forEachModel(inputs, log, [&](const std::string& input, const tav::LineageGraph& graph) {
     models.push_back(tav::summarizeCoverage(graph, tav::measureCoverage(graph)));
@@ -82,8 +79,7 @@ int measureSeveral(const Arguments& arguments, const AnswerInputs& inputs, Messa
 }
 
 int measure(const Arguments& arguments, MessageLog& log) {
-  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
-                                         log, arguments.reports);
+  AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map), log, arguments.reports);
   checkOutputs(inputs.paths, arguments.output);
   return inputs.several ? measureSeveral(arguments, inputs, log) : measureOne(arguments, inputs, log);
 }

@@ -58,14 +58,15 @@ int compare(const Arguments& arguments, MessageLog& log) {
     if (arguments.output != "-") checkOutput(input, arguments.output);
   if (arguments.before == "-" && arguments.after == "-")
     throw CLI::ValidationError("NEW", "only one of the two can be read from standard input");
-  const tav::AddressMap map = readMap(arguments.map).value_or(tav::AddressMap());
+  InputMaps maps(readMap(arguments.map));
   bool failure = false;
   int newCode = kDone;
   // The second is read while the first, which an import deletes at its end, is there.
   const int code =
       withModel({arguments.before, arguments.reports}, log, [&](const tav::DetailedModel& before) {
         newCode = withModel({arguments.after, arguments.reports}, log, [&](const tav::DetailedModel& after) {
-          const tav::ModelDiff diff = tav::compareModels(before, after, map);
+          const tav::ModelDiff diff =
+              tav::compareModels(before, after, maps.ofBoth(arguments.before, arguments.after));
           failure = isFailure(diff, arguments);
           writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
             if (const Writer write = writerOf(arguments.format))
@@ -116,7 +117,7 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
                                  : timeOf("--until", arguments.span.until, "23:59:59")};
   if (span.until < span.since) throw CLI::ValidationError("--until", "the time is before that of --since");
   if (arguments.output != "-") checkOutput(arguments.before, arguments.output);
-  const tav::AddressMap map = readMap(arguments.map).value_or(tav::AddressMap());
+  InputMaps maps(readMap(arguments.map));
   int code = kDone;
   bool failure = false;
   writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
@@ -129,7 +130,7 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
         continue;
       }
       try {
-        const tav::ModelDiff diff = compareVersions(arguments.before, change, map);
+        const tav::ModelDiff diff = compareVersions(arguments.before, change, maps.of(arguments.before));
         if (!diff.empty()) report->add(change, &diff);
         failure |= isFailure(diff, arguments);
       } catch (const TAVException& error) {
@@ -147,7 +148,7 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
 int comparePlaces(const Arguments& arguments, MessageLog& log) {
   for (const std::string& input : {arguments.before, arguments.after})
     if (arguments.output != "-") checkOutput(input, arguments.output);
-  const GivenMap map = readMap(arguments.map);
+  InputMaps maps(readMap(arguments.map));
   int code = kDone;
   bool failure = false;
   writeAnswer(arguments.output, log, [&](std::ostream& out, const tav::TextStyle& style) {
@@ -155,7 +156,7 @@ int comparePlaces(const Arguments& arguments, MessageLog& log) {
     report->begin({arguments.before, arguments.after});
     for (const ModelPair& pair : pairModels(arguments.before, arguments.after)) {
       code = worseOf(code, guarded(pair.key, log, [&] {
-                       return comparePair(pair, map, log, [&](const auto& change, const auto* diff) {
+                       return comparePair(pair, maps, log, [&](const auto& change, const auto* diff) {
                          if (!diff || !diff->empty()) report->add(change, diff);
                          failure |= diff ? isFailure(*diff, arguments) : isFailure(change, arguments);
                        });

@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "exports/formats.h"
 #include "host/answer_models.h"
 #include "host/command.h"
@@ -26,23 +28,33 @@ struct Arguments {
 /// An export of models in one format, one after the other.
 class Export {
  public:
-  Export(const Arguments& arguments, const AnswerInputs& inputs, MessageLog& log)
+  Export(const Arguments& arguments, AnswerInputs& inputs, MessageLog& log)
       : arguments_(arguments),
         format_(*tav::findExportFormat(arguments.format)),
         inputs_(inputs),
         log_(log) {}
 
-  /// Each model to a file of its own.
-  int toFolder() {
-    const std::vector<EstateFile> files = planOutputs(inputs_.paths, arguments_.folder, format_.extension);
-    makeFolder(arguments_.folder);
-    int code = kDone;
-    for (const EstateFile& file : files)
-      code = worseOf(code, guarded(file.input, log_, [&] { return toFile(file.input, file.output); }));
+  /// Each model to a file of its own where a folder is wanted, else into one document.
+  int run(bool toFolder) {
+    const int code = toFolder ? toFiles() : toOne();
+    if (posting_ && !isBroken_) posting_->finish();
     return code;
   }
 
-  /// All models into one document, or the only one.
+ private:
+  using Use = std::function<void(const tav::DetailedModel& model, const tav::ExportOptions& options)>;
+
+  int toFiles() {
+    const std::vector<EstateFile> files = planOutputs(inputs_.paths, arguments_.folder, format_.extension);
+    makeFolder(arguments_.folder);
+    int code = kDone;
+    for (const EstateFile& file : files) {
+      code = worseOf(code, guarded(file.input, log_, [&] { return toFile(file.input, file.output); }));
+      if (isBroken_) break;
+    }
+    return code;
+  }
+
   int toOne() {
     if (!inputs_.several) return toFile(inputs_.paths.front(), arguments_.output);
     if (format_.writeFiles) {
@@ -54,7 +66,7 @@ class Export {
     const auto writeAll = [&](std::ostream* out) {
       code = forEach([&](const auto& model, const auto& options) {
         if (out) format_.write(model, options, *out);
-        if (isPosted()) postLineage(model, options, arguments_.post, log_);
+        post(model, options);
       });
     };
     if (isShown(arguments_.output))
@@ -64,23 +76,30 @@ class Export {
     return code;
   }
 
- private:
-  using Use = std::function<void(const tav::DetailedModel& model, const tav::ExportOptions& options)>;
-
   int toFile(const std::string& input, const std::string& output) {
     return with(input, [&](const auto& model, const auto& options) {
       if (format_.writeFiles)
         format_.writeFiles(model, options, output);
       else if (isShown(output))
         writeOutput(output, [&](std::ostream& out) { format_.write(model, options, out); });
-      if (isPosted()) postLineage(model, options, arguments_.post, log_);
+      post(model, options);
     });
+  }
+
+  void post(const tav::DetailedModel& model, const tav::ExportOptions& options) {
+    if (!isPosted()) return;
+    if (!posting_) posting_.emplace(arguments_.post, log_);
+    isBroken_ = true;
+    posting_->post(model, options);
+    isBroken_ = false;
   }
 
   int forEach(const Use& use) {
     int code = kDone;
-    for (const std::string& input : inputs_.paths)
+    for (const std::string& input : inputs_.paths) {
       code = worseOf(code, guarded(input, log_, [&] { return with(input, use); }));
+      if (isBroken_) break;
+    }
     return code;
   }
 
@@ -94,7 +113,7 @@ class Export {
         options.inputTime = stored->version->imported;
       }
       options.warnings = log_.getWarnings();
-      options.map = inputs_.mapFor(input);
+      options.map = inputs_.maps.of(input);
       use(model, options);
     });
   }
@@ -105,8 +124,10 @@ class Export {
 
   const Arguments& arguments_;
   const tav::ExportFormat& format_;
-  const AnswerInputs& inputs_;
+  AnswerInputs& inputs_;
   MessageLog& log_;
+  std::optional<EventPosting> posting_;  // once there is something to post
+  bool isBroken_ = false;  // whether an event was not taken, so that the next ones would not be either
 };
 
 void checkTarget(const Arguments& arguments, const tav::ExportFormat& format, bool toFolder, bool several) {
@@ -127,13 +148,11 @@ int exportModels(const Arguments& arguments, bool toFolder, MessageLog& log) {
   const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
   if (around && !format.takesNames)
     throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
-  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
-                                         log, arguments.reports);
+  AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map), log, arguments.reports);
   checkTarget(arguments, format, toFolder, inputs.several);
   checkOutputs(inputs.paths, arguments.output);
   log.keepsWarnings = true;
-  Export run(arguments, inputs, log);
-  return toFolder ? run.toFolder() : run.toOne();
+  return Export(arguments, inputs, log).run(toFolder);
 }
 
 std::string describeFormats() {

@@ -10,7 +10,6 @@
 
 #include "exports/openlineage/lineage_events.h"
 #include "exports/openlineage/uri.h"
-#include "host/posted_events.h"
 #include "host/standard_output.h"
 #include "messages/message.h"
 
@@ -76,6 +75,13 @@ void addProposalOptions(CLI::App& parser, tav::DatahubOptions& options) {
                   "datahub: describe the tables of databases too, in the place of what others say of them");
 }
 
+PostTarget withKey(PostTarget target, MessageLog& log, const std::string& shown) {
+  if (const char* key = std::getenv("OPENLINEAGE_API_KEY"))  // NOLINT(concurrency-mt-unsafe): never set here
+    target.apiKey = key;
+  if (sendsInClear(target)) log.logEvent(tav::messageEvent(tav::Message::keySentInClear, {shown}));
+  return target;
+}
+
 }  // namespace
 
 void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget& post) {
@@ -123,33 +129,36 @@ void checkLineageOptions(const CLI::App& parser, const std::string& format) {
   }
 }
 
-void postLineage(const tav::DetailedModel& model, const tav::ExportOptions& options, PostTarget target,
-                 MessageLog& log) {
-  if (const char* key = std::getenv("OPENLINEAGE_API_KEY"))  // NOLINT(concurrency-mt-unsafe): never set here
-    target.apiKey = key;
+EventPosting::EventPosting(PostTarget target, MessageLog& log)
+    : log_(log),
+      shown_(printable(publicUrl(target.url))),
+      posted_(target.resume, publicUrl(target.url)),
+      post_(withKey(target, log, shown_)) {}
+
+void EventPosting::post(const tav::DetailedModel& model, const tav::ExportOptions& options) {
   const tav::LineageEvents events(model, options);
-  const std::string shown = printable(publicUrl(target.url));
-  if (sendsInClear(target)) log.logEvent(tav::messageEvent(tav::Message::keySentInClear, {shown}));
-  PostedEvents posted(target.resume, publicUrl(target.url));
-  LineagePost post(std::move(target), events.count());
-  std::size_t sent = 0;
-  std::size_t skipped = 0;
+  const std::size_t before = sent_ + skipped_;
+  post_.expect(events.count());
   events.write([&](std::string_view event) {
-    log.showProgress("Posting to " + shown, static_cast<int>(100 * (sent + skipped) / events.count()));
-    if (posted.contains(event)) {
-      post.skip();
-      ++skipped;
+    const std::size_t done = sent_ + skipped_ - before;
+    log_.showProgress("Posting to " + shown_, static_cast<int>(100 * done / events.count()));
+    if (posted_.contains(event)) {
+      post_.skip();
+      ++skipped_;
       return;
     }
-    post.send(event);
-    posted.add(event);
-    ++sent;
+    post_.send(event);
+    posted_.add(event);
+    ++sent_;
   });
-  log.clearProgress();
-  if (log.quiet) return;
+  log_.clearProgress();
+}
+
+void EventPosting::finish() {
+  if (log_.quiet) return;
   StandardOutput out;
-  const std::string before = skipped > 0 ? fmt::format(", {} were posted before", skipped) : "";
-  fmt::print(out.stream(), "Posted {} events to {}{}\n", sent, shown, before);
+  const std::string before = skipped_ > 0 ? fmt::format(", {} were posted before", skipped_) : "";
+  fmt::print(out.stream(), "Posted {} events to {}{}\n", sent_, shown_, before);
   out.finish();
 }
 

@@ -9,6 +9,7 @@
 #include "framework/model/model.h"
 #include "host/lineage_post.h"
 #include "host/message_log.h"
+#include "host/posted_events.h"
 
 namespace host {
 
@@ -18,9 +19,25 @@ void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget
 /// Throws a usage error when one of them was given with another format.
 void checkLineageOptions(const CLI::App& parser, const std::string& format);
 
-/// Sends the events of a model with the API key of the environment's OPENLINEAGE_API_KEY, if there is one,
-/// and tells how many there were. Throws when one was not taken.
-void postLineage(const tav::DetailedModel& model, const tav::ExportOptions& options, PostTarget target,
-                 MessageLog& log);
+/// Events of one model or several that are posted over one connection, with the API key of the environment's
+/// OPENLINEAGE_API_KEY, if there is one.
+class EventPosting {
+ public:
+  /// Warns of a key that others could read on its way. Throws what LineagePost and PostedEvents throw.
+  EventPosting(PostTarget target, MessageLog& log);
+
+  /// Sends the events of a model but for those that the server has. Throws when one was not taken.
+  void post(const tav::DetailedModel& model, const tav::ExportOptions& options);
+  /// Tells how many events there were.
+  void finish();
+
+ private:
+  MessageLog& log_;
+  std::string shown_;
+  PostedEvents posted_;
+  LineagePost post_;
+  std::size_t sent_ = 0;
+  std::size_t skipped_ = 0;
+};
 
 }  // namespace host

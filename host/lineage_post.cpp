@@ -158,8 +158,8 @@ struct LineagePost::Answer {
   std::chrono::seconds pause{0};  // that the server asks for
 };
 
-LineagePost::LineagePost(PostTarget target, std::size_t count)
-    : target_(std::move(target)), count_(count), connection_(std::make_unique<Connection>()) {
+LineagePost::LineagePost(PostTarget target)
+    : target_(std::move(target)), connection_(std::make_unique<Connection>()) {
   const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
   if (std::any_of(target_.apiKey.begin(), target_.apiKey.end(), isControl))
     tav::fail(tav::Message::badApiKey);

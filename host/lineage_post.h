@@ -35,12 +35,14 @@ bool sendsInClear(const PostTarget& target);
 /// most. Servers are known by their certificates, and none sends what it is posted on to another.
 class LineagePost {
  public:
-  /// `count` events are to come. Throws Message::badApiKey for an API key that no header can hold.
-  LineagePost(PostTarget target, std::size_t count);
+  /// Throws Message::badApiKey for an API key that no header can hold.
+  explicit LineagePost(PostTarget target);
   LineagePost(const LineagePost&) = delete;
   LineagePost& operator=(const LineagePost&) = delete;
   ~LineagePost();
 
+  /// So many events are to come, beside those before.
+  void expect(std::size_t count) noexcept { count_ += count; }
   /// Throws Message::eventNotPosted when it was not taken, which names the target and the event's place.
   void send(std::string_view event);
   /// Passes over an event that the server has already.
@@ -54,7 +56,7 @@ class LineagePost {
   [[noreturn]] void giveUp(const Answer& answer, int attempts) const;
 
   PostTarget target_;
-  std::size_t count_;
+  std::size_t count_ = 0;
   std::size_t place_ = 0;  // of the event that is being sent, from 1
   std::unique_ptr<Connection> connection_;
 };

@@ -25,10 +25,18 @@ GivenMap readMap(const std::string& path) {
   return tav::AddressMap::parse(file.text, path);
 }
 
-tav::AddressMap mapFor(const GivenMap& given, const std::string& input) {
-  if (given) return *given;
+const tav::AddressMap& InputMaps::of(const std::string& input) {
+  if (given_) return *given_;
   const auto place = estatePlace(input);
-  return place ? tav::AddressMap::parse(tav::addressRulesOf(place->path), place->path) : tav::AddressMap();
+  if (!place) return none_;
+  const auto [known, isNew] = estates_.try_emplace(place->path);
+  if (isNew) known->second = tav::AddressMap::parse(tav::addressRulesOf(place->path), place->path);
+  return known->second;
+}
+
+const tav::AddressMap& InputMaps::ofBoth(const std::string& before, const std::string& after) {
+  const tav::AddressMap& first = of(before);
+  return first.empty() ? of(after) : first;
 }
 
 }  // namespace host

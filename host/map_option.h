@@ -5,6 +5,7 @@
 #include <CLI/App.hpp>
 #include <optional>
 #include <string>
+#include <unordered_map>
 
 #include "lineage/address_map.h"
 
@@ -18,7 +19,23 @@ CLI::Option& addMap(CLI::App& parser, std::string& path);
 /// Reads the file of the option; of no file, nothing. Throws when it cannot be read or is no list of rules.
 GivenMap readMap(const std::string& path);
 
-/// The rules for one input: those that were given, otherwise those of the estate that it lies in.
-tav::AddressMap mapFor(const GivenMap& given, const std::string& input);
+/// How the databases of inputs are called: by the rules that were given, otherwise by those of the estate
+/// that an input lies in, which are read once.
+class InputMaps {
+ public:
+  InputMaps() = default;
+  explicit InputMaps(GivenMap given) : given_(std::move(given)) {}
+
+  [[nodiscard]] bool given() const noexcept { return given_.has_value(); }
+  /// Throws what an estate that cannot be read does.
+  const tav::AddressMap& of(const std::string& input);
+  /// One for two inputs that are compared, of which either may lie in an estate.
+  const tav::AddressMap& ofBoth(const std::string& before, const std::string& after);
+
+ private:
+  GivenMap given_;
+  tav::AddressMap none_;
+  std::unordered_map<std::string, tav::AddressMap> estates_;  // by their paths
+};
 
 }  // namespace host

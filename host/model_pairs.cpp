@@ -93,7 +93,7 @@ std::vector<ModelPair> pairModels(const std::string& before, const std::string& 
   return result;
 }
 
-int comparePair(const ModelPair& pair, const GivenMap& map, MessageLog& log,
+int comparePair(const ModelPair& pair, InputMaps& maps, MessageLog& log,
                 const std::function<void(const tav::EstateChange& change, const tav::ModelDiff* diff)>& use) {
   tav::EstateChange change;
   change.source = pair.key;
@@ -108,11 +108,9 @@ int comparePair(const ModelPair& pair, const GivenMap& map, MessageLog& log,
   // The second is read while the first, which an import deletes at its end, is there.
   const int code = withModel({pair.before}, log, [&](const tav::DetailedModel& old) {
     newCode = withModel({pair.after}, log, [&](const tav::DetailedModel& now) {
-      const tav::LineageGraph was(old, mapFor(map, pair.before));
-      const tav::LineageGraph is(now, mapFor(map, pair.after));
-      change.before.emplace().name = was.modelName();
-      change.after.emplace().name = is.modelName();
-      const tav::ModelDiff diff = tav::compareModels(was, is);
+      const tav::ModelDiff diff = tav::compareModels(old, now, maps.ofBoth(pair.before, pair.after));
+      change.before.emplace().name = diff.oldName;
+      change.after.emplace().name = diff.newName;
       use(change, &diff);
     });
   });

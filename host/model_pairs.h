@@ -32,7 +32,7 @@ std::vector<ModelPair> pairModels(const std::string& before, const std::string& 
 
 /// Compares a pair and tells `use` how the model changed; of one that is in one place only, without a
 /// difference. Returns an exit code. Throws when one of the two cannot be read.
-int comparePair(const ModelPair& pair, const GivenMap& map, MessageLog& log,
+int comparePair(const ModelPair& pair, InputMaps& maps, MessageLog& log,
                 const std::function<void(const tav::EstateChange& change, const tav::ModelDiff* diff)>& use);
 
 }  // namespace host

@@ -19,9 +19,9 @@ struct Arguments {
 
 int report(const Arguments& arguments, MessageLog& log) {
   if (arguments.output != "-") checkOutput(arguments.input, arguments.output);
-  const tav::AddressMap map = mapFor(readMap(arguments.map), arguments.input);
+  InputMaps maps(readMap(arguments.map));
   return withModel({arguments.input, arguments.reports}, log, [&](const tav::DetailedModel& model) {
-    const tav::LineageGraph graph(model, map);
+    const tav::LineageGraph graph(model, maps.of(arguments.input));
     writeOutput(arguments.output, [&](std::ostream& out) { tav::writeReport(graph, kProgram, out); });
   });
 }

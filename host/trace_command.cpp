@@ -89,13 +89,10 @@ std::optional<EstatePlace> askedEstate(const Arguments& arguments) {
 
 /// What answers call the models of an estate.
 std::vector<std::string> namesOf(const std::string& path, const std::vector<tav::EstateModel>& models) {
-  std::vector<std::string> names;
-  std::vector<std::string> inputs;
-  for (const tav::EstateModel& model : models) {
-    names.push_back(model.name);
-    inputs.push_back(estateArgument(path, model));
-  }
-  return nameModels(names, inputs);
+  std::vector<ModelName> called;
+  called.reserve(models.size());
+  for (const tav::EstateModel& model : models) called.push_back({model.name, estateArgument(path, model)});
+  return nameModels(called);
 }
 
 /// Answers from the rows of an estate, if it has models.
@@ -118,8 +115,7 @@ int tell(const Arguments& arguments, MessageLog& log) {
       throw CLI::ValidationError("--format", "dot draws one model");
     if (const auto code = tellOfEstate(arguments, *estate, log)) return *code;
   }
-  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
-                                         log, arguments.reports);
+  AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map), log, arguments.reports);
   if (inputs.several && arguments.format == "dot")
     throw CLI::ValidationError("--format", "dot draws one model");
   checkOutputs(inputs.paths, arguments.output);

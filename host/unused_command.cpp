@@ -43,8 +43,7 @@ std::vector<std::string> kindNames() {
 }
 
 int list(const Arguments& arguments, MessageLog& log) {
-  const AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map).value_or(tav::AddressMap()),
-                                         log, arguments.reports);
+  AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map), log, arguments.reports);
   checkOutputs(inputs.paths, arguments.output);
   const std::vector<tav::UnusedGroup> groups = groupsOf(arguments.kinds);
   return withModels(inputs, log, [&](const tav::JoinedModels& graph) {

@@ -91,15 +91,14 @@ OpenedModels::Opened OpenedModels::open(const std::vector<std::string>& inputs, 
                                         bool several) {
   KeptLog kept;
   const std::string& first = inputs.front();
-  const auto found = faulting(first, kept, [&] {
-    return host::findInputs(inputs, host::readMap(map).value_or(tav::AddressMap()), kept.log());
-  });
+  auto found =
+      faulting(first, kept, [&] { return host::findInputs(inputs, host::readMap(map), kept.log()); });
   if (!several && found.paths.size() > 1)
     throw Fault({tav::maskPasswords(first), "FATAL", "", "It holds several models; open_all() opens them."});
   auto models = std::make_shared<host::KeptModels>();
   int code = host::kDone;
   for (const std::string& path : found.paths) {
-    const auto add = [&] { return models->add(path, found.mapFor(path), kept.log()); };
+    const auto add = [&] { return models->add(path, found.maps.of(path), kept.log()); };
     code = host::worseOf(code, several ? host::guarded(path, kept.log(), add) : faulting(path, kept, add));
   }
   if (models->size() == 0) throw kept.fault(first);
@@ -170,9 +169,10 @@ std::string OpenedModels::document() const {
 
 Answer OpenedModels::diff(const OpenedModels& after, const std::string& map) const {
   KeptLog kept;
-  const auto rules = faulting(map, kept, [&] { return host::readMap(map).value_or(tav::AddressMap()); });
-  const tav::ModelDiff diff =
-      tav::compareModels(kept_->model(places_.front()), after.kept_->model(after.places_.front()), rules);
+  auto maps = faulting(map, kept, [&] { return host::InputMaps(host::readMap(map)); });
+  const tav::ModelDiff diff = tav::compareModels(
+      kept_->model(places_.front()), after.kept_->model(after.places_.front()),
+      maps.ofBoth(kept_->input(places_.front()), after.kept_->input(after.places_.front())));
   return {textOf([&](std::ostream& out) { tav::writeDiffJson(diff, out); }),
           textOf([&](std::ostream& out) { tav::writeDiffText(diff, out); })};
 }

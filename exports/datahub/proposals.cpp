@@ -331,8 +331,7 @@ extern const ExportFormat kDatahubFormat{
         [](const DetailedModel& model, const ExportOptions& options, std::ostream& out) {
           const LineageGraph graph(model, options.map);
           const CatalogDatasets datasets(graph, options.server);
-          const std::string time =
-              options.inputTime.empty() ? eventTime(model.model, options.input) : options.inputTime;
+          const std::string time = eventTime(model.model, options);
           ProposalWriter(graph, datasets, options, utcSeconds(time) * 1000, out).write();
         },
     .extension = ".datahub.json"};

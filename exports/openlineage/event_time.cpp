@@ -21,9 +21,10 @@ std::int64_t modifiedAt(const std::string& file) {
 
 }  // namespace
 
-std::string eventTime(const TAVModel& model, const std::string& input) {
+std::string eventTime(const TAVModel& model, const ExportOptions& options) {
   if (const auto epoch = getSourceDateEpoch()) return isoTime(*epoch);
-  if (input != "-") return isoTime(modifiedAt(input));
+  if (!options.inputTime.empty()) return options.inputTime;
+  if (options.input != "-") return isoTime(modifiedAt(options.input));
   const auto* store = as<TAVStoreModel>(&model);
   return store && isUtcTime(store->modificationTime) ? store->modificationTime.str() : isoTime(0);
 }

@@ -113,7 +113,7 @@ class EventWriter {
 LineageEvents::LineageEvents(const DetailedModel& model, const ExportOptions& options)
     : graph_(model, options.map),
       datasets_(graph_, options.server),
-      time_(options.inputTime.empty() ? eventTime(model.model, options.input) : options.inputTime),
+      time_(eventTime(model.model, options)),
       static_(options.staticEvents) {}
 
 std::size_t LineageEvents::count() const noexcept {

@@ -206,21 +206,23 @@ TEST(EventTime, Corpus) {
     const tav::test::TemporaryFolder folder;
     const std::string file = folder.write("file", "");
     const auto model = tav::make<TAVStoreModel>("m");
-    std::string path = "-";
+    tav::ExportOptions options;
+    options.input = "-";
     std::istringstream lines(input);
     for (std::string word, value; lines >> word >> value;) {
       if (word == "model") model->modificationTime = value;
       if (word == "epoch") setenv("SOURCE_DATE_EPOCH", value.c_str(), 1);
-      if (word == "missing") path = "no such file";
+      if (word == "missing") options.input = "no such file";
+      if (word == "time") options.inputTime = value;
       if (word != "file") continue;
-      path = file;
+      options.input = file;
       const timespec time{std::stoll(value), 999'999'999};
       const std::array<timespec, 2> times{time, time};
       utimensat(AT_FDCWD, file.c_str(), times.data(), 0);
     }
     std::string shown;
     try {
-      shown = tav::eventTime(*model, path);
+      shown = tav::eventTime(*model, options);
     } catch (const TAVException& failure) {
       shown = failure.getMessage().str();
     }
