@@ -1,17 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
-
 #include "framework/dom/dom.h"
 #include "framework/std/exception.h"
+#include "tests/support/timing.h"
 
 namespace {
-
-double seconds(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 std::string repeated(std::string_view text, std::size_t times) {
   std::string result;
@@ -46,7 +39,7 @@ TEST(DomLimits, LookUpsStayFastAmongManyTags) {
   for (int i = 0; i < kTags; ++i) document += "<t" + std::to_string(i) + "/>";
   TAVDOM dom(nullptr);
   const TAVDOMElement& root = *dom.parseText(document + "</r>", "wide");
-  EXPECT_LT(seconds([&] {
+  EXPECT_LT(tav::test::secondsOf([&] {
               for (int i = 0; i < kTags; ++i) {
                 ASSERT_EQ(root.getFirstElement("t" + std::to_string(i)), root.getElement(i));
               }

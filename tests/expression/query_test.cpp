@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <ctime>
 #include <functional>
 #include <random>
 #include <sstream>
@@ -11,6 +10,7 @@
 #include "framework/std/dotted_name.h"
 #include "framework/std/string.h"
 #include "tests/support/corpus.h"
+#include "tests/support/timing.h"
 
 namespace {
 
@@ -149,22 +149,19 @@ TEST(Query, DepthCostsHeapAlone) {
   show("SELECT a FROM t WHERE a IN " + repeated("(SELECT b FROM u WHERE EXISTS ", kDepth), {});
 }
 
-/// The seconds that a statement takes: what it says, what its columns and what its conditions are fed from.
-/// The best of three, for other programs take time too.
-double secondsOf(const std::string& sql) {
-  double best = 1e9;
-  for (int round = 0; round < 3; ++round) {
-    const std::clock_t begin = std::clock();
-    const Query query = tav::parseQuery(sql);
-    QueryResolver resolver(query);
-    if (query.main != tav::kNoQuery) {
-      for (const tav::QueryColumn& column : query.blocks[query.queries[query.main].blocks.front()].columns)
-        [[maybe_unused]] const auto sources = resolver.sourcesOf(tav::unquotedPart(column.name));
-    }
-    [[maybe_unused]] const auto sources = resolver.conditionSources();
-    best = std::min(best, static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
+/// Reads a statement: what it says, what its columns and what its conditions are fed from.
+void resolve(const std::string& sql) {
+  const Query query = tav::parseQuery(sql);
+  QueryResolver resolver(query);
+  if (query.main != tav::kNoQuery) {
+    for (const tav::QueryColumn& column : query.blocks[query.queries[query.main].blocks.front()].columns)
+      [[maybe_unused]] const auto sources = resolver.sourcesOf(tav::unquotedPart(column.name));
   }
-  return best;
+  [[maybe_unused]] const auto sources = resolver.conditionSources();
+}
+
+tav::test::Timed timeOf(const std::string& sql) {
+  return [sql] { return tav::test::secondsOf([&] { resolve(sql); }); };
 }
 
 /// `count` common table expressions, each of which joins the one before it with itself.
@@ -185,8 +182,8 @@ std::string chain(int count) {
 TEST(Query, TimeGrowsAsTheTextDoes) {
   EXPECT_NE(show(chain(40), {}).find("\na: t.a t.b\n"), std::string::npos);
   // Short: measured a hundred at a time.
-  const auto ofChain = [](int count) { return secondsOf(repeated(chain(count) + ";", 100)); };
-  EXPECT_LT(ofChain(40), 3 * ofChain(20));
+  const auto ofChain = [](int count) { return timeOf(repeated(chain(count) + ";", 100)); };
+  EXPECT_TRUE(tav::test::growsAtMost(ofChain(20), ofChain(40), 3));
 
   struct Growing {
     const char* name;
@@ -222,8 +219,8 @@ TEST(Query, TimeGrowsAsTheTextDoes) {
       {"WITH", again("", "WITH a AS (")},
   };
   for (const Growing& statement : statements) {
-    const double small = secondsOf(statement.sql(5'000));
-    EXPECT_LT(secondsOf(statement.sql(40'000)), 24 * small + 0.02) << statement.name;
+    EXPECT_TRUE(tav::test::growsAtMost(timeOf(statement.sql(5'000)), timeOf(statement.sql(40'000)), 24, 0.02))
+        << statement.name;
   }
 }
 

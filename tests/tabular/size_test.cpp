@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "benchmarks/definition.h"
+#include "tests/support/timing.h"
 #include "tests/tabular/importer_run.h"
 
 namespace {
@@ -24,15 +25,19 @@ template <class Write> std::string writtenTo(const tav::test::TemporaryFolder& f
   return path;
 }
 
+double secondsFor(const std::string& path, std::uint64_t megabytes, bool details = false) {
+  const ImporterCost cost = measureImporter(path, megabytes, details);
+  EXPECT_EQ(cost.exitCode, 0) << cost.errors;
+  return cost.seconds;
+}
+
 /// A definition of 70 MB is imported with 1 GB; Java itself, whose share does not shrink, needs a little of
 /// it.
 TEST(TabularSize, ALargeDefinitionFitsIntoItsHeap) {
   const tav::test::TemporaryFolder folder;
   const std::string path =
       writtenTo(folder, [](std::ostream& out) { tav::bench::writeTabular(out, 7 * kMegabyte, 1); });
-  const ImporterCost cost = measureImporter(path, 100);
-  EXPECT_EQ(cost.exitCode, 0) << cost.errors;
-  EXPECT_LT(cost.seconds, kMostSeconds);
+  EXPECT_TRUE(tav::test::takesAtMost([&] { return secondsFor(path, 100); }, kMostSeconds));
 }
 
 TEST(TabularSize, ADefinitionThatDoesNotFitIsToldOf) {
@@ -55,9 +60,7 @@ TEST(TabularSize, FaultsOfOneExpressionTakeTimeInProportion) {
     for (int i = 0; i < 200'000; ++i) out << "a + ";
     out << R"("}]}]}})";
   });
-  const ImporterCost cost = measureImporter(path, 512);
-  EXPECT_EQ(cost.exitCode, 0) << cost.errors;
-  EXPECT_LT(cost.seconds, kMostSeconds);
+  EXPECT_TRUE(tav::test::takesAtMost([&] { return secondsFor(path, 512); }, kMostSeconds));
 }
 
 /// With their details.
@@ -68,14 +71,10 @@ TEST_P(ManyOfAKind, TakeTimeInProportion) {
   const auto seconds = [&](std::uint64_t count) {
     const std::string path =
         writtenTo(folder, [&](std::ostream& out) { tav::bench::writeTabularMany(out, GetParam(), count); });
-    const ImporterCost cost = measureImporter(path, 512, true);
-    EXPECT_EQ(cost.exitCode, 0) << cost.errors;
-    return cost.seconds;
+    return secondsFor(path, 512, true);
   };
-  const double few = seconds(3000);
-  const double many = seconds(30000);
-  EXPECT_LT(many, kMostSeconds);
-  EXPECT_LT(many, kLargestGrowth * few);
+  EXPECT_TRUE(
+      tav::test::growsAtMost([&] { return seconds(3000); }, [&] { return seconds(30000); }, kLargestGrowth));
 }
 
 INSTANTIATE_TEST_SUITE_P(TabularSize, ManyOfAKind,
