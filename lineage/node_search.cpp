@@ -64,6 +64,7 @@ class Search {
         name_(name),
         parts_(splitDottedName(name)),
         isPath_(name.find('/') != name.npos),
+        isWritten_(parts_.size() > 1 || name.starts_with('[')),
         foldedPath_("/" + foldedName(name)),
         folded_(foldedName(parts_.size() == 1 ? std::string_view(parts_.front()) : name)) {}
 
@@ -99,7 +100,7 @@ class Search {
       if (path.ends_with(foldedPath_)) return Fit::ending;
     }
     const LineageNode& node = graph_.node(id);
-    if (parts_.size() > 1 && equalNames(node.rawName, parts_.back()) &&
+    if (isWritten_ && equalNames(node.rawName, parts_.back()) &&
         equalNames(graph_.rawQualifiedName(id), name_))
       return Fit::qualified;
     if (fitsPrefix(node.kind) && parts_.size() > 1 &&
@@ -148,6 +149,7 @@ class Search {
   std::string_view name_;
   std::vector<std::string> parts_;
   bool isPath_;
+  bool isWritten_;          // as expressions write names: [Measures].[Sales], and [Sales] as DAX does
   std::string foldedPath_;  // behind a slash
   std::string folded_;
 };

@@ -159,6 +159,11 @@ final class PhysicalLayer {
   /** The key of the connection of rows that stand in a query itself. */
   String inlineConnection() { return openConnection(new SourceAddress("", "inline", "", "")); }
 
+  /** A measure of a cube that another model has; cube and measure are made on the first use. */
+  ModelObject measure(String connection, String cube, String name) {
+    return column(table(Origin.Table.named(connection, "", cube)), name, null, true);
+  }
+
   /** A column of a database table or query; table and column are made on the first use. */
   private ModelObject column(Source source, Origin.Column column, ModelObject type) {
     Origin.Table name = column.table();

@@ -23,6 +23,7 @@ import java.util.IdentityHashMap;
 import java.util.LinkedHashSet;
 import java.util.List;
 import java.util.Map;
+import java.util.Optional;
 import java.util.Set;
 
 /** Tables as dimensions: columns, hierarchies, and where their data comes from. */
@@ -50,12 +51,15 @@ final class TableImport {
   private final Map<String, String> sharedExpressions = new HashMap<>();
   /** The queries of tables that have just one. */
   private final Map<String, String> tableQueries = new HashMap<>();
-  final MQuery.Reader queries = new MQuery.Reader(new QueryContext());
+  private final QueryContext context = new QueryContext();
+  final MQuery.Reader queries = new MQuery.Reader(context);
+  /** The cubes that shared expressions open in other models. */
+  private final Map<String, Optional<MSource>> cubesElsewhere = new HashMap<>();
   private final List<Column> computed = new ArrayList<>();
   /** What each partition and refresh policy reads, and what expressions name; null without details. */
   private final Map<Json, Set<ModelObject>> readings;
   private final DaxDetails expressions;
-  final DaxResolver resolver = new DaxResolver();
+  final DaxResolver resolver = new DaxResolver(this::measureElsewhere);
   final List<Made> tables = new ArrayList<>();
 
   /** `details` is null where nobody asks for them. */
@@ -229,6 +233,17 @@ final class TableImport {
     }
     String key = (schema.isEmpty() ? "" : "Schema=" + quoted(schema) + ",") + "Item=" + quoted(entity);
     addQuery(sources, name, "#" + quoted(shared) + "{[" + key + "]}[Data]", dimension);
+  }
+
+  private ModelObject measureElsewhere(String expression, String name) {
+    Optional<MSource> cube = cubesElsewhere.computeIfAbsent(expression, this::cubeElsewhere);
+    if (cube.isEmpty()) return null;
+    return physical.measure(cube.get().connection(context), cube.get().schema(), name);
+  }
+
+  private Optional<MSource> cubeElsewhere(String expression) {
+    String text = sharedExpressions.getOrDefault(expression, "");
+    return Optional.ofNullable(queries.source(text)).filter(MSource::isCube);
   }
 
   private static String quoted(String text) { return "\"" + text.replace("\"", "\"\"") + "\""; }

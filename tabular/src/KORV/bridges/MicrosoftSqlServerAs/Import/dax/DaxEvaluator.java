@@ -322,6 +322,7 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     DaxFunctions.Function known = DaxFunctions.find(node.name());
     if (known != null) {
       if (DaxFunctions.choosesRelationship(node.name())) noteJoin(node, context);
+      if (DaxFunctions.readsOtherModel(node.name())) noteElsewhere(node);
       return new DaxCall(this, known, node, context).run();
     }
     fault(new DaxFault(node.place(), "unknown function " + node.name()));
@@ -330,6 +331,14 @@ final class DaxEvaluator implements DaxCall.Evaluation {
       if (!DaxCall.isWord(argument, context) || isTable(argument)) value(argument, context);
     }
     return DaxTable.UNKNOWN;
+  }
+
+  /** EXTERNALMEASURE(name, type, shared expression). */
+  private void noteElsewhere(DaxNode node) {
+    List<DaxNode> parts = node.parts();
+    if (parts.size() < 3 || !parts.get(0).is(DaxNode.Kind.TEXT) || !parts.get(2).is(DaxNode.Kind.TEXT)) return;
+    ModelObject measure = names.findElsewhere(parts.get(2).name(), parts.get(0).name());
+    if (measure != null) note(DaxLineage.Entry.Kind.FEATURE, measure);
   }
 
   private void noteJoin(DaxNode node, DaxContext context) {

@@ -143,6 +143,8 @@ final class DaxFunctions {
     return name.equalsIgnoreCase("USERELATIONSHIP") || name.equalsIgnoreCase("CROSSFILTER");
   }
 
+  static boolean readsOtherModel(String name) { return name.equalsIgnoreCase("EXTERNALMEASURE"); }
+
   /** Null for a name that is no function of the language. */
   static Function find(String name) {
     String upper = name.toUpperCase(Locale.ROOT);

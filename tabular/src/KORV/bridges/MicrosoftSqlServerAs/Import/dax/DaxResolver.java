@@ -8,6 +8,11 @@ public class DaxResolver extends ModelNames {
   /** What the expression of a calculated table leads to, and each column of the table. */
   public record TableLineage(DaxLineage whole, Function<String, DaxLineage> columns) {}
 
+  /** Where nothing is known of other models. */
+  public DaxResolver() { this((expression, name) -> null); }
+
+  public DaxResolver(OtherModels others) { super(others); }
+
   public DaxLineage resolveMeasure(String text, Table home) { return resolve(text, home, false); }
 
   public DaxLineage resolveColumn(String text, Table home) { return resolve(text, home, true); }

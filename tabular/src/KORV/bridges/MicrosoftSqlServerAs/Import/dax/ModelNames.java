@@ -19,10 +19,19 @@ public class ModelNames {
     Table(ModelObject dimension) { this.dimension = dimension; }
   }
 
+  /** The measures of other models. */
+  public interface OtherModels {
+    /** A measure of the model that a shared expression opens; null where that cannot be told. */
+    ModelObject measure(String expression, String name);
+  }
+
+  private final OtherModels others;
   private final Map<String, Table> tables = new LinkedHashMap<>();
   private final Map<String, Table> calendars = new HashMap<>();
   private final Map<String, ModelObject> measures = new LinkedHashMap<>();
   private final Map<String, DaxExpression> functions = new HashMap<>();
+
+  ModelNames(OtherModels others) { this.others = others; }
 
   public Table addTable(String name, ModelObject dimension) {
     Table table = new Table(dimension);
@@ -81,6 +90,8 @@ public class ModelNames {
     Table found = findTable(table);
     return found == null ? List.of() : found.columns.values();
   }
+
+  ModelObject findElsewhere(String expression, String measure) { return others.measure(expression, measure); }
 
   DaxExpression findFunction(String name) { return functions.get(Names.fold(name)); }
 }

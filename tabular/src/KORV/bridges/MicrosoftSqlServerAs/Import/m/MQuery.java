@@ -33,6 +33,15 @@ public final class MQuery {
       }
     }
 
+    /** What a query opens and reads no table of; null where it is no such query. */
+    public MSource source(String text) {
+      try {
+        return evaluator.evaluateQuery(text).source;
+      } catch (MSyntaxFault fault) {
+        return null;
+      }
+    }
+
     /** The names of a query that it does not define itself, each once; none where it cannot be read. */
     public Set<String> namesIn(String text) {
       try {

@@ -74,8 +74,13 @@ public record MSource(String function, SourceFunctions.Form form, SourceAddress 
     return !isFile() && SourceFunctions.FILE_KINDS.contains(address.kind());
   }
 
+  /** Whether steps have come to one cube of a model. */
+  public boolean isCube() {
+    return MSources.hasCubes(address) && address.server() != null && !schema.isEmpty();
+  }
+
   /** The key of the connection, which is made on the first use. */
-  String connection(Connections connections) {
+  public String connection(Connections connections) {
     if (key != null) return key;
     return address.server() == null ? UNKNOWN_CONNECTION : connections.connection(address);
   }

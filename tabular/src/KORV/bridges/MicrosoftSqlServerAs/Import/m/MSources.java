@@ -13,6 +13,8 @@ final class MSources {
 
   private MSources() {}
 
+  static boolean hasCubes(SourceAddress address) { return CUBES.contains(address.kind()); }
+
   static MValue open(MCall call, SourceFunctions.Opening opening) {
     return switch (opening.form()) {
       case DATABASE, STEPS -> database(call, opening, call.text(1));
@@ -96,8 +98,9 @@ final class MSources {
     String schema = key.fieldText("Schema");
     String item = key.fieldText("Item");
     // A cube stands in a folder of its own name.
-    boolean cubes = CUBES.contains(source.address().kind()) && item == null;
-    if (cubes && key.fieldText("Id") != null) return MValue.source(source.withSchema(key.fieldText("Id")));
+    boolean cubes = hasCubes(source.address());
+    if (cubes && item == null && key.fieldText("Id") != null)
+      return MValue.source(source.withSchema(key.fieldText("Id")));
     for (String name : List.of("Id", "entity", "Key"))
       if (item == null) item = key.fieldText(name);
     String name = key.fieldText("Name");
@@ -113,9 +116,10 @@ final class MSources {
     if (item == null && source.isWorkbook())
       return MValue.listed(
           MPaths.content(evaluator, source.as(SourceFunctions.Form.FILE), source.function()));
+    // The tables of a model are those of all its cubes.
+    String folder = cubes ? "" : source.schema();
     if (item != null)
-      return MValue.listed(
-          source.table(evaluator.context(), schema != null ? schema : source.schema(), item));
+      return MValue.listed(source.table(evaluator.context(), schema != null ? schema : folder, item));
     MFault fault = evaluator.fault("the name of the item is computed", at);
     MValue unknown = evaluator.unknownTable(List.of(value), fault);
     unknown.listed = true;

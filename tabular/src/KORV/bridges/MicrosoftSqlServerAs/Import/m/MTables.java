@@ -130,6 +130,8 @@ final class MTables {
   /** Table.Combine(tables, columns). */
   static MValue append(MCall call) {
     MValue tables = call.argument(0);
+    // The folders of all cubes of a model in one: items are picked from it as from the model.
+    if (tables.is(MValue.Kind.SOURCE) && !tables.source.isFile()) return tables;
     List<Relation> parts = new ArrayList<>();
     for (MValue table : tables.items)
       if (table.is(MValue.Kind.TABLE)) parts.add(table.relation);
