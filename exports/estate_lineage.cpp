@@ -8,12 +8,6 @@
 namespace tav {
 namespace {
 
-std::unordered_set<std::int64_t> numbersOf(const std::vector<EstateModel>& models) {
-  std::unordered_set<std::int64_t> numbers;
-  for (const EstateModel& model : models) numbers.insert(model.id);
-  return numbers;
-}
-
 /// How well what fits the name best does.
 NameFit bestFit(const JoinedGraph& graph, std::string_view name, LineageDirection direction) {
   const ScopedName scope = splitModel(graph, name);
@@ -101,7 +95,7 @@ void EstateAnswer::readMeant(const AskedModels& asked, std::string_view name, Li
 }
 
 std::unique_ptr<const EstateAnswer> EstateLineage::ask(std::string_view name, const LineageWalk& walk) const {
-  auto answer = std::make_unique<EstateAnswer>(std::make_unique<EstateRows>(path_, numbersOf(asked_.models)));
+  auto answer = std::make_unique<EstateAnswer>(std::make_unique<EstateRows>(path_, asked_.models));
   answer->readMeant(asked_, name, walk.direction);
   FoundStarts starts = findStarts(answer->graph(), name, walk.direction);
   std::vector<std::int64_t> ids;
@@ -111,6 +105,9 @@ std::unique_ptr<const EstateAnswer> EstateLineage::ask(std::string_view name, co
   answer->join(asked_);
   starts.nodes.clear();
   for (const std::int64_t id : ids) starts.nodes.push_back(answer->idOf(id));
+  // What is read of a model may have met with what it is there.
+  std::sort(starts.nodes.begin(), starts.nodes.end());
+  starts.nodes.erase(std::unique(starts.nodes.begin(), starts.nodes.end()), starts.nodes.end());
   answer->starts_ = std::move(starts);
   return answer;
 }

@@ -14,8 +14,8 @@ namespace tav {
 namespace {
 
 constexpr std::string_view kNodes =
-    "SELECT id, model_id, owner_id, kind, name, qualified_name, path, server, database, schema, expression, "
-    "language, aggregation, meeting, hidden, unique_name FROM nodes ";
+    "SELECT id, model_id, owner_id, cube_id, kind, name, qualified_name, path, server, database, schema, "
+    "expression, language, aggregation, meeting, hidden, unique_name FROM nodes ";
 constexpr std::string_view kEdges =
     "SELECT e.rowid, e.from_id, e.to_id, e.kind, t.kind, e.text, e.found_by_graph, e.replaces "
     "FROM edges e JOIN nodes t ON t.id = e.to_id ";
@@ -38,18 +38,29 @@ std::vector<std::string> keysOf(std::string_view name) {
   return keys;
 }
 
+std::unordered_map<std::int64_t, std::string> namesOf(const std::vector<EstateModel>& models) {
+  std::unordered_map<std::int64_t, std::string> names;
+  for (const EstateModel& model : models) names.emplace(model.id, model.name);
+  return names;
+}
+
 }  // namespace
 
-EstateRows::EstateRows(const std::string& path, std::unordered_set<std::int64_t> models)
+EstateRows::EstateRows(const std::string& path, const std::vector<EstateModel>& models)
     : database_(path, kEstatePatience, SqliteAccess::read),
-      models_((requireSchema(database_, path), std::move(models))),
+      models_((requireSchema(database_, path), namesOf(models))),
       byId_(database_, std::string(kNodes) + "WHERE id = ?1"),
       byName_(database_, std::string(kNodes) + "WHERE folded_name = ?1 ORDER BY id"),
       byOwner_(database_, std::string(kNodes) + "WHERE owner_id = ?1 ORDER BY id"),
       byMeeting_(database_, std::string(kNodes) + "WHERE meeting = ?1 ORDER BY id"),
+      byPart_(database_, std::string(kNodes) + "WHERE meeting > ?1 AND meeting < ?2 ORDER BY id"),
+      byModelAndName_(database_,
+                      std::string(kNodes) + "WHERE folded_name = ?1 AND model_id = ?2 ORDER BY id"),
       edgesInto_(database_, std::string(kEdges) + "WHERE e.to_id = ?1 ORDER BY e.rowid"),
       edgesOutOf_(database_, std::string(kEdges) + "WHERE e.from_id = ?1 ORDER BY e.rowid"),
       openNames_(database_, "SELECT name, state, note FROM open_names WHERE node_id = ?1 ORDER BY rowid") {
+  for (const auto& [id, name] : models_) modelsByName_.emplace(foldedName(name), id);
+  readsModels_ = !readersOf({}).empty();
   readNotes();
 }
 
@@ -222,8 +233,9 @@ const StoredNode* EstateRows::addNode(const SqliteStatement& row) {
   node.id = row.number(0);
   node.model = row.number(1);
   node.owner = row.number(2);
-  node.kind = nodeKindIn(row.text(3));
-  int column = 3;
+  node.cube = row.number(3);
+  node.kind = nodeKindIn(row.text(4));
+  int column = 4;
   for (std::string* text : {&node.name, &node.qualifiedName, &node.path, &node.server, &node.database,
                             &node.schema, &node.expression, &node.language, &node.aggregation, &node.meeting})
     *text = row.text(++column);
@@ -253,12 +265,58 @@ EstateRows::Ids EstateRows::partsOf(std::int64_t id) {
   return readNodes(byOwner_);
 }
 
-/// The node itself among them.
+/// The node itself among them. What models read of another one is there with what that has of its name;
+/// whether they are one, the graph of all tells.
 EstateRows::Ids EstateRows::twinsOf(const StoredNode& node) {
-  if (node.meeting.empty()) return {node.id};
+  const std::int64_t id = node.id;
   const std::string meeting = node.meeting;
+  if (const std::string part = partKeyOf(node); !part.empty()) {
+    Ids twins = readersOf(part);
+    if (twins.empty()) return {id};
+    const Ids own = modelParts(nodes_.at(twins.front()), part);
+    twins.insert(twins.end(), own.begin(), own.end());
+    return twins;
+  }
+  if (meeting.empty()) return {id};
   byMeeting_.bind(1, meeting);
   return readNodes(byMeeting_);
+}
+
+/// What models over others read of a part, or of all where the key is empty.
+EstateRows::Ids EstateRows::readersOf(std::string_view partKey) {
+  const auto [from, to] = readPartRange(partKey);
+  byPart_.bind(1, from);
+  byPart_.bind(2, to);
+  return readNodes(byPart_);
+}
+
+/// What has this key in a model that is called as the reader says.
+EstateRows::Ids EstateRows::modelParts(const StoredNode& reader, std::string_view partKey) {
+  const std::string name = foldedName(reader.name);
+  const auto [begin, end] = modelsByName_.equal_range(foldedName(reader.database));
+  Ids named;
+  for (auto model = begin; model != end; ++model) {
+    byModelAndName_.bind(1, name);
+    byModelAndName_.bind(2, model->second);
+    const Ids some = readNodes(byModelAndName_);
+    named.insert(named.end(), some.begin(), some.end());
+  }
+  std::erase_if(named, [&](std::int64_t id) { return partKeyOf(nodes_.at(id)) != partKey; });
+  return named;
+}
+
+/// The key of what models over others may read, as WalkGraph::partKey() gives it; empty for everything else,
+/// and where no model is over another one.
+std::string EstateRows::partKeyOf(const StoredNode& node) {
+  if (!readsModels_) return {};
+  if (!node.meeting.empty()) return std::string(partKeyIn(node.meeting));
+  const ReadableAs readable = readableAs(node.kind);
+  if (readable == ReadableAs::nothing) return {};
+  const std::string& model = models_.at(node.model);
+  const std::string name = node.name;
+  if (readable == ReadableAs::holder) return modelPartKey(model, name, {});
+  const StoredNode* holder = this->node(readable == ReadableAs::partOfCube ? node.cube : node.owner);
+  return holder ? modelPartKey(model, holder->name, name) : std::string();
 }
 
 std::vector<const StoredEdge*> EstateRows::edgesAt(std::int64_t id, LineageDirection direction) {

@@ -8,11 +8,11 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "exports/sqlite_database.h"
 #include "exports/stored_graph.h"
+#include "exports/versions.h"
 #include "lineage/lineage_tree.h"
 
 namespace tav {
@@ -20,7 +20,7 @@ namespace tav {
 class EstateRows {
  public:
   /// Of these models alone. Throws when the file is no such database.
-  EstateRows(const std::string& path, std::unordered_set<std::int64_t> models);
+  EstateRows(const std::string& path, const std::vector<EstateModel>& models);
 
   /// Reads what may be called so: the nodes of that last part, with what tells them from each other.
   void readNamed(std::string_view name);
@@ -49,6 +49,9 @@ class EstateRows {
   const StoredNode* node(std::int64_t id);
   Ids partsOf(std::int64_t id);
   Ids twinsOf(const StoredNode& node);
+  Ids readersOf(std::string_view partKey);
+  Ids modelParts(const StoredNode& reader, std::string_view partKey);
+  std::string partKeyOf(const StoredNode& node);
   /// The edges into a node, or out of it, in their order.
   std::vector<const StoredEdge*> edgesAt(std::int64_t id, LineageDirection direction);
   const StoredEdge* addEdge(const SqliteStatement& row);
@@ -63,11 +66,14 @@ class EstateRows {
   void expand(std::int64_t id, std::uint32_t distance, const LineageWalk& walk);
 
   SqliteDatabase database_;
-  std::unordered_set<std::int64_t> models_;
+  std::unordered_map<std::int64_t, std::string> models_;  // their names
+  std::unordered_multimap<std::string, std::int64_t> modelsByName_;
   SqliteStatement byId_;
   SqliteStatement byName_;
   SqliteStatement byOwner_;
   SqliteStatement byMeeting_;
+  SqliteStatement byPart_;
+  SqliteStatement byModelAndName_;
   SqliteStatement edgesInto_;
   SqliteStatement edgesOutOf_;
   SqliteStatement openNames_;
@@ -76,6 +82,7 @@ class EstateRows {
   std::unordered_map<std::int64_t, StoredEdge> edges_;
   std::unordered_map<std::int64_t, std::uint32_t> distances_;  // of the nodes of a walk from its starts
   Ids queue_;
+  bool readsModels_;  // whether some model is over another one
 };
 
 }  // namespace tav

@@ -5,7 +5,8 @@
 namespace tav {
 
 std::string meetingKey(const LineageGraph& graph, NodeId id) {
-  return graph.isShared(id) ? foldedName(graph.path(id)) : std::string();
+  if (!graph.isShared(id)) return {};
+  return graph.readModel(id).empty() ? foldedName(graph.path(id)) : graph.sharedKey(id);
 }
 
 }  // namespace tav

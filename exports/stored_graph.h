@@ -17,6 +17,7 @@ struct StoredNode {
   std::int64_t id = 0;
   std::int64_t model = 0;
   std::int64_t owner = 0;  ///< 0 where it has none
+  std::int64_t cube = 0;   ///< 0 outside cubes
   NodeKind kind{};
   std::string name;
   std::string qualifiedName;
@@ -79,6 +80,9 @@ class StoredGraph final : public WalkGraph {
   [[nodiscard]] bool isHidden(NodeId id) const override { return row(id).hidden; }
   [[nodiscard]] bool isShared(NodeId id) const override { return !row(id).meeting.empty(); }
   [[nodiscard]] std::string sharedKey(NodeId id) const override { return row(id).meeting; }
+  [[nodiscard]] std::string_view readModel(NodeId id) const override {
+    return partKeyIn(row(id).meeting).empty() ? std::string_view() : std::string_view(row(id).database);
+  }
   [[nodiscard]] std::vector<std::string> notes() const override { return notes_; }
 
  private:

@@ -46,6 +46,7 @@ DatabaseAddress parseDatabaseAddress(const ConnectionFacts& facts) {
   DatabaseAddress address{std::move(location.server), maskPasswords(location.database),
                           std::string(kind.defaultSchema), kind.naming};
   address.named = kind.form != AddressForm::hidden;
+  address.isModel = kind.form == AddressForm::analysis && !address.database.empty();
   if (address.server.empty()) address.server = "connection://" + uriText(facts.name);
   return address;
 }
@@ -62,6 +63,7 @@ DatabaseAddress addressOf(const DatabaseAddress& connection, std::string_view se
   if (!server.empty()) {
     address.server = sqlServerUri(server);
     address.named = true;
+    address.isModel = false;
   }
   if (!database.empty()) address.database = maskPasswords(database);
   return address;

@@ -24,6 +24,8 @@ struct DatabaseAddress {
   /// Whether the model tells where the database is; not so for tables that belong to no connection, or to
   /// one whose server stands in an embedded query.
   bool named = true;
+  /// Whether the database is a model of Analysis Services: its tables are dimensions and cubes.
+  bool isModel = false;
 
   friend bool operator==(const DatabaseAddress&, const DatabaseAddress&) = default;
 };

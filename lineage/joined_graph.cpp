@@ -3,8 +3,56 @@
 #include <algorithm>
 #include <numeric>
 #include <unordered_map>
+#include <unordered_set>
+
+#include "framework/std/text.h"
 
 namespace tav {
+namespace {
+
+using PartIds = std::unordered_map<std::string, JoinedId>;
+
+/// What is read of other models: the first of its twins, by its key in that model, and the names of the
+/// models. An id is kNone where models read it from several servers, so that nobody can tell which is meant.
+struct PartsRead {
+  PartIds ids;
+  std::unordered_set<std::string> models;
+};
+
+PartsRead partsRead(const JoinedGraph& joined) {
+  PartsRead read;
+  for (std::uint32_t model = 0; model < joined.models().size(); ++model) {
+    const WalkGraph& graph = joined.graph(model);
+    for (NodeId node = 0; node < graph.nodes().size(); ++node) {
+      const std::string_view name = graph.readModel(node);
+      if (name.empty()) continue;
+      read.models.insert(foldedName(name));
+      const JoinedId first = joined.idOf(model, node);
+      const auto [known, isNew] = read.ids.try_emplace(std::string(partKeyIn(graph.sharedKey(node))), first);
+      if (known->second != first) known->second = JoinedGraph::kNone;
+    }
+  }
+  return read;
+}
+
+/// The models of these names, where one alone is called so.
+std::vector<std::uint32_t> modelsCalled(const JoinedGraph& joined,
+                                        const std::unordered_set<std::string>& names) {
+  std::unordered_map<std::string, std::uint32_t> found;
+  for (std::uint32_t model = 0; !names.empty() && model < joined.models().size(); ++model) {
+    std::string name = foldedName(joined.graph(model).modelName());
+    if (!names.contains(name)) continue;
+    const auto [known, isNew] = found.try_emplace(std::move(name), model);
+    if (!isNew) known->second = JoinedGraph::kNoModel;
+  }
+  std::vector<std::uint32_t> models;
+  for (const auto& [name, model] : found)
+    if (model != JoinedGraph::kNoModel) models.push_back(model);
+  return models;
+}
+
+}  // namespace
+
 JoinedGraph::JoinedGraph(const WalkGraph& graph)
     : models_{{{}, &graph}}, namesModels_(false), offsets_{0, static_cast<JoinedId>(graph.nodes().size())} {}
 
@@ -13,6 +61,7 @@ JoinedGraph::JoinedGraph(std::vector<Model> models)
   for (const Model& model : models_)
     offsets_.push_back(offsets_.back() + static_cast<JoinedId>(model.graph->nodes().size()));
   joinShared();
+  joinReaders();
 }
 
 void JoinedGraph::joinShared() {
@@ -32,6 +81,28 @@ void JoinedGraph::joinShared() {
       known->second = id;
     }
   }
+}
+
+/// What others read of a model is what has that name there, where one node alone has.
+void JoinedGraph::joinReaders() {
+  const PartsRead read = partsRead(*this);
+  PartIds own;
+  for (const std::uint32_t model : modelsCalled(*this, read.models)) {
+    for (NodeId node = 0; node < graph(model).nodes().size(); ++node) {
+      std::string key = graph(model).partKey(node);
+      if (!read.ids.contains(key)) continue;
+      const auto [known, isNew] = own.try_emplace(std::move(key), offsets_[model] + node);
+      if (!isNew) known->second = kNone;
+    }
+  }
+  for (const auto& [key, id] : own)
+    if (const JoinedId first = read.ids.at(key); id != kNone && first != kNone) lead(first, id);
+}
+
+/// Puts a node in front of another and its twins.
+void JoinedGraph::lead(JoinedId id, JoinedId first) {
+  next_[first] = id;
+  for (JoinedId twin = id; twin != kNone; twin = next_[twin]) first_[twin] = first;
 }
 
 JoinedGraph::Place JoinedGraph::placeOf(JoinedId id) const noexcept {

@@ -1,7 +1,7 @@
 #pragma once
 
 // The graphs of several models as one: a table or column of a database is one node however many models read
-// it, and what a model links from another hangs on what it is linked from.
+// it, and what a model reads of another model is one with what it is there.
 
 #include <cstdint>
 #include <span>
@@ -51,6 +51,7 @@ class JoinedGraph {
   /// Where a node is; of a shared one, in the first of its models.
   [[nodiscard]] Place placeOf(JoinedId id) const noexcept;
   /// The next of the ids that a shared node has, one for each model, itself the first; kNone behind the last.
+  /// What a model over another one reads follows on what it is in that one.
   [[nodiscard]] JoinedId nextTwin(JoinedId id) const noexcept { return next_.empty() ? kNone : next_[id]; }
   [[nodiscard]] const WalkGraph& graph(std::uint32_t model) const noexcept { return *models_[model].graph; }
   /// The name of the model that a node belongs to; empty for a shared one, and where models are not named.
@@ -58,6 +59,8 @@ class JoinedGraph {
 
  private:
   void joinShared();
+  void joinReaders();
+  void lead(JoinedId id, JoinedId first);
 
   std::vector<Model> models_;
   bool namesModels_;

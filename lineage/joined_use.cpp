@@ -37,14 +37,19 @@ std::vector<bool> JoinedUse::usedBeside(std::uint32_t model) const {
   if (users_.empty()) return {};
   const LineageGraph& one = graph_.whole(model);
   std::vector<bool> used(one.nodes().size());
-  for (const LineageEdge& edge : one.edges()) {
-    if (edge.kind != EdgeKind::direct || !one.isShared(edge.from)) continue;
-    const Users& users = users_[graph_.idOf(model, edge.from)];
-    if ((users.first != JoinedGraph::kNoModel && users.first != model) ||
-        users.second != JoinedGraph::kNoModel)
+  for (const LineageEdge& edge : one.edges())
+    if (edge.kind == EdgeKind::direct && one.isShared(edge.from) && isUsedBeside(model, edge.from))
       used[edge.to] = true;
-  }
+  // What a model over this one reads.
+  for (NodeId node = 0; node < one.nodes().size(); ++node)
+    if (!one.isShared(node) && isUsedBeside(model, node)) used[node] = true;
   return used;
+}
+
+bool JoinedUse::isUsedBeside(std::uint32_t model, NodeId node) const {
+  const Users& users = users_[graph_.idOf(model, node)];
+  return (users.first != JoinedGraph::kNoModel && users.first != model) ||
+         users.second != JoinedGraph::kNoModel;
 }
 
 }  // namespace tav

@@ -13,8 +13,8 @@ class JoinedUse {
   /// Linear in the nodes and edges of all models. The graph must live longer.
   explicit JoinedUse(const JoinedModels& graph);
 
-  /// Whether another model uses what a node of this one takes over from a database as it is, by node. Empty
-  /// where there is only one model.
+  /// Whether another model uses a node, or what it takes over from a database as it is, by node. Empty where
+  /// there is only one model.
   [[nodiscard]] std::vector<bool> usedBeside(std::uint32_t model) const;
 
  private:
@@ -23,6 +23,8 @@ class JoinedUse {
     std::uint32_t first = JoinedGraph::kNoModel;
     std::uint32_t second = JoinedGraph::kNoModel;
   };
+
+  [[nodiscard]] bool isUsedBeside(std::uint32_t model, NodeId node) const;
 
   const JoinedModels& graph_;
   std::vector<Users> users_;  // by JoinedId

@@ -28,10 +28,19 @@ bool LineageGraph::isShared(NodeId id) const {
   return node(id).kind == NodeKind::databaseTable || node(id).owner != kNoNode;
 }
 
+std::string_view LineageGraph::readModel(NodeId id) const {
+  return isShared(id) && database(id)->isModel ? std::string_view(database(id)->database)
+                                               : std::string_view();
+}
+
 /// The address and names without letter case.
 std::string LineageGraph::sharedKey(NodeId id) const {
   const NodeId table = node(id).kind == NodeKind::databaseColumn ? node(id).owner : id;
   const DatabaseAddress& address = *database(id);
+  if (address.isModel) {
+    const std::string part = table == id ? std::string() : name(id);
+    return readPartKey(modelPartKey(address.database, name(table), part), address.server);
+  }
   std::string key;
   for (const std::string_view part : {std::string_view(address.server), std::string_view(address.database),
                                       rawSchema(table), node(table).rawName})

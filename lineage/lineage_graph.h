@@ -90,6 +90,7 @@ class LineageGraph final : public WalkGraph {
   [[nodiscard]] bool isHidden(NodeId id) const override;
   [[nodiscard]] bool isShared(NodeId id) const override;
   [[nodiscard]] std::string sharedKey(NodeId id) const override;
+  [[nodiscard]] std::string_view readModel(NodeId id) const override;
   [[nodiscard]] std::vector<std::string> notes() const override;
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }

@@ -1,10 +1,14 @@
 #include "lineage/walk_graph.h"
 
 #include "framework/std/mask.h"
+#include "framework/std/text.h"
 #include "lineage/arrange.h"
 
 namespace tav {
 namespace {
+
+constexpr std::string_view kModelPart = "model:";
+constexpr char kServer = '\v';
 
 template <class T>
 std::span<const T> slice(const std::vector<T>& items, const std::vector<std::uint32_t>& offsets,
@@ -21,6 +25,44 @@ bool isMeasureKind(NodeKind kind) noexcept {
 
 bool isOriginalsCopy(NodeKind kind) noexcept {
   return kind == NodeKind::cubeMeasure || kind == NodeKind::cubeAttribute || kind == NodeKind::linkedMeasure;
+}
+
+std::string modelPartKey(std::string_view model, std::string_view holder, std::string_view part) {
+  std::string key(kModelPart);
+  key.append(foldedName(model)).append(1, '\t').append(foldedName(holder));
+  return part.empty() ? key : key.append(1, '\t').append(foldedName(part));
+}
+
+std::string readPartKey(std::string_view partKey, std::string_view server) {
+  return std::string(partKey).append(1, kServer).append(foldedName(server));
+}
+
+std::pair<std::string, std::string> readPartRange(std::string_view partKey) {
+  std::string from(partKey.empty() ? kModelPart : partKey);
+  if (!partKey.empty()) from += kServer;
+  std::string to = from;
+  ++to.back();
+  return {from, to};
+}
+
+std::string_view partKeyIn(std::string_view key) noexcept {
+  return key.starts_with(kModelPart) ? key.substr(0, key.find(kServer)) : std::string_view();
+}
+
+ReadableAs readableAs(NodeKind kind) noexcept {
+  switch (kind) {
+    case NodeKind::dimension:
+    case NodeKind::cube:
+      return ReadableAs::holder;
+    case NodeKind::attribute:
+      return ReadableAs::partOfOwner;
+    case NodeKind::measure:
+    case NodeKind::linkedMeasure:
+    case NodeKind::calculatedMeasure:
+      return ReadableAs::partOfCube;
+    default:
+      return ReadableAs::nothing;
+  }
 }
 
 std::span<const LineageEdge> WalkGraph::into(NodeId id) const noexcept {
@@ -59,6 +101,14 @@ NodeId WalkGraph::originalOf(NodeId id) const {
     id = source;
   }
   return id;
+}
+
+std::string WalkGraph::partKey(NodeId id) const {
+  const ReadableAs readable = readableAs(node(id).kind);
+  if (readable == ReadableAs::nothing) return {};
+  if (readable == ReadableAs::holder) return modelPartKey(modelName(), name(id), {});
+  const NodeId holder = readable == ReadableAs::partOfCube ? cubeOf(id) : node(id).owner;
+  return holder == kNoNode ? std::string() : modelPartKey(modelName(), name(holder), name(id));
 }
 
 std::string WalkGraph::schema(NodeId id) const {

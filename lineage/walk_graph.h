@@ -45,6 +45,20 @@ bool isMeasureKind(NodeKind kind) noexcept;
 /// Whether nodes of this kind take over a measure or attribute as it is (see WalkGraph::originalOf).
 bool isOriginalsCopy(NodeKind kind) noexcept;
 
+/// What a part of a model is recognised by. The holder of an attribute is its dimension, that of a measure
+/// its cube; `part` is empty for dimension and cube themselves. Letter case does not count.
+std::string modelPartKey(std::string_view model, std::string_view holder, std::string_view part);
+/// What models over a model recognise a part of it by: one of that model on this server.
+std::string readPartKey(std::string_view partKey, std::string_view server);
+/// All such keys of a part lie between these two, of all parts where the key is empty.
+std::pair<std::string, std::string> readPartRange(std::string_view partKey);
+/// The modelPartKey() in a key of that kind; empty for any other key.
+std::string_view partKeyIn(std::string_view key) noexcept;
+
+/// What models over a model can read of it.
+enum class ReadableAs : std::uint8_t { nothing, holder, partOfOwner, partOfCube };
+ReadableAs readableAs(NodeKind kind) noexcept;
+
 /// The place of a node in LineageGraph::nodes().
 using NodeId = std::uint32_t;
 inline constexpr NodeId kNoNode = 0xFFFFFFFF;
@@ -146,6 +160,12 @@ class WalkGraph {
   [[nodiscard]] virtual bool isShared(NodeId id) const = 0;
   /// What a shared node is recognised by in other graphs of the same kind.
   [[nodiscard]] virtual std::string sharedKey(NodeId id) const = 0;
+  /// The name of the model that a shared node is a part of: a table or column that a model over another model
+  /// reads, whose sharedKey() is a readPartKey(). Empty for every other node.
+  [[nodiscard]] virtual std::string_view readModel(NodeId id) const = 0;
+  /// The modelPartKey() of a dimension, an attribute, a cube or a measure. Empty for what no other model
+  /// reads.
+  [[nodiscard]] std::string partKey(NodeId id) const;
   /// What could make an answer another one: a document without details, and what its import passed over. A
   /// sentence each, without its end; usually none.
   [[nodiscard]] virtual std::vector<std::string> notes() const = 0;

@@ -80,7 +80,8 @@ void checkName(const std::string& estate, const Documents& documents, const std:
 std::string makeEstate(const tav::test::TemporaryFolder& folder) {
   std::string estate = (folder.path() / "estate.db").string();
   std::string command("'" PROGRAM_FOLDER "/xmla-bridge' import --quiet --jobs 1 --estate '" + estate + "'");
-  for (const char* name : {"murmeltal-huts.asdatabase", "ferry-line.bim"})
+  for (const char* name :
+       {"murmeltal-huts.asdatabase", "ferry-line.bim", "estate/guest-letter.bim", "estate/hut-board.bim"})
     command.append(" '" EXAMPLES "/").append(name).append("'");
   for (const char* name : {"orders.xmla", "names.xmla", "counts.bim"})
     command.append(" '").append(tav::test::testFile(std::string("lineage/") + name).string()).append("'");
