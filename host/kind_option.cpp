@@ -14,16 +14,14 @@ std::string unknownKind(const std::string& name) {
 
 }  // namespace
 
-void addKinds(CLI::App& parser, std::vector<std::string>& kinds) {
+void addKinds(const CommandParser& parser, std::vector<std::string>& kinds) {
   parser
-      .add_option(
-          "--kind", kinds,
-          "Only nodes of these kinds, several with commas; for list, csv and markdown (default: all). "
-          "xmla-bridge help kinds lists them")
-      ->type_name("KINDS")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->check(CLI::Validator(unknownKind, ""));
+      .addOption("--kind KINDS", kinds,
+                 "Only nodes of these kinds, several with commas; for list, csv and markdown (default: all). "
+                 "xmla-bridge help kinds lists them")
+      .separatedBy(',')
+      .oneEachTime()
+      .check(unknownKind);
 }
 
 std::vector<tav::NodeKind> kindsOf(const std::vector<std::string>& names) {
