@@ -6,7 +6,11 @@
 #include <CLI/Formatter.hpp>
 #include <CLI/Validators.hpp>
 #include <CLI/Version.hpp>
+#include <algorithm>
+#include <set>
 #include <sstream>
+
+#include "framework/std/nearest_word.h"
 
 namespace host {
 namespace {
@@ -33,6 +37,44 @@ Option addFunction(CLI::App& parser, const std::string& usage, const std::functi
   return calledAs(usage, *parser.add_option_function<Value>(namesIn(usage), take, help));
 }
 
+bool isOption(const std::string& word) {
+  return word.size() > 1 && word.front() == '-';
+}
+
+UsageError unexpected(const std::string& word, const std::string& offer) {
+  return UsageError("The following argument was not expected: " + word + offer);
+}
+
+template <class Words> std::string offerNearest(const std::string& word, const Words& words) {
+  const std::vector<std::string_view> views(words.begin(), words.end());
+  return tav::offerNearest(word, views);
+}
+
+/// The options of a command as they are typed, to offer one in the place of a word that looks like one.
+class OptionNames {
+ public:
+  explicit OptionNames(const CLI::App& parser) {
+    for (const CLI::Option* option : parser.get_options())
+      for (const std::string& name : option->get_lnames()) names_.push_back("--" + name);
+  }
+  [[nodiscard]] std::string offer(const std::string& word) const {
+    return offerNearest(word.substr(0, word.find('=')), names_);
+  }
+
+ private:
+  std::vector<std::string> names_;
+};
+
+std::optional<UsageError> findMisspeltOption(const CLI::App& parser) {
+  const OptionNames names(parser);
+  for (const std::string& word : parser.remaining()) {
+    if (word == "--") break;
+    if (!isOption(word)) continue;
+    if (const std::string offer = names.offer(word); !offer.empty()) return unexpected(word, offer);
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 UsageError::UsageError(const std::string& argument, const std::string& cause)
@@ -50,10 +92,6 @@ UsageError UsageError::excludes(const std::string& argument, const std::string& 
   return UsageError(argument + " excludes " + other);
 }
 
-UsageError UsageError::unexpected(const std::string& word) {
-  return UsageError("The following argument was not expected: " + word);
-}
-
 Option Option::valueText(const std::string& text) const {
   option_->option_text(text);
   return *this;
@@ -65,7 +103,12 @@ Option Option::required() const {
 }
 
 Option Option::oneOf(const std::vector<std::string>& words) const {
-  option_->check(CLI::IsMember(words));
+  const std::string list = CLI::IsMember(words).get_description();
+  const auto check = [known = std::set(words.begin(), words.end()), list](const std::string& value) {
+    if (known.count(value) > 0) return std::string();
+    return value + " not in " + list + offerNearest(value, known);
+  };
+  option_->check(check, list);
   return *this;
 }
 
@@ -163,6 +206,10 @@ std::vector<std::string> CommandParser::leftWords() const {
   return parser_->remaining();
 }
 
+UsageError CommandParser::unknownOption(const std::string& word) const {
+  return unexpected(word, OptionNames(*parser_).offer(word));
+}
+
 CommandLine::CommandLine(const std::string& program, const std::string& description)
     : program_(std::make_unique<CLI::App>(description, program)) {
   program_->require_subcommand(0, 1);
@@ -198,8 +245,27 @@ std::optional<std::string> CommandLine::parse(int argc, const char* const* argv)
     program_->exit(request, answer, answer);
     return answer.str();
   } catch (const CLI::ParseError& error) {
+    // What a misspelt word was meant for is missing: the word is the cause of other errors.
+    if (const auto misspelt = findMisspelt()) throw UsageError(*misspelt);
     throw UsageError(error.what());
   }
+}
+
+std::optional<UsageError> CommandLine::findMisspelt() const {
+  const std::vector<std::string> words = program_->remaining();
+  const auto command = std::find_if_not(words.begin(), words.end(), isOption);
+  if (command != words.end())
+    if (const std::string offer = offerCommand(*command); !offer.empty()) return unexpected(*command, offer);
+  if (auto option = findMisspeltOption(*program_)) return option;
+  const std::vector<CLI::App*> chosen = program_->get_subcommands();
+  return chosen.empty() ? std::nullopt : findMisspeltOption(*chosen.front());
+}
+
+std::string CommandLine::offerCommand(const std::string& word) const {
+  std::vector<std::string> names;
+  names.reserve(commands_.size());
+  for (const auto& [name, parser] : commands_) names.push_back(name);
+  return offerNearest(word, names);
 }
 
 std::optional<std::string> CommandLine::helpOf(const std::string& command) const {

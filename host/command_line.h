@@ -31,7 +31,6 @@ class UsageError : public std::runtime_error {
   static UsageError needs(const std::string& argument, const std::string& other);
   /// `argument` was given with `other`.
   static UsageError excludes(const std::string& argument, const std::string& other);
-  static UsageError unexpected(const std::string& word);
 };
 
 /// An option or argument of a command, of which more can be said. Copies mean the same one.
@@ -89,6 +88,8 @@ class CommandParser {
   [[nodiscard]] bool isGiven(const std::string& name) const;
   /// In the order of the command line, a "--" among them included.
   [[nodiscard]] std::vector<std::string> leftWords() const;
+  /// What to throw for an option that the command does not have.
+  [[nodiscard]] UsageError unknownOption(const std::string& word) const;
 
  private:
   CLI::App* parser_;
@@ -117,8 +118,12 @@ class CommandLine {
 
   /// The help of a command, of the program where the name is empty; none of a command that there is not.
   [[nodiscard]] std::optional<std::string> helpOf(const std::string& command) const;
+  /// "; did you mean 'export'?" for a word that is no command; empty when none comes near.
+  [[nodiscard]] std::string offerCommand(const std::string& word) const;
 
  private:
+  [[nodiscard]] std::optional<UsageError> findMisspelt() const;
+
   std::unique_ptr<CLI::App> program_;
   std::map<std::string, CLI::App*> commands_;
 };

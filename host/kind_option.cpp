@@ -2,14 +2,25 @@
 
 #include <fmt/ostream.h>
 
+#include "framework/std/nearest_word.h"
 #include "framework/std/printable.h"
 
 namespace host {
 namespace {
 
+std::string offerKind(const std::string& name) {
+  std::vector<std::string_view> kinds;
+  kinds.reserve(tav::kNodeKindCount);
+  for (std::size_t i = 0; i < tav::kNodeKindCount; ++i)
+    kinds.push_back(tav::nodeKindName(static_cast<tav::NodeKind>(i)));
+  return tav::offerNearest(name, kinds);
+}
+
 std::string unknownKind(const std::string& name) {
   if (tav::objectKindOf(name)) return {};
-  return "there is no kind '" + tav::printable(name) + "'; xmla-bridge help kinds lists them";
+  const std::string cause = "there is no kind '" + tav::printable(name) + "'";
+  const std::string offer = offerKind(name);
+  return cause + (offer.empty() ? "; " : offer + " ") + "xmla-bridge help kinds lists them";
 }
 
 }  // namespace

@@ -60,7 +60,8 @@ Command addHelp(CommandLine& program) {
   return {parser, [&program, name](MessageLog& /*log*/) {
             if (*name == kKindsTopic) return showKinds();
             if (const auto help = program.helpOf(*name)) return show(*help);
-            throw UsageError("COMMAND", "there is no command '" + printable(*name) + "'");
+            throw UsageError("COMMAND",
+                             "there is no command '" + printable(*name) + "'" + program.offerCommand(*name));
           }};
 }
 

@@ -74,7 +74,7 @@ void addWords(Arguments& arguments, const CommandParser& parser) {
       literal = true;
       continue;
     }
-    if (!literal && word.size() > 1 && word.front() == '-') throw UsageError::unexpected(word);
+    if (!literal && word.size() > 1 && word.front() == '-') throw parser.unknownOption(word);
     arguments.inputs.push_back(std::exchange(arguments.name, word));
   }
 }
