@@ -8,7 +8,7 @@
 #include <set>
 #include <utility>
 
-#include "framework/std/edit_distance.h"
+#include "framework/std/nearest_word.h"
 #include "messages/message.h"
 
 namespace tav {
@@ -40,18 +40,7 @@ bool isLike(std::string_view text, std::string_view pattern) {
 
 /// "; did you mean 'coverage'?", or the words that there are where none is near.
 std::string offer(std::string_view word, const std::vector<std::string_view>& words) {
-  constexpr std::size_t kLongest = 64;
-  std::string_view nearest;
-  std::vector<std::size_t> row;
-  std::size_t least = word.size() / 2 + 1;
-  for (const std::string_view known : words) {
-    if (const std::size_t distance = word.size() > kLongest ? least : editDistance(word, known, least, row);
-        distance < least) {
-      least = distance;
-      nearest = known;
-    }
-  }
-  if (!nearest.empty()) return "; did you mean '" + std::string(nearest) + "'?";
+  if (std::string nearest = offerNearest(word, words); !nearest.empty()) return nearest;
   std::string all = "; expected ";
   for (const std::string_view known : words) all.append(known == words.front() ? "" : ", ").append(known);
   return all;

@@ -99,8 +99,7 @@ int checkPair(Check& check, const ModelPair& pair) {
 int checkPairs(Check& check) {
   const std::string& was = check.arguments.against;
   if (check.arguments.inputs.size() > 1 || !isPlace(was) || !isPlace(check.arguments.inputs.front()))
-    throw CLI::ValidationError("--against",
-                               "one model is compared with one, a folder or an estate with another one");
+    throw UsageError("--against", "one model is compared with one, a folder or an estate with another one");
   int code = kDone;
   for (const ModelPair& pair : pairModels(was, check.arguments.inputs.front()))
     code = worseOf(code, guarded(pair.key, check.log, [&] { return checkPair(check, pair); }));
@@ -124,7 +123,7 @@ int check(const Arguments& arguments, MessageLog& log) {
     });
     return kDone;
   }
-  if (arguments.inputs.empty()) throw CLI::RequiredError("INPUT");
+  if (arguments.inputs.empty()) throw UsageError::isRequired("INPUT");
   AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map), log, arguments.reports);
   checkOutputs(inputs.paths, arguments.output);
   Check run{arguments, inputs,
@@ -139,40 +138,32 @@ int check(const Arguments& arguments, MessageLog& log) {
 
 }  // namespace
 
-Command addCheck(CLI::App& program) {
+Command addCheck(CommandLine& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser = program.add_subcommand("check", "Hold models against rules, for builds and reviews");
-  parser
-      ->add_option("INPUT", arguments->inputs,
-                   "Definitions or saved models, folders of them or estate databases (see docs/inputs.md)")
-      ->type_name("FILE");
-  parser
-      ->add_option("--rules", arguments->rules,
-                   "The rule file, in YAML or JSON (default: the rules as --print-rules has them)")
-      ->type_name("FILE");
-  parser
-      ->add_option("--against", arguments->against,
-                   "The model as it was, for rules about changes; for a folder or an estate, another one")
-      ->type_name("OLD");
+  const CommandParser parser =
+      program.addCommand("check", "Hold models against rules, for builds and reviews");
+  parser.addOption("INPUT FILE", arguments->inputs,
+                   "Definitions or saved models, folders of them or estate databases (see docs/inputs.md)");
+  parser.addOption("--rules FILE", arguments->rules,
+                   "The rule file, in YAML or JSON (default: the rules as --print-rules has them)");
+  parser.addOption("--against OLD", arguments->against,
+                   "The model as it was, for rules about changes; for a folder or an estate, another one");
   std::vector<std::string> formats;
   formats.reserve(kFormats.size());
   for (const Format& format : kFormats) formats.emplace_back(format.name);
-  parser->add_option("--format", arguments->format, "The output format (default: text)")
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember(formats));
+  parser.addOption("--format FORMAT", arguments->format, "The output format (default: text)").oneOf(formats);
   parser
-      ->add_option(
-          "--fail-on", arguments->failOn,
+      .addOption(
+          "--fail-on SEVERITY", arguments->failOn,
           "Exit with code 7 if anything is found that is at least this: error, warning, info; or never\n"
           "(default: error)")
-      ->type_name("SEVERITY")
-      ->check(CLI::IsMember({"error", "warning", "info", "never"}));
-  parser->add_flag("--list-rules", arguments->listRules, "Print the rules and what they are by default");
-  parser->add_flag("--print-rules", arguments->printRules,
-                   "Print a rule file that says what holds without one");
-  addReports(*parser, arguments->reports);
-  addMap(*parser, arguments->map);
-  addOutput(*parser, arguments->output);
+      .oneOf({"error", "warning", "info", "never"});
+  parser.addFlag("--list-rules", arguments->listRules, "Print the rules and what they are by default");
+  parser.addFlag("--print-rules", arguments->printRules,
+                 "Print a rule file that says what holds without one");
+  addReports(parser, arguments->reports);
+  addMap(parser, arguments->map);
+  addOutput(parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return check(*arguments, log); }};
 }
 

@@ -1,6 +1,5 @@
 #include "host/command.h"
 
-#include <CLI/Error.hpp>
 #include <filesystem>
 
 #include "host/inputs/estate_model.h"
@@ -24,30 +23,27 @@ bool isSameFile(const std::string& a, const std::string& b) {
 
 }  // namespace
 
-void addInput(CLI::App& parser, std::string& input) {
-  parser.add_option("INPUT", input, "A definition or a saved model, \"-\" for standard input")
-      ->type_name("FILE")
-      ->required();
+void addInput(const CommandParser& parser, std::string& input) {
+  parser.addOption("INPUT FILE", input, "A definition or a saved model, \"-\" for standard input").required();
 }
 
-void addInputs(CLI::App& parser, std::vector<std::string>& inputs) {
-  parser.add_option("INPUT", inputs, kInputs)->type_name("FILE")->required();
+void addInputs(const CommandParser& parser, std::vector<std::string>& inputs) {
+  parser.addOption("INPUT FILE", inputs, kInputs).required();
 }
 
-void addFirstInput(CLI::App& parser, std::string& input) {
-  parser.add_option("INPUT", input, kInputs)->option_text("FILE ... REQUIRED")->required();
+void addFirstInput(const CommandParser& parser, std::string& input) {
+  parser.addOption("INPUT", input, kInputs).valueText("FILE ... REQUIRED").required();
 }
 
-void addOutput(CLI::App& parser, std::string& output) {
-  parser.add_option("-o,--output", output, "The file to write, \"-\" for standard output (default: -)")
-      ->type_name("FILE");
+void addOutput(const CommandParser& parser, std::string& output) {
+  parser.addOption("-o,--output FILE", output, "The file to write, \"-\" for standard output (default: -)");
 }
 
 void checkOutput(const std::string& input, const std::string& output) {
-  if (output.empty()) throw CLI::ValidationError("-o", "the name of the output file is empty");
+  if (output.empty()) throw UsageError("-o", "the name of the output file is empty");
   const auto estate = estatePlace(input);
   if (input != "-" && isSameFile(estate ? estate->path : input, output))
-    throw CLI::ValidationError("-o", "the output would replace the input");
+    throw UsageError("-o", "the output would replace the input");
 }
 
 void checkOutputs(const std::vector<std::string>& inputs, const std::string& output) {
@@ -56,7 +52,7 @@ void checkOutputs(const std::vector<std::string>& inputs, const std::string& out
 }
 
 void checkInput(const std::string& input) {
-  if (input.empty()) throw CLI::ValidationError("INPUT", "the name of a file is empty");
+  if (input.empty()) throw UsageError("INPUT", "the name of a file is empty");
 }
 
 }  // namespace host

@@ -3,13 +3,11 @@
 // What the commands of the program have in common. Each command has a file of its own, which registers its
 // arguments; main.cpp runs the one that the user chose.
 
-#include <CLI/App.hpp>
-#include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "host/command_line.h"
 #include "host/message_log.h"
 
 namespace host {
@@ -26,31 +24,31 @@ inline constexpr int kUntold = 8;
 inline constexpr int kSignalBase = 128;  // plus the number of the signal that ended the program
 
 /// A registered command: its parser, and what to do once that has read the arguments. `run` gives an exit
-/// code and throws a CLI::ParseError for wrong usage, any other exception for a failure.
+/// code and throws a UsageError for wrong usage, any other exception for a failure.
 struct Command {
-  CLI::App* parser;
+  CommandParser parser;
   std::function<int(MessageLog& log)> run;
 };
 
-Command addImport(CLI::App& program);
-Command addExport(CLI::App& program);
-Command addReport(CLI::App& program);
-Command addTrace(CLI::App& program);
-Command addImpact(CLI::App& program);
-Command addCoverage(CLI::App& program);
-Command addCheck(CLI::App& program);
-Command addUnused(CLI::App& program);
-Command addDiff(CLI::App& program);
-Command addTest(CLI::App& program);
-Command addDescribe(CLI::App& program);
+Command addImport(CommandLine& program);
+Command addExport(CommandLine& program);
+Command addReport(CommandLine& program);
+Command addTrace(CommandLine& program);
+Command addImpact(CommandLine& program);
+Command addCoverage(CommandLine& program);
+Command addCheck(CommandLine& program);
+Command addUnused(CommandLine& program);
+Command addDiff(CommandLine& program);
+Command addTest(CommandLine& program);
+Command addDescribe(CommandLine& program);
 
 /// The argument INPUT of commands that tell about a model or about several, and the option -o of those that
 /// write to standard output without it.
-void addInput(CLI::App& parser, std::string& input);
-void addInputs(CLI::App& parser, std::vector<std::string>& inputs);
+void addInput(const CommandParser& parser, std::string& input);
+void addInputs(const CommandParser& parser, std::vector<std::string>& inputs);
 /// The first of several, for a command that takes the others from the words that its parser leaves over.
-void addFirstInput(CLI::App& parser, std::string& input);
-void addOutput(CLI::App& parser, std::string& output);
+void addFirstInput(const CommandParser& parser, std::string& input);
+void addOutput(const CommandParser& parser, std::string& output);
 
 /// Throws a usage error when `output` is empty or names the file `input`, itself or through links.
 void checkOutput(const std::string& input, const std::string& output);

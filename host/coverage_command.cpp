@@ -86,23 +86,21 @@ int measure(const Arguments& arguments, MessageLog& log) {
 
 }  // namespace
 
-Command addCoverage(CLI::App& program) {
+Command addCoverage(CommandLine& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser = program.add_subcommand(
+  const CommandParser parser = program.addCommand(
       "coverage",
       "Show how many attributes and measures trace back to a database column, and why others do not");
-  addInputs(*parser, arguments->inputs);
+  addInputs(parser, arguments->inputs);
   parser
-      ->add_option("--fail-under", arguments->bound,
-                   "Exit with code 4 if the coverage is below this percentage")
-      ->type_name("PERCENT")
-      ->check(CLI::Range(0, kWholeCoverage));
-  parser->add_option("--format", arguments->format, "The output format (default: text)")
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember({"text", "json"}));
-  addReports(*parser, arguments->reports);
-  addMap(*parser, arguments->map);
-  addOutput(*parser, arguments->output);
+      .addOption("--fail-under PERCENT", arguments->bound,
+                 "Exit with code 4 if the coverage is below this percentage")
+      .between(0, kWholeCoverage);
+  parser.addOption("--format FORMAT", arguments->format, "The output format (default: text)")
+      .oneOf({"text", "json"});
+  addReports(parser, arguments->reports);
+  addMap(parser, arguments->map);
+  addOutput(parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return measure(*arguments, log); }};
 }
 

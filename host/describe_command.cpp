@@ -109,11 +109,11 @@ void writeJson(const Description& description, std::ostream& out) {
 
 }  // namespace
 
-Command addDescribe(CLI::App& program) {
+Command addDescribe(CommandLine& program) {
   auto json = std::make_shared<bool>(false);
-  CLI::App* parser = program.add_subcommand(
+  const CommandParser parser = program.addCommand(
       "describe", "Show version, specification, options and data store versions of the plug-in");
-  parser->add_flag("--json", *json, "Print one JSON document");
+  parser.addFlag("--json", *json, "Print one JSON document");
   return {parser, [json](MessageLog& /*log*/) {
             StandardOutput out;
             (*json ? writeJson : writeText)(describePlugin(), out.stream());

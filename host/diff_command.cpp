@@ -57,7 +57,7 @@ int compare(const Arguments& arguments, MessageLog& log) {
   for (const std::string& input : {arguments.before, arguments.after})
     if (arguments.output != "-") checkOutput(input, arguments.output);
   if (arguments.before == "-" && arguments.after == "-")
-    throw CLI::ValidationError("NEW", "only one of the two can be read from standard input");
+    throw UsageError("NEW", "only one of the two can be read from standard input");
   InputMaps maps(readMap(arguments.map));
   bool failure = false;
   int newCode = kDone;
@@ -85,9 +85,9 @@ std::string timeOf(const char* option, const std::string& text, std::string_view
   std::string whole = text;
   if (text.size() == std::string_view("2026-03-08").size()) whole.append("T").append(time).append("Z");
   if (!tav::isUtcTime(whole)) {
-    throw CLI::ValidationError(option, "'" + text +
-                                           "' is neither a day (2026-03-08) nor a time in UTC "
-                                           "(2026-03-08T10:00:00Z)");
+    throw UsageError(option, "'" + text +
+                                 "' is neither a day (2026-03-08) nor a time in UTC "
+                                 "(2026-03-08T10:00:00Z)");
   }
   return whole;
 }
@@ -115,7 +115,7 @@ int compareEstate(const Arguments& arguments, MessageLog& log) {
                              arguments.span.until.empty()
                                  ? tav::isoTime(std::time(nullptr))
                                  : timeOf("--until", arguments.span.until, "23:59:59")};
-  if (span.until < span.since) throw CLI::ValidationError("--until", "the time is before that of --since");
+  if (span.until < span.since) throw UsageError("--until", "the time is before that of --since");
   if (arguments.output != "-") checkOutput(arguments.before, arguments.output);
   InputMaps maps(readMap(arguments.map));
   int code = kDone;
@@ -168,17 +168,17 @@ int comparePlaces(const Arguments& arguments, MessageLog& log) {
   return failure ? kDiffers : kDone;
 }
 
-int run(const CLI::App& parser, const Arguments& arguments, MessageLog& log) {
-  const bool estate = parser.count("--since") > 0;
+int run(const CommandParser& parser, const Arguments& arguments, MessageLog& log) {
+  const bool estate = parser.isGiven("--since");
   checkReports(arguments.reports, estate);
-  if (estate && parser.count("NEW") > 0)
-    throw CLI::ValidationError("NEW", "--since compares versions in one estate database");
+  if (estate && parser.isGiven("NEW"))
+    throw UsageError("NEW", "--since compares versions in one estate database");
   if (estate) return compareEstate(arguments, log);
-  if (parser.count("--until") > 0) throw CLI::RequiresError("--until", "--since");
-  if (parser.count("NEW") == 0) throw CLI::RequiredError("NEW");
+  if (parser.isGiven("--until")) throw UsageError::needs("--until", "--since");
+  if (!parser.isGiven("NEW")) throw UsageError::isRequired("NEW");
   if (holdsSeveral(arguments.before) || holdsSeveral(arguments.after)) {
     if (!isPlace(arguments.before) || !isPlace(arguments.after))
-      throw CLI::ValidationError("NEW", "a folder or an estate of models is compared with another one");
+      throw UsageError("NEW", "a folder or an estate of models is compared with another one");
     checkReports(arguments.reports, true);
     return comparePlaces(arguments, log);
   }
@@ -187,41 +187,34 @@ int run(const CLI::App& parser, const Arguments& arguments, MessageLog& log) {
 
 }  // namespace
 
-Command addDiff(CLI::App& program) {
+Command addDiff(CommandLine& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser = program.add_subcommand(
+  const CommandParser parser = program.addCommand(
       "diff", "Compare two definitions or models, or two folders or estates of them, lineage included");
   parser
-      ->add_option("OLD", arguments->before,
-                   "A definition, a saved model, a folder of them or an estate database")
-      ->type_name("INPUT")
-      ->required();
-  parser->add_option("NEW", arguments->after, "Another one of these")->type_name("INPUT");
+      .addOption("OLD INPUT", arguments->before,
+                 "A definition, a saved model, a folder of them or an estate database")
+      .required();
+  parser.addOption("NEW INPUT", arguments->after, "Another one of these");
+  parser.addOption("--since TIME", arguments->span.since,
+                   "Compare what the estate database has with what it had at this day or time (UTC)");
+  parser.addOption("--until TIME", arguments->span.until,
+                   "With --since: compare with this day's end or this time instead of now");
+  parser.addOption("--format FORMAT", arguments->format, "The output format (default: text)")
+      .oneOf({"text", "json", "markdown"});
+  parser.addFlag("--exit-code", arguments->exitCode, "Exit with code 5 if they differ");
   parser
-      ->add_option("--since", arguments->span.since,
-                   "Compare what the estate database has with what it had at this day or time (UTC)")
-      ->type_name("TIME");
-  parser
-      ->add_option("--until", arguments->span.until,
-                   "With --since: compare with this day's end or this time instead of now")
-      ->type_name("TIME");
-  parser->add_option("--format", arguments->format, "The output format (default: text)")
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember({"text", "json", "markdown"}));
-  parser->add_flag("--exit-code", arguments->exitCode, "Exit with code 5 if they differ");
-  parser
-      ->add_option(
-          "--fail-on", arguments->failOn,
+      .addOption(
+          "--fail-on GROUP,...", arguments->failOn,
           "Exit with code 5 if there is any of these differences: broken, lost-lineage, changed, added,\n"
           "removed, renamed, moved, reordered")
-      ->type_name("GROUP,...")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->check(CLI::IsMember(groupNames()));
-  addReports(*parser, arguments->reports);
-  addMap(*parser, arguments->map);
-  addOutput(*parser, arguments->output);
-  return {parser, [parser, arguments](MessageLog& log) { return run(*parser, *arguments, log); }};
+      .separatedBy(',')
+      .oneEachTime()
+      .oneOf(groupNames());
+  addReports(parser, arguments->reports);
+  addMap(parser, arguments->map);
+  addOutput(parser, arguments->output);
+  return {parser, [parser, arguments](MessageLog& log) { return run(parser, *arguments, log); }};
 }
 
 }  // namespace host

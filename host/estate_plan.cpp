@@ -2,7 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <CLI/Error.hpp>
 #include <algorithm>
 #include <filesystem>
 #include <map>
@@ -109,7 +108,7 @@ PlannedInputs withoutFolders(const std::vector<std::string>& inputs, MessageLog&
   PlannedInputs planned;
   for (const std::string& input : inputs) {
     checkInput(input);
-    if (input == "-") throw CLI::ValidationError("INPUT", "standard input is imported with -o");
+    if (input == "-") throw UsageError("INPUT", "standard input is imported with -o");
     std::error_code ignored;  // what cannot be asked for is told by the import
     if (!fs::is_directory(input, ignored)) {
       planned.definitions.push_back(input);
@@ -166,8 +165,7 @@ void checkOutputs(const std::vector<EstateFile>& files) {
   for (const EstateFile& file : files) inputs.add(file.input);
   for (const EstateFile& file : files) {
     if (const std::string* input = inputs.find(file.output))
-      throw CLI::ValidationError("--out-dir",
-                                 "the output " + file.output + " would replace the input " + *input);
+      throw UsageError("--out-dir", "the output " + file.output + " would replace the input " + *input);
   }
 }
 
@@ -189,7 +187,7 @@ PlannedInputs planInputs(const std::vector<std::string>& inputs, MessageLog& log
 
 std::vector<EstateFile> planOutputs(const std::vector<std::string>& inputs, const std::string& folder,
                                     std::string_view extension) {
-  if (folder.empty()) throw CLI::ValidationError("--out-dir", "the name of the folder is empty");
+  if (folder.empty()) throw UsageError("--out-dir", "the name of the folder is empty");
   Candidates candidates = candidatesFor(inputs);
   keepExtensions(candidates);
   addFolders(candidates);

@@ -2,7 +2,6 @@
 
 #include <fmt/ostream.h>
 
-#include <CLI/Error.hpp>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <unordered_set>
@@ -67,13 +66,12 @@ void checkPlace(const std::string& input) {
   std::error_code ignored;  // what is not there is told by the import
   const fs::file_status status = fs::status(input, ignored);
   if (input == "-" || (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)))
-    throw CLI::ValidationError("INPUT", "an estate takes files and folders, which can be found again");
+    throw UsageError("INPUT", "an estate takes files and folders, which can be found again");
 }
 
 void checkEstate(const std::string& input, const std::string& path) {
   std::error_code ignored;  // one of them is not there yet
-  if (fs::equivalent(input, path, ignored))
-    throw CLI::ValidationError("--estate", "the database is among the inputs");
+  if (fs::equivalent(input, path, ignored)) throw UsageError("--estate", "the database is among the inputs");
 }
 
 std::vector<std::string> optionsFor(const EstateTarget& target, const ImportScope& scope) {

@@ -132,14 +132,13 @@ class Export {
 
 void checkTarget(const Arguments& arguments, const tav::ExportFormat& format, bool toFolder, bool several) {
   if (toFolder) {
-    if (arguments.output != "-") throw CLI::ExcludesError("--out-dir", "--output");
+    if (arguments.output != "-") throw UsageError::excludes("--out-dir", "--output");
     return;
   }
   if (arguments.output == "-" && format.writeFiles)
-    throw CLI::ValidationError("-o",
-                               "the format " + arguments.format + " is written to files: give a file name");
+    throw UsageError("-o", "the format " + arguments.format + " is written to files: give a file name");
   if (several && !format.joinsModels)
-    throw CLI::ValidationError(
+    throw UsageError(
         "INPUT", "the format " + arguments.format + " holds one model: give several a folder with --out-dir");
 }
 
@@ -147,7 +146,7 @@ int exportModels(const Arguments& arguments, bool toFolder, MessageLog& log) {
   const tav::ExportFormat& format = *tav::findExportFormat(arguments.format);
   const bool around = !arguments.options.from.empty() || !arguments.options.to.empty();
   if (around && !format.takesNames)
-    throw CLI::ValidationError("--format", arguments.format + " takes neither --from nor --to");
+    throw UsageError("--format", arguments.format + " takes neither --from nor --to");
   AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map), log, arguments.reports);
   checkTarget(arguments, format, toFolder, inputs.several);
   checkOutputs(inputs.paths, arguments.output);
@@ -164,37 +163,29 @@ std::string describeFormats() {
 
 }  // namespace
 
-Command addExport(CLI::App& program) {
+Command addExport(CommandLine& program) {
   auto arguments = std::make_shared<Arguments>();
   std::vector<std::string> formats;
   for (const tav::ExportFormat* format : tav::exportFormats()) formats.emplace_back(format->name);
-  CLI::App* parser = program.add_subcommand("export", "Export saved models or definitions to another format");
-  addInputs(*parser, arguments->inputs);
-  parser->add_option("--format", arguments->format, describeFormats())
-      ->type_name("FORMAT")
-      ->required()
-      ->check(CLI::IsMember(formats));
-  parser
-      ->add_option("--from", arguments->options.from,
-                   "dot, mermaid: only this object and what depends on it; with --to, only the paths between")
-      ->type_name("NAME");
-  parser
-      ->add_option("--to", arguments->options.to,
-                   "dot, mermaid: only this object and its sources; the same as --from: both directions")
-      ->type_name("NAME");
-  addReports(*parser, arguments->reports);
-  addMap(*parser, arguments->map);
-  addOutput(*parser, arguments->output);
-  const CLI::Option* folder =
-      parser
-          ->add_option("--out-dir", arguments->folder,
-                       "The folder for a file of each model (default for several models: one document of all "
-                       "of\nthem, which sqlite and openlineage can be)")
-          ->type_name("DIR");
-  addLineageOptions(*parser, arguments->options, arguments->post);
-  return {parser, [parser, arguments, folder](MessageLog& log) {
-            checkLineageOptions(*parser, arguments->format);
-            return exportModels(*arguments, folder->count() > 0, log);
+  const CommandParser parser =
+      program.addCommand("export", "Export saved models or definitions to another format");
+  addInputs(parser, arguments->inputs);
+  parser.addOption("--format FORMAT", arguments->format, describeFormats()).required().oneOf(formats);
+  parser.addOption(
+      "--from NAME", arguments->options.from,
+      "dot, mermaid: only this object and what depends on it; with --to, only the paths between");
+  parser.addOption("--to NAME", arguments->options.to,
+                   "dot, mermaid: only this object and its sources; the same as --from: both directions");
+  addReports(parser, arguments->reports);
+  addMap(parser, arguments->map);
+  addOutput(parser, arguments->output);
+  parser.addOption("--out-dir DIR", arguments->folder,
+                   "The folder for a file of each model (default for several models: one document of all "
+                   "of\nthem, which sqlite and openlineage can be)");
+  addLineageOptions(parser, arguments->options, arguments->post);
+  return {parser, [parser, arguments](MessageLog& log) {
+            checkLineageOptions(parser, arguments->format);
+            return exportModels(*arguments, parser.isGiven("--out-dir"), log);
           }};
 }
 

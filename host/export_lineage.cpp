@@ -2,7 +2,6 @@
 
 #include <fmt/ostream.h>
 
-#include <CLI/Error.hpp>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -52,15 +51,14 @@ std::string checkInstance(const std::string& text) {
   return holds ? "" : "'" + text + "' is no SERVER=NAME, such as mssql://warehouse.example:1433=warehouse";
 }
 
-void addProposalOptions(CLI::App& parser, tav::DatahubOptions& options) {
+void addProposalOptions(const CommandParser& parser, tav::DatahubOptions& options) {
   parser
-      .add_option("--datahub-env", options.environment,
-                  "datahub: the environment of data sets (default: PROD)")
-      ->type_name("ENV")
-      ->check(checkEnvironment);
+      .addOption("--datahub-env ENV", options.environment,
+                 "datahub: the environment of data sets (default: PROD)")
+      .check(checkEnvironment);
   parser
-      .add_option_function<std::vector<std::string>>(
-          "--datahub-instance",
+      .addOption(
+          "--datahub-instance SERVER=NAME",
           [&options](const std::vector<std::string>& texts) {
             for (const std::string& text : texts) {
               const std::size_t equals = text.rfind('=');
@@ -68,11 +66,10 @@ void addProposalOptions(CLI::App& parser, tav::DatahubOptions& options) {
             }
           },
           "datahub: the platform instance that a server is")
-      ->type_name("SERVER=NAME")
-      ->allow_extra_args(false)
-      ->check(checkInstance);
-  parser.add_flag("--datahub-tables", options.describesTables,
-                  "datahub: describe the tables of databases too, in the place of what others say of them");
+      .oneEachTime()
+      .check(checkInstance);
+  parser.addFlag("--datahub-tables", options.describesTables,
+                 "datahub: describe the tables of databases too, in the place of what others say of them");
 }
 
 PostTarget withKey(PostTarget target, MessageLog& log, const std::string& shown) {
@@ -84,52 +81,48 @@ PostTarget withKey(PostTarget target, MessageLog& log, const std::string& shown)
 
 }  // namespace
 
-void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget& post) {
-  parser.add_flag("--openlineage-static", options.staticEvents,
-                  "openlineage: describe datasets and jobs without runs");
+void addLineageOptions(const CommandParser& parser, tav::ExportOptions& options, PostTarget& post) {
+  parser.addFlag("--openlineage-static", options.staticEvents,
+                 "openlineage: describe datasets and jobs without runs");
   parser
-      .add_option("--server", options.server,
-                  "openlineage, datahub: the server of the cubes (default: ssas://localhost)")
-      ->type_name("URI")
-      ->check(checkServer);
-  CLI::Option* url = parser
-                         .add_option("--post", post.url,
-                                     "openlineage: post the events to this endpoint instead of writing them")
-                         ->type_name("URL")
-                         ->check(checkUrl);
+      .addOption("--server URI", options.server,
+                 "openlineage, datahub: the server of the cubes (default: ssas://localhost)")
+      .check(checkServer);
+  const Option url = parser
+                         .addOption("--post URL", post.url,
+                                    "openlineage: post the events to this endpoint instead of writing them")
+                         .check(checkUrl);
   parser
-      .add_option_function<double>(
-          "--post-timeout",
+      .addOption(
+          "--post-timeout SECONDS",
           [&post](double seconds) { post.timeout = std::chrono::milliseconds(std::lround(seconds * 1000)); },
           "The timeout of one attempt (default: 30 s)")
-      ->type_name("SECONDS")
-      ->check(CLI::Range(0.001, 86400.0))
-      ->needs(url);
+      .between(0.001, 86400.0)
+      .needs(url);
   parser
-      .add_option("--post-attempts", post.attempts, "The maximum number of attempts per event (default: 4)")
-      ->type_name("COUNT")
-      ->check(CLI::Range(1, 100))
-      ->needs(url);
+      .addOption("--post-attempts COUNT", post.attempts,
+                 "The maximum number of attempts per event (default: 4)")
+      .between(1, 100)
+      .needs(url);
   parser
-      .add_option("--post-resume", post.resume,
-                  "The file that notes the events which were taken: they are not posted again")
-      ->type_name("FILE")
-      ->needs(url);
+      .addOption("--post-resume FILE", post.resume,
+                 "The file that notes the events which were taken: they are not posted again")
+      .needs(url);
   addProposalOptions(parser, options.datahub);
 }
 
-void checkLineageOptions(const CLI::App& parser, const std::string& format) {
+void checkLineageOptions(const CommandParser& parser, const std::string& format) {
   for (const FormatOption& option : kOptions) {
-    if (parser.count(option.name) == 0) continue;
+    if (!parser.isGiven(option.name)) continue;
     if ((format == "openlineage" && option.ofEvents) || (format == "datahub" && option.ofProposals)) continue;
     const std::string formats = !option.ofProposals ? "openlineage"
                                 : option.ofEvents   ? "openlineage or datahub"
                                                     : "datahub";
-    throw CLI::ValidationError(option.name, "is an option of --format " + formats);
+    throw UsageError(option.name, "is an option of --format " + formats);
   }
 }
 
-EventPosting::EventPosting(PostTarget target, MessageLog& log)
+EventPosting::EventPosting(const PostTarget& target, MessageLog& log)
     : log_(log),
       shown_(printable(publicUrl(target.url))),
       posted_(target.resume, publicUrl(target.url)),

@@ -2,11 +2,11 @@
 
 // What the exports for catalogues have beside other formats: options of their own, and a server to send to.
 
-#include <CLI/App.hpp>
 #include <string>
 
 #include "exports/formats.h"
 #include "framework/model/model.h"
+#include "host/command_line.h"
 #include "host/lineage_post.h"
 #include "host/message_log.h"
 #include "host/posted_events.h"
@@ -15,16 +15,16 @@ namespace host {
 
 /// Registers the options of lineage events and of proposals for DataHub; both structures are filled when the
 /// command line is parsed.
-void addLineageOptions(CLI::App& parser, tav::ExportOptions& options, PostTarget& post);
+void addLineageOptions(const CommandParser& parser, tav::ExportOptions& options, PostTarget& post);
 /// Throws a usage error when one of them was given with another format.
-void checkLineageOptions(const CLI::App& parser, const std::string& format);
+void checkLineageOptions(const CommandParser& parser, const std::string& format);
 
 /// Events of one model or several that are posted over one connection, with the API key of the environment's
 /// OPENLINEAGE_API_KEY, if there is one.
 class EventPosting {
  public:
   /// Warns of a key that others could read on its way. Throws what LineagePost and PostedEvents throw.
-  EventPosting(PostTarget target, MessageLog& log);
+  EventPosting(const PostTarget& target, MessageLog& log);
 
   /// Sends the events of a model but for those that the server has. Throws when one was not taken.
   void post(const tav::DetailedModel& model, const tav::ExportOptions& options);

@@ -2,28 +2,37 @@
 
 #include <fmt/ostream.h>
 
+#include "framework/std/nearest_word.h"
 #include "framework/std/printable.h"
 
 namespace host {
 namespace {
 
+std::string offerKind(const std::string& name) {
+  std::vector<std::string_view> kinds;
+  kinds.reserve(tav::kNodeKindCount);
+  for (std::size_t i = 0; i < tav::kNodeKindCount; ++i)
+    kinds.push_back(tav::nodeKindName(static_cast<tav::NodeKind>(i)));
+  return tav::offerNearest(name, kinds);
+}
+
 std::string unknownKind(const std::string& name) {
   if (tav::objectKindOf(name)) return {};
-  return "there is no kind '" + tav::printable(name) + "'; xmla-bridge help kinds lists them";
+  const std::string cause = "there is no kind '" + tav::printable(name) + "'";
+  const std::string offer = offerKind(name);
+  return cause + (offer.empty() ? "; " : offer + " ") + "xmla-bridge help kinds lists them";
 }
 
 }  // namespace
 
-void addKinds(CLI::App& parser, std::vector<std::string>& kinds) {
+void addKinds(const CommandParser& parser, std::vector<std::string>& kinds) {
   parser
-      .add_option(
-          "--kind", kinds,
-          "Only nodes of these kinds, several with commas; for list, csv and markdown (default: all). "
-          "xmla-bridge help kinds lists them")
-      ->type_name("KINDS")
-      ->delimiter(',')
-      ->allow_extra_args(false)
-      ->check(CLI::Validator(unknownKind, ""));
+      .addOption("--kind KINDS", kinds,
+                 "Only nodes of these kinds, several with commas; for list, csv and markdown (default: all). "
+                 "xmla-bridge help kinds lists them")
+      .separatedBy(',')
+      .oneEachTime()
+      .check(unknownKind);
 }
 
 std::vector<tav::NodeKind> kindsOf(const std::vector<std::string>& names) {

@@ -1,4 +1,3 @@
-#include <CLI/Error.hpp>
 #include <array>
 #include <csignal>
 #include <exception>
@@ -20,32 +19,31 @@ namespace host {
 namespace {
 
 /// The options that every command has, also in front of the command.
-void addMessageOptions(CLI::App& parser, MessageLog& log) {
+void addMessageOptions(const CommandParser& parser, MessageLog& log) {
   static const std::map<std::string, LogFormat> kFormats{{"text", LogFormat::text},
                                                          {"json", LogFormat::json}};
-  parser.add_flag("--quiet", log.quiet, "Show errors only");
+  parser.addFlag("--quiet", log.quiet, "Show errors only");
   parser
-      .add_option_function<std::string>(
-          "--log-format", [&log](const std::string& name) { log.format = kFormats.at(name); },
+      .addOption(
+          "--log-format FORMAT", [&log](const std::string& name) { log.format = kFormats.at(name); },
           "The format of messages (default: text)")
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember({"text", "json"}));
+      .oneOf({"text", "json"});
   static const std::map<std::string, ColourChoice> kColours{
       {"auto", ColourChoice::automatic}, {"always", ColourChoice::always}, {"never", ColourChoice::never}};
   parser
-      .add_option_function<std::string>(
-          "--color", [&log](const std::string& name) { log.terminal.colours = kColours.at(name); },
+      .addOption(
+          "--color WHEN", [&log](const std::string& name) { log.terminal.colours = kColours.at(name); },
           "Whether text has colours (default: auto, on a terminal)")
-      ->type_name("WHEN")
-      ->check(CLI::IsMember({"auto", "always", "never"}));
-  parser.add_flag_callback(
+      .oneOf({"auto", "always", "never"});
+  parser.addFlag(
       "--no-pager", [&log] { log.terminal.pager = false; }, "Show long answers without a pager");
 }
 
-const CLI::App* findCommand(const CLI::App& program, const std::string& name) {
-  for (const CLI::App* command : program.get_subcommands([](const CLI::App* /*command*/) { return true; }))
-    if (command->get_name() == name) return command;
-  return nullptr;
+int show(const std::string& text) {
+  StandardOutput out;
+  out.stream() << text;
+  out.finish();
+  return kDone;
 }
 
 int showKinds() {
@@ -55,46 +53,39 @@ int showKinds() {
   return kDone;
 }
 
-Command addHelp(CLI::App& program) {
+Command addHelp(CommandLine& program) {
   auto name = std::make_shared<std::string>();
-  CLI::App* parser = program.add_subcommand("help", "Show the help of a command");
-  parser->add_option("COMMAND", *name, "The command; or kinds, for what --kind takes");
+  const CommandParser parser = program.addCommand("help", "Show the help of a command");
+  parser.addOption("COMMAND", *name, "The command; or kinds, for what --kind takes");
   return {parser, [&program, name](MessageLog& /*log*/) {
             if (*name == kKindsTopic) return showKinds();
-            const CLI::App* shown = name->empty() ? &program : findCommand(program, *name);
-            if (!shown)
-              throw CLI::ValidationError("COMMAND", "there is no command '" + printable(*name) + "'");
-            StandardOutput out;
-            const std::string title = name->empty() ? "xmla-bridge" : "xmla-bridge " + *name;
-            // App::help() would show the help of the command that was run, which is this one.
-            out.stream() << shown->get_formatter()->make_help(shown, title, CLI::AppFormatMode::Normal);
-            out.finish();
-            return kDone;
+            if (const auto help = program.helpOf(*name)) return show(*help);
+            throw UsageError("COMMAND",
+                             "there is no command '" + printable(*name) + "'" + program.offerCommand(*name));
           }};
 }
 
-int runProgram(int argc, char** argv, MessageLog& log) {
-  CLI::App program("Turns Analysis Services definitions into metadata models with lineage.", "xmla-bridge");
-  program.set_version_flag("--version", versionText, "Show the version, how it was built, and its libraries");
-  program.set_help_flag("-h,--help", "Show help, of the program or of a command");
-  program.require_subcommand(0, 1);
-  addMessageOptions(program, log);
+int parseAndRun(int argc, const char* const* argv, MessageLog& log) {
+  CommandLine program("xmla-bridge",
+                      "Turns Analysis Services definitions into metadata models with lineage.");
+  program.addVersionFlag("--version", versionText, "Show the version, how it was built, and its libraries");
+  program.addHelpFlag("-h,--help", "Show help, of the program or of a command");
+  addMessageOptions(program.options(), log);
   const std::array commands{addImport(program), addExport(program),   addReport(program),
                             addTrace(program),  addImpact(program),   addCoverage(program),
                             addCheck(program),  addUnused(program),   addDiff(program),
                             addTest(program),   addDescribe(program), addHelp(program)};
-  for (const Command& command : commands) addMessageOptions(*command.parser, log);
+  for (const Command& command : commands) addMessageOptions(command.parser, log);
+  if (const auto text = program.parse(argc, argv)) return show(*text);
+  for (const Command& command : commands)
+    if (command.parser.isChosen()) return command.run(log);
+  throw UsageError::isRequired("A command");
+}
+
+int runProgram(int argc, const char* const* argv, MessageLog& log) {
   try {
-    program.parse(argc, argv);
-    for (const Command& command : commands)
-      if (command.parser->parsed()) return command.run(log);
-    throw CLI::RequiredError("A command");
-  } catch (const CLI::Success& answer) {
-    StandardOutput out;
-    program.exit(answer, out.stream(), std::cerr);
-    out.finish();
-    return kDone;
-  } catch (const CLI::ParseError& error) {
+    return parseAndRun(argc, argv, log);
+  } catch (const UsageError& error) {
     std::cerr << "xmla-bridge: " << printable(tav::maskPasswords(error.what()))
               << "\nTry: xmla-bridge --help\n";
     return kWrongUsage;

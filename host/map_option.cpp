@@ -7,15 +7,11 @@
 
 namespace host {
 
-CLI::Option& addMap(CLI::App& parser, std::string& path) {
-  return *parser
-              .add_option(
-                  "--map", path,
-                  "Rules that give servers, databases and schemas other names (see docs/openlineage.md)")
-              ->type_name("FILE")
-              ->check([](const std::string& name) {
-                return name.empty() ? "the name of the file is empty" : "";
-              });
+Option addMap(const CommandParser& parser, std::string& path) {
+  return parser
+      .addOption("--map FILE", path,
+                 "Rules that give servers, databases and schemas other names (see docs/openlineage.md)")
+      .check([](const std::string& name) { return name.empty() ? "the name of the file is empty" : ""; });
 }
 
 GivenMap readMap(const std::string& path) {

@@ -2,11 +2,11 @@
 
 // The option --map: names of servers, databases and schemas.
 
-#include <CLI/App.hpp>
 #include <optional>
 #include <string>
 #include <unordered_map>
 
+#include "host/command_line.h"
 #include "lineage/address_map.h"
 
 namespace host {
@@ -14,7 +14,7 @@ namespace host {
 /// The rules that a command was given, if it was given any.
 using GivenMap = std::optional<tav::AddressMap>;
 
-CLI::Option& addMap(CLI::App& parser, std::string& path);
+Option addMap(const CommandParser& parser, std::string& path);
 
 /// Reads the file of the option; of no file, nothing. Throws when it cannot be read or is no list of rules.
 GivenMap readMap(const std::string& path);

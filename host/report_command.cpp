@@ -28,14 +28,14 @@ int report(const Arguments& arguments, MessageLog& log) {
 
 }  // namespace
 
-Command addReport(CLI::App& program) {
+Command addReport(CommandLine& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser =
-      program.add_subcommand("report", "Write a self-contained HTML report of a model and its lineage");
-  addInput(*parser, arguments->input);
-  addReports(*parser, arguments->reports);
-  addMap(*parser, arguments->map);
-  addOutput(*parser, arguments->output);
+  const CommandParser parser =
+      program.addCommand("report", "Write a self-contained HTML report of a model and its lineage");
+  addInput(parser, arguments->input);
+  addReports(parser, arguments->reports);
+  addMap(parser, arguments->map);
+  addOutput(parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return report(*arguments, log); }};
 }
 

@@ -2,15 +2,15 @@
 
 // The option --reports: reports that are given with the model that they are on.
 
-#include <CLI/App.hpp>
 #include <string>
 #include <vector>
 
+#include "host/command_line.h"
 #include "host/inputs/input.h"
 
 namespace host {
 
-CLI::Option& addReports(CLI::App& parser, std::vector<std::string>& paths);
+Option addReports(const CommandParser& parser, std::vector<std::string>& paths);
 
 /// Adds the reports that the paths of the option lead to. Throws a usage error for a path that leads to none,
 /// and for a saved model, which has its reports already.

@@ -30,10 +30,10 @@ int test(const std::string& input, MessageLog& log) {
 
 }  // namespace
 
-Command addTest(CLI::App& program) {
+Command addTest(CommandLine& program) {
   auto input = std::make_shared<std::string>();
-  CLI::App* parser = program.add_subcommand("test", "Test whether a definition can be imported");
-  parser->add_option("INPUT", *input, "The definition")->type_name("FILE")->required();
+  const CommandParser parser = program.addCommand("test", "Test whether a definition can be imported");
+  parser.addOption("INPUT FILE", *input, "The definition").required();
   return {parser, [input](MessageLog& log) { return test(*input, log); }};
 }
 

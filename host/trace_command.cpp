@@ -66,16 +66,15 @@ int answer(const Arguments& arguments, const tav::JoinedGraph& graph, const tav:
 }
 
 /// The words that the parser has left over are arguments but for options that it does not know.
-void addWords(Arguments& arguments, const CLI::App& parser) {
+void addWords(Arguments& arguments, const CommandParser& parser) {
   arguments.inputs = {arguments.input};
   bool literal = false;
-  for (const std::string& word : parser.remaining()) {
+  for (const std::string& word : parser.leftWords()) {
     if (!literal && word == kEndOfOptions) {
       literal = true;
       continue;
     }
-    if (!literal && word.size() > 1 && word.front() == '-')
-      throw CLI::ExtrasError(std::vector<std::string>{word});
+    if (!literal && word.size() > 1 && word.front() == '-') throw parser.unknownOption(word);
     arguments.inputs.push_back(std::exchange(arguments.name, word));
   }
 }
@@ -109,15 +108,14 @@ std::optional<int> tellOfEstate(const Arguments& arguments, const EstatePlace& p
 
 int tell(const Arguments& arguments, MessageLog& log) {
   if (!arguments.kinds.empty() && !rowWriterOf(arguments.format))
-    throw CLI::ValidationError("--kind", "is an option of --format list, csv and markdown");
+    throw UsageError("--kind", "is an option of --format list, csv and markdown");
   if (const auto estate = askedEstate(arguments)) {
     if (estate->model.empty() && arguments.format == "dot")
-      throw CLI::ValidationError("--format", "dot draws one model");
+      throw UsageError("--format", "dot draws one model");
     if (const auto code = tellOfEstate(arguments, *estate, log)) return *code;
   }
   AnswerInputs inputs = findInputs(arguments.inputs, readMap(arguments.map), log, arguments.reports);
-  if (inputs.several && arguments.format == "dot")
-    throw CLI::ValidationError("--format", "dot draws one model");
+  if (inputs.several && arguments.format == "dot") throw UsageError("--format", "dot draws one model");
   checkOutputs(inputs.paths, arguments.output);
   int code = kDone;
   const int readCode = withModels(inputs, log, [&](const tav::JoinedGraph& graph) {
@@ -126,42 +124,40 @@ int tell(const Arguments& arguments, MessageLog& log) {
   return worseOf(code, readCode);
 }
 
-Command add(CLI::App& program, const std::string& name, const std::string& description,
+Command add(CommandLine& program, const std::string& name, const std::string& description,
             tav::LineageDirection direction) {
   auto arguments = std::make_shared<Arguments>();
   arguments->walk.direction = direction;
-  CLI::App* parser = program.add_subcommand(name, description);
-  parser->allow_extras();
-  addFirstInput(*parser, arguments->input);
+  const CommandParser parser = program.addCommand(name, description);
+  parser.keepLeftWords();
+  addFirstInput(parser, arguments->input);
   parser
-      ->add_option("NAME", arguments->name,
-                   "A path, a qualified name such as \"[Measures].[Sales]\" or dbo.FactSales.Amount, or an "
-                   "unambiguous part of one")
-      ->required();
-  parser->add_option("--format", arguments->format, "The output format (default: text)")
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember({"text", "list", "csv", "markdown", "json", "dot"}));
-  addKinds(*parser, arguments->kinds);
-  parser->add_option("--depth", arguments->walk.depth, "The maximum number of steps (default: no limit)")
-      ->type_name("N");
-  parser->add_flag("--values", arguments->walk.values, "Follow only what values flow along");
-  addReports(*parser, arguments->reports);
-  addMap(*parser, arguments->map);
-  addOutput(*parser, arguments->output);
+      .addOption("NAME", arguments->name,
+                 "A path, a qualified name such as \"[Measures].[Sales]\" or dbo.FactSales.Amount, or an "
+                 "unambiguous part of one")
+      .required();
+  parser.addOption("--format FORMAT", arguments->format, "The output format (default: text)")
+      .oneOf({"text", "list", "csv", "markdown", "json", "dot"});
+  addKinds(parser, arguments->kinds);
+  parser.addOption("--depth N", arguments->walk.depth, "The maximum number of steps (default: no limit)");
+  parser.addFlag("--values", arguments->walk.values, "Follow only what values flow along");
+  addReports(parser, arguments->reports);
+  addMap(parser, arguments->map);
+  addOutput(parser, arguments->output);
   return {parser, [parser, arguments](MessageLog& log) {
-            addWords(*arguments, *parser);
+            addWords(*arguments, parser);
             return tell(*arguments, log);
           }};
 }
 
 }  // namespace
 
-Command addTrace(CLI::App& program) {
+Command addTrace(CommandLine& program) {
   return add(program, "trace", "Trace an object back to its source columns in the database",
              tav::LineageDirection::upstream);
 }
 
-Command addImpact(CLI::App& program) {
+Command addImpact(CommandLine& program) {
   return add(program, "impact", "Show everything that depends on an object",
              tav::LineageDirection::downstream);
 }

@@ -58,25 +58,22 @@ int list(const Arguments& arguments, MessageLog& log) {
 
 }  // namespace
 
-Command addUnused(CLI::App& program) {
+Command addUnused(CommandLine& program) {
   auto arguments = std::make_shared<Arguments>();
-  CLI::App* parser =
-      program.add_subcommand("unused", "Show what nothing uses, and what is only shown, kind by kind");
-  addInputs(*parser, arguments->inputs);
+  const CommandParser parser =
+      program.addCommand("unused", "Show what nothing uses, and what is only shown, kind by kind");
+  addInputs(parser, arguments->inputs);
   parser
-      ->add_option(
-          "--kind", arguments->kinds,
-          "Only these: tables, columns, dimensions, attributes, measures, members, sets, expressions "
-          "or functions; several with commas (default: all)")
-      ->type_name("KINDS")
-      ->delimiter(',')
-      ->check(CLI::IsMember(kindNames()));
-  parser->add_option("--format", arguments->format, "The output format (default: text)")
-      ->type_name("FORMAT")
-      ->check(CLI::IsMember({"text", "json", "csv", "markdown"}));
-  addReports(*parser, arguments->reports);
-  addMap(*parser, arguments->map);
-  addOutput(*parser, arguments->output);
+      .addOption("--kind KINDS", arguments->kinds,
+                 "Only these: tables, columns, dimensions, attributes, measures, members, sets, expressions "
+                 "or functions; several with commas (default: all)")
+      .separatedBy(',')
+      .oneOf(kindNames());
+  parser.addOption("--format FORMAT", arguments->format, "The output format (default: text)")
+      .oneOf({"text", "json", "csv", "markdown"});
+  addReports(parser, arguments->reports);
+  addMap(parser, arguments->map);
+  addOutput(parser, arguments->output);
   return {parser, [arguments](MessageLog& log) { return list(*arguments, log); }};
 }
 

@@ -5,12 +5,12 @@
 #include <fmt/format.h>
 #include <zip.h>
 
-#include <CLI/Version.hpp>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "exports/sqlite_database.h"
 #include "framework/std/text.h"
+#include "host/command_line.h"
 
 namespace host {
 namespace {
@@ -41,8 +41,8 @@ std::string versionText() {
       "\n"
       "Build      " XMLA_BUILD
       "\n"
-      "Libraries  CLI11 {}, curl {}, Expat {}, fmt {}, libzip {}, nlohmann-json {}, SQLite {}, utf8proc {}",
-      CLI11_VERSION, curl_version_info(CURLVERSION_NOW)->version, expatVersion(), fmtVersion(),
+      "Libraries  {}, curl {}, Expat {}, fmt {}, libzip {}, nlohmann-json {}, SQLite {}, utf8proc {}",
+      commandLineLibrary(), curl_version_info(CURLVERSION_NOW)->version, expatVersion(), fmtVersion(),
       zip_libzip_version(), jsonVersion(), tav::sqliteVersion(), tav::caseFoldingVersion());
 }
 

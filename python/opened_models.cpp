@@ -1,6 +1,5 @@
 #include "python/opened_models.h"
 
-#include <CLI/Error.hpp>
 #include <algorithm>
 #include <numeric>
 #include <sstream>
@@ -57,7 +56,7 @@ template <class F> auto faulting(const std::string& file, KeptLog& kept, F work)
     return work();
   } catch (const TAVException& error) {
     kept.log().logFailure(error.getMessage());
-  } catch (const CLI::ParseError& error) {
+  } catch (const host::UsageError& error) {
     kept.log().logFailure(error.what());
   }
   throw kept.fault(file);

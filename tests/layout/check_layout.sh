@@ -68,6 +68,15 @@ run_time_types() {
   done
 }
 
+# A header that costs seconds stands in one source.
+costly_headers() {
+  local file
+  for file in "$@"; do
+    [ "$file" = host/command_line.cpp ] || sed -nE "/^#include <CLI\//{=;}" "$file" |
+      sed "s,.*,$file:&: include host/command_line.h instead,"
+  done
+}
+
 mapfile -t all < <(sources)
 uses=$(bash "$here/uses.sh" "${all[@]}")
 report < <(awk '!/^#/ && NF { split($1, from, ":"); for (i = 2; i <= NF; ++i) print $i, from[1] }' "$directions" |
@@ -78,6 +87,7 @@ mapfile -t files < <(printf '%s\n' "${all[@]}" | grep -E '\.(h|cpp)$' | grep -vE
 if [ ${#files[@]} -gt 0 ]; then
   report < <(ownership "${files[@]}")
   report < <(run_time_types "${files[@]}")
+  report < <(costly_headers "${files[@]}")
   report < <(grep -L '^#pragma once$' "${files[@]}" | sed -n 's,\.h$,&: no #pragma once,p')
 fi
 report < <(find . -name .git -prune -o -name node_modules -prune -o -name 'build*' -prune -o \

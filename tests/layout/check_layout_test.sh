@@ -17,7 +17,8 @@ put reader/reader.cpp '#include "reader.h"' 'say("delete it");  // a new one' 'a
 put reader/other.cpp 'use(x);' 'if (dynamic_cast<T*>(x)) delete x;' '#include "reader/gone.h"'
 put host/main.cpp '#include "reader/reader.h"'
 put host/string_util.h '#pragma once'
-put host/utility.cpp
+put host/utility.cpp '#pragma once' '#include <CLI/App.hpp>'
+put host/command_line.cpp '#include <CLI/App.hpp>'
 put page/main.ts '// import { no } from "./gone";' 'import {' '  a,' '} from "./parts/a";' 'import "./parts/gone";'
 put page/parts/a.ts 'import type { B } from "./b";' 'const text = "from \"../main\"";' 'import x from "library";'
 put page/parts/b.ts 'export { a } from "./a";' 'import "../frame";'
@@ -35,7 +36,7 @@ put page/node_modules/a/a.ts 'import "./gone";'
 put directions.txt '# a table' 'framework:' 'framework/std: framework' 'framework/model: framework framework/std' \
   'reader: framework/*' 'page: page/*' 'page/parts:' 'java: java/inner' 'java/inner:' 'scripts:' '.: scripts'
 
-expected="host/main.cpp: the folder host has no line in the table of directions
+expected="host/command_line.cpp: the folder host has no line in the table of directions
 framework/std/text.h: framework/std may not include from framework/model (framework/model/link.h)
 reader/other.cpp: \"reader/gone.h\" is no file of the tree
 reader/reader.cpp: \"reader.h\" is no file of the tree
@@ -51,6 +52,7 @@ framework/model/object.h:3: new and delete stand in framework/model alone
 reader/other.cpp:2: new and delete stand in framework/model alone
 reader/reader.cpp:3: new and delete stand in framework/model alone
 reader/other.cpp:2: ask isInstanceOf or as<T> instead
+host/utility.cpp:2: include host/command_line.h instead
 reader/reader.h: no #pragma once
 host/string_util.h: a file is named after what it holds
 host/utility.cpp: a file is named after what it holds"
