@@ -17,8 +17,10 @@ void writeReport(const LineageGraph& graph, std::string_view program, std::ostre
 /// What the page is given, without the page: one JSON document, in which no "<" stands.
 void writeReportData(const LineageGraph& graph, std::string_view program, std::ostream& out);
 
-/// The page without a model. It has one line that is reportPlaceholder(), where the model goes.
+/// The page without a model, and the one about several. Each has one line that is reportPlaceholder(), where
+/// its data go.
 std::string_view reportPage() noexcept;
+std::string_view estatePage() noexcept;
 std::string_view reportPlaceholder() noexcept;
 
 }  // namespace tav

@@ -56,7 +56,7 @@ _xmla_bridge() {
         check) words="-o --rules --against --format --fail-on --list-rules --print-rules --map --reports $messages" ;;
         unused) words="-o --format --kind --map --reports $messages" ;;
         diff) words="-o --since --until --format --exit-code --fail-on --map --reports $messages" ;;
-        report) words="-o --map --reports $messages" ;;
+        report) words="-o --map --out-dir --reports $messages" ;;
         test) words="$messages" ;;
         describe) words="--json $messages" ;;
       esac

@@ -1,5 +1,5 @@
-// Puts page, style and script together as one file that asks nobody for anything: dist/report.html.
-// The line that holds MODEL_LINE stands once in it; the program puts a model there.
+// Puts page, style and script together as files that ask nobody for anything: dist/report.html about one model, and
+// dist/estate.html about several. The line that holds MODEL_LINE stands once in each; the program puts its data there.
 import { createHash } from "node:crypto";
 import { mkdir, readFile, writeFile } from "node:fs/promises";
 import { build } from "esbuild";
@@ -29,16 +29,23 @@ function insideScript(text, what) {
   return text;
 }
 
-const script = await build({ ...common, entryPoints: ["src/main.ts"], format: "iife", metafile: true });
-const style = await build({ ...common, entryPoints: ["src/style.css"] });
-const code = insideScript(`\n${script.outputFiles[0].text}`, "the script");
-const parts = new Map([
-  ["STYLE", style.outputFiles[0].text],
-  ["SCRIPT", code],
-  ["SCRIPT_HASH", createHash("sha256").update(code).digest("base64")],
-  ["LICENCES", insideScript(await licences(script.metafile.inputs), "a licence")],
-]);
-const page = (await readFile("src/index.html", "utf8")).replace(/@([A-Z_]+)@/g, (whole, name) => parts.get(name) ?? whole);
-if (page.split(MODEL_LINE).length !== 2) throw new Error(`${MODEL_LINE} does not stand exactly once in the page`);
+/** Builds the page of a script, under a title. */
+async function makePage(name, entry, title) {
+  const script = await build({ ...common, entryPoints: [entry], format: "iife", metafile: true });
+  const style = await build({ ...common, entryPoints: ["src/style.css"] });
+  const code = insideScript(`\n${script.outputFiles[0].text}`, "the script");
+  const parts = new Map([
+    ["TITLE", title],
+    ["STYLE", style.outputFiles[0].text],
+    ["SCRIPT", code],
+    ["SCRIPT_HASH", createHash("sha256").update(code).digest("base64")],
+    ["LICENCES", insideScript(await licences(script.metafile.inputs), "a licence")],
+  ]);
+  const page = (await readFile("src/index.html", "utf8")).replace(/@([A-Z_]+)@/g, (whole, part) => parts.get(part) ?? whole);
+  if (page.split(MODEL_LINE).length !== 2) throw new Error(`${MODEL_LINE} does not stand exactly once in ${name}`);
+  await writeFile(`dist/${name}`, page);
+}
+
 await mkdir("dist", { recursive: true });
-await writeFile("dist/report.html", page);
+await makePage("report.html", "src/main.ts", "Lineage report");
+await makePage("estate.html", "src/estate.ts", "Reports");

@@ -6,7 +6,7 @@ import { execFileSync } from "node:child_process";
 import { mkdirSync, mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { createRequire } from "node:module";
 import { tmpdir } from "node:os";
-import { basename, join } from "node:path";
+import { basename, dirname, join } from "node:path";
 import test, { after, before } from "node:test";
 import { pathToFileURL } from "node:url";
 import { parseArgs } from "node:util";
@@ -395,6 +395,37 @@ test("20,000 objects open at once and stay fluid", async (t) => {
     assert.ok(Math.max(...search) < kSlowest.search, `searched in ${search} ms`);
     assert.ok(expand < kSlowest.expand, `expanded in ${expand} ms`);
   });
+});
+
+test("the page about several models finds over all, sorts, filters and leads to the report of each", async () => {
+  const out = join(folder, "estate");
+  const damaged = join(folder, "damaged.bim");
+  writeFileSync(damaged, "{");
+  const examples = dirname(options.input);
+  assert.throws(() => execFileSync(options.program, ["report", options.input, join(examples, "estate"), damaged, "--out-dir", out, "--quiet"],
+    { stdio: "pipe" }), { status: 1 });
+  for (const [width, height] of [[1440, 900], [390, 800]]) {
+    await using(pathToFileURL(join(out, "index.html")).href, async (page) => {
+      await page.setViewportSize({ width, height });
+      assert.equal(await page.locator("h1").innerText(), "4 models");
+      assert.match(await page.getByRole("table", { name: "inputs that were not read" }).innerText(), /damaged\.bim/);
+      assert.match(await page.getByRole("table", { name: "models over other models" }).innerText(), /Guest Letter\s+Hut Board/);
+      const first = () => page.getByRole("table", { name: "shared tables" }).locator("tbody tr").first().innerText();
+      assert.match(await first(), /FactStay\s+3/);
+      await page.getByRole("button", { name: "Table", exact: true }).click();
+      assert.match(await first(), /DimHut\s+2/);
+      const models = page.getByRole("table", { name: "models", exact: true });
+      await models.getByRole("button", { name: "Measures" }).click();
+      assert.equal(await models.locator("tbody th").first().innerText(), expected.database);
+      assert.equal(await models.locator("th[aria-sort]").getAttribute("aria-sort"), "descending");
+      assert.deepEqual(await seriousViolations(page), []);
+      assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `wider than ${width}`);
+      await screenshot(page, `estate-${width}`);
+      await page.getByRole("searchbox", { name: "Search all models" }).fill("nights season");
+      await page.getByRole("table", { name: "objects found" }).getByRole("link", { name: "Nights This Season" }).click();
+      assert.equal(await heading(page), "Nights This Season");
+    });
+  }
 });
 
 test("reports of all samples open, and every kind of object in them", { skip: !options.samples }, async () => {

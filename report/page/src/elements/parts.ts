@@ -88,6 +88,8 @@ export interface Column<Row> {
   title: Child;
   cell(row: Row): Child;
   class?: string;
+  /** What rows are sorted by when the title is pressed: numbers the largest first. Without it they are not. */
+  sort?(row: Row): string | number;
 }
 
 interface TableOptions<Row> {
@@ -103,7 +105,11 @@ interface TableOptions<Row> {
 
 const kRowsForFilter = 12;
 
-/** A table that makes rows as they are asked for, and can be filtered. */
+function compare(a: string | number, b: string | number): number {
+  return typeof a === "number" && typeof b === "number" ? b - a : String(a).localeCompare(String(b));
+}
+
+/** A table that makes rows as they are asked for, and can be filtered and sorted. */
 export function table<Row>(options: TableOptions<Row>): HTMLElement {
   const { label, columns, filterText, firstRows = kFirstRows, group } = options;
   const body = h("tbody");
@@ -112,12 +118,15 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
   let rows = options.rows;
   let shown = 0;
   let lastGroup: string | undefined;
+  let words: string[] = [];
+  let sorted: Column<Row> | undefined;
+  let backwards = false;
 
   function rowElements(row: Row): HTMLElement[] {
     const made = h("tr", {}, columns.map((column, i) =>
       i === 0 ? h("th", { scope: "row", class: column.class }, column.cell(row))
         : h("td", { class: column.class }, column.cell(row))));
-    const heading = group?.(row);
+    const heading = sorted ? undefined : group?.(row);
     if (heading === lastGroup) return [made];
     lastGroup = heading;
     return [h("tr", { class: "group" }, h("th", { scope: "rowgroup", colspan: columns.length }, heading)), made];
@@ -131,21 +140,41 @@ export function table<Row>(options: TableOptions<Row>): HTMLElement {
     more.textContent = `Show ${count(Math.min(kRowsPerStep, rows.length - shown))} more of ${count(rows.length - shown)}`;
   }
 
-  function filter(text: string): void {
-    const words = text.toLowerCase().split(/\s+/).filter((word) => word !== "");
+  function arrange(): void {
     rows = words.length === 0 || !filterText ? options.rows : options.rows.filter((row) => {
       const own = filterText(row).toLowerCase();
       return words.every((word) => own.includes(word));
     });
+    const key = sorted?.sort;
+    if (key) rows = [...rows].sort((a, b) => (backwards ? -1 : 1) * compare(key(a), key(b)));
     body.replaceChildren();
     shown = 0;
     lastGroup = undefined;
     show(firstRows);
+  }
+
+  function filter(text: string): void {
+    words = text.toLowerCase().split(/\s+/).filter((word) => word !== "");
+    arrange();
     status.textContent = words.length === 0 ? "" : `${count(rows.length)} of ${count(options.rows.length)}`;
   }
 
+  function sortBy(column: Column<Row>): void {
+    backwards = sorted === column && !backwards;
+    sorted = column;
+    const isNumber = typeof column.sort!(options.rows[0]!) === "number";
+    for (const [i, title] of titles.entries()) {
+      if (columns[i] !== column) title.removeAttribute("aria-sort");
+      else title.setAttribute("aria-sort", isNumber === backwards ? "ascending" : "descending");
+    }
+    arrange();
+  }
+
   show(firstRows);
-  const head = h("thead", {}, h("tr", {}, columns.map((column) => h("th", { scope: "col", class: column.class }, column.title))));
+  const sortable = options.rows.length > 1;
+  const titles = columns.map((column) => h("th", { scope: "col", class: column.class }, column.sort && sortable
+    ? h("button", { type: "button", class: "sort", onclick: () => sortBy(column) }, column.title) : column.title));
+  const head = h("thead", {}, h("tr", {}, titles));
   const field = filterText && options.rows.length > kRowsForFilter && h("div", { class: "filter" },
     h("input", { type: "search", placeholder: "Filter", "aria-label": `Filter ${label}`, autocomplete: "off", spellcheck: "false",
       oninput: (event: Event) => filter((event.target as HTMLInputElement).value) }), status);

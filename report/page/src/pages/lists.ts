@@ -29,14 +29,14 @@ export function measuresPage({ model }: App): Page {
 
 function objectsPage(model: Model, ids: number[], title: string): Page {
   const columns: Column<number>[] = [
-    { title: "Name", cell: (id) => [objectLink(model, id), description(model, id)] },
+    { title: "Name", sort: (id) => model.name(id), cell: (id) => [objectLink(model, id), description(model, id)] },
     { title: "In", cell: (id) => ownerNames(model, model.owners(id)) },
   ];
   if (ids.some((id) => model.node(id).e)) columns.push({ title: "Expression", class: "wide", cell: (id) => {
     const { e, l } = model.node(id);
     return e && codeBlock(e, l, 3);
   } });
-  if (ids.some((id) => model.node(id).t)) columns.push({ title: "Type", cell: (id) => model.node(id).t });
+  if (ids.some((id) => model.node(id).t)) columns.push({ title: "Type", sort: (id) => model.node(id).t ?? "", cell: (id) => model.node(id).t });
   if (ids.every((id) => model.isInDetailsOnly(id)) && ids.some((id) => model.node(id).s))
     columns.push({ title: "Settings", cell: (id) => settingsInShort(model, id) });
   return listPage(title, `${count(ids.length)} in the model`, h("section", { class: "panel", "aria-label": title },
@@ -59,8 +59,9 @@ export function dimensionsPage({ model }: App): Page {
     table({
       label: "dimensions", rows: ids, filterText: (id) => model.name(id),
       columns: [
-        { title: "Dimension", cell: (id) => [objectLink(model, id), description(model, id)] },
-        { title: "Attributes", class: "figure", cell: (id) => count(model.partsOfKind(id, "attribute").length) },
+        { title: "Dimension", sort: (id) => model.name(id), cell: (id) => [objectLink(model, id), description(model, id)] },
+        { title: "Attributes", class: "figure", sort: (id) => model.partsOfKind(id, "attribute").length,
+          cell: (id) => count(model.partsOfKind(id, "attribute").length) },
         { title: "Hierarchies", cell: (id) => h("ul", { class: "plain" }, model.hierarchies(id).map((hierarchy) =>
           h("li", {}, nameElement(hierarchy.n), " ", h("span", { class: "place" }, `${count(hierarchy.l.length)} levels`)))) },
       ],
@@ -71,10 +72,10 @@ function viewTables(model: Model, title: Child, ids: number[]): HTMLElement {
   return section(title, table({
     label: "tables", rows: ids, filterText: (id) => `${model.name(id)} ${model.node(id).q ?? ""}`,
     columns: [
-      { title: "Table", cell: (id) => [objectLink(model, id), description(model, id)] },
+      { title: "Table", sort: (id) => model.name(id), cell: (id) => [objectLink(model, id), description(model, id)] },
       { title: "Kind", cell: (id) => model.kind(id) === "namedQuery" && badge(model.kindLabel(id)) },
       { title: "Qualified name", cell: (id) => model.node(id).q && h("code", {}, nameElement(model.node(id).q!)) },
-      { title: "Columns", class: "figure", cell: (id) => count(model.parts(id).length) },
+      { title: "Columns", class: "figure", sort: (id) => model.parts(id).length, cell: (id) => count(model.parts(id).length) },
     ],
   }));
 }

@@ -76,7 +76,7 @@ public record MSource(String function, SourceFunctions.Form form, SourceAddress 
 
   /** Whether steps have come to one cube of a model. */
   public boolean isCube() {
-    return MSources.hasCubes(address) && address.server() != null && !schema.isEmpty();
+    return address.hasCubes() && address.server() != null && !schema.isEmpty();
   }
 
   /** The key of the connection, which is made on the first use. */

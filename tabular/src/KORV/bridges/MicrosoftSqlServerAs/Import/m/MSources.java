@@ -1,19 +1,13 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.m;
 
 import java.util.List;
-import java.util.Set;
 
 /** Functions that open a connection, steps into what it offers, and queries that a database runs. */
 final class MSources {
   private static final String COMPUTED = "runs a text that is computed";
   private static final String COMPUTED_ADDRESS = "connects to an address that is computed";
 
-  /** The kinds whose items are cubes. */
-  private static final Set<String> CUBES = Set.of("ssas", "sapbw");
-
   private MSources() {}
-
-  static boolean hasCubes(SourceAddress address) { return CUBES.contains(address.kind()); }
 
   static MValue open(MCall call, SourceFunctions.Opening opening) {
     return switch (opening.form()) {
@@ -98,7 +92,7 @@ final class MSources {
     String schema = key.fieldText("Schema");
     String item = key.fieldText("Item");
     // A cube stands in a folder of its own name.
-    boolean cubes = hasCubes(source.address());
+    boolean cubes = source.address().hasCubes();
     if (cubes && item == null && key.fieldText("Id") != null)
       return MValue.source(source.withSchema(key.fieldText("Id")));
     for (String name : List.of("Id", "entity", "Key"))
