@@ -41,6 +41,7 @@ Command addUnused(CommandLine& program);
 Command addDiff(CommandLine& program);
 Command addTest(CommandLine& program);
 Command addDescribe(CommandLine& program);
+Command addComplete(CommandLine& program);
 
 /// The argument INPUT of commands that tell about a model or about several, and the option -o of those that
 /// write to standard output without it.

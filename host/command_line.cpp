@@ -190,6 +190,10 @@ Option CommandParser::addFlag(const std::string& names, const std::function<void
   return Option(*parser_->add_flag_callback(names, take, help));
 }
 
+void CommandParser::hide() const {
+  parser_->group("");
+}
+
 void CommandParser::keepLeftWords() const {
   parser_->allow_extras();
 }

@@ -79,6 +79,8 @@ class CommandParser {
                    const std::string& help) const;
   Option addFlag(const std::string& names, bool& value, const std::string& help) const;
   Option addFlag(const std::string& names, const std::function<void()>& take, const std::string& help) const;
+  /// Leaves the command out of the help of the program.
+  void hide() const;
   /// Words that are no option and for which there is no argument are no error: leftWords() has them.
   void keepLeftWords() const;
 

@@ -71,10 +71,10 @@ int parseAndRun(int argc, const char* const* argv, MessageLog& log) {
   program.addVersionFlag("--version", versionText, "Show the version, how it was built, and its libraries");
   program.addHelpFlag("-h,--help", "Show help, of the program or of a command");
   addMessageOptions(program.options(), log);
-  const std::array commands{addImport(program), addExport(program),   addReport(program),
-                            addTrace(program),  addImpact(program),   addCoverage(program),
-                            addCheck(program),  addUnused(program),   addDiff(program),
-                            addTest(program),   addDescribe(program), addHelp(program)};
+  const std::array commands{
+      addImport(program),   addExport(program),   addReport(program), addTrace(program), addImpact(program),
+      addCoverage(program), addCheck(program),    addUnused(program), addDiff(program),  addTest(program),
+      addDescribe(program), addComplete(program), addHelp(program)};
   for (const Command& command : commands) addMessageOptions(command.parser, log);
   if (const auto text = program.parse(argc, argv)) return show(*text);
   for (const Command& command : commands)

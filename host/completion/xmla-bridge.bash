@@ -1,11 +1,56 @@
 # Completion of xmla-bridge for bash.
+
+# Sets plain to what the shell makes of a word, whose last quote may be open.
+_xmla_bridge_unquote() {
+  local word=$1 quote='' i
+  plain=''
+  for ((i = 0; i < ${#word}; ++i)); do
+    case $quote${word:i:1} in
+      \\ | '"\') plain+=${word:$((++i)):1} ;;
+      "''" | '""') quote='' ;;
+      \' | \") quote=${word:i:1} ;;
+      *) plain+=${word:i:1} ;;
+    esac
+  done
+  # Only the shell knows the home folder.
+  [[ $word != '~/'* ]] || plain=$HOME${plain#'~'}
+}
+
+# Sets input to the first argument behind the command, the word of that number; empty when there is none.
+_xmla_bridge_input() {
+  local i plain
+  input=''
+  for ((i = $1 + 1; i < COMP_CWORD; ++i)); do
+    case ${COMP_WORDS[i]} in
+      --quiet | --no-pager | --values | --openlineage-static | --datahub-tables) ;;
+      -*) ((++i)) ;;
+      *)
+        _xmla_bridge_unquote "${COMP_WORDS[i]}"
+        input=$plain
+        return
+        ;;
+    esac
+  done
+}
+
+# Adds what the name that is typed may become in that input, if it tells so at once.
+_xmla_bridge_names() {
+  local plain program names
+  _xmla_bridge_unquote "${COMP_WORDS[0]}"
+  program=$plain
+  _xmla_bridge_unquote "${COMP_WORDS[COMP_CWORD]}"
+  mapfile -t names < <("$program" __complete -- "$1" "$plain" 2>/dev/null)
+  COMPREPLY+=("${names[@]}")
+}
+
 _xmla_bridge() {
   local commands='import export trace impact coverage check unused diff report test describe help'
   local messages='--quiet --log-format --color --no-pager --help'
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' i
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command='' input='' i
   for ((i = 1; i < COMP_CWORD; ++i)); do
     if [[ " $commands " == *" ${COMP_WORDS[i]} "* ]]; then
       command=${COMP_WORDS[i]}
+      _xmla_bridge_input "$i"
       break
     fi
   done
@@ -70,6 +115,11 @@ _xmla_bridge() {
   else
     compopt -o filenames
     mapfile -t COMPREPLY < <(compgen -f -- "$word")
+    case $command$before in
+      export--from | export--to | trace[!-]* | impact[!-]* | trace--values | impact--values)
+        [[ -z $input || $before == [:=] ]] || _xmla_bridge_names "$input"
+        ;;
+    esac
   fi
 }
 complete -F _xmla_bridge xmla-bridge

@@ -33,6 +33,12 @@ void writeDefinitions(const tav::test::TemporaryFolder& folder) {
   static_cast<void>(folder.write("tabular.bim", "{\"model\": {}}"));
 }
 
+void writeHuts(const tav::test::TemporaryFolder& folder) {
+  writeDefinitions(folder);
+  std::filesystem::copy_file(tav::test::testFile("../examples/murmeltal-huts.asdatabase"),
+                             folder.path() / "huts.asdatabase");
+}
+
 // estate: imports several files, with the times of the table as T. fake_java: makes a program that plays Java
 // from a script on standard input.
 constexpr std::string_view kEstatePrelude = R"SH(
@@ -83,6 +89,13 @@ constexpr std::string_view kTerminalPrelude = R"SH(
 on() { script -qec "stty cols $1 rows ${3:-100}; $2" /dev/null | sed 's/\r$//; s/\x1b/\\e/g'; }
 xmla-bridge import huts.asdatabase -o huts.xml --quiet >huts.txt
 )SH";
+// offered: what bash offers for the last of the words, each as it stands in the line.
+constexpr std::string_view kCompletionPrelude = R"SH(
+. "$COMPLETION"
+compopt() { :; }
+offered() { COMP_WORDS=(xmla-bridge "$@") COMP_CWORD=$# COMPREPLY=(); _xmla_bridge; printf '%s\n' "${COMPREPLY[@]:-nothing}" | LC_ALL=C sort; }
+xmla-bridge import huts.asdatabase -o huts.xml --quiet >huts.txt
+)SH";
 constexpr const char* kInputsEnd = "\nEND\n";
 
 TEST(Program, Corpus) {
@@ -107,12 +120,15 @@ TEST(Program, ManyFiles) {
 
 TEST(Program, Terminal) {
   tav::test::checkCorpus("host/terminal.txt", [](const std::string& commands) {
-    return tav::test::runCommands(
-        std::string(kTerminalPrelude) + commands, [](const tav::test::TemporaryFolder& folder) {
-          writeDefinitions(folder);
-          std::filesystem::copy_file(tav::test::testFile("../examples/murmeltal-huts.asdatabase"),
-                                     folder.path() / "huts.asdatabase");
-        });
+    return tav::test::runCommands(std::string(kTerminalPrelude) + commands, writeHuts);
+  });
+}
+
+TEST(Program, Completion) {
+  tav::test::checkCorpus("host/completion.txt", [](const std::string& commands) {
+    std::string script = "export COMPLETION='" COMPLETION "'\n" + std::string(kInputsPrelude);
+    script.append(kCompletionPrelude).append(commands).append(kInputsEnd);
+    return tav::test::runCommands(script, writeHuts);
   });
 }
 
