@@ -3,6 +3,7 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Locale;
 import java.util.Set;
 
 /** A DAX expression, or a function of a model, as a tree. */
@@ -31,6 +32,26 @@ public final class DaxExpression {
   }
 
   public DaxExpression(String text) { this(text, new DaxParser(DaxTokens.of(text), 0), List.of()); }
+
+  /** Whether a text calls one of these functions, whose names are in capitals. */
+  public static boolean calls(String text, Set<String> functions) {
+    String folded = text.toUpperCase(Locale.ROOT);
+    if (functions.stream().noneMatch(folded::contains)) return false;
+    DaxTokens tokens = DaxTokens.of(text);
+    for (int i = 0; i + 1 < tokens.size(); ++i) {
+      boolean call = tokens.get(i).kind() == DaxTokens.Kind.WORD && tokens.get(i + 1).isSign('(');
+      if (call && functions.contains(tokens.get(i).value().toUpperCase(Locale.ROOT))) return true;
+    }
+    return false;
+  }
+
+  /** Whether a text, an expression or a function, ends where more must follow. */
+  public static boolean endsEarly(String text) {
+    DaxTokens tokens = DaxTokens.of(text);
+    DaxParser parser = new DaxParser(tokens, endOfHead(tokens));
+    parser.parse();
+    return parser.endsEarly;
+  }
 
   /** Counted when something is wrong at one. */
   DaxPlaces places() {

@@ -33,6 +33,8 @@ final class DaxParser {
       bracket = place;
       this.name = name;
     }
+
+    boolean bracketed() { return kind != DaxNode.Kind.BLOCK && kind != DaxNode.Kind.OPERATION; }
   }
 
   private static final String SIGNS = "+-*/^&=<>|!";
@@ -47,6 +49,8 @@ final class DaxParser {
   private boolean isQuery;
   private int at;
   DaxFault fault;
+  /** Whether the text ends where more must follow. */
+  boolean endsEarly;
 
   DaxParser(DaxTokens tokens, int begin) {
     this.tokens = tokens;
@@ -59,6 +63,7 @@ final class DaxParser {
     open.push(new Frame(DaxNode.Kind.OPERATION, 0, ""));
     if (tokens.get(at).isSign('=')) ++at;
     while (at < tokens.size()) next();
+    endsEarly = tokens.openPosition() >= 0 || isUnfinished();
     while (open.size() > 1) {
       Frame frame = open.peek();
       if (frame.kind == DaxNode.Kind.BLOCK) {
@@ -72,6 +77,14 @@ final class DaxParser {
     List<DaxNode> done = open.peek().done;
     // What orders a result is read in its rows, as parts of one block are.
     return isQuery && done.size() > 1 ? DaxNode.of(DaxNode.Kind.BLOCK, 0, "", done) : group(done, 0);
+  }
+
+  /** Whether a bracket is open, or a value is missing behind an operator or a variable. */
+  private boolean isUnfinished() {
+    for (Frame frame : open)
+      if (frame.variable != null || frame.bracketed()) return true;
+    Frame last = open.peek();
+    return !last.complete && !last.operands.isEmpty();
   }
 
   private void fail(int place, String text) {
