@@ -164,14 +164,17 @@ final class TmdlGaps {
   }
 
   private void tellRelationship(TmdlObject relationship) {
-    for (String end : List.of("from", "to")) {
-      if (!relationship.has(end + "Column")) {
-        lose(relationship, "has no " + end + "Column");
-        continue;
-      }
-      TmdlObject table = table(text(relationship.json, end + "Table"), relationship);
-      expect(relationship, table, TmdlKind.COLUMN, text(relationship.json, end + "Column"));
+    tellEnd(relationship, "fromTable", "fromColumn");
+    tellEnd(relationship, "toTable", "toColumn");
+  }
+
+  private void tellEnd(TmdlObject relationship, String tableMember, String columnMember) {
+    if (!relationship.has(columnMember)) {
+      lose(relationship, "has no " + columnMember);
+      return;
     }
+    TmdlObject table = table(text(relationship.json, tableMember), relationship);
+    expect(relationship, table, TmdlKind.COLUMN, text(relationship.json, columnMember));
   }
 
   private void tellPermission(TmdlObject permission) {
