@@ -4,6 +4,7 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Locale;
+import java.util.Map;
 import java.util.Set;
 
 /** A DAX expression, or a function of a model, as a tree. */
@@ -22,16 +23,22 @@ public final class DaxExpression {
   final List<Parameter> parameters;
   /** Null when all of it could be read. */
   final DaxFault fault;
+  /** What a query defines to be called, by folded name; empty for other expressions. */
+  final Map<String, DaxExpression> functions;
+  /** Whether it is such a function. */
+  final boolean isOfQuery;
   private DaxPlaces places;
 
-  private DaxExpression(String text, DaxParser parser, List<Parameter> parameters) {
+  private DaxExpression(String text, DaxParser parser, List<Parameter> parameters, boolean isOfQuery) {
     this.text = text;
     this.parameters = parameters;
+    this.isOfQuery = isOfQuery;
     root = parser.parse();
     fault = parser.fault;
+    functions = parser.functions;
   }
 
-  public DaxExpression(String text) { this(text, new DaxParser(DaxTokens.of(text), 0), List.of()); }
+  public DaxExpression(String text) { this(text, new DaxParser(DaxTokens.of(text), 0), List.of(), false); }
 
   /** Whether a text calls one of these functions, whose names are in capitals. */
   public static boolean calls(String text, Set<String> functions) {
@@ -60,12 +67,17 @@ public final class DaxExpression {
   }
 
   /** `( a : type, b = 1 ) => body`; a text without such a head is a function without parameters. */
-  static DaxExpression function(String text) {
+  static DaxExpression function(String text) { return function(text, false); }
+
+  /** The same of a function that a query defines. */
+  static DaxExpression ofQuery(String text) { return function(text, true); }
+
+  private static DaxExpression function(String text, boolean isOfQuery) {
     DaxTokens tokens = DaxTokens.of(text);
     int end = endOfHead(tokens);
     List<Parameter> parameters = new ArrayList<>();
     for (int i = 1; i < end - 2;) i = readParameter(tokens, i, end - 2, parameters);
-    return new DaxExpression(text, new DaxParser(tokens, end), parameters);
+    return new DaxExpression(text, new DaxParser(tokens, end), parameters, isOfQuery);
   }
 
   /** The place behind "( ... ) =>" at the beginning; 0 when there is no such head. */
