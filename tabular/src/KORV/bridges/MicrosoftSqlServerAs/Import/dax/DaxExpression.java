@@ -2,6 +2,7 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
+import java.util.HashMap;
 import java.util.List;
 import java.util.Locale;
 import java.util.Map;
@@ -24,7 +25,7 @@ public final class DaxExpression {
   /** Null when all of it could be read. */
   final DaxFault fault;
   /** What a query defines to be called, by folded name; empty for other expressions. */
-  final Map<String, DaxExpression> functions;
+  final Map<String, DaxExpression> functions = new HashMap<>();
   /** Whether it is such a function. */
   final boolean isOfQuery;
   private DaxPlaces places;
@@ -35,7 +36,7 @@ public final class DaxExpression {
     this.isOfQuery = isOfQuery;
     root = parser.parse();
     fault = parser.fault;
-    functions = parser.functions;
+    parser.functions.forEach((name, body) -> functions.put(name, function(body, true)));
   }
 
   public DaxExpression(String text) { this(text, new DaxParser(DaxTokens.of(text), 0), List.of(), false); }
@@ -68,9 +69,6 @@ public final class DaxExpression {
 
   /** `( a : type, b = 1 ) => body`; a text without such a head is a function without parameters. */
   static DaxExpression function(String text) { return function(text, false); }
-
-  /** The same of a function that a query defines. */
-  static DaxExpression ofQuery(String text) { return function(text, true); }
 
   private static DaxExpression function(String text, boolean isOfQuery) {
     DaxTokens tokens = DaxTokens.of(text);

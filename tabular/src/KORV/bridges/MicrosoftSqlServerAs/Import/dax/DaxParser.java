@@ -49,8 +49,8 @@ final class DaxParser {
 
   private final DaxTokens tokens;
   private final Deque<Frame> open = new ArrayDeque<>();
-  /** What a query defines to be called, by folded name. */
-  final Map<String, DaxExpression> functions = new HashMap<>();
+  /** The texts of what a query defines to be called, by folded name. */
+  final Map<String, String> functions = new HashMap<>();
   private boolean isQuery;
   private int at;
   DaxFault fault;
@@ -207,7 +207,7 @@ final class DaxParser {
 
   private void defineFunction(String name, int begin) {
     at = endOfFunction(begin);
-    functions.putIfAbsent(Names.fold(name), DaxExpression.ofQuery(tokens.written(begin, at)));
+    functions.putIfAbsent(Names.fold(name), tokens.written(begin, at));
   }
 
   /** The place of what follows the function that begins at `begin`. Its own variables belong to it. */
