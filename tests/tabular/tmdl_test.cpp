@@ -321,12 +321,11 @@ TEST(TmdlDamage, AMissingPartOfTheModelIsNamed) {
             "WARNING TAVTAB_W0004 model.tmdl:7:1: the culture 'en' is not declared in any file\n");
   EXPECT_EQ(
       without("database.tmdl"),
-      "ERROR TAVTAB_E0001 database.tmdl: it is not there, though model.tmdl is; the compatibility level is "
-      "lost\n");
+      "ERROR TAVTAB_E0001 database.tmdl: no file declares the database; its compatibility level is lost\n");
   EXPECT_EQ(
       without("model.tmdl"),
-      "ERROR TAVTAB_E0001 model.tmdl: it is not there, though database.tmdl is; the settings of the model "
-      "and the order of its parts are lost\n");
+      "ERROR TAVTAB_E0001 model.tmdl: no file declares the model; its settings and the order of its parts "
+      "are lost\n");
 }
 
 TEST(TmdlDamage, EveryPrefixOfEveryFileEndsInAModel) {

@@ -48,15 +48,30 @@ final class TmdlGaps {
   private void tellFiles(TmdlObject database, List<Path> files) {
     Path modelFile = named(files, "model");
     Path databaseFile = named(files, "database");
-    if (modelFile != null && !database.declared && !database.has("compatibilityLevel")) {
-      lose(modelFile.resolveSibling("database.tmdl"), "it is not there, though "
-          + modelFile.getFileName() + " is; the compatibility level is lost");
-    }
-    if (databaseFile != null && !model.declared) {
-      lose(databaseFile.resolveSibling("model.tmdl"), "it is not there, though " + databaseFile.getFileName()
-          + " is; the settings of the model and the order of its parts are lost");
-    }
+    if (modelFile != null && !database.declared && !database.has("compatibilityLevel"))
+      lose(modelFile.resolveSibling("database.tmdl"), "no file declares the database; its compatibility level is lost");
+    if (database.declared && database.file.equals(String.valueOf(databaseFile)) && !database.has("compatibilityLevel"))
+      lose(database, "has no compatibilityLevel");
+    if (databaseFile != null && !model.declared)
+      lose(databaseFile.resolveSibling("model.tmdl"),
+          "no file declares the model; its settings and the order of its parts are lost");
+    if (modelFile != null && model.declared) tellOrder(modelFile);
     if (modelFile != null) tellRelationships(modelFile.resolveSibling("relationships.tmdl"));
+  }
+
+  /** The model's file lists the tables, or an old version numbered them. */
+  private void tellOrder(Path file) {
+    TmdlObject unlisted = null;
+    int tables = 0;
+    for (TmdlObject part : model.parts) {
+      if (part.kind != TmdlKind.TABLE) continue;
+      ++tables;
+      boolean listed = part.order >= 0 || part.has("ordinal") || part.file.equals(file.toString());
+      if (!listed && unlisted == null) unlisted = part;
+    }
+    if (tables < 2 || unlisted == null) return;
+    faults.enter(file.toString());
+    faults.warn(-1, 0, "it does not list " + unlisted.describe() + "; the order of tables is not known");
   }
 
   private static Path named(List<Path> files, String name) {
@@ -72,8 +87,8 @@ final class TmdlGaps {
       if (table.kind != TmdlKind.TABLE) continue;
       for (TmdlObject part : table.parts) {
         if (!needsRelationship(part)) continue;
-        lose(file, "it is not there, and no file declares a relationship, which " + part.describe() + " of "
-            + table.describe() + " needs");
+        lose(file, "no file declares a relationship, which " + part.describe() + " of " + table.describe()
+            + " needs");
         told.add(TmdlKind.RELATIONSHIP.name());
         return;
       }
@@ -185,6 +200,7 @@ final class TmdlGaps {
     for (TmdlObject shown : perspective.parts) {
       if (shown.kind != TmdlKind.PERSPECTIVE_TABLE) continue;
       TmdlObject table = table(shown.name, shown);
+      if (shown.parts.isEmpty() && !shown.has("includeAll")) lose(shown, "shows nothing");
       for (TmdlObject part : shown.parts) {
         switch (part.kind) {
           case PERSPECTIVE_COLUMN -> expect(part, table, TmdlKind.COLUMN, part.name);
@@ -209,7 +225,7 @@ final class TmdlGaps {
     for (String query : textsIn(text(order.json, "value"))) {
       if (known.contains(query.toLowerCase(Locale.ROOT))) continue;
       enter(order);
-      faults.warn(order.line, 0, "the query '" + query + "', which the model lists, is in no file");
+      faults.lose(order.line, 0, "the query '" + query + "', which the model lists, is in no file");
     }
   }
 
