@@ -137,6 +137,10 @@ constexpr std::array kRows{
     MessageRow{Message::daxNotRead, "XMLABRIDGE_E0054",
                "{0} What expressions and queries in DAX name is left out of the reports.",
                "Reports on the model hold DAX, which Java reads. The rest is read, and the exit code is 6."},
+    MessageRow{
+        Message::nameNotRead, "XMLABRIDGE_W0058",
+        "{0}: {1}; the definition's own name or the folder's is used.",
+        "A file that says what a model, report or database is called is broken. Nothing else is lost."},
     MessageRow{Message::noEventTime, "TAVLINEAGE_F0001", "{0}: its time cannot be read: {1}",
                "The time of lineage events is that of the input, which is gone; or set SOURCE_DATE_EPOCH."},
 };

@@ -62,6 +62,7 @@ enum class Message : std::uint8_t {
   modelNotKept,
   modelGone,
   daxNotRead,
+  nameNotRead,
   noEventTime,
 };
 

@@ -95,7 +95,9 @@ Input openProject(const std::string& path, MessageLog& log) {
 
 /// `report` is the folder of the report that led here, or empty.
 Input openModel(const std::string& name, const std::string& folder, const FolderModel& model,
-                const std::string& report) {
+                const std::string& report, MessageLog& log) {
+  if (const auto fault = faultOfName(folder))
+    log.logEvent(tav::messageEvent(tav::Message::nameNotRead, {fault->file, fault->cause}));
   Input input(name, model.path);
   input.giveName(model.name, model.named);
   input.addReports(reportsOn(folder, report));
@@ -103,11 +105,12 @@ Input openModel(const std::string& name, const std::string& folder, const Folder
 }
 
 /// What is none of the forms that a report leads to.
-std::optional<Input> openReport(const std::string& path) {
+std::optional<Input> openReport(const std::string& path, MessageLog& log) {
   const ReportLink link = followReport(path);
   if (!link.cause.empty()) return refuse(path, link.cause);
   if (link.model.empty()) return std::nullopt;
-  if (const auto model = findFolderModel(link.model)) return openModel(path, link.model, *model, link.report);
+  if (const auto model = findFolderModel(link.model))
+    return openModel(path, link.model, *model, link.report, log);
   return refuse(path,
                 "its report is on the model " + link.model + ", which is not there or has no definition");
 }
@@ -116,11 +119,11 @@ Input openFolder(const std::string& path, MessageLog& log) {
   std::vector<std::string> found = definitionsIn(path);
   if (found.size() > 1) failSeveral(path, found);
   if (found.empty()) {
-    if (std::optional<Input> report = openReport(path)) return std::move(*report);
+    if (std::optional<Input> report = openReport(path, log)) return std::move(*report);
     return Input::refused(path, tav::messageEvent(tav::Message::folderWithoutDefinition, {path}));
   }
   const auto model = findFolderModel(found.front());
-  return model ? openModel(found.front(), found.front(), *model, {}) : openProject(found.front(), log);
+  return model ? openModel(found.front(), found.front(), *model, {}, log) : openProject(found.front(), log);
 }
 
 Input openContainer(Input input) {
@@ -151,7 +154,7 @@ Input openContent(Input input, MessageLog& log) {
                   "the list of files of a project; name it by its path, so that they are found");
   }
   if (input.isInPlace())
-    if (std::optional<Input> report = openReport(input.name())) return std::move(*report);
+    if (std::optional<Input> report = openReport(input.name(), log)) return std::move(*report);
   const std::string foreign = foreignContent(beginning, input.name());
   return foreign.empty() ? std::move(input) : refuse(input.name(), foreign);
 }

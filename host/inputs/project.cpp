@@ -99,7 +99,9 @@ class ProjectReader {
   /// A build keeps the target's name beside the database; the user's own settings of the project count more.
   void findBuild() {
     const FolderFiles built(folder_ / "bin");
-    for (const fs::path& stem : {fs::path(project_.file).stem(), fs::path(project_.database).stem()}) {
+    std::vector<fs::path> stems{fs::path(project_.file).stem()};
+    if (const fs::path own = fs::path(project_.database).stem(); own != stems.front()) stems.push_back(own);
+    for (const fs::path& stem : stems) {
       if (project_.build.empty()) project_.build = built.find(stem.string() + ".asdatabase");
       if (project_.target.empty())
         project_.target = targetIn(built.find(stem.string() + ".deploymenttargets"), "Database");
@@ -109,8 +111,8 @@ class ProjectReader {
       project_.target = std::move(target);
   }
 
-  /// The first value of this tag in a file of settings. What cannot be read there is not told there.
-  static std::string targetIn(const std::string& file, std::string_view tag) {
+  /// The first value of this tag in a file of settings; empty when there is none.
+  std::string targetIn(const std::string& file, std::string_view tag) {
     if (file.empty()) return {};
     try {
       TAVDOM dom(nullptr);
@@ -122,10 +124,20 @@ class ProjectReader {
           return std::string(tav::trimmed(element.getValue()));
         for (const TAVDOMElement& child : element.getElements()) open.push_back(&child);
       }
-    } catch (const TAVException&) {
-      return {};
+    } catch (const TAVException& error) {
+      reportLostName(file, error.getMessage().view());
     }
     return {};
+  }
+
+  /// The message of the exception is "[identifier] file:line:column: cause".
+  void reportLostName(const std::string& file, std::string_view message) {
+    const std::size_t name = message.find(file);
+    if (name != message.npos) message.remove_prefix(name + file.size());
+    const std::size_t cause = message.find(": ");
+    const std::string place(message.substr(0, cause == message.npos ? 0 : cause));
+    if (cause != message.npos) message.remove_prefix(cause + 2);
+    log_.logEvent(tav::messageEvent(tav::Message::nameNotRead, {file + place, message}));
   }
 
   MessageLog& log_;

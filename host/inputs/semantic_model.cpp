@@ -1,34 +1,29 @@
 #include "host/inputs/semantic_model.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
-#include <nlohmann/json.hpp>
 
 #include "framework/std/string.h"
 #include "host/inputs/extension.h"
-#include "host/inputs/file_text.h"
+#include "host/inputs/json_object.h"
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::json;
 
 constexpr const char* kJsonDefinition = "model.bim";
 constexpr const char* kReportDefinition = "definition.pbir";
 
-/// A small file of JSON; discarded when it is none.
-Json readJson(const fs::path& file) {
-  return Json::parse(readFileText(file.string()).text, nullptr, false);
-}
-
-/// A text by the names that lead to it; empty when there is none.
-std::string textAt(const Json& json, const char* pointer) {
-  const Json::json_pointer place(pointer);
-  if (!json.is_structured() || !json.contains(place)) return {};
-  const Json& value = json[place];
-  return value.is_string() ? value.get<std::string>() : std::string();
-}
+/// A file that says what the folder it is in is called, and where in it.
+struct NameFile {
+  const char* file;
+  const char* pointer;
+};
+/// The later one is of an older version.
+constexpr std::array kNameFiles{NameFile{".platform", "/metadata/displayName"},
+                                NameFile{"item.metadata.json", "/displayName"}};
 
 bool holdsTmdl(const fs::path& folder) {
   std::error_code error;
@@ -37,14 +32,23 @@ bool holdsTmdl(const fs::path& folder) {
   return false;
 }
 
-std::string toldName(const fs::path& folder) {
-  const std::string name = textAt(readJson(folder / ".platform"), "/metadata/displayName");
-  return name.empty() ? textAt(readJson(folder / "item.metadata.json"), "/displayName") : name;
-}
-
 fs::path plainFolder(const std::string& folder) {
   const fs::path plain = fs::absolute(folder).lexically_normal();
   return plain.has_filename() ? plain : plain.parent_path();
+}
+
+/// The name that a file in the folder says; empty when none does.
+std::string toldName(const fs::path& folder) {
+  for (const NameFile& file : kNameFiles) {
+    std::string name = jsonTextAt(readJsonObject((folder / file.file).string()).json, file.pointer);
+    if (!name.empty()) return name;
+  }
+  return {};
+}
+
+/// The folder that the files about a model are in, some of which has its definition in a folder of its own.
+fs::path itemFolder(const fs::path& folder) {
+  return plainFolder(folder.string()).filename() == "definition" ? folder / ".." : folder;
 }
 
 std::string nameOfFolder(const std::string& folder) {
@@ -61,21 +65,23 @@ bool isGuid(const std::string& name) {
 }
 
 ReportLink followDefinition(const fs::path& folder) {
-  const Json report = readJson(folder / kReportDefinition);
-  const std::string path = textAt(report, "/datasetReference/byPath/path");
+  const JsonObject report = readJsonObject((folder / kReportDefinition).string());
+  const std::string path = jsonTextAt(report.json, "/datasetReference/byPath/path");
   if (!path.empty()) return {(folder / path).lexically_normal().string(), folder.string(), {}};
-  if (report.is_object() && report.contains(Json::json_pointer("/datasetReference/byConnection"))) {
+  if (report.json.contains(nlohmann::json::json_pointer("/datasetReference/byConnection"))) {
     return {
         {},
         {},
         "a report on a model that is kept in the service, not in this folder; export the model from there"};
   }
-  return {{}, folder.string(), "a report whose definition.pbir names no model", report.is_discarded()};
+  return {{}, folder.string(), "a report whose definition.pbir names no model", !report.cause.empty()};
 }
 
 ReportLink followProject(const fs::path& file) {
-  const Json project = readJson(file);
-  const std::string report = textAt(project, "/artifacts/0/report/path");
+  const JsonObject project = readJsonObject(file.string());
+  if (!project.cause.empty())
+    return {{}, {}, "a project of Power BI that leads to no report: " + project.cause};
+  const std::string report = jsonTextAt(project.json, "/artifacts/0/report/path");
   if (report.empty()) return {{}, {}, "a project of Power BI that names no report"};
   return followDefinition(file.parent_path() / report);
 }
@@ -98,7 +104,7 @@ std::optional<FolderModel> findFolderModel(const std::string& folder) {
     model.path = folder;
   else
     return std::nullopt;
-  model.name = toldName(plainFolder(folder).filename() == "definition" ? path / ".." : path);
+  model.name = toldName(itemFolder(path));
   model.named = !model.name.empty();
   if (!model.named) model.name = nameOfFolder(folder);
   return model;
@@ -115,6 +121,18 @@ ReportLink followReport(const std::string& path) {
 std::string nameOfItem(const std::string& folder) {
   const std::string name = toldName(plainFolder(folder));
   return name.empty() ? plainFolder(folder).stem().string() : name;
+}
+
+std::optional<NameFault> faultOfName(const std::string& folder) {
+  for (const NameFile& file : kNameFiles) {
+    const std::string path = (itemFolder(folder) / file.file).lexically_normal().string();
+    std::error_code ignored;  // what cannot be asked for is not there
+    if (!fs::exists(fs::symlink_status(path, ignored))) continue;
+    const JsonObject read = readJsonObject(path);
+    if (!read.cause.empty()) return NameFault{path + read.place, read.cause};
+    if (jsonTextAt(read.json, file.pointer).empty()) return NameFault{path, "it says no displayName"};
+  }
+  return std::nullopt;
 }
 
 std::string modelName(const std::string& own, const std::string& name, bool named) {

@@ -34,6 +34,14 @@ ReportLink followReport(const std::string& path);
 /// What a folder of a model or report is called: as a file in it says, else as the folder is.
 std::string nameOfItem(const std::string& folder);
 
+/// A file that should name a folder's model or report and does not.
+struct NameFault {
+  std::string file;  ///< with line and column where it is broken
+  std::string cause;
+};
+/// Null for a folder that no file is to name, too.
+std::optional<NameFault> faultOfName(const std::string& folder);
+
 /// The name of a model whose definition calls it `own`: what the folder says; without that its own name
 /// unless it is one that programs give; then the folder's name.
 std::string modelName(const std::string& own, const std::string& name, bool named);

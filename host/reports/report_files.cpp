@@ -57,19 +57,52 @@ fs::path parentOf(const fs::path& folder) {
   return plain.has_parent_path() ? plain.parent_path() : fs::path(".");
 }
 
-std::vector<std::string> namesIn(const fs::path& folder) {
-  std::vector<std::string> names;
-  std::error_code error;
-  // Links to folders are not followed, so that no circle is met.
-  for (fs::recursive_directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    if (entry.depth() >= kDeepest) entry.disable_recursion_pending();
-    std::error_code ignored;  // a link that leads nowhere is no file
-    std::string name = entry->path().lexically_relative(folder).generic_string();
-    if (isWanted(name) && entry->is_regular_file(ignored)) names.push_back(std::move(name));
+/// What a report in a folder consists of. Only one of its folders holds more than pictures and the like.
+class FolderWalk {
+ public:
+  explicit FolderWalk(const fs::path& folder) : folder_(folder) { list(folder, 0); }
+
+  void walk() {
+    while (!open_.empty()) {
+      const auto [current, depth] = std::move(open_.back());
+      open_.pop_back();
+      list(current, depth);
+    }
   }
-  return names;
-}
+
+  std::vector<std::string> names;
+  std::vector<std::string> folders;
+  std::vector<UnreadFolder> unread;
+
+ private:
+  void list(const fs::path& current, int depth) {
+    std::error_code error;
+    for (fs::directory_iterator entry(current, error), end; !error && entry != end; entry.increment(error))
+      add(*entry, depth);
+    if (error)
+      unread.push_back({current.string(), error.message()});
+    else
+      folders.push_back(current.lexically_relative(folder_).generic_string());
+  }
+
+  void add(const fs::directory_entry& entry, int depth) {
+    std::string name = entry.path().lexically_relative(folder_).generic_string();
+    std::error_code ignored;  // a link that leads nowhere is no folder
+    const bool isFolder = entry.is_directory(ignored);
+    // What stands in a file's place is a file that cannot be read.
+    if (isWanted(name)) return names.push_back(std::move(name));
+    if (!isFolder || (depth == 0 && name != "definition")) return;
+    if (entry.is_symlink(ignored))
+      unread.push_back({entry.path().string(), "links to folders are not followed"});  // into no circle
+    else if (depth == kDeepest)
+      unread.push_back({entry.path().string(), "it is deeper than reports are"});
+    else
+      open_.emplace_back(entry.path(), depth + 1);
+  }
+
+  fs::path folder_;
+  std::vector<std::pair<fs::path, int>> open_;
+};
 
 std::vector<std::string> namesIn(const Archive& archive) {
   std::vector<std::string> names;
@@ -122,9 +155,18 @@ std::vector<ReportPlace> reportsAt(const std::string& path) {
 }
 
 ReportFiles::ReportFiles(const ReportPlace& report) : place_(report.path) {
-  if (report.isArchive) archive_.emplace(report.path);
-  names_ = archive_ ? namesIn(*archive_) : namesIn(fs::path(place_));
+  if (report.isArchive) {
+    archive_.emplace(report.path);
+    names_ = namesIn(*archive_);
+  } else {
+    FolderWalk folder(place_);
+    folder.walk();
+    names_ = std::move(folder.names);
+    folders_ = std::move(folder.folders);
+    unread_ = std::move(folder.unread);
+  }
   std::sort(names_.begin(), names_.end());
+  std::sort(folders_.begin(), folders_.end());
 }
 
 std::string ReportFiles::pathOf(const std::string& name) const {

@@ -26,6 +26,12 @@ std::vector<ReportPlace> reportsOn(const std::string& modelFolder, const std::st
 /// folder and the folders in it. In the order of their names.
 std::vector<ReportPlace> reportsAt(const std::string& path);
 
+/// A folder of a report whose files are not known.
+struct UnreadFolder {
+  std::string path;
+  std::string cause;
+};
+
 /// What of a report can name something of its model: without pictures, themes and the like.
 class ReportFiles {
  public:
@@ -34,6 +40,9 @@ class ReportFiles {
 
   /// Ordered, with slashes: "definition/pages/one/page.json".
   [[nodiscard]] const std::vector<std::string>& names() const noexcept { return names_; }
+  /// The folders of a folder's report, ordered. An archive tells of none.
+  [[nodiscard]] const std::vector<std::string>& folders() const noexcept { return folders_; }
+  [[nodiscard]] const std::vector<UnreadFolder>& unread() const noexcept { return unread_; }
   /// Where a file is, for people and for whoever reads its bytes: in an archive, the archive.
   [[nodiscard]] std::string pathOf(const std::string& name) const;
   /// The text of a file in UTF-8. Throws std::runtime_error with the cause.
@@ -43,6 +52,8 @@ class ReportFiles {
   std::string place_;
   std::optional<Archive> archive_;
   std::vector<std::string> names_;
+  std::vector<std::string> folders_;
+  std::vector<UnreadFolder> unread_;
 };
 
 }  // namespace host

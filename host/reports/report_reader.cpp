@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <deque>
 #include <map>
+#include <set>
 #include <stdexcept>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
+#include "host/inputs/json_object.h"
+#include "host/inputs/semantic_model.h"
 #include "messages/message.h"
 
 namespace host {
@@ -47,16 +51,23 @@ std::string titleOf(const Json& settings) {
   return literal(textAt(at(at(at(at(title.front(), "properties"), "text"), "expr"), "Literal"), "Value"));
 }
 
-/// ":line:column" of the byte that is the `count`th.
-std::string placeIn(std::string_view text, std::size_t count) {
-  const std::string_view before = text.substr(0, count > 0 ? count - 1 : 0);
-  const auto lines = std::count(before.begin(), before.end(), '\n');
-  const std::size_t column = before.size() - (before.rfind('\n') + 1) + 1;
-  return ":" + std::to_string(lines + 1) + ":" + std::to_string(column);
-}
-
 std::string firstOf(const std::string& a, const std::string& b) {
   return a.empty() ? b : a;
+}
+
+constexpr std::string_view kPages = "definition/pages/";
+constexpr std::string_view kVisuals = "/visuals/";
+constexpr std::string_view kPageFile = "/page.json";
+constexpr std::string_view kVisualFile = "/visual.json";
+constexpr std::string_view kBookmarks = "definition/bookmarks/";
+constexpr std::string_view kBookmarkFile = ".bookmark.json";
+
+/// The folder that a file is in, or that a path is of, among those of which `outer` bytes are the beginning;
+/// empty for a file beside them.
+std::string_view folderIn(std::string_view path, std::size_t outer) {
+  const std::size_t end = path.find('/', outer);
+  if (end != path.npos) return path.substr(0, end);
+  return path.ends_with(".json") ? std::string_view() : path;
 }
 
 class ReportReader {
@@ -73,8 +84,9 @@ class ReportReader {
       return std::move(parts_);
     }
     if (!report_.isArchive) checkLink();
+    for (const UnreadFolder& folder : files_->unread()) lose(folder.path, folder.cause);
     for (const char* name : {"report.json", "Layout"})
-      if (has(name)) readWhole(readJson(name));
+      if (has(name)) readWhole(name, readJson(name));
     if (hasDefinition()) readDefinition();
     nameVisuals();
     return std::move(parts_);
@@ -89,6 +101,8 @@ class ReportReader {
 
   /// Says what of a report in a folder is not there or broken and would leave no other trace.
   void checkLink() {
+    if (const auto fault = faultOfName(report_.path))
+      log_.logEvent(tav::messageEvent(tav::Message::nameNotRead, {fault->file, fault->cause}));
     if (!has("definition.pbir"))
       lose(files_->pathOf("definition.pbir"), "it is not there");
     else
@@ -105,20 +119,22 @@ class ReportReader {
     log_.logEvent(tav::messageEvent(tav::Message::reportFileLost, {path, cause, report_.name}));
   }
 
+  void loseMissing(const std::string& name) { lose(files_->pathOf(name), "it is not there"); }
+
   /// A file; null when it is missing or broken.
   Json readJson(const std::string& name) {
-    std::string text;
+    if (!has(name)) {
+      loseMissing(name);
+      return {};
+    }
     try {
-      text = files_->textOf(name);
-      Json json = Json::parse(text, nullptr, true, true);
-      if (json.is_object()) return json;
-      lose(files_->pathOf(name), "it holds no JSON object");
-    } catch (const Json::parse_error& error) {
-      lose(files_->pathOf(name) + placeIn(text, error.byte), "it is not well-formed JSON");
+      JsonObject read = parseJsonObject(files_->textOf(name));
+      if (!read.cause.empty()) lose(files_->pathOf(name) + read.place, read.cause);
+      return std::move(read.json);
     } catch (const std::runtime_error& error) {
       lose(files_->pathOf(name), error.what());
+      return {};
     }
-    return {};
   }
 
   std::size_t add(ObjectKind kind, std::size_t owner, std::string name, std::string id) {
@@ -126,10 +142,14 @@ class ReportReader {
     return parts_.size() - 1;
   }
 
-  /// A value, or the JSON in the text that it is. Neither is copied: copying goes as deep as JSON does.
-  const Json& unwrapped(const Json& json) {
-    if (!json.is_string()) return json;
-    return texts_.emplace_back(Json::parse(json.get_ref<const std::string&>(), nullptr, false));
+  /// A member, or the JSON in the text that it is. Neither is copied: copying goes as deep as JSON does.
+  const Json& unwrapped(const std::string& file, const Json& owner, const char* name) {
+    const Json& json = at(owner, name);
+    if (!json.is_string() || json.get_ref<const std::string&>().empty()) return json;
+    const Json& inner = texts_.emplace_back(Json::parse(json.get_ref<const std::string&>(), nullptr, false));
+    if (inner.is_discarded() && !std::exchange(hasBrokenText_, true))
+      lose(files_->pathOf(file), "a '" + std::string(name) + "' in it is not well-formed JSON");
+    return inner;
   }
 
   void use(std::size_t part, const Json& json, bool filters) {
@@ -137,26 +157,26 @@ class ReportReader {
   }
 
   /// The older form.
-  void readWhole(const Json& report) {
-    const Json& config = unwrapped(at(report, "config"));
+  void readWhole(const std::string& file, const Json& report) {
+    const Json& config = unwrapped(file, report, "config");
     readMeasures(at(config, "modelExtensions"));
-    use(kReport, unwrapped(at(report, "filters")), true);
-    for (const Json& page : at(report, "sections")) readSection(page);
+    use(kReport, unwrapped(file, report, "filters"), true);
+    for (const Json& page : at(report, "sections")) readSection(file, page);
     readBookmarks(at(config, "bookmarks"));
   }
 
-  void readSection(const Json& section) {
+  void readSection(const std::string& file, const Json& section) {
     const std::string id = textAt(section, "name");
     const std::size_t page =
         add(ObjectKind::reportPage, kReport, firstOf(textAt(section, "displayName"), id), id);
-    use(page, unwrapped(at(section, "filters")), true);
+    use(page, unwrapped(file, section, "filters"), true);
     for (const Json& container : at(section, "visualContainers")) {
-      const Json& config = unwrapped(at(container, "config"));
+      const Json& config = unwrapped(file, container, "config");
       const Json& visual = at(config, "singleVisual");
       const std::size_t part = addVisual(page, titleOf(at(visual, "vcObjects")), textAt(visual, "visualType"),
                                          textAt(config, "name"));
       use(part, visual, false);
-      use(part, unwrapped(at(container, "filters")), true);
+      use(part, unwrapped(file, container, "filters"), true);
     }
   }
 
@@ -209,65 +229,135 @@ class ReportReader {
 
   /// The newer form.
   void readDefinition() {
-    if (has("definition/report.json"))
-      use(kReport, at(readJson("definition/report.json"), "filterConfig"), true);
-    else
-      lose(files_->pathOf("definition/report.json"), "it is not there");
-    if (has("definition/reportExtensions.json")) readMeasures(readJson("definition/reportExtensions.json"));
-    std::map<std::string, std::size_t> pages;  // by their folders
-    for (const std::string& folder : pageFolders()) pages[folder] = readPage(folder);
-    constexpr std::string_view kVisual = "/visual.json";
-    constexpr std::string_view kBookmark = ".bookmark.json";
-    for (const std::string& name : files_->names()) {
-      const std::size_t visuals = name.find("/visuals/");
-      if (name.ends_with(kVisual) && visuals != name.npos) {
-        if (const auto page = pages.find(name.substr(0, visuals)); page != pages.end())
-          readVisual(name, page->second);
-      } else if (name.ends_with(kBookmark)) {
-        readBookmark(readJson(name));
-      }
-    }
+    use(kReport, at(readJson("definition/report.json"), "filterConfig"), true);
+    constexpr const char* kExtensions = "definition/reportExtensions.json";
+    if (has(kExtensions)) readMeasures(readJson(kExtensions));
+    readPages();
+    readBookmarkFiles();
+    readVisualFiles();
+    if (!has(kExtensions) && usesOwnMeasure()) loseMissing(kExtensions);
   }
+
+  [[nodiscard]] bool usesOwnMeasure() const {
+    return std::any_of(parts_.begin(), parts_.end(), [](const ReportPart& part) {
+      return std::any_of(part.uses.begin(), part.uses.end(),
+                         [](const FieldUse& use) { return use.ofReport; });
+    });
+  }
+
+  /// The folders directly in another, whose path ends in a slash: those of files, and those that are empty.
+  std::set<std::string> foldersIn(std::string_view outer) const {
+    std::set<std::string> found;
+    for (const auto* paths : {&files_->names(), &files_->folders()}) {
+      auto path = std::lower_bound(paths->begin(), paths->end(), outer);
+      for (; path != paths->end() && path->starts_with(outer); ++path)
+        if (const std::string_view folder = folderIn(*path, outer.size()); !folder.empty())
+          found.emplace(folder);
+    }
+    return found;
+  }
+
+  struct Page {
+    std::string folder;
+    Json json;
+    std::string id;
+    std::size_t part = kReport;
+    std::set<std::string> visuals{};  ///< that it has, by their IDs
+    std::set<std::string> listed{};   ///< that files of the page name
+  };
 
   /// In the order of the report, those that it does not list last. One that is listed is there, or lost.
-  std::vector<std::string> pageFolders() {
-    constexpr std::string_view kPage = "/page.json";
-    std::unordered_map<std::string, std::size_t> order;
-    if (has("definition/pages/pages.json")) {
-      const Json list = readJson("definition/pages/pages.json");
-      for (const Json& id : at(list, "pageOrder"))
-        if (id.is_string()) order.emplace("definition/pages/" + id.get<std::string>(), order.size());
+  void readPages() {
+    const std::set<std::string> folders = foldersIn(kPages);
+    const std::vector<std::string> order = pageOrder();
+    if (folders.empty() && order.empty()) loseMissing("definition/pages");
+    std::unordered_map<std::string, std::size_t> byId;
+    for (const std::string& folder : folders) {
+      Page page{folder, readJson(folder + std::string(kPageFile)), {}};
+      page.id = firstOf(textAt(page.json, "name"), folder.substr(kPages.size()));
+      byId.emplace(page.id, pages_.size());
+      pages_.push_back(std::move(page));
     }
-    std::vector<std::string> folders;
-    for (const auto& [folder, rank] : order)
-      if (!has(folder + std::string(kPage))) folders.push_back(folder);
-    for (const std::string& name : files_->names())
-      if (name.ends_with(kPage)) folders.push_back(name.substr(0, name.size() - kPage.size()));
-    const auto rank = [&](const std::string& folder) {
-      const auto found = order.find(folder);
-      return found == order.end() ? order.size() : found->second;
-    };
-    std::stable_sort(folders.begin(), folders.end(),
-                     [&](const std::string& a, const std::string& b) { return rank(a) < rank(b); });
-    return folders;
+    for (const std::string& id : order) {
+      if (const auto [found, isNew] = byId.emplace(id, pages_.size()); isNew) {
+        loseMissing(std::string(kPages) + id + std::string(kPageFile));
+        pages_.push_back({std::string(kPages) + id, {}, id});
+      }
+    }
+    std::vector<std::size_t> places;
+    places.reserve(order.size() + pages_.size());
+    for (const std::string& id : order) places.push_back(byId[id]);
+    for (std::size_t i = 0; i < pages_.size(); ++i) places.push_back(i);
+    for (const std::size_t place : places)
+      if (pages_[place].part == kReport) readPage(pages_[place]);
   }
 
-  std::size_t readPage(const std::string& folder) {
-    const std::string file = folder + "/page.json";
-    if (!has(file)) lose(files_->pathOf(file), "it is not there");
-    const Json page = has(file) ? readJson(file) : Json();
-    const std::string id = firstOf(textAt(page, "name"), folder.substr(folder.rfind('/') + 1));
-    const std::size_t part =
-        add(ObjectKind::reportPage, kReport, firstOf(textAt(page, "displayName"), id), id);
-    use(part, at(page, "filterConfig"), true);
-    return part;
+  /// A report need not have the file.
+  std::vector<std::string> pageOrder() {
+    constexpr const char* kList = "definition/pages/pages.json";
+    std::vector<std::string> ids;
+    const Json list = has(kList) ? readJson(kList) : Json();
+    for (const Json& id : at(list, "pageOrder"))
+      if (id.is_string()) ids.push_back(id.get<std::string>());
+    return ids;
   }
 
-  void readVisual(const std::string& name, std::size_t page) {
+  void readPage(Page& page) {
+    page.part =
+        add(ObjectKind::reportPage, kReport, firstOf(textAt(page.json, "displayName"), page.id), page.id);
+    use(page.part, at(page.json, "filterConfig"), true);
+    for (const Json& interaction : at(page.json, "visualInteractions"))
+      for (const char* end : {"source", "target"}) page.listed.insert(textAt(interaction, end));
+  }
+
+  void readBookmarkFiles() {
+    std::set<std::string> known;
+    for (const std::string& name : files_->names()) {
+      if (!name.ends_with(kBookmarkFile)) continue;
+      const Json bookmark = readJson(name);
+      readBookmark(bookmark);
+      const std::string file = name.substr(name.rfind('/') + 1);
+      known.insert(file.substr(0, file.size() - kBookmarkFile.size()));
+      known.insert(textAt(bookmark, "name"));
+    }
+    const std::string list = std::string(kBookmarks) + "bookmarks.json";
+    if (!has(list)) return;  // which tells their order only
+    for (const std::string& id : listedBookmarks(readJson(list)))
+      if (!known.contains(id)) loseMissing(std::string(kBookmarks) + id + std::string(kBookmarkFile));
+  }
+
+  /// Groups name the bookmarks in them and have no file.
+  static std::vector<std::string> listedBookmarks(const Json& list) {
+    std::vector<std::string> ids;
+    for (const Json& item : at(list, "items")) {
+      const Json& children = at(item, "children");
+      if (!children.is_array()) ids.push_back(textAt(item, "name"));
+      for (const Json& child : children)
+        if (child.is_string()) ids.push_back(child.get<std::string>());
+    }
+    return ids;
+  }
+
+  void readVisualFiles() {
+    for (Page& page : pages_) {
+      const std::string visuals = page.folder + std::string(kVisuals);
+      for (const std::string& folder : foldersIn(visuals)) {
+        page.visuals.insert(folder.substr(visuals.size()));
+        readVisual(folder + std::string(kVisualFile), page);
+      }
+      for (const std::string& id : page.listed)
+        if (!id.empty() && !page.visuals.contains(id)) loseMissing(visuals + id + std::string(kVisualFile));
+    }
+  }
+
+  void readVisual(const std::string& name, Page& page) {
     const Json container = readJson(name);
     const Json& visual = at(container, "visual");
-    const std::size_t part = addVisual(page, titleOf(at(visual, "visualContainerObjects")),
-                                       textAt(visual, "visualType"), textAt(container, "name"));
+    const std::string id = textAt(container, "name");
+    page.visuals.insert(id);
+    page.listed.insert(textAt(container, "parentGroupName"));
+    const std::size_t part =
+        addVisual(page.part, titleOf(at(visual, "visualContainerObjects")), textAt(visual, "visualType"), id);
     use(part, visual, false);
     use(part, at(container, "filterConfig"), true);
   }
@@ -289,7 +379,9 @@ class ReportReader {
   MessageLog& log_;
   std::optional<ReportFiles> files_;
   std::vector<ReportPart> parts_;
+  std::vector<Page> pages_;
   std::deque<Json> texts_;
+  bool hasBrokenText_ = false;
 };
 
 }  // namespace

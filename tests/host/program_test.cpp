@@ -154,4 +154,32 @@ TEST(Program, Reports) {
   });
 }
 
+// damaged: breaks each file of a project of Power BI in turn by the command that follows, which is given the
+// file, imports what is left, and tells the exit code and what was said. Nobody is who may not read all
+// files.
+constexpr std::string_view kBrokenPrelude = R"SH(
+nobody() { if [ "$(id -u)" = 0 ]; then setpriv --reuid 65534 --regid 65534 --clear-groups "$@"; else "$@"; fi; }
+read_project() { xmla-bridge import "$1" -o ../m.xml; }
+damaged() {
+  (cd whole; find . -type f | LC_ALL=C sort) | while IFS= read -r file; do
+    rm -rf shop; cp -r whole shop; cd shop; "$@" "$file"
+    case $file in *.pbip) input=$file ;; *) input=. ;; esac
+    "${reader:-read_project}" $input >/dev/null 2>../said; code=$?; cd ..
+    echo "$code ${file#./}"; grep -E '_[WEF][0-9]+\]' said | sed 's#\./##g; s/^/    /'
+  done
+}
+)SH";
+
+// Each run ends with a model or one error, and names the file where something is lost.
+TEST(Program, BrokenProject) {
+  tav::test::checkCorpus("host/broken_project.txt", [](const std::string& commands) {
+    std::string script(kInputsPrelude);
+    script.append(kBrokenPrelude).append(commands).append(kInputsEnd);
+    return tav::test::runCommands(script, [](const tav::test::TemporaryFolder& folder) {
+      namespace fs = std::filesystem;
+      fs::copy(tav::test::testFile("host/pbip"), folder.path() / "whole", fs::copy_options::recursive);
+    });
+  });
+}
+
 }  // namespace

@@ -320,6 +320,13 @@ TEST(TmdlDamage, AMissingPartOfTheModelIsNamed) {
             "ERROR TAVTAB_E0001 model.tmdl:6:1: the role 'R' is not declared in any file\n");
   EXPECT_EQ(without("cultures/en.tmdl"),
             "WARNING TAVTAB_W0004 model.tmdl:7:1: the culture 'en' is not declared in any file\n");
+  EXPECT_EQ(
+      without("database.tmdl"),
+      "ERROR TAVTAB_E0001 database.tmdl: no file declares the database; its compatibility level is lost\n");
+  EXPECT_EQ(
+      without("model.tmdl"),
+      "ERROR TAVTAB_E0001 model.tmdl: no file declares the model; its settings and the order of its parts "
+      "are lost\n");
 }
 
 TEST(TmdlDamage, EveryPrefixOfEveryFileEndsInAModel) {

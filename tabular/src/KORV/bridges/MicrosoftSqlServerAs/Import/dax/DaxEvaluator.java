@@ -25,6 +25,8 @@ final class DaxEvaluator implements DaxCall.Evaluation {
   /** What it calls, beside what it gives. */
   private final DaxLineage calls = DaxLineage.empty();
   private final Set<DaxExpression> entered = new HashSet<>();
+  /** What a query defines, which its functions may name. */
+  private DaxContext.Scope defined;
   private DaxExpression current;
   private String function = "";
   private int depth;
@@ -151,6 +153,7 @@ final class DaxEvaluator implements DaxCall.Evaluation {
 
   private DaxTable block(DaxNode node, DaxContext context) {
     DaxContext inner = context.in(new DaxContext.Scope(context.scope()));
+    if (node == expression.root) defined = inner.scope();
     DaxTable table = null;
     DaxTable rows = null; // of a query's latest result
     for (DaxNode part : node.parts()) {
@@ -222,7 +225,7 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     ModelNames.Table table = names.findTable(node.name());
     if (table == null) {
       table = names.findCalendar(node.name());
-      if (table != null && function.isEmpty()) calls.calendars.add(node.name());
+      if (table != null && isOwnText()) calls.calendars.add(node.name());
     }
     if (table != null) {
       note(DaxLineage.Entry.Kind.TABLE, table.dimension);
@@ -317,7 +320,8 @@ final class DaxEvaluator implements DaxCall.Evaluation {
   }
 
   private DaxTable call(DaxNode node, DaxContext context) {
-    DaxExpression own = names.findFunction(node.name());
+    DaxExpression own = expression.functions.get(Names.fold(node.name()));
+    if (own == null) own = names.findFunction(node.name());
     if (own != null) return callOwn(node, own, context);
     DaxFunctions.Function known = DaxFunctions.find(node.name());
     if (known != null) {
@@ -365,8 +369,8 @@ final class DaxEvaluator implements DaxCall.Evaluation {
 
   /** A function of the model, whose parameters stand for the values of the arguments. */
   private DaxTable callOwn(DaxNode node, DaxExpression own, DaxContext context) {
-    if (function.isEmpty()) calls.functions.add(node.name());
-    DaxContext inside = new DaxContext(new DaxContext.Scope(null), null, null);
+    if (isOwnText() && !own.isOfQuery) calls.functions.add(node.name());
+    DaxContext inside = new DaxContext(new DaxContext.Scope(own.isOfQuery ? defined : null), null, null);
     List<DaxContext.Value> values = new ArrayList<>();
     for (int i = 0; i < node.parts().size(); ++i) values.add(given(own, i, node.parts().get(i), context));
     steps += own.text.length();
@@ -383,6 +387,9 @@ final class DaxEvaluator implements DaxCall.Evaluation {
     function = outerFunction;
     return result.isTable() ? result.asTable() : null;
   }
+
+  /** Whether the text that is being evaluated is the expression's, not that of a function of the model. */
+  private boolean isOwnText() { return function.isEmpty() || current.isOfQuery; }
 
   private boolean isTooMuch(int place) {
     if (steps <= MAX_STEPS) return false;

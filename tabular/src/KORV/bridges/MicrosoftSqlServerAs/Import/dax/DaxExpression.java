@@ -2,7 +2,10 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.dax;
 
 import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayList;
+import java.util.HashMap;
 import java.util.List;
+import java.util.Locale;
+import java.util.Map;
 import java.util.Set;
 
 /** A DAX expression, or a function of a model, as a tree. */
@@ -21,16 +24,42 @@ public final class DaxExpression {
   final List<Parameter> parameters;
   /** Null when all of it could be read. */
   final DaxFault fault;
+  /** What a query defines to be called, by folded name; empty for other expressions. */
+  final Map<String, DaxExpression> functions = new HashMap<>();
+  /** Whether it is such a function. */
+  final boolean isOfQuery;
   private DaxPlaces places;
 
-  private DaxExpression(String text, DaxParser parser, List<Parameter> parameters) {
+  private DaxExpression(String text, DaxParser parser, List<Parameter> parameters, boolean isOfQuery) {
     this.text = text;
     this.parameters = parameters;
+    this.isOfQuery = isOfQuery;
     root = parser.parse();
     fault = parser.fault;
+    parser.functions.forEach((name, body) -> functions.put(name, function(body, true)));
   }
 
-  public DaxExpression(String text) { this(text, new DaxParser(DaxTokens.of(text), 0), List.of()); }
+  public DaxExpression(String text) { this(text, new DaxParser(DaxTokens.of(text), 0), List.of(), false); }
+
+  /** Whether a text calls one of these functions, whose names are in capitals. */
+  public static boolean calls(String text, Set<String> functions) {
+    String folded = text.toUpperCase(Locale.ROOT);
+    if (functions.stream().noneMatch(folded::contains)) return false;
+    DaxTokens tokens = DaxTokens.of(text);
+    for (int i = 0; i + 1 < tokens.size(); ++i) {
+      boolean call = tokens.get(i).kind() == DaxTokens.Kind.WORD && tokens.get(i + 1).isSign('(');
+      if (call && functions.contains(tokens.get(i).value().toUpperCase(Locale.ROOT))) return true;
+    }
+    return false;
+  }
+
+  /** Whether a text, an expression or a function, ends where more must follow. */
+  public static boolean endsEarly(String text) {
+    DaxTokens tokens = DaxTokens.of(text);
+    DaxParser parser = new DaxParser(tokens, endOfHead(tokens));
+    parser.parse();
+    return parser.endsEarly;
+  }
 
   /** Counted when something is wrong at one. */
   DaxPlaces places() {
@@ -39,12 +68,14 @@ public final class DaxExpression {
   }
 
   /** `( a : type, b = 1 ) => body`; a text without such a head is a function without parameters. */
-  static DaxExpression function(String text) {
+  static DaxExpression function(String text) { return function(text, false); }
+
+  private static DaxExpression function(String text, boolean isOfQuery) {
     DaxTokens tokens = DaxTokens.of(text);
     int end = endOfHead(tokens);
     List<Parameter> parameters = new ArrayList<>();
     for (int i = 1; i < end - 2;) i = readParameter(tokens, i, end - 2, parameters);
-    return new DaxExpression(text, new DaxParser(tokens, end), parameters);
+    return new DaxExpression(text, new DaxParser(tokens, end), parameters, isOfQuery);
   }
 
   /** The place behind "( ... ) =>" at the beginning; 0 when there is no such head. */

@@ -4,7 +4,9 @@ import KORV.bridges.MicrosoftSqlServerAs.Import.text.Names;
 import java.util.ArrayDeque;
 import java.util.ArrayList;
 import java.util.Deque;
+import java.util.HashMap;
 import java.util.List;
+import java.util.Map;
 import java.util.Set;
 
 /**
@@ -33,20 +35,27 @@ final class DaxParser {
       bracket = place;
       this.name = name;
     }
+
+    boolean bracketed() { return kind != DaxNode.Kind.BLOCK && kind != DaxNode.Kind.OPERATION; }
   }
 
   private static final String SIGNS = "+-*/^&=<>|!";
   /** Words that end one expression of a query and begin another. */
   private static final Set<String> QUERY = Set.of("evaluate", "define", "order", "by", "start", "at");
-  private static final Set<String> DEFINED = Set.of("measure", "column", "table");
+  private static final Set<String> DEFINED =
+      Set.of("measure", "column", "table", "function", "mparameter");
   private static final Set<String> DIRECTIONS = Set.of("asc", "desc", "blanks", "first", "last");
   private static final Set<String> VALUES = Set.of("true", "false");
 
   private final DaxTokens tokens;
   private final Deque<Frame> open = new ArrayDeque<>();
+  /** The texts of what a query defines to be called, by folded name. */
+  final Map<String, String> functions = new HashMap<>();
   private boolean isQuery;
   private int at;
   DaxFault fault;
+  /** Whether the text ends where more must follow. */
+  boolean endsEarly;
 
   DaxParser(DaxTokens tokens, int begin) {
     this.tokens = tokens;
@@ -59,6 +68,7 @@ final class DaxParser {
     open.push(new Frame(DaxNode.Kind.OPERATION, 0, ""));
     if (tokens.get(at).isSign('=')) ++at;
     while (at < tokens.size()) next();
+    endsEarly = tokens.openPosition() >= 0 || isUnfinished();
     while (open.size() > 1) {
       Frame frame = open.peek();
       if (frame.kind == DaxNode.Kind.BLOCK) {
@@ -72,6 +82,14 @@ final class DaxParser {
     List<DaxNode> done = open.peek().done;
     // What orders a result is read in its rows, as parts of one block are.
     return isQuery && done.size() > 1 ? DaxNode.of(DaxNode.Kind.BLOCK, 0, "", done) : group(done, 0);
+  }
+
+  /** Whether a bracket is open, or a value is missing behind an operator or a variable. */
+  private boolean isUnfinished() {
+    for (Frame frame : open)
+      if (frame.variable != null || frame.bracketed()) return true;
+    Frame last = open.peek();
+    return !last.complete && !last.operands.isEmpty();
   }
 
   private void fail(int place, String text) {
@@ -145,27 +163,73 @@ final class DaxParser {
   private boolean queryWord(DaxTokens.Token token, String word) {
     if (define(token, word)) return true;
     if (!QUERY.contains(word)) return false;
-    while (open.peek().kind == DaxNode.Kind.BLOCK && open.peek().variable != null) beginResult(token);
-    endExpression(open.peek());
+    endOfResults(token);
     return true;
   }
 
-  /** MEASURE 'Table'[Name] = ..., COLUMN 'Table'[Name] = ..., TABLE Name = ... */
+  /** What follows belongs to nothing that was defined or asked for before. */
+  private void endOfResults(DaxTokens.Token token) {
+    while (open.peek().kind == DaxNode.Kind.BLOCK && open.peek().variable != null) beginResult(token);
+    endExpression(open.peek());
+  }
+
+  /** MEASURE 'Table'[Name] = ..., COLUMN 'Table'[Name] = ..., and what has a name without a table. */
   private boolean define(DaxTokens.Token token, String word) {
-    if (!DEFINED.contains(word)) return false;
+    if (!startsDefinition(at - 1)) return false;
     DaxTokens.Token first = tokens.get(at);
-    boolean named = first.kind() == DaxTokens.Kind.WORD || first.kind() == DaxTokens.Kind.QUOTED;
-    if (word.equals("table")) {
-      if (!named || !tokens.get(at + 1).isSign('=')) return false;
-      variable(token.position(), "'" + first.value() + "'");
-      at += 2;
-      return true;
+    int equals = tokens.get(at + 1).isSign('=') ? at + 1 : at + 2;
+    switch (word) {
+      case "function" -> {
+        endOfResults(token);
+        defineFunction(first.value(), equals + 1);
+        return true;
+      }
+      case "table" -> variable(token.position(), "'" + first.value() + "'");
+      // Nothing in DAX can name what is handed to queries in M.
+      case "mparameter" -> variable(token.position(), "");
+      default -> variable(token.position(), "[" + tokens.get(equals - 1).value() + "]");
     }
-    int name = named ? at + 1 : at;
-    if (tokens.get(name).kind() != DaxTokens.Kind.BRACKETED || !tokens.get(name + 1).isSign('=')) return false;
-    variable(token.position(), "[" + tokens.get(name).value() + "]");
-    at = name + 2;
+    at = equals + 1;
     return true;
+  }
+
+  /** Whether a definition of a query begins at the place: its kind, its name and "=". */
+  private boolean startsDefinition(int place) {
+    String word = tokens.get(place).kind() == DaxTokens.Kind.WORD ? Names.fold(tokens.get(place).value()) : "";
+    if (!DEFINED.contains(word)) return false;
+    DaxTokens.Kind first = tokens.get(place + 1).kind();
+    boolean named = first == DaxTokens.Kind.WORD || first == DaxTokens.Kind.QUOTED;
+    boolean inTable = word.equals("measure") || word.equals("column");
+    if (!inTable) return named && tokens.get(place + 2).isSign('=');
+    int name = named ? place + 2 : place + 1;
+    return tokens.get(name).kind() == DaxTokens.Kind.BRACKETED && tokens.get(name + 1).isSign('=');
+  }
+
+  private void defineFunction(String name, int begin) {
+    at = endOfFunction(begin);
+    functions.putIfAbsent(Names.fold(name), tokens.written(begin, at));
+  }
+
+  /** The place of what follows the function that begins at `begin`. Its own variables belong to it. */
+  private int endOfFunction(int begin) {
+    int depth = 0;
+    boolean inBlock = false;
+    int place = begin;
+    for (; place < tokens.size(); ++place) {
+      DaxTokens.Token token = tokens.get(place);
+      if (token.isSign('(') || token.isSign('{')) ++depth;
+      if (token.isSign(')') || token.isSign('}')) --depth;
+      if (depth > 0 || token.kind() != DaxTokens.Kind.WORD) continue;
+      if (token.isWord("EVALUATE") || startsDefinition(place)) break;
+      if (token.isWord("VAR") && !inBlock && place > begin && endsValue(tokens.get(place - 1))) break;
+      inBlock = token.isWord("VAR") || inBlock && !token.isWord("RETURN");
+    }
+    return place;
+  }
+
+  private static boolean endsValue(DaxTokens.Token token) {
+    boolean sign = token.kind() == DaxTokens.Kind.SIGN;
+    return sign ? token.isSign(')') || token.isSign('}') : !token.isWord("RETURN");
   }
 
   private void variable(int place, String name) {

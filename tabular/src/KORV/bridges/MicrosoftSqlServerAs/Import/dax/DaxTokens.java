@@ -44,6 +44,12 @@ final class DaxTokens {
 
   int size() { return tokens.size(); }
 
+  /** What is written from one token to another, or to the end of the text. */
+  String written(int begin, int end) {
+    if (begin >= size()) return "";
+    return text.substring(get(begin).position(), end < size() ? get(end).position() : text.length());
+  }
+
   /** The token at a place; a token of kind END outside the expression. */
   Token get(int place) { return place < 0 || place >= tokens.size() ? END : tokens.get(place); }
 

@@ -128,6 +128,12 @@ public final class Json {
     return value.text;
   }
 
+  /** The texts in an array; what else it holds is passed over. */
+  public List<String> texts() {
+    if (kind != Kind.ARRAY) return List.of();
+    return values.stream().filter(value -> value.kind == Kind.STRING).map(value -> value.text).toList();
+  }
+
   /** Whether the value is an array of texts, as expressions are written. */
   public boolean isLines() {
     return kind == Kind.ARRAY && values.stream().allMatch(line -> line.kind == Kind.STRING);

@@ -56,7 +56,7 @@ final class MParser {
     MTokens.Token token = next();
     boolean end = token.kind() == MTokens.Kind.END;
     return new MSyntaxFault(
-        end ? "the query ends too early" : "unexpected '" + token.value() + "'", token.begin());
+        end ? "the query ends too early" : "unexpected '" + token.value() + "'", token.begin(), end);
   }
 
   private boolean takeSign(String sign) {

@@ -64,5 +64,15 @@ public final class MQuery {
     }
   }
 
+  /** Whether a text ends where more must follow. */
+  public static boolean endsEarly(String text) {
+    try {
+      MParser.parse(text);
+      return false;
+    } catch (MSyntaxFault fault) {
+      return fault.early;
+    }
+  }
+
   private MQuery() {}
 }

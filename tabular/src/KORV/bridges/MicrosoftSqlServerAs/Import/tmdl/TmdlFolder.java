@@ -76,6 +76,7 @@ final class TmdlFolder {
     Object key = attributes.fileKey();
     if (key != null && !seen.add(key)) return;
     if (attributes.isDirectory()) {
+      if (wanted) lose(entry, "it is a folder");
       folders.add(entry);
     } else if (attributes.isRegularFile()) {
       files.add(entry);

@@ -105,6 +105,7 @@ final class TmdlObject {
   /** For messages: "measure 'Total'". */
   String describe() {
     if (kind == TmdlKind.NESTED) return "'" + name + "'";
-    return kind.nameMember == null ? "the " + kind.describe() : "the " + kind.describe() + " '" + name + "'";
+    boolean named = kind.nameMember != null && !(name.isEmpty() && kind.number == TmdlKind.Number.ONE);
+    return "the " + kind.describe() + (named ? " '" + name + "'" : "");
   }
 }

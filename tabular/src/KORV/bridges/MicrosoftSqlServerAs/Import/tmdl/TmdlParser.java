@@ -1,10 +1,14 @@
 package KORV.bridges.MicrosoftSqlServerAs.Import.tmdl;
 
+import KORV.bridges.MicrosoftSqlServerAs.Import.dax.DaxExpression;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.ImportException;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.Json;
 import KORV.bridges.MicrosoftSqlServerAs.Import.json.JsonReader;
+import KORV.bridges.MicrosoftSqlServerAs.Import.m.MQuery;
 import java.io.IOException;
 import java.util.ArrayDeque;
+import java.util.EnumSet;
+import java.util.Set;
 
 /**
  * Reads one text line by line into the objects of a definition. A line belongs to the nearest line above it that
@@ -14,6 +18,10 @@ final class TmdlParser {
   /** Real definitions nest six deep; more than this is a damaged file. */
   private static final int MAX_DEPTH = 40;
   private static final int NONE = Integer.MAX_VALUE;
+  /** What is an expression in DAX. */
+  private static final Set<TmdlKind> DAX = EnumSet.of(TmdlKind.COLUMN, TmdlKind.MEASURE, TmdlKind.CALCULATION_ITEM,
+      TmdlKind.FORMAT_STRING, TmdlKind.DETAIL_ROWS, TmdlKind.DEFAULT_DETAIL_ROWS, TmdlKind.NO_SELECTION,
+      TmdlKind.MANY_SELECTED, TmdlKind.TABLE_PERMISSION, TmdlKind.FUNCTION);
 
   /** An object that lines may belong to, and how deep the line stands that declares it. */
   private record Owner(TmdlObject object, int level) {}
@@ -46,6 +54,7 @@ final class TmdlParser {
     parser.owners.push(new Owner(root, -1));
     while (parser.next < parser.lines.count()) parser.readLine(parser.next++);
     parser.dropDescription();
+    if (text.isBlank()) faults.warn(-1, 0, "the file is empty");
     if (parser.lines.endsInLine())
       faults.warn(parser.lines.count() - 1, 0, "the last line has no end; the file may be cut off");
   }
@@ -195,7 +204,8 @@ final class TmdlParser {
       if (assigned) at += starts("=") ? 1 : 2;
       TmdlObject object = open(declaredIn, kind, name, reference);
       owners.push(new Owner(object, level));
-      if (assigned) readDefault(object, column);
+      if (assigned) readDefault(declaredIn, object, column);
+      if (kind == TmdlKind.SCRIPT && isLast()) lose(0, "'" + text + "' has nothing below it");
     }
 
     /** The name, empty where there is none; null when the line is lost. */
@@ -227,7 +237,7 @@ final class TmdlParser {
         return new TmdlObject(kind, "");
       }
       TmdlObject object = ownerOf(declaredIn, kind).part(kind, name);
-      if (object.line < 0) object.place(faults.file(), line);
+      if (object.line < 0 || !reference && !object.declared) object.place(faults.file(), line);
       if (reference) {
         // With lines below it is a part of the object; alone it says where in the order that stands.
         boolean part = hasLinesBelow();
@@ -266,11 +276,12 @@ final class TmdlParser {
       return below;
     }
 
-    private void readDefault(TmdlObject object, int column) {
+    private void readDefault(TmdlObject owner, TmdlObject object, int column) {
       TmdlKind kind = object.kind;
       boolean isProperty = kind == TmdlKind.SOURCE;
       String value = takeText(isProperty);
       if (value == null) value = missedText(object, column);
+      tellEnd(isProperty ? owner : object, value);
       Json made = switch (kind.form) {
         case WORD -> Json.plain(Json.Kind.STRING, TmdlProperties.word(TmdlNames.name(value)));
         case TEXT -> Json.plain(Json.Kind.STRING, TmdlNames.value(value));
@@ -288,8 +299,7 @@ final class TmdlParser {
         ++end;
       while (end > first && lines.isBlank(end - 1)) --end;
       if (end == first) {
-        if (object.kind.form != TmdlKind.Form.TEXT)
-          faults.warn(line, lines.indentation(line) + column, object.describe() + " has nothing behind '='");
+        if (object.kind.form != TmdlKind.Form.TEXT) tellNothing(object.describe(), column);
         return "";
       }
       faults.warn(first, lines.indentation(first),
@@ -298,6 +308,33 @@ final class TmdlParser {
       next = end;
       return text;
     }
+
+    /** What may be meant in the middle of a file is cut off at its end. */
+    private void tellNothing(String what, int column) {
+      int place = lines.indentation(line) + column;
+      if (isLast()) faults.lose(line, place, what + " has nothing behind '=', where the file ends");
+      else faults.warn(line, place, what + " has nothing behind '='");
+    }
+
+    /** Tells of an expression that is the last of its file and has no end itself. */
+    private void tellEnd(TmdlObject owner, String value) {
+      if (value.isEmpty() || !isLast()) return;
+      boolean early = isM(owner) ? MQuery.endsEarly(value) : isDax(owner) && DaxExpression.endsEarly(value);
+      if (early)
+        faults.lose(line, lines.indentation(line), "the file ends inside the expression that begins here");
+    }
+
+    private static boolean isM(TmdlObject owner) {
+      boolean read = owner.kind == TmdlKind.PARTITION && owner.json.get("type").text.equals("m");
+      return read || owner.kind == TmdlKind.EXPRESSION || owner.kind == TmdlKind.REFRESH_POLICY;
+    }
+
+    private static boolean isDax(TmdlObject owner) {
+      boolean computed = owner.kind == TmdlKind.PARTITION && owner.json.get("type").text.equals("calculated");
+      return computed || owner.kind == TmdlKind.KPI || DAX.contains(owner.kind);
+    }
+
+    private boolean isLast() { return nextLine() == lines.count(); }
 
     private boolean startsKnown(TmdlObject object, int below) {
       if (lines.level(below) > level + 1) return false;
@@ -337,9 +374,10 @@ final class TmdlParser {
       String property = TmdlProperties.spelling(word);
       String value = takeText(true);
       if (value == null) {
-        faults.warn(line, lines.indentation(line) + column, "'" + property + "' has nothing behind '='");
+        tellNothing("'" + property + "'", column);
         return;
       }
+      tellEnd(object, value);
       put(object, property, TmdlProperties.isExpression(property) ? value : TmdlNames.value(value));
     }
 

@@ -59,6 +59,7 @@ public final class TmdlReader {
     if (files.isEmpty())
       throw new ImportException(ImportException.DEFINITION, 0, 0, "no file with the extension .tmdl in the folder");
     TmdlObject root = new TmdlObject(TmdlKind.ROOT, "");
+    TmdlEnds ends = new TmdlEnds();
     for (Path file : files) {
       faults.enter(file.toString());
       String text;
@@ -73,11 +74,14 @@ public final class TmdlReader {
         faults.lose(-1, 0, "the file cannot be read");
         continue;
       }
+      ends.add(file, text);
       TmdlParser.parse(text, root, faults);
     }
+    ends.tell(faults);
     TmdlObject database = root.part(TmdlKind.DATABASE, "");
     if (!database.declared && database.json.names.isEmpty() && database.parts.isEmpty())
       throw new ImportException(ImportException.DEFINITION, 0, 0, "no database, model or part of a model");
+    TmdlGaps.tell(database, folder ? files : List.of(), faults);
     return TmdlTree.make(root, nameOf(path), faults);
   }
 
