@@ -41,6 +41,7 @@ enum class IdSpace : std::uint8_t {
   miningModel,
   assembly,
 };
+inline constexpr std::size_t kIdSpaceCount = static_cast<std::size_t>(IdSpace::assembly) + 1;
 
 enum class Reading : std::uint8_t {
   byContent,        ///< as without a row
