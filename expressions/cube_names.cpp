@@ -103,16 +103,10 @@ CubeNames::CubeNames(const TAVDimension& dimension, ModelNames& model, Dimension
 void CubeNames::addRole(std::string_view name, Role role) {
   const auto [place, isNew] = roles_.try_emplace(foldedName(name), role);
   if (!isNew) return;
+  inOrder_.push_back(&place->second);
   spellings_.add(name);
-  for (TAVHierarchy& hierarchy : role.dimension->hierarchies) {
-    nested_.try_emplace(foldedName(hierarchy.getName()), Nested{&place->second, &hierarchy, nullptr});
-    spellings_.add(hierarchy.getName());
-  }
-  for (const auto& feature : role.dimension->features) {
-    if (const auto* attribute = as<TAVDimensionAttribute>(&feature))
-      nested_.try_emplace(foldedName(attribute->getName()), Nested{&place->second, nullptr, attribute});
-    spellings_.add(feature.getName());
-  }
+  for (const TAVHierarchy& hierarchy : role.dimension->hierarchies) spellings_.add(hierarchy.getName());
+  for (const auto& feature : role.dimension->features) spellings_.add(feature.getName());
 }
 
 void CubeNames::addFolder(const TAVDesignPackage& folder) {
@@ -231,7 +225,7 @@ NameMeaning CubeNames::find(std::string_view reference) {
   return meaning;
 }
 
-void CubeNames::findMistake(const ReferencePart& part, NameMeaning& meaning) const {
+void CubeNames::findMistake(const ReferencePart& part, NameMeaning& meaning) {
   if (const auto beyond = beyond_.find(part.folded); beyond != beyond_.end()) {
     meaning.open = OpenNameState::beyond;
     meaning.note = beyond->second;
@@ -284,8 +278,17 @@ bool CubeNames::addDefined(const std::vector<ReferencePart>& parts, NameMeaning&
   return true;
 }
 
+void CubeNames::addNested(const Role& role) {
+  for (TAVHierarchy& hierarchy : role.dimension->hierarchies)
+    nested_.try_emplace(foldedName(hierarchy.getName()), Nested{&role, &hierarchy, nullptr});
+  for (const auto& feature : role.dimension->features)
+    if (const auto* attribute = as<TAVDimensionAttribute>(&feature))
+      nested_.try_emplace(foldedName(attribute->getName()), Nested{&role, nullptr, attribute});
+}
+
 /// A hierarchy or attribute whose dimension is left out.
 void CubeNames::findNested(const std::vector<ReferencePart>& parts, NameMeaning& meaning) {
+  for (; nestedRoles_ < inOrder_.size(); ++nestedRoles_) addNested(*inOrder_[nestedRoles_]);
   const auto found = nested_.find(parts.front().folded);
   if (found == nested_.end()) return;
   meaning.dimension = found->second.role->dimension;

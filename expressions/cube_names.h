@@ -101,6 +101,7 @@ class CubeNames {
   void addRole(std::string_view name, Role role);
   void addFolder(const TAVDesignPackage& folder);
   void findInRole(const Role& role, const std::vector<ReferencePart>& parts, NameMeaning& meaning);
+  void addNested(const Role& role);
   void findNested(const std::vector<ReferencePart>& parts, NameMeaning& meaning);
   void findBelow(const Nested& nested, const std::vector<ReferencePart>& parts, std::size_t place,
                  NameMeaning& meaning);
@@ -110,13 +111,15 @@ class CubeNames {
   const Defined* findDefinedMeasure(const std::string& folded);
   const Defined* findDefined(const std::vector<ReferencePart>& parts);
   bool addDefined(const std::vector<ReferencePart>& parts, NameMeaning& meaning);
-  void findMistake(const ReferencePart& part, NameMeaning& meaning) const;
+  void findMistake(const ReferencePart& part, NameMeaning& meaning);
 
   ModelNames& model_;
   DimensionNames& dimensions_;
   std::string cubeName_;
   std::unordered_map<std::string, Role> roles_;
+  std::vector<const Role*> inOrder_;                // the same
   std::unordered_map<std::string, Nested> nested_;  // hierarchies and attributes without their dimension
+  std::size_t nestedRoles_ = 0;                     // whose are there: few names need them
   ScriptNames defined_;                             // by whole names
   ScriptNames abbreviated_;                         // by names without levels, parents or the dimension
   ScriptNames newMeasures_;

@@ -41,7 +41,8 @@ class NameRelations {
  private:
   void reference(const ExpressionNode& node) {
     if (expression_.isQuery && node.bare) return;
-    if (local_.contains(foldedName(node.name)) || node.begin == functionAt_) return;
+    if (node.begin == functionAt_) return;
+    if (!local_.empty() && local_.contains(foldedName(node.name))) return;
     add(names_.find(node.name), node.name);
   }
 

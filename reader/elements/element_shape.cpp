@@ -69,7 +69,9 @@ const TAVDOMElement* findLabel(const TAVDOMElement& element) {
 }
 
 bool areEqual(const TAVDOMElement& a, const TAVDOMElement& b) {
-  std::vector<std::pair<const TAVDOMElement*, const TAVDOMElement*>> pairs{{&a, &b}};
+  std::vector<std::pair<const TAVDOMElement*, const TAVDOMElement*>> pairs;
+  pairs.reserve(16);  // bindings are small
+  pairs.emplace_back(&a, &b);
   while (!pairs.empty()) {
     const auto [first, second] = pairs.back();
     pairs.pop_back();
