@@ -41,7 +41,8 @@ bool isSaid(const TAVDOMElement& element, const ElementPlace& parent) {
 }
 
 bool foldsAll(Reading reading) {
-  return reading == Reading::fold || reading == Reading::annotation || reading == Reading::attributeCopy;
+  return reading == Reading::fold || reading == Reading::namedFold || reading == Reading::annotation ||
+         reading == Reading::attributeCopy;
 }
 
 /// Goes through one definition and lets the readers read what stands in it. It keeps the way down to where it
@@ -158,12 +159,15 @@ class ElementWalk {
 
   void openFold(ElementPlace& place, std::string name) {
     place.isFold = true;
-    const std::string_view said = place.label ? place.label->getValue() : std::string_view();
-    // Whether a value is secret is told by the name of its setting.
-    if (reading_.rule(place).reading == Reading::annotation)
-      reading_.settings.beginFold((name += '.') += annotationName(said), {});
+    const Reading reading = reading_.rule(place).reading;
+    const std::string_view label = place.label ? place.label->getValue() : std::string_view();
+    // Whether what an annotation says is secret is told by the name of its setting.
+    if (reading == Reading::annotation)
+      reading_.settings.beginFold((name += '.') += annotationName(label), {});
+    else if (reading == Reading::namedFold && place.label)
+      reading_.settings.beginFold((name += '.') += label, {});
     else
-      reading_.settings.beginFold(name, said);
+      reading_.settings.beginFold(name, label);
   }
 
   /// What columns are to the item that are bound in this part of it.

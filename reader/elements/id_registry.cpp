@@ -69,8 +69,13 @@ std::optional<ItemId> IdRegistry::findIn(std::string_view dimensionId, IdSpace s
 }
 
 const IdRegistry::Shown* IdRegistry::shownIn(const IdScope& scope) {
+  if (lastShown_ && areSame(lastCube_, scope.cube) && areSame(lastDimension_, scope.cubeDimension))
+    return lastShown_;
   const auto found = shown_.find({placeIn(IdSpace::cubeDimension, scope), scope.cubeDimension});
-  return found == shown_.end() ? nullptr : &found->second;
+  if (found == shown_.end()) return nullptr;
+  lastCube_ = scope.cube;
+  lastDimension_ = scope.cubeDimension;
+  return lastShown_ = &found->second;
 }
 
 std::optional<ItemId> IdRegistry::find(IdSpace space, const IdScope& scope, std::string_view id) {

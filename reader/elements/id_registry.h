@@ -86,7 +86,11 @@ class IdRegistry {
   std::unordered_map<Key, ItemId, KeyHash> items_;
   std::unordered_map<Key, Shown, KeyHash> shown_;
   std::unordered_map<std::string, Place> places_;
-  std::array<KnownPlace, kIdSpaceCount> lastPlaces_;  // most IDs stand where the one before them does
+  // Most IDs stand where the one before them does.
+  std::array<KnownPlace, kIdSpaceCount> lastPlaces_;
+  const Shown* lastShown_ = nullptr;
+  std::string_view lastCube_;
+  std::string_view lastDimension_;
 };
 
 }  // namespace tav
