@@ -82,8 +82,17 @@ class NameRelations {
     for (const ItemId item : meaning.items)
       if (item != expression_.item && relatedItems_.insert(item).second)
         details_.relate(expression_.relation, item, expression_.item);
+    if (meaning.whole && names_.isNewWhole(*meaning.whole)) relateWhole(*meaning.whole);
     if (meaning.taken) taken_.insert(meaning.taken);
     if (meaning.open) note(text, *meaning.open, meaning.note);
+  }
+
+  /// Lets a dimension that is named as a whole lead to its attributes: once for all expressions, not for
+  /// each.
+  void relateWhole(const TAVClassifier& dimension) {
+    const ItemId item = details_.itemOf(dimension);
+    for (const TAVFeature& attribute : dimension.features)
+      details_.relate(RelationKind::basis, details_.itemOf(attribute), item);
   }
 
   /// As what is said of a set beside the script does.
