@@ -1,5 +1,10 @@
 #include "reader/elements/id_registry.h"
 
+#include <algorithm>
+#include <tuple>
+#include <utility>
+#include <vector>
+
 namespace tav {
 namespace {
 
@@ -90,6 +95,58 @@ std::optional<ItemId> IdRegistry::find(IdSpace space, const IdScope& scope, std:
   const Shown* shown = shownIn(scope);
   if (!shown) return std::nullopt;
   return findIn(shown->dimensionId, space == IdSpace::attribute ? space : IdSpace::hierarchy, id);
+}
+
+bool IdRegistry::hasPlace(IdSpace space, const IdScope& scope) {
+  const auto isThere = [&](IdSpace outer, std::string_view id) {
+    return id.empty() || findExactly(outer, scope, id).has_value();
+  };
+  switch (space) {
+    case IdSpace::attribute:
+    case IdSpace::hierarchy:
+    case IdSpace::originalHierarchy:
+    case IdSpace::relationship:
+      if (scope.cubeDimension.empty()) return isThere(IdSpace::dimension, scope.dimension);
+      return shownIn(scope) && isThere(IdSpace::dimension, shownIn(scope)->dimensionId);
+    case IdSpace::measure:
+    case IdSpace::aggregationDesign:
+      if (!scope.group.empty()) return isThere(IdSpace::measureGroup, scope.group);
+      return isThere(IdSpace::cube, scope.cube);
+    case IdSpace::cubeDimension:
+    case IdSpace::measureGroup:
+    case IdSpace::measureGroupName:
+    case IdSpace::kpi:
+    case IdSpace::action:
+    case IdSpace::perspective:
+      return isThere(IdSpace::cube, scope.cube);
+    case IdSpace::miningColumn:
+      return isThere(IdSpace::miningStructure, scope.structure);
+    default:
+      return true;
+  }
+}
+
+IdRegistry::Place IdRegistry::shownPlace(IdSpace space, const IdScope& scope) {
+  const bool ofDimension = space == IdSpace::attribute || space == IdSpace::hierarchy;
+  const Shown* shown = ofDimension && !scope.cubeDimension.empty() ? shownIn(scope) : nullptr;
+  return shown ? placeOf(space, shown->dimensionId, {}) : placeIn(space, scope);
+}
+
+std::string_view IdRegistry::nearest(IdSpace space, const IdScope& scope, std::string_view id) {
+  if (spellings_.empty()) fillSpellings();
+  const auto known = spellings_.find(shownPlace(space, scope));
+  return known == spellings_.end() ? std::string_view() : known->second.nearest(id);
+}
+
+/// In the order of the document, as of two IDs that come equally near the first counts.
+void IdRegistry::fillSpellings() {
+  std::vector<std::pair<ItemId, Key>> inOrder;
+  inOrder.reserve(items_.size());
+  for (const auto& [key, item] : items_) inOrder.emplace_back(item, key);
+  std::sort(inOrder.begin(), inOrder.end(), [](const auto& a, const auto& b) {
+    return std::tie(a.first, a.second.place, a.second.id) < std::tie(b.first, b.second.place, b.second.id);
+  });
+  for (const auto& [item, key] : inOrder) spellings_[key.place].add(key.id);
 }
 
 ItemId IdRegistry::findInDimension(const IdScope& scope, std::string_view attributeId) {

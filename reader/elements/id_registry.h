@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "framework/details/details.h"
+#include "framework/std/spellings.h"
 #include "reader/elements/element_rules.h"
 
 namespace tav {
@@ -43,6 +44,10 @@ class IdRegistry {
 
   /// The item that an ID means there, or nothing.
   [[nodiscard]] std::optional<ItemId> find(IdSpace space, const IdScope& scope, std::string_view id);
+  /// Whether there is what such an ID is looked up in. Where it is missing, all that it would hold is.
+  [[nodiscard]] bool hasPlace(IdSpace space, const IdScope& scope);
+  /// The ID there that differs least from this one; empty when none comes near. No IDs are added after it.
+  [[nodiscard]] std::string_view nearest(IdSpace space, const IdScope& scope, std::string_view id);
   /// The attribute of the dimension that a cube shows; kNoItem when there is none.
   [[nodiscard]] ItemId findInDimension(const IdScope& scope, std::string_view attributeId);
   /// The cube's own attribute for one of the dimension that it shows; null when the model has none.
@@ -82,10 +87,15 @@ class IdRegistry {
   /// Null when the cube has no such dimension.
   [[nodiscard]] const Shown* shownIn(const IdScope& scope);
 
+  /// Where such an ID stands when a dimension of a cube shows what it means.
+  Place shownPlace(IdSpace space, const IdScope& scope);
+  void fillSpellings();
+
   Details& details_;
   std::unordered_map<Key, ItemId, KeyHash> items_;
   std::unordered_map<Key, Shown, KeyHash> shown_;
   std::unordered_map<std::string, Place> places_;
+  std::unordered_map<Place, Spellings> spellings_;  // made for the first ID that means nothing
   // Most IDs stand where the one before them does.
   std::array<KnownPlace, kIdSpaceCount> lastPlaces_;
   const Shown* lastShown_ = nullptr;

@@ -60,6 +60,8 @@ std::string_view ItemReader::nameOf(const ElementPlace& place) {
       return nameOf(IdSpace::originalHierarchy, *place.scope, element.getFirstElementValue(kHierarchyId));
     case ObjectKind::dimensionUsage:
       return nameOf(IdSpace::cubeDimension, *place.scope, element.getFirstElementValue(kCubeDimensionId));
+    case ObjectKind::accountType:
+      return element.getFirstElementValue("AccountType");
     default:
       const std::string_view name = element.getFirstElementValue(kName);
       return name.empty() ? element.getFirstElementValue(kId) : name;
