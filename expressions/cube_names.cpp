@@ -66,8 +66,11 @@ const DimensionNames::Names& DimensionNames::of(const TAVDimension& dimension) {
   for (const TAVFeature& feature : dimension.features)
     if (const auto* attribute = as<TAVDimensionAttribute>(&feature))
       names.attributes.try_emplace(foldedName(attribute->getName()), attribute);
-  for (TAVHierarchy& hierarchy : dimension.hierarchies)
+  for (TAVHierarchy& hierarchy : dimension.hierarchies) {
     names.hierarchies.try_emplace(foldedName(hierarchy.getName()), &hierarchy);
+    for (const TAVHierarchyLevelAssociation& use : hierarchy.hierarchyLevelAssociations)
+      if (use.level) names.levels.try_emplace(foldedName(use.level->getName()), keyAttributeOf(*use.level));
+  }
   return names;
 }
 
@@ -103,16 +106,14 @@ CubeNames::CubeNames(const TAVDimension& dimension, ModelNames& model, Dimension
 void CubeNames::addRole(std::string_view name, Role role) {
   const auto [place, isNew] = roles_.try_emplace(foldedName(name), role);
   if (!isNew) return;
+  inOrder_.push_back(&place->second);
   spellings_.add(name);
-  for (TAVHierarchy& hierarchy : role.dimension->hierarchies) {
-    nested_.try_emplace(foldedName(hierarchy.getName()), Nested{&place->second, &hierarchy, nullptr});
+  for (const TAVHierarchy& hierarchy : role.dimension->hierarchies) {
     spellings_.add(hierarchy.getName());
+    for (const TAVHierarchyLevelAssociation& use : hierarchy.hierarchyLevelAssociations)
+      if (use.level) spellings_.add(use.level->getName());
   }
-  for (const auto& feature : role.dimension->features) {
-    if (const auto* attribute = as<TAVDimensionAttribute>(&feature))
-      nested_.try_emplace(foldedName(attribute->getName()), Nested{&place->second, nullptr, attribute});
-    spellings_.add(feature.getName());
-  }
+  for (const auto& feature : role.dimension->features) spellings_.add(feature.getName());
 }
 
 void CubeNames::addFolder(const TAVDesignPackage& folder) {
@@ -231,7 +232,7 @@ NameMeaning CubeNames::find(std::string_view reference) {
   return meaning;
 }
 
-void CubeNames::findMistake(const ReferencePart& part, NameMeaning& meaning) const {
+void CubeNames::findMistake(const ReferencePart& part, NameMeaning& meaning) {
   if (const auto beyond = beyond_.find(part.folded); beyond != beyond_.end()) {
     meaning.open = OpenNameState::beyond;
     meaning.note = beyond->second;
@@ -284,8 +285,24 @@ bool CubeNames::addDefined(const std::vector<ReferencePart>& parts, NameMeaning&
   return true;
 }
 
-/// A hierarchy or attribute whose dimension is left out.
+void CubeNames::addNested() {
+  hasNested_ = true;
+  for (const Role* role : inOrder_) {
+    const DimensionNames::Names& names = dimensions_.of(*role->dimension);
+    for (const auto& [name, hierarchy] : names.hierarchies)
+      nested_.try_emplace(name, Nested{role, hierarchy, nullptr});
+    for (const auto& [name, attribute] : names.attributes)
+      nested_.try_emplace(name, Nested{role, nullptr, attribute});
+  }
+  // Levels come last: most are called as their attributes are.
+  for (const Role* role : inOrder_)
+    for (const auto& [name, attribute] : dimensions_.of(*role->dimension).levels)
+      if (attribute) nested_.try_emplace(name, Nested{role, nullptr, attribute});
+}
+
+/// A hierarchy, attribute or level whose dimension is left out.
 void CubeNames::findNested(const std::vector<ReferencePart>& parts, NameMeaning& meaning) {
+  if (!hasNested_) addNested();
   const auto found = nested_.find(parts.front().folded);
   if (found == nested_.end()) return;
   meaning.dimension = found->second.role->dimension;
@@ -295,7 +312,8 @@ void CubeNames::findNested(const std::vector<ReferencePart>& parts, NameMeaning&
 void CubeNames::findInRole(const Role& role, const std::vector<ReferencePart>& parts, NameMeaning& meaning) {
   const std::string_view dimension = parts.front().name;
   const auto whole = [&](const std::string& what) {
-    meaning.objects.push_back(role.alias ? static_cast<const TAVModelObject*>(role.alias) : role.dimension);
+    meaning.whole = role.alias ? static_cast<const TAVClassifier*>(role.alias) : role.dimension;
+    meaning.objects.push_back(meaning.whole);
     meaning.open = OpenNameState::exists;
     meaning.note = what + bracketed(dimension);
   };
@@ -306,6 +324,8 @@ void CubeNames::findInRole(const Role& role, const std::vector<ReferencePart>& p
     return findBelow({&role, hierarchy->second, nullptr}, parts, 2, meaning);
   if (const auto attribute = names.attributes.find(second.folded); attribute != names.attributes.end())
     return findBelow({&role, nullptr, attribute->second}, parts, 2, meaning);
+  if (const auto level = names.levels.find(second.folded); level != names.levels.end() && level->second)
+    return addAttribute(role, level->second, meaning);
   if (meansAll(second.folded)) return whole("the All member of ");
   if (second.isKey) return whole("a member of ");
   findMistake(second, meaning);

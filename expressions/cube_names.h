@@ -38,6 +38,7 @@ struct NameMeaning {
   const TAVDimension* dimension = nullptr;  ///< the dimension of the database that it leads through
   const TAVDimension* taken = nullptr;      ///< another one of that name, which the model takes it for
   bool isAsInModel = false;                 ///< the model finds the same dimension
+  const TAVClassifier* whole = nullptr;     ///< a dimension of which no part is named
 };
 
 /// Attributes and hierarchies of the database's dimensions by name, letter case ignored.
@@ -46,6 +47,7 @@ class DimensionNames {
   struct Names {
     std::unordered_map<std::string, const TAVDimensionAttribute*> attributes;
     std::unordered_map<std::string, TAVHierarchy*> hierarchies;
+    std::unordered_map<std::string, const TAVDimensionAttribute*> levels;  ///< by what their keys are
   };
   const Names& of(const TAVDimension& dimension);
 
@@ -83,6 +85,9 @@ class CubeNames {
   [[nodiscard]] const std::vector<const TAVFeature*>& kpiValues() const { return kpiValues_; }
   [[nodiscard]] bool isMeasure(const TAVModelObject* object) const { return isMeasure_.contains(object); }
 
+  /// Whether an expression names that dimension as a whole for the first time.
+  bool isNewWhole(const TAVClassifier& dimension) { return wholes_.insert(&dimension).second; }
+
   /// CURRENTCUBE, or the cube's own name, before a name.
   void leaveOutCube(std::vector<ReferencePart>& parts) const;
 
@@ -101,6 +106,7 @@ class CubeNames {
   void addRole(std::string_view name, Role role);
   void addFolder(const TAVDesignPackage& folder);
   void findInRole(const Role& role, const std::vector<ReferencePart>& parts, NameMeaning& meaning);
+  void addNested();
   void findNested(const std::vector<ReferencePart>& parts, NameMeaning& meaning);
   void findBelow(const Nested& nested, const std::vector<ReferencePart>& parts, std::size_t place,
                  NameMeaning& meaning);
@@ -110,13 +116,15 @@ class CubeNames {
   const Defined* findDefinedMeasure(const std::string& folded);
   const Defined* findDefined(const std::vector<ReferencePart>& parts);
   bool addDefined(const std::vector<ReferencePart>& parts, NameMeaning& meaning);
-  void findMistake(const ReferencePart& part, NameMeaning& meaning) const;
+  void findMistake(const ReferencePart& part, NameMeaning& meaning);
 
   ModelNames& model_;
   DimensionNames& dimensions_;
   std::string cubeName_;
   std::unordered_map<std::string, Role> roles_;
-  std::unordered_map<std::string, Nested> nested_;  // hierarchies and attributes without their dimension
+  std::vector<const Role*> inOrder_;                // the same
+  std::unordered_map<std::string, Nested> nested_;  // hierarchies, attributes, levels without their dimension
+  bool hasNested_ = false;                          // few names need them
   ScriptNames defined_;                             // by whole names
   ScriptNames abbreviated_;                         // by names without levels, parents or the dimension
   ScriptNames newMeasures_;
@@ -128,6 +136,7 @@ class CubeNames {
   std::vector<const TAVFeature*> measures_;
   std::vector<const TAVFeature*> kpiValues_;
   std::unordered_set<const TAVModelObject*> isMeasure_;
+  std::unordered_set<const TAVClassifier*> wholes_;
   Spellings spellings_;
 };
 

@@ -41,7 +41,8 @@ class NameRelations {
  private:
   void reference(const ExpressionNode& node) {
     if (expression_.isQuery && node.bare) return;
-    if (local_.contains(foldedName(node.name)) || node.begin == functionAt_) return;
+    if (node.begin == functionAt_) return;
+    if (!local_.empty() && local_.contains(foldedName(node.name))) return;
     add(names_.find(node.name), node.name);
   }
 
@@ -81,8 +82,17 @@ class NameRelations {
     for (const ItemId item : meaning.items)
       if (item != expression_.item && relatedItems_.insert(item).second)
         details_.relate(expression_.relation, item, expression_.item);
+    if (meaning.whole && names_.isNewWhole(*meaning.whole)) relateWhole(*meaning.whole);
     if (meaning.taken) taken_.insert(meaning.taken);
     if (meaning.open) note(text, *meaning.open, meaning.note);
+  }
+
+  /// Lets a dimension that is named as a whole lead to its attributes: once for all expressions, not for
+  /// each.
+  void relateWhole(const TAVClassifier& dimension) {
+    const ItemId item = details_.itemOf(dimension);
+    for (const TAVFeature& attribute : dimension.features)
+      details_.relate(RelationKind::basis, details_.itemOf(attribute), item);
   }
 
   /// As what is said of a set beside the script does.

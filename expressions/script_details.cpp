@@ -59,6 +59,12 @@ std::string plainValue(std::string_view value) {
   return end + 1 == value.size() ? unquotedPart(value) : std::string(value);
 }
 
+/// The measure in `'Table'[Measure]`.
+std::string daxMeasureName(const ScriptStatement& statement) {
+  const std::string_view name = statement.name;
+  return unquotedPart(name.substr(std::min(name.rfind('['), name.size())));
+}
+
 /// The beginning of a text on one line.
 std::string labelOf(std::string_view text) {
   std::string label;
@@ -327,12 +333,14 @@ ItemId ScriptDetails::makeMember(const ScriptStatement& statement) {
   return item;
 }
 
-/// `'Table'[Measure]`
 ItemId ScriptDetails::makeDaxMeasure(const ScriptStatement& statement) {
-  const std::string name =
-      unquotedPart(statement.name.substr(std::min(statement.name.rfind('['), statement.name.size())));
+  const std::string name = daxMeasureName(statement);
   if (!statement.fault) QVT_SSXMLA::MICROSOFT_XMLA_NO_SUCH_MEASURE.log(*run_.log, name, cube_.getPath(true));
-  return details_.add(ObjectKind::calculatedMember, cubeItem_, name, statement.expression, kDax);
+  const ItemId known = known_.take(cubeItem_, ObjectKind::calculatedMember, bracketed(name));
+  if (known == kNoItem)
+    return details_.add(ObjectKind::calculatedMember, cubeItem_, name, statement.expression, kDax);
+  details_.setText(known, statement.expression, kDax);
+  return known;
 }
 
 void ScriptDetails::define(const ScriptStatement& statement, ItemId item, CubeNames::Moment moment) {
@@ -340,6 +348,9 @@ void ScriptDetails::define(const ScriptStatement& statement, ItemId item, CubeNa
   const bool isMember = statement.kind == StatementKind::member && !details_.item(item).object;
   if (isSet || isMember || statement.kind == StatementKind::kpi)
     names_.define(statement.name, item, isSet, moment);
+  // MDX calls a DAX measure as it calls any other.
+  if (statement.kind == StatementKind::measure && !statement.fault)
+    names_.define("[Measures]." + bracketed(daxMeasureName(statement)), item, false, moment);
 }
 
 /// A measure that the model has is dropped for nobody: the model has it.

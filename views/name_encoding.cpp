@@ -56,6 +56,7 @@ Code codeAt(std::string_view text) {
 
 std::string encodeName(std::string_view text) {
   const std::size_t strange = findStrange(text);
+  if (strange == text.size()) return std::string(text);
   std::string name(text.substr(0, strange));
   const std::string mended = mendedUtf8(text.substr(strange));
   for (std::string_view rest = mended; !rest.empty();) {

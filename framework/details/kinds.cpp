@@ -60,6 +60,7 @@ constexpr std::array<ObjectKindRow, kObjectKindCount> kObjectKinds{{
     {"miningColumn", "mining column", "mining columns"},
     {"miningModel", "mining model", "mining models", false, false, kUnordered},
     {"assembly", "assembly", "assemblies", false, false, kUnordered},
+    {"accountType", "account type", "account types", false, false, kUnordered},
     {"calculationItem", "calculation item", "calculation items"},
     {"sharedExpression", "expression", "expressions", false, false, kUnordered},
     {"function", "function", "functions", false, false, kUnordered},

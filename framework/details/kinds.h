@@ -66,6 +66,7 @@ enum class ObjectKind : std::uint8_t {
   miningColumn,
   miningModel,
   assembly,
+  accountType,  ///< how accounts of a type are added up, and what else the type is called
   calculationItem,
   sharedExpression,  ///< an M expression or parameter that others name
   function,          ///< a DAX function of the model

@@ -1,6 +1,8 @@
 #include "framework/serialization/details_writer.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <span>
 #include <unordered_map>
 #include <utility>
@@ -200,7 +202,10 @@ class DetailsWriter {
   }
   /// How far a number lies behind the last one, which it becomes.
   void distance(std::uint32_t& last, std::uint32_t number) {
-    text_ += std::to_string(std::int64_t{number} - std::int64_t{last});
+    std::array<char, 16> digits;
+    const auto end =
+        std::to_chars(digits.begin(), digits.end(), std::int64_t{number} - std::int64_t{last}).ptr;
+    text_.append(digits.data(), end);
     last = number;
   }
 

@@ -22,19 +22,26 @@ std::string Spellings::bucketOf(char side, std::string_view text, std::size_t le
 }
 
 void Spellings::add(std::string_view name) {
-  std::string folded = foldedName(name);
-  if (folded.size() < kSide || folded.size() > kLongestName) return;
-  const auto place = static_cast<std::uint32_t>(names_.size());
-  for (const char side : {'<', '>'}) {
-    std::vector<std::uint32_t>& bucket = buckets_[bucketOf(side, folded, folded.size())];
-    if (bucket.size() < kBucketSize) bucket.push_back(place);
-  }
-  names_.push_back({std::string(name), std::move(folded)});
+  if (name.size() < kSide || name.size() > kLongestName) return;
+  names_.push_back({text_.size(), name.size(), {}});
+  text_ += name;
 }
 
-std::string_view Spellings::nearest(std::string_view name) const {
+void Spellings::fillBuckets() {
+  for (; inBuckets_ < names_.size(); ++inBuckets_) {
+    Name& name = names_[inBuckets_];
+    name.folded = foldedName(shown(name));
+    for (const char side : {'<', '>'}) {
+      std::vector<std::uint32_t>& bucket = buckets_[bucketOf(side, name.folded, name.folded.size())];
+      if (bucket.size() < kBucketSize) bucket.push_back(static_cast<std::uint32_t>(inBuckets_));
+    }
+  }
+}
+
+std::string_view Spellings::nearest(std::string_view name) {
   const std::string folded = foldedName(name);
   if (folded.size() < kSide || folded.size() > kLongestName) return {};
+  fillBuckets();
   std::size_t least = std::min(kMostDifferences, folded.size() / 3) + 1;
   const Name* found = nullptr;
   std::vector<std::size_t> row;
@@ -51,7 +58,7 @@ std::string_view Spellings::nearest(std::string_view name) const {
       }
     }
   }
-  return found ? std::string_view(found->shown) : std::string_view();
+  return found ? shown(*found) : std::string_view();
 }
 
 }  // namespace tav

@@ -14,17 +14,25 @@ namespace tav {
 class TAV_API Spellings {
  public:
   void add(std::string_view name);
-  /// The name that differs least from this one, letter case ignored; empty when none comes near.
-  [[nodiscard]] std::string_view nearest(std::string_view name) const;
+  /// The name that differs least from this one, letter case ignored; empty when none comes near. It stays
+  /// until another name is added.
+  [[nodiscard]] std::string_view nearest(std::string_view name);
 
  private:
   struct Name {
-    std::string shown;
-    std::string folded;
+    std::size_t begin;  // in `text_`
+    std::size_t length;
+    std::string folded;  // of those in buckets
   };
+  [[nodiscard]] std::string_view shown(const Name& name) const {
+    return std::string_view(text_).substr(name.begin, name.length);
+  }
+  void fillBuckets();
   static std::string bucketOf(char side, std::string_view text, std::size_t length);
 
+  std::string text_;  // of all names
   std::vector<Name> names_;
+  std::size_t inBuckets_ = 0;  // names: the rest waits for a search, as most lists are never searched
   std::unordered_map<std::string, std::vector<std::uint32_t>> buckets_;
 };
 

@@ -77,7 +77,7 @@ _xmla_bridge() {
           words+=' level relationship cubeHierarchy dimensionUsage partition refreshPolicy'
           words+=' aggregationDesign script everyMeasure namedSet calculatedMember calculatedCells'
           words+=' scope assignment scriptStatement action role permission miningStructure'
-          words+=' miningColumn miningModel assembly calculationItem sharedExpression function'
+          words+=' miningColumn miningModel assembly accountType calculationItem sharedExpression function'
           words+=' culture calendar report reportPage visual bookmark reportMeasure reportDataSet other'
           ;;
         unused) words='tables columns dimensions attributes measures members sets expressions functions' ;;

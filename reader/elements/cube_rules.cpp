@@ -137,7 +137,7 @@ constexpr std::array kMeasureGroup{
     expression("Partitions/Partition/Slice", RelationKind::filters),
 
     item("AggregationDesigns/AggregationDesign", ObjectKind::aggregationDesign, IdSpace::aggregationDesign),
-    read("AggregationDesigns/AggregationDesign/Dimensions/Dimension", Reading::fold),
+    read("AggregationDesigns/AggregationDesign/Dimensions/Dimension", Reading::namedFold),
     read("AggregationDesigns/AggregationDesign/Aggregations/Aggregation", Reading::fold),
 };
 

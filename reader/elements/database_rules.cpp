@@ -76,7 +76,9 @@ constexpr std::array kDatabase{
     read("DataSources/DataSource/ConnectionString", Reading::connection),
     item("Roles/Role", ObjectKind::role, IdSpace::role),
     item("Assemblies/Assembly", ObjectKind::assembly, IdSpace::assembly),
-    item("Accounts/Account", ObjectKind::other),
+    item("Accounts/Account", ObjectKind::accountType),
+    // It is called by its type.
+    read("Accounts/Account/AccountType", Reading::known),
 };
 
 }  // namespace

@@ -41,12 +41,14 @@ enum class IdSpace : std::uint8_t {
   miningModel,
   assembly,
 };
+inline constexpr std::size_t kIdSpaceCount = static_cast<std::size_t>(IdSpace::assembly) + 1;
 
 enum class Reading : std::uint8_t {
   byContent,        ///< as without a row
   item,             ///< an item of the details, or the object that the model made of it
   part,             ///< no item, whatever it holds
   fold,             ///< all that it holds is one setting
+  namedFold,        ///< the same, and its label is in the name of that: many items say it alike
   attributeCopy,    ///< a fold, unless it repeats an attribute of a dimension
   source,           ///< what it holds is looked up where a linked object comes from
   reference,        ///< the ID of something

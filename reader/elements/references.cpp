@@ -1,5 +1,7 @@
 #include "reader/elements/references.h"
 
+#include "views/dsv_reader.h"
+
 namespace tav {
 namespace {
 
@@ -37,10 +39,22 @@ void IdReferences::resolve(const IdReference& reference) {
   if (reference.scope->isBeyond && reference.space != IdSpace::dataSource)
     return run_.details->addOpenName(reference.item, reference.id, OpenNameState::beyond, reference.tag);
   const auto found = ids_.find(reference.space, *reference.scope, reference.id);
-  if (!found) return run_.details->addOpenName(reference.item, reference.id, OpenNameState::mistake);
+  if (!found) return addMissing(reference);
   // What is shown as it is, the model says.
   if (reference.relation != RelationKind::direct && *found != reference.item)
     relate(reference.relation, *found, reference.item, reference.text);
+}
+
+/// What does not exist is an open name, once for an item: an action may list fifty columns of a cube that is
+/// gone. Its other IDs, and those that only what is missing could hold, become settings, so that none is
+/// lost.
+void IdReferences::addMissing(const IdReference& reference) {
+  Details& details = *run_.details;
+  if (!ids_.hasPlace(reference.space, *reference.scope) ||
+      !isNewMissing(reference.item, std::string(reference.id)))
+    return details.set(reference.item, reference.tag, reference.id);
+  details.addOpenName(reference.item, reference.id, OpenNameState::mistake,
+                      ids_.nearest(reference.space, *reference.scope, reference.id));
 }
 
 void IdReferences::resolve(const ColumnReference& reference) {
@@ -57,7 +71,19 @@ void IdReferences::resolve(const ColumnReference& reference) {
     return relate(reference.relation, details.itemOf(*column), reference.item, reference.text);
   }
   const std::string name = std::string(reference.table) + "." + std::string(reference.column);
-  details.addOpenName(reference.item, name, OpenNameState::mistake);
+  if (isNewMissing(reference.item, name))
+    details.addOpenName(reference.item, name, OpenNameState::mistake, nearestColumn(reference));
+}
+
+std::string IdReferences::nearestColumn(const ColumnReference& reference) {
+  const TAVClassifier* table = run_.columns.findTable(reference.view, reference.table);
+  if (!table) return {};
+  const auto [place, isNew] = columnSpellings_.try_emplace(table);
+  if (isNew)
+    for (const TAVFeature& column : table->features)
+      place->second.add(TAVDsvReader::stringUnescape(column.nativeId));
+  const std::string_view nearest = place->second.nearest(reference.column);
+  return nearest.empty() ? std::string() : std::string(reference.table).append(".").append(nearest);
 }
 
 }  // namespace tav

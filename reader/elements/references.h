@@ -4,8 +4,13 @@
 // may stand in front of what it means.
 
 #include <cstdint>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
+#include "framework/std/spellings.h"
 #include "reader/elements/id_registry.h"
 #include "reader/elements/number_set.h"
 #include "reader/run/import_run.h"
@@ -48,12 +53,18 @@ class IdReferences {
  private:
   void resolve(const IdReference& reference);
   void resolve(const ColumnReference& reference);
+  void addMissing(const IdReference& reference);
+  /// Whether an item has not named that yet which does not exist.
+  bool isNewMissing(ItemId item, std::string_view name) { return missing_.emplace(item, name).second; }
+  std::string nearestColumn(const ColumnReference& reference);
 
   ImportRun& run_;
   IdRegistry ids_;
   std::vector<IdReference> references_;
   std::vector<ColumnReference> columns_;
   NumberSet known_;  // relations without a text
+  std::set<std::pair<ItemId, std::string>> missing_;
+  std::unordered_map<const TAVClassifier*, Spellings> columnSpellings_;  // of tables that a column misses
 };
 
 }  // namespace tav

@@ -52,7 +52,9 @@ std::string textOf(const tav::Details& details) {
            std::string(setting.value));
   }
   for (const tav::DetailRelation& relation : details.relations()) {
-    if (isOfScript(details, relation.from) || isOfScript(details, relation.to))
+    const bool isOfWhole = relation.kind == tav::RelationKind::basis && details.item(relation.to).object &&
+                           tav::is<TAVAliasClassifier>(*details.item(relation.to).object);
+    if (isOfWhole || isOfScript(details, relation.from) || isOfScript(details, relation.to))
       line(nameOf(details, relation.from) + " -" + std::string(tav::rowOf(relation.kind).name) + "> " +
            nameOf(details, relation.to));
   }
