@@ -29,6 +29,8 @@ constexpr std::array kNamed{NodeKind::dimension, NodeKind::attribute,         No
 constexpr std::array kUsable{NodeKind::viewTable,        NodeKind::namedQuery, NodeKind::computedColumn,
                              NodeKind::sharedExpression, NodeKind::function,   NodeKind::namedSet,
                              NodeKind::calculatedMember};
+constexpr std::array kRelationships{NodeKind::relationship};
+constexpr std::array kKeys{NodeKind::attribute};
 constexpr std::array kDescribed{NodeKind::measure, NodeKind::calculatedMeasure, NodeKind::dimension};
 
 CheckFinding about(const LineageGraph& graph, NodeId id, std::string message) {
@@ -148,6 +150,41 @@ Findings findEqualExpressions(const CheckSubject& subject, const CheckSettings& 
   });
 }
 
+bool isInactive(const LineageGraph& graph, NodeId relationship) {
+  const auto settings = graph.rawSettings(relationship);
+  return std::any_of(settings.begin(), settings.end(), [](const DetailSetting* setting) {
+    return setting->name == "isActive" && setting->value == "false";
+  });
+}
+
+/// A relationship that no expression activates gives nothing to anyone.
+Findings findInactive(const CheckSubject& subject, const CheckSettings& settings) {
+  return judgeNodes(subject, settings, [&](NodeId id) {
+    const bool idle = isInactive(subject.graph, id) && subject.graph.outOf(id).empty();
+    return idle ? std::string("it is inactive, and no expression activates it") : std::string();
+  });
+}
+
+/// Whether a column is the many side of a relationship, and nothing else uses it.
+bool isOnlyKey(const LineageGraph& graph, NodeId id) {
+  bool joins = false;
+  for (const std::uint32_t place : graph.outOf(id)) {
+    const LineageEdge& edge = graph.edges()[place];
+    const NodeKind to = graph.node(edge.to).kind;
+    if (isCopyKind(to) || rowOf(edge.kind).sense == RelationSense::shows) continue;
+    if (to != NodeKind::relationship) return false;
+    joins |= graph.edgeText(edge) == "from";
+  }
+  return joins;
+}
+
+Findings findVisibleKeys(const CheckSubject& subject, const CheckSettings& settings) {
+  return judgeNodes(subject, settings, [&](NodeId id) {
+    const bool seen = !subject.graph.isHidden(id) && isOnlyKey(subject.graph, id);
+    return seen ? std::string("it only joins tables, and people see it") : std::string();
+  });
+}
+
 Findings findPasswords(const CheckSubject& subject, const CheckSettings& /*settings*/) {
   Findings findings;
   for (const TAVStoreConnection& connection : subject.graph.model().storeConnections) {
@@ -225,6 +262,10 @@ constexpr std::array kRules{
               kNamed, false, findBlanksAround},
     CheckRule{"equal-expressions", "No two measures are computed in the same way", CheckSeverity::info, false,
               0, kCalculated, false, findEqualExpressions},
+    CheckRule{"inactive-relationships", "Every inactive relationship is activated by some expression",
+              CheckSeverity::info, false, 0, kRelationships, false, findInactive},
+    CheckRule{"visible-keys", "Columns that only join tables are hidden", CheckSeverity::off, false, 0, kKeys,
+              false, findVisibleKeys},
     CheckRule{"password",
               "No connection string holds a password",
               CheckSeverity::warning,

@@ -38,6 +38,14 @@ std::vector<std::string> keysOf(std::string_view name) {
   return keys;
 }
 
+bool hasReaders(SqliteDatabase& database) {
+  const auto [from, to] = readPartRange({});
+  SqliteStatement first(database, "SELECT 1 FROM nodes WHERE meeting > ?1 AND meeting < ?2 LIMIT 1");
+  first.bind(1, from);
+  first.bind(2, to);
+  return first.next();
+}
+
 std::unordered_map<std::int64_t, std::string> namesOf(const std::vector<EstateModel>& models) {
   std::unordered_map<std::int64_t, std::string> names;
   for (const EstateModel& model : models) names.emplace(model.id, model.name);
@@ -60,7 +68,7 @@ EstateRows::EstateRows(const std::string& path, const std::vector<EstateModel>& 
       edgesOutOf_(database_, std::string(kEdges) + "WHERE e.from_id = ?1 ORDER BY e.rowid"),
       openNames_(database_, "SELECT name, state, note FROM open_names WHERE node_id = ?1 ORDER BY rowid") {
   for (const auto& [id, name] : models_) modelsByName_.emplace(foldedName(name), id);
-  readsModels_ = !readersOf({}).empty();
+  readsModels_ = hasReaders(database_);
   readNotes();
 }
 
@@ -282,7 +290,7 @@ EstateRows::Ids EstateRows::twinsOf(const StoredNode& node) {
   return readNodes(byMeeting_);
 }
 
-/// What models over others read of a part, or of all where the key is empty.
+/// What models over others read of a part.
 EstateRows::Ids EstateRows::readersOf(std::string_view partKey) {
   const auto [from, to] = readPartRange(partKey);
   byPart_.bind(1, from);
