@@ -154,6 +154,17 @@ TEST(Program, Reports) {
   });
 }
 
+// Definitions of very many small files, made for the test: all of them are read, in time in proportion.
+TEST(Program, ManyParts) {
+  tav::test::checkCorpus("host/many_parts.txt", [](const std::string& commands) {
+    return tav::test::runCommands(std::string(kInputsPrelude) + commands + kInputsEnd,
+                                  [](const tav::test::TemporaryFolder& folder) {
+                                    std::filesystem::copy_file(tav::test::testFile("host/many_parts.py"),
+                                                               folder.path() / "many_parts.py");
+                                  });
+  });
+}
+
 // damaged: breaks each file of a project of Power BI in turn by the command that follows, which is given the
 // file, imports what is left, and tells the exit code and what was said. Nobody is who may not read all
 // files.
