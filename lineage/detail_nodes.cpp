@@ -1,6 +1,7 @@
 // The nodes and edges that a lineage graph has out of the details of a definition.
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <unordered_set>
 
@@ -71,6 +72,28 @@ struct EdgeLabelHash {
   }
 };
 
+/// Labels of the edges into one node. Most nodes have few, which are compared one by one.
+class EdgeLabels {
+ public:
+  /// Whether the label is new.
+  bool insert(const EdgeLabel& label) {
+    if (!many_.empty()) return many_.insert(label).second;
+    const auto end = few_.begin() + static_cast<std::ptrdiff_t>(count_);
+    if (std::find(few_.begin(), end, label) != end) return false;
+    if (count_ < few_.size()) {
+      few_[count_++] = label;
+      return true;
+    }
+    many_.insert(few_.begin(), few_.end());
+    return many_.insert(label).second;
+  }
+
+ private:
+  std::array<EdgeLabel, 16> few_{};
+  std::size_t count_ = 0;
+  std::unordered_set<EdgeLabel, EdgeLabelHash> many_;  // empty until there are more
+};
+
 }  // namespace
 
 /// Of the edges into one node, which begin at `first`: leaves out relations that the model has as well, those
@@ -80,7 +103,7 @@ void GraphBuilder::settleEdges(std::size_t first) {
   const auto begin = edges.begin() + static_cast<std::ptrdiff_t>(first);
   if (std::none_of(begin, edges.end(), [](const LineageEdge& edge) { return edge.relation != kNoRelation; }))
     return;
-  std::unordered_set<EdgeLabel, EdgeLabelHash> known;
+  EdgeLabels known;
   std::unordered_set<NodeId> replaced;
   for (auto edge = begin; edge != edges.end(); ++edge)
     if (edge->kind == EdgeKind::replaced) replaced.insert(edge->from);
@@ -90,7 +113,7 @@ void GraphBuilder::settleEdges(std::size_t first) {
       return true;
     const char* text =
         edge.relation == kNoRelation ? nullptr : graph_.details_->relations()[edge.relation].text.data();
-    return !known.insert({edge.from, edge.kind, text}).second;
+    return !known.insert({edge.from, edge.kind, text});
   };
   edges.erase(std::remove_if(begin, edges.end(), isSuperfluous), edges.end());
   if (replaced.empty()) return;
