@@ -2,7 +2,9 @@ package KORV.bridges.MicrosoftSqlServerAs.Import.tmdl;
 
 import java.nio.file.Path;
 import java.util.ArrayList;
+import java.util.HashSet;
 import java.util.List;
+import java.util.Set;
 
 /**
  * How the files of a folder end. Whoever writes all of them ends all in the same way, most in an empty line:
@@ -25,11 +27,15 @@ final class TmdlEnds {
     }
   }
 
-  void tell(TmdlFaults faults) {
-    if (empty < LEAST || 2 * others.size() > empty) return;
+  /** Tells of the files that end otherwise, and gives their paths. */
+  Set<String> tell(TmdlFaults faults) {
+    if (empty < LEAST || 2 * others.size() > empty) return Set.of();
+    Set<String> told = new HashSet<>();
     for (Path file : others) {
       faults.enter(file.toString());
       faults.warn(-1, 0, "the file does not end in an empty line as most of the others do; it may be cut off");
+      told.add(file.toString());
     }
+    return told;
   }
 }

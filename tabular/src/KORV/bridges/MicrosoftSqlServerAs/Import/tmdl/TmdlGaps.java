@@ -24,20 +24,23 @@ final class TmdlGaps {
 
   private final TmdlObject model;
   private final TmdlFaults faults;
+  /** Files that may be cut off, by how they end. */
+  private final Set<String> doubtful;
   /** What was told, by its kind and name. */
   private final Set<String> told = new HashSet<>();
   private boolean partitioned;
 
-  private TmdlGaps(TmdlObject model, TmdlFaults faults) {
+  private TmdlGaps(TmdlObject model, Set<String> doubtful, TmdlFaults faults) {
     this.model = model;
+    this.doubtful = doubtful;
     this.faults = faults;
   }
 
   /** Looks through a definition that was read from these files. Only what says to be a whole one has gaps. */
-  static void tell(TmdlObject database, List<Path> files, TmdlFaults faults) {
+  static void tell(TmdlObject database, List<Path> files, Set<String> doubtful, TmdlFaults faults) {
     TmdlObject model = database.part(TmdlKind.MODEL, "");
     if (!database.declared && !model.declared) return;
-    TmdlGaps gaps = new TmdlGaps(model, faults);
+    TmdlGaps gaps = new TmdlGaps(model, doubtful, faults);
     gaps.tellFiles(database, files);
     gaps.tellParts();
   }
@@ -135,8 +138,9 @@ final class TmdlGaps {
   private void tellTable(TmdlObject table) {
     if (!table.declared) return;
     boolean group = find(table, TmdlKind.CALCULATION_GROUP) != null;
-    boolean missed = partitioned && !group && find(table, TmdlKind.COLUMN) != null;
-    if (missed && find(table, TmdlKind.PARTITION) == null)
+    // One that people write to hold measures only may have none.
+    boolean filled = find(table, TmdlKind.COLUMN) != null || doubtful.contains(table.file);
+    if (partitioned && !group && filled && find(table, TmdlKind.PARTITION) == null)
       lose(table, "has no partition, as other tables have: where its data comes from is lost");
     for (TmdlObject part : table.parts) {
       switch (part.kind) {

@@ -11,6 +11,7 @@ import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.List;
+import java.util.Set;
 
 /** Reads a definition in TMDL, a folder or one file, as the tree that the same definition is in JSON. */
 public final class TmdlReader {
@@ -77,11 +78,11 @@ public final class TmdlReader {
       ends.add(file, text);
       TmdlParser.parse(text, root, faults);
     }
-    ends.tell(faults);
+    Set<String> doubtful = ends.tell(faults);
     TmdlObject database = root.part(TmdlKind.DATABASE, "");
     if (!database.declared && database.json.names.isEmpty() && database.parts.isEmpty())
       throw new ImportException(ImportException.DEFINITION, 0, 0, "no database, model or part of a model");
-    TmdlGaps.tell(database, folder ? files : List.of(), faults);
+    TmdlGaps.tell(database, folder ? files : List.of(), doubtful, faults);
     return TmdlTree.make(root, nameOf(path), faults);
   }
 
