@@ -106,6 +106,7 @@ need_for_tests() {
   need command parallel parallel
   need command sqlite3 sqlite3
   need command git git
+  need command python3 python3
   need command chromium chromium
 }
 
