@@ -117,14 +117,17 @@ std::string measureExpression(std::uint64_t table, std::size_t number, Random& r
   const std::string column = "'" + name.name + "'[" + figure(number % kFactFigures) + "]";
   if (number < kFactFigures) return "SUM ( " + column + " )";
   const std::string base = "[" + measureName(name, number % kFactFigures) + "]";
-  const std::string other = "'" + nameOf(table + 1 + random.below(kTablesOfArea - 1)).name + "'[" +
-                            std::string(kQualities[random.below(kQualitiesOfTable)]) + "]";
+  // One after the other: compilers differ in which part of a sum they take first.
+  const std::string quality(kQualities[random.below(kQualitiesOfTable)]);
+  const std::string other =
+      "'" + nameOf(table + 1 + random.below(kTablesOfArea - 1)).name + "'[" + quality + "]";
   if (random.chance(50))
     return "VAR whole =\n    CALCULATE ( " + base + ", ALL ( " + other + " ) )\nRETURN\n    DIVIDE ( " +
            base + ", whole )";
+  const std::string period(random.pick(kPeriods));
   return "-- " + sentence(random, 6) + "\nCALCULATE (\n    SUMX (\n        FILTER ( '" + name.name + "', " +
-         column + " > 0 ),\n        " + column + " * '" + name.name + "'[Price]\n    ),\n    " +
-         std::string(random.pick(kPeriods)) + " ( " + other + " )\n)";
+         column + " > 0 ),\n        " + column + " * '" + name.name + "'[Price]\n    ),\n    " + period +
+         " ( " + other + " )\n)";
 }
 
 void writeMeasures(JsonWriter& to, std::uint64_t table, Random& random) {
