@@ -4,7 +4,7 @@ import { h } from "./elements/dom";
 import { kindMark } from "./elements/kind_mark";
 import { coverageBar, section, table, titled } from "./elements/parts";
 import { count, counted, nameElement, plainName } from "./elements/text";
-import { startTheme, switchTheme, theme } from "./elements/theme";
+import { startTheme, themeButton } from "./elements/theme";
 import type { CoverageFigures, Kind } from "./model/model";
 
 interface EstateModel {
@@ -136,15 +136,6 @@ class Estate {
         { title: "Read by", cell: ([, models]) => this.modelList(models) },
       ] }));
   }
-}
-
-function themeButton(): HTMLElement {
-  const label = (): string => theme() === "dark" ? "Light" : "Dark";
-  const button = h("button", { type: "button", class: "theme", onclick: () => {
-    switchTheme();
-    button.textContent = label();
-  } }, label());
-  return button;
 }
 
 function start(): void {

@@ -3,7 +3,7 @@
 import { h } from "./elements/dom";
 import { capitalized } from "./elements/parts";
 import { count, nameElement, plainName } from "./elements/text";
-import { startTheme, switchTheme, theme } from "./elements/theme";
+import { startTheme, themeButton } from "./elements/theme";
 import { type Kind, kMeasureKinds, Model, type ReportData } from "./model/model";
 import { SearchIndex } from "./model/search";
 import { coveragePage, unresolvedPage } from "./pages/findings";
@@ -109,16 +109,6 @@ function navigation(model: Model): HTMLElement {
     h("ul", {}, entries.filter((entry) => entry.number !== 0).map(link)),
     further.length > 0 && [h("h2", {}, "More"), h("ul", {}, further.map(link))],
     cubes.length > 0 && [h("h2", {}, "Cubes"), h("ul", { class: "cubes" }, cubes)]);
-}
-
-function themeButton(): HTMLElement {
-  const label = (): string => theme() === "dark" ? "Light" : "Dark";
-  const button = h("button", { type: "button", class: "theme", onclick: () => {
-    switchTheme();
-    button.textContent = label();
-  } }, label());
-  document.addEventListener("themechange", () => { button.textContent = label(); });
-  return button;
 }
 
 function licences(): HTMLElement {

@@ -1,5 +1,7 @@
 // Light or dark: what the system wants, until someone switches. The choice is kept where the browser lets it be.
 
+import { h } from "./dom";
+
 type Theme = "light" | "dark";
 
 const kStorageKey = "xmla-report-theme";
@@ -63,10 +65,20 @@ export function startTheme(): void {
   matchMedia("print").addEventListener("change", changed);
 }
 
-export function switchTheme(): void {
+function switchTheme(): void {
   const next = theme() === "dark" ? "light" : "dark";
   apply(next);
   remember(next);
+}
+
+export function themeButton(): HTMLElement {
+  const label = (): string => theme() === "dark" ? "Light" : "Dark";
+  const button = h("button", { type: "button", class: "theme", onclick: () => {
+    switchTheme();
+    button.textContent = label();
+  } }, label());
+  document.addEventListener(kEvent, () => { button.textContent = label(); });
+  return button;
 }
 
 /** Calls back on every change, until the signal ends that. */
