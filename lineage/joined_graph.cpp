@@ -83,7 +83,8 @@ void JoinedGraph::joinShared() {
   }
 }
 
-/// What others read of a model is what has that name there, where one node alone has.
+/// What others read of a model is what has that name there, where one node alone has. A model that reads
+/// another one of its own name reads no part of itself.
 void JoinedGraph::joinReaders() {
   const PartsRead read = partsRead(*this);
   PartIds own;
@@ -96,7 +97,16 @@ void JoinedGraph::joinReaders() {
     }
   }
   for (const auto& [key, id] : own)
-    if (const JoinedId first = read.ids.at(key); id != kNone && first != kNone) lead(first, id);
+    if (const JoinedId first = read.ids.at(key);
+        id != kNone && first != kNone && !isReadBy(placeOf(id).model, first))
+      lead(first, id);
+}
+
+/// Whether a model has the node or one of its twins.
+bool JoinedGraph::isReadBy(std::uint32_t model, JoinedId id) const noexcept {
+  for (JoinedId twin = id; twin != kNone; twin = next_[twin])
+    if (placeOf(twin).model == model) return true;
+  return false;
 }
 
 /// Puts a node in front of another and its twins.

@@ -60,6 +60,7 @@ class JoinedGraph {
  private:
   void joinShared();
   void joinReaders();
+  [[nodiscard]] bool isReadBy(std::uint32_t model, JoinedId id) const noexcept;
   void lead(JoinedId id, JoinedId first);
 
   std::vector<Model> models_;

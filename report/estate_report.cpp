@@ -125,7 +125,8 @@ void EstateReport::writeModels(JsonWriter& json, const std::vector<std::string>&
     json.member("open", model.openNames);
     json.open("over", '[');
     for (const std::string& read : model.read)
-      if (const auto found = places.find(read); found != places.end() && found->second != kSeveral)
+      if (const auto found = places.find(read);
+          found != places.end() && found->second != kSeveral && found->second != place)
         json.value(found->second);
     json.close(']');
     json.close('}');
