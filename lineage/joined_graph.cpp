@@ -96,10 +96,11 @@ void JoinedGraph::joinReaders() {
       if (!isNew) known->second = kNone;
     }
   }
-  for (const auto& [key, id] : own)
+  for (const auto& [key, id] : own) {
     if (const JoinedId first = read.ids.at(key);
         id != kNone && first != kNone && !isReadBy(placeOf(id).model, first))
       lead(first, id);
+  }
 }
 
 /// Whether a model has the node or one of its twins.

@@ -124,10 +124,11 @@ void EstateReport::writeModels(JsonWriter& json, const std::vector<std::string>&
     writeFigures(json, "m", model.measures);
     json.member("open", model.openNames);
     json.open("over", '[');
-    for (const std::string& read : model.read)
+    for (const std::string& read : model.read) {
       if (const auto found = places.find(read);
           found != places.end() && found->second != kSeveral && found->second != place)
         json.value(found->second);
+    }
     json.close(']');
     json.close('}');
   }
