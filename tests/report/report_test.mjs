@@ -197,6 +197,75 @@ test("lineage is expanded in both directions and followed", async () => {
   });
 });
 
+/** What a button of the drawing saves: the name of the file and its content. */
+async function saved(page, button) {
+  const download = page.waitForEvent("download");
+  await page.getByRole("button", { name: button }).click();
+  const file = await download;
+  return { name: file.suggestedFilename(), content: readFileSync(await file.path()) };
+}
+
+test("a drawing is saved as a picture that stands alone", async () => {
+  await using(example + address("/Cubes/Stays/Measure Groups/Stays/Bed Revenue"), async (page) => {
+    const drawn = await objectsInDrawing(page);
+    const { name, content } = await saved(page, "Save as SVG");
+    assert.equal(name, "Bed Revenue.svg");
+    const svg = await page.evaluate((text) => {
+      const parsed = new DOMParser().parseFromString(text, "image/svg+xml");
+      const titles = Array.from(parsed.querySelectorAll("g > title"), (title) => title.textContent);
+      const drawnNames = Array.from(parsed.querySelectorAll("g > text:first-of-type"), (name) => name.textContent);
+      const missing = Array.from(parsed.querySelectorAll("[marker-end]"), (path) => path.getAttribute("marker-end").slice(5, -1))
+        .filter((id) => !parsed.getElementById(id));
+      return { root: parsed.documentElement.localName, title: parsed.querySelector("title").textContent, titles, drawnNames, missing };
+    }, content.toString());
+    assert.equal(svg.root, "svg");
+    assert.equal(svg.title, "Lineage of Bed Revenue");
+    assert.equal(svg.titles.length, drawn);
+    assert.ok(svg.titles.includes("Bed Revenue, measure · Stays"), svg.titles.join("\n"));
+    assert.ok(svg.drawnNames.includes("Average Rate"), svg.drawnNames.join("\n"));
+    assert.deepEqual(svg.missing, []);
+    assert.doesNotMatch(content.toString(), /href/);
+    if (options.screenshots) writeFileSync(join(options.screenshots, "picture.svg"), content);
+
+    const png = await saved(page, "Save as PNG");
+    assert.equal(png.name, "Bed Revenue.png");
+    assert.equal(png.content.subarray(1, 4).toString(), "PNG");
+    const [, width] = /width="([\d.]+)"/.exec(content.toString());
+    assert.equal(png.content.readUInt32BE(16), Math.round(2 * Number(width)));
+    if (options.screenshots) writeFileSync(join(options.screenshots, "picture.png"), png.content);
+  });
+});
+
+test("tools stand beside the drawing, and a box tells its whole name", async () => {
+  await using(example + address("/Cubes/Stays/Measure Groups/Stays/Bed Revenue"), async (page) => {
+    const point = await pointInDrawing(page, "node.root");
+    await page.mouse.move(point.x, point.y, { steps: 2 });
+    assert.equal(await page.locator(".canvas").getAttribute("title"), "Bed Revenue\nmeasure · Stays");
+    for (const [width, height] of [[1440, 900], [1024, 768], [390, 800]]) {
+      await page.setViewportSize({ width, height });
+      await page.reload();
+      await page.getByRole("button", { name: "Fit to view" }).waitFor();
+      const root = await pointInDrawing(page, "node.root");
+      assert.ok(root.x > 0 && root.x < width, `the object is in sight at ${width}`);
+      const [tools, canvas] = await Promise.all([".tools", ".canvas"].map((part) => page.locator(part).boundingBox()));
+      assert.ok(tools.y + tools.height <= canvas.y, `tools over the drawing at ${width}`);
+      assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `wider than ${width}`);
+      await screenshot(page, `report-drawing-${width}`);
+    }
+  });
+});
+
+test("all sources are opened and the view goes to their end", async () => {
+  await using(example + address("/Cubes/Stays/KPIs/Bed Occupancy/Value"), async (page) => {
+    await page.setViewportSize({ width: 1024, height: 768 });
+    assert.equal(await heading(page), "Bed Occupancy Value");
+    await page.getByRole("button", { name: "All sources" }).click();
+    const left = await page.locator(".canvas").evaluate((canvas) =>
+      Math.min(...canvas._cyreg.cy.$("node.object").map((node) => node.renderedBoundingBox({ includeLabels: false }).x1)));
+    assert.ok(left > 0 && left < 100, `the first column begins at ${left}`);
+  });
+});
+
 test("kinds of edges are switched on and off", async () => {
   await using(example + address("/Cubes/Stays/Stays/Nights"), async (page) => {
     assert.equal(await pointInDrawing(page, "edge.member"), null);
@@ -266,6 +335,11 @@ test("hostile names are shown as text", async () => {
       await page.locator("main tbody th > a").nth(i).click();
       await page.locator(".canvas").waitFor();
       assert.equal((await page.locator("main h1 > bdi").textContent()), shown[i]);
+      const { name, content } = await saved(page, "Save as SVG");
+      assert.match(name, /^[^/\\:*?"<>|$\x00-\x1f]+\.svg$/u);
+      const titles = await page.evaluate((text) => Array.from(
+        new DOMParser().parseFromString(text, "image/svg+xml").querySelectorAll("g > title"), (title) => title.textContent), content.toString());
+      assert.equal(titles.length, await objectsInDrawing(page), `${name}: a picture that can be read`);
       await page.goBack();
       await page.locator("main tbody th > a").first().waitFor();
     }

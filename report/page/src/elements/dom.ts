@@ -54,3 +54,16 @@ export function announce(text: string): void {
   const place = document.getElementById("announcements");
   if (place) place.textContent = text;
 }
+
+const kLongestFileName = 80;
+
+/** Has the browser save what the page made, as a file of that name; gives the name that it has in the end. */
+export function offerFile(content: Blob, name: string, extension: string): string {
+  // What a file system or a shell would read as more than a name.
+  const stem = name.replace(/[^\p{L}\p{N} ._-]/gu, "_").replace(/^[. ]+/, "_").slice(0, kLongestFileName).trim();
+  const file = `${stem || "lineage"}.${extension}`;
+  const address = URL.createObjectURL(content);
+  h("a", { href: address, download: file }).click();
+  URL.revokeObjectURL(address);
+  return file;
+}

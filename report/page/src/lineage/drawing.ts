@@ -1,12 +1,13 @@
-// The drawing of a lineage: Cytoscape draws and moves, dagre places in layers, data flow from left to right.
+// The drawing of a lineage: Cytoscape draws and moves what placing.ts has placed.
 
-import { Graph, layout } from "@dagrejs/dagre";
 import cytoscape from "cytoscape";
 import { kindImage } from "../elements/kind_mark";
-import { fitted, plainName } from "../elements/text";
 import { colours } from "../elements/theme";
 import { kFlowStyles, kindStyle } from "../model/kinds";
 import type { Model } from "../model/model";
+import { fittedLabels, kCaptionSize, kMarkRoom, kNameSize, kNameWeight, labelsOf } from "./labels";
+import { type Picture, picture } from "./picture";
+import { bends, kHeight, kWidth, place, type Placing, type Point } from "./placing";
 import type { Direction, Handle, Sight } from "./sight";
 
 export interface DrawingActions {
@@ -16,61 +17,13 @@ export interface DrawingActions {
   collapse(id: number, direction: Direction): void;
 }
 
-const kWidth = 190;
-const kHeight = 46;
-const kLayerGap = 58;
-const kInLayer = 0.05;
-const kTextLeft = 34 - kWidth / 2;
-const kTextWidth = kWidth - 34 - 8;
-const kNameSize = 13.5;
-const kCaptionSize = 11.5;
+const kTextLeft = kMarkRoom - kWidth / 2;
 const kHandleInset = 5;
 const kHandleRise = 14;
 const kMargin = 28;
 const kLeastReadable = 0.62;
 const kReadable = 0.8;
 const kMoveTime = 220;
-
-interface Point {
-  x: number;
-  y: number;
-}
-
-interface Placing {
-  points: Map<number, Point>;
-  /** For edges that pass layers: where they go through, by "from to". */
-  ways: Map<string, Point[]>;
-}
-
-function place(sight: Sight): Placing {
-  const graph = new Graph();
-  graph.setGraph({ rankdir: "LR", nodesep: 16, ranksep: kLayerGap, marginx: 24, marginy: 24 });
-  graph.setDefaultEdgeLabel(() => ({}));
-  for (const id of sight.ids) graph.setNode(String(id), { width: kWidth, height: kHeight });
-  for (const flow of sight.flows) if (flow.from !== flow.to) graph.setEdge(String(flow.from), String(flow.to));
-  layout(graph);
-  const points = new Map(sight.ids.map((id) => {
-    const { x, y } = graph.node(String(id)) as Point;
-    return [id, { x, y }];
-  }));
-  const wayOf = (edge: { v: string; w: string }): Point[] => (graph.edge(edge) as { points: Point[] }).points;
-  const ways = new Map(graph.edges().map((edge) => [`${edge.v} ${edge.w}`, wayOf(edge)]));
-  return { points, ways };
-}
-
-/** The control points of an edge that leaves an object to the right and reaches the next one from the left,
- * through the gaps that the layout left for it. */
-function bends(from: Point, to: Point, way: Point[]): Point[] {
-  const start = from.x + kWidth / 2;
-  const end = to.x - kWidth / 2;
-  const middle = kLayerGap / 2;
-  if (end - start < kLayerGap + 1) return [{ x: start + middle, y: from.y }, { x: end - middle, y: to.y }];
-  // The layout gives points between the layers, too; those in a layer are whole steps away.
-  const steps = (x: number): number => (x - from.x) / (kWidth + kLayerGap);
-  const layers = way.filter(({ x }) => x > start && x < end && Math.abs(steps(x) - Math.round(steps(x))) < kInLayer);
-  return [{ x: start + middle, y: from.y },
-    ...layers.flatMap(({ x, y }) => [{ x: x - kWidth / 2, y }, { x: x + kWidth / 2, y }]), { x: end - middle, y: to.y }];
-}
 
 /** The control points as Cytoscape takes them: along the straight line between the ends, and beside it. */
 function curve(from: Point, to: Point, way: Point[]): { weights: string; distances: string } | undefined {
@@ -105,7 +58,7 @@ function styleSheet(): cytoscape.StylesheetJson {
       width: 1, height: 1, "background-opacity": 0, events: "no", label: "data(text)", "text-halign": "right",
       "text-valign": "center", "font-family": font, "min-zoomed-font-size": 4, "overlay-opacity": 0,
     } },
-    { selector: "node.name", style: { "font-size": kNameSize, "font-weight": 600, color: c.ink } },
+    { selector: "node.name", style: { "font-size": kNameSize, "font-weight": kNameWeight, color: c.ink } },
     { selector: "node.caption", style: { "font-size": kCaptionSize, color: c.muted } },
     { selector: "node.handle", style: {
       shape: "round-rectangle", width: "data(width)", height: 18, "background-color": c.surface, "border-width": 1,
@@ -135,7 +88,8 @@ function styleSheet(): cytoscape.StylesheetJson {
 
 export class Drawing {
   private readonly cy: cytoscape.Core;
-  private points = new Map<number, Point>();
+  private sight: Sight | undefined;
+  private placing: Placing = { points: new Map(), ways: new Map() };
   private selected = -1;
   private readonly font = getComputedStyle(document.body).fontFamily;
   private readonly still = matchMedia("(prefers-reduced-motion: reduce)").matches;
@@ -152,23 +106,39 @@ export class Drawing {
     // Paper cannot be moved to what does not fit.
     this.cy.on("resize", () => { if (matchMedia("print").matches) this.cy.fit(undefined, kMargin); });
     this.cy.on("mouseover", "node.object, node.handle", () => { container.style.cursor = "pointer"; });
-    this.cy.on("mouseout", "node", () => { container.style.cursor = ""; });
+    this.cy.on("mouseover", "node.object", (event) => {
+      const { name, caption } = labelsOf(model, event.target.data("object") as number);
+      container.title = `${name}\n${caption}`;
+    });
+    this.cy.on("mouseout", "node", () => {
+      container.style.cursor = "";
+      container.removeAttribute("title");
+    });
   }
 
   destroy(): void {
     this.cy.destroy();
   }
 
+  private get points(): Map<number, Point> {
+    return this.placing.points;
+  }
+
+  /** What is drawn, as a picture; undefined before anything is. */
+  picture(): Picture | undefined {
+    return this.sight && picture(this.model, this.root, this.sight, this.placing, this.font);
+  }
+
   /** Draws what is in sight. The object `anchor` stays where it is on the screen. */
   show(sight: Sight, anchor?: number): void {
     const before = anchor === undefined ? undefined : this.points.get(anchor);
-    const { points, ways } = place(sight);
-    const after = anchor === undefined ? undefined : points.get(anchor);
     const old = this.points;
-    this.points = points;
+    this.sight = sight;
+    this.placing = place(sight);
+    const after = anchor === undefined ? undefined : this.points.get(anchor);
     this.cy.startBatch();
     this.cy.elements().remove();
-    this.cy.add(this.elements(sight, ways));
+    this.cy.add(this.elements(sight));
     this.cy.endBatch();
     if (before && after) {
       const zoom = this.cy.zoom();
@@ -190,7 +160,7 @@ export class Drawing {
     });
   }
 
-  private elements(sight: Sight, ways: Map<string, Point[]>): cytoscape.ElementDefinition[] {
+  private elements(sight: Sight): cytoscape.ElementDefinition[] {
     const elements: cytoscape.ElementDefinition[] = [];
     for (const id of sight.ids) elements.push(...this.objectElements(id));
     for (const handle of sight.handles) elements.push(...this.handleElements(handle));
@@ -198,7 +168,7 @@ export class Drawing {
       const classes = [flow.style as string];
       if (flow.found) classes.push("found");
       if (flow.from === flow.to) classes.push("loop");
-      const bow = curve(this.points.get(flow.from)!, this.points.get(flow.to)!, ways.get(`${flow.from} ${flow.to}`) ?? []);
+      const bow = curve(this.points.get(flow.from)!, this.points.get(flow.to)!, this.placing.ways.get(`${flow.from} ${flow.to}`) ?? []);
       if (bow) classes.push("curved");
       elements.push({ data: { source: `o${flow.from}`, target: `o${flow.to}`, ...bow }, classes: classes.join(" ") });
     }
@@ -208,16 +178,15 @@ export class Drawing {
   private objectElements(id: number): cytoscape.ElementDefinition[] {
     const { x, y } = this.points.get(id)!;
     const kind = this.model.kind(id);
-    const owner = this.model.node(id).o;
-    const caption = owner === undefined ? this.model.kindLabel(id) : `${this.model.kindLabel(id)} · ${plainName(this.model.name(owner))}`;
+    const { name, caption } = fittedLabels(labelsOf(this.model, id), this.font);
     const text = (part: string, label: string, offset: number): cytoscape.ElementDefinition => ({
       data: { object: id, text: label }, classes: `text ${part}`, position: { x: x + kTextLeft, y: y + offset },
     });
     return [
       { data: { id: `o${id}`, object: id, mark: kindImage(kind, colours()[kindStyle(kind).family]) },
         classes: id === this.root ? "object root" : "object", position: { x, y } },
-      text("name", fitted(plainName(this.model.name(id)), `600 ${kNameSize}px ${this.font}`, kTextWidth), -9),
-      text("caption", fitted(caption, `${kCaptionSize}px ${this.font}`, kTextWidth), 10),
+      text("name", name, -9),
+      text("caption", caption, 10),
     ];
   }
 
@@ -271,11 +240,13 @@ export class Drawing {
   /** Moves the drawing so that an object can be seen. */
   reveal(id: number): void {
     const node = this.cy.getElementById(`o${id}`);
-    if (node.empty()) return;
+    if (!node.empty() && !this.isInView(id))
+      this.cy.animate({ center: { eles: node } }, { duration: this.still ? 0 : kMoveTime });
+  }
+  private isInView(id: number): boolean {
     const { x1, y1, x2, y2 } = this.cy.extent();
     const { x, y } = this.points.get(id)!;
-    if (x - kWidth / 2 < x1 || x + kWidth / 2 > x2 || y - kHeight / 2 < y1 || y + kHeight / 2 > y2)
-      this.cy.animate({ center: { eles: node } }, { duration: this.still ? 0 : kMoveTime });
+    return x - kWidth / 2 >= x1 && x + kWidth / 2 <= x2 && y - kHeight / 2 >= y1 && y + kHeight / 2 <= y2;
   }
 
   fit(): void {
@@ -291,6 +262,16 @@ export class Drawing {
       this.cy.center(this.cy.getElementById(`o${this.root}`));
       this.cy.panBy({ x: this.shareBefore() * this.cy.width() - this.middle().x, y: 0 });
     }
+  }
+  /** Fits, and where that leaves some out of sight, shows the end that a direction leads to. */
+  fitTowards(direction: Direction): void {
+    this.fit();
+    const side = direction === "sources" ? -1 : 1;
+    const reach = (id: number): number => this.points.get(id)!.x * side;
+    const end = Array.from(this.points.keys()).reduce((far, id) => reach(id) > reach(far) ? id : far, this.root);
+    if (this.isInView(end)) return;
+    this.cy.center(this.cy.getElementById(`o${end}`));
+    this.cy.panBy({ x: side * (this.middle().x - kMargin - (this.cy.zoom() * kWidth) / 2), y: 0 });
   }
   /** Where the object itself stands best, from 0 at the left to 1: the more is before it, the further right. */
   private shareBefore(): number {

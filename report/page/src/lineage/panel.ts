@@ -1,12 +1,13 @@
 // The lineage of one object: a drawing that is opened step by step, and the same as a tree.
 
-import { announce, h, svg } from "../elements/dom";
+import { announce, h, offerFile, svg } from "../elements/dom";
 import { codeBlock, kFoundByGraph, objectLink, ownerNames } from "../elements/parts";
 import { counted, plainName } from "../elements/text";
 import { onThemeChange } from "../elements/theme";
 import { kFlowStyles } from "../model/kinds";
 import type { FlowStyle, Model } from "../model/model";
 import { Drawing } from "./drawing";
+import { asPng } from "./picture";
 import {
   ContainerFlows, type Direction, EdgeFilter, type Flows, Expansion, kDirections, kMostInSight, ObjectFlows,
 } from "./sight";
@@ -82,7 +83,7 @@ export class LineagePanel {
     this.focusRing.addEventListener("wheel", (event) => {
       if (!event.ctrlKey && document.activeElement !== this.focusRing) event.stopPropagation();
     }, { capture: true });
-    this.drawingView = h("div", { class: "drawing" }, h("div", { class: "frame" }, this.focusRing, this.tools()),
+    this.drawingView = h("div", { class: "drawing" }, this.tools(), this.focusRing,
       this.strip, this.note);
     const view = (name: View, label: string): HTMLButtonElement =>
       h("button", { type: "button", onclick: () => this.show(name) }, label);
@@ -176,7 +177,7 @@ export class LineagePanel {
   private expandFar(direction: Direction): void {
     this.expansion.openFar(direction, kFarDepth, kFarMost);
     this.redraw();
-    this.drawing?.fit();
+    this.drawing?.fitTowards(direction);
     this.select(this.selected);
   }
 
@@ -212,7 +213,27 @@ export class LineagePanel {
       tool("Reset", "Reset", () => this.startAgain()),
       tool("Zoom in", "+", () => this.drawing?.zoomBy(kZoomStep)),
       tool("Zoom out", "−", () => this.drawing?.zoomBy(1 / kZoomStep)),
-      tool("Fit to view", "Fit", () => this.drawing?.fit()));
+      tool("Fit to view", "Fit", () => this.drawing?.fit()),
+      tool("Save as SVG", "SVG", () => this.saveSvg()),
+      tool("Save as PNG", "PNG", () => void this.savePng()));
+  }
+
+  private saveSvg(): void {
+    const picture = this.drawing?.picture();
+    if (picture) this.offer(new Blob([picture.text], { type: "image/svg+xml" }), "svg");
+  }
+  private async savePng(): Promise<void> {
+    const picture = this.drawing?.picture();
+    if (!picture) return;
+    try {
+      this.offer(await asPng(picture), "png");
+    } catch (error) {
+      this.note.textContent = `The drawing could not be saved as PNG: ${(error as Error).message} SVG has no such limit.`;
+    }
+  }
+  private offer(content: Blob, extension: string): void {
+    const file = offerFile(content, plainName(this.model.name(this.root)), extension);
+    announce(`Saved ${file}`);
   }
 
   private legend(): HTMLElement {

@@ -219,8 +219,10 @@ export class Model {
   node(id: number): NodeData {
     return this.data.nodes[id]!;
   }
+  /** What an object is called. A part of a KPI is only one together with its KPI: "Profit Goal". */
   name(id: number): string {
-    return this.node(id).n;
+    const { n, o } = this.node(id);
+    return o !== undefined && this.kind(id) === "kpiValue" ? `${this.node(o).n} ${n}` : n;
   }
   kind(id: number): Kind {
     return this.data.kinds[this.node(id).k]![0];

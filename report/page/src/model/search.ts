@@ -25,7 +25,7 @@ export class SearchIndex {
 
   constructor(model: Model) {
     const ranks = new Map(kSearchOrder.map((kind, rank) => [kind, rank]));
-    this.names = model.data.nodes.map((node) => folded(node.n));
+    this.names = model.data.nodes.map((_, id) => folded(model.name(id)));
     this.places = model.data.nodes.map((node) => folded(`${node.q ?? ""} ${node.p ?? ""}`));
     this.order = Uint8Array.from(model.data.nodes, (_, id) => ranks.get(model.kind(id)) ?? ranks.size);
   }

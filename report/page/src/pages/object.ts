@@ -141,7 +141,7 @@ export function objectPage(app: App, id: number): Page {
   const panel = new LineagePanel(model, id, app.open);
   const head = h("header", { class: "page-head" }, breadcrumbs(model, id),
     h("div", { class: "title" },
-      h("h1", { tabindex: "-1" }, kindMark(kind), h("span", { class: "unseen" }, model.kindLabel(id) + " "), nameElement(node.n)),
+      h("h1", { tabindex: "-1" }, kindMark(kind), h("span", { class: "unseen" }, model.kindLabel(id) + " "), nameElement(model.name(id))),
       h("p", { class: "badges" }, badge(model.kindLabel(id)), badges(model, id))),
     coverageNote(model, id),
     node.d && h("p", { class: "lead" }, nameElement(node.d)));
@@ -156,7 +156,7 @@ export function objectPage(app: App, id: number): Page {
           kind === "dimension" && relationshipsOf(model, id)),
         kind === "perspective" ? h("div", {}, shown(model, id), relations(model, id, isShown(id))) : h("div", {}, relations(model, id))));
   return {
-    title: plainName(node.n),
+    title: plainName(model.name(id)),
     element: h("article", { class: "object-page" }, head, body),
     attached: () => panel.attached(),
     detached: () => panel.detached(),
