@@ -406,6 +406,19 @@ test("light, dark and paper keep their contrast", async () => {
   });
 });
 
+test("a phone has the whole navigation, and pages that are no wider than it", async () => {
+  await using(example, async (page) => {
+    await page.setViewportSize({ width: 390, height: 800 });
+    for (const hash of ["#/", "#/kind/calculatedMeasure", "#/cubes", address("/Cubes/Stays"), "#/coverage"]) {
+      await page.evaluate((to) => { location.hash = to; }, hash);
+      await page.locator("main h1").waitFor();
+      assert.ok(await page.locator("nav.side").getByRole("link", { name: "Kitchen" }).isVisible(), hash);
+      assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), `${hash} is wider`);
+      assert.deepEqual(await seriousViolations(page), [], hash);
+    }
+  });
+});
+
 test("the system's choice of dark is followed", async () => {
   await using(example, async (page) => {
     await page.evaluate(() => localStorage.clear());
