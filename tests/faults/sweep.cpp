@@ -202,7 +202,12 @@ int sweep(long most, const std::string& only) {
 // sweep_faults MOST [NAME]: as many runs as cost about MOST that start no Java, 0 for all; only commands
 // whose names begin with NAME. With XMLA_THOROUGH in the environment all are run.
 int main(int argc, char** argv) {
-  const long most = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 0;
+  char* end = nullptr;
+  const long most = argc > 1 ? std::strtol(argv[1], &end, 10) : -1;
+  if (most < 0 || end == argv[1] || *end != '\0') {
+    std::cerr << "usage: sweep_faults MOST [NAME]   MOST: about how many runs, 0: all, which takes hours\n";
+    return 2;
+  }
   const char* thorough = std::getenv("XMLA_THOROUGH");
   return tav::test::sweep(thorough && *thorough ? 0 : most, argc > 2 ? argv[2] : "");
 }

@@ -259,6 +259,7 @@ test("all sources are opened and the view goes to their end", async () => {
   await using(example + address("/Cubes/Stays/KPIs/Bed Occupancy/Value"), async (page) => {
     await page.setViewportSize({ width: 1024, height: 768 });
     assert.equal(await heading(page), "Bed Occupancy Value");
+    assert.ok(await pointInDrawing(page, 'node.name[text = "Value"]'), "its box has the KPI in the caption");
     await page.getByRole("button", { name: "All sources" }).click();
     const left = await page.locator(".canvas").evaluate((canvas) =>
       Math.min(...canvas._cyreg.cy.$("node.object").map((node) => node.renderedBoundingBox({ includeLabels: false }).x1)));

@@ -56,14 +56,17 @@ export function announce(text: string): void {
 }
 
 const kLongestFileName = 80;
+/** Not every browser has taken the content when the click returns. */
+const kLongestDownload = 60_000;
 
 /** Has the browser save what the page made, as a file of that name; gives the name that it has in the end. */
 export function offerFile(content: Blob, name: string, extension: string): string {
   // What a file system or a shell would read as more than a name.
-  const stem = name.replace(/[^\p{L}\p{N} ._-]/gu, "_").replace(/^[. ]+/, "_").slice(0, kLongestFileName).trim();
+  const harmless = name.replace(/[^\p{L}\p{N} ._-]/gu, "_").replace(/^[. ]+/, "_");
+  const stem = Array.from(harmless).slice(0, kLongestFileName).join("").trim();
   const file = `${stem || "lineage"}.${extension}`;
   const address = URL.createObjectURL(content);
   h("a", { href: address, download: file }).click();
-  URL.revokeObjectURL(address);
+  setTimeout(() => URL.revokeObjectURL(address), kLongestDownload);
   return file;
 }

@@ -3,6 +3,7 @@
 import { kindStyle } from "../model/kinds";
 import type { Kind } from "../model/model";
 import { svg } from "./dom";
+import { type Colours, colours } from "./theme";
 
 /** The mark of a kind. People who do not see it hear the kind's name from the text beside it. */
 export function kindMark(kind: Kind): SVGElement {
@@ -11,11 +12,17 @@ export function kindMark(kind: Kind): SVGElement {
     svg("rect", { width: 16, height: 16, rx: 4 }), svg("path", { d: style.glyph }));
 }
 
-/** The mark as an image for drawings. It holds nothing of the model. */
-export function kindImage(kind: Kind, colour: string): string {
-  const text = `<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16" width="48" height="48">` +
-    `<rect width="16" height="16" rx="4" fill="${colour}"/>` +
-    `<path d="${kindStyle(kind).glyph}" fill="none" stroke="#fff" stroke-width="1.2" stroke-linecap="round" ` +
-    `stroke-linejoin="round"/></svg>`;
-  return "data:image/svg+xml;utf8," + encodeURIComponent(text);
+/** The mark where no style sheet reaches, in a square of 16. It holds nothing of the model. */
+export function paintedMark(kind: Kind, palette: Colours): SVGElement[] {
+  const { family, glyph } = kindStyle(kind);
+  return [
+    svg("rect", { width: 16, height: 16, rx: 4, fill: palette[family] }),
+    svg("path", { d: glyph, fill: "none", stroke: "#fff", "stroke-width": 1.2, "stroke-linecap": "round", "stroke-linejoin": "round" }),
+  ];
+}
+
+/** The same as an image for drawings. */
+export function kindImage(kind: Kind): string {
+  const image = svg("svg", { viewBox: "0 0 16 16", width: 48, height: 48 }, ...paintedMark(kind, colours()));
+  return "data:image/svg+xml;utf8," + encodeURIComponent(new XMLSerializer().serializeToString(image));
 }

@@ -10,7 +10,7 @@ const kDark = matchMedia("(prefers-color-scheme: dark)");
 
 const kColourNames = ["ink", "muted", "faint", "line", "surface", "raised", "tint", "accent", "edge", "computed",
   "aggregated", "condition", "database", "view", "dimension", "measure", "calculation", "kpi", "cube"] as const;
-type Colours = Record<(typeof kColourNames)[number], string>;
+export type Colours = Record<(typeof kColourNames)[number], string>;
 
 let known: Colours | undefined;
 

@@ -3,12 +3,12 @@
 import cytoscape from "cytoscape";
 import { kindImage } from "../elements/kind_mark";
 import { colours } from "../elements/theme";
-import { kFlowStyles, kindStyle } from "../model/kinds";
+import { kFlowStyles } from "../model/kinds";
 import type { Model } from "../model/model";
 import { fittedLabels, kCaptionSize, kMarkRoom, kNameSize, kNameWeight, labelsOf } from "./labels";
 import { type Picture, picture } from "./picture";
-import { bends, kHeight, kWidth, place, type Placing, type Point } from "./placing";
-import type { Direction, Handle, Sight } from "./sight";
+import { bends, ends, kHeight, kWidth, place, type Placing, type Point } from "./placing";
+import type { Direction, Flow, Handle, Sight } from "./sight";
 
 export interface DrawingActions {
   select(id: number): void;
@@ -26,14 +26,14 @@ const kReadable = 0.8;
 const kMoveTime = 220;
 
 /** The control points as Cytoscape takes them: along the straight line between the ends, and beside it. */
-function curve(from: Point, to: Point, way: Point[]): { weights: string; distances: string } | undefined {
-  const start = { x: from.x + kWidth / 2, y: from.y };
-  const dx = to.x - kWidth / 2 - start.x;
-  const dy = to.y - start.y;
-  // What leads back goes straight.
-  if (dx <= 0) return undefined;
+function curve(flow: Flow, placing: Placing): { weights: string; distances: string } | undefined {
+  const controls = bends(flow, placing);
+  if (controls.length === 0) return undefined;
+  const { start, end } = ends(flow, placing);
+  const dx = end.x - start.x;
+  const dy = end.y - start.y;
   const square = dx * dx + dy * dy;
-  const points = bends(from, to, way).map(({ x, y }) => ({ x: x - start.x, y: y - start.y }));
+  const points = controls.map(({ x, y }) => ({ x: x - start.x, y: y - start.y }));
   return {
     weights: points.map(({ x, y }) => (x * dx + y * dy) / square).join(" "),
     distances: points.map(({ x, y }) => (y * dx - x * dy) / Math.sqrt(square)).join(" "),
@@ -168,7 +168,7 @@ export class Drawing {
       const classes = [flow.style as string];
       if (flow.found) classes.push("found");
       if (flow.from === flow.to) classes.push("loop");
-      const bow = curve(this.points.get(flow.from)!, this.points.get(flow.to)!, this.placing.ways.get(`${flow.from} ${flow.to}`) ?? []);
+      const bow = curve(flow, this.placing);
       if (bow) classes.push("curved");
       elements.push({ data: { source: `o${flow.from}`, target: `o${flow.to}`, ...bow }, classes: classes.join(" ") });
     }
@@ -183,7 +183,7 @@ export class Drawing {
       data: { object: id, text: label }, classes: `text ${part}`, position: { x: x + kTextLeft, y: y + offset },
     });
     return [
-      { data: { id: `o${id}`, object: id, mark: kindImage(kind, colours()[kindStyle(kind).family]) },
+      { data: { id: `o${id}`, object: id, mark: kindImage(kind) },
         classes: id === this.root ? "object root" : "object", position: { x, y } },
       text("name", name, -9),
       text("caption", caption, 10),
@@ -291,8 +291,7 @@ export class Drawing {
   recolour(): void {
     this.cy.style(styleSheet());
     this.cy.nodes(".object").forEach((node) => {
-      const kind = this.model.kind(node.data("object") as number);
-      node.data("mark", kindImage(kind, colours()[kindStyle(kind).family]));
+      node.data("mark", kindImage(this.model.kind(node.data("object") as number)));
     });
   }
 }

@@ -16,12 +16,13 @@ export interface Labels {
   caption: string;
 }
 
-/** The whole name and caption of an object. */
+/** The whole name and caption of an object. Its owner is in the caption, so the name is its own alone: cut, the parts
+ * of a KPI would all read the same. */
 export function labelsOf(model: Model, id: number): Labels {
-  const owner = model.node(id).o;
+  const { n, o: owner } = model.node(id);
   const kind = model.kindLabel(id);
   return {
-    name: plainName(model.name(id)),
+    name: plainName(n),
     caption: owner === undefined ? kind : `${kind} · ${plainName(model.name(owner))}`,
   };
 }

@@ -233,7 +233,7 @@ export class LineagePanel {
   }
   private offer(content: Blob, extension: string): void {
     const file = offerFile(content, plainName(this.model.name(this.root)), extension);
-    announce(`Saved ${file}`);
+    announce(`Saving ${file}`);
   }
 
   private legend(): HTMLElement {

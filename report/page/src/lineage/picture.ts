@@ -1,11 +1,12 @@
 // The drawing as a picture of its own for slides and documents: an SVG that needs no page around it, or a PNG of that.
 
 import { svg } from "../elements/dom";
+import { paintedMark } from "../elements/kind_mark";
 import { colours } from "../elements/theme";
-import { kFlowStyles, kindStyle } from "../model/kinds";
+import { kFlowStyles } from "../model/kinds";
 import type { FlowStyle, Model } from "../model/model";
 import { fittedLabels, kCaptionSize, kMarkRoom, kNameSize, kNameWeight, labelsOf } from "./labels";
-import { bends, kHeight, kWidth, type Placing, type Point } from "./placing";
+import { bends, ends, kHeight, kWidth, type Placing, type Point } from "./placing";
 import type { Flow, Handle, Sight } from "./sight";
 
 export interface Picture {
@@ -59,18 +60,14 @@ function through(start: Point, controls: Point[], end: Point): string {
   return `M${at(start)}${pieces.length > 0 ? pieces.join("") : `L${at(end)}`}`;
 }
 
-function edgePath(flow: Flow, { points, ways }: Placing): string {
-  const from = points.get(flow.from)!;
-  const to = points.get(flow.to)!;
+function edgePath(flow: Flow, placing: Placing): string {
   if (flow.from === flow.to) {
-    const top = from.y - kHeight / 2;
-    return `M${from.x - 14} ${top}C${from.x - 30} ${top - kLoopRise} ${from.x + 30} ${top - kLoopRise} ${from.x + 14} ${top}`;
+    const { x, y } = placing.points.get(flow.from)!;
+    const top = y - kHeight / 2;
+    return `M${x - 14} ${top}C${x - 30} ${top - kLoopRise} ${x + 30} ${top - kLoopRise} ${x + 14} ${top}`;
   }
-  const start = { x: from.x + kWidth / 2, y: from.y };
-  const end = { x: to.x - kWidth / 2, y: to.y };
-  // What leads back goes straight.
-  const controls = end.x > start.x ? bends(from, to, ways.get(`${flow.from} ${flow.to}`) ?? []) : [];
-  return through(start, controls, end);
+  const { start, end } = ends(flow, placing);
+  return through(start, bends(flow, placing), end);
 }
 
 function edge(flow: Flow, placing: Placing): SVGElement {
@@ -84,13 +81,10 @@ function edge(flow: Flow, placing: Placing): SVGElement {
 
 function box(model: Model, id: number, isRoot: boolean, { x, y }: Point, font: string): SVGElement {
   const c = colours();
-  const style = kindStyle(model.kind(id));
   const whole = labelsOf(model, id);
   const shown = fittedLabels(whole, font);
   const mark = svg("g", { transform: `translate(8 ${(kHeight - kMarkSize) / 2}) scale(${kMarkSize / 16})` },
-    svg("rect", { width: 16, height: 16, rx: 4, fill: c[style.family] }),
-    svg("path", { d: style.glyph, fill: "none", stroke: "#fff", "stroke-width": 1.2, "stroke-linecap": "round",
-      "stroke-linejoin": "round" }));
+    ...paintedMark(model.kind(id), c));
   return svg("g", { transform: `translate(${x - kWidth / 2} ${y - kHeight / 2})` },
     svg("title", {}, inXml(`${whole.name}, ${whole.caption}`)),
     svg("rect", { width: kWidth, height: kHeight, rx: 6, fill: c.raised, stroke: isRoot ? c.ink : c.line,
