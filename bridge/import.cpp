@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "bridge/tabular_import.h"
-#include "framework/dom/parser.h"
+#include "framework/dom/document_failure.h"
 #include "framework/model/roles.h"
 #include "reader/origin.h"
 #include "reader/reader.h"

@@ -1,4 +1,5 @@
-// Any bytes are a tree or one exception, and what the tree's look-ups give is what a walk gives.
+// Any bytes are a tree or one exception, what the tree's look-ups give is what a walk gives, and plain
+// documents are read as Expat alone reads them.
 
 #include <cstdint>
 #include <cstdlib>
@@ -7,6 +8,7 @@
 
 #include "framework/dom/dom.h"
 #include "framework/std/exception.h"
+#include "tests/dom/expat_reading.h"
 
 namespace {
 
@@ -47,6 +49,7 @@ void check(const TAVDOMElement& root, std::size_t lines) {
 // NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
+  if (tav::test::isPlainDocument(text)) require(tav::test::ourReading(text) == tav::test::expatReading(text));
   TAVDOM dom(nullptr);
   try {
     check(*dom.parseText(text, "fuzz"), size + 1);

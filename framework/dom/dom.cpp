@@ -1,5 +1,6 @@
 #include "framework/dom/dom.h"
 
+#include "framework/dom/document_failure.h"
 #include "framework/dom/parser.h"
 #include "framework/std/exception.h"
 #include "framework/std/file_reader.h"
@@ -12,24 +13,24 @@ const TAVDOMElement* TAVDOM::parseFile(const TAVFile& file) {
   const std::string_view path = file.getPath();
   tav::FileReader reader;
   if (!reader.open(file.getPath().str())) tav::failForDocument(path, reader.getError());
-  tav::DomParser parser(*storage_, log_, path);
-  return parser.parse(
+  tav::ByteSource source(
       [&](char* buffer, std::size_t capacity) {
         const std::size_t count = reader.read(buffer, capacity);
         if (!reader.getError().empty()) tav::failForDocument(path, reader.getError());
         return count;
       },
       reader.getSize(), progress_);
+  return tav::parseDocument(source, *storage_, log_, path);
 }
 
 const TAVDOMElement* TAVDOM::parseText(std::string_view text, std::string_view name) {
   std::string_view rest = text;
-  tav::DomParser parser(*storage_, log_, name);
-  return parser.parse(
+  tav::ByteSource source(
       [&rest](char* buffer, std::size_t capacity) {
         const std::size_t count = rest.copy(buffer, capacity);
         rest.remove_prefix(count);
         return count;
       },
       text.size(), progress_);
+  return tav::parseDocument(source, *storage_, log_, name);
 }

@@ -12,7 +12,7 @@
 
 namespace tav {
 
-class DomParser;
+class TreeBuilder;
 
 /// An attribute of an element; its value has all entities and character references resolved.
 struct DomAttribute {
@@ -68,7 +68,7 @@ class TAV_API TAVDOMElement {
                                                 std::string_view localName) const noexcept;
 
  private:
-  friend class tav::DomParser;
+  friend class tav::TreeBuilder;
 
   // 48 bytes: a typical document has an element for every 40.
   const tav::DomName* name_ = nullptr;

@@ -1,7 +1,5 @@
 #include "framework/dom/names.h"
 
-#include <cstring>
-
 namespace tav {
 
 DomNames::DomNames(Arena& arena) : arena_(arena) {
@@ -27,14 +25,14 @@ void DomNames::declare(std::string_view attribute, std::string_view value) {
   spaces_[prefix] = keepSpace(value);
 }
 
-const DomName* DomNames::tag(const char* written) {
+const DomName* DomNames::tag(std::string_view written) {
   Written& name = find(written);
   const std::string_view space = spaces_[name.prefix];
   if (!name.lastTag || name.lastTag->space.data() != space.data()) name.lastTag = make(name, space);
   return name.lastTag;
 }
 
-const DomName* DomNames::attribute(const char* written) {
+const DomName* DomNames::attribute(std::string_view written) {
   Written& name = find(written);
   const std::string_view space = name.prefix == kNoPrefix ? std::string_view() : spaces_[name.prefix];
   if (!name.lastAttribute || name.lastAttribute->space.data() != space.data())
@@ -44,9 +42,9 @@ const DomName* DomNames::attribute(const char* written) {
 
 // The names of a document come in few sequences, again and again: the one that followed last time is tried
 // before anything is hashed.
-DomNames::Written& DomNames::find(const char* text) {
+DomNames::Written& DomNames::find(std::string_view text) {
   Written* const guess = last_ ? last_->follower : nullptr;
-  Written& found = guess && std::strcmp(guess->text.data(), text) == 0 ? *guess : findHashed(text);
+  Written& found = guess && guess->text == text ? *guess : findHashed(text);
   if (last_) last_->follower = &found;
   last_ = &found;
   return found;
@@ -55,7 +53,7 @@ DomNames::Written& DomNames::find(const char* text) {
 DomNames::Written& DomNames::findHashed(std::string_view text) {
   const auto found = written_.find(text);
   if (found != written_.end()) return found->second;
-  const std::string_view kept = arena_.copy({text.data(), text.size() + 1}).substr(0, text.size());
+  const std::string_view kept = arena_.copy(text);
   const std::size_t colon = kept.find(':');
   const bool hasPrefix = colon != kept.npos && colon > 0 && colon + 1 < kept.size();
   const Written written{kept, hasPrefix ? kept.substr(colon + 1) : kept,

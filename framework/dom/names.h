@@ -25,12 +25,12 @@ class DomNames {
   /// Takes an attribute that may declare a namespace; any other one is passed over.
   void declare(std::string_view attribute, std::string_view value);
 
-  const DomName* tag(const char* written);
-  const DomName* attribute(const char* written);
+  const DomName* tag(std::string_view written);
+  const DomName* attribute(std::string_view written);
 
  private:
   struct Written {
-    std::string_view text;  // a NUL follows it
+    std::string_view text;
     std::string_view local;
     std::size_t prefix;  // in spaces_
     Written* follower = nullptr;
@@ -44,7 +44,7 @@ class DomNames {
 
   static constexpr std::size_t kNoPrefix = 0;
 
-  Written& find(const char* text);
+  Written& find(std::string_view text);
   Written& findHashed(std::string_view text);
   std::size_t prefixIndex(std::string_view prefix);
   std::string_view keepSpace(std::string_view space);

@@ -4,7 +4,7 @@
 
 #include "framework/dom/document_encoding.h"
 #include "framework/dom/dom.h"
-#include "framework/dom/parser.h"
+#include "framework/dom/document_failure.h"
 #include "framework/model/reflection.h"
 #include "framework/serialization/details_reader.h"
 #include "framework/serialization/loading.h"
