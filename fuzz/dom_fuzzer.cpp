@@ -8,7 +8,7 @@
 
 #include "framework/dom/dom.h"
 #include "framework/std/exception.h"
-#include "tests/dom/expat_reading.h"
+#include "tests/support/expat_reading.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/dom/expat_reading.h"
+#include "tests/support/expat_reading.h"
 
 #include <expat.h>
 
@@ -53,6 +53,12 @@ std::string kindOf(XML_Error error, const Reading& reading) {
   return XML_ErrorString(error);
 }
 
+std::string faultOf(const Reading& reading) {
+  return std::to_string(XML_GetCurrentLineNumber(reading.parser)) + ":" +
+         std::to_string(XML_GetCurrentColumnNumber(reading.parser) + 1) + ": " +
+         kindOf(XML_GetErrorCode(reading.parser), reading);
+}
+
 /// Of a message of ours, as much as kindOf() gives.
 std::string kindOf(std::string_view message) {
   for (const std::string_view begin :
@@ -82,10 +88,8 @@ std::string expatReading(std::string_view document) {
   XML_SetUserData(parser.get(), &reading);
   XML_SetElementHandler(parser.get(), start, end);
   XML_SetCharacterDataHandler(parser.get(), text);
-  if (XML_Parse(parser.get(), document.data(), static_cast<int>(document.size()), XML_TRUE) != XML_STATUS_OK)
-    return std::to_string(XML_GetCurrentLineNumber(parser.get())) + ":" +
-           std::to_string(XML_GetCurrentColumnNumber(parser.get()) + 1) + ": " +
-           kindOf(XML_GetErrorCode(parser.get()), reading);
+  const auto size = static_cast<int>(document.size());
+  if (XML_Parse(parser.get(), document.data(), size, XML_TRUE) != XML_STATUS_OK) return faultOf(reading);
   std::string lines;
   for (const Element& e : reading.elements) lines += lineOf(e.depth, e.head, e.text, e.hasChildren);
   return lines;
