@@ -26,7 +26,8 @@ enum : std::uint8_t {
   kText = 8,       // stands for itself in text
   kValue = 16,     // and in the value of an attribute
   kVerbatim = 32,  // and in a comment, a section and an instruction
-  kEnding = 64     // may begin the end of one of these
+  kEnding = 64,    // may begin the end of one of these
+  kSpace = 128     // a blank that ends no line
 };
 
 constexpr std::array<std::uint8_t, 256> kClasses = [] {
@@ -41,6 +42,7 @@ constexpr std::array<std::uint8_t, 256> kClasses = [] {
     if (isLetter || c == '_') of |= kNameStart;
     if (isLetter || (c >= '0' && c <= '9') || isOneOf(c, "_-.:")) of |= kNamePart;
     if (isOneOf(c, " \t\r\n")) of |= kBlank;
+    if (isOneOf(c, " \t")) of |= kSpace;
     if (isPrintable && !isOneOf(c, "<&]")) of |= kText;
     if (c >= 0x20 && !isOneOf(c, "<&\"'")) of |= kValue;
     if (isPrintable && !isOneOf(c, "-]?")) of |= kVerbatim;
@@ -279,8 +281,26 @@ Scanner::Step Scanner::scanEndTag() {
   return Step::done;
 }
 
+// Indentation is most of the text between tags: what is known to be that is not looked at again.
+void Scanner::scanIndentation() {
+  while (is(kBlank, *here_.at)) {
+    const char* run = here_.at;
+    if (isLineEnd(*run)) {
+      if (passLineEnd(here_) != Step::done) return;
+      run = here_.at - 1;
+      if (*run == '\r') {
+        tree_.addBlanks("\n");
+        ++run;
+      }
+    }
+    here_.at = passAll(kSpace, here_.at);
+    tree_.addBlanks({run, here_.at});
+  }
+}
+
 // It takes what is plain of the text, also when the rest of it is not, or has not been read.
 Scanner::Step Scanner::scanText() {
+  scanIndentation();
   Cursor cursor = here_;
   const char* run = cursor.at;  // from here on the text is what is written, and has not been taken
   const auto take = [&] {
@@ -473,8 +493,9 @@ Scanner::Step Scanner::find(const char* at, std::string_view text) const {
 }
 
 bool Scanner::namesDiffer() const {
-  std::vector<std::string_view> names;
   if (attributes_.size() < 2) return true;
+  if (attributes_.size() == 2) return attributes_.front().name != attributes_.back().name;
+  std::vector<std::string_view> names;
   names.reserve(attributes_.size());
   for (const TagAttribute& attribute : attributes_) names.push_back(attribute.name);
   std::sort(names.begin(), names.end());

@@ -49,6 +49,7 @@ class Scanner {
   Step scanAttribute(Cursor& cursor);
   Step scanValue(Cursor& cursor, TagAttribute& attribute);
   Step scanEndTag();
+  void scanIndentation();
   Step scanText();
   bool scanLeaf(std::string_view text, Cursor end);
   Step scanBlanks();

@@ -1,16 +1,11 @@
 #include "framework/dom/tree_builder.h"
 
-#include <algorithm>
 #include <limits>
+#include <memory>
 
 namespace tav {
 
 namespace {
-
-bool isBlank(std::string_view text) {
-  return std::all_of(text.begin(), text.end(),
-                     [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
-}
 
 template <class Number, class Value> bool fits(Value value) {
   return value <= static_cast<Value>(std::numeric_limits<Number>::max());
@@ -46,6 +41,12 @@ void TreeBuilder::keepAttributes(std::span<const TagAttribute> attributes, TAVDO
 }
 
 void TreeBuilder::addText(std::string_view text) {
+  addBlanks(text);
+  bool& hasWords = open_.back().hasWords;
+  if (!hasWords) hasWords = text.find_first_not_of(" \t\r\n") != text.npos;
+}
+
+void TreeBuilder::addBlanks(std::string_view text) {
   requireLength(text_.size() - open_.back().textStart + text.size());
   text_ += text;
 }
@@ -58,7 +59,7 @@ void TreeBuilder::end() {
   TAVDOMElement element = frame.element;
   // Between child elements there is indentation only: a third of a typical file.
   std::string_view own = std::string_view(text_).substr(frame.textStart);
-  if (!children.empty() && isBlank(own)) own = {};
+  if (!children.empty() && !frame.hasWords) own = {};
   element.value_ = keep(own).data();
   element.valueSize_ = static_cast<std::uint32_t>(own.size());
   if (!children.empty()) placeChildren(element, children);

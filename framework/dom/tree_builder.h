@@ -41,6 +41,8 @@ class TreeBuilder {
   void start(std::string_view name, std::uint64_t line, std::span<const TagAttribute> attributes);
   /// Text directly in the innermost element. Throws TreeLimit.
   void addText(std::string_view text);
+  /// The same with text that is white space alone.
+  void addBlanks(std::string_view text);
   /// Ends the innermost element. Throws TreeLimit.
   void end();
   /// Ends the innermost element, whose text, where it had none before, is this.
@@ -68,6 +70,7 @@ class TreeBuilder {
     std::size_t firstChild;  // in closed_
     std::size_t textStart;   // in text_
     DomNames::Scope scope;
+    bool hasWords = false;  // whether its text is more than white space
   };
 
   void keepAttributes(std::span<const TagAttribute> attributes, TAVDOMElement& element);
