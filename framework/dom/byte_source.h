@@ -19,12 +19,13 @@ class ByteSource {
   ByteSource(Read read, std::uint64_t total, Progress progress)
       : read_(std::move(read)), total_(total), progress_(std::move(progress)) {}
 
-  /// Fewer than `capacity` bytes only at the end of the document. What was read before is done with.
+  /// Fewer than `capacity` bytes only at the end of the document. What was read before, and not given back,
+  /// is done with.
   std::size_t read(char* buffer, std::size_t capacity) {
     const std::size_t again = returned_.copy(buffer, capacity);
     returned_.remove_prefix(again);
     if (again == capacity) return again;
-    reportProgress();
+    if (again == 0) reportProgress();
     const std::size_t count = read_(buffer + again, capacity - again);
     bytesRead_ += count;
     return again + count;
