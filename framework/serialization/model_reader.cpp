@@ -3,8 +3,8 @@
 #include <expat.h>
 
 #include "framework/dom/document_encoding.h"
-#include "framework/dom/dom.h"
 #include "framework/dom/document_failure.h"
+#include "framework/dom/dom.h"
 #include "framework/model/reflection.h"
 #include "framework/serialization/details_reader.h"
 #include "framework/serialization/loading.h"
