@@ -9,6 +9,7 @@ target_compile_features(tav_framework INTERFACE cxx_std_20)
 install(TARGETS tav_framework tav_lineage tav_messages xmla_import EXPORT xmlaBridgeTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
         FILE_SET HEADERS DESTINATION include/xmla-bridge)
+install(TARGETS xmla_posting xmla_archives LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(TARGETS xmla-bridge RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 install(EXPORT xmlaBridgeTargets NAMESPACE xmlaBridge:: DESTINATION ${package_folder})

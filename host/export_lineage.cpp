@@ -34,7 +34,7 @@ std::string checkServer(const std::string& text) {
 }
 
 std::string checkUrl(const std::string& text) {
-  return isPostUrl(text) ? "" : "the URL must begin with http:// or https:// and name a host";
+  return posting().isPostUrl(text) ? "" : "the URL must begin with http:// or https:// and name a host";
 }
 
 std::string checkEnvironment(const std::string& text) {
@@ -75,7 +75,7 @@ void addProposalOptions(const CommandParser& parser, tav::DatahubOptions& option
 PostTarget withKey(PostTarget target, MessageLog& log, const std::string& shown) {
   if (const char* key = std::getenv("OPENLINEAGE_API_KEY"))  // NOLINT(concurrency-mt-unsafe): never set here
     target.apiKey = key;
-  if (sendsInClear(target)) log.logEvent(tav::messageEvent(tav::Message::keySentInClear, {shown}));
+  if (posting().sendsInClear(target)) log.logEvent(tav::messageEvent(tav::Message::keySentInClear, {shown}));
   return target;
 }
 
@@ -124,23 +124,23 @@ void checkLineageOptions(const CommandParser& parser, const std::string& format)
 
 EventPosting::EventPosting(const PostTarget& target, MessageLog& log)
     : log_(log),
-      shown_(printable(publicUrl(target.url))),
-      posted_(target.resume, publicUrl(target.url)),
-      post_(withKey(target, log, shown_)) {}
+      shown_(printable(posting().publicUrl(target.url))),
+      posted_(target.resume, posting().publicUrl(target.url)),
+      post_(posting().open(withKey(target, log, shown_))) {}
 
 void EventPosting::post(const tav::DetailedModel& model, const tav::ExportOptions& options) {
   const tav::LineageEvents events(model, options);
   const std::size_t before = sent_ + skipped_;
-  post_.expect(events.count());
+  post_->expect(events.count());
   events.write([&](std::string_view event) {
     const std::size_t done = sent_ + skipped_ - before;
     log_.showProgress("Posting to " + shown_, static_cast<int>(100 * done / events.count()));
     if (posted_.contains(event)) {
-      post_.skip();
+      post_->skip();
       ++skipped_;
       return;
     }
-    post_.send(event);
+    post_->send(event);
     posted_.add(event);
     ++sent_;
   });

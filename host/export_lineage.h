@@ -2,6 +2,7 @@
 
 // What the exports for catalogues have beside other formats: options of their own, and a server to send to.
 
+#include <memory>
 #include <string>
 
 #include "exports/formats.h"
@@ -23,7 +24,7 @@ void checkLineageOptions(const CommandParser& parser, const std::string& format)
 /// OPENLINEAGE_API_KEY, if there is one.
 class EventPosting {
  public:
-  /// Warns of a key that others could read on its way. Throws what LineagePost and PostedEvents throw.
+  /// Warns of a key that others could read on its way. Throws what Posting and PostedEvents throw.
   EventPosting(const PostTarget& target, MessageLog& log);
 
   /// Sends the events of a model but for those that the server has. Throws when one was not taken.
@@ -35,7 +36,7 @@ class EventPosting {
   MessageLog& log_;
   std::string shown_;
   PostedEvents posted_;
-  LineagePost post_;
+  std::unique_ptr<LineagePost> post_;
   std::size_t sent_ = 0;
   std::size_t skipped_ = 0;
 };

@@ -23,42 +23,45 @@ struct PostTarget {
   std::string resume;
 };
 
-/// A text that shows a URL without what is secret in it: user, password and query.
-std::string publicUrl(const std::string& url);
-/// Whether `url` is one that can be posted to.
-bool isPostUrl(const std::string& url);
-/// Whether a secret goes to another machine without being encrypted.
-bool sendsInClear(const PostTarget& target);
-
-/// Posts events one after the other over one connection. Answers 429 and 5xx, and connections that fail, are
-/// tried again after a pause that doubles from one second, or that the server asks for, half a minute at
-/// most. Servers are known by their certificates, and none sends what it is posted on to another.
+/// Events that are posted one after the other over one connection.
 class LineagePost {
  public:
-  /// Throws Message::badApiKey for an API key that no header can hold.
-  explicit LineagePost(PostTarget target);
+  LineagePost() = default;
   LineagePost(const LineagePost&) = delete;
   LineagePost& operator=(const LineagePost&) = delete;
-  ~LineagePost();
+  virtual ~LineagePost() = default;
 
   /// So many events are to come, beside those before.
-  void expect(std::size_t count) noexcept { count_ += count; }
+  virtual void expect(std::size_t count) noexcept = 0;
   /// Throws Message::eventNotPosted when it was not taken, which names the target and the event's place.
-  void send(std::string_view event);
+  virtual void send(std::string_view event) = 0;
   /// Passes over an event that the server has already.
-  void skip() noexcept { ++place_; }
-
- private:
-  struct Connection;
-  struct Answer;
-
-  [[nodiscard]] Answer attempt(std::string_view event);
-  [[noreturn]] void giveUp(const Answer& answer, int attempts) const;
-
-  PostTarget target_;
-  std::size_t count_ = 0;
-  std::size_t place_ = 0;  // of the event that is being sent, from 1
-  std::unique_ptr<Connection> connection_;
+  virtual void skip() noexcept = 0;
 };
+
+/// What posts, in a library of its own: it needs thirty others, which a run that posts nothing does without.
+class Posting {
+ public:
+  Posting() = default;
+  Posting(const Posting&) = delete;
+  Posting& operator=(const Posting&) = delete;
+  virtual ~Posting() = default;
+
+  /// A text that shows a URL without what is secret in it: user, password and query.
+  [[nodiscard]] virtual std::string publicUrl(const std::string& url) const = 0;
+  /// Whether `url` is one that can be posted to.
+  [[nodiscard]] virtual bool isPostUrl(const std::string& url) const = 0;
+  /// Whether a secret goes to another machine without being encrypted.
+  [[nodiscard]] virtual bool sendsInClear(const PostTarget& target) const = 0;
+  /// Answers 429 and 5xx, and connections that fail, are tried again after a pause that doubles from one second,
+  /// or that the server asks for, half a minute at most. Servers are known by their certificates, and none
+  /// sends what it is posted on to another. Throws Message::badApiKey for an API key that no header can hold.
+  [[nodiscard]] virtual std::unique_ptr<LineagePost> open(PostTarget target) const = 0;
+  /// The version of the library that speaks HTTP.
+  [[nodiscard]] virtual std::string httpVersion() const = 0;
+};
+
+/// Throws Message::httpNotAvailable when it cannot be loaded.
+const Posting& posting();
 
 }  // namespace host

@@ -1,10 +1,8 @@
 #include "host/plugin.h"
 
-#include <dlfcn.h>
+#include <stdexcept>
 
-#include <filesystem>
-
-#include "framework/std/own_folder.h"
+#include "host/own_library.h"
 #include "messages/message.h"
 
 namespace host {
@@ -13,21 +11,10 @@ namespace {
 constexpr const char* kLibrary = "libTAVMicrosoftSqlServerXMLAImport.so";
 constexpr const char* kFactory = "getTAVMicrosoftSqlServerXMLAImportInterface";
 
-[[noreturn]] void failToLoad(const std::string& cause) {
-  tav::fail(tav::Message::pluginNotLoaded, {cause});
-}
-
-TAVImportBridgeDllInterface& load() {
-  const std::filesystem::path library = tav::ownFolder() / kLibrary;
-  // It stays loaded: messages and models may refer to it until the program ends.
-  void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!handle) failToLoad(dlerror());
-  using Factory = TAVImportBridgeDllInterface* (*)();
-  const auto factory = reinterpret_cast<Factory>(dlsym(handle, kFactory));
-  if (!factory) failToLoad(library.string() + " has no factory " + kFactory);
-  TAVImportBridgeDllInterface* plugin = factory();
-  if (!plugin) failToLoad(library.string() + " gives no interface");
-  return *plugin;
+TAVImportBridgeDllInterface& load() try {
+  return ownInterface<TAVImportBridgeDllInterface>(kLibrary, kFactory);
+} catch (const std::runtime_error& error) {
+  tav::fail(tav::Message::pluginNotLoaded, {error.what()});
 }
 
 }  // namespace

@@ -1,16 +1,18 @@
 #include "host/version.h"
 
-#include <curl/curl.h>
 #include <expat.h>
 #include <fmt/format.h>
-#include <zip.h>
 
+#include <exception>
 #include <nlohmann/json.hpp>
+#include <string>
 #include <string_view>
 
 #include "exports/sqlite_database.h"
 #include "framework/std/text.h"
 #include "host/command_line.h"
+#include "host/inputs/archive.h"
+#include "host/lineage_post.h"
 
 namespace host {
 namespace {
@@ -33,17 +35,26 @@ std::string jsonVersion() {
                      NLOHMANN_JSON_VERSION_PATCH);
 }
 
+/// What a library that is loaded on demand says of its version. It may not be installed.
+template <class Version> std::string versionIfLoaded(Version version) try {
+  return version();
+} catch (const std::exception&) {
+  return "missing";
+}
+
 }  // namespace
 
 std::string versionText() {
+  const std::string curl = versionIfLoaded([] { return posting().httpVersion(); });
+  const std::string zip = versionIfLoaded([] { return archives().libraryVersion(); });
   return fmt::format(
       "xmla-bridge " XMLA_VERSION
       "\n"
       "Build      " XMLA_BUILD
       "\n"
       "Libraries  {}, curl {}, Expat {}, fmt {}, libzip {}, nlohmann-json {}, SQLite {}, utf8proc {}",
-      commandLineLibrary(), curl_version_info(CURLVERSION_NOW)->version, expatVersion(), fmtVersion(),
-      zip_libzip_version(), jsonVersion(), tav::sqliteVersion(), tav::caseFoldingVersion());
+      commandLineLibrary(), curl, expatVersion(), fmtVersion(), zip, jsonVersion(), tav::sqliteVersion(),
+      tav::caseFoldingVersion());
 }
 
 }  // namespace host

@@ -63,7 +63,7 @@ constexpr std::array kRows{
     MessageRow{Message::processNotStarted, "XMLABRIDGE_F0026", "No process can be started for it: {0}",
                "The system's limit of processes or file descriptors is reached; lower --jobs."},
     MessageRow{Message::httpNotAvailable, "XMLABRIDGE_F0027", "HTTP is not available: {0}",
-               "The library libcurl cannot be set up."},
+               "The library libcurl is missing, or cannot be set up."},
     MessageRow{Message::duplicateInput, "XMLABRIDGE_W0028", "named more than once; it is imported once.",
                "Two arguments name the same file."},
     MessageRow{Message::processesNotAwaited, "XMLABRIDGE_F0029", "Processes cannot be awaited: {0}",

@@ -120,7 +120,9 @@ void syncFolder(const std::string& folder) noexcept {
 class ReplacingFile::Buffer : public std::streambuf {
  public:
   explicit Buffer(const TAVString& target)
-      : target_(targetOf(target.str())), folder_(folderOf(target_)), bytes_(kBufferSize) {
+      : target_(targetOf(target.str())),
+        folder_(folderOf(target_)),
+        bytes_(std::make_unique_for_overwrite<char[]>(kBufferSize)) {
     struct stat status {};
     const bool there = stat(target_.c_str(), &status) == 0;
     if (there && S_ISDIR(status.st_mode)) failWith(target_, "it is a folder");
@@ -130,7 +132,7 @@ class ReplacingFile::Buffer : public std::streambuf {
       createInsteadOf(status);
     else
       createBeside(modeOfNewFiles());
-    setp(bytes_.data(), bytes_.data() + bytes_.size());
+    setp(bytes_.get(), bytes_.get() + kBufferSize);
   }
   Buffer(const Buffer&) = delete;
   Buffer& operator=(const Buffer&) = delete;
@@ -260,17 +262,17 @@ class ReplacingFile::Buffer : public std::streambuf {
         from += written;
       } else if (errno != EINTR) {
         const std::string cause = reason();
-        setp(bytes_.data(), bytes_.data() + bytes_.size());
+        setp(bytes_.get(), bytes_.get() + kBufferSize);
         failWith(target_, cause);
       }
     }
-    setp(bytes_.data(), bytes_.data() + bytes_.size());
+    setp(bytes_.get(), bytes_.get() + kBufferSize);
   }
 
   std::string target_;
   std::string folder_;     // of the target; once that is in place, nothing may take memory any longer
   std::string temporary_;  // empty once it is in place, or when the target is written to directly
-  std::vector<char> bytes_;
+  std::unique_ptr<char[]> bytes_;
   int descriptor_ = -1;
   bool exchanged_ = false;
   bool made_ = false;

@@ -6,26 +6,37 @@
 #include <string>
 #include <vector>
 
-struct zip;
-
 namespace host {
 
 /// An open archive. What is wrong with it is thrown as std::runtime_error with the cause.
 class Archive {
  public:
-  explicit Archive(const std::string& path);
+  Archive() = default;
+  Archive(const Archive&) = delete;
+  Archive& operator=(const Archive&) = delete;
+  virtual ~Archive() = default;
 
-  [[nodiscard]] bool holds(const std::string& entry) const;
+  [[nodiscard]] virtual bool holds(const std::string& entry) const = 0;
   /// The names of what it holds, in its order.
-  [[nodiscard]] std::vector<std::string> entries() const;
+  [[nodiscard]] virtual std::vector<std::string> entries() const = 0;
   /// The bytes of an entry. One that is unpacked to more than such files have is refused.
-  [[nodiscard]] std::string read(const std::string& entry) const;
-
- private:
-  struct Close {
-    void operator()(zip* archive) const noexcept;
-  };
-  std::unique_ptr<zip, Close> archive_;
+  [[nodiscard]] virtual std::string read(const std::string& entry) const = 0;
 };
+
+/// What opens archives, in a library of its own: few inputs are one.
+class Archives {
+ public:
+  Archives() = default;
+  Archives(const Archives&) = delete;
+  Archives& operator=(const Archives&) = delete;
+  virtual ~Archives() = default;
+
+  [[nodiscard]] virtual std::unique_ptr<Archive> open(const std::string& path) const = 0;
+  /// The version of the library that unpacks.
+  [[nodiscard]] virtual std::string libraryVersion() const = 0;
+};
+
+/// Throws std::runtime_error with the cause when they cannot be loaded.
+const Archives& archives();
 
 }  // namespace host

@@ -52,11 +52,11 @@ bool isContainer(std::string_view beginning) {
 
 Container readContainer(const std::string& path, const std::string& name) {
   try {
-    const Archive archive(path);
-    if (!archive.holds(kDefinition)) return {{}, causeWithout(archive), false};
-    Container container{asUtf8(archive.read(kDefinition)), {}, false};
+    const std::unique_ptr<Archive> archive = archives().open(path);
+    if (!archive->holds(kDefinition)) return {{}, causeWithout(*archive), false};
+    Container container{asUtf8(archive->read(kDefinition)), {}, false};
     container.cause = causeOfEmptiness(container.definition);
-    for (const std::string& entry : archive.entries()) container.hasReport |= entry.starts_with(kReport);
+    for (const std::string& entry : archive->entries()) container.hasReport |= entry.starts_with(kReport);
     return container;
   } catch (const std::runtime_error& error) {
     tav::fail(tav::Message::containerNotRead, {name, error.what()});

@@ -156,7 +156,7 @@ std::vector<ReportPlace> reportsAt(const std::string& path) {
 
 ReportFiles::ReportFiles(const ReportPlace& report) : place_(report.path) {
   if (report.isArchive) {
-    archive_.emplace(report.path);
+    archive_ = archives().open(report.path);
     names_ = namesIn(*archive_);
   } else {
     FolderWalk folder(place_);

@@ -2,7 +2,7 @@
 
 // The files that a report consists of, wherever they are kept.
 
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -50,7 +50,7 @@ class ReportFiles {
 
  private:
   std::string place_;
-  std::optional<Archive> archive_;
+  std::unique_ptr<Archive> archive_;
   std::vector<std::string> names_;
   std::vector<std::string> folders_;
   std::vector<UnreadFolder> unread_;

@@ -37,6 +37,8 @@ lib/libtav_framework.so
 lib/libtav_framework.so.VERSION
 lib/libtav_lineage.a
 lib/libtav_messages.a
+lib/libxmla_archives.so
+lib/libxmla_posting.so
 share/bash-completion/completions/xmla-bridge
 share/doc/xmla-bridge/CHANGELOG.md
 share/doc/xmla-bridge/LICENSE
@@ -90,6 +92,22 @@ for content in 'of another place' "$noise" ''; do
     fail "an archive of classes (${content:0:16}) ends the import: $(cat "$work/log")"
   diff <(said "$work/fits") <(said "$work/log") || fail "an archive of classes (${content:0:16}) is told of"
 done
+
+# What few runs load is missed by these alone.
+mv "$tree"/lib/libxmla_{archives,posting}.so "$work"
+"$tree/bin/xmla-bridge" import --quiet "$source/examples/lost-property-create.xmla" -o "$work/model.xml" ||
+  fail 'an import needs what it does not use'
+[[ $("$tree/bin/xmla-bridge" --version) == *'curl missing'*'libzip missing'* ]] || fail 'the version does not tell what is missing'
+printf 'PK\003\004' >"$work/template.pbit"
+refused() {
+  local code=0
+  "$tree/bin/xmla-bridge" "${@:2}" >"$work/log" 2>&1 || code=$?
+  [[ $code = 1 && $(<"$work/log") == *"$1"*'cannot open shared object file'* ]] ||
+    fail "exit code $code without a library: $(<"$work/log")"
+}
+refused 'HTTP is not available' export --format openlineage --post http://localhost:9 "$work/model.xml"
+refused 'template.pbit' import "$work/template.pbit" -o "$work/other.xml"
+mv "$work"/libxmla_{archives,posting}.so "$tree/lib"
 
 # The completions offer the commands, options and formats that the help tells of.
 words() { tr ' ,' '\n\n' | sed '/^$/d' | LC_ALL=C sort; }
