@@ -15,7 +15,9 @@ void writeEstate(std::ostream& out, std::uint64_t bytes, std::uint64_t seed);
 /// std::invalid_argument for a kind that is none of:
 ///   equal-names     dimensions that all have one name, over as many tables with one friendly name
 ///   attributes      attributes of one dimension, each over a column of its own
-///   uneven          the same, and as many dimensions of one attribute
+///   levels          the same, with as many levels
+///   columns         columns of one table, with one attribute
+///   uneven          attributes as above, and as many dimensions of one attribute
 ///   tables          tables of one view, with one dimension whose attributes are spread over them
 ///   measures        measures of one cube, each over a column of its own
 ///   equal-measures  the same, all of one name

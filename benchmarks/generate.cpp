@@ -26,8 +26,9 @@ template <class Number> std::optional<Number> number(std::string_view text) {
 int usage() {
   std::cerr << "usage: generate-definition SIZE SEED [KIND] > FILE\n"
                "  KIND database (as if not given), tabular or script: SIZE in MB, such as 0.01 or 100\n"
-               "  KIND equal-names, attributes, uneven, tables, measures, equal-measures, references or\n"
-               "    cubes, or of a tabular definition model-columns, model-measures, model-partitions,\n"
+               "  KIND equal-names, attributes, levels, columns, uneven, tables, measures, equal-measures,\n"
+               "    references or cubes, or of a tabular definition model-columns, model-measures, "
+               "model-partitions,\n"
                "    model-annotations, model-members, model-tables, model-expressions, model-equal-columns,\n"
                "    model-equal-measures, model-equal-members or model-equal-tables: SIZE objects\n";
   return 2;

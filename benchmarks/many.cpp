@@ -50,9 +50,9 @@ void addAttribute(Dimension& dimension, std::size_t column) {
   dimension.attributes.push_back({name, name, {column}, Attribute::kNone, Attribute::kNone});
 }
 
-void addHierarchy(Dimension& dimension) {
+void addHierarchy(Dimension& dimension, std::size_t levels) {
   Hierarchy hierarchy{"Hierarchy", "Tree", {}};
-  const std::size_t count = std::min(kLevels, dimension.attributes.size());
+  const std::size_t count = std::min(levels, dimension.attributes.size());
   for (std::size_t i = count; i > 0; --i) hierarchy.levels.push_back(i - 1);
   dimension.hierarchies.push_back(std::move(hierarchy));
 }
@@ -72,13 +72,13 @@ Plan equalNames(std::uint64_t count) {
   return plan;
 }
 
-Plan manyAttributes(std::uint64_t count) {
+Plan manyAttributes(std::uint64_t count, std::size_t levels = kLevels) {
   Plan plan = plainPlan();
   plan.area.tables.push_back(plainTable(0));
   Dimension dimension;
   dimension.id = dimension.name = "Wide";
   for (std::uint64_t i = 0; i < count; ++i) addAttribute(dimension, addColumn(plan.area.tables.front()));
-  addHierarchy(dimension);
+  addHierarchy(dimension, levels);
   plan.area.dimensions.push_back(std::move(dimension));
   return plan;
 }
@@ -92,6 +92,12 @@ Plan unevenDimensions(std::uint64_t count) {
     addAttribute(dimension, 0);
     plan.area.dimensions.push_back(std::move(dimension));
   }
+  return plan;
+}
+
+Plan manyColumns(std::uint64_t count) {
+  Plan plan = manyAttributes(1);
+  while (plan.area.tables.front().columns.size() < count) addColumn(plan.area.tables.front());
   return plan;
 }
 
@@ -171,6 +177,8 @@ Plan longScript(std::uint64_t bytes) {
 Plan planMany(std::string_view kind, std::uint64_t count) {
   if (kind == "equal-names") return equalNames(count);
   if (kind == "attributes") return manyAttributes(count);
+  if (kind == "levels") return manyAttributes(count, count);
+  if (kind == "columns") return manyColumns(count);
   if (kind == "uneven") return unevenDimensions(count);
   if (kind == "tables") return manyTables(count);
   if (kind == "measures") return manyMeasures(count);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -12,6 +13,18 @@ struct Cost {
   double wall = 0;              // seconds
   double processor = 0;         // seconds, of the program and of the system for it
   std::uint64_t peakBytes = 0;  // the most memory that was resident at one time
+};
+
+/// The best of several runs of one program, the most memory of them.
+struct Best {
+  void take(const Cost& cost) {
+    if (runs++ == 0 || cost.wall < wall) wall = cost.wall;
+    processor = runs == 1 ? cost.processor : std::min(processor, cost.processor);
+    peakBytes = std::max(peakBytes, cost.peakBytes);
+  }
+  double wall = 0, processor = 0;  // seconds
+  std::uint64_t peakBytes = 0;
+  unsigned runs = 0;
 };
 
 /// A signal asked this program to end.
