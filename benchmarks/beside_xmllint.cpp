@@ -38,7 +38,7 @@ void BesideXmllint::printHead(const std::string& what) const {
 
 bool BesideXmllint::printFile(const std::string& name, const fs::path& file) const {
   const std::string model = folder_ / "model.xml";
-  const std::vector<std::string> import{programs_.import, "import", file, "-o", model, "--quiet"};
+  const std::vector<std::string> import{programs_.import, "import", file, "-o", model, "--quiet", "--json"};
   std::vector<std::string> modelAlone = import;
   modelAlone.emplace_back("--no-details");
   Best xmllint, parse, whole, alone;

@@ -157,7 +157,7 @@ template <class Write> double Bench::generate(Write write) const {
 }
 
 std::vector<std::string> Bench::importCommand(const std::string& input) const {
-  return {settings_.program, "import", input, "-o", model_, "--quiet"};
+  return {settings_.program, "import", input, "-o", model_, "--quiet", "--json"};
 }
 
 const Row* Bench::at(double megabytes) const {

@@ -141,6 +141,7 @@ int importIntoEstate(const std::string& input, const EstateTarget& target, const
   Summary summary;
   ImportScope wanted = scope;
   wanted.empty = false;
+  wanted.isLast = true;
   const int code = runImport(opened, "", log, wanted, [&](const tav::DetailedModel& model) {
     tav::importIntoEstate(target.path, definition, model,
                           {stateOf(log), target.history, log.getWarnings(), map});

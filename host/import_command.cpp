@@ -34,14 +34,18 @@ int importFile(const Arguments& arguments, MessageLog& log) {
 
   Input opened = openInput(input, log);
   readReports(opened, arguments.reports);
+  ImportScope scope = arguments.scope;
+  scope.isLast = true;
+  const bool isTold = !log.quiet || arguments.json;
   Summary summary;
-  const int code =
-      runImport(opened, arguments.output, log, arguments.scope, [&](const tav::DetailedModel& model) {
-        summary = summarize(model);
-        return true;
-      });
+  const int code = runImport(opened, arguments.output, log, scope, [&](const tav::DetailedModel& model) {
+    if (isTold) summary = summarize(model);
+    return true;
+  });
   if (code != kDone && code != kIncomplete) return code;
-  return tellOfWork(code, log, [&] { tellSummary(summary, arguments.output, arguments.json, log); });
+  return tellOfWork(code, log, [&] {
+    if (isTold) tellSummary(summary, arguments.output, arguments.json, log);
+  });
 }
 
 int importFiles(const Arguments& arguments, MessageLog& log) {

@@ -18,6 +18,15 @@ bool holdsNothing(const TAVStoreModel& model) {
          model.dataPackages.empty() && model.designPackages.empty() && model.storeConnections.empty();
 }
 
+/// What the last run of a process made stays until the process ends: to take it apart, object by object,
+/// would be a good part of the whole run.
+void leaveToExit(KeptModel made) noexcept {
+  [[maybe_unused]] static const tav::Details* volatile details = nullptr;
+  [[maybe_unused]] static const TAVModel* volatile model = nullptr;
+  details = made.details.release();
+  model = made.model.release();
+}
+
 class Observer : public tav::HostObserver {
  public:
   Observer(const Input& input, MessageLog& log, const ImportScope& scope, const ModelVisitor& visit)
@@ -48,7 +57,11 @@ class Observer : public tav::HostObserver {
   }
 
   void onDone(tav::Owned<TAVStoreModel> model) override {
-    if (kept_ && !empty) *kept_ = {std::move(model), takeDetails()};
+    KeptModel made{std::move(model), takeDetails()};
+    if (scope_.isLast)
+      leaveToExit(std::move(made));
+    else if (kept_ && !empty)
+      *kept_ = std::move(made);
   }
 
   /// Lets the model and its details be kept.

@@ -20,6 +20,7 @@ using ModelVisitor = std::function<bool(const tav::DetailedModel& model)>;
 struct ImportScope {
   bool details = true;  ///< what it says beyond its model
   bool empty = true;    ///< whether the model of an input without a database is shown and saved
+  bool isLast = false;  ///< whether the process ends behind it, which then gives the memory back all at once
 };
 
 /// A model that lives on after the run that made it.

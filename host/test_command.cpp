@@ -19,7 +19,7 @@ int test(const std::string& input, MessageLog& log) {
   if (opened.isInPlace() && !opened.refusal() && !loadPlugin().test(kBridgeIdentifier, options, log))
     return kFailed;
   const bool quiet = std::exchange(log.quiet, true);
-  const int code = runImport(opened, "", log, {.details = false},
+  const int code = runImport(opened, "", log, {.details = false, .isLast = true},
                              [](const tav::DetailedModel& /*model*/) { return false; });
   if (code != kDone || quiet) return code;
   StandardOutput out;
