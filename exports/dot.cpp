@@ -137,7 +137,7 @@ void writeDot(const WalkGraph& graph, const Subgraph& part, std::ostream& out) {
 }
 
 void writeLineageDot(const WalkGraph& graph, const LineageQuestion& question, std::ostream& out) {
-  writeDot(graph, subgraphOf(lineageTree(graph, question.starts.front(), question.walk)), out);
+  writeDot(graph, subgraphOf(lineageTree(graph, question.starts.front(), shortened(question.walk))), out);
 }
 
 extern const ExportFormat kDotFormat{

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "lineage/arrange.h"
+#include "lineage/database_nodes.h"
 #include "lineage/graph_builder.h"
 
 namespace tav {
@@ -38,6 +40,31 @@ void GraphBuilder::addDetailEdges() {
   for (std::uint32_t i = 0; i < relations.size(); ++i)
     graph_.edges_.push_back({graph_.itemNodes_[relations[i].from], graph_.itemNodes_[relations[i].to],
                              relations[i].kind, true, false, i});
+}
+
+/// Tables and columns of the database that partitions read and no view shows.
+void GraphBuilder::addPartitionSources(DatabaseNodes& databases) {
+  const Details* details = graph_.details_;
+  if (!details) return;
+  std::unordered_map<NodeId, std::uint32_t> addresses;  // by partition
+  for (const DetailRelation& relation : details->relations()) {
+    const DetailItem& source = details->item(relation.from);
+    if (relation.kind == EdgeKind::connects && source.object)
+      addresses.try_emplace(graph_.itemNodes_[relation.to],
+                            databases.addressOfConnection(as<TAVStoreConnection>(source.object)));
+  }
+  std::unordered_set<std::uint64_t> known;
+  for (const OpenName& name : details->openNames()) {
+    if (!isOfDatabase(name)) continue;
+    const NodeId reader = graph_.itemNodes_[name.item];
+    const auto place = addresses.find(reader);
+    const std::uint32_t address =
+        place == addresses.end() ? databases.addressOfConnection(nullptr) : place->second;
+    const NodeId source = name.note == kTableOfDatabase ? databases.namedTable(address, name.name)
+                                                        : databases.namedColumn(address, name.name, reader);
+    if (known.insert((std::uint64_t{source} << 32) | reader).second)
+      addEdge(source, reader, EdgeKind::reads, true);
+  }
 }
 
 void GraphBuilder::arrangeSettings() {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "lineage/graph_builder.h"
 
@@ -30,6 +31,39 @@ void GraphBuilder::addLinkedMeasureEdges() {
       continue;
     if (const auto source = linked.find(key(id, measure->linkedGroup)); source != linked.end())
       addEdge(source->second, id, EdgeKind::direct, true);
+  }
+}
+
+/// Where a measure group or table has several partitions, one node stands for all, so that their number does
+/// not multiply with that of what they fill.
+void GraphBuilder::addPartitions() {
+  const Details* details = graph_.details_;
+  if (!details) return;
+  std::unordered_map<NodeId, NodeId> shared;  // by measure group or table: what stands for its partitions
+  for (const DetailRelation& relation : details->relations()) {
+    if (relation.kind != EdgeKind::fills) continue;
+    const NodeId partition = graph_.itemNodes_[relation.from];
+    const NodeId owner = graph_.itemNodes_[relation.to];
+    const auto [filler, isFirst] = fillers_.try_emplace(owner, partition);
+    if (isFirst) continue;
+    const auto [every, isSecond] = shared.try_emplace(owner, static_cast<NodeId>(graph_.nodes_.size()));
+    if (isSecond) {
+      graph_.nodes_.push_back({NodeKind::everyPartition, owner, nullptr, "Partitions"});
+      addEdge(std::exchange(filler->second, every->second), every->second, EdgeKind::loads, true);
+    }
+    addEdge(partition, every->second, EdgeKind::loads, true);
+  }
+}
+
+/// What a partition reads decides which rows there are, of all measures of its group and all columns of its
+/// table.
+void GraphBuilder::addFilledEdges() {
+  if (fillers_.empty()) return;
+  for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) {
+    const LineageNode& node = graph_.nodes_[id];
+    if (node.kind != NodeKind::measure && node.kind != NodeKind::attribute) continue;
+    if (const auto filler = fillers_.find(node.owner); filler != fillers_.end())
+      addEdge(filler->second, id, EdgeKind::loads, true);
   }
 }
 

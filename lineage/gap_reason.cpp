@@ -41,7 +41,9 @@ bool isMadeByServer(const LineageGraph& graph, NodeId id) {
 /// Of an attribute of a linked dimension, or a measure of a linked group, that nothing here feeds.
 std::string linkedReason(const LineageGraph& graph, NodeId id) {
   const NodeId owner = graph.node(id).owner;
-  if (owner == kNoNode || !graph.into(id).empty()) return {};
+  const auto into = graph.into(id);
+  const auto isSource = [](const LineageEdge& edge) { return edge.kind != EdgeKind::loads; };
+  if (owner == kNoNode || std::any_of(into.begin(), into.end(), isSource)) return {};
   const std::string kind(nodeKindLabel(graph.node(owner).kind));
   if (isMadeByServer(graph, owner)) return "the server makes its " + kind + " from a calendar";
   const std::string from = linkedFrom(graph, owner);

@@ -102,6 +102,7 @@ void GraphBuilder::build() {
   setCubeOwners();
   nameCubeDimensions();
   addDetailNodes();
+  addPartitions();
   // What databases hold comes behind the nodes of the model, made when a table or query first names it.
   graph_.firstDatabaseNode_ = static_cast<NodeId>(graph_.nodes_.size());
   for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) addModelEdges(id);
@@ -109,6 +110,7 @@ void GraphBuilder::build() {
   addDetailEdges();
   // What the graph finds beyond the model comes last: it leaves out what the model has.
   addLinkedMeasureEdges();
+  addFilledEdges();
   // Only now it is known how many edges each node has.
   arrange();
 }
@@ -305,6 +307,7 @@ void GraphBuilder::addDatabaseEdges() {
   forEach(&GraphBuilder::addTableSource);
   forEach(&GraphBuilder::addQuerySources);
   forEach(&GraphBuilder::addColumnSources);
+  addPartitionSources(databases);
 }
 
 void GraphBuilder::addTableSource(NodeId id, DatabaseNodes& databases) {

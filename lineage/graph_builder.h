@@ -30,6 +30,7 @@ class GraphBuilder {
   void addView(const TAVDesignPackage& package);
   void addLevel(const TAVHierarchyLevelAssociation& use);
   void addDetailNodes();
+  void addPartitions();
   [[nodiscard]] NodeId enclosingCube(const TAVClassifier& classifier) const;
 
   void addModelEdges(NodeId id);
@@ -42,11 +43,13 @@ class GraphBuilder {
   void addTableSource(NodeId id, DatabaseNodes& databases);
   void addQuerySources(NodeId id, DatabaseNodes& databases);
   void addColumnSources(NodeId id, DatabaseNodes& databases);
+  void addPartitionSources(DatabaseNodes& databases);
   void addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& databases);
 
   void addBasisEdges(NodeId id);
   void addDetailEdges();
   void addLinkedMeasureEdges();
+  void addFilledEdges();
 
   static NodeId nodeOf(const TAVObject* object);
   void addEdge(NodeId from, NodeId to, EdgeKind kind, bool foundByGraph = false);
@@ -58,7 +61,9 @@ class GraphBuilder {
   std::unordered_map<const TAVNamespace*, NodeId> cubes_;    // by the package that the cube is in
   std::unordered_map<std::string_view, NodeId> dimensions_;  // of the database, by name
   std::unordered_map<NodeId, NodeId> firstConditions_;       // by table
-  std::vector<NodeId> columnOfView_;         // by node: the database's column that a view's column stands for
+  std::unordered_map<NodeId, NodeId>
+      fillers_;                       // by measure group or table: its partition, or what stands for all
+  std::vector<NodeId> columnOfView_;  // by node: the database's column that a view's column stands for
   std::vector<std::uint32_t> tableAddress_;  // by node of a view's table
 };
 

@@ -299,6 +299,7 @@ std::vector<OpenNameText> LineageGraph::openNames(NodeId id) const {
   }
   for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i) {
     const OpenName& name = details_->openNames()[openNames_[i]];
+    if (isOfDatabase(name)) continue;  // it has a node
     names.push_back({maskPasswords(name.name), name.state, maskPasswords(name.note)});
   }
   return names;
@@ -319,7 +320,7 @@ std::vector<std::string_view> LineageGraph::rawUnresolved(NodeId id) const {
   std::vector<std::string_view> names;
   if (details_ && !tabular_) {
     for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i)
-      if (const OpenName& name = details_->openNames()[openNames_[i]]; name.state != OpenNameState::exists)
+      if (const OpenName& name = details_->openNames()[openNames_[i]]; name.state != OpenNameState::exists && !isOfDatabase(name))
         names.push_back(name.name);
   } else if (node(id).object) {
     names = unresolvedNamesOf(*node(id).object);

@@ -108,6 +108,12 @@ class Walk {
     return originals_.contains(graph_.idOf(model, graph_.graph(model).originalOf(edge.from)));
   }
 
+  /// Whether what an edge leads to is named only.
+  [[nodiscard]] bool isEnd(const LineageEdge* edge, std::uint32_t model) const {
+    return walk_.shortens && upstream_ && edge && edge->kind == EdgeKind::loads &&
+           graph_.graph(model).node(edge->to).kind != NodeKind::everyPartition;
+  }
+
   /// How near each node is to a start.
   void measure() {
     nearest_.assign(graph_.size(), kUnlimitedDepth);
@@ -117,7 +123,7 @@ class Walk {
       Frame frame = frameOf(queue[i]);
       Step step;
       while (next(frame, step)) {
-        if (nearest_[step.node] != kUnlimitedDepth) continue;
+        if (nearest_[step.node] != kUnlimitedDepth || isEnd(step.edge, step.model)) continue;
         nearest_[step.node] = nearest_[queue[i]] + 1;
         queue.push_back(step.node);
       }
@@ -128,6 +134,10 @@ class Walk {
     using State = LineageTreeLine::State;
     if (nearest_[line.node] == kOpened) {
       line.state = State::above;
+    } else if (isEnd(line.edge, line.model)) {
+      line.state = nearest_[line.node] != kUnlimitedDepth ? State::below
+                   : leadsFurther(line.node)              ? State::cut
+                                                          : State::whole;
     } else if (nearest_[line.node] < line.depth) {
       line.state = State::below;
     } else if (line.depth == walk_.depth && leadsFurther(line.node)) {

@@ -24,7 +24,7 @@ struct LineageTreeLine {
     whole,  ///< what the node leads to follows
     above,  ///< the node stands above as well, with what it leads to
     below,  ///< or further below, nearer to the start
-    cut,    ///< the node leads further, beyond the depth that was asked for
+    cut,    ///< the node leads further, beyond what was asked for
   };
   JoinedId node;
   std::uint32_t depth;  ///< edges from the start
@@ -38,9 +38,16 @@ struct LineageTreeLine {
 struct LineageWalk {
   LineageDirection direction = LineageDirection::upstream;
   std::uint32_t depth = kUnlimitedDepth;  ///< edges from the start
-  bool members = false;  ///< also what cubes show, and perspectives show of what is not the start itself
-  bool values = false;   ///< only edges along which values flow
+  bool members = false;   ///< also what cubes show, and perspectives show of what is not the start itself
+  bool values = false;    ///< only edges along which values flow
+  bool shortens = false;  ///< for people: what fills a measure or column is named, and not followed upstream
 };
+
+/// The same walk, as a text or a drawing has it.
+[[nodiscard]] constexpr LineageWalk shortened(LineageWalk walk) noexcept {
+  walk.shortens = true;
+  return walk;
+}
 
 /// What a walk makes of an edge.
 enum class Follow : std::uint8_t {

@@ -165,6 +165,7 @@ class Comparison {
   /// copy of something that has none.
   template <class Partner> static bool isLone(const LineageGraph& graph, NodeId id, Partner partner) {
     const LineageNode& node = graph.node(id);
+    if (node.kind == NodeKind::everyPartition) return false;  // each of the partitions is told of
     if (node.owner != kNoNode && partner(node.owner) == kNoNode) return false;
     if (!isCopyKind(node.kind)) return true;
     const auto sources = graph.into(id);

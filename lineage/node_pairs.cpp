@@ -243,7 +243,7 @@ std::string NodePairs::madeOf(const Side& side, NodeId id) const {
   const LineageGraph& graph = *side.graph;
   std::vector<std::string> made;
   for (const LineageEdge& edge : graph.into(id))
-    if (edge.from != id) made.push_back(sourceKey(side, edge.from));
+    if (edge.from != id && edge.kind != EdgeKind::loads) made.push_back(sourceKey(side, edge.from));
   for (const NodeId part : graph.partsOf(id)) made.emplace_back(graph.node(part).rawName);
   if (made.empty() && graph.rawExpression(id).empty()) return {};
   std::sort(made.begin(), made.end());

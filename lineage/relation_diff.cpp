@@ -18,6 +18,7 @@ bool relatesOthers(NodeKind kind) {
     case NodeKind::dimensionUsage:
     case NodeKind::partition:
     case NodeKind::everyMeasure:
+    case NodeKind::everyPartition:
     case NodeKind::calculatedCells:
     case NodeKind::scope:
     case NodeKind::assignment:
@@ -138,7 +139,8 @@ std::vector<RelationDiff::Related> RelationDiff::relatedOf(const Side& side, Nod
 void RelationDiff::addOfModel(const Side& side, NodeId id, std::vector<Related>& all) const {
   const bool whole = isClassifierKind(side.graph->node(id).kind);
   for (const LineageEdge& edge : side.graph->into(id))
-    if (edge.relation == kNoRelation && (!whole || edge.kind == EdgeKind::direct))
+    if (edge.relation == kNoRelation && edge.kind != EdgeKind::loads &&
+        (!whole || edge.kind == EdgeKind::direct))
       all.push_back({keyOf(side, edge.from), "", edge.kind, edge.from, 0});
 }
 

@@ -37,7 +37,7 @@ bool isTableOrMember(const LineageGraph& graph, NodeId id) {
 }
 
 Subgraph subgraphOfWalk(const LineageGraph& graph, std::string_view name, LineageDirection direction) {
-  return subgraphOf(lineageTree(graph, findNode(graph, name, direction), {direction}));
+  return subgraphOf(lineageTree(graph, findNode(graph, name, direction), shortened({direction})));
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ class TreeText {
            const TextStyle& style)
       : graph_(graph),
         direction_(question.walk.direction),
-        lines_(lineageTree(graph, question.starts, question.walk)),
+        lines_(lineageTree(graph, question.starts, shortened(question.walk))),
         hasMore_(lines_.size()),
         inTree_(graph.size()),
         deepest_(deepestOf(style)),

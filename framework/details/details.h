@@ -58,12 +58,22 @@ TAV_API std::string_view openNameStateText(OpenNameState state) noexcept;
 /// The state of that text, or nothing.
 TAV_API std::optional<OpenNameState> openNameStateOf(std::string_view text) noexcept;
 
+/// The notes of names beyond the definition that a query of the database reads, as it writes them.
+inline constexpr std::string_view kTableOfDatabase = "a table of the database";
+inline constexpr std::string_view kColumnOfDatabase = "a column of the database";
+
 struct OpenName {
   ItemId item;  ///< in whose expression it stands
   std::string_view name;
   OpenNameState state;
   std::string_view note;  ///< what it is, or the nearest spelling; may be empty
 };
+
+/// Whether a name stands for a table or column of the database, beyond the definition.
+[[nodiscard]] inline bool isOfDatabase(const OpenName& name) noexcept {
+  return name.state == OpenNameState::beyond &&
+         (name.note == kTableOfDatabase || name.note == kColumnOfDatabase);
+}
 
 /// The details of one definition. Items belong to it; objects of the model are only named, and must live as
 /// long or be let go of with replace(). Texts are copied.

@@ -47,6 +47,7 @@ constexpr std::array<ObjectKindRow, kObjectKindCount> kObjectKinds{{
     {"aggregationDesign", "aggregation design", "aggregation designs", false, false, kUnordered},
     {"script", "MDX script", "MDX scripts"},
     {"everyMeasure", "measures", "measures"},
+    {"everyPartition", "partitions", "partitions"},
     {"namedSet", "named set", "named sets"},
     {"calculatedMember", "calculated member", "calculated members"},
     {"calculatedCells", "calculated cells", "calculated cells"},
@@ -122,6 +123,7 @@ constexpr std::array<RelationKindRow, kRelationKindCount> kRelationKinds{{
     {"connects", "connects through", "data source of", RelationSense::other},
     {"refreshes", "refreshed by", "refreshes", RelationSense::other},
     {"displays", "displays", "displayed by", RelationSense::other},
+    {"loads", "filled by", "fills", RelationSense::other},
     {"replaced", "replaces", "replaced in", RelationSense::other},
     {"mentions", "mentions", "mentioned by", RelationSense::other},
 }};

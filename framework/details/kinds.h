@@ -51,8 +51,9 @@ enum class ObjectKind : std::uint8_t {
   partition,
   refreshPolicy,
   aggregationDesign,
-  script,        ///< the MDX script of a cube
-  everyMeasure,  ///< stands for all measures of a cube, for what applies to each of them
+  script,          ///< the MDX script of a cube
+  everyMeasure,    ///< stands for all measures of a cube, for what applies to each of them
+  everyPartition,  ///< stands for all partitions of a measure group or table, for what each of them fills
   namedSet,
   calculatedMember,  ///< of a dimension other than that of the measures, or one that the model lacks
   calculatedCells,
@@ -150,6 +151,7 @@ enum class RelationKind : std::uint8_t {
   connects,  ///< a data source connects
   refreshes,
   displays,  ///< a report shows
+  loads,     ///< a partition brings rows to a measure or column
   replaced,  ///< a source that the model has, and that the definition does not mean
   mentions,  ///< names it, and nothing more is known
 };

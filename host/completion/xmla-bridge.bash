@@ -75,7 +75,7 @@ _xmla_bridge() {
           words+=' linkedMeasure calculations calculatedMeasure kpi kpiValue cube cubeDimension'
           words+=' cubeAttribute cubeMeasure perspective database dataSource dataSourceView hierarchy'
           words+=' level relationship cubeHierarchy dimensionUsage partition refreshPolicy'
-          words+=' aggregationDesign script everyMeasure namedSet calculatedMember calculatedCells'
+          words+=' aggregationDesign script everyMeasure everyPartition namedSet calculatedMember calculatedCells'
           words+=' scope assignment scriptStatement action role permission miningStructure'
           words+=' miningColumn miningModel assembly accountType calculationItem sharedExpression function'
           words+=' culture calendar report reportPage visual bookmark reportMeasure reportDataSet other'

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -9,19 +10,29 @@
 
 namespace tav {
 
-/// What the queries of partitions read: tables of the data source views, as far as those show them.
+/// What the queries of partitions read: tables and columns of the data source views, as far as those show
+/// them.
 class PartitionQueries {
  public:
   PartitionQueries(ImportRun& run, IdReferences& references) : run_(run), references_(references) {}
 
-  /// Lets the partition read what its query names. A table that no view shows is an open name.
+  /// Lets the partition read what its query names. A table or column that no view shows is an open name.
   void add(ItemId partition, std::string_view query, std::string_view dataSourceId);
   /// The same for a binding to a table of the database.
   void addTable(ItemId partition, const TAVDOMElement& binding);
 
  private:
-  void addTable(ItemId partition, const std::vector<std::string>& nameParts, std::string_view dataSourceId);
-  const std::vector<ViewIndex>& views();
+  /// A table of the database as a view shows it; no table where none does.
+  struct Shown {
+    ViewIndex* view = nullptr;
+    const TAVTable* table = nullptr;
+
+    [[nodiscard]] const TAVFeature* findColumn(std::string_view name) const;
+  };
+
+  Shown addTable(ItemId partition, const std::vector<std::string>& nameParts, std::string_view dataSourceId);
+  [[nodiscard]] Shown find(const std::vector<std::string>& nameParts, std::string_view dataSourceId);
+  std::vector<ViewIndex>& views();
 
   ImportRun& run_;
   IdReferences& references_;

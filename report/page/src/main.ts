@@ -76,7 +76,7 @@ interface Entry {
 }
 
 /** Kinds with a page of their own among the entries, and those that only stand for something else. */
-const kNotBeside = new Set<Kind>(["relationship", "role", "permission", "everyMeasure", "dimensionUsage", "cubeHierarchy", "other"]);
+const kNotBeside = new Set<Kind>(["relationship", "role", "permission", "everyMeasure", "everyPartition", "dimensionUsage", "cubeHierarchy", "other"]);
 
 /** What else a definition may hold: a list for each kind that this one has. */
 function furtherEntries(model: Model): Entry[] {

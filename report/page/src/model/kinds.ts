@@ -63,6 +63,7 @@ const kKinds: Record<Kind, KindStyle> = {
   aggregationDesign: { family: "measure", glyph: kStack },
   script: { family: "calculation", glyph: kText },
   everyMeasure: { family: "measure", glyph: kSum },
+  everyPartition: { family: "measure", glyph: kStack },
   namedSet: { family: "calculation", glyph: kBraces },
   calculatedMember: { family: "calculation", glyph: kFunction },
   calculatedCells: { family: "calculation", glyph: kTable },

@@ -69,7 +69,7 @@ function hierarchies(model: Model, id: number): Child {
 const kShownElsewhere: Record<Kind, Kind[]> = {
   dimension: ["hierarchy"], script: ["*"], scope: ["*"],
   cube: ["cubeMeasure", "kpi", "cubeDimension", "measureGroup", "linkedMeasureGroup", "calculations", "perspective", "script",
-    "permission", "everyMeasure"],
+    "permission", "everyMeasure", "everyPartition"],
 };
 
 /** The parts of an object, a table for each kind. */
