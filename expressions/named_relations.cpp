@@ -1,6 +1,8 @@
 #include "expressions/named_relations.h"
 
+#include "expressions/dax_names.h"
 #include "framework/expression/parser.h"
+#include "framework/std/dotted_name.h"
 #include "framework/std/text.h"
 
 namespace tav {
@@ -38,7 +40,27 @@ class NameRelations {
     return tree.fault;
   }
 
+  void runDax(std::string_view table) {
+    for (const DaxName& name : daxNamesIn(expression_.text)) {
+      NameMeaning meaning = meaningOf(name, table);
+      if (name.name.empty() && meaning.whole) meaning.open.reset();  // tables are what functions take
+      if (!name.isWord || meaning.whole) add(meaning, name.text);
+    }
+  }
+
  private:
+  /// A measure may be named with any table, and a column of the measure's own table without it.
+  NameMeaning meaningOf(const DaxName& name, std::string_view ownTable) {
+    if (name.name.empty()) return names_.find(bracketed(name.table));
+    const std::string column = bracketed(name.name);
+    NameMeaning measure = names_.find("[Measures]." + column);
+    if (name.table.empty() && measure.open != OpenNameState::mistake) return measure;
+    const std::string_view table = name.table.empty() ? ownTable : std::string_view(name.table);
+    NameMeaning found = names_.find(bracketed(table) + "." + column);
+    const bool isMeasure = found.open == OpenNameState::mistake && measure.open != OpenNameState::mistake;
+    return isMeasure ? measure : found;
+  }
+
   void reference(const ExpressionNode& node) {
     if (expression_.isQuery && node.bare) return;
     if (node.begin == functionAt_) return;
@@ -131,6 +153,11 @@ class NameRelations {
 
 ExpressionFault relateNames(Details& details, CubeNames& names, const NamingExpression& expression) {
   return NameRelations(details, names, expression).run();
+}
+
+void relateDaxNames(Details& details, CubeNames& names, const NamingExpression& expression,
+                    std::string_view table) {
+  NameRelations(details, names, expression).runDax(table);
 }
 
 }  // namespace tav

@@ -28,4 +28,8 @@ struct NamingExpression {
 /// Returns where it breaks the grammar.
 ExpressionFault relateNames(Details& details, CubeNames& names, const NamingExpression& expression);
 
+/// The same for an expression in DAX, of a measure that stands in `table`.
+void relateDaxNames(Details& details, CubeNames& names, const NamingExpression& expression,
+                    std::string_view table);
+
 }  // namespace tav

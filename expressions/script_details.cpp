@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "bridge/catalogue/literals.h"
+#include "expressions/dax_names.h"
 #include "expressions/named_relations.h"
 #include "expressions/script_statements.h"
 #include "framework/model/roles.h"
@@ -63,6 +64,12 @@ std::string plainValue(std::string_view value) {
 std::string daxMeasureName(const ScriptStatement& statement) {
   const std::string_view name = statement.name;
   return unquotedPart(name.substr(std::min(name.rfind('['), name.size())));
+}
+
+/// The table in it.
+std::string daxTableName(const ScriptStatement& statement) {
+  const std::vector<DaxName> names = daxNamesIn(statement.name);
+  return names.empty() ? std::string() : names.back().table;
 }
 
 /// The beginning of a text on one line.
@@ -388,6 +395,10 @@ void ScriptDetails::describe(const ScriptStatement& statement, std::size_t place
     case StatementKind::set:
     case StatementKind::kpi:
       relateText(statement.expression, item, RelationKind::computed);
+      break;
+    case StatementKind::measure:
+      relateDaxNames(details_, names_, {statement.expression, item, RelationKind::computed},
+                     daxTableName(statement));
       break;
     case StatementKind::action:
       relateText(statement.range, item, RelationKind::offered);

@@ -12,12 +12,13 @@ namespace {
 std::vector<QuerySource> resultSources(const Query& query, QueryResolver& resolver) {
   std::vector<QuerySource> all;
   if (query.main == kNoQuery) return all;
-  for (const std::uint32_t block : query.queries[query.main].blocks)
-    for (const QueryColumn& column : query.blocks[block].columns)
-      if (!column.name.empty()) {
-        const std::vector<QuerySource> sources = resolver.sourcesOf(unquotedPart(column.name));
-        all.insert(all.end(), sources.begin(), sources.end());
-      }
+  for (const std::uint32_t block : query.queries[query.main].blocks) {
+    for (const QueryColumn& column : query.blocks[block].columns) {
+      if (column.name.empty()) continue;
+      const std::vector<QuerySource> sources = resolver.sourcesOf(unquotedPart(column.name));
+      all.insert(all.end(), sources.begin(), sources.end());
+    }
+  }
   return all;
 }
 
