@@ -1,5 +1,6 @@
 #include "reader/elements/references.h"
 
+#include "framework/model/roles.h"
 #include "views/dsv_reader.h"
 
 namespace tav {
@@ -62,7 +63,8 @@ void IdReferences::resolve(const ColumnReference& reference) {
   if (reference.column.empty()) {
     if (const TAVClassifier* table = run_.columns.findTable(reference.view, reference.table))
       return relate(reference.relation, details.itemOf(*table), reference.item, reference.text);
-    return details.addOpenName(reference.item, reference.table, OpenNameState::mistake);
+    return details.addOpenName(reference.item, reference.table, OpenNameState::mistake,
+                               nearestTable(reference));
   }
   if (const TAVFeature* column = run_.columns.find(reference.view, reference.table, reference.column)) {
     if (reference.relation == RelationKind::aggregated &&
@@ -77,13 +79,30 @@ void IdReferences::resolve(const ColumnReference& reference) {
 
 std::string IdReferences::nearestColumn(const ColumnReference& reference) {
   const TAVClassifier* table = run_.columns.findTable(reference.view, reference.table);
-  if (!table) return {};
+  if (!table) {
+    const std::string_view nearest = nearestTable(reference);
+    return nearest.empty() ? std::string() : std::string(nearest).append(".").append(reference.column);
+  }
   const auto [place, isNew] = columnSpellings_.try_emplace(table);
   if (isNew)
     for (const TAVFeature& column : table->features)
       place->second.add(TAVDsvReader::stringUnescape(column.nativeId));
   const std::string_view nearest = place->second.nearest(reference.column);
   return nearest.empty() ? std::string() : std::string(reference.table).append(".").append(nearest);
+}
+
+std::string_view IdReferences::nearestTable(const ColumnReference& reference) {
+  const auto [place, isNew] = tableSpellings_.try_emplace(reference.view);
+  const TAVDesignPackage* folder = isNew ? run_.model->designPackages.get(label::kDataSourceViews) : nullptr;
+  if (folder) {
+    for (const TAVNamespaceElement& element : folder->namespaceElements) {
+      const auto* view = as<TAVDesignPackage>(&element);
+      if (!view || view->nativeId.view() != reference.view) continue;
+      for (const TAVNamespaceElement& table : view->namespaceElements)
+        place->second.add(TAVDsvReader::stringUnescape(table.nativeId));
+    }
+  }
+  return place->second.nearest(reference.table);
 }
 
 }  // namespace tav

@@ -57,6 +57,7 @@ class IdReferences {
   /// Whether an item has not named that yet which does not exist.
   bool isNewMissing(ItemId item, std::string_view name) { return missing_.emplace(item, name).second; }
   std::string nearestColumn(const ColumnReference& reference);
+  std::string_view nearestTable(const ColumnReference& reference);
 
   ImportRun& run_;
   IdRegistry ids_;
@@ -65,6 +66,7 @@ class IdReferences {
   NumberSet known_;  // relations without a text
   std::set<std::pair<ItemId, std::string>> missing_;
   std::unordered_map<const TAVClassifier*, Spellings> columnSpellings_;  // of tables that a column misses
+  std::unordered_map<std::string_view, Spellings> tableSpellings_;       // of views that a table misses
 };
 
 }  // namespace tav
