@@ -22,14 +22,14 @@ std::optional<OpenNameState> openNameStateOf(std::string_view text) noexcept {
 }
 
 ItemId Details::itemOf(const TAVModelObject& object) {
-  const auto [place, isNew] = byObject_.try_emplace(&object, static_cast<ItemId>(items_.size()));
+  const auto [place, isNew] = byObject_.tryEmplace(&object, static_cast<ItemId>(items_.size()));
   if (isNew) items_.push_back({&object, ObjectKind::other, kNoItem, {}, {}, {}});
-  return place->second;
+  return *place;
 }
 
 ItemId Details::find(const TAVModelObject& object) const {
-  const auto place = byObject_.find(&object);
-  return place == byObject_.end() ? kNoItem : place->second;
+  const ItemId* place = byObject_.find(&object);
+  return place ? *place : kNoItem;
 }
 
 ItemId Details::add(ObjectKind kind, ItemId owner, std::string_view name, std::string_view text,
@@ -64,19 +64,19 @@ std::size_t Details::passedOver(PassedOver what) const noexcept {
 }
 
 void Details::replace(const TAVModelObject& object, const TAVModelObject& now) {
-  const auto place = byObject_.find(&object);
-  if (place == byObject_.end()) return;
-  const ItemId item = place->second;
-  byObject_.erase(place);
+  const ItemId* place = byObject_.find(&object);
+  if (!place) return;
+  const ItemId item = *place;
+  byObject_.erase(&object);
   items_[item].object = &now;
-  byObject_.try_emplace(&now, item);
+  byObject_.tryEmplace(&now, item);
 }
 
 void Details::release(const TAVModelObject& object, ObjectKind kind, ItemId owner) {
-  const auto place = byObject_.find(&object);
-  if (place == byObject_.end()) return;
-  items_[place->second] = {nullptr, kind, owner, keep(object.getName()), {}, {}};
-  byObject_.erase(place);
+  const ItemId* place = byObject_.find(&object);
+  if (!place) return;
+  items_[*place] = {nullptr, kind, owner, keep(object.getName()), {}, {}};
+  byObject_.erase(&object);
 }
 
 /// Blocks never grow beyond what they were made for, so views into them stay.

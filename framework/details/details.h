@@ -9,13 +9,13 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "framework/details/kinds.h"
 #include "framework/details/passed_over.h"
 #include "framework/model/model.h"
+#include "framework/std/pointer_map.h"
 
 namespace tav {
 
@@ -123,7 +123,7 @@ class TAV_API Details {
   std::vector<DetailSetting> settings_;
   std::vector<OpenName> openNames_;
   std::array<std::size_t, kPassedOverCount> passedOver_{};
-  std::unordered_map<const TAVModelObject*, ItemId> byObject_;
+  PointerMap<ItemId> byObject_;
   std::unordered_set<std::string_view> names_;  // of settings, each kept once
   std::deque<std::string> blocks_;
 };

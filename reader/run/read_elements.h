@@ -7,6 +7,7 @@
 
 #include "framework/dom/dom.h"
 #include "framework/model/model.h"
+#include "framework/std/pointer_map.h"
 #include "reader/run/id_index.h"
 
 namespace tav {
@@ -15,11 +16,11 @@ namespace tav {
 class ReadElements {
  public:
   void add(const TAVDOMElement& element, const TAVModelObject& object) {
-    objects_.try_emplace(&element, &object);
+    objects_.tryEmplace(&element, &object);
   }
   [[nodiscard]] const TAVModelObject* find(const TAVDOMElement& element) const {
-    const auto found = objects_.find(&element);
-    return found == objects_.end() ? nullptr : found->second;
+    const auto* found = objects_.find(&element);
+    return found ? *found : nullptr;
   }
 
   /// Calculated measures, which have no element of their own, by their cube and name.
@@ -32,7 +33,7 @@ class ReadElements {
   }
 
  private:
-  std::unordered_map<const TAVDOMElement*, const TAVModelObject*> objects_;
+  PointerMap<const TAVModelObject*> objects_;  // by element
   std::unordered_map<const TAVCube*, IdIndex<const TAVMeasure>> calculated_;
 };
 

@@ -79,6 +79,7 @@
 #include "framework/std/log.h"
 #include "framework/std/mask.h"
 #include "framework/std/option.h"
+#include "framework/std/pointer_map.h"
 #include "framework/std/printable.h"
 #include "framework/std/sha256.h"
 #include "framework/std/string.h"
@@ -210,6 +211,8 @@ void takeTexts() {
        &buildStackTrace, &stringHashCode);
   std::string text;
   tav::JsonWriter(text).value("text");
+  tav::PointerMap<int> numbers;
+  taken += static_cast<std::size_t>(*numbers.tryEmplace(&text, 1).first);
   TAVVector vector;
   vector.add(nullptr, true, nullptr);
   TAVStringHashSet set(5);
