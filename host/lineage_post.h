@@ -53,9 +53,10 @@ class Posting {
   [[nodiscard]] virtual bool isPostUrl(const std::string& url) const = 0;
   /// Whether a secret goes to another machine without being encrypted.
   [[nodiscard]] virtual bool sendsInClear(const PostTarget& target) const = 0;
-  /// Answers 429 and 5xx, and connections that fail, are tried again after a pause that doubles from one second,
-  /// or that the server asks for, half a minute at most. Servers are known by their certificates, and none
-  /// sends what it is posted on to another. Throws Message::badApiKey for an API key that no header can hold.
+  /// Answers 429 and 5xx, and connections that fail, are tried again after a pause that doubles from one
+  /// second, or that the server asks for, half a minute at most. Servers are known by their certificates, and
+  /// none sends what it is posted on to another. Throws Message::badApiKey for an API key that no header can
+  /// hold.
   [[nodiscard]] virtual std::unique_ptr<LineagePost> open(PostTarget target) const = 0;
   /// The version of the library that speaks HTTP.
   [[nodiscard]] virtual std::string httpVersion() const = 0;

@@ -320,7 +320,8 @@ std::vector<std::string_view> LineageGraph::rawUnresolved(NodeId id) const {
   std::vector<std::string_view> names;
   if (details_ && !tabular_) {
     for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i)
-      if (const OpenName& name = details_->openNames()[openNames_[i]]; name.state != OpenNameState::exists && !isOfDatabase(name))
+      if (const OpenName& name = details_->openNames()[openNames_[i]];
+          name.state != OpenNameState::exists && !isOfDatabase(name))
         names.push_back(name.name);
   } else if (node(id).object) {
     names = unresolvedNamesOf(*node(id).object);

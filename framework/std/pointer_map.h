@@ -7,11 +7,12 @@
 
 namespace tav {
 
-/// Values by the address of what they are of. The entries lie side by side: a look-up reads one place in memory
-/// where a table of nodes reads two or three.
+/// Values by the address of what they are of. The entries lie side by side: a look-up reads one place in
+/// memory where a table of nodes reads two or three.
 template <class Value> class PointerMap {
  public:
-  /// The value of `key`, which is `value` if it had none; and whether it had none. Valid until the next change.
+  /// The value of `key`, which is `value` if it had none; and whether it had none. Valid until the next
+  /// change.
   std::pair<Value*, bool> tryEmplace(const void* key, const Value& value) {
     if ((count_ + 1) * 2 > entries_.size()) grow();
     Entry& entry = entries_[placeOf(key)];

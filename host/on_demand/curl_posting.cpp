@@ -238,7 +238,9 @@ class CurlPosting final : public Posting {
   [[nodiscard]] std::unique_ptr<LineagePost> open(PostTarget target) const override {
     return std::make_unique<CurlPost>(std::move(target));
   }
-  [[nodiscard]] std::string httpVersion() const override { return curl_version_info(CURLVERSION_NOW)->version; }
+  [[nodiscard]] std::string httpVersion() const override {
+    return curl_version_info(CURLVERSION_NOW)->version;
+  }
 };
 
 bool CurlPosting::isPostUrl(const std::string& url) const {
