@@ -319,10 +319,10 @@ std::vector<std::string> LineageGraph::unresolved(NodeId id) const {
 std::vector<std::string_view> LineageGraph::rawUnresolved(NodeId id) const {
   std::vector<std::string_view> names;
   if (details_ && !tabular_) {
-    for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i)
-      if (const OpenName& name = details_->openNames()[openNames_[i]];
-          name.state != OpenNameState::exists && !isOfDatabase(name))
-        names.push_back(name.name);
+    for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i) {
+      const OpenName& name = details_->openNames()[openNames_[i]];
+      if (name.state != OpenNameState::exists && !isOfDatabase(name)) names.push_back(name.name);
+    }
   } else if (node(id).object) {
     names = unresolvedNamesOf(*node(id).object);
   }

@@ -138,10 +138,11 @@ std::vector<RelationDiff::Related> RelationDiff::relatedOf(const Side& side, Nod
 /// Of what stands for a whole, the parts tell what they come from.
 void RelationDiff::addOfModel(const Side& side, NodeId id, std::vector<Related>& all) const {
   const bool whole = isClassifierKind(side.graph->node(id).kind);
-  for (const LineageEdge& edge : side.graph->into(id))
-    if (edge.relation == kNoRelation && edge.kind != EdgeKind::loads &&
-        (!whole || edge.kind == EdgeKind::direct))
+  for (const LineageEdge& edge : side.graph->into(id)) {
+    if (edge.relation != kNoRelation || edge.kind == EdgeKind::loads) continue;
+    if (!whole || edge.kind == EdgeKind::direct)
       all.push_back({keyOf(side, edge.from), "", edge.kind, edge.from, 0});
+  }
 }
 
 void RelationDiff::addOfDetails(const Side& side, NodeId id, std::vector<Related>& all) const {
