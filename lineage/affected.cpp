@@ -1,22 +1,30 @@
 #include "lineage/affected.h"
 
+#include "lineage/lineage_tree.h"
+
 namespace tav {
 
 std::vector<NodeId> affectedBy(const LineageGraph& graph, const std::vector<NodeId>& starts) {
   std::vector<bool> reached(graph.nodes().size());
+  std::vector<bool> left(graph.nodes().size());  // whether the walk went on from there
   std::vector<NodeId> ahead;
-  const auto reach = [&](NodeId id) {
-    if (reached[id]) return;
+  const auto goOnFrom = [&](NodeId id) {
     reached[id] = true;
-    ahead.push_back(id);
+    if (!left[id]) ahead.push_back(id);
+    left[id] = true;
   };
-  for (const NodeId id : starts) reach(id);
+  for (const NodeId id : starts) goOnFrom(id);
   while (!ahead.empty()) {
     const NodeId id = ahead.back();
     ahead.pop_back();
-    for (const std::uint32_t place : graph.outOf(id))
-      if (const LineageEdge& edge = graph.edges()[place]; rowOf(edge.kind).sense != RelationSense::shows)
-        reach(edge.to);
+    for (const std::uint32_t place : graph.outOf(id)) {
+      const LineageEdge& edge = graph.edges()[place];
+      if (rowOf(edge.kind).sense == RelationSense::shows) continue;
+      if (isLastStep(graph, edge))
+        reached[edge.to] = true;
+      else
+        goOnFrom(edge.to);
+    }
   }
   for (const NodeId id : starts) reached[id] = false;
   std::vector<NodeId> affected;

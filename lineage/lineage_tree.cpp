@@ -90,6 +90,7 @@ class Walk {
           upstream_ ? graph.into(node)[frame.edge] : graph.edges()[graph.outOf(node)[frame.edge]];
       ++frame.edge;
       if (!isFollowed(model, edge)) continue;
+      if (upstream_ && isLastStep(graph, edge) && !startParts_.contains(frame.node)) continue;
       step = {graph_.idOf(model, upstream_ ? edge.from : edge.to), &edge, model};
       return true;
     }
@@ -110,6 +111,7 @@ class Walk {
 
   /// Whether what an edge leads to is named only.
   [[nodiscard]] bool isEnd(const LineageEdge* edge, std::uint32_t model) const {
+    if (edge && !upstream_ && isLastStep(graph_.graph(model), *edge)) return true;
     return walk_.shortens && upstream_ && edge && edge->kind == EdgeKind::loads &&
            graph_.graph(model).node(edge->to).kind != NodeKind::everyPartition;
   }
@@ -177,6 +179,10 @@ Follow followOf(EdgeKind edge, bool isLoop, NodeKind to, const LineageWalk& walk
     return to == NodeKind::perspective ? Follow::ifShown : Follow::no;
   if (edge == EdgeKind::member || !isClassifierKind(to)) return Follow::yes;
   return isLoop || to == NodeKind::calculations || to == NodeKind::kpi ? Follow::no : Follow::yes;
+}
+
+bool isLastStep(const WalkGraph& graph, const LineageEdge& edge) noexcept {
+  return edge.kind == EdgeKind::associated && graph.node(edge.from).kind == NodeKind::aggregationDesign;
 }
 
 bool startsWithMembers(NodeKind start) noexcept {

@@ -59,6 +59,9 @@ enum class Follow : std::uint8_t {
 /// values of a KPI is fed by all that any of them names: between such wholes a walk would tell of ways that
 /// no value takes.
 Follow followOf(EdgeKind edge, bool isLoop, NodeKind to, const LineageWalk& walk) noexcept;
+/// Whether a walk downstream names what an edge leads to and goes no further, and one upstream takes the edge
+/// at its start only: partitions have an aggregation design, which is no matter of what they fill.
+bool isLastStep(const WalkGraph& graph, const LineageEdge& edge) noexcept;
 /// Whether a walk that starts at a node of this kind goes along what cubes and perspectives show.
 bool startsWithMembers(NodeKind start) noexcept;
 
