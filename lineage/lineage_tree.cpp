@@ -137,9 +137,12 @@ class Walk {
     if (nearest_[line.node] == kOpened) {
       line.state = State::above;
     } else if (isEnd(line.edge, line.model)) {
-      line.state = nearest_[line.node] != kUnlimitedDepth ? State::below
-                   : leadsFurther(line.node)              ? State::cut
-                                                          : State::whole;
+      if (nearest_[line.node] != kUnlimitedDepth)
+        line.state = State::below;
+      else if (upstream_ && leadsFurther(line.node))
+        line.state = State::cut;
+      else
+        nearest_[line.node] = kOpened;
     } else if (nearest_[line.node] < line.depth) {
       line.state = State::below;
     } else if (line.depth == walk_.depth && leadsFurther(line.node)) {
