@@ -2,7 +2,6 @@
 
 #include <stdexcept>
 
-#include "host/own_library.h"
 #include "messages/message.h"
 
 namespace host {

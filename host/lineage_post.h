@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/own_library.h"
+
 namespace host {
 
 /// Where events go, and how long to keep trying.
@@ -24,13 +26,8 @@ struct PostTarget {
 };
 
 /// Events that are posted one after the other over one connection.
-class LineagePost {
+class LineagePost : public OwnInterface {
  public:
-  LineagePost() = default;
-  LineagePost(const LineagePost&) = delete;
-  LineagePost& operator=(const LineagePost&) = delete;
-  virtual ~LineagePost() = default;
-
   /// So many events are to come, beside those before.
   virtual void expect(std::size_t count) noexcept = 0;
   /// Throws Message::eventNotPosted when it was not taken, which names the target and the event's place.
@@ -40,13 +37,8 @@ class LineagePost {
 };
 
 /// What posts, in a library of its own: it needs thirty others, which a run that posts nothing does without.
-class Posting {
+class Posting : public OwnInterface {
  public:
-  Posting() = default;
-  Posting(const Posting&) = delete;
-  Posting& operator=(const Posting&) = delete;
-  virtual ~Posting() = default;
-
   /// A text that shows a URL without what is secret in it: user, password and query.
   [[nodiscard]] virtual std::string publicUrl(const std::string& url) const = 0;
   /// Whether `url` is one that can be posted to.

@@ -5,6 +5,15 @@
 
 namespace host {
 
+/// What such a library gives is known by a base of this kind.
+class OwnInterface {
+ public:
+  OwnInterface() = default;
+  OwnInterface(const OwnInterface&) = delete;
+  OwnInterface& operator=(const OwnInterface&) = delete;
+  virtual ~OwnInterface() = default;
+};
+
 /// The object that `library` gives by its function `factory`, never null. Throws std::runtime_error with the
 /// cause when the library is missing, broken or another one.
 void* ownObject(const char* library, const char* factory);

@@ -1,7 +1,5 @@
 #include "host/inputs/archive.h"
 
-#include "host/own_library.h"
-
 namespace host {
 
 const Archives& archives() {

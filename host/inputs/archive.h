@@ -6,16 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "host/own_library.h"
+
 namespace host {
 
 /// An open archive. What is wrong with it is thrown as std::runtime_error with the cause.
-class Archive {
+class Archive : public OwnInterface {
  public:
-  Archive() = default;
-  Archive(const Archive&) = delete;
-  Archive& operator=(const Archive&) = delete;
-  virtual ~Archive() = default;
-
   [[nodiscard]] virtual bool holds(const std::string& entry) const = 0;
   /// The names of what it holds, in its order.
   [[nodiscard]] virtual std::vector<std::string> entries() const = 0;
@@ -24,13 +21,8 @@ class Archive {
 };
 
 /// What opens archives, in a library of its own: few inputs are one.
-class Archives {
+class Archives : public OwnInterface {
  public:
-  Archives() = default;
-  Archives(const Archives&) = delete;
-  Archives& operator=(const Archives&) = delete;
-  virtual ~Archives() = default;
-
   [[nodiscard]] virtual std::unique_ptr<Archive> open(const std::string& path) const = 0;
   /// The version of the library that unpacks.
   [[nodiscard]] virtual std::string libraryVersion() const = 0;
