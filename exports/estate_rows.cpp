@@ -66,7 +66,8 @@ EstateRows::EstateRows(const std::string& path, const std::vector<EstateModel>& 
                       std::string(kNodes) + "WHERE folded_name = ?1 AND model_id = ?2 ORDER BY id"),
       edgesInto_(database_, std::string(kEdges) + "WHERE e.to_id = ?1 ORDER BY e.rowid"),
       edgesOutOf_(database_, std::string(kEdges) + "WHERE e.from_id = ?1 ORDER BY e.rowid"),
-      openNames_(database_, "SELECT name, state, note FROM open_names WHERE node_id = ?1 ORDER BY rowid") {
+      openNames_(database_, "SELECT name, state, note FROM open_names WHERE node_id = ?1 ORDER BY rowid"),
+      definitionId_(database_, "SELECT value FROM settings WHERE node_id = ?1 AND +name = 'ID' LIMIT 1") {
   for (const auto& [id, name] : models_) modelsByName_.emplace(foldedName(name), id);
   readsModels_ = hasReaders(database_);
   readNotes();
@@ -250,7 +251,13 @@ const StoredNode* EstateRows::addNode(const SqliteStatement& row) {
   node.hidden = row.number(column + 1) != 0;
   node.unique = row.number(column + 2) != 0;
   readOpenNames(node);
+  if (readsModels_ && isReadable(node.kind)) readDefinitionId(node);
   return &node;
+}
+
+void EstateRows::readDefinitionId(StoredNode& node) {
+  definitionId_.bind(1, node.id);
+  while (definitionId_.next()) node.definitionId = definitionId_.text(0);
 }
 
 void EstateRows::readOpenNames(StoredNode& node) {
@@ -273,21 +280,29 @@ EstateRows::Ids EstateRows::partsOf(std::int64_t id) {
   return readNodes(byOwner_);
 }
 
-/// The node itself among them. What models read of another one is there with what that has of its name;
+/// The node itself among them. What models read of another one is there with what that has of its name or ID;
 /// whether they are one, the graph of all tells.
 EstateRows::Ids EstateRows::twinsOf(const StoredNode& node) {
   const std::int64_t id = node.id;
   const std::string meeting = node.meeting;
-  if (const std::string part = partKeyOf(node); !part.empty()) {
-    Ids twins = readersOf(part);
-    if (twins.empty()) return {id};
-    const Ids own = modelParts(nodes_.at(twins.front()), part);
-    twins.insert(twins.end(), own.begin(), own.end());
-    return twins;
+  std::vector<std::string> keys = partKeysOf(node);
+  if (keys.empty() && !meeting.empty()) {
+    byMeeting_.bind(1, meeting);
+    return readNodes(byMeeting_);
   }
-  if (meeting.empty()) return {id};
-  byMeeting_.bind(1, meeting);
-  return readNodes(byMeeting_);
+  Ids twins;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const Ids readers = readersOf(keys[i]);
+    if (readers.empty()) continue;
+    twins.insert(twins.end(), readers.begin(), readers.end());
+    for (const std::int64_t part : modelParts(nodes_.at(readers.front()), keys[i])) {
+      twins.push_back(part);
+      // What is read by its name may be linked by its ID as well.
+      for (std::string& key : partKeysOf(nodes_.at(part)))
+        if (std::find(keys.begin(), keys.end(), key) == keys.end()) keys.push_back(std::move(key));
+    }
+  }
+  return twins.empty() ? Ids{id} : twins;
 }
 
 /// What models over others read of a part.
@@ -299,32 +314,55 @@ EstateRows::Ids EstateRows::readersOf(std::string_view partKey) {
 }
 
 /// What has this key in a model that is called as the reader says.
-EstateRows::Ids EstateRows::modelParts(const StoredNode& reader, std::string_view partKey) {
+EstateRows::Ids EstateRows::modelParts(const StoredNode& reader, const std::string& partKey) {
   const std::string name = foldedName(reader.name);
   const auto [begin, end] = modelsByName_.equal_range(foldedName(reader.database));
-  Ids named;
+  Ids parts;
   for (auto model = begin; model != end; ++model) {
     byModelAndName_.bind(1, name);
     byModelAndName_.bind(2, model->second);
-    const Ids some = readNodes(byModelAndName_);
-    named.insert(named.end(), some.begin(), some.end());
+    Ids some = readNodes(byModelAndName_);
+    const auto [first, last] = definitionIdsOf(model->second).equal_range(name);
+    for (auto called = first; called != last; ++called)
+      if (node(called->second)) some.push_back(called->second);
+    std::sort(some.begin(), some.end());
+    some.erase(std::unique(some.begin(), some.end()), some.end());
+    parts.insert(parts.end(), some.begin(), some.end());
   }
-  std::erase_if(named, [&](std::int64_t id) { return partKeyOf(nodes_.at(id)) != partKey; });
-  return named;
+  std::erase_if(parts, [&](std::int64_t id) {
+    const std::vector<std::string> keys = partKeysOf(nodes_.at(id));
+    return std::find(keys.begin(), keys.end(), partKey) == keys.end();
+  });
+  return parts;
 }
 
-/// The key of what models over others may read, as WalkGraph::partKey() gives it; empty for everything else,
-/// and where no model is over another one.
-std::string EstateRows::partKeyOf(const StoredNode& node) {
+/// The nodes of a model are a range of all, whose settings are read at once.
+const std::unordered_multimap<std::string, std::int64_t>& EstateRows::definitionIdsOf(std::int64_t model) {
+  const auto [known, isNew] = definitionIds_.try_emplace(model);
+  if (!isNew) return known->second;
+  SqliteStatement ids(database_,
+                      "SELECT s.value, s.node_id FROM models m JOIN settings s ON s.node_id BETWEEN "
+                      "m.first_node AND m.last_node WHERE m.id = ?1 AND +s.name = 'ID'");
+  ids.bind(1, model);
+  while (ids.next()) known->second.emplace(foldedName(ids.text(0)), ids.number(1));
+  return known->second;
+}
+
+/// The keys of what models over others may read, as WalkGraph::partKeys() gives them, or of what they do
+/// read; none for everything else, and where no model is over another one.
+std::vector<std::string> EstateRows::partKeysOf(const StoredNode& node) {
   if (!readsModels_) return {};
-  if (!node.meeting.empty()) return std::string(partKeyIn(node.meeting));
-  const ReadableAs readable = readableAs(node.kind);
-  if (readable == ReadableAs::nothing) return {};
-  const std::string& model = models_.at(node.model);
-  const std::string name = node.name;
-  if (readable == ReadableAs::holder) return modelPartKey(model, name, {});
-  const StoredNode* holder = this->node(readable == ReadableAs::partOfCube ? node.cube : node.owner);
-  return holder ? modelPartKey(model, holder->name, name) : std::string();
+  if (!node.meeting.empty()) {
+    const std::string_view read = partKeyIn(node.meeting);
+    return read.empty() ? std::vector<std::string>() : std::vector{std::string(read)};
+  }
+  if (!isReadable(node.kind)) return {};
+  const auto named = [](const StoredNode* one) {
+    if (!one) return DefinedName();
+    return DefinedName{one->name, one->definitionId.empty() ? one->name : one->definitionId};
+  };
+  return partKeys(models_.at(node.model),
+                  {node.kind, named(&node), named(this->node(node.owner)), named(this->node(node.cube))});
 }
 
 std::vector<const StoredEdge*> EstateRows::edgesAt(std::int64_t id, LineageDirection direction) {

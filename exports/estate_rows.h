@@ -50,8 +50,10 @@ class EstateRows {
   Ids partsOf(std::int64_t id);
   Ids twinsOf(const StoredNode& node);
   Ids readersOf(std::string_view partKey);
-  Ids modelParts(const StoredNode& reader, std::string_view partKey);
-  std::string partKeyOf(const StoredNode& node);
+  Ids modelParts(const StoredNode& reader, const std::string& partKey);
+  std::vector<std::string> partKeysOf(const StoredNode& node);
+  void readDefinitionId(StoredNode& node);
+  const std::unordered_multimap<std::string, std::int64_t>& definitionIdsOf(std::int64_t model);
   /// The edges into a node, or out of it, in their order.
   std::vector<const StoredEdge*> edgesAt(std::int64_t id, LineageDirection direction);
   const StoredEdge* addEdge(const SqliteStatement& row);
@@ -77,7 +79,10 @@ class EstateRows {
   SqliteStatement edgesInto_;
   SqliteStatement edgesOutOf_;
   SqliteStatement openNames_;
+  SqliteStatement definitionId_;
   std::unordered_map<std::int64_t, std::vector<std::string>> notes_;  // by model
+  /// The nodes of a model by their IDs in its definition, folded, of the models asked for.
+  std::unordered_map<std::int64_t, std::unordered_multimap<std::string, std::int64_t>> definitionIds_;
   std::unordered_map<std::int64_t, StoredNode> nodes_;
   std::unordered_map<std::int64_t, StoredEdge> edges_;
   std::unordered_map<std::int64_t, std::uint32_t> distances_;  // of the nodes of a walk from its starts

@@ -28,7 +28,8 @@ struct StoredNode {
   std::string expression;
   std::string language;
   std::string aggregation;
-  std::string meeting;  ///< empty where no other model has it
+  std::string meeting;       ///< empty where no other model has it
+  std::string definitionId;  ///< empty where it is the name, or nobody asks
   bool hidden = false;
   bool unique = false;
   std::vector<OpenNameText> openNames;
@@ -82,6 +83,9 @@ class StoredGraph final : public WalkGraph {
   [[nodiscard]] std::string sharedKey(NodeId id) const override { return row(id).meeting; }
   [[nodiscard]] std::string_view readModel(NodeId id) const override {
     return partKeyIn(row(id).meeting).empty() ? std::string_view() : std::string_view(row(id).database);
+  }
+  [[nodiscard]] std::string definitionId(NodeId id) const override {
+    return row(id).definitionId.empty() ? row(id).name : row(id).definitionId;
   }
   [[nodiscard]] std::vector<std::string> notes() const override { return notes_; }
 

@@ -171,8 +171,8 @@ void CubeNames::drop(std::string_view name) {
   for (ScriptNames* names : {&defined_, &abbreviated_, &newMeasures_}) names->drop(item);
 }
 
-void CubeNames::defineBeyond(std::string_view name, std::string_view what) {
-  beyond_.try_emplace(foldedName(name), what);
+void CubeNames::defineBeyond(std::string_view name, ItemId item, std::string_view what) {
+  beyond_.try_emplace(foldedName(name), Beyond{item, std::string(what)});
 }
 
 const TAVFeature* CubeNames::findCalculated(std::string_view name) const {
@@ -235,7 +235,8 @@ NameMeaning CubeNames::find(std::string_view reference) {
 void CubeNames::findMistake(const ReferencePart& part, NameMeaning& meaning) {
   if (const auto beyond = beyond_.find(part.folded); beyond != beyond_.end()) {
     meaning.open = OpenNameState::beyond;
-    meaning.note = beyond->second;
+    meaning.note = beyond->second.what;
+    if (beyond->second.item != kNoItem) meaning.items.push_back(beyond->second.item);
     return;
   }
   meaning.open = OpenNameState::mistake;

@@ -70,8 +70,9 @@ class CubeNames {
   void define(std::string_view name, ItemId item, bool isSet, Moment moment);
   /// From here on the name means what it meant before that was defined, or nothing.
   void drop(std::string_view name);
-  /// A name whose meaning stands outside this definition, and what it is.
-  void defineBeyond(std::string_view name, std::string_view what);
+  /// A name whose meaning stands outside this definition, and what it is; `item` is what stands for it here,
+  /// or kNoItem.
+  void defineBeyond(std::string_view name, ItemId item, std::string_view what);
 
   NameMeaning find(std::string_view reference);
   /// What a function that names something in quotes gives: KPIValue("x"), MeasureGroupMeasures("x").
@@ -95,6 +96,10 @@ class CubeNames {
   struct Role {
     const TAVDimension* dimension;
     const TAVAliasClassifier* alias;  // null for the dimension itself
+  };
+  struct Beyond {
+    ItemId item;
+    std::string what;
   };
   struct Nested {
     const Role* role;
@@ -128,7 +133,7 @@ class CubeNames {
   ScriptNames defined_;                             // by whole names
   ScriptNames abbreviated_;                         // by names without levels, parents or the dimension
   ScriptNames newMeasures_;
-  std::unordered_map<std::string, std::string> beyond_;
+  std::unordered_map<std::string, Beyond> beyond_;
   std::unordered_map<std::string, const TAVFeature*> measuresByName_;
   std::unordered_map<std::string, const TAVFeature*> calculatedByName_;
   std::unordered_map<std::string, const TAVClassifier*> groups_;

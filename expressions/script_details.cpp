@@ -550,17 +550,45 @@ class KnownScripts {
   std::unordered_map<std::string, ItemId> scripts_;
 };
 
-/// What a cube takes from elsewhere, by name: dimensions and measure groups that the definition does not
-/// have.
-void defineBeyond(const TAVDOMElement& cube, CubeNames& names) {
+/// The measures that only the details have, by their names in the groups of a cube.
+class KnownMeasures {
+ public:
+  explicit KnownMeasures(const Details& details) {
+    const auto items = details.items();
+    for (ItemId item = 0; item < items.size(); ++item) {
+      const DetailItem& measure = items[item];
+      if (measure.object || measure.kind != ObjectKind::measure || measure.owner == kNoItem) continue;
+      const DetailItem& group = items[measure.owner];
+      if (!group.object) measures_.emplace(keyOf(group.owner, group.name, measure.name), item);
+    }
+  }
+
+  [[nodiscard]] ItemId find(ItemId cube, std::string_view group, std::string_view name) const {
+    const auto found = measures_.find(keyOf(cube, group, name));
+    return found == measures_.end() ? kNoItem : found->second;
+  }
+
+ private:
+  static std::string keyOf(ItemId cube, std::string_view group, std::string_view name) {
+    return std::to_string(cube).append("/").append(group).append(1, '\0').append(name);
+  }
+
+  std::unordered_map<std::string, ItemId> measures_;
+};
+
+/// The measures that a cube takes from groups which the definition does not have.
+void defineBeyond(const TAVDOMElement& cube, ItemId cubeItem, const KnownMeasures& known, CubeNames& names) {
   const TAVDOMElement* groups = cube.getFirstElement(kMeasureGroups);
   if (!groups) return;
   for (const TAVDOMElement& group : groups->getElements()) {
     const TAVDOMElement* measures = group.getFirstElement(kMeasures);
     if (!group.getFirstElement(kSource) || !measures) continue;
-    if (names.findMeasureGroup(group.getFirstElementValue(kName))) continue;
-    for (const TAVDOMElement& measure : measures->getElements())
-      names.defineBeyond(measure.getFirstElementValue(kName), "a measure of a linked measure group");
+    const std::string_view groupName = group.getFirstElementValue(kName);
+    if (names.findMeasureGroup(groupName)) continue;
+    for (const TAVDOMElement& measure : measures->getElements()) {
+      const std::string_view name = measure.getFirstElementValue(kName);
+      names.defineBeyond(name, known.find(cubeItem, groupName, name), "a measure of a linked measure group");
+    }
   }
 }
 
@@ -569,11 +597,12 @@ void defineBeyond(const TAVDOMElement& cube, CubeNames& names) {
 void importExpressionDetails(ImportRun& run, const std::vector<CubeElement>& cubes, ModelNames& names) {
   KnownScripts known(*run.details);
   KnownCalculations calculations(*run.details);
+  const KnownMeasures measures(*run.details);
   DimensionNames dimensions;
   std::unordered_map<const TAVClassifier*, std::unique_ptr<CubeNames>> scopes;
   for (const CubeElement& read : cubes) {
     auto& cubeNames = scopes[read.cube] = std::make_unique<CubeNames>(*read.cube, names, dimensions);
-    defineBeyond(*read.element, *cubeNames);
+    defineBeyond(*read.element, run.details->find(*read.cube), measures, *cubeNames);
     ScriptDetails details(run, *read.cube, *cubeNames, calculations);
     if (const TAVDOMElement* scripts = read.element->getFirstElement(kMdxScripts))
       for (const TAVDOMElement& script : scripts->getElements())

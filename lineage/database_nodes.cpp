@@ -73,6 +73,14 @@ NodeId DatabaseNodes::qualifiedTable(std::uint32_t address, std::span<const std:
   return table(address, part(2), part(1));
 }
 
+NodeId DatabaseNodes::linked(std::uint32_t address, std::string_view cube, std::string_view id) {
+  if (!graph_.map_.empty()) address = mapped(address, {}).address;
+  if (!addressAt(address).isModel) return kNoNode;
+  const auto [place, isNew] = linked_.try_emplace(key(address, cube, id));
+  if (isNew) place->second = addNode({NodeKind::databaseTable, kNoNode, nullptr, id}, address, cube, true);
+  return place->second;
+}
+
 NodeId DatabaseNodes::column(NodeId table, std::string_view name) {
   const auto [place, isNew] = columns_.try_emplace(key(table, name));
   if (isNew) {
@@ -102,13 +110,14 @@ const DatabaseAddress& DatabaseNodes::addressAt(std::uint32_t number) const {
   return graph_.addresses_[number];
 }
 
-NodeId DatabaseNodes::addNode(LineageNode node, std::uint32_t address, std::string_view schema) {
+NodeId DatabaseNodes::addNode(LineageNode node, std::uint32_t address, std::string_view schema,
+                              bool isLinked) {
   const auto keep = [&](std::string_view text) {
     return text.empty() ? std::string_view() : std::string_view(graph_.texts_.emplace_back(text));
   };
   node.rawName = keep(node.rawName);
   graph_.nodes_.push_back(node);
-  graph_.places_.push_back({address, keep(schema)});
+  graph_.places_.push_back({address, keep(schema), isLinked});
   return static_cast<NodeId>(graph_.nodes_.size() - 1);
 }
 

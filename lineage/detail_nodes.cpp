@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <map>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -42,28 +43,116 @@ void GraphBuilder::addDetailEdges() {
                              relations[i].kind, true, false, i});
 }
 
+namespace {
+
+/// Settings of items by one name, the first of each.
+std::unordered_map<ItemId, std::string_view> settingsCalled(const Details& details, std::string_view name) {
+  std::unordered_map<ItemId, std::string_view> values;
+  for (const DetailSetting& setting : details.settings())
+    if (setting.name == name) values.try_emplace(setting.item, setting.value);
+  return values;
+}
+
+/// Where items lead that name a data source, by the item. The model lacks the sources of what it does not
+/// show.
+std::unordered_map<ItemId, std::uint32_t> addressesIn(const Details& details, DatabaseNodes& databases) {
+  std::unordered_map<ItemId, std::uint32_t> addresses;
+  std::unordered_map<ItemId, std::string_view> connectionStrings;
+  for (const DetailRelation& relation : details.relations()) {
+    if (relation.kind != EdgeKind::connects || addresses.contains(relation.to)) continue;
+    const DetailItem& source = details.item(relation.from);
+    if (source.object) {
+      addresses.emplace(relation.to, databases.addressOfConnection(as<TAVStoreConnection>(source.object)));
+      continue;
+    }
+    if (connectionStrings.empty()) connectionStrings = settingsCalled(details, "ConnectionString");
+    if (const auto text = connectionStrings.find(relation.from); text != connectionStrings.end())
+      addresses.emplace(relation.to, databases.addressOfFacts({source.name, text->second, {}, {}, {}}));
+  }
+  return addresses;
+}
+
+}  // namespace
+
 /// Tables and columns of the database that partitions read and no view shows.
 void GraphBuilder::addPartitionSources(DatabaseNodes& databases) {
   const Details* details = graph_.details_;
   if (!details) return;
-  std::unordered_map<NodeId, std::uint32_t> addresses;  // by partition
-  for (const DetailRelation& relation : details->relations()) {
-    const DetailItem& source = details->item(relation.from);
-    if (relation.kind == EdgeKind::connects && source.object)
-      addresses.try_emplace(graph_.itemNodes_[relation.to],
-                            databases.addressOfConnection(as<TAVStoreConnection>(source.object)));
-  }
+  const auto addresses = addressesIn(*details, databases);
   std::unordered_set<std::uint64_t> known;
   for (const OpenName& name : details->openNames()) {
     if (!isOfDatabase(name)) continue;
     const NodeId reader = graph_.itemNodes_[name.item];
-    const auto place = addresses.find(reader);
+    const auto place = addresses.find(name.item);
     const std::uint32_t address =
         place == addresses.end() ? databases.addressOfConnection(nullptr) : place->second;
     const NodeId source = name.note == kTableOfDatabase ? databases.namedTable(address, name.name)
                                                         : databases.namedColumn(address, name.name, reader);
     if (known.insert((std::uint64_t{source} << 32) | reader).second)
       addEdge(source, reader, EdgeKind::reads, true);
+  }
+}
+
+namespace {
+
+/// What a dimension, measure group or measure is linked from: IDs of another database, as the definition has
+/// them.
+struct Link {
+  std::string_view dimension;
+  std::string_view cube;
+  std::string_view group;
+  std::string_view measure;
+};
+
+std::map<ItemId, Link> linksIn(const Details& details) {
+  constexpr std::array<std::pair<std::string_view, std::string_view Link::*>, 4> kNotes{
+      {{"DimensionID", &Link::dimension},
+       {"CubeID", &Link::cube},
+       {"MeasureGroupID", &Link::group},
+       {"MeasureID", &Link::measure}}};
+  std::map<ItemId, Link> links;
+  for (const OpenName& name : details.openNames())
+    for (const auto& [note, member] : kNotes)
+      if (name.state == OpenNameState::beyond && name.note == note) links[name.item].*member = name.name;
+  return links;
+}
+
+}  // namespace
+
+/// What a definition links from another database, and the attributes and measures of that, which have no
+/// other source.
+void GraphBuilder::addLinkedSources(DatabaseNodes& databases) {
+  const Details* details = graph_.details_;
+  if (!details) return;
+  const std::map<ItemId, Link> links = linksIn(*details);
+  if (links.empty()) return;
+  const auto addresses = addressesIn(*details, databases);
+  std::unordered_map<NodeId, NodeId> sources;  // by dimension or measure group
+  for (const auto& [item, link] : links) {
+    const NodeId node = graph_.itemNodes_[item];
+    const NodeKind kind = graph_.nodes_[node].kind;
+    const auto address = addresses.find(item);
+    const std::string_view id = kind == NodeKind::dimension      ? link.dimension
+                                : kind == NodeKind::measureGroup ? link.group
+                                                                 : std::string_view();
+    if (id.empty() || address == addresses.end()) continue;
+    const NodeId source = databases.linked(address->second, link.cube, id);
+    if (source == kNoNode) continue;
+    sources.emplace(node, source);
+    addEdge(source, node, EdgeKind::direct, true);
+  }
+  const auto ids = settingsCalled(*details, "ID");
+  for (NodeId node = 0; node < graph_.firstDatabaseNode_; ++node) {
+    const auto [kind, owner, object, name, item] = graph_.nodes_[node];
+    const auto source = owner == kNoNode ? sources.end() : sources.find(owner);
+    const auto* feature = as<TAVFeature>(object);
+    if (source == sources.end() || (feature && feature->getDestinationOfFeatureMap())) continue;
+    std::string_view id;
+    if (kind == NodeKind::attribute)
+      id = ids.contains(item) ? ids.at(item) : name;
+    else if (kind == NodeKind::measure && links.contains(item))
+      id = links.at(item).measure;
+    if (!id.empty()) addEdge(databases.column(source->second, id), node, EdgeKind::direct, true);
   }
 }
 

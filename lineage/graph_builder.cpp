@@ -308,6 +308,7 @@ void GraphBuilder::addDatabaseEdges() {
   forEach(&GraphBuilder::addQuerySources);
   forEach(&GraphBuilder::addColumnSources);
   addPartitionSources(databases);
+  addLinkedSources(databases);
 }
 
 void GraphBuilder::addTableSource(NodeId id, DatabaseNodes& databases) {

@@ -44,6 +44,7 @@ class GraphBuilder {
   void addQuerySources(NodeId id, DatabaseNodes& databases);
   void addColumnSources(NodeId id, DatabaseNodes& databases);
   void addPartitionSources(DatabaseNodes& databases);
+  void addLinkedSources(DatabaseNodes& databases);
   void addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& databases);
 
   void addBasisEdges(NodeId id);

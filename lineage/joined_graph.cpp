@@ -90,10 +90,11 @@ void JoinedGraph::joinReaders() {
   PartIds own;
   for (const std::uint32_t model : modelsCalled(*this, read.models)) {
     for (NodeId node = 0; node < graph(model).nodes().size(); ++node) {
-      std::string key = graph(model).partKey(node);
-      if (!read.ids.contains(key)) continue;
-      const auto [known, isNew] = own.try_emplace(std::move(key), offsets_[model] + node);
-      if (!isNew) known->second = kNone;
+      for (std::string& key : graph(model).partKeys(node)) {
+        if (!read.ids.contains(key)) continue;
+        const auto [known, isNew] = own.try_emplace(std::move(key), offsets_[model] + node);
+        if (!isNew) known->second = kNone;
+      }
     }
   }
   for (const auto& [key, id] : own) {
@@ -110,9 +111,11 @@ bool JoinedGraph::isReadBy(std::uint32_t model, JoinedId id) const noexcept {
   return false;
 }
 
-/// Puts a node in front of another and its twins.
+/// Puts a node and those behind it in front of another and its twins.
 void JoinedGraph::lead(JoinedId id, JoinedId first) {
-  next_[first] = id;
+  JoinedId last = first;
+  while (next_[last] != kNone) last = next_[last];
+  next_[last] = id;
   for (JoinedId twin = id; twin != kNone; twin = next_[twin]) first_[twin] = first;
 }
 

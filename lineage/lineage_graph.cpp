@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "framework/model/roles.h"
+#include "framework/std/mask.h"
 #include "framework/std/text.h"
 
 namespace tav {
@@ -33,13 +34,22 @@ std::string_view LineageGraph::readModel(NodeId id) const {
                                                : std::string_view();
 }
 
+std::string LineageGraph::definitionId(NodeId id) const {
+  constexpr std::string_view kIdSetting = "ID";
+  for (const DetailSetting* setting : rawSettings(id))
+    if (setting->name == kIdSetting) return maskPasswords(setting->value);
+  return name(id);
+}
+
 /// The address and names without letter case.
 std::string LineageGraph::sharedKey(NodeId id) const {
   const NodeId table = node(id).kind == NodeKind::databaseColumn ? node(id).owner : id;
   const DatabaseAddress& address = *database(id);
   if (address.isModel) {
     const std::string part = table == id ? std::string() : name(id);
-    return readPartKey(modelPartKey(address.database, name(table), part), address.server);
+    const bool isLinked = places_[table - firstDatabaseNode_].isLinked;
+    const std::string holder = isLinked ? linkedHolder(schema(table), name(table)) : name(table);
+    return readPartKey(modelPartKey(address.database, holder, part), address.server);
   }
   std::string key;
   for (const std::string_view part : {std::string_view(address.server), std::string_view(address.database),

@@ -91,6 +91,7 @@ class LineageGraph final : public WalkGraph {
   [[nodiscard]] bool isShared(NodeId id) const override;
   [[nodiscard]] std::string sharedKey(NodeId id) const override;
   [[nodiscard]] std::string_view readModel(NodeId id) const override;
+  [[nodiscard]] std::string definitionId(NodeId id) const override;
   [[nodiscard]] std::vector<std::string> notes() const override;
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
@@ -125,6 +126,7 @@ class LineageGraph final : public WalkGraph {
   struct DatabasePlace {
     std::uint32_t address;
     std::string_view schema;
+    bool isLinked = false;  ///< whether schema and name are the IDs of what is linked: a cube and its group
   };
 
   const TAVModel& model_;

@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::string_view kModelPart = "model:";
 constexpr char kServer = '\v';
+constexpr char kLinked = '\1';  // no document can hold it
 
 template <class T>
 std::span<const T> slice(const std::vector<T>& items, const std::vector<std::uint32_t>& offsets,
@@ -33,6 +34,10 @@ std::string modelPartKey(std::string_view model, std::string_view holder, std::s
   return part.empty() ? key : key.append(1, '\t').append(foldedName(part));
 }
 
+std::string linkedHolder(std::string_view cube, std::string_view id) {
+  return std::string(1, kLinked).append(cube).append(1, kLinked).append(id);
+}
+
 std::string readPartKey(std::string_view partKey, std::string_view server) {
   return std::string(partKey).append(1, kServer).append(foldedName(server));
 }
@@ -49,19 +54,43 @@ std::string_view partKeyIn(std::string_view key) noexcept {
   return key.starts_with(kModelPart) ? key.substr(0, key.find(kServer)) : std::string_view();
 }
 
-ReadableAs readableAs(NodeKind kind) noexcept {
+bool isReadable(NodeKind kind) noexcept {
   switch (kind) {
     case NodeKind::dimension:
     case NodeKind::cube:
-      return ReadableAs::holder;
     case NodeKind::attribute:
-      return ReadableAs::partOfOwner;
+    case NodeKind::measureGroup:
+    case NodeKind::linkedMeasureGroup:
     case NodeKind::measure:
     case NodeKind::linkedMeasure:
     case NodeKind::calculatedMeasure:
-      return ReadableAs::partOfCube;
+      return true;
     default:
-      return ReadableAs::nothing;
+      return false;
+  }
+}
+
+std::vector<std::string> partKeys(std::string_view model, const ReadablePart& part) {
+  const auto& [kind, own, owner, cube] = part;
+  switch (kind) {
+    case NodeKind::dimension:
+      return {modelPartKey(model, own.name, {}), modelPartKey(model, linkedHolder({}, own.id), {})};
+    case NodeKind::cube:
+      return {modelPartKey(model, own.name, {})};
+    case NodeKind::attribute:
+      return {modelPartKey(model, owner.name, own.name),
+              modelPartKey(model, linkedHolder({}, owner.id), own.id)};
+    case NodeKind::measureGroup:
+    case NodeKind::linkedMeasureGroup:
+      return {modelPartKey(model, linkedHolder(cube.id, own.id), {})};
+    case NodeKind::measure:
+    case NodeKind::linkedMeasure:
+      return {modelPartKey(model, cube.name, own.name),
+              modelPartKey(model, linkedHolder(cube.id, owner.id), own.id)};
+    case NodeKind::calculatedMeasure:
+      return {modelPartKey(model, cube.name, own.name)};
+    default:
+      return {};
   }
 }
 
@@ -103,12 +132,12 @@ NodeId WalkGraph::originalOf(NodeId id) const {
   return id;
 }
 
-std::string WalkGraph::partKey(NodeId id) const {
-  const ReadableAs readable = readableAs(node(id).kind);
-  if (readable == ReadableAs::nothing) return {};
-  if (readable == ReadableAs::holder) return modelPartKey(modelName(), name(id), {});
-  const NodeId holder = readable == ReadableAs::partOfCube ? cubeOf(id) : node(id).owner;
-  return holder == kNoNode ? std::string() : modelPartKey(modelName(), name(holder), name(id));
+std::vector<std::string> WalkGraph::partKeys(NodeId id) const {
+  if (!isReadable(node(id).kind)) return {};
+  const auto named = [this](NodeId one) {
+    return one == kNoNode ? DefinedName() : DefinedName{name(one), definitionId(one)};
+  };
+  return tav::partKeys(modelName(), {node(id).kind, named(id), named(node(id).owner), named(cubeOf(id))});
 }
 
 std::string WalkGraph::schema(NodeId id) const {

@@ -48,6 +48,9 @@ bool isOriginalsCopy(NodeKind kind) noexcept;
 /// What a part of a model is recognised by. The holder of an attribute is its dimension, that of a measure
 /// its cube; `part` is empty for dimension and cube themselves. Letter case does not count.
 std::string modelPartKey(std::string_view model, std::string_view holder, std::string_view part);
+/// The holder of what other definitions link by its ID: a dimension, with an empty `cube`, or a measure group
+/// of a cube, each by its ID.
+std::string linkedHolder(std::string_view cube, std::string_view id);
 /// What models over a model recognise a part of it by: one of that model on this server.
 std::string readPartKey(std::string_view partKey, std::string_view server);
 /// All such keys of a part lie between these two, of all parts where the key is empty.
@@ -55,9 +58,23 @@ std::pair<std::string, std::string> readPartRange(std::string_view partKey);
 /// The modelPartKey() in a key of that kind; empty for any other key.
 std::string_view partKeyIn(std::string_view key) noexcept;
 
-/// What models over a model can read of it.
-enum class ReadableAs : std::uint8_t { nothing, holder, partOfOwner, partOfCube };
-ReadableAs readableAs(NodeKind kind) noexcept;
+/// What something is called in its definition; the ID is the name where nothing else is said.
+struct DefinedName {
+  std::string name;
+  std::string id;
+};
+
+/// A node as other models may read or link it.
+struct ReadablePart {
+  NodeKind kind;
+  DefinedName own;
+  DefinedName owner;  ///< of what it is a part of; empty where there is none
+  DefinedName cube;   ///< the same
+};
+/// Whether other models may read or link nodes of this kind.
+bool isReadable(NodeKind kind) noexcept;
+/// What such a part of a model is recognised by: by its name, by its ID, or either.
+std::vector<std::string> partKeys(std::string_view model, const ReadablePart& part);
 
 /// The place of a node in LineageGraph::nodes().
 using NodeId = std::uint32_t;
@@ -163,9 +180,11 @@ class WalkGraph {
   /// The name of the model that a shared node is a part of: a table or column that a model over another model
   /// reads, whose sharedKey() is a readPartKey(). Empty for every other node.
   [[nodiscard]] virtual std::string_view readModel(NodeId id) const = 0;
-  /// The modelPartKey() of a dimension, an attribute, a cube or a measure. Empty for what no other model
-  /// reads.
-  [[nodiscard]] std::string partKey(NodeId id) const;
+  /// The ID that the definition gives a node; its name where that says it all.
+  [[nodiscard]] virtual std::string definitionId(NodeId id) const = 0;
+  /// The partKeys() of a dimension, an attribute, a cube, a measure or its group. Empty for what no other
+  /// model reads.
+  [[nodiscard]] std::vector<std::string> partKeys(NodeId id) const;
   /// What could make an answer another one: a document without details, and what its import passed over. A
   /// sentence each, without its end; usually none.
   [[nodiscard]] virtual std::vector<std::string> notes() const = 0;

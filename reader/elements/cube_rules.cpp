@@ -109,6 +109,7 @@ constexpr std::array kMeasureGroup{
     reference("Source/MeasureGroupID", IdSpace::measureGroup, RelationKind::direct),
     item("Measures/Measure", ObjectKind::measure, IdSpace::measure),
     columns("Measures/Measure/Source", RelationKind::aggregated),
+    read("Measures/Measure/Source/Source", Reading::source),
     reference("Measures/Measure/Source/Source/MeasureID", IdSpace::measure, RelationKind::direct),
     read("Measures/Measure/MeasureExpression", Reading::known),
 

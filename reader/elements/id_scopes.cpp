@@ -63,7 +63,8 @@ void takeSource(const TAVDOMElement& source, const ElementRule& rule, Changing& 
   if (rule.kind != ObjectKind::measureGroup) return;
   scope.change().sourceCube = source.getFirstElementValue(kCubeId);
   scope.change().sourceGroup = source.getFirstElementValue(kMeasureGroupId);
-  scope.change().isSourceBeyond = source.getFirstElementValue(kDataSourceId) != kThisDatabase;
+  const std::string_view database = source.getFirstElementValue(kDataSourceId);
+  scope.change().isSourceBeyond = !database.empty() && database != kThisDatabase;
 }
 
 }  // namespace
