@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "exports/answers/shown_text.h"
 #include "host/estate_plan.h"
 #include "host/message_log.h"
 
@@ -38,8 +39,13 @@ EstateRun importEstate(const std::vector<EstateFile>& files, std::size_t jobs,
 /// The exit code for these results.
 int exitCodeOf(const EstateRun& run);
 
-/// A table for people, with totals.
-void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run, std::ostream& out);
+/// How many of the files have that outcome.
+std::size_t countOf(const EstateRun& run, Outcome outcome);
+
+/// A table for people, with totals; where that is wider than the style allows, a few lines for each file.
+/// What all files and all models lie in is told once.
+void writeEstateTable(const std::vector<EstateFile>& files, const EstateRun& run, const tav::TextStyle& style,
+                      std::ostream& out);
 /// The same as one JSON document.
 void writeEstateJson(const std::vector<EstateFile>& files, const EstateRun& run, std::ostream& out);
 /// What becomes of the results: nothing when a signal ended the work or nobody wants them.
