@@ -25,11 +25,17 @@ export function plainName(name: string): string {
 const kLongestMeasured = 200;
 const kRuler = document.createElement("canvas").getContext("2d");
 
+/** How many pixels a text is wide in a font as CSS writes it; of a long one, its beginning. */
+export function widthOf(text: string, font: string): number {
+  if (!kRuler) return Infinity;
+  kRuler.font = font;
+  return kRuler.measureText(text.slice(0, kLongestMeasured)).width;
+}
+
 /** A text for a drawing, cut so that it is no wider than `width` pixels in a font as CSS writes it. */
 export function fitted(text: string, font: string, width: number): string {
   if (!kRuler) return text.slice(0, kLongestMeasured);
-  kRuler.font = font;
-  const fits = (part: string): boolean => kRuler.measureText(part).width <= width;
+  const fits = (part: string): boolean => widthOf(part, font) <= width;
   const characters = Array.from(text.slice(0, kLongestMeasured));
   if (characters.length === text.length && fits(text)) return text;
   let low = 0;

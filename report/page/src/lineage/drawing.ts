@@ -3,11 +3,11 @@
 import cytoscape from "cytoscape";
 import { kindImage } from "../elements/kind_mark";
 import { colours } from "../elements/theme";
-import { kFlowStyles } from "../model/kinds";
+import { kFlowStyles, stageOf } from "../model/kinds";
 import type { Model } from "../model/model";
-import { fittedLabels, kCaptionSize, kMarkRoom, kNameSize, kNameWeight, labelsOf } from "./labels";
+import { boxWidth, fittedLabels, kCaptionSize, kMarkRoom, kNameSize, kNameWeight, labelsOf } from "./labels";
 import { type Picture, picture } from "./picture";
-import { bends, ends, kHeight, kWidth, place, type Placing, type Point } from "./placing";
+import { bends, ends, kHeight, type Place, place, type Placing, type Point } from "./placing";
 import type { Direction, Flow, Handle, Sight } from "./sight";
 
 export interface DrawingActions {
@@ -17,7 +17,6 @@ export interface DrawingActions {
   collapse(id: number, direction: Direction): void;
 }
 
-const kTextLeft = kMarkRoom - kWidth / 2;
 const kHandleInset = 5;
 const kHandleRise = 14;
 const kMargin = 28;
@@ -48,7 +47,7 @@ function styleSheet(): cytoscape.StylesheetJson {
       "selection-box-color": c.surface, "active-bg-color": c.surface, "active-bg-size": 0,
       "outside-texture-bg-color": c.surface, "outside-texture-bg-opacity": 1 } },
     { selector: "node.object", style: {
-      shape: "round-rectangle", width: kWidth, height: kHeight, "background-color": c.raised, "border-width": 1,
+      shape: "round-rectangle", width: "data(width)", height: kHeight, "background-color": c.raised, "border-width": 1,
       "border-color": c.line, "background-image": "data(mark)", "background-width": "20px", "background-height": "20px",
       "background-position-x": "8px", "background-position-y": "50%", "background-fit": "none", "overlay-opacity": 0,
     } },
@@ -120,7 +119,7 @@ export class Drawing {
     this.cy.destroy();
   }
 
-  private get points(): Map<number, Point> {
+  private get points(): Map<number, Place> {
     return this.placing.points;
   }
 
@@ -134,7 +133,11 @@ export class Drawing {
     const before = anchor === undefined ? undefined : this.points.get(anchor);
     const old = this.points;
     this.sight = sight;
-    this.placing = place(sight);
+    this.placing = place(sight, {
+      widthOf: (id) => boxWidth(labelsOf(this.model, id), this.font),
+      stageOf: (id) => stageOf(this.model.kind(id)),
+      room: this.cy.width() / kLeastReadable - 2 * kMargin,
+    });
     const after = anchor === undefined ? undefined : this.points.get(anchor);
     this.cy.startBatch();
     this.cy.elements().remove();
@@ -176,14 +179,15 @@ export class Drawing {
   }
 
   private objectElements(id: number): cytoscape.ElementDefinition[] {
-    const { x, y } = this.points.get(id)!;
+    const { x, y, width } = this.points.get(id)!;
     const kind = this.model.kind(id);
-    const { name, caption } = fittedLabels(labelsOf(this.model, id), this.font);
+    const { name, caption } = fittedLabels(labelsOf(this.model, id), this.font, width);
     const text = (part: string, label: string, offset: number): cytoscape.ElementDefinition => ({
-      data: { object: id, text: label }, classes: `text ${part}`, position: { x: x + kTextLeft, y: y + offset },
+      data: { object: id, text: label }, classes: `text ${part}`,
+      position: { x: x - width / 2 + kMarkRoom, y: y + offset },
     });
     return [
-      { data: { id: `o${id}`, object: id, mark: kindImage(kind) },
+      { data: { id: `o${id}`, object: id, mark: kindImage(kind), width },
         classes: id === this.root ? "object root" : "object", position: { x, y } },
       text("name", name, -9),
       text("caption", caption, 10),
@@ -191,13 +195,13 @@ export class Drawing {
   }
 
   private handleElements(handle: Handle): cytoscape.ElementDefinition[] {
-    const { x, y } = this.points.get(handle.id)!;
+    const { x, y, width: boxed } = this.points.get(handle.id)!;
     const side = handle.direction === "sources" ? -1 : 1;
     const make = (text: string, use: HandleUse["use"], offset: number): cytoscape.ElementDefinition => {
       const width = 12 + 7 * text.length;
       return {
         data: { object: handle.id, text, width, handle: { id: handle.id, direction: handle.direction, use } },
-        classes: "handle", position: { x: x + side * (kWidth / 2 - kHandleInset + width / 2), y: y + offset },
+        classes: "handle", position: { x: x + side * (boxed / 2 - kHandleInset + width / 2), y: y + offset },
       };
     };
     const made: cytoscape.ElementDefinition[] = [];
@@ -245,8 +249,8 @@ export class Drawing {
   }
   private isInView(id: number): boolean {
     const { x1, y1, x2, y2 } = this.cy.extent();
-    const { x, y } = this.points.get(id)!;
-    return x - kWidth / 2 >= x1 && x + kWidth / 2 <= x2 && y - kHeight / 2 >= y1 && y + kHeight / 2 <= y2;
+    const { x, y, width } = this.points.get(id)!;
+    return x - width / 2 >= x1 && x + width / 2 <= x2 && y - kHeight / 2 >= y1 && y + kHeight / 2 <= y2;
   }
 
   fit(): void {
@@ -271,7 +275,8 @@ export class Drawing {
     const end = Array.from(this.points.keys()).reduce((far, id) => reach(id) > reach(far) ? id : far, this.root);
     if (this.isInView(end)) return;
     this.cy.center(this.cy.getElementById(`o${end}`));
-    this.cy.panBy({ x: side * (this.middle().x - kMargin - (this.cy.zoom() * kWidth) / 2), y: 0 });
+    const { width } = this.points.get(end)!;
+    this.cy.panBy({ x: side * (this.middle().x - kMargin - (this.cy.zoom() * width) / 2), y: 0 });
   }
   /** Where the object itself stands best, from 0 at the left to 1: the more is before it, the further right. */
   private shareBefore(): number {

@@ -6,7 +6,7 @@ import { colours } from "../elements/theme";
 import { kFlowStyles } from "../model/kinds";
 import type { FlowStyle, Model } from "../model/model";
 import { fittedLabels, kCaptionSize, kMarkRoom, kNameSize, kNameWeight, labelsOf } from "./labels";
-import { bends, ends, kHeight, kWidth, type Placing, type Point } from "./placing";
+import { bends, ends, kHeight, type Place, type Placing, type Point } from "./placing";
 import type { Flow, Handle, Sight } from "./sight";
 
 export interface Picture {
@@ -79,15 +79,15 @@ function edge(flow: Flow, placing: Placing): SVGElement {
   });
 }
 
-function box(model: Model, id: number, isRoot: boolean, { x, y }: Point, font: string): SVGElement {
+function box(model: Model, id: number, isRoot: boolean, { x, y, width }: Place, font: string): SVGElement {
   const c = colours();
   const whole = labelsOf(model, id);
-  const shown = fittedLabels(whole, font);
+  const shown = fittedLabels(whole, font, width);
   const mark = svg("g", { transform: `translate(8 ${(kHeight - kMarkSize) / 2}) scale(${kMarkSize / 16})` },
     ...paintedMark(model.kind(id), c));
-  return svg("g", { transform: `translate(${x - kWidth / 2} ${y - kHeight / 2})` },
+  return svg("g", { transform: `translate(${x - width / 2} ${y - kHeight / 2})` },
     svg("title", {}, inXml(`${whole.name}, ${whole.caption}`)),
-    svg("rect", { width: kWidth, height: kHeight, rx: 6, fill: c.raised, stroke: isRoot ? c.ink : c.line,
+    svg("rect", { width, height: kHeight, rx: 6, fill: c.raised, stroke: isRoot ? c.ink : c.line,
       "stroke-width": isRoot ? 2 : 1 }),
     mark,
     svgText({ x: kMarkRoom, y: 19, "font-size": kNameSize, "font-weight": kNameWeight, fill: c.ink }, shown.name),
@@ -95,21 +95,22 @@ function box(model: Model, id: number, isRoot: boolean, { x, y }: Point, font: s
 }
 
 /** "+3" where more is hidden than the picture shows. */
-function more({ id, direction, hidden }: Handle, points: Map<number, Point>): SVGElement {
-  const { x, y } = points.get(id)!;
+function more({ id, direction, hidden }: Handle, points: Map<number, Place>): SVGElement {
+  const { x, y, width } = points.get(id)!;
   const isSource = direction === "sources";
-  return svgText({ x: x + (isSource ? -1 : 1) * (kWidth / 2 + 4), y: y - 10, "font-size": 11, "font-weight": 700,
+  return svgText({ x: x + (isSource ? -1 : 1) * (width / 2 + 4), y: y - 10, "font-size": 11, "font-weight": 700,
     fill: colours().accent, "text-anchor": isSource ? "end" : "start" }, `+${hidden}`);
 }
 
 /** A picture of what is in sight, in the colours of the page. */
 export function picture(model: Model, root: number, sight: Sight, placing: Placing, font: string): Picture {
   const { points } = placing;
-  const xs = sight.ids.map((id) => points.get(id)!.x);
-  const ys = sight.ids.map((id) => points.get(id)!.y);
-  const left = xs.reduce((a, b) => Math.min(a, b)) - kWidth / 2 - 2 * kMargin;
+  const places = sight.ids.map((id) => points.get(id)!);
+  const ys = places.map(({ y }) => y);
+  const left = places.reduce((least, { x, width }) => Math.min(least, x - width / 2), Infinity) - 2 * kMargin;
   const top = ys.reduce((a, b) => Math.min(a, b)) - kHeight / 2 - 2 * kMargin;
-  const width = xs.reduce((a, b) => Math.max(a, b)) + kWidth / 2 + 2 * kMargin - left;
+  const right = places.reduce((most, { x, width }) => Math.max(most, x + width / 2), -Infinity);
+  const width = right + 2 * kMargin - left;
   const height = ys.reduce((a, b) => Math.max(a, b)) + kHeight / 2 + kMargin - top;
   const styles = [...new Set(sight.flows.map(({ style }) => style))];
   const whole = svg("svg", { viewBox: `${left} ${top} ${width} ${height}`, width, height, "font-family": font },

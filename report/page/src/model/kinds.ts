@@ -88,6 +88,19 @@ export function kindStyle(kind: Kind): KindStyle {
   return Object.hasOwn(kKinds, kind) ? kKinds[kind]! : kOtherKind;
 }
 
+/** Where drawings put objects of a kind, from the left: in the order in which data flows. */
+export function stageOf(kind: Kind): number {
+  switch (kindStyle(kind).family) {
+    case "database": return 0;
+    case "view": return 1;
+    case "dimension":
+    case "measure": return 2;
+    case "calculation": return 3;
+    case "kpi": return 4;
+    case "cube": return 5;
+  }
+}
+
 /** Which of two equally well fitting names comes first: what people ask for before what stands behind it. */
 export const kSearchOrder: Kind[] = [
   "cube", "measure", "calculatedMeasure", "kpi", "dimension", "attribute", "namedQuery", "viewTable", "databaseTable",
