@@ -47,8 +47,7 @@ std::string LineageGraph::sharedKey(NodeId id) const {
   const DatabaseAddress& address = *database(id);
   if (address.isModel) {
     const std::string part = table == id ? std::string() : name(id);
-    const bool isLinked = places_[table - firstDatabaseNode_].isLinked;
-    const std::string holder = isLinked ? linkedHolder(schema(table), name(table)) : name(table);
+    const std::string holder = isLinked(table) ? linkedHolder(schema(table), name(table)) : name(table);
     return readPartKey(modelPartKey(address.database, holder, part), address.server);
   }
   std::string key;

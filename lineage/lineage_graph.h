@@ -93,6 +93,11 @@ class LineageGraph final : public WalkGraph {
   [[nodiscard]] std::string_view readModel(NodeId id) const override;
   [[nodiscard]] std::string definitionId(NodeId id) const override;
   [[nodiscard]] std::vector<std::string> notes() const override;
+  /// Whether a table of a database is a dimension, or a measure group of the cube that its schema names, of
+  /// which the definition knows the IDs: it is linked from there.
+  [[nodiscard]] bool isLinked(NodeId table) const noexcept {
+    return table >= firstDatabaseNode_ && places_[table - firstDatabaseNode_].isLinked;
+  }
   /// Whether the model was imported from a tabular definition.
   [[nodiscard]] bool isTabular() const noexcept { return tabular_; }
 

@@ -228,9 +228,16 @@ std::string CatalogDatasets::nameInModel(NodeId id) const {
   }
 }
 
-/// As every producer names tables: without marks around names that hold dots.
+/// As every producer names tables: without marks around names that hold dots. What is linked from another
+/// definition, that one names as this one does its own.
 std::string CatalogDatasets::nameInDatabase(NodeId table) const {
-  return catalogueName(*graph_.database(table), graph_.schema(table), nameOrUnnamed(graph_.name(table)));
+  const DatabaseAddress& address = *graph_.database(table);
+  const std::string schema = graph_.schema(table);
+  const std::string own = graph_.name(table);
+  const std::string_view name = nameOrUnnamed(own);
+  if (!graph_.isLinked(table)) return catalogueName(address, schema, name);
+  return schema.empty() ? joinParts({address.database, "Dimensions", name})
+                        : joinParts({address.database, schema, "Measure Groups", name});
 }
 
 }  // namespace tav
