@@ -75,8 +75,8 @@ class LineageGraph final : public WalkGraph {
   [[nodiscard]] std::vector<std::string> unresolved(NodeId id) const;
   /// What the definition says about a node for people. Empty when it says nothing.
   [[nodiscard]] std::string description(NodeId id) const;
-  /// The name of the data type, and the type that it is of ("VARCHAR(50)" is a VARCHAR). Empty when a node
-  /// has none.
+  /// The name of the data type, and the type that it is of ("VARCHAR(50)" is a VARCHAR). Empty when the
+  /// definition tells none.
   [[nodiscard]] std::string typeName(NodeId id) const;
   [[nodiscard]] std::string dataType(NodeId id) const;
   /// The package or folder that holds a table, dimension or the like; empty for every other node.

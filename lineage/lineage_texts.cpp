@@ -11,6 +11,7 @@
 #include "framework/model/roles.h"
 #include "framework/std/dotted_name.h"
 #include "framework/std/mask.h"
+#include "framework/types/type_names.h"
 #include "lineage/lineage_graph.h"
 
 namespace tav {
@@ -92,9 +93,13 @@ std::string_view operationOf(const TAVFeature& feature) {
   return map ? map->operation.view() : std::string_view();
 }
 
+/// The type that a definition tells; null where it tells none. The model then has one called "undefined", and
+/// of measures that are calculated "BINARY".
 const TAVType* typeOf(const TAVModelObject* object) {
   const auto* feature = as<TAVFeature>(object);
-  return feature ? feature->type.get() : nullptr;
+  const TAVType* type = feature ? feature->type.get() : nullptr;
+  if (!type || type->getName() == kUndefinedType) return nullptr;
+  return is<TAVMeasure>(*feature) && type->getName() == "BINARY" ? nullptr : type;
 }
 
 /// A query in M begins with `let`, or with a call of one of its functions, whose names have dots.

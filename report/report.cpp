@@ -7,7 +7,6 @@
 
 #include "framework/std/json_writer.h"
 #include "framework/std/mask.h"
-#include "framework/types/type_names.h"
 #include "lineage/coverage.h"
 #include "lineage/gap_reason.h"
 
@@ -55,17 +54,6 @@ std::string_view fileName(std::string_view path) {
 /// A measure that a measure group or a script defines: each counts once, however many cubes list it.
 bool isOriginalMeasure(NodeKind kind) {
   return kind == NodeKind::measure || kind == NodeKind::calculatedMeasure;
-}
-
-bool isColumn(NodeKind kind) {
-  return kind == NodeKind::databaseColumn || kind == NodeKind::viewColumn || kind == NodeKind::computedColumn;
-}
-
-/// The type that a model gives to what has none is "undefined" or, away from columns, "BINARY".
-std::string shownType(const LineageGraph& graph, NodeId id) {
-  std::string type = graph.typeName(id);
-  if (type == kUndefinedType || (type == "BINARY" && !isColumn(graph.node(id).kind))) return {};
-  return type;
 }
 
 /// Texts that many have, each kept once and known by its place.
@@ -209,7 +197,7 @@ class DataWriter {
 
   void object(NodeId id) {
     json_.optional("d", graph_.description(id));
-    json_.optional("t", shownType(graph_, id));
+    json_.optional("t", graph_.typeName(id));
     const auto* measure = as<TAVMeasure>(graph_.node(id).object);
     if (measure && measure->hidden) json_.member("h", 1);
     if (is<TAVTable>(*graph_.node(id).object)) json_.optional("v", graph_.packageName(id));

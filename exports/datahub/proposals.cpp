@@ -18,7 +18,7 @@ std::string_view typeClass(std::string_view dataType) {
   if (dataType == "BINARY" || dataType == "VARBINARY") return "BytesType";
   if (dataType == "DATE" || dataType == "TIMESTAMP") return "DateType";
   if (dataType == "TIME") return "TimeType";
-  return dataType.empty() || dataType == kUndefinedType || !isTypeName(dataType) ? "NullType" : "NumberType";
+  return dataType.empty() || !isTypeName(dataType) ? "NullType" : "NumberType";
 }
 
 /// How a data set comes from those that feed it.
@@ -199,7 +199,7 @@ class ProposalWriter {
     const std::string native = graph_.typeName(described);
     json_.open('{');
     json_.member("fieldPath", datasets_.fieldName(id, field));
-    json_.member("nativeDataType", native.empty() || native == kUndefinedType ? kUnknownType : native);
+    json_.member("nativeDataType", native.empty() ? kUnknownType : std::string_view(native));
     json_.open("type", '{');
     json_.open("type", '{');
     json_.raw(std::string("com.linkedin.schema.").append(typeClass(graph_.dataType(described))), "{}");

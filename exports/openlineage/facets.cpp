@@ -26,7 +26,6 @@ constexpr std::string_view kProducer = "urn:xmla-bridge:" XMLA_VERSION;
 constexpr std::size_t kDescriptionSize = 1000;
 
 constexpr DatasetType kUnknownTable{"TABLE", "UNKNOWN_TABLE"};
-constexpr std::string_view kUndefined = "undefined";
 
 DatasetType typeOf(NodeKind kind) {
   switch (kind) {
@@ -168,7 +167,7 @@ void FacetWriter::writeColumns(DatasetId id) {
     json_.member("name", datasets_.fieldName(id, field));
     const NodeId described = datasets_.describing(field);
     const std::string type = graph_.typeName(described);
-    if (!type.empty() && type != kUndefined) json_.member("type", type);
+    if (!type.empty()) json_.member("type", type);
     const std::string description = graph_.description(described);
     if (!description.empty()) json_.member("description", description);
     json_.close('}');
