@@ -4,6 +4,8 @@
 
 #include "framework/model/roles.h"
 #include "framework/model/tree_walk.h"
+#include "framework/std/dotted_name.h"
+#include "framework/std/text.h"
 #include "lineage/arrange.h"
 #include "lineage/database_nodes.h"
 
@@ -103,6 +105,9 @@ void GraphBuilder::build() {
   nameCubeDimensions();
   addDetailNodes();
   addPartitions();
+  for (NodeId id = 0; id < graph_.nodes_.size(); ++id)
+    if (graph_.nodes_[id].kind == NodeKind::miningModel)
+      miningModels_.try_emplace(foldedName(graph_.nodes_[id].rawName), id);
   // What databases hold comes behind the nodes of the model, made when a table or query first names it.
   graph_.firstDatabaseNode_ = static_cast<NodeId>(graph_.nodes_.size());
   for (NodeId id = 0; id < graph_.firstDatabaseNode_; ++id) addModelEdges(id);
@@ -330,8 +335,22 @@ void GraphBuilder::addTableSource(NodeId id, DatabaseNodes& databases) {
 void GraphBuilder::addQuerySources(NodeId id, DatabaseNodes& databases) {
   const auto* table = as<TAVTable>(graph_.nodes_[id].object);
   if (!table) return;
-  for (const std::string_view name : querySourcesOf(*table))
-    addEdge(databases.namedTable(tableAddress_[id], name), id, EdgeKind::computed);
+  for (const std::string_view name : querySourcesOf(*table)) {
+    if (const NodeId mined = miningModelBehind(name, id); mined != kNoNode)
+      addEdge(mined, id, EdgeKind::mines, true);
+    else
+      addEdge(databases.namedTable(tableAddress_[id], name), id, EdgeKind::computed);
+  }
+}
+
+/// The mining model whose content a query reads, as `[Model].DIMENSION_CONTENT` of the database that it is
+/// in: no table of any other. kNoNode where a connection is read.
+NodeId GraphBuilder::miningModelBehind(std::string_view name, NodeId table) const {
+  const auto* query = as<TAVTable>(graph_.nodes_[table].object);
+  if (miningModels_.empty() || !query || query->storeConnections.first()) return kNoNode;
+  const std::vector<std::string> parts = splitDottedName(name);
+  const auto model = parts.size() < 2 ? miningModels_.end() : miningModels_.find(foldedName(parts.front()));
+  return model == miningModels_.end() ? kNoNode : model->second;
 }
 
 void GraphBuilder::addColumnSources(NodeId id, DatabaseNodes& databases) {
@@ -352,8 +371,10 @@ void GraphBuilder::addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& data
       if (const NodeId from = nodeOf(&source); from != kNoNode) known.insert(columnOfView_[from]);
   const NodeId table = graph_.nodes_[id].owner;
   for (const std::string_view name : names) {
-    const NodeId column = databases.namedColumn(tableAddress_[table], name, table);
-    if (known.insert(column).second) addEdge(column, id, kind);
+    const NodeId mined = miningModelBehind(name, table);
+    const NodeId source = mined == kNoNode ? databases.namedColumn(tableAddress_[table], name, table) : mined;
+    if (known.insert(source).second)
+      addEdge(source, id, mined == kNoNode ? kind : EdgeKind::mines, mined != kNoNode);
   }
 }
 

@@ -46,6 +46,7 @@ class GraphBuilder {
   void addPartitionSources(DatabaseNodes& databases);
   void addLinkedSources(DatabaseNodes& databases);
   void addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& databases);
+  [[nodiscard]] NodeId miningModelBehind(std::string_view name, NodeId table) const;
 
   void addBasisEdges(NodeId id);
   void addDetailEdges();
@@ -65,7 +66,8 @@ class GraphBuilder {
   std::unordered_map<NodeId, NodeId>
       fillers_;                       // by measure group or table: its partition, or what stands for all
   std::vector<NodeId> columnOfView_;  // by node: the database's column that a view's column stands for
-  std::vector<std::uint32_t> tableAddress_;  // by node of a view's table
+  std::vector<std::uint32_t> tableAddress_;               // by node of a view's table
+  std::unordered_map<std::string, NodeId> miningModels_;  // by folded name
 };
 
 }  // namespace tav

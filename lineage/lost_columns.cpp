@@ -68,6 +68,8 @@ std::string readBy(const LineageGraph& graph, NodeId query) {
   if (tables.size() > 1)
     return describe(graph, tables.front()) + " and " + std::to_string(tables.size() - 1) + " more";
   if (tables.size() == 1) return describe(graph, tables.front());
+  for (const LineageEdge& edge : graph.into(query))
+    if (edge.kind == EdgeKind::mines) return "the mining model " + graph.name(edge.from);
   const TAVStoreConnection* connection = as<TAVTable>(graph.node(query).object)->storeConnections.first();
   return connection ? graph.addressOf(*connection).server : std::string();
 }
