@@ -65,8 +65,7 @@ void EstateReport::add(const LineageGraph& graph, const std::string& input, cons
     const NodeKind kind = graph.node(id).kind;
     if (kind == NodeKind::cube) ++model.cubes;
     if (kind == NodeKind::databaseTable) addTable(graph, id);
-    if (const std::string_view read = graph.readModel(id); !read.empty())
-      model.read.push_back(foldedName(read));
+    addRead(graph, id);
     if (!isLookedFor(kind) || !hasAllNames_) continue;
     names_.push_back({kind, graph.name(id), place, graph.path(id)});
     if (names_.size() <= kMostNames) continue;
@@ -75,6 +74,16 @@ void EstateReport::add(const LineageGraph& graph, const std::string& input, cons
   }
   std::sort(model.read.begin(), model.read.end());
   model.read.erase(std::unique(model.read.begin(), model.read.end()), model.read.end());
+}
+
+/// Notes the model that a table or column of a database is a part of.
+void EstateReport::addRead(const LineageGraph& graph, NodeId id) {
+  std::string name = foldedName(graph.readModel(id));
+  if (name.empty()) return;
+  const std::string server = foldedName(graph.database(id)->server);
+  const auto [known, isNew] = servers_.try_emplace(name, server);
+  if (known->second != server) known->second.clear();
+  models_.back().read.push_back(std::move(name));
 }
 
 void EstateReport::addTable(const LineageGraph& graph, NodeId id) {
@@ -100,13 +109,16 @@ std::vector<const EstateReport::Table*> EstateReport::sharedTables() const {
   return shared;
 }
 
-/// Letter case folded; kSeveral for a name that several models have.
+/// Letter case folded; kSeveral for a name that several models have, or that is read from several servers:
+/// nobody can tell which is meant.
 std::unordered_map<std::string, std::size_t> EstateReport::placesByName() const {
   std::unordered_map<std::string, std::size_t> places;
   for (std::size_t place = 0; place < models_.size(); ++place) {
     const auto [known, isNew] = places.try_emplace(foldedName(models_[place].name), place);
     if (!isNew) known->second = kSeveral;
   }
+  for (const auto& [name, server] : servers_)
+    if (server.empty()) places[name] = kSeveral;
   return places;
 }
 

@@ -51,6 +51,7 @@ class EstateReport {
   };
 
   void addTable(const LineageGraph& graph, NodeId id);
+  void addRead(const LineageGraph& graph, NodeId id);
   void writeModels(JsonWriter& json, const std::vector<std::string>& names) const;
   void writeTables(JsonWriter& json) const;
   void writeNames(JsonWriter& json) const;
@@ -61,6 +62,8 @@ class EstateReport {
   std::vector<Model> models_;
   std::vector<std::pair<std::string, std::string>> failures_;
   std::unordered_map<std::string, Table> tables_;  // by what all models know them by
+  /// Models that others read, letter case folded, and the server; empty where several are named.
+  std::unordered_map<std::string, std::string> servers_;
   std::vector<Name> names_;
   bool hasAllNames_ = true;
 };
