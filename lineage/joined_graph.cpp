@@ -83,8 +83,8 @@ void JoinedGraph::joinShared() {
   }
 }
 
-/// What others read of a model is what has that name there, where one node alone has. A model that reads
-/// another one of its own name reads no part of itself.
+/// What others read or link of a model is what has that name or ID there, where one node alone has. A model
+/// that reads another one of its own name reads no part of itself.
 void JoinedGraph::joinReaders() {
   const PartsRead read = partsRead(*this);
   PartIds own;

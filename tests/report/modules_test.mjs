@@ -12,12 +12,13 @@ const folder = process.argv[2];
 const { build } = createRequire(join(folder, "package.json"))("esbuild");
 const bundle = await build({
   stdin: {
-    contents: `export * from "./model/model"; export * from "./lineage/sight"; export * from "./model/search";`,
+    contents: `export * from "./model/model"; export * from "./lineage/sight"; export * from "./model/search";
+      export * from "./lineage/placing";`,
     resolveDir: join(folder, "src"), loader: "ts",
   },
   bundle: true, write: false, format: "esm",
 });
-const { ContainerFlows, EdgeFilter, Expansion, Model, ObjectFlows, SearchIndex } = await import(
+const { ContainerFlows, EdgeFilter, Expansion, Model, ObjectFlows, place, SearchIndex } = await import(
   `data:text/javascript;base64,${Buffer.from(bundle.outputFiles[0].contents).toString("base64")}`);
 
 const kArrows = { ">": "direct", "+>": "computed", "?>": "condition", "*>": "member" };
@@ -92,7 +93,27 @@ function search(input, expected) {
     .map((id) => withKinds ? `${model.kind(id)} ${model.name(id)}` : model.name(id)).join("\n");
 }
 
-for (const [file, run] of Object.entries({ "expansion.txt": expand, "containers.txt": containers, "search.txt": search })) {
+function layers(input) {
+  const names = [];
+  const objects = [];
+  const flows = [];
+  let room = 0;
+  for (const line of input.split("\n")) {
+    const [, name, stage, width] = /^(\w+) (\d+) (\d+)$/.exec(line) ?? [];
+    if (name) objects[names.push(name) - 1] = { stage: Number(stage), width: Number(width) };
+    else if (line.startsWith("room ")) room = Number(line.slice("room ".length));
+    else for (const [, from, to] of line.matchAll(/(\w+)>(\w+)/g))
+      flows.push({ from: names.indexOf(from), to: names.indexOf(to) });
+  }
+  const { points } = place({ ids: objects.map((_, id) => id), flows },
+    { stageOf: (id) => objects[id].stage, widthOf: (id) => objects[id].width, room });
+  const byPlace = new Map();
+  for (const [id, { x, width }] of points) byPlace.set(x, `${byPlace.get(x) ?? width} ${names[id]}`);
+  return [...byPlace].sort(([a], [b]) => a - b).map(([, layer]) => layer).join("\n");
+}
+
+for (const [file, run] of Object.entries({
+  "expansion.txt": expand, "containers.txt": containers, "search.txt": search, "layers.txt": layers })) {
   for (const { title, input, expected } of corpus(file))
     test(`${file}: ${title}`, () => assert.equal(run(input, expected), expected));
 }
