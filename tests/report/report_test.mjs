@@ -164,7 +164,10 @@ for (const { title, input, expected: wanted } of corpus("details.txt")) {
 
 test("lineage is expanded in both directions and followed", async () => {
   await using(example + address("/Cubes/Stays/Measure Groups/Stays/Nights"), async (page) => {
+    const narrow = await objectsInDrawing(page);
+    await page.setViewportSize({ width: 2000, height: 1000 });
     await page.getByRole("button", { name: "Reset" }).click();
+    assert.ok(await objectsInDrawing(page) > narrow, "a wider drawing begins with more");
     for (const direction of ["source", "dependent"]) {
       const hide = page.getByRole("button", { name: new RegExp(`Hide .* ${direction}`) });
       const before = await objectsInDrawing(page);

@@ -19,6 +19,8 @@ export interface DrawingActions {
 
 const kHandleInset = 5;
 const kHandleRise = 14;
+/** What handles take beside the boxes. */
+const kHandleRoom = 28;
 const kMargin = 28;
 const kLeastReadable = 0.62;
 const kReadable = 0.8;
@@ -133,11 +135,7 @@ export class Drawing {
     const before = anchor === undefined ? undefined : this.points.get(anchor);
     const old = this.points;
     this.sight = sight;
-    this.placing = place(sight, {
-      widthOf: (id) => boxWidth(labelsOf(this.model, id), this.font),
-      stageOf: (id) => stageOf(this.model.kind(id)),
-      room: this.cy.width() / kLeastReadable - 2 * kMargin,
-    });
+    this.placing = this.place(sight);
     const after = anchor === undefined ? undefined : this.points.get(anchor);
     this.cy.startBatch();
     this.cy.elements().remove();
@@ -149,6 +147,28 @@ export class Drawing {
       if (!this.still) this.moveFrom(old, { x: after.x - before.x, y: after.y - before.y });
     }
     this.select(this.selected);
+  }
+
+  private place(sight: Sight): Placing {
+    return place(sight, {
+      widthOf: (id) => boxWidth(labelsOf(this.model, id), this.font),
+      stageOf: (id) => stageOf(this.model.kind(id)),
+      room: this.room(),
+    });
+  }
+
+  /** How wide a drawing may be so that all of it can be read at once. */
+  private room(): number {
+    return (this.cy.width() - 2 * kMargin) / kLeastReadable - 2 * kHandleRoom;
+  }
+
+  /** Whether all layers of a sight can be read at once. */
+  hasRoomFor(sight: Sight): boolean {
+    this.cy.resize();
+    const places = Array.from(this.place(sight).points.values());
+    const left = places.reduce((least, { x, width }) => Math.min(least, x - width / 2), Infinity);
+    const right = places.reduce((most, { x, width }) => Math.max(most, x + width / 2), -Infinity);
+    return right - left <= this.room();
   }
 
   /** Lets objects glide from where they were to where they are now. */

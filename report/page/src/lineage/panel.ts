@@ -15,9 +15,18 @@ import { Tree } from "./tree";
 
 type View = "drawing" | "tree";
 
-/** What is opened at first: far enough to tell a story, few enough to be read. */
-const kFirstSources = { depth: 4, most: 22 };
-const kFirstDependents = { depth: 1, most: 12 };
+/** How far each side is opened at first. */
+interface FirstView {
+  sources: number;
+  dependents: number;
+}
+
+/** Far enough to tell a story, few enough to be read; the first one that there is room for. */
+const kFirstViews: [FirstView, ...FirstView[]] = [
+  { sources: 4, dependents: 1 }, { sources: 1, dependents: 1 }, { sources: 4, dependents: 0 }, { sources: 1, dependents: 0 },
+];
+const kMostSources = 22;
+const kMostDependents = 12;
 const kFarDepth = 30;
 const kFarMost = 150;
 const kZoomStep = 1.25;
@@ -75,7 +84,7 @@ export class LineagePanel {
     if (kind === "cube" || kind === "perspective" || kind === "cubeDimension") this.filter.set("member", true);
     else this.showSomething();
     this.selected = root;
-    this.expansion = this.start();
+    this.expansion = this.opened(kFirstViews[0]);
     this.focusRing.setAttribute("aria-label", `Lineage of ${plainName(model.name(root))}. ${kHelp}`);
     this.focusRing.addEventListener("keydown", (event) => this.key(event));
     this.focusRing.addEventListener("pointerdown", () => this.focusRing.focus({ preventScroll: true }));
@@ -97,7 +106,7 @@ export class LineagePanel {
 
   /** Called when the panel stands in the page: drawing needs its size. */
   attached(): void {
-    this.show(preferredView);
+    this.show(preferredView, true);
   }
 
   detached(): void {
@@ -116,14 +125,24 @@ export class LineagePanel {
     for (const edge of [...this.model.edgesInto(this.root), ...this.model.edgesOutOf(this.root)]) this.filter.set(edge.style, true);
   }
 
-  private start(): Expansion {
+  private opened({ sources, dependents }: FirstView): Expansion {
     const expansion = new Expansion(this.root, this.flows());
-    expansion.openFar("sources", kFirstSources.depth, kFirstSources.most);
-    expansion.openFar("dependents", kFirstDependents.depth, kFirstDependents.most);
+    expansion.openFar("sources", sources, kMostSources);
+    expansion.openFar("dependents", dependents, kMostDependents);
     return expansion;
   }
 
-  private show(view: View): void {
+  /** As much as fits into the drawing; where nothing does, the object is shown amid what is around it. */
+  private start(): Expansion {
+    for (const view of kFirstViews) {
+      const expansion = this.opened(view);
+      if (this.drawing?.hasRoomFor(expansion.sight())) return expansion;
+    }
+    return this.opened(kFirstViews[0]);
+  }
+
+  /** The tree may have opened sides before the drawing is shown. */
+  private show(view: View, isUntouched = false): void {
     preferredView = view;
     for (const [name, button] of Object.entries(this.viewButtons)) button.setAttribute("aria-pressed", String(name === view));
     this.drawingView.hidden = view !== "drawing";
@@ -134,6 +153,7 @@ export class LineagePanel {
       select: (id) => this.select(id), open: this.open,
       expand: (id, direction) => this.expand(id, direction), collapse: (id, direction) => this.collapse(id, direction),
     });
+    if (first && isUntouched) this.expansion = this.start();
     this.redraw();
     if (first) this.drawing.fit();
     this.select(this.selected);
