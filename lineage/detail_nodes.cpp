@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -53,11 +54,10 @@ std::unordered_map<ItemId, std::string_view> settingsCalled(const Details& detai
   return values;
 }
 
-/// Where items lead that name a data source, by the item. The model lacks the sources of what it does not
-/// show.
-std::unordered_map<ItemId, std::uint32_t> addressesIn(const Details& details, DatabaseNodes& databases) {
-  std::unordered_map<ItemId, std::uint32_t> addresses;
-  std::unordered_map<ItemId, std::string_view> connectionStrings;
+/// The model lacks the sources of what it does not show.
+ItemAddresses addressesIn(const Details& details, DatabaseNodes& databases) {
+  ItemAddresses addresses;
+  std::optional<std::unordered_map<ItemId, std::string_view>> connectionStrings;
   for (const DetailRelation& relation : details.relations()) {
     if (relation.kind != EdgeKind::connects || addresses.contains(relation.to)) continue;
     const DetailItem& source = details.item(relation.from);
@@ -65,8 +65,8 @@ std::unordered_map<ItemId, std::uint32_t> addressesIn(const Details& details, Da
       addresses.emplace(relation.to, databases.addressOfConnection(as<TAVStoreConnection>(source.object)));
       continue;
     }
-    if (connectionStrings.empty()) connectionStrings = settingsCalled(details, "ConnectionString");
-    if (const auto text = connectionStrings.find(relation.from); text != connectionStrings.end())
+    if (!connectionStrings) connectionStrings = settingsCalled(details, "ConnectionString");
+    if (const auto text = connectionStrings->find(relation.from); text != connectionStrings->end())
       addresses.emplace(relation.to, databases.addressOfFacts({source.name, text->second, {}, {}, {}}));
   }
   return addresses;
@@ -74,11 +74,16 @@ std::unordered_map<ItemId, std::uint32_t> addressesIn(const Details& details, Da
 
 }  // namespace
 
+void GraphBuilder::addDetailSources(DatabaseNodes& databases) {
+  if (!graph_.details_) return;
+  const ItemAddresses addresses = addressesIn(*graph_.details_, databases);
+  addPartitionSources(addresses, databases);
+  addLinkedSources(addresses, databases);
+}
+
 /// Tables and columns of the database that partitions read and no view shows.
-void GraphBuilder::addPartitionSources(DatabaseNodes& databases) {
+void GraphBuilder::addPartitionSources(const ItemAddresses& addresses, DatabaseNodes& databases) {
   const Details* details = graph_.details_;
-  if (!details) return;
-  const auto addresses = addressesIn(*details, databases);
   std::unordered_set<std::uint64_t> known;
   for (const OpenName& name : details->openNames()) {
     if (!isOfDatabase(name)) continue;
@@ -121,12 +126,10 @@ std::map<ItemId, Link> linksIn(const Details& details) {
 
 /// What a definition links from another database, and the attributes and measures of that, which have no
 /// other source.
-void GraphBuilder::addLinkedSources(DatabaseNodes& databases) {
+void GraphBuilder::addLinkedSources(const ItemAddresses& addresses, DatabaseNodes& databases) {
   const Details* details = graph_.details_;
-  if (!details) return;
   const std::map<ItemId, Link> links = linksIn(*details);
   if (links.empty()) return;
-  const auto addresses = addressesIn(*details, databases);
   std::unordered_map<NodeId, NodeId> sources;  // by dimension or measure group
   for (const auto& [item, link] : links) {
     const NodeId node = graph_.itemNodes_[item];

@@ -312,8 +312,7 @@ void GraphBuilder::addDatabaseEdges() {
   forEach(&GraphBuilder::addTableSource);
   forEach(&GraphBuilder::addQuerySources);
   forEach(&GraphBuilder::addColumnSources);
-  addPartitionSources(databases);
-  addLinkedSources(databases);
+  addDetailSources(databases);
 }
 
 void GraphBuilder::addTableSource(NodeId id, DatabaseNodes& databases) {

@@ -13,6 +13,9 @@ namespace tav {
 
 class DatabaseNodes;
 
+/// The addresses of databases that items of the details lead to by the data sources that they name.
+using ItemAddresses = std::unordered_map<ItemId, std::uint32_t>;
+
 class GraphBuilder {
  public:
   explicit GraphBuilder(LineageGraph& graph) : graph_(graph) {}
@@ -43,8 +46,9 @@ class GraphBuilder {
   void addTableSource(NodeId id, DatabaseNodes& databases);
   void addQuerySources(NodeId id, DatabaseNodes& databases);
   void addColumnSources(NodeId id, DatabaseNodes& databases);
-  void addPartitionSources(DatabaseNodes& databases);
-  void addLinkedSources(DatabaseNodes& databases);
+  void addDetailSources(DatabaseNodes& databases);
+  void addPartitionSources(const ItemAddresses& addresses, DatabaseNodes& databases);
+  void addLinkedSources(const ItemAddresses& addresses, DatabaseNodes& databases);
   void addNamedColumns(NodeId id, EdgeKind kind, DatabaseNodes& databases);
   [[nodiscard]] NodeId miningModelBehind(std::string_view name, NodeId table) const;
 
