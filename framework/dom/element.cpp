@@ -19,11 +19,12 @@ const TAVDOMElement* firstOf(std::span<const TAVDOMElement> children, Matches ma
 }  // namespace
 
 const TAVDOMElement* TAVDOMElement::getFirstElement(std::string_view tag) const noexcept {
-  if (count_ >= tav::kIndexedChildren) {
-    const std::uint32_t child = tav::ChildIndex::before(children_).find(tag);
-    return child == tav::ChildIndex::kNone ? nullptr : children_ + child;
+  const std::span<const TAVDOMElement> children = getElements();
+  if (children.size() >= tav::kIndexedChildren) {
+    const std::uint32_t child = tav::ChildIndex::before(children.data()).find(tag);
+    return child == tav::ChildIndex::kNone ? nullptr : &children[child];
   }
-  return firstOf(getElements(), [tag](const TAVDOMElement& child) { return child.getTagName() == tag; });
+  return firstOf(children, [tag](const TAVDOMElement& child) { return child.getTagName() == tag; });
 }
 
 const TAVDOMElement* TAVDOMElement::getFirstElementLocal(std::string_view localName) const noexcept {

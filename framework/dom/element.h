@@ -35,15 +35,15 @@ class TAV_API TAVDOMElement {
 
   /// The element's own text: text and CDATA sections joined, entities resolved, without the text of child
   /// elements. White space alone counts as no text when there are child elements.
-  [[nodiscard]] std::string_view getValue() const noexcept { return {value_, valueSize_}; }
+  [[nodiscard]] std::string_view getValue() const noexcept;
 
-  [[nodiscard]] std::int32_t getElementCount() const noexcept { return static_cast<std::int32_t>(count_); }
-  /// Child element `index`, from 0 in document order; null when there is none.
-  [[nodiscard]] const TAVDOMElement* getElement(std::int32_t index) const noexcept {
-    return index < 0 || index >= getElementCount() ? nullptr : children_ + index;
+  [[nodiscard]] std::int32_t getElementCount() const noexcept {
+    return static_cast<std::int32_t>(getElements().size());
   }
+  /// Child element `index`, from 0 in document order; null when there is none.
+  [[nodiscard]] const TAVDOMElement* getElement(std::int32_t index) const noexcept;
   /// The child elements, in document order.
-  [[nodiscard]] std::span<const TAVDOMElement> getElements() const noexcept { return {children_, count_}; }
+  [[nodiscard]] std::span<const TAVDOMElement> getElements() const noexcept;
 
   /// The first child element with this tag as written, or null. Fast also among very many children.
   [[nodiscard]] const TAVDOMElement* getFirstElement(std::string_view tag) const noexcept;
@@ -57,9 +57,7 @@ class TAV_API TAVDOMElement {
 
   /// The attributes as the document has them, declarations of namespaces included, followed by those that
   /// only the document type declares a value for.
-  [[nodiscard]] std::span<const tav::DomAttribute> getAttributes() const noexcept {
-    return {attributes_, attributeCount_};
-  }
+  [[nodiscard]] std::span<const tav::DomAttribute> getAttributes() const noexcept;
   /// The value of the attribute of this name as written; empty when there is none.
   [[nodiscard]] std::string_view getAttribute(std::string_view name) const noexcept;
   /// The value of the attribute of this namespace and local name, whatever its prefix; empty when there is
@@ -70,13 +68,63 @@ class TAV_API TAVDOMElement {
  private:
   friend class tav::TreeBuilder;
 
-  // 48 bytes: a typical document has an element for every 40.
+  struct Both;
+  struct Attributed;
+  union Content {
+    const char* text = nullptr;
+    const TAVDOMElement* children;  // side by side; with many of them an index lies in front
+    const Both* both;
+  };
+  enum Holds : std::uint32_t { kText, kChildren, kBoth };
+
+  [[nodiscard]] Content content() const noexcept;
+
+  // 24 bytes: a typical document has an element for every 40. All but few hold either a text or children, and
+  // no attributes.
   const tav::DomName* name_ = nullptr;
-  const TAVDOMElement* children_ = nullptr;  // side by side; with many of them an index lies in front
-  const tav::DomAttribute* attributes_ = nullptr;
-  const char* value_ = nullptr;
-  std::uint32_t valueSize_ = 0;
-  std::uint32_t count_ = 0;
-  std::uint32_t attributeCount_ = 0;
+  union {
+    Content content_ = {};
+    Attributed* attributed_;
+  };
   std::uint32_t line_ = 0;
+  std::uint32_t holds_ : 2 = kText;
+  std::uint32_t hasAttributes_ : 1 = 0;
+  std::uint32_t size_ : 29 = 0;  // of the text, or how many children; not that of both
 };
+
+/// What an element holds that has both text and children, or more of one than it can count.
+struct TAVDOMElement::Both {
+  std::string_view text;
+  std::span<const TAVDOMElement> children;
+};
+
+/// What an element with attributes holds.
+struct TAVDOMElement::Attributed {
+  Content content;
+  std::span<const tav::DomAttribute> attributes;
+};
+
+inline TAVDOMElement::Content TAVDOMElement::content() const noexcept {
+  return hasAttributes_ ? attributed_->content : content_;
+}
+
+inline std::string_view TAVDOMElement::getValue() const noexcept {
+  if (holds_ == kText) return {content().text, size_};
+  return holds_ == kBoth ? content().both->text : std::string_view();
+}
+
+inline std::span<const TAVDOMElement> TAVDOMElement::getElements() const noexcept {
+  if (holds_ == kChildren) return {content().children, size_};
+  return holds_ == kBoth ? content().both->children : std::span<const TAVDOMElement>();
+}
+
+inline const TAVDOMElement* TAVDOMElement::getElement(std::int32_t index) const noexcept {
+  const std::span<const TAVDOMElement> children = getElements();
+  return index < 0 || static_cast<std::size_t>(index) >= children.size()
+             ? nullptr
+             : &children[static_cast<std::size_t>(index)];
+}
+
+inline std::span<const tav::DomAttribute> TAVDOMElement::getAttributes() const noexcept {
+  return hasAttributes_ ? attributed_->attributes : std::span<const tav::DomAttribute>();
+}

@@ -11,6 +11,12 @@ template <class Number, class Value> bool fits(Value value) {
   return value <= static_cast<Value>(std::numeric_limits<Number>::max());
 }
 
+constexpr std::size_t kLargestSize = (std::size_t{1} << 29) - 1;  // that an element counts itself
+
+template <class Value> Value* allocate(Arena& arena, std::size_t count = 1) {
+  return static_cast<Value*>(arena.allocate(count * sizeof(Value), alignof(Value)));
+}
+
 void requireLength(std::size_t bytes) {
   if (!fits<std::uint32_t>(bytes)) throw TreeLimit("an element holds more than 4 GB of text");
 }
@@ -31,10 +37,10 @@ void TreeBuilder::start(std::string_view name, std::uint64_t line, std::span<con
 }
 
 void TreeBuilder::keepAttributes(std::span<const TagAttribute> attributes, TAVDOMElement& element) {
-  auto* place = static_cast<DomAttribute*>(
-      storage_.arena.allocate(attributes.size() * sizeof(DomAttribute), alignof(DomAttribute)));
-  element.attributes_ = place;
-  element.attributeCount_ = static_cast<std::uint32_t>(attributes.size());
+  auto* place = allocate<DomAttribute>(storage_.arena, attributes.size());
+  element.attributed_ = std::construct_at(allocate<TAVDOMElement::Attributed>(storage_.arena),
+                                          TAVDOMElement::Attributed{{}, {place, attributes.size()}});
+  element.hasAttributes_ = 1;
   for (const TagAttribute& attribute : attributes)
     std::construct_at(place++, DomAttribute{storage_.names.attribute(attribute.name),
                                             attribute.isKept ? attribute.value : keep(attribute.value)});
@@ -60,41 +66,58 @@ void TreeBuilder::end() {
   // Between child elements there is indentation only: a third of a typical file.
   std::string_view own = std::string_view(text_).substr(frame.textStart);
   if (!children.empty() && !frame.hasWords) own = {};
-  element.value_ = keep(own).data();
-  element.valueSize_ = static_cast<std::uint32_t>(own.size());
-  if (!children.empty()) placeChildren(element, children);
+  hold(element, keep(own), children.empty() ? children : placed(children));
   closed_.resize(frame.firstChild);
   text_.resize(frame.textStart);
-  storage_.names.closeScope(frame.scope);
-  closed_.push_back(element);
-  open_.pop_back();
+  close(element);
 }
 
 void TreeBuilder::endWith(std::string_view text) {
   requireLength(text.size());
-  const Frame& frame = open_.back();
-  TAVDOMElement element = frame.element;
-  element.value_ = keep(text).data();
-  element.valueSize_ = static_cast<std::uint32_t>(text.size());
-  storage_.names.closeScope(frame.scope);
+  TAVDOMElement element = open_.back().element;
+  hold(element, keep(text), {});
+  close(element);
+}
+
+void TreeBuilder::close(const TAVDOMElement& element) {
+  storage_.names.closeScope(open_.back().scope);
   closed_.push_back(element);
   open_.pop_back();
 }
 
-void TreeBuilder::placeChildren(TAVDOMElement& element, std::span<const TAVDOMElement> children) {
+/// Gives an element what it holds, which has its place for good.
+void TreeBuilder::hold(TAVDOMElement& element, std::string_view text,
+                       std::span<const TAVDOMElement> children) {
+  TAVDOMElement::Content content;
+  const std::size_t size = text.size() + children.size();
+  if (size > kLargestSize || (!text.empty() && !children.empty())) {
+    element.holds_ = TAVDOMElement::kBoth;
+    content.both =
+        std::construct_at(allocate<TAVDOMElement::Both>(storage_.arena), TAVDOMElement::Both{text, children});
+  } else if (children.empty()) {
+    element.size_ = static_cast<std::uint32_t>(size);
+    content.text = text.data();
+  } else {
+    element.holds_ = TAVDOMElement::kChildren;
+    element.size_ = static_cast<std::uint32_t>(size);
+    content.children = children.data();
+  }
+  (element.hasAttributes_ ? element.attributed_->content : element.content_) = content;
+}
+
+/// Elements that point to a child's own children can be copied, because those have their place for good.
+std::span<const TAVDOMElement> TreeBuilder::placed(std::span<const TAVDOMElement> children) {
   if (!fits<std::int32_t>(children.size()))
     throw TreeLimit("an element has more than 2,147,483,647 children");
   const bool indexed = children.size() >= kIndexedChildren;
   const std::size_t front = indexed ? sizeof(ChildIndex::Front) : 0;
-  // Elements that point to a child's own children can be copied, because those have their place for good.
   auto* place =
       static_cast<std::byte*>(storage_.arena.allocate(front + children.size_bytes(), alignof(TAVDOMElement)));
   auto* first = reinterpret_cast<TAVDOMElement*>(place + front);
   std::uninitialized_copy(children.begin(), children.end(), first);
-  element.children_ = first;
-  element.count_ = static_cast<std::uint32_t>(children.size());
   if (indexed)
     std::construct_at(reinterpret_cast<ChildIndex::Front*>(place), ChildIndex::Front{indexOf(children)});
+  return {first, children.size()};
 }
 
 const ChildIndex* TreeBuilder::indexOf(std::span<const TAVDOMElement> children) const {
@@ -104,8 +127,7 @@ const ChildIndex* TreeBuilder::indexOf(std::span<const TAVDOMElement> children) 
 }
 
 const TAVDOMElement* TreeBuilder::finish() {
-  void* place = storage_.arena.allocate(sizeof(TAVDOMElement), alignof(TAVDOMElement));
-  return std::construct_at(static_cast<TAVDOMElement*>(place), closed_.front());
+  return std::construct_at(allocate<TAVDOMElement>(storage_.arena), closed_.front());
 }
 
 }  // namespace tav

@@ -11,6 +11,7 @@
 #include "framework/dom/child_index.h"
 #include "framework/dom/element.h"
 #include "framework/dom/names.h"
+#include "framework/dom/texts.h"
 
 namespace tav {
 
@@ -18,6 +19,7 @@ namespace tav {
 struct DomStorage {
   Arena arena;
   DomNames names{arena};
+  DomTexts texts{arena};
 };
 
 /// More than a tree can hold; its text says of what.
@@ -59,7 +61,7 @@ class TreeBuilder {
   [[nodiscard]] const TAVDOMElement& openElement(std::size_t depth) const { return open_[depth].element; }
   [[nodiscard]] const TAVDOMElement& innermost() const { return open_.back().element; }
   /// The text kept as long as the tree.
-  std::string_view keep(std::string_view text) { return storage_.arena.copy(text); }
+  std::string_view keep(std::string_view text) { return storage_.texts.keep(text); }
 
   /// The root, when it has ended.
   const TAVDOMElement* finish();
@@ -74,7 +76,9 @@ class TreeBuilder {
   };
 
   void keepAttributes(std::span<const TagAttribute> attributes, TAVDOMElement& element);
-  void placeChildren(TAVDOMElement& element, std::span<const TAVDOMElement> children);
+  void hold(TAVDOMElement& element, std::string_view text, std::span<const TAVDOMElement> children);
+  void close(const TAVDOMElement& element);
+  std::span<const TAVDOMElement> placed(std::span<const TAVDOMElement> children);
   const ChildIndex* indexOf(std::span<const TAVDOMElement> children) const;
 
   DomStorage& storage_;
