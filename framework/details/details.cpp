@@ -92,6 +92,7 @@ std::string_view Details::keep(std::string_view text) {
 
 /// A text that many have, kept once.
 std::string_view Details::keepName(std::string_view name) {
+  if (name.empty()) return {};
   if (const auto known = names_.find(name); known != names_.end()) return *known;
   return *names_.insert(keep(name)).first;
 }

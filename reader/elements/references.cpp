@@ -30,8 +30,8 @@ void IdReferences::relate(RelationKind kind, ItemId from, ItemId to, std::string
 }
 
 void IdReferences::resolve() {
-  for (const ColumnReference& reference : columns_) resolve(reference);
-  for (const IdReference& reference : references_) resolve(reference);
+  for (; !columns_.empty(); columns_.pop_front()) resolve(columns_.front());
+  for (; !references_.empty(); references_.pop_front()) resolve(references_.front());
 }
 
 void IdReferences::resolve(const IdReference& reference) {

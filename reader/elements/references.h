@@ -4,11 +4,11 @@
 // may stand in front of what it means.
 
 #include <cstdint>
+#include <deque>
 #include <set>
 #include <string>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "framework/std/spellings.h"
 #include "reader/elements/id_registry.h"
@@ -61,8 +61,9 @@ class IdReferences {
 
   ImportRun& run_;
   IdRegistry ids_;
-  std::vector<IdReference> references_;
-  std::vector<ColumnReference> columns_;
+  // They go as they are resolved, while the relations that they become are added.
+  std::deque<IdReference> references_;
+  std::deque<ColumnReference> columns_;
   NumberSet known_;  // relations without a text
   std::set<std::pair<ItemId, std::string>> missing_;
   std::unordered_map<const TAVClassifier*, Spellings> columnSpellings_;  // of tables that a column misses
