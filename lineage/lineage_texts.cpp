@@ -129,6 +129,22 @@ std::string textOf(const Value& value) {
   return std::holds_alternative<bool>(value) ? "true" : "";
 }
 
+/// What an open name would mean that is an ID, whose note is the tag it stands in: "MeasureGroupID" is that
+/// of a measure group.
+std::string noteInWords(const OpenName& name) {
+  constexpr std::string_view kId = "ID";
+  const std::string_view note = name.note;
+  if (name.state != OpenNameState::beyond || !note.ends_with(kId) || note == kId) return std::string(note);
+  std::string words;
+  for (const char c : note.substr(0, note.size() - kId.size())) {
+    const bool isCapital = c >= 'A' && c <= 'Z';
+    if (isCapital && !words.empty()) words += ' ';
+    words += static_cast<char>(isCapital ? c - 'A' + 'a' : c);
+  }
+  const bool takesAn = std::string_view("aeiou").find(words.front()) != std::string_view::npos;
+  return std::string(takesAn ? "the ID of an " : "the ID of a ").append(words);
+}
+
 }  // namespace
 
 std::string LineageGraph::modelName() const {
@@ -305,7 +321,7 @@ std::vector<OpenNameText> LineageGraph::openNames(NodeId id) const {
   for (std::uint32_t i = openNameOffsets_[id]; i < openNameOffsets_[id + 1]; ++i) {
     const OpenName& name = details_->openNames()[openNames_[i]];
     if (isOfDatabase(name)) continue;  // it has a node
-    names.push_back({maskPasswords(name.name), name.state, maskPasswords(name.note)});
+    names.push_back({maskPasswords(name.name), name.state, maskPasswords(noteInWords(name))});
   }
   return names;
 }
