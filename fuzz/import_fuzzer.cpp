@@ -4,12 +4,14 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 
 #include "bridge/import.h"
 #include "framework/std/exception.h"
+#include "fuzz/require.h"
 #include "tests/support/model_laws.h"
+
+using tav::fuzz::require;
 
 namespace {
 
@@ -37,12 +39,6 @@ class MemoryFile {
  private:
   int descriptor_;
 };
-
-void require(bool holds, const char* text) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", text);
-  std::abort();
-}
 
 }  // namespace
 

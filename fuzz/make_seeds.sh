@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# make_seeds.sh ROOT FOLDER: what the fuzz targets begin with, made of the repository at ROOT. FOLDER gets
-# seeds/TARGET/, the seeds that are kept as files and the inputs of the test corpora, and TARGET.dict.
+# make_seeds.sh ROOT FOLDER PROGRAM: what the fuzz targets begin with, made of the repository at ROOT by xmla-bridge,
+# PROGRAM. FOLDER gets seeds/TARGET/, the seeds that are kept as files and the inputs of the test corpora, and
+# TARGET.dict.
 set -euo pipefail
 root=$1
 folder=$2
+program=$3
 
 # split CORPUS TARGET FRONT BACK: each input of a corpus, between two texts, as a file.
 split() {
@@ -16,7 +18,7 @@ split() {
 # tags NAME...: start and end tags, as a dictionary has them.
 tags() { sed 's,.*,"<&>"\n"</&>",'; }
 
-for target in dom mdx sql query script import model; do
+for target in dom mdx sql query script import model archive folder estate database; do
   mkdir -p "$folder/seeds/$target"
   if [ -d "$root/fuzz/seeds/$target" ]; then cp "$root/fuzz/seeds/$target"/* "$folder/seeds/$target/"; fi
   if [ -f "$root/fuzz/$target.dict" ]; then cp "$root/fuzz/$target.dict" "$folder/"; else : >"$folder/$target.dict"; fi
@@ -42,3 +44,8 @@ split exports/json.txt model "$model" "$model_end"
 split host/summary.txt model "$model" "$model_end"
 sed -n 's/.*<xs:element name="\([A-Za-z]*\)".*/\1/p' "$root/docs/model.xsd" | sort -u | tags >>"$folder/model.dict"
 sed -n 's/.*<xs:attribute name="\([A-Za-z]*\)".*/" \1=\\""/p' "$root/docs/model.xsd" | sort -u >>"$folder/model.dict"
+
+split host/projects.txt folder '' ''
+cat "$folder/import.dict" >>"$folder/folder.dict"
+cat "$folder/import.dict" >>"$folder/estate.dict"
+python3 "$root/fuzz/pack_seeds.py" "$root" "$folder" "$program"

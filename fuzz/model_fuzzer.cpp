@@ -1,22 +1,13 @@
 // Any bytes are a saved model that keeps the laws, or one exception that names the document.
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 #include "framework/serialization/model_reader.h"
 #include "framework/std/exception.h"
+#include "fuzz/require.h"
 #include "tests/support/model_laws.h"
 
-namespace {
-
-void require(bool holds, const char* text) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", text);
-  std::abort();
-}
-
-}  // namespace
+using tav::fuzz::require;
 
 // libFuzzer gives the name.
 // NOLINTNEXTLINE(readability-identifier-naming)

@@ -1,18 +1,13 @@
 // Any bytes are a script of MDX: statements whose texts lie in it, each in a scope that was opened before.
 
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 
 #include "expressions/script_statements.h"
+#include "fuzz/require.h"
+
+using tav::fuzz::require;
 
 namespace {
-
-void require(bool holds, const char* law) {
-  if (holds) return;
-  std::fprintf(stderr, "%s\n", law);
-  std::abort();
-}
 
 bool liesIn(std::string_view script, std::string_view part) {
   if (part.empty()) return true;

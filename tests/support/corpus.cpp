@@ -131,21 +131,4 @@ std::string escape(std::string_view text, bool ascii) {
   return result;
 }
 
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "xmla-test-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder can be made");
-  path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;  // a leftover is no fault of what was tested
-  std::filesystem::remove_all(path_, ignored);
-}
-
-std::string TemporaryFolder::write(std::string_view name, std::string_view content) const {
-  const std::filesystem::path file = path_ / name;
-  std::ofstream(file, std::ios::binary) << content;
-  return file.string();
-}
-
 }  // namespace tav::test

@@ -16,6 +16,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/temporary_folder.h"
+
 namespace tav::test {
 
 struct CorpusCase {
@@ -43,21 +45,5 @@ void checkCorpus(std::string_view file, const std::function<std::string(const st
 std::string unescape(std::string_view text);
 /// The reverse: controls, backslashes and, with `ascii`, every byte above 0x7E escaped.
 std::string escape(std::string_view text, bool ascii = false);
-
-/// A new empty folder, removed with all that is in it at the end of its life.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder();
-
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-  /// Writes a file in it and gives its path.
-  [[nodiscard]] std::string write(std::string_view name, std::string_view content) const;
-
- private:
-  std::filesystem::path path_;
-};
 
 }  // namespace tav::test
