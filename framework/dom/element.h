@@ -74,6 +74,7 @@ class TAV_API TAVDOMElement {
     const char* text = nullptr;
     const TAVDOMElement* children;  // side by side; with many of them an index lies in front
     const Both* both;
+    Attributed* attributed;  // around the others
   };
   enum Holds : std::uint32_t { kText, kChildren, kBoth };
 
@@ -82,10 +83,7 @@ class TAV_API TAVDOMElement {
   // 24 bytes: a typical document has an element for every 40. All but few hold either a text or children, and
   // no attributes.
   const tav::DomName* name_ = nullptr;
-  union {
-    Content content_ = {};
-    Attributed* attributed_;
-  };
+  Content content_;
   std::uint32_t line_ = 0;
   std::uint32_t holds_ : 2 = kText;
   std::uint32_t hasAttributes_ : 1 = 0;
@@ -105,7 +103,7 @@ struct TAVDOMElement::Attributed {
 };
 
 inline TAVDOMElement::Content TAVDOMElement::content() const noexcept {
-  return hasAttributes_ ? attributed_->content : content_;
+  return hasAttributes_ ? content_.attributed->content : content_;
 }
 
 inline std::string_view TAVDOMElement::getValue() const noexcept {
@@ -126,5 +124,5 @@ inline const TAVDOMElement* TAVDOMElement::getElement(std::int32_t index) const 
 }
 
 inline std::span<const tav::DomAttribute> TAVDOMElement::getAttributes() const noexcept {
-  return hasAttributes_ ? attributed_->attributes : std::span<const tav::DomAttribute>();
+  return hasAttributes_ ? content_.attributed->attributes : std::span<const tav::DomAttribute>();
 }

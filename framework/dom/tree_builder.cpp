@@ -38,8 +38,8 @@ void TreeBuilder::start(std::string_view name, std::uint64_t line, std::span<con
 
 void TreeBuilder::keepAttributes(std::span<const TagAttribute> attributes, TAVDOMElement& element) {
   auto* place = allocate<DomAttribute>(storage_.arena, attributes.size());
-  element.attributed_ = std::construct_at(allocate<TAVDOMElement::Attributed>(storage_.arena),
-                                          TAVDOMElement::Attributed{{}, {place, attributes.size()}});
+  element.content_.attributed = std::construct_at(allocate<TAVDOMElement::Attributed>(storage_.arena),
+                                                  TAVDOMElement::Attributed{{}, {place, attributes.size()}});
   element.hasAttributes_ = 1;
   for (const TagAttribute& attribute : attributes)
     std::construct_at(place++, DomAttribute{storage_.names.attribute(attribute.name),
@@ -102,7 +102,7 @@ void TreeBuilder::hold(TAVDOMElement& element, std::string_view text,
     element.size_ = static_cast<std::uint32_t>(size);
     content.children = children.data();
   }
-  (element.hasAttributes_ ? element.attributed_->content : element.content_) = content;
+  (element.hasAttributes_ ? element.content_.attributed->content : element.content_) = content;
 }
 
 /// Elements that point to a child's own children can be copied, because those have their place for good.
