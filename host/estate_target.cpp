@@ -13,6 +13,7 @@
 #include "host/estate_plan.h"
 #include "host/inputs/content_hash.h"
 #include "host/inputs/input.h"
+#include "host/inputs/listing.h"
 #include "host/inputs/semantic_model.h"
 #include "host/output.h"
 #include "host/standard_output.h"
@@ -118,9 +119,10 @@ Work planWork(const std::vector<std::string>& inputs, const EstateTarget& target
 }  // namespace
 
 bool isOneDefinition(const std::vector<std::string>& inputs) {
+  if (inputs.size() != 1) return false;
+  const std::string& input = inputs.front();
   std::error_code ignored;  // what cannot be asked for is told by the import
-  return inputs.size() == 1 &&
-         (!fs::is_directory(inputs.front(), ignored) || findFolderModel(inputs.front()));
+  return !fs::is_directory(input, ignored) || findFolderModel(input) || !causeOfUnlisted(input).empty();
 }
 
 int importIntoEstate(const std::string& input, const EstateTarget& target, const ImportScope& scope,

@@ -21,7 +21,7 @@ struct EstateTarget {
   GivenMap map;         ///< the rules that the estate has from now on; without, it keeps those that it has
 };
 
-/// Whether the inputs are one definition, which needs no other process.
+/// Whether the inputs are one definition, or one folder that cannot be listed, which need no other process.
 bool isOneDefinition(const std::vector<std::string>& inputs);
 
 /// Imports one definition and tells what was found. Returns an exit code; throws when the import fails. The

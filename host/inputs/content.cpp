@@ -100,6 +100,12 @@ bool isJsonDefinition(std::string_view text, const std::string& path) {
   return text.find("\"compatibilityLevel\"") != text.npos && text.find("\"model\"") != text.npos;
 }
 
+bool isCalledDefinition(const std::string& path) {
+  constexpr std::array kExtensions{".asdatabase", ".bim", ".pbit", ".tmsl", ".xmla"};
+  return std::any_of(kExtensions.begin(), kExtensions.end(),
+                     [&](const char* extension) { return hasExtension(path, extension); });
+}
+
 /// Files of settings begin with a bracket as well, but with a word in it.
 bool isJsonArray(std::string_view text) {
   if (!text.starts_with('[')) return false;
@@ -159,7 +165,8 @@ std::string foreignContent(std::string_view beginning, const std::string& path) 
 
 bool isDefinition(const std::string& path) {
   if (hasExtension(path, kDatabaseExtension)) return false;
-  const std::string beginning = readBeginning(path).text;  // what cannot be read is none
+  const auto [beginning, error] = readBeginning(path);
+  if (!error.empty()) return isCalledDefinition(path);
   if (isContainer(beginning)) return hasExtension(path, ".pbit");
   const std::string_view text = tav::trimmed(beginning);
   if (text.starts_with('{')) return isJsonDefinition(text, path);

@@ -19,7 +19,8 @@ bool isProject(std::string_view beginning);
 /// one.
 std::string foreignContent(std::string_view beginning, const std::string& path);
 
-/// Whether it is to be taken for a definition among other files.
+/// Whether it is to be taken for a definition among other files: by its content or, where that cannot be
+/// read, by its extension.
 bool isDefinition(const std::string& path);
 
 }  // namespace host

@@ -12,6 +12,7 @@
 #include "framework/std/string.h"
 #include "host/inputs/content.h"
 #include "host/inputs/extension.h"
+#include "host/inputs/listing.h"
 #include "host/inputs/semantic_model.h"
 
 namespace host {
@@ -19,40 +20,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The folders and files in a folder, in the order of their names, those that are links last: what is met
-/// first gives its name. What cannot be read is not there.
-struct Listing {
-  std::vector<fs::path> folders;
-  std::vector<fs::path> files;
-
-  explicit Listing(const fs::path& folder) {
-    std::vector<fs::path> linkedFolders;
-    std::vector<fs::path> linkedFiles;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-      std::error_code ignored;  // a link that leads nowhere is neither
-      if (entry->is_directory(ignored))
-        (entry->is_symlink(ignored) ? linkedFolders : folders).push_back(entry->path());
-      else if (entry->is_regular_file(ignored))
-        (entry->is_symlink(ignored) ? linkedFiles : files).push_back(entry->path());
-    }
-    append(folders, linkedFolders);
-    append(files, linkedFiles);
-  }
-
-  static void append(std::vector<fs::path>& paths, std::vector<fs::path>& links) {
-    std::sort(paths.begin(), paths.end());
-    std::sort(links.begin(), links.end());
-    paths.insert(paths.end(), links.begin(), links.end());
-  }
-
-  [[nodiscard]] std::vector<std::string> projects() const {
-    std::vector<std::string> found;
-    for (const fs::path& file : files)
-      if (hasExtension(file.string(), kProjectExtension)) found.push_back(file.string());
-    return found;
-  }
-};
+std::vector<std::string> projectsIn(const Listing& listing) {
+  std::vector<std::string> found;
+  for (const fs::path& file : listing.files)
+    if (hasExtension(file.string(), kProjectExtension)) found.push_back(file.string());
+  return found;
+}
 
 /// What cannot be read is none.
 bool isSavedModel(const std::string& path) {
@@ -93,7 +66,8 @@ class FolderWalk {
     const bool tmdl = model && !hasExtension(model->path, ".bim");
     if (tmdl) found_.push_back(folder.string());
     const Listing listing(folder);
-    const std::vector<std::string> projects = listing.projects();
+    const std::vector<std::string> projects = projectsIn(listing);
+    if (!listing.cause.empty()) found_.push_back(folder.string());
     for (const fs::path& file : listing.files) visitFile(file);
     // The last is visited first.
     for (auto folderPlace = listing.folders.rbegin(); folderPlace != listing.folders.rend(); ++folderPlace) {
@@ -124,9 +98,10 @@ class FolderWalk {
 std::vector<std::string> definitionsIn(const std::string& folder) {
   if (findFolderModel(folder)) return {folder};
   const Listing listing{fs::path(folder)};
-  std::vector<std::string> found = listing.projects();
+  std::vector<std::string> found = projectsIn(listing);
   for (const fs::path& child : listing.folders)
-    if (isSemanticModelName(child.string()) && findFolderModel(child.string()))
+    if (isSemanticModelName(child.string()) &&
+        (findFolderModel(child.string()) || !causeOfUnlisted(child).empty()))
       found.push_back(child.string());
   return found;
 }

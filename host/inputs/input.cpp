@@ -16,6 +16,7 @@
 #include "host/inputs/estate_model.h"
 #include "host/inputs/extension.h"
 #include "host/inputs/folder.h"
+#include "host/inputs/listing.h"
 #include "host/inputs/project_document.h"
 #include "messages/message.h"
 
@@ -104,11 +105,17 @@ Input openModel(const std::string& name, const std::string& folder, const Folder
   return input;
 }
 
+void requireListed(const std::string& folder) {
+  if (const std::string cause = causeOfUnlisted(folder); !cause.empty())
+    tav::fail(tav::Message::inputNotRead, {folder, cause});
+}
+
 /// What is none of the forms that a report leads to.
 std::optional<Input> openReport(const std::string& path, MessageLog& log) {
   const ReportLink link = followReport(path);
   if (!link.cause.empty()) return refuse(path, link.cause);
   if (link.model.empty()) return std::nullopt;
+  requireListed(link.model);
   if (const auto model = findFolderModel(link.model))
     return openModel(path, link.model, *model, link.report, log);
   return refuse(path,
@@ -116,12 +123,14 @@ std::optional<Input> openReport(const std::string& path, MessageLog& log) {
 }
 
 Input openFolder(const std::string& path, MessageLog& log) {
+  requireListed(path);
   std::vector<std::string> found = definitionsIn(path);
   if (found.size() > 1) failSeveral(path, found);
   if (found.empty()) {
     if (std::optional<Input> report = openReport(path, log)) return std::move(*report);
     return Input::refused(path, tav::messageEvent(tav::Message::folderWithoutDefinition, {path}));
   }
+  requireListed(found.front());
   const auto model = findFolderModel(found.front());
   return model ? openModel(found.front(), found.front(), *model, {}, log) : openProject(found.front(), log);
 }

@@ -7,6 +7,7 @@
 #include "framework/std/string.h"
 #include "host/inputs/extension.h"
 #include "host/inputs/json_object.h"
+#include "host/inputs/listing.h"
 
 namespace host {
 namespace {
@@ -30,6 +31,11 @@ bool holdsTmdl(const fs::path& folder) {
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
     if (hasExtension(entry->path().string(), ".tmdl")) return true;
   return false;
+}
+
+/// What is called so may hold it where nobody can say.
+bool mayHoldTmdl(const fs::path& folder) {
+  return holdsTmdl(folder) || !causeOfUnlisted(folder).empty();
 }
 
 fs::path plainFolder(const std::string& folder) {
@@ -65,6 +71,8 @@ bool isGuid(const std::string& name) {
 }
 
 ReportLink followDefinition(const fs::path& folder) {
+  if (const std::string cause = causeOfUnlisted(folder); !cause.empty())
+    return {{}, folder.string(), "a report whose folder cannot be read: " + cause, true};
   const JsonObject report = readJsonObject((folder / kReportDefinition).string());
   const std::string path = jsonTextAt(report.json, "/datasetReference/byPath/path");
   if (!path.empty()) return {(folder / path).lexically_normal().string(), folder.string(), {}};
@@ -98,7 +106,7 @@ std::optional<FolderModel> findFolderModel(const std::string& folder) {
   FolderModel model;
   if (fs::is_regular_file(path / kJsonDefinition, ignored))
     model.path = (path / kJsonDefinition).string();
-  else if (holdsTmdl(path / "definition"))
+  else if (mayHoldTmdl(path / "definition"))
     model.path = (path / "definition").string();
   else if (holdsTmdl(path))
     model.path = folder;
@@ -114,7 +122,8 @@ ReportLink followReport(const std::string& path) {
   std::error_code ignored;  // what cannot be asked for is not there
   if (hasExtension(path, ".pbip")) return followProject(path);
   if (hasExtension(path, ".pbir")) return followDefinition(fs::path(path).parent_path());
-  if (fs::is_regular_file(fs::path(path) / kReportDefinition, ignored)) return followDefinition(path);
+  if (fs::is_regular_file(fs::path(path) / kReportDefinition, ignored) || !causeOfUnlisted(path).empty())
+    return followDefinition(path);
   return {};
 }
 

@@ -7,6 +7,7 @@
 
 #include "host/inputs/extension.h"
 #include "host/inputs/file_text.h"
+#include "host/inputs/listing.h"
 #include "host/inputs/semantic_model.h"
 
 namespace host {
@@ -29,10 +30,11 @@ std::string canonical(const fs::path& path) {
   return error ? std::string() : canonical.string();
 }
 
+/// One that cannot be listed may be one, and is lost as such.
 bool isReportFolder(const fs::path& folder) {
   std::error_code ignored;  // what cannot be asked for is not there
   return fs::exists(folder / "definition.pbir", ignored) || fs::exists(folder / "report.json", ignored) ||
-         fs::is_directory(folder / "definition" / "pages", ignored);
+         fs::is_directory(folder / "definition" / "pages", ignored) || !causeOfUnlisted(folder).empty();
 }
 
 /// Whether a report is on the model in a folder, which may be the only one beside it. One that cannot tell
@@ -144,6 +146,8 @@ std::vector<ReportPlace> reportsAt(const std::string& path) {
     std::error_code ignored;  // what cannot be asked for is no report
     if (fs::is_regular_file(place, ignored) && hasExtension(place, ".rdl"))
       reports.push_back({place, open[next].stem().string(), false, true});
+    else if (isSemanticModelName(place))
+      continue;
     else if (fs::is_directory(place, ignored) && isReportFolder(place))
       reports.push_back({place, nameOfItem(place)});
     else if (fs::is_directory(place, ignored) && (next == 0 || !fs::is_symlink(place, ignored)))
@@ -159,6 +163,7 @@ ReportFiles::ReportFiles(const ReportPlace& report) : place_(report.path) {
     archive_ = archives().open(report.path);
     names_ = namesIn(*archive_);
   } else {
+    if (const std::string cause = causeOfUnlisted(place_); !cause.empty()) throw std::runtime_error(cause);
     FolderWalk folder(place_);
     folder.walk();
     names_ = std::move(folder.names);

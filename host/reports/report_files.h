@@ -35,7 +35,7 @@ struct UnreadFolder {
 /// What of a report can name something of its model: without pictures, themes and the like.
 class ReportFiles {
  public:
-  /// Throws std::runtime_error for an archive that cannot be opened.
+  /// Throws std::runtime_error for an archive that cannot be opened, and a folder that cannot be listed.
   explicit ReportFiles(const ReportPlace& report);
 
   /// Ordered, with slashes: "definition/pages/one/page.json".
