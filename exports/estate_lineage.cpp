@@ -32,6 +32,7 @@ std::vector<StoredGraph::Part> EstateAnswer::parts(const AskedModels& asked) {
     parts[i].model = asked.models[i].name;
     parts[i].notes = rows_->notesOf(asked.models[i].id);
   }
+  rows_->requireSound();
   const auto& nodes = rows_->nodes();
   for (const auto& [id, node] : nodes) parts[models_.at(node.model)].nodes.push_back(&node);
   for (const auto& [place, edge] : rows_->edges())

@@ -272,7 +272,30 @@ void EstateRows::readOpenNames(StoredNode& node) {
 const StoredNode* EstateRows::node(std::int64_t id) {
   if (const auto known = nodes_.find(id); known != nodes_.end()) return &known->second;
   byId_.bind(1, id);
-  return readNodes(byId_).empty() ? nullptr : &nodes_.at(id);
+  readNodes(byId_);
+  const auto found = nodes_.find(id);
+  return found == nodes_.end() ? nullptr : &found->second;
+}
+
+void EstateRows::requireSound() const {
+  std::unordered_map<std::int64_t, std::int64_t> reachedFrom;  // nodes, and the one whose owners led there
+  for (const auto& [start, node] : nodes_) {
+    const StoredNode* at = &node;
+    while (at->owner != 0 && reachedFrom.try_emplace(at->id, start).second) {
+      const auto owner = nodes_.find(at->owner);
+      if (owner == nodes_.end() || owner->second.model != at->model)
+        database_.failWith("the table nodes is damaged: row " + std::to_string(at->id) + " has no owner");
+      at = &owner->second;
+      if (const auto known = reachedFrom.find(at->id); known != reachedFrom.end() && known->second == start)
+        database_.failWith("the table nodes is damaged: row " + std::to_string(at->id) + " lies in itself");
+    }
+  }
+  for (const auto& [place, edge] : edges_) {
+    const auto from = nodes_.find(edge.from);
+    const auto to = nodes_.find(edge.to);
+    if (from != nodes_.end() && to != nodes_.end() && from->second.model != to->second.model)
+      database_.failWith("the table edges is damaged: row " + std::to_string(place) + " leaves its model");
+  }
 }
 
 EstateRows::Ids EstateRows::partsOf(std::int64_t id) {

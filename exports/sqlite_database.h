@@ -38,6 +38,8 @@ class SqliteDatabase {
   /// The number that a query gives in its only row and column.
   std::int64_t number(std::string_view query);
   void commit();
+  /// Throws Message::databaseFailed with the path and this cause.
+  [[noreturn]] void failWith(const std::string& cause) const;
 
  private:
   friend class SqliteStatement;
@@ -54,7 +56,6 @@ class SqliteDatabase {
 
   /// Throws with the database's own words when `code` is not one of success.
   void check(int code) const;
-  [[noreturn]] void failWith(const std::string& cause) const;
 
   std::string path_;
   std::unique_ptr<sqlite3, Close> database_;

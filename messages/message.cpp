@@ -70,8 +70,9 @@ constexpr std::array kRows{
                "The system refuses to wait for several imports at a time."},
     MessageRow{Message::inputWouldBeReplaced, "XMLABRIDGE_F0030", "{0}: the output would replace the input",
                "One of the files that an export to csv writes is its input: choose another name."},
-    MessageRow{Message::databaseFailed, "XMLABRIDGE_F0031", "{0}: {1}",
-               "SQLite cannot open or write the database; the text is SQLite's. The database is unchanged."},
+    MessageRow{
+        Message::databaseFailed, "XMLABRIDGE_F0031", "{0}: {1}",
+        "SQLite cannot open or write the database, or its rows are damaged. The database is unchanged."},
     MessageRow{Message::foreignDatabase, "XMLABRIDGE_F0032",
                "{0}: the file exists and is no lineage database of this program",
                "It is left as it is: choose another name."},

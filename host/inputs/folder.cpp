@@ -99,10 +99,10 @@ std::vector<std::string> definitionsIn(const std::string& folder) {
   if (findFolderModel(folder)) return {folder};
   const Listing listing{fs::path(folder)};
   std::vector<std::string> found = projectsIn(listing);
-  for (const fs::path& child : listing.folders)
-    if (isSemanticModelName(child.string()) &&
-        (findFolderModel(child.string()) || !causeOfUnlisted(child).empty()))
-      found.push_back(child.string());
+  for (const fs::path& child : listing.folders) {
+    if (!isSemanticModelName(child.string())) continue;
+    if (findFolderModel(child.string()) || !causeOfUnlisted(child).empty()) found.push_back(child.string());
+  }
   return found;
 }
 
