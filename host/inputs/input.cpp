@@ -115,24 +115,25 @@ std::optional<Input> openReport(const std::string& path, MessageLog& log) {
   const ReportLink link = followReport(path);
   if (!link.cause.empty()) return refuse(path, link.cause);
   if (link.model.empty()) return std::nullopt;
-  requireListed(link.model);
   if (const auto model = findFolderModel(link.model))
     return openModel(path, link.model, *model, link.report, log);
+  requireListed(link.model);
   return refuse(path,
                 "its report is on the model " + link.model + ", which is not there or has no definition");
 }
 
 Input openFolder(const std::string& path, MessageLog& log) {
-  requireListed(path);
   std::vector<std::string> found = definitionsIn(path);
   if (found.size() > 1) failSeveral(path, found);
   if (found.empty()) {
     if (std::optional<Input> report = openReport(path, log)) return std::move(*report);
+    requireListed(path);
     return Input::refused(path, tav::messageEvent(tav::Message::folderWithoutDefinition, {path}));
   }
+  if (const auto model = findFolderModel(found.front()))
+    return openModel(found.front(), found.front(), *model, {}, log);
   requireListed(found.front());
-  const auto model = findFolderModel(found.front());
-  return model ? openModel(found.front(), found.front(), *model, {}, log) : openProject(found.front(), log);
+  return openProject(found.front(), log);
 }
 
 Input openContainer(Input input) {

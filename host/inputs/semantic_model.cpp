@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <utility>
 
 #include "framework/std/string.h"
 #include "host/inputs/extension.h"
@@ -71,8 +72,6 @@ bool isGuid(const std::string& name) {
 }
 
 ReportLink followDefinition(const fs::path& folder) {
-  if (const std::string cause = causeOfUnlisted(folder); !cause.empty())
-    return {{}, folder.string(), "a report whose folder cannot be read: " + cause, true};
   const JsonObject report = readJsonObject((folder / kReportDefinition).string());
   const std::string path = jsonTextAt(report.json, "/datasetReference/byPath/path");
   if (!path.empty()) return {(folder / path).lexically_normal().string(), folder.string(), {}};
@@ -82,7 +81,10 @@ ReportLink followDefinition(const fs::path& folder) {
         {},
         "a report on a model that is kept in the service, not in this folder; export the model from there"};
   }
-  return {{}, folder.string(), "a report whose definition.pbir names no model", !report.cause.empty()};
+  const std::string unlisted = causeOfUnlisted(folder);
+  std::string cause = unlisted.empty() ? "a report whose definition.pbir names no model"
+                                       : "a report whose folder cannot be read: " + unlisted;
+  return {{}, folder.string(), std::move(cause), !report.cause.empty()};
 }
 
 ReportLink followProject(const fs::path& file) {
@@ -122,7 +124,8 @@ ReportLink followReport(const std::string& path) {
   std::error_code ignored;  // what cannot be asked for is not there
   if (hasExtension(path, ".pbip")) return followProject(path);
   if (hasExtension(path, ".pbir")) return followDefinition(fs::path(path).parent_path());
-  if (fs::is_regular_file(fs::path(path) / kReportDefinition, ignored) || !causeOfUnlisted(path).empty())
+  if (fs::is_regular_file(fs::path(path) / kReportDefinition, ignored) ||
+      (hasExtension(path, ".report") && !causeOfUnlisted(path).empty()))
     return followDefinition(path);
   return {};
 }
