@@ -236,10 +236,13 @@ Token Lexer::reference(bool insideCase) {
   bool laidOut = false;  // otherwise the text stands in the source as it is
   bool sameKey = false;
   bool lastIsWord = false;
+  Token named = token;  // as far as its last part that is not empty, and the size of that text
+  std::size_t size = 0;
   for (std::size_t from = place_; from != kNeverClosed;) {
     const std::size_t to = endOfPart(from);
     if (to == kNeverClosed) {
       place_ = source_.size();
+      token = named;
       break;
     }
     if (!sameKey) {
@@ -249,7 +252,11 @@ Token Lexer::reference(bool insideCase) {
     }
     if (laidOut) pieces_.append(source_.substr(from, to - from));
     token.end = to;
-    lastIsWord = startsWord(from);
+    if (to > from) {
+      lastIsWord = startsWord(from);
+      named = token;
+      size = laidOut ? pieces_.piece().size() : to - token.begin;
+    }
     std::size_t following = findNextPart(from, to, sameKey);
     if (insideCase && token.parts == 1 && lastIsWord && isWord(source_.substr(from, to - from), "END"))
       following = kNeverClosed;
@@ -260,7 +267,7 @@ Token Lexer::reference(bool insideCase) {
     }
     from = following;
   }
-  token.text = laidOut ? pieces_.piece() : source_.substr(token.begin, token.end - token.begin);
+  token.text = laidOut ? pieces_.piece().substr(0, size) : source_.substr(token.begin, size);
   return closeReference(token, lastIsWord);
 }
 

@@ -54,6 +54,13 @@ struct Token {
   std::size_t begin = 0;       ///< in bytes
   std::size_t end = 0;
   std::string_view text;  ///< as written; of a reference its parts joined by dots alone
+
+  /// The parts of a reference in front of its last one, empty ones at their end left out.
+  [[nodiscard]] std::string_view qualifier() const noexcept {
+    std::string_view front = text.substr(0, lastPart);
+    while (front.ends_with('.')) front.remove_suffix(1);
+    return front;
+  }
 };
 
 /// Texts made from pieces of a source. Together they are never longer than the source, so one block that is

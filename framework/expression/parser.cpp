@@ -115,8 +115,7 @@ void ExpressionParser::call() {
   const NodeId id = add(Kind::call, token.text.substr(token.lastPart), token.begin, token.end);
   take();  // the bracket is next, or it would be no call
   open(Open::call, id);
-  if (token.parts > 1)
-    append(id, add(Kind::reference, token.text.substr(0, token.lastPart - 1), token.begin, token.end));
+  if (token.parts > 1) append(id, add(Kind::reference, token.qualifier(), token.begin, token.end));
 }
 
 /// What stands in brackets that are too deep is read as if it stood in those around them: the brackets

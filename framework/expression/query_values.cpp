@@ -98,7 +98,7 @@ void QueryParser::call() {
   const Token& token = tokens_.at();
   const std::string_view function = token.text.substr(token.lastPart);
   if (token.parts > 1 && isValueMethod(function))
-    part().references.push_back({token.text.substr(0, token.lastPart - 1), frame().block});
+    part().references.push_back({token.qualifier(), frame().block});
   touchAndTake();
   openBracket();
   if (frame().kind == Frame::Kind::bracket) readArguments(function);
