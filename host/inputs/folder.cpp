@@ -64,10 +64,9 @@ class FolderWalk {
       return;
     }
     const bool tmdl = model && !hasExtension(model->path, ".bim");
-    if (tmdl) found_.push_back(folder.string());
     const Listing listing(folder);
     const std::vector<std::string> projects = projectsIn(listing);
-    if (!listing.cause.empty()) found_.push_back(folder.string());
+    if (tmdl || !listing.cause.empty()) found_.push_back(folder.string());
     for (const fs::path& file : listing.files) visitFile(file);
     // The last is visited first.
     for (auto folderPlace = listing.folders.rbegin(); folderPlace != listing.folders.rend(); ++folderPlace) {

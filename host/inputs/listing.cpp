@@ -33,10 +33,8 @@ Listing::Listing(const fs::path& folder) {
 }
 
 std::string causeOfUnlisted(const fs::path& folder) {
-  std::error_code error;
-  if (!fs::is_directory(folder, error)) return {};
-  const fs::directory_iterator entries(folder, error);
-  return error ? error.message() : std::string();
+  std::error_code ignored;  // what cannot be asked for is none
+  return fs::is_directory(folder, ignored) ? Listing(folder).cause : std::string();
 }
 
 }  // namespace host

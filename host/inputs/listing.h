@@ -18,7 +18,7 @@ struct Listing {
   std::string cause;  ///< why it is not complete; empty when it is
 };
 
-/// Why a folder cannot be listed; empty for one that can, and for what is none.
+/// Why a folder cannot be listed to its end; empty for one that can, and for what is none.
 std::string causeOfUnlisted(const std::filesystem::path& folder);
 
 }  // namespace host

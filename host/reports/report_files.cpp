@@ -146,8 +146,6 @@ std::vector<ReportPlace> reportsAt(const std::string& path) {
     std::error_code ignored;  // what cannot be asked for is no report
     if (fs::is_regular_file(place, ignored) && hasExtension(place, ".rdl"))
       reports.push_back({place, open[next].stem().string(), false, true});
-    else if (isSemanticModelName(place))
-      continue;
     else if (fs::is_directory(place, ignored) && isReportFolder(place))
       reports.push_back({place, nameOfItem(place)});
     else if (fs::is_directory(place, ignored) && (next == 0 || !fs::is_symlink(place, ignored)))
