@@ -33,7 +33,7 @@ class EstateRows {
   void readWalk(std::span<const std::int64_t> starts, LineageWalk walk);
 
   /// Throws unless what was read makes a graph: every node has its owner, no node is in itself, and edges
-  /// stay within a model. A damaged database, and one that others write to, may say otherwise.
+  /// stay within a model. A damaged database may say otherwise.
   void requireSound() const;
 
   [[nodiscard]] const std::unordered_map<std::int64_t, StoredNode>& nodes() const noexcept { return nodes_; }

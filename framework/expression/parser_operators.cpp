@@ -133,7 +133,7 @@ void ExpressionParser::dot() {
 
 void ExpressionParser::method() {
   if (token_.parts > 1) {
-    const std::string_view before = token_.text.substr(0, token_.lastPart - 1);
+    const std::string_view before = token_.qualifier();
     pushValue(add(Kind::name, before, token_.begin, token_.begin + before.size()), After::closed);
     pushBinary(Op::member);
     token_.text = token_.text.substr(token_.lastPart);
