@@ -241,7 +241,7 @@ std::string LineageGraph::qualifiedText(NodeId id, Show show) const {
 
 std::string LineageGraph::partText(NodeId owner, const std::string& part, Show show) const {
   const std::string name = show(node(owner).rawName);
-  return tabular_ ? quoted(name) + part : bracketed(name) + "." + part;
+  return tabular_ ? singleQuoted(name) + part : bracketed(name) + "." + part;
 }
 
 std::string LineageGraph::reportText(NodeId id, Show show) const {

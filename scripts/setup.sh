@@ -13,7 +13,7 @@ die() {
   exit 1
 }
 
-# need command|header|library|archive|postgresql NAME PACKAGE: remembers PACKAGE as missing unless NAME is there.
+# need command|header|library|archive|llvm|postgresql NAME PACKAGE: remembers PACKAGE as missing unless NAME is there.
 need() {
   "has_$1" "$2" && return
   missing_things+=("$1 $2")
@@ -39,6 +39,9 @@ has_archive() { has_file "/$1.jar" /usr/share/java; }
 
 # A program of the server where Debian puts it.
 has_postgresql() { compgen -G "/usr/lib/postgresql/*/bin/$1" >/dev/null; }
+
+# A header of LLVM 14 where Debian puts it.
+has_llvm() { [ -e "/usr/lib/llvm-14/include/$1" ]; }
 
 # The folder of that name below each prefix that CMake searches, joined by colons.
 below_prefixes() {
@@ -120,6 +123,8 @@ need_for_checks() {
   need command clang++-14 clang-14
   need command clang-format-14 clang-format-14
   need command clang-tidy-14 clang-tidy-14
+  need llvm clang-tidy/ClangTidyCheck.h libclang-14-dev
+  need llvm llvm/Support/Registry.h llvm-14-dev
   need library "clang_rt.fuzzer-$(uname -m)" libclang-rt-14-dev
 }
 

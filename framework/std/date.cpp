@@ -85,12 +85,12 @@ bool isDaylightTime(std::int64_t days, std::int64_t secondOfDay) {
 
 TAVString TAVDate::getPstTimestamp() const {
   auto [days, second] = divide(seconds_, kDay);
-  const bool daylight = isDaylightTime(days, second);
-  const auto [carry, local] = divide(second + (daylight ? kDaylightOffset : kStandardOffset), kDay);
+  const bool saving = isDaylightTime(days, second);
+  const auto [carry, local] = divide(second + (saving ? kDaylightOffset : kStandardOffset), kDay);
   const CivilDate date = civilFromDays(days + carry);
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), "%0*lld-%02d-%02d %02d:%02d:%02d %s", date.year < 0 ? 5 : 4,
                 static_cast<long long>(date.year), date.month, date.day, static_cast<int>(local / kHour),
-                static_cast<int>(local % kHour / 60), static_cast<int>(local % 60), daylight ? "PDT" : "PST");
+                static_cast<int>(local % kHour / 60), static_cast<int>(local % 60), saving ? "PDT" : "PST");
   return text.data();
 }

@@ -124,7 +124,7 @@ std::string bracketed(std::string_view part) {
   return enclosed(part, '[', ']');
 }
 
-std::string quoted(std::string_view part) {
+std::string singleQuoted(std::string_view part) {
   return enclosed(part, '\'', '\'');
 }
 

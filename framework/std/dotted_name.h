@@ -33,6 +33,6 @@ TAV_API void appendDottedPart(std::string& name, std::string_view part);
 /// `[part]`, closing brackets doubled.
 TAV_API std::string bracketed(std::string_view part);
 /// `'part'`, quotes doubled.
-TAV_API std::string quoted(std::string_view part);
+TAV_API std::string singleQuoted(std::string_view part);
 
 }  // namespace tav

@@ -14,7 +14,7 @@ std::string pathOf(const TAVModelObject& object) {
          place->level->getName().str();
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
   return "\"" + escape(std::string(text), true) + "\"";
 }
 
@@ -23,7 +23,7 @@ std::string itemText(const Details& details, ItemId id) {
   std::string text = labelOf(details, id);
   if (item.owner != kNoItem) text += " of " + labelOf(details, item.owner);
   if (!item.text.empty())
-    text += ": " + std::string(item.language) + (item.language.empty() ? "" : " ") + quoted(item.text);
+    text += ": " + std::string(item.language) + (item.language.empty() ? "" : " ") + inQuotes(item.text);
   return text + "\n";
 }
 
@@ -46,7 +46,7 @@ std::string detailsText(const Details& details) {
   }
   for (const DetailSetting& setting : details.settings())
     text += labelOf(details, setting.item) + " has " + std::string(setting.name) + " = " +
-            quoted(setting.value) + "\n";
+            inQuotes(setting.value) + "\n";
   for (const OpenName& name : details.openNames()) {
     text += labelOf(details, name.item) + " names " + std::string(name.name) + ": " +
             std::string(openNameStateText(name.state)) + (name.note.empty() ? "" : ", ") +
