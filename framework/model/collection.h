@@ -8,7 +8,7 @@
 #include <memory>
 #include <string_view>
 
-#include "framework/model/slot.h"
+#include "framework/model/slots.h"
 
 namespace tav {
 

@@ -37,14 +37,14 @@ std::uint32_t append(LinkNumber row, TAVObject& object, TAVObject& other) {
     data->row = row;
   }
   const auto place = static_cast<std::uint32_t>(data->slots.size());
-  data->slots.push_back({&other});
+  data->slots.append({&other});
   ++data->live;
   if (!data->indexes) return place;
   try {
     addToIndexes(*data, place, other);
   } catch (...) {
     data->indexes.reset();  // some of them know the slot already; they are made anew at the next question
-    data->slots.pop_back();
+    data->slots.truncate(place);
     --data->live;
     throw;
   }
@@ -61,7 +61,7 @@ void closeHoles(ManyData& data) {
     LinkAccess::slot(back, *slot.other, slot.peer).peer = to;
     ++to;
   }
-  data.slots.resize(to);
+  data.slots.truncate(to);
   data.front = 0;
   if (!data.indexes) return;
   // Both name the old places, and are made anew at the next question.

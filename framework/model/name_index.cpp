@@ -16,12 +16,12 @@ std::uint32_t hashOf(std::string_view name) noexcept {
 
 }  // namespace
 
-NameIndex::NameIndex(std::vector<Slot>& slots) : table_(64) {
+NameIndex::NameIndex(std::span<Slot> slots) : table_(64) {
   for (std::uint32_t i = 0; i < slots.size(); ++i)
     if (slots[i].other) append(slots, i);
 }
 
-void NameIndex::append(std::vector<Slot>& slots, std::uint32_t slot) {
+void NameIndex::append(std::span<Slot> slots, std::uint32_t slot) {
   if (2 * (used_ + 1) > table_.size()) grow();
   const std::uint32_t hash = hashOf(slots[slot].other->getName().view());
   Chain& chain = table_[placeOf(hash)];
@@ -35,16 +35,16 @@ void NameIndex::append(std::vector<Slot>& slots, std::uint32_t slot) {
   chain.tail = slot;
 }
 
-void NameIndex::remove(const std::vector<Slot>& slots, std::uint32_t slot) {
+void NameIndex::remove(std::span<const Slot> slots, std::uint32_t slot) {
   if (!moved_.empty()) moved_.erase({hashOf(slots[slot].other->getName().view()), slot});
 }
 
-void NameIndex::rename(const std::vector<Slot>& slots, std::uint32_t slot, std::string_view name) {
+void NameIndex::rename(std::span<const Slot> slots, std::uint32_t slot, std::string_view name) {
   remove(slots, slot);
   moved_.emplace(hashOf(name), slot);
 }
 
-TAVObject* NameIndex::find(std::vector<Slot>& slots, std::string_view name, ClassId kind) {
+TAVObject* NameIndex::find(std::span<Slot> slots, std::string_view name, ClassId kind) {
   const std::uint32_t hash = hashOf(name);
   // Both are in insertion order, so the first of all is the lower slot; kNone is above every slot.
   const std::uint32_t slot =
@@ -52,7 +52,7 @@ TAVObject* NameIndex::find(std::vector<Slot>& slots, std::string_view name, Clas
   return slot == kNone ? nullptr : slots[slot].other;
 }
 
-std::uint32_t NameIndex::findInChain(std::vector<Slot>& slots, std::uint32_t hash, std::string_view name,
+std::uint32_t NameIndex::findInChain(std::span<Slot> slots, std::uint32_t hash, std::string_view name,
                                      ClassId kind) {
   Chain& chain = table_[placeOf(hash)];
   // Holes and renamed objects in front never come back, so each is passed once however often the name is
@@ -68,7 +68,7 @@ std::uint32_t NameIndex::findInChain(std::vector<Slot>& slots, std::uint32_t has
   return kNone;
 }
 
-std::uint32_t NameIndex::findMoved(const std::vector<Slot>& slots, std::uint32_t hash, std::string_view name,
+std::uint32_t NameIndex::findMoved(std::span<const Slot> slots, std::uint32_t hash, std::string_view name,
                                    ClassId kind) const {
   for (auto at = moved_.lower_bound({hash, 0}); at != moved_.end() && at->first == hash; ++at) {
     const TAVObject* object = slots[at->second].other;

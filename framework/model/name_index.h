@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -22,13 +23,13 @@ namespace tav {
 /// the chain of its first name, where nobody finds it any more, and is found among those that moved.
 class NameIndex {
  public:
-  explicit NameIndex(std::vector<Slot>& slots);
-  void append(std::vector<Slot>& slots, std::uint32_t slot);
+  explicit NameIndex(std::span<Slot> slots);
+  void append(std::span<Slot> slots, std::uint32_t slot);
   /// To be told before the object of a slot goes, and before it takes another name.
-  void remove(const std::vector<Slot>& slots, std::uint32_t slot);
-  void rename(const std::vector<Slot>& slots, std::uint32_t slot, std::string_view name);
+  void remove(std::span<const Slot> slots, std::uint32_t slot);
+  void rename(std::span<const Slot> slots, std::uint32_t slot, std::string_view name);
   /// The first live slot whose object has the name and is of class `kind`, or null.
-  TAVObject* find(std::vector<Slot>& slots, std::string_view name, ClassId kind);
+  TAVObject* find(std::span<Slot> slots, std::string_view name, ClassId kind);
 
  private:
   struct Chain {
@@ -38,9 +39,8 @@ class NameIndex {
   };
   [[nodiscard]] std::size_t placeOf(std::uint32_t hash) const noexcept;
   void grow();
-  std::uint32_t findInChain(std::vector<Slot>& slots, std::uint32_t hash, std::string_view name,
-                            ClassId kind);
-  [[nodiscard]] std::uint32_t findMoved(const std::vector<Slot>& slots, std::uint32_t hash,
+  std::uint32_t findInChain(std::span<Slot> slots, std::uint32_t hash, std::string_view name, ClassId kind);
+  [[nodiscard]] std::uint32_t findMoved(std::span<const Slot> slots, std::uint32_t hash,
                                         std::string_view name, ClassId kind) const;
 
   std::vector<Chain> table_;  // open addressing, its size a power of two

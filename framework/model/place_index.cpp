@@ -6,8 +6,7 @@
 
 namespace tav {
 
-PlaceIndex::PlaceIndex(const std::vector<Slot>& slots, ClassId kind)
-    : kind_(kind), counts_(slots.size() + 1) {
+PlaceIndex::PlaceIndex(std::span<const Slot> slots, ClassId kind) : kind_(kind), counts_(slots.size() + 1) {
   for (std::size_t i = 1; i < counts_.size(); ++i) {
     const TAVObject* object = slots[i - 1].other;
     if (object && derives(object->classId(), kind)) {

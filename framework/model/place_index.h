@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "framework/model/slot.h"
@@ -12,7 +13,7 @@ namespace tav {
 /// lowest bit of i says. Removing an object changes a few counts and moves nothing.
 class PlaceIndex {
  public:
-  PlaceIndex(const std::vector<Slot>& slots, ClassId kind);
+  PlaceIndex(std::span<const Slot> slots, ClassId kind);
 
   [[nodiscard]] ClassId kind() const noexcept { return kind_; }
   [[nodiscard]] std::uint32_t count() const noexcept { return count_; }

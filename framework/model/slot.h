@@ -4,8 +4,6 @@
 // end_walk.h read them.
 
 #include <cstdint>
-#include <memory>
-#include <vector>
 
 #include "framework/api.h"
 #include "framework/model/class_list.h"
@@ -26,20 +24,6 @@ struct Slot {
   TAVObject* other = nullptr;          ///< null: a hole that a removed link has left
   std::uint32_t peer = kNone;          ///< the slot that `other` keeps for the same link
   std::uint32_t nextSameHash = kNone;  ///< chain of the name index
-};
-
-struct Indexes;
-struct TAV_API DeleteIndexes {
-  void operator()(Indexes* indexes) const noexcept;
-};
-
-/// What a collection keeps once something has been added to it.
-struct ManyData {
-  std::vector<Slot> slots;
-  std::uint32_t live = 0;
-  std::uint32_t front = 0;  ///< the first slot that is no hole
-  std::uint8_t row = 0;
-  std::unique_ptr<Indexes, DeleteIndexes> indexes;
 };
 
 }  // namespace tav

@@ -46,6 +46,7 @@
 #include "framework/model/roles.h"
 #include "framework/model/rows.h"
 #include "framework/model/slot.h"
+#include "framework/model/slots.h"
 #include "framework/model/traversal.h"
 #include "framework/model/tree_walk.h"
 #include "framework/modelbridge/bridge_constants.h"
