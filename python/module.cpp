@@ -26,6 +26,12 @@ template <class F> auto working(F work) {
   return work();
 }
 
+/// Throws what a handler of signals has raised, such as KeyboardInterrupt.
+void raiseSignals() {
+  const py::gil_scoped_acquire acquired;
+  if (PyErr_CheckSignals() != 0) throw py::error_already_set();
+}
+
 py::tuple asTuple(const Message& message) {
   const auto text = [](const std::string& bytes) {
     return py::reinterpret_steal<py::str>(
@@ -52,7 +58,8 @@ tav::LineageWalk walkOf(bool upstream, std::optional<std::uint32_t> depth, bool 
 }
 
 py::tuple openModels(const std::vector<std::string>& inputs, const std::string& map, bool several) {
-  const OpenedModels::Opened opened = working([&] { return OpenedModels::open(inputs, map, several); });
+  const OpenedModels::Opened opened =
+      working([&] { return OpenedModels::open(inputs, map, several, raiseSignals); });
   py::list messages;
   for (const Message& message : opened.messages) messages.append(asTuple(message));
   return py::make_tuple(opened.models, messages, opened.complete);

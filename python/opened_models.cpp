@@ -87,7 +87,7 @@ std::unique_ptr<const tav::JoinedModels> join(const host::KeptModels& kept,
 Fault::Fault(Message message) : std::runtime_error(message.text), message_(std::move(message)) {}
 
 OpenedModels::Opened OpenedModels::open(const std::vector<std::string>& inputs, const std::string& map,
-                                        bool several) {
+                                        bool several, const std::function<void()>& beforeEach) {
   KeptLog kept;
   const std::string& first = inputs.front();
   auto found =
@@ -97,6 +97,7 @@ OpenedModels::Opened OpenedModels::open(const std::vector<std::string>& inputs, 
   auto models = std::make_shared<host::KeptModels>();
   int code = host::kDone;
   for (const std::string& path : found.paths) {
+    beforeEach();
     const auto add = [&] { return models->add(path, found.maps.of(path), kept.log()); };
     code = host::worseOf(code, several ? host::guarded(path, kept.log(), add) : faulting(path, kept, add));
   }

@@ -3,6 +3,7 @@
 // Models that were opened from Python, and the answers over them. It knows nothing of Python's own types.
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -50,8 +51,10 @@ class OpenedModels {
 
   /// Opens what the program takes as inputs; `map` is a file of rules for addresses, empty for none. Where
   /// `several` are asked for, one that cannot be read is an error among the messages. Throws Fault for the
-  /// only one, where nothing is left, and where one was asked for and there are several.
-  static Opened open(const std::vector<std::string>& inputs, const std::string& map, bool several);
+  /// only one, where nothing is left, and where one was asked for and there are several. `beforeEach` is
+  /// called before each definition is read, and may throw to end the opening.
+  static Opened open(const std::vector<std::string>& inputs, const std::string& map, bool several,
+                     const std::function<void()>& beforeEach);
 
   OpenedModels(std::shared_ptr<const host::KeptModels> kept, std::vector<std::size_t> places, bool named);
 

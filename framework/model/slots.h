@@ -1,10 +1,8 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <utility>
 
 #include "framework/model/slot.h"
 
@@ -14,9 +12,16 @@ namespace tav {
 /// only a second one takes memory of its own. References to slots hold until the next append().
 class Slots {
  public:
+  Slots() = default;
+  Slots(const Slots&) = delete;
+  Slots& operator=(const Slots&) = delete;
+  ~Slots() {
+    if (more_) std::allocator<Slot>().deallocate(more_, capacity_);
+  }
+
   [[nodiscard]] std::size_t size() const noexcept { return size_; }
-  [[nodiscard]] Slot* data() noexcept { return more_ ? more_.get() : &first_; }
-  [[nodiscard]] const Slot* data() const noexcept { return more_ ? more_.get() : &first_; }
+  [[nodiscard]] Slot* data() noexcept { return more_ ? more_ : &first_; }
+  [[nodiscard]] const Slot* data() const noexcept { return more_ ? more_ : &first_; }
   [[nodiscard]] Slot& operator[](std::size_t place) noexcept { return data()[place]; }
   [[nodiscard]] const Slot& operator[](std::size_t place) const noexcept { return data()[place]; }
   [[nodiscard]] Slot* begin() noexcept { return data(); }
@@ -27,20 +32,23 @@ class Slots {
   /// Changes nothing when memory runs out.
   void append(Slot slot) {
     if (size_ == capacity_) grow();
-    data()[size_++] = slot;
+    std::construct_at(end(), slot);
+    ++size_;
   }
   /// Forgets the slots from place `size` on.
   void truncate(std::size_t size) noexcept { size_ = static_cast<std::uint32_t>(size); }
 
  private:
   void grow() {
-    auto more = std::make_unique_for_overwrite<Slot[]>(std::size_t{2} * capacity_);
-    std::copy(begin(), end(), more.get());
-    more_ = std::move(more);
+    // Only slots that are taken are written: the others cost no memory until they are.
+    Slot* const more = std::allocator<Slot>().allocate(std::size_t{2} * capacity_);
+    std::uninitialized_copy(begin(), end(), more);
+    if (more_) std::allocator<Slot>().deallocate(more_, capacity_);
+    more_ = more;
     capacity_ *= 2;
   }
 
-  std::unique_ptr<Slot[]> more_;
+  Slot* more_ = nullptr;
   std::uint32_t size_ = 0;
   std::uint32_t capacity_ = 1;
   Slot first_;

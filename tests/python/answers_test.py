@@ -4,10 +4,13 @@ import dataclasses
 import json
 import os
 import pickle
+import shutil
+import signal
 import subprocess
 import sys
 import tempfile
 import threading
+import time
 import typing
 import unittest
 
@@ -156,6 +159,20 @@ class Faults(unittest.TestCase):
 
 
 class Threads(unittest.TestCase):
+    def test_interrupts(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        for copy in range(150):
+            shutil.copy(HUTS, os.path.join(folder.name, f"{copy}.asdatabase"))
+        begin = time.monotonic()
+        xmla_bridge.open_all(folder.name)
+        whole = time.monotonic() - begin
+        begin = time.monotonic()
+        threading.Timer(whole / 20, os.kill, (os.getpid(), signal.SIGINT)).start()
+        with self.assertRaises(KeyboardInterrupt):
+            xmla_bridge.open_all(folder.name)
+        self.assertLess(time.monotonic() - begin, whole / 2)
+
     def test_questions_of_many_threads(self):
         model = xmla_bridge.open(HUTS)
         expected = str(model.coverage())
