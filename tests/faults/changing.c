@@ -29,7 +29,7 @@ static void changeFile(const char* path, const char* change) {
     if (write(file, "more\n", 5) != 5) abort();
     close(file);
   } else {
-    char fresh[PATH_MAX];
+    char fresh[PATH_MAX + sizeof ".new"];
     snprintf(fresh, sizeof fresh, "%s.new", path);
     if (rename(fresh, path) != 0) abort();
   }
