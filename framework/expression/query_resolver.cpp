@@ -6,22 +6,10 @@
 #include "framework/expression/parser.h"
 #include "framework/expression/query_words.h"
 #include "framework/std/dotted_name.h"
+#include "framework/std/empty_table.h"
 #include "framework/std/string.h"
 
 namespace tav {
-
-namespace {
-
-/// Empties a set. Emptying costs what the set once held, so that after one look-up that led everywhere all
-/// others would pay for it.
-template <class Set> void empty(Set& set) {
-  if (set.bucket_count() > 1024)
-    set = Set();
-  else
-    set.clear();
-}
-
-}  // namespace
 
 // Results by name.
 
@@ -82,9 +70,9 @@ std::vector<QuerySource> QueryResolver::conditionSources() {
 void QueryResolver::start() {
   parts_.clear();
   targets_.clear();
-  empty(seenParts_);
-  empty(seenTargets_);
-  empty(seenSources_);
+  emptyTable(seenParts_);
+  emptyTable(seenTargets_);
+  emptyTable(seenSources_);
   sources_.clear();
 }
 

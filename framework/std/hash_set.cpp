@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "framework/std/empty_table.h"
+
 TAVStringHashSet::TAVStringHashSet(std::int32_t capacity) {
   members_.reserve(static_cast<std::size_t>(std::max(capacity, 0)));
 }
@@ -30,9 +32,7 @@ bool TAVStringHashSet::add(const TAVString& text) {
 
 void TAVStringHashSet::clear() {
   TAVContainer::empty();
-  // Its clear() passes over all the room that it ever took, which a set that is used again and again would
-  // pay each time for the largest of its uses.
-  if (!members_.empty()) members_ = std::unordered_set<TAVString>();
+  tav::emptyTable(members_);
 }
 
 const TAVString& TAVStringHashSet::Iterator::next() noexcept {

@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "framework/std/empty_table.h"
 #include "framework/std/exception.h"
 #include "framework/std/string.h"
 #include "host/reports/dax_queries.h"
@@ -176,7 +177,7 @@ class ReportImport {
 
   void add(const std::vector<ReportPart>& parts) {
     items_.clear();
-    measures_.clear();
+    tav::emptyTable(measures_);
     for (const ReportPart& part : parts) addItem(part);
     for (std::size_t i = 0; i < parts.size(); ++i) {
       relateFields(parts[i], items_[i]);

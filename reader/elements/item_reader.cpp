@@ -1,5 +1,6 @@
 #include "reader/elements/item_reader.h"
 
+#include "framework/std/empty_table.h"
 #include "reader/elements/element_shape.h"
 #include "reader/run/vocabulary.h"
 
@@ -108,7 +109,7 @@ std::string_view ItemReader::nameOfAttribute(std::string_view id) const {
 }
 
 void ItemReader::nameAttributes(const TAVDOMElement& dimension) {
-  attributeNames_ = {};
+  emptyTable(attributeNames_);
   const TAVDOMElement* attributes = dimension.getFirstElement(kAttributes);
   if (!attributes) return;
   for (const TAVDOMElement& attribute : attributes->getElements())
@@ -146,7 +147,7 @@ void ItemReader::noteUnlisted(const ElementPlace& place) {
   if (!list || isLeaf(*list)) return details.set(place.item, kAttributes, "not listed");
   for (const TAVFeature& attribute : shown->features)
     if (!listed_.contains(&attribute)) details.set(details.itemOf(attribute), "IsListed", "false");
-  listed_.clear();
+  emptyTable(listed_);
 }
 
 }  // namespace tav
