@@ -148,9 +148,8 @@ class JsonExport {
     json_.member("kind", rowOf(item.kind).name);
     if (item.owner != kNoItem) json_.member("owner", numbers_[item.owner]);
     text("name", item.name);
-    if (item.text.empty()) return;
     json_.optional("language", item.language);
-    text("text", item.text);
+    if (!item.text.empty()) text("text", item.text);
   }
 
   void relation(const DetailRelation& relation) {

@@ -13,8 +13,9 @@ using tav::fuzz::require;
 // NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
-    const auto model = tav::loadModelText({reinterpret_cast<const char*>(data), size}, "fuzz");
-    const std::string broken = tav::test::brokenLaw(*model);
+    const auto [model, details] =
+        tav::loadSavedModelText({reinterpret_cast<const char*>(data), size}, "fuzz");
+    const std::string broken = tav::test::brokenLaw({*model, details.get()});
     require(broken.empty(), broken.c_str());
   } catch (const TAVException& failure) {
     const TAVString& message = failure.getMessage();

@@ -76,8 +76,8 @@ std::string importSample(const std::string& name) {
     shown += lastLine(tav::test::readFile(in("messages")));
   }
   if (!fs::exists(output)) return shown + "no model";
-  const tav::Owned<TAVModel> model = tav::loadModel(TAVString(output));
-  EXPECT_EQ(tav::test::brokenLaw(*model), "");
+  const auto [model, details] = tav::loadSavedModel(TAVString(output));
+  EXPECT_EQ(tav::test::brokenLaw({*model, details.get()}), "");
   expectSchemaKept(output);
   Summary summary;
   tav::walkTree(*model, summary);
