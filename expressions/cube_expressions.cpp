@@ -27,7 +27,7 @@ void keepExpression(const TAVFeatureMap& map, const TAVString& unresolved) {
 void resolveExpression(cScriptParser& parser, TAVFeatureMap& map, TAVLog& log) {
   parser.setCurrentMap(map);
   parser.parse(&map);
-  TAVString unresolved;
+  std::string unresolved;
   TAVStringHashSet::Iterator names(parser.getUnresolvedNames());
   while (names.hasNext()) {
     const TAVString& name = names.next();

@@ -10,6 +10,7 @@
 #include "expressions/script_statements.h"
 #include "framework/model/roles.h"
 #include "framework/std/dotted_name.h"
+#include "framework/std/empty_table.h"
 #include "framework/std/text.h"
 #include "reader/run/vocabulary.h"
 
@@ -186,8 +187,8 @@ class ScriptDetails {
         known_(known),
         cubeItem_(details_.itemOf(cube)) {}
 
-  /// `scriptItem`: the item of the element, if it has one already.
-  void addScript(const TAVDOMElement& element, ItemId scriptItem);
+  /// `scriptItem`: the item of the script, if it has one already.
+  void addScript(const CubeTexts::Script& script, ItemId scriptItem);
   void addCommand(std::string_view text);
   /// The expressions of the model's measures that no statement has given.
   void addMeasures();
@@ -237,19 +238,14 @@ class ScriptDetails {
   std::unordered_set<const TAVFeature*> given_;      // measures with an expression from a statement
 };
 
-void ScriptDetails::addScript(const TAVDOMElement& element, ItemId scriptItem) {
-  const TAVDOMElement* commands = element.getFirstElement(kCommands);
-  if (!commands) return;
+void ScriptDetails::addScript(const CubeTexts::Script& script, ItemId scriptItem) {
+  if (!script.commands) return;
   std::string whole;
-  for (const TAVDOMElement& command : commands->getElements())
-    if (command.getTagName() == kCommand)
-      whole.append(whole.empty() ? "" : "\n").append(command.getFirstElementValue(kText));
-  script_ = scriptItem;
-  if (script_ == kNoItem)
-    script_ = details_.add(ObjectKind::script, cubeItem_, element.getFirstElementValue(kName));
+  for (const std::string_view command : *script.commands)
+    whole.append(whole.empty() ? "" : "\n").append(command);
+  script_ = scriptItem == kNoItem ? details_.add(ObjectKind::script, cubeItem_, script.name) : scriptItem;
   details_.setText(script_, whole, kMdx);
-  for (const TAVDOMElement& command : commands->getElements())
-    if (command.getTagName() == kCommand) addCommand(command.getFirstElementValue(kText));
+  for (const std::string_view command : *script.commands) addCommand(command);
 }
 
 void ScriptDetails::addCommand(std::string_view text) {
@@ -268,7 +264,7 @@ void ScriptDetails::addCommand(std::string_view text) {
 void ScriptDetails::makeItems(const std::vector<ScriptStatement>& statements) {
   items_.assign(statements.size(), kNoItem);
   features_.assign(statements.size(), nullptr);
-  scopes_.clear();
+  emptyTable(scopes_);
   for (std::size_t i = 0; i < statements.size(); ++i) {
     const ScriptStatement& statement = statements[i];
     if (statement.fault) faults_->add(statement.fault.offset, statement.fault.expected);
@@ -534,8 +530,8 @@ class KnownScripts {
         scripts_.emplace(keyOf(items[item].owner, items[item].name), item);
   }
 
-  ItemId take(const Details& details, const TAVCube& cube, const TAVDOMElement& script) {
-    const auto found = scripts_.find(keyOf(details.find(cube), script.getFirstElementValue(kName)));
+  ItemId take(const Details& details, const TAVCube& cube, std::string_view name) {
+    const auto found = scripts_.find(keyOf(details.find(cube), name));
     if (found == scripts_.end()) return kNoItem;
     const ItemId item = found->second;
     scripts_.erase(found);
@@ -577,36 +573,59 @@ class KnownMeasures {
 };
 
 /// The measures that a cube takes from groups which the definition does not have.
-void defineBeyond(const TAVDOMElement& cube, ItemId cubeItem, const KnownMeasures& known, CubeNames& names) {
+void defineBeyond(const CubeTexts& cube, ItemId cubeItem, const KnownMeasures& known, CubeNames& names) {
+  for (const auto& [group, name] : cube.linkedMeasures)
+    if (!names.findMeasureGroup(group))
+      names.defineBeyond(name, known.find(cubeItem, group, name), "a measure of a linked measure group");
+}
+
+void addScripts(const TAVDOMElement& cube, std::vector<CubeTexts::Script>& scripts) {
+  const TAVDOMElement* list = cube.getFirstElement(kMdxScripts);
+  if (!list) return;
+  for (const TAVDOMElement& script : list->getElements()) {
+    CubeTexts::Script& read = scripts.emplace_back();
+    read.name = script.getFirstElementValue(kName);
+    const TAVDOMElement* commands = script.getFirstElement(kCommands);
+    if (!commands) continue;
+    read.commands.emplace();
+    for (const TAVDOMElement& command : commands->getElements())
+      if (command.getTagName() == kCommand) read.commands->push_back(command.getFirstElementValue(kText));
+  }
+}
+
+void addLinkedMeasures(const TAVDOMElement& cube, std::vector<CubeTexts::LinkedMeasure>& linked) {
   const TAVDOMElement* groups = cube.getFirstElement(kMeasureGroups);
   if (!groups) return;
   for (const TAVDOMElement& group : groups->getElements()) {
     const TAVDOMElement* measures = group.getFirstElement(kMeasures);
     if (!group.getFirstElement(kSource) || !measures) continue;
-    const std::string_view groupName = group.getFirstElementValue(kName);
-    if (names.findMeasureGroup(groupName)) continue;
-    for (const TAVDOMElement& measure : measures->getElements()) {
-      const std::string_view name = measure.getFirstElementValue(kName);
-      names.defineBeyond(name, known.find(cubeItem, groupName, name), "a measure of a linked measure group");
-    }
+    for (const TAVDOMElement& measure : measures->getElements())
+      linked.push_back({group.getFirstElementValue(kName), measure.getFirstElementValue(kName)});
   }
 }
 
 }  // namespace
 
-void importExpressionDetails(ImportRun& run, const std::vector<CubeElement>& cubes, ModelNames& names) {
+CubeTexts textsOf(const CubeElement& read) {
+  CubeTexts texts{read.cube, {}, {}};
+  addScripts(*read.element, texts.scripts);
+  addLinkedMeasures(*read.element, texts.linkedMeasures);
+  return texts;
+}
+
+void importExpressionDetails(ImportRun& run, const std::vector<CubeTexts>& cubes, ModelNames& names) {
   KnownScripts known(*run.details);
   KnownCalculations calculations(*run.details);
   const KnownMeasures measures(*run.details);
   DimensionNames dimensions;
   std::unordered_map<const TAVClassifier*, std::unique_ptr<CubeNames>> scopes;
-  for (const CubeElement& read : cubes) {
-    auto& cubeNames = scopes[read.cube] = std::make_unique<CubeNames>(*read.cube, names, dimensions);
-    defineBeyond(*read.element, run.details->find(*read.cube), measures, *cubeNames);
-    ScriptDetails details(run, *read.cube, *cubeNames, calculations);
-    if (const TAVDOMElement* scripts = read.element->getFirstElement(kMdxScripts))
-      for (const TAVDOMElement& script : scripts->getElements())
-        details.addScript(script, known.take(*run.details, *read.cube, script));
+  for (const CubeTexts& texts : cubes) {
+    const TAVCube& cube = *texts.cube;
+    auto& cubeNames = scopes[&cube] = std::make_unique<CubeNames>(cube, names, dimensions);
+    defineBeyond(texts, run.details->find(cube), measures, *cubeNames);
+    ScriptDetails details(run, cube, *cubeNames, calculations);
+    for (const CubeTexts::Script& script : texts.scripts)
+      details.addScript(script, known.take(*run.details, cube, script.name));
     details.addMeasures();
   }
   for (const OpenExpression& open : run.expressions) {

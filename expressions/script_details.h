@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "expressions/model_names.h"
@@ -13,9 +15,28 @@ struct CubeElement {
   const TAVDOMElement* element;
 };
 
+/// What is read of a cube's element once more when most of it is given back. The texts live as long as the
+/// document.
+struct CubeTexts {
+  struct Script {
+    std::string_view name;
+    std::optional<std::vector<std::string_view>> commands;
+  };
+  /// A measure of a linked group.
+  struct LinkedMeasure {
+    std::string_view group;
+    std::string_view name;
+  };
+
+  const TAVCube* cube;
+  std::vector<Script> scripts;
+  std::vector<LinkedMeasure> linkedMeasures;
+};
+CubeTexts textsOf(const CubeElement& read);
+
 /// Writes what the MDX scripts of all cubes hold into the details, and what all expressions name: those of
 /// the scripts, of the model's measures, and of the run's list. Called when the model is complete, and only
 /// when details are wanted.
-void importExpressionDetails(ImportRun& run, const std::vector<CubeElement>& cubes, ModelNames& names);
+void importExpressionDetails(ImportRun& run, const std::vector<CubeTexts>& cubes, ModelNames& names);
 
 }  // namespace tav

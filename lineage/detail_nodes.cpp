@@ -230,8 +230,9 @@ void GraphBuilder::settleEdges(std::size_t first) {
     if (edge.kind == EdgeKind::replaced) return true;
     if (edge.relation == kNoRelation && edge.kind == EdgeKind::computed && replaced.contains(edge.from))
       return true;
-    const char* text =
-        edge.relation == kNoRelation ? nullptr : graph_.details_->relations()[edge.relation].text.data();
+    const char* text = edge.relation == kNoRelation
+                           ? nullptr
+                           : graph_.details_->relations()[edge.relation].text.view().data();
     return !known.insert({edge.from, edge.kind, text});
   };
   edges.erase(std::remove_if(begin, edges.end(), isSuperfluous), edges.end());

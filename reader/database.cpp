@@ -69,6 +69,16 @@ std::vector<CubeElement> importCubes(ImportRun& run, MeasureGroups& groups, cons
   return read;
 }
 
+/// Elements are given back on the way.
+void importDetails(ImportRun& run, const TAVDOMElement& database, const std::vector<CubeElement>& cubes,
+                   ModelNames& names) {
+  std::vector<CubeTexts> texts;
+  texts.reserve(cubes.size());
+  for (const CubeElement& read : cubes) texts.push_back(textsOf(read));
+  readDetails(run, database);
+  importExpressionDetails(run, texts, names);
+}
+
 }  // namespace
 
 void importDatabase(ImportRun& run, const TAVDOMElement& database) {
@@ -99,8 +109,7 @@ void importDatabase(ImportRun& run, const TAVDOMElement& database) {
     resolveCubeExpressions(*read.cube, names, *run.log);
   }
   resolveMeasures(run, cubesFolder);
-  readDetails(run, database);
-  if (run.details) importExpressionDetails(run, cubes, names);
+  if (run.details) importDetails(run, database, cubes, names);
   tidyPackages(*run.model);
 }
 

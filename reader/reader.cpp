@@ -6,6 +6,7 @@
 #include "reader/clean_up.h"
 #include "reader/database.h"
 #include "reader/document.h"
+#include "reader/elements/annotations.h"
 #include "reader/origin.h"
 #include "reader/run/vocabulary.h"
 
@@ -40,6 +41,7 @@ bool TAVSQLServerXMLAImportBridge::importFile(const TAVString& identifier, TAVSt
 void TAVSQLServerXMLAImportBridge::readDocument() {
   run_->document = std::make_unique<TAVDOM>(run_->log);
   run_->document->setProgress(tav::reportParsed);
+  run_->document->setUnkept(tav::kDrawings);
   const TAVDOMElement* root = run_->document->parseFile(run_->file);
   const TAVDOMElement* database = root ? tav::findDatabase(*root) : nullptr;
   if (!database) return;

@@ -14,7 +14,7 @@ QueryLineage::QueryLineage(const Query& query, QueryTarget& target)
 }
 
 void QueryLineage::write(TAVTable& table) {
-  TAVString objects;
+  std::string objects;
   for (const QueryObject& object : resolver_.objects()) addLine(objects, joinDottedName(object.parts));
   table.querySources = objects;
   for (TAVFeature& feature : table.features)
@@ -31,7 +31,9 @@ void QueryLineage::writeColumn(TAVColumn& column) {
 }
 
 void QueryLineage::writeCondition(TAVCondition& condition) {
-  for (const QueryPart& part : query_.conditions) addLine(condition.expression, query_.textOf(part));
+  std::string parts = condition.expression.str();
+  for (const QueryPart& part : query_.conditions) addLine(parts, query_.textOf(part));
+  condition.expression = parts;
   const std::vector<QuerySource> sources = resolver_.conditionSources();
   condition.querySources = namesOf(sources);
   link(condition, condition.expression, sources);
@@ -51,7 +53,7 @@ void QueryLineage::link(TAVFeature& destination, std::string_view operation,
 }
 
 TAVString QueryLineage::namesOf(const std::vector<QuerySource>& sources) const {
-  TAVString lines;
+  std::string lines;
   for (const QuerySource& source : sources) {
     std::vector<std::string> parts;
     if (source.object != QuerySource::kUnknown) parts = resolver_.objects()[source.object].parts;

@@ -55,7 +55,7 @@ Fault testPath(const std::string& path, bool acceptFolders) {
 }
 
 Fault testOption(const TAVOption& option, bool acceptFolders) {
-  const std::string& path = option.getValue().str();
+  const std::string path = option.getValue().str();
   if (!path.empty()) return testPath(path, acceptFolders);
   if (!option.isMandatory()) return {};
   return {"TAVBRIDGE_E0012", "No file is given for the option '" + option.getName().str() + "'."};
@@ -63,7 +63,7 @@ Fault testOption(const TAVOption& option, bool acceptFolders) {
 
 /// What a user should know of a file that will do.
 Fault testName(const TAVOption& option) {
-  const std::string& path = option.getValue().str();
+  const std::string path = option.getValue().str();
   std::error_code ignored;  // whoever cannot be asked is no folder
   if (path.empty() || std::filesystem::is_directory(path, ignored) || listsExtension(option, path)) return {};
   return {"TAVBRIDGE_W0018", "The name of the file '" + path +

@@ -23,7 +23,7 @@ std::optional<OpenNameState> openNameStateOf(std::string_view text) noexcept {
 
 ItemId Details::itemOf(const TAVModelObject& object) {
   const auto [place, isNew] = byObject_.tryEmplace(&object, static_cast<ItemId>(items_.size()));
-  if (isNew) items_.push_back({&object, ObjectKind::other, kNoItem, {}, {}, {}});
+  if (isNew) items_.push_back({&object, kNoItem, ObjectKind::other, {}, {}, {}});
   return *place;
 }
 
@@ -34,7 +34,7 @@ ItemId Details::find(const TAVModelObject& object) const {
 
 ItemId Details::add(ObjectKind kind, ItemId owner, std::string_view name, std::string_view text,
                     std::string_view language) {
-  items_.push_back({nullptr, kind, owner, keep(name), keep(text), keepName(language)});
+  items_.push_back({nullptr, owner, kind, keep(name), keep(text), keepName(language)});
   return static_cast<ItemId>(items_.size() - 1);
 }
 
@@ -52,7 +52,7 @@ void Details::set(ItemId item, std::string_view name, std::string_view value) {
 }
 
 void Details::addOpenName(ItemId item, std::string_view name, OpenNameState state, std::string_view note) {
-  openNames_.push_back({item, keep(name), state, keep(note)});
+  openNames_.push_back({item, state, keep(name), keep(note)});
 }
 
 void Details::passOver(PassedOver what, std::size_t count) {
@@ -75,26 +75,31 @@ void Details::replace(const TAVModelObject& object, const TAVModelObject& now) {
 void Details::release(const TAVModelObject& object, ObjectKind kind, ItemId owner) {
   const ItemId* place = byObject_.find(&object);
   if (!place) return;
-  items_[*place] = {nullptr, kind, owner, keep(object.getName()), {}, {}};
+  items_[*place] = {nullptr, owner, kind, keep(object.getName()), {}, {}};
   byObject_.erase(&object);
 }
 
-/// Blocks never grow beyond what they were made for, so views into them stay.
-std::string_view Details::keep(std::string_view text) {
+/// Blocks never grow beyond what they were made for, so texts in them stay where they are.
+SizedText Details::keep(std::string_view text) {
   if (text.empty()) return {};
-  if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < text.size())
-    blocks_.emplace_back().reserve(std::max(text.size(), kBlockSize));
-  std::string& block = blocks_.back();
-  const std::size_t start = block.size();
-  block += text;
-  return std::string_view(block).substr(start);
+  const std::size_t needed = sizeof(TextSize) + requireTextSize(text.size());
+  if (needed > free_.size()) {
+    const std::size_t size = std::max(needed, kBlockSize);
+    free_ = {blocks_.emplace_back(std::make_unique_for_overwrite<char[]>(size)).get(), size};
+  }
+  const SizedText kept(free_.data());
+  writeSizedText(free_.data(), static_cast<TextSize>(text.size()), text);
+  free_ = free_.subspan(needed);
+  return kept;
 }
 
 /// A text that many have, kept once.
-std::string_view Details::keepName(std::string_view name) {
+SizedText Details::keepName(std::string_view name) {
   if (name.empty()) return {};
-  if (const auto known = names_.find(name); known != names_.end()) return *known;
-  return *names_.insert(keep(name)).first;
+  if (const auto known = names_.find(name); known != names_.end()) return known->second;
+  const SizedText kept = keep(name);
+  names_.emplace(kept, kept);
+  return kept;
 }
 
 }  // namespace tav

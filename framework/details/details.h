@@ -6,16 +6,18 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
+#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "framework/details/kinds.h"
 #include "framework/details/passed_over.h"
 #include "framework/model/model.h"
 #include "framework/std/pointer_map.h"
+#include "framework/std/sized_text.h"
 
 namespace tav {
 
@@ -27,24 +29,24 @@ inline constexpr ItemId kNoItem = 0xFFFFFFFF;
 struct DetailItem {
   const TAVModelObject* object = nullptr;  ///< null for what only the details have
   // The rest is empty for objects of the model.
-  ObjectKind kind = ObjectKind::other;
   ItemId owner = kNoItem;
-  std::string_view name;
-  std::string_view text;      ///< the expression or statement that it consists of
-  std::string_view language;  ///< of the text: "mdx", "dax", "sql" or "m"
+  ObjectKind kind = ObjectKind::other;
+  SizedText name;
+  SizedText text;      ///< the expression or statement that it consists of
+  SizedText language;  ///< of the text: "mdx", "dax", "sql" or "m"
 };
 
 struct DetailRelation {
   RelationKind kind;
-  ItemId from;            ///< what is named
-  ItemId to;              ///< what names it
-  std::string_view text;  ///< says more of it: the number of a key column, a language; often empty
+  ItemId from;     ///< what is named
+  ItemId to;       ///< what names it
+  SizedText text;  ///< says more of it: the number of a key column, a language; often empty
 };
 
 struct DetailSetting {
   ItemId item;
-  std::string_view name;  ///< as the definition calls it: "FormatString", "KeyColumns.NullProcessing"
-  std::string_view value;
+  SizedText name;  ///< as the definition calls it: "FormatString", "KeyColumns.NullProcessing"
+  SizedText value;
 };
 
 /// Why a name in an expression has no source in the model.
@@ -64,9 +66,9 @@ inline constexpr std::string_view kColumnOfDatabase = "a column of the database"
 
 struct OpenName {
   ItemId item;  ///< in whose expression it stands
-  std::string_view name;
   OpenNameState state;
-  std::string_view note;  ///< what it is, or the nearest spelling; may be empty
+  SizedText name;
+  SizedText note;  ///< what it is, or the nearest spelling; may be empty
 };
 
 /// Whether a name stands for a table or column of the database, beyond the definition.
@@ -115,8 +117,8 @@ class TAV_API Details {
   [[nodiscard]] std::size_t passedOver(PassedOver what) const noexcept;
 
  private:
-  std::string_view keep(std::string_view text);
-  std::string_view keepName(std::string_view name);
+  SizedText keep(std::string_view text);
+  SizedText keepName(std::string_view name);
 
   std::vector<DetailItem> items_;
   std::vector<DetailRelation> relations_;
@@ -124,8 +126,9 @@ class TAV_API Details {
   std::vector<OpenName> openNames_;
   std::array<std::size_t, kPassedOverCount> passedOver_{};
   PointerMap<ItemId> byObject_;
-  std::unordered_set<std::string_view> names_;  // of settings, each kept once
-  std::deque<std::string> blocks_;
+  std::unordered_map<std::string_view, SizedText> names_;  // of settings, each kept once
+  std::deque<std::unique_ptr<char[]>> blocks_;
+  std::span<char> free_;  // at the end of the last block
 };
 
 }  // namespace tav

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <new>
 #include <string_view>
@@ -13,21 +15,37 @@
 
 namespace tav {
 
-/// Memory that is given out piece by piece and given back all at once, for values that need no destructor.
+/// Memory that is given out piece by piece and given back all at once, or from the front, for values that
+/// need no destructor.
 class Arena {
  public:
-  /// `size` bytes at a multiple of `alignment`, which is a power of two and at most that of `new`.
+  /// `size` bytes at a multiple of `alignment`, which is a power of two and at most that of `new`. They lie
+  /// behind all that was given out before.
   void* allocate(std::size_t size, std::size_t alignment) {
     std::size_t start = (used_ + alignment - 1) & ~(alignment - 1);
     if (start > capacity_ || size > capacity_ - start) {
-      if (size > nextCapacity_ / 8) return newBlock(size);  // the block in use goes on serving small pieces
-      block_ = newBlock(nextCapacity_);
-      capacity_ = nextCapacity_;
+      addBlock(std::max(size, nextCapacity_));
       nextCapacity_ = std::min(2 * nextCapacity_, kLargestBlock);
       start = 0;
     }
     used_ = start + size;
     return block_ + start;
+  }
+
+  /// Gives back the whole huge pages between `from` and the piece at `to`, which was given out later. Returns
+  /// what `from` is the next time: at the first time it is a piece.
+  const void* release(const void* from, const void* to) {
+    const auto* begin = static_cast<const std::byte*>(from);
+    const auto* end = static_cast<const std::byte*>(to);
+    const auto distance = static_cast<std::size_t>(begin < end ? end - begin : begin - end);
+    if (distance < kHugePage) return from;
+    const std::size_t last = numberOf(end);
+    for (std::size_t number = numberOf(begin); number < last; ++number) {
+      const Block& block = blocks_[number];
+      discard(begin, block.bytes.get() + block.size);
+      begin = blocks_[number + 1].bytes.get();
+    }
+    return discard(begin, end);
   }
 
   /// The text copied into the arena.
@@ -47,17 +65,38 @@ class Arena {
     void operator()(std::byte* block) const noexcept { std::free(block); }  // NOLINT(*-no-malloc)
   };
 
-  std::byte* newBlock(std::size_t size) {
+  struct Block {
+    std::unique_ptr<std::byte[], Free> bytes;
+    std::size_t size;
+  };
+
+  void addBlock(std::size_t size) {
     const std::size_t alignment = size >= kHugePage ? kHugePage : alignof(std::max_align_t);
     size = (size + alignment - 1) & ~(alignment - 1);
     std::unique_ptr<std::byte[], Free> block(static_cast<std::byte*>(std::aligned_alloc(alignment, size)));
     if (!block) throw std::bad_alloc();
     // Pages of 4 KB cost 8% of the time of parsing 100 MB. It is advice only: nothing depends on it.
     if (size >= kHugePage) madvise(block.get(), size, MADV_HUGEPAGE);
-    return blocks_.emplace_back(std::move(block)).get();
+    numbers_.insert_or_assign(block.get(), blocks_.size());
+    block_ = blocks_.emplace_back(Block{std::move(block), size}).bytes.get();
+    capacity_ = size;
   }
 
-  std::vector<std::unique_ptr<std::byte[], Free>> blocks_;
+  [[nodiscard]] std::size_t numberOf(const std::byte* place) const {
+    return std::prev(numbers_.upper_bound(place))->second;
+  }
+
+  /// Gives back the whole huge pages there and returns what follows them. It is advice as well.
+  static const std::byte* discard(const std::byte* begin, const std::byte* end) {
+    const auto first = (reinterpret_cast<std::uintptr_t>(begin) + kHugePage - 1) & ~(kHugePage - 1);
+    const auto last = reinterpret_cast<std::uintptr_t>(end) & ~(kHugePage - 1);
+    if (first >= last) return begin;
+    madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
+    return reinterpret_cast<const std::byte*>(last);
+  }
+
+  std::vector<Block> blocks_;
+  std::map<const std::byte*, std::size_t, std::less<>> numbers_;  // of blocks, by where they lie
   std::byte* block_ = nullptr;
   std::size_t used_ = 0;
   std::size_t capacity_ = 0;

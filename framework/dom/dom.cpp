@@ -20,7 +20,11 @@ const TAVDOMElement* TAVDOM::parseFile(const TAVFile& file) {
         return count;
       },
       reader.getSize(), progress_);
-  return tav::parseDocument(source, *storage_, log_, path);
+  return tav::parseDocument(source, {*storage_, unkept_}, log_, path);
+}
+
+TAVDOM::Place TAVDOM::release(Place from, const TAVDOMElement& upTo) {
+  return storage_->elements.release(from, endOf(upTo));
 }
 
 const TAVDOMElement* TAVDOM::parseText(std::string_view text, std::string_view name) {
@@ -32,5 +36,5 @@ const TAVDOMElement* TAVDOM::parseText(std::string_view text, std::string_view n
         return count;
       },
       text.size(), progress_);
-  return tav::parseDocument(source, *storage_, log_, name);
+  return tav::parseDocument(source, {*storage_, unkept_}, log_, name);
 }

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "framework/dom/element.h"
+#include "framework/dom/unkept_content.h"
 #include "framework/std/file.h"
 #include "framework/std/log.h"
 
@@ -41,6 +42,8 @@ class TAV_API TAVDOM {
   ~TAVDOM();
 
   void setProgress(Progress progress) { progress_ = std::move(progress); }
+  /// What it leaves out of documents from here on; those elements have neither text nor child elements.
+  void setUnkept(tav::UnkeptContent unkept) { unkept_ = unkept; }
 
   /// Parses the whole file and gives its root element, never null; it lives as long as the TAVDOM, also when
   /// more documents are parsed. Throws a TAVException "[TAVDOM_F0001] path:line:column: cause" when the file
@@ -50,8 +53,19 @@ class TAV_API TAVDOM {
   /// The same for a document in memory, which `name` stands for in messages.
   const TAVDOMElement* parseText(std::string_view text, std::string_view name);
 
+  /// A place in a document that has been parsed, for release().
+  using Place = const void*;
+  /// Where an element ends that has child elements.
+  static Place endOf(const TAVDOMElement& element) noexcept { return element.getElements().data(); }
+  /// Gives back memory of the lists of child elements that end behind `from` and before the list of `upTo`,
+  /// which ends behind `from`, too. Nobody may look at the children of an element with such a list any more,
+  /// nor at those of `upTo`; all that is said by the elements around them, names and texts of any element
+  /// stay. Returns `from` for the next time.
+  Place release(Place from, const TAVDOMElement& upTo);
+
  private:
   TAVLog* log_;
   Progress progress_;
+  tav::UnkeptContent unkept_;
   std::unique_ptr<tav::DomStorage> storage_;
 };

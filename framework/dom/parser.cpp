@@ -6,9 +6,8 @@
 
 namespace tav {
 
-const TAVDOMElement* parseDocument(ByteSource& source, DomStorage& storage, TAVLog* log,
+const TAVDOMElement* parseDocument(ByteSource& source, TreeBuilder tree, TAVLog* log,
                                    std::string_view document) {
-  TreeBuilder tree(storage);
   Scanner scanner(source, tree);
   bool isPlain = false;
   try {

@@ -10,7 +10,7 @@ namespace tav {
 
 /// The root of the tree of one document: plain ones are scanned, and all else is left to Expat. Warnings go
 /// to the log, which may be null.
-const TAVDOMElement* parseDocument(ByteSource& source, DomStorage& storage, TAVLog* log,
+const TAVDOMElement* parseDocument(ByteSource& source, TreeBuilder tree, TAVLog* log,
                                    std::string_view document);
 
 }  // namespace tav

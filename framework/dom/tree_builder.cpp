@@ -23,36 +23,54 @@ void requireLength(std::size_t bytes) {
 
 }  // namespace
 
-TreeBuilder::TreeBuilder(DomStorage& storage) : storage_(storage) {
+TreeBuilder::TreeBuilder(DomStorage& storage, UnkeptContent unkept) : storage_(storage), unkept_(unkept) {
   storage_.names.closeScope(0);  // an earlier document may have broken off inside
 }
 
 void TreeBuilder::start(std::string_view name, std::uint64_t line, std::span<const TagAttribute> attributes) {
+  if (isUnkept()) return startUnkept(name);
+  const bool unkept = startsUnkept(name);
   Frame& frame = open_.emplace_back(Frame{{}, closed_.size(), text_.size(), storage_.names.openScope()});
   // What an element declares holds for its own tag, so all of its attributes are looked at before the tag.
   for (const TagAttribute& attribute : attributes) storage_.names.declare(attribute.name, attribute.value);
   frame.element.name_ = storage_.names.tag(name);
   frame.element.line_ = fits<std::uint32_t>(line) ? static_cast<std::uint32_t>(line) : 0xFFFFFFFF;
   if (!attributes.empty()) keepAttributes(attributes, frame.element);
+  if (unkept) unkeptDepth_ = open_.size();
+}
+
+bool TreeBuilder::startsUnkept(std::string_view name) const {
+  if (name != unkept_.tag || open_.size() < 2) return false;
+  const Frame& parent = open_.back();
+  return unkept_.isUnkept({*(open_.end() - 2)->element.name_, *parent.element.name_,
+                           std::span(closed_).subspan(parent.firstChild)});
+}
+
+/// An element that is only there to be closed.
+void TreeBuilder::startUnkept(std::string_view name) {
+  open_.emplace_back(Frame{{}, closed_.size(), text_.size(), storage_.names.openScope()}).element.name_ =
+      storage_.names.tag(name);
 }
 
 void TreeBuilder::keepAttributes(std::span<const TagAttribute> attributes, TAVDOMElement& element) {
-  auto* place = allocate<DomAttribute>(storage_.arena, attributes.size());
-  element.content_.attributed = std::construct_at(allocate<TAVDOMElement::Attributed>(storage_.arena),
-                                                  TAVDOMElement::Attributed{{}, {place, attributes.size()}});
-  element.hasAttributes_ = 1;
+  kept_.clear();
   for (const TagAttribute& attribute : attributes)
-    std::construct_at(place++, DomAttribute{storage_.names.attribute(attribute.name),
-                                            attribute.isKept ? attribute.value : keep(attribute.value)});
+    kept_.push_back({storage_.names.attribute(attribute.name),
+                     attribute.isKept ? attribute.value : keep(attribute.value)});
+  element.content_.attributed = std::construct_at(allocate<TAVDOMElement::Attributed>(storage_.lasting),
+                                                  TAVDOMElement::Attributed{{}, storage_.lists.keep(kept_)});
+  element.hasAttributes_ = 1;
 }
 
 void TreeBuilder::addText(std::string_view text) {
+  if (isUnkept()) return;
   addBlanks(text);
   bool& hasWords = open_.back().hasWords;
   if (!hasWords) hasWords = text.find_first_not_of(" \t\r\n") != text.npos;
 }
 
 void TreeBuilder::addBlanks(std::string_view text) {
+  if (isUnkept()) return;
   requireLength(text_.size() - open_.back().textStart + text.size());
   text_ += text;
 }
@@ -73,6 +91,7 @@ void TreeBuilder::end() {
 }
 
 void TreeBuilder::endWith(std::string_view text) {
+  if (isUnkept()) return end();
   requireLength(text.size());
   TAVDOMElement element = open_.back().element;
   hold(element, keep(text), {});
@@ -81,7 +100,8 @@ void TreeBuilder::endWith(std::string_view text) {
 
 void TreeBuilder::close(const TAVDOMElement& element) {
   storage_.names.closeScope(open_.back().scope);
-  closed_.push_back(element);
+  if (open_.size() == unkeptDepth_) unkeptDepth_ = kNoDepth;
+  if (!isUnkept()) closed_.push_back(element);
   open_.pop_back();
 }
 
@@ -92,8 +112,8 @@ void TreeBuilder::hold(TAVDOMElement& element, std::string_view text,
   const std::size_t size = text.size() + children.size();
   if (size > kLargestSize || (!text.empty() && !children.empty())) {
     element.holds_ = TAVDOMElement::kBoth;
-    content.both =
-        std::construct_at(allocate<TAVDOMElement::Both>(storage_.arena), TAVDOMElement::Both{text, children});
+    content.both = std::construct_at(allocate<TAVDOMElement::Both>(storage_.lasting),
+                                     TAVDOMElement::Both{text, children});
   } else if (children.empty()) {
     element.size_ = static_cast<std::uint32_t>(size);
     content.text = text.data();
@@ -111,8 +131,8 @@ std::span<const TAVDOMElement> TreeBuilder::placed(std::span<const TAVDOMElement
     throw TreeLimit("an element has more than 2,147,483,647 children");
   const bool indexed = children.size() >= kIndexedChildren;
   const std::size_t front = indexed ? sizeof(ChildIndex::Front) : 0;
-  auto* place =
-      static_cast<std::byte*>(storage_.arena.allocate(front + children.size_bytes(), alignof(TAVDOMElement)));
+  auto* place = static_cast<std::byte*>(
+      storage_.elements.allocate(front + children.size_bytes(), alignof(TAVDOMElement)));
   auto* first = reinterpret_cast<TAVDOMElement*>(place + front);
   std::uninitialized_copy(children.begin(), children.end(), first);
   if (indexed)
@@ -123,11 +143,11 @@ std::span<const TAVDOMElement> TreeBuilder::placed(std::span<const TAVDOMElement
 const ChildIndex* TreeBuilder::indexOf(std::span<const TAVDOMElement> children) const {
   ChildIndex::Builder index;
   for (std::uint32_t i = 0; i < children.size(); ++i) index.add(*children[i].name_, i);
-  return index.finish(storage_.arena);
+  return index.finish(storage_.elements);
 }
 
 const TAVDOMElement* TreeBuilder::finish() {
-  return std::construct_at(allocate<TAVDOMElement>(storage_.arena), closed_.front());
+  return std::construct_at(allocate<TAVDOMElement>(storage_.lasting), closed_.front());
 }
 
 }  // namespace tav

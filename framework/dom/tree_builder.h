@@ -8,18 +8,22 @@
 #include <vector>
 
 #include "framework/dom/arena.h"
+#include "framework/dom/attribute_lists.h"
 #include "framework/dom/child_index.h"
 #include "framework/dom/element.h"
 #include "framework/dom/names.h"
 #include "framework/dom/texts.h"
+#include "framework/dom/unkept_content.h"
 
 namespace tav {
 
 /// Where the trees of a TAVDOM lie.
 struct DomStorage {
-  Arena arena;
-  DomNames names{arena};
-  DomTexts texts{arena};
+  Arena elements;  // lists of child elements: all lists in an element lie in front of its own
+  Arena lasting;   // what stays when lists are given back
+  DomNames names{lasting};
+  DomTexts texts{lasting};
+  AttributeLists lists{lasting};
 };
 
 /// More than a tree can hold; its text says of what.
@@ -38,7 +42,7 @@ struct TagAttribute {
 /// its own: depth costs heap, never call stack.
 class TreeBuilder {
  public:
-  explicit TreeBuilder(DomStorage& storage);
+  TreeBuilder(DomStorage& storage, UnkeptContent unkept);
 
   void start(std::string_view name, std::uint64_t line, std::span<const TagAttribute> attributes);
   /// Text directly in the innermost element. Throws TreeLimit.
@@ -75,16 +79,24 @@ class TreeBuilder {
     bool hasWords = false;  // whether its text is more than white space
   };
 
+  [[nodiscard]] bool isUnkept() const noexcept { return open_.size() >= unkeptDepth_; }
+  [[nodiscard]] bool startsUnkept(std::string_view name) const;
+  void startUnkept(std::string_view name);
   void keepAttributes(std::span<const TagAttribute> attributes, TAVDOMElement& element);
   void hold(TAVDOMElement& element, std::string_view text, std::span<const TAVDOMElement> children);
   void close(const TAVDOMElement& element);
   std::span<const TAVDOMElement> placed(std::span<const TAVDOMElement> children);
   const ChildIndex* indexOf(std::span<const TAVDOMElement> children) const;
 
+  static constexpr std::size_t kNoDepth = static_cast<std::size_t>(-1);
+
   DomStorage& storage_;
+  UnkeptContent unkept_;
+  std::size_t unkeptDepth_ = kNoDepth;  // of an open element whose content is not kept, counted from 1
   std::vector<Frame> open_;
   std::vector<TAVDOMElement> closed_;  // elements whose parent is still open
   std::string text_;
+  std::vector<DomAttribute> kept_;  // of one tag
 };
 
 }  // namespace tav

@@ -16,12 +16,12 @@ class Slots {
   Slots(const Slots&) = delete;
   Slots& operator=(const Slots&) = delete;
   ~Slots() {
-    if (more_) std::allocator<Slot>().deallocate(more_, capacity_);
+    if (hasMore()) std::allocator<Slot>().deallocate(held_.more, capacity());
   }
 
   [[nodiscard]] std::size_t size() const noexcept { return size_; }
-  [[nodiscard]] Slot* data() noexcept { return more_ ? more_ : &first_; }
-  [[nodiscard]] const Slot* data() const noexcept { return more_ ? more_ : &first_; }
+  [[nodiscard]] Slot* data() noexcept { return hasMore() ? held_.more : &held_.first; }
+  [[nodiscard]] const Slot* data() const noexcept { return hasMore() ? held_.more : &held_.first; }
   [[nodiscard]] Slot& operator[](std::size_t place) noexcept { return data()[place]; }
   [[nodiscard]] const Slot& operator[](std::size_t place) const noexcept { return data()[place]; }
   [[nodiscard]] Slot* begin() noexcept { return data(); }
@@ -31,7 +31,7 @@ class Slots {
 
   /// Changes nothing when memory runs out.
   void append(Slot slot) {
-    if (size_ == capacity_) grow();
+    if (size_ == capacity()) grow();
     std::construct_at(end(), slot);
     ++size_;
   }
@@ -39,19 +39,26 @@ class Slots {
   void truncate(std::size_t size) noexcept { size_ = static_cast<std::uint32_t>(size); }
 
  private:
+  union Held {
+    Slot first{};
+    Slot* more;
+  };
+
+  [[nodiscard]] bool hasMore() const noexcept { return doublings_ > 0; }
+  [[nodiscard]] std::size_t capacity() const noexcept { return std::size_t{1} << doublings_; }
+
   void grow() {
     // Only slots that are taken are written: the others cost no memory until they are.
-    Slot* const more = std::allocator<Slot>().allocate(std::size_t{2} * capacity_);
+    Slot* const more = std::allocator<Slot>().allocate(2 * capacity());
     std::uninitialized_copy(begin(), end(), more);
-    if (more_) std::allocator<Slot>().deallocate(more_, capacity_);
-    more_ = more;
-    capacity_ *= 2;
+    if (hasMore()) std::allocator<Slot>().deallocate(held_.more, capacity());
+    held_.more = more;
+    ++doublings_;
   }
 
-  Slot* more_ = nullptr;
+  Held held_;
   std::uint32_t size_ = 0;
-  std::uint32_t capacity_ = 1;
-  Slot first_;
+  std::uint8_t doublings_ = 0;  // of the capacity, which begins with the one slot in here
 };
 
 struct Indexes;
@@ -61,11 +68,11 @@ struct TAV_API DeleteIndexes {
 
 /// What a collection keeps once something has been added to it.
 struct ManyData {
-  Slots slots;
+  [[no_unique_address]] Slots slots;  // what follows lies in its last bytes
+  std::uint8_t row = 0;
   std::unique_ptr<Indexes, DeleteIndexes> indexes;
   std::uint32_t live = 0;
   std::uint32_t front = 0;  ///< the first slot that is no hole
-  std::uint8_t row = 0;
 };
 
 }  // namespace tav

@@ -18,8 +18,8 @@ TAVString buildStackTrace() {
   const int count = backtrace(frames.data(), static_cast<int>(frames.size()));
   const auto free = [](char** lines) { std::free(lines); };  // NOLINT(cppcoreguidelines-no-malloc)
   const std::unique_ptr<char*, decltype(free)> lines(backtrace_symbols(frames.data(), count), free);
-  TAVString text;
-  if (!lines) return text;
+  std::string text;
+  if (!lines) return {};
   for (int i = 1; i < count; ++i) {  // the innermost frame is this function
     text += lines.get()[i];
     text += "\n";

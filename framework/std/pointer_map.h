@@ -14,7 +14,7 @@ template <class Value> class PointerMap {
   /// The value of `key`, which is `value` if it had none; and whether it had none. Valid until the next
   /// change.
   std::pair<Value*, bool> tryEmplace(const void* key, const Value& value) {
-    if ((count_ + 1) * 2 > entries_.size()) grow();
+    if ((count_ + 1) * 4 > entries_.size() * 3) grow();
     Entry& entry = entries_[placeOf(key)];
     const bool isNew = entry.key == nullptr;
     if (isNew) {

@@ -34,7 +34,7 @@ const TAVString& TAVString::getEmptyString() {
 }
 
 bool TAVString::equals(std::string_view other, bool caseSensitive) const noexcept {
-  return same(text_, other, caseSensitive);
+  return same(view(), other, caseSensitive);
 }
 
 bool TAVString::startsWith(std::string_view prefix, bool caseSensitive) const noexcept {
@@ -42,13 +42,13 @@ bool TAVString::startsWith(std::string_view prefix, bool caseSensitive) const no
 }
 
 bool TAVString::endsWith(std::string_view suffix, bool caseSensitive) const noexcept {
-  return suffix.size() <= text_.size() &&
-         same(view().substr(text_.size() - suffix.size()), suffix, caseSensitive);
+  return suffix.size() <= view().size() &&
+         same(view().substr(view().size() - suffix.size()), suffix, caseSensitive);
 }
 
 std::int32_t TAVString::find(std::string_view part, std::int32_t start) const noexcept {
-  const std::size_t found = text_.find(part, start < 0 ? 0 : static_cast<std::size_t>(start));
-  return found == std::string::npos ? -1 : static_cast<std::int32_t>(found);
+  const std::size_t found = view().find(part, start < 0 ? 0 : static_cast<std::size_t>(start));
+  return found == std::string_view::npos ? -1 : static_cast<std::int32_t>(found);
 }
 
 TAVString TAVString::mid(std::int32_t start, std::int32_t count) const {
@@ -65,19 +65,19 @@ TAVString TAVString::left(std::int32_t count) const {
 }
 
 TAVString TAVString::trim() const {
-  return withoutTrailing(withoutLeading(text_, kWhiteSpace), kWhiteSpace);
+  return withoutTrailing(withoutLeading(view(), kWhiteSpace), kWhiteSpace);
 }
 
 TAVString TAVString::trimSpaces() const {
-  return withoutTrailing(withoutLeading(text_, kBlanks), kBlanks);
+  return withoutTrailing(withoutLeading(view(), kBlanks), kBlanks);
 }
 
 TAVString TAVString::trimLeadingSpaces() const {
-  return withoutLeading(text_, kBlanks);
+  return withoutLeading(view(), kBlanks);
 }
 
 TAVString TAVString::toUpper() const {
-  std::string upper = text_;
+  std::string upper = str();
   for (char& c : upper)
     if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
   return upper;
@@ -89,13 +89,14 @@ TAVString TAVString::toLower() const {
 
 TAVString TAVString::replaceAll(std::string_view from, std::string_view to) const {
   if (from.empty()) return *this;
+  const std::string_view text = view();
   std::string result;
   std::size_t done = 0;
-  for (std::size_t at = text_.find(from); at != std::string::npos; at = text_.find(from, done)) {
-    result.append(text_, done, at - done).append(to);
+  for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, done)) {
+    result.append(text, done, at - done).append(to);
     done = at + from.size();
   }
-  return result.append(text_, done);
+  return result.append(text, done);
 }
 
 std::string tav::foldCase(std::string_view text) {

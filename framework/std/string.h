@@ -5,38 +5,54 @@
 #include <concepts>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "framework/api.h"
+#include "framework/std/sized_text.h"
 
 /// A string of bytes, UTF-8 by convention, owned by value. It converts to and from a view, so that the
-/// standard library's algorithms serve it; positions and lengths count bytes, from 0.
+/// standard library's algorithms serve it; positions and lengths count bytes, from 0. It holds at most 4 GB,
+/// and throws a std::length_error for more. An empty one is a null pointer: most texts of a model are empty.
 class TAV_API TAVString {
  public:
   TAVString() = default;
-  TAVString(const char* text) : text_(text ? text : "") {}          // NOLINT(google-explicit-constructor)
-  TAVString(std::string_view text) : text_(text) {}                 // NOLINT(google-explicit-constructor)
-  TAVString(std::string text) noexcept : text_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
-  explicit TAVString(char character) : text_(1, character) {}
+  TAVString(const char* text)  // NOLINT(google-explicit-constructor)
+      : TAVString(text ? std::string_view(text) : std::string_view()) {}
+  TAVString(std::string_view text)
+      : text_(tav::makeSizedText(text)) {}  // NOLINT(google-explicit-constructor)
+  TAVString(const std::string& text)
+      : TAVString(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
+  explicit TAVString(char character) : TAVString(std::string_view(&character, 1)) {}
+  TAVString(const TAVString& other) : TAVString(other.view()) {}
+  TAVString(TAVString&& other) noexcept = default;
+  TAVString& operator=(const TAVString& other) {
+    if (this != &other) text_ = tav::makeSizedText(other.view());
+    return *this;
+  }
+  TAVString& operator=(TAVString&& other) noexcept = default;
+  ~TAVString() = default;
 
   /// One shared empty string, for operations that return a reference to a value that is absent.
   static const TAVString& getEmptyString();
 
-  operator std::string_view() const noexcept { return text_; }  // NOLINT(google-explicit-constructor)
-  [[nodiscard]] const std::string& str() const noexcept { return text_; }
-  [[nodiscard]] const char* c_str() const noexcept { return text_.c_str(); }
-  [[nodiscard]] std::string_view view() const noexcept { return text_; }
-  [[nodiscard]] bool empty() const noexcept { return text_.empty(); }
-  [[nodiscard]] std::int32_t length() const noexcept { return static_cast<std::int32_t>(text_.size()); }
+  operator std::string_view() const noexcept { return view(); }  // NOLINT(google-explicit-constructor)
+  [[nodiscard]] std::string str() const { return std::string(view()); }
+  [[nodiscard]] const char* c_str() const noexcept { return text_ ? view().data() : ""; }
+  [[nodiscard]] std::string_view view() const noexcept { return tav::SizedText(text_.get()); }
+  [[nodiscard]] bool empty() const noexcept { return !text_; }
+  [[nodiscard]] std::int32_t length() const noexcept { return static_cast<std::int32_t>(view().size()); }
 
   /// The character at `index`; any index outside the text gives the NUL behind its end.
   char operator[](std::int32_t index) const noexcept {
-    return index < 0 || index >= length() ? '\0' : text_[static_cast<std::size_t>(index)];
+    return index < 0 || index >= length() ? '\0' : view()[static_cast<std::size_t>(index)];
   }
 
+  /// Cost: the length of both texts; what grows piece by piece is a std::string until it is whole.
   TAVString& operator+=(std::string_view more) {
-    text_ += more;
+    text_ = tav::makeSizedText(view(), more);
     return *this;
   }
 
@@ -64,18 +80,24 @@ class TAV_API TAVString {
   /// `from` changes nothing.
   [[nodiscard]] TAVString replaceAll(std::string_view from, std::string_view to) const;
 
-  friend bool operator==(const TAVString& a, const TAVString& b) noexcept { return a.text_ == b.text_; }
+  friend bool operator==(const TAVString& a, const TAVString& b) noexcept { return a.view() == b.view(); }
   template <std::convertible_to<std::string_view> Text>
   friend bool operator==(const TAVString& a, const Text& b) noexcept {
-    return a.text_ == std::string_view(b);
+    return a.view() == std::string_view(b);
   }
-  friend auto operator<=>(const TAVString& a, const TAVString& b) noexcept { return a.text_ <=> b.text_; }
-  friend TAVString operator+(const TAVString& a, const TAVString& b) { return {a.text_ + b.text_}; }
-  friend TAVString operator+(const TAVString& a, const char* b) { return {a.text_ + b}; }
-  friend TAVString operator+(const char* a, const TAVString& b) { return {a + b.text_}; }
+  friend auto operator<=>(const TAVString& a, const TAVString& b) noexcept { return a.view() <=> b.view(); }
+  friend TAVString operator+(const TAVString& a, const TAVString& b) { return sum(a, b); }
+  friend TAVString operator+(const TAVString& a, const char* b) { return sum(a, b); }
+  friend TAVString operator+(const char* a, const TAVString& b) { return sum(a, b); }
 
  private:
-  std::string text_;
+  static TAVString sum(std::string_view a, std::string_view b) {
+    TAVString both;
+    both.text_ = tav::makeSizedText(a, b);
+    return both;
+  }
+
+  std::unique_ptr<char[]> text_;
 };
 
 template <> struct std::hash<TAVString> {

@@ -67,7 +67,7 @@ TemporaryFolder::TemporaryFolder(const TAVString& prefix) {
   const HeldSignals held;
   while (descriptor_ < 0) {
     folder_ = TAVFile::makeTempDir(prefix);
-    const std::string& path = folder_.getPath().str();
+    const std::string path = folder_.getPath().str();
     descriptor_ = openFolder(path);
     if (descriptor_ < 0 && errno != ENOENT) failWith(path);
     // Until it is locked, another may take it for one that was left behind. A file system without locks lets

@@ -50,7 +50,7 @@ std::vector<std::string_view> linesOf(std::string_view text) {
   return lines;
 }
 
-void addLine(TAVString& lines, std::string_view line) {
+void addLine(std::string& lines, std::string_view line) {
   if (!lines.empty()) lines += "\n";
   lines += line;
 }

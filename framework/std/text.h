@@ -22,7 +22,7 @@ TAV_API std::size_t skipBlanks(std::string_view text, std::size_t at) noexcept;
 TAV_API std::vector<std::string_view> linesOf(std::string_view text);
 
 /// Adds a line to a list of lines that is kept as one text, `a\nb`.
-TAV_API void addLine(TAVString& lines, std::string_view line);
+TAV_API void addLine(std::string& lines, std::string_view line);
 
 /// `name` as a key for look-ups that ignore letter case in every script: Unicode's simple case folding, which
 /// keeps the number of characters. Bytes that are no UTF-8 stay as they are. For names that people type and

@@ -6,6 +6,8 @@
 
 namespace tav {
 
+/// What annotations of designers hold that only say how they draw: nobody reads it.
+extern const UnkeptContent kDrawings;
 /// Whether an annotation only says how a designer draws what it belongs to.
 bool isDesignerLayout(const TAVDOMElement& annotation);
 /// The name of an annotation, without the address in front that all of a designer's have.

@@ -18,18 +18,27 @@ using namespace tav::xmla;  // NOLINT(google-build-using-namespace): the vocabul
 namespace tav {
 namespace {
 
+struct DatabasePart {
+  const TAVDOMElement* element;
+  TAVDOM::Place begin;  ///< where the last part in front of it ends that has child elements; null without one
+};
+
 /// The parts of a database in the order in which they refer to each other, as far as their names are needed
 /// at once: cubes to dimensions, mining structures to cubes.
-std::vector<const TAVDOMElement*> partsOf(const TAVDOMElement& database) {
-  std::vector<const TAVDOMElement*> parts;
-  for (const TAVDOMElement& part : database.getElements()) parts.push_back(&part);
-  const auto rank = [](const TAVDOMElement* part) {
-    const std::string_view tag = part->getLocalName();
+std::vector<DatabasePart> partsOf(const TAVDOMElement& database) {
+  std::vector<DatabasePart> parts;
+  TAVDOM::Place begin = nullptr;
+  for (const TAVDOMElement& element : database.getElements()) {
+    parts.push_back({&element, begin});
+    if (!isLeaf(element)) begin = TAVDOM::endOf(element);
+  }
+  const auto rank = [](const DatabasePart& part) {
+    const std::string_view tag = part.element->getLocalName();
     if (tag == kCubes) return 1;
     return tag == "MiningStructures" ? 2 : 0;
   };
   std::stable_sort(parts.begin(), parts.end(),
-                   [&](const TAVDOMElement* a, const TAVDOMElement* b) { return rank(a) < rank(b); });
+                   [&](const DatabasePart& a, const DatabasePart& b) { return rank(a) < rank(b); });
   return parts;
 }
 
@@ -61,7 +70,9 @@ class ElementWalk {
     root.isItem = true;
     items_.readOwn(root, reading_.run.model);
     values_.readAttributes(root);
-    for (const TAVDOMElement* part : partsOf(database)) {
+    for (const auto& [part, begin] : partsOf(database)) {
+      // Nobody looks at the elements of cubes again.
+      released_ = part->getLocalName() == kCubes ? begin : nullptr;
       enter(*part, root, 0);
       while (!places_.empty()) step();
     }
@@ -75,6 +86,7 @@ class ElementWalk {
       enter(*place.element->getElement(index), place, index);
     } else {
       leave(place);
+      release(*place.element);
       places_.pop_back();
     }
   }
@@ -180,7 +192,17 @@ class ElementWalk {
     // Which of several key columns it is.
     if (parent.isList && parent.element->getElementCount() > 1 &&
         place.element->getLocalName().ends_with("Column"))
-      place.text = numbers_.emplace_back(std::to_string(index + 1));
+      place.text = numberText(index);
+  }
+
+  void release(const TAVDOMElement& element) {
+    if (released_) released_ = reading_.run.document->release(released_, element);
+  }
+
+  std::string_view numberText(std::int32_t index) {
+    while (static_cast<std::size_t>(index) >= numbers_.size())
+      numbers_.push_back(std::to_string(numbers_.size() + 1));
+    return numbers_[static_cast<std::size_t>(index)];
   }
 
   void leave(const ElementPlace& place) {
@@ -211,13 +233,13 @@ class ElementWalk {
   ValueReader values_;
   std::unordered_map<ChildKey, RuleTree::Node, ChildHash> children_;
   std::deque<ElementPlace> places_;
-  std::deque<std::string> numbers_;  // texts of relations
+  std::deque<std::string> numbers_;   // texts of relations, from 1
+  TAVDOM::Place released_ = nullptr;  // elements are given back up to here; null where they stay
 };
 
 }  // namespace
 
 void readDetails(ImportRun& run, const TAVDOMElement& database) {
-  if (!run.details) return;
   IdReferences references(run);
   ElementWalk walk(run, references);
   walk.read(database);

@@ -29,9 +29,30 @@ void IdReferences::relate(RelationKind kind, ItemId from, ItemId to, std::string
   run_.details->relate(kind, from, to, text);
 }
 
+void IdReferences::add(const IdReference& reference) {
+  references_.push_back({reference.id.data(), reference.scope,
+                         static_cast<std::uint32_t>(reference.id.size()), reference.item, wordsOf(reference),
+                         reference.relation, reference.space});
+}
+
+/// Tags are kept once for the document, and texts for many relations, so that they are known again by where
+/// they lie.
+std::uint32_t IdReferences::wordsOf(const IdReference& reference) {
+  const auto number = static_cast<std::uint32_t>(words_.size());
+  const auto [place, isNew] =
+      wordsByPlace_.try_emplace({reference.tag.data(), reference.text.data()}, number);
+  if (isNew) words_.push_back({reference.tag, reference.text});
+  return place->second;
+}
+
+IdReference IdReferences::whole(const Kept& kept) const {
+  const Words& words = words_[kept.words];
+  return {kept.item, kept.relation, kept.space, kept.scope, {kept.id, kept.idSize}, words.tag, words.text};
+}
+
 void IdReferences::resolve() {
   for (; !columns_.empty(); columns_.pop_front()) resolve(columns_.front());
-  for (; !references_.empty(); references_.pop_front()) resolve(references_.front());
+  for (; !references_.empty(); references_.pop_front()) resolve(whole(references_.front()));
 }
 
 void IdReferences::resolve(const IdReference& reference) {

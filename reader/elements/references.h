@@ -42,7 +42,8 @@ class IdReferences {
   explicit IdReferences(ImportRun& run) : run_(run), ids_(*run.details) {}
 
   [[nodiscard]] IdRegistry& ids() noexcept { return ids_; }
-  void add(const IdReference& reference) { references_.push_back(reference); }
+  /// The texts of the reference, like what it is of, live as long as the document.
+  void add(const IdReference& reference);
   void add(const ColumnReference& reference) { columns_.push_back(reference); }
   /// A relation between two items, once for all times that it is said.
   void relate(RelationKind kind, ItemId from, ItemId to, std::string_view text = {});
@@ -59,10 +60,35 @@ class IdReferences {
   std::string nearestColumn(const ColumnReference& reference);
   std::string_view nearestTable(const ColumnReference& reference);
 
+  /// A reference until it is resolved: there are as many as anything.
+  struct Kept {
+    const char* id;
+    const IdScope* scope;
+    std::uint32_t idSize;
+    ItemId item;
+    std::uint32_t words;
+    RelationKind relation;
+    IdSpace space;
+  };
+  /// The tag and the text of many references.
+  struct Words {
+    std::string_view tag;
+    std::string_view text;
+  };
+  struct WordsHash {
+    std::size_t operator()(const std::pair<const char*, const char*>& key) const noexcept {
+      return std::hash<const void*>()(key.first) * 31 + std::hash<const void*>()(key.second);
+    }
+  };
+  std::uint32_t wordsOf(const IdReference& reference);
+  [[nodiscard]] IdReference whole(const Kept& kept) const;
+
   ImportRun& run_;
   IdRegistry ids_;
   // They go as they are resolved, while the relations that they become are added.
-  std::deque<IdReference> references_;
+  std::deque<Kept> references_;
+  std::vector<Words> words_;
+  std::unordered_map<std::pair<const char*, const char*>, std::uint32_t, WordsHash> wordsByPlace_;
   std::deque<ColumnReference> columns_;
   NumberSet known_;  // relations without a text
   std::set<std::pair<ItemId, std::string>> missing_;

@@ -137,6 +137,58 @@ TEST(Dom, TreesOfSeveralDocumentsLiveSideBySide) {
   EXPECT_EQ(tav::test::dump(*second), "1 a\n  1 b [2]") << "what broke off inside declares nothing here";
 }
 
+bool isDrawing(const tav::ElementsAround& around) {
+  return around.grandparent.local == "list" && around.parent.written == "note" && !around.before.empty() &&
+         around.before.front().getValue() == "drawing";
+}
+
+// Behind a document type it is not the scanner that reads.
+TEST(Dom, UnkeptContentIsCheckedAndLeftOut) {
+  constexpr std::string_view kNotes =
+      "<list><note><n>drawing</n><v a='1'>t<b c='d'>&amp;<e/>u</b><![CDATA[s]]><v>x</v></v><w>y</w></note>"
+      "<note><n>other</n><v><b/></v></note><v>z</v><n>drawing</n><v/></list>";
+  constexpr std::string_view kKept =
+      "1 list\n  1 note\n    1 n [drawing]\n    1 v a=[1]\n    1 w [y]\n"
+      "  1 note\n    1 n [other]\n    1 v\n      1 b\n  1 v [z]\n  1 n [drawing]\n  1 v";
+  for (const std::string front : {"", "<!DOCTYPE list>"}) {
+    TAVDOM dom(nullptr);
+    dom.setUnkept({"v", isDrawing});
+    EXPECT_EQ(tav::test::dump(*dom.parseText(front + std::string(kNotes), "")), kKept);
+    try {
+      dom.parseText(front + "<list><note><n>drawing</n><v>\n<b></c></v></note></list>", "doc");
+      FAIL() << "no exception";
+    } catch (const TAVException& e) {
+      EXPECT_GE(e.getMessage().find("doc:2:"), 0) << e.getMessage().str();
+    }
+    EXPECT_EQ(tav::test::dump(*dom.parseText("<list>1</list>", "")), "1 list [1]")
+        << "after it broke off inside";
+  }
+}
+
+TEST(Dom, WhatIsReleasedLeavesAllElseAsItWas) {
+  constexpr std::int32_t kRows = 100'000;
+  std::string document = "<r><first><a/></first><rows>";
+  for (std::int32_t i = 0; i < kRows; ++i)
+    document += "<row t='" + std::to_string(i) + "'>x<a/><a>" + std::to_string(i) + " is a text</a></row>";
+  TAVDOM dom(nullptr);
+  const TAVDOMElement& root = *dom.parseText(document + "</rows><last><a>1</a></last></r>", "");
+  const TAVDOM::Place first = TAVDOM::endOf(*root.getFirstElement("first"));
+  TAVDOM::Place from = first;
+  const std::string_view text = root.getElement(1)->getElement(7)->getElement(1)->getValue();
+  const TAVDOMElement& rows = *root.getFirstElement("rows");
+  for (std::int32_t i = 0; i < kRows; ++i) {
+    const TAVDOMElement& row = *rows.getElement(i);
+    ASSERT_EQ(row.getElement(1)->getValue(), std::to_string(i) + " is a text");
+    from = dom.release(from, row);
+    ASSERT_EQ(row.getAttribute("t"), std::to_string(i));
+    ASSERT_EQ(row.getValue(), "x");
+  }
+  EXPECT_NE(from, first);
+  EXPECT_EQ(text, "7 is a text");
+  dom.release(from, rows);
+  EXPECT_EQ(root.getFirstElement("last")->getFirstElementValue("a"), "1");
+}
+
 std::string messageOf(const std::string& path) {
   TAVDOM dom(nullptr);
   try {

@@ -64,6 +64,24 @@ TEST(String, BytesOfEveryKindAreKept) {
   EXPECT_EQ(text + TAVString('c'), TAVString(std::string("a\0bc", 4)));
   EXPECT_EQ(TAVString(static_cast<const char*>(nullptr)), "");
   EXPECT_TRUE(TAVString::getEmptyString().empty());
+  EXPECT_STREQ(TAVString().c_str(), "");
+}
+
+TEST(String, CopiesAreTheirOwn) {
+  TAVString text = "ab";
+  const TAVString copy = text;
+  text += text;
+  text += "";
+  EXPECT_STREQ(text.c_str(), "abab");
+  text = text;  // NOLINT(clang-diagnostic-self-assign-overloaded): what it is about
+  const TAVString moved = std::move(text);
+  EXPECT_EQ(moved, "abab");
+  text = copy;
+  EXPECT_EQ(text, "ab");
+  text = "";
+  EXPECT_TRUE(text.empty());
+  EXPECT_EQ(copy + text + "c", "abc");
+  EXPECT_LT(text, copy);
 }
 
 }  // namespace
