@@ -35,17 +35,17 @@ class Arena {
   /// Gives back the whole huge pages between `from` and the piece at `to`, which was given out later. Returns
   /// what `from` is the next time: at the first time it is a piece.
   const void* release(const void* from, const void* to) {
-    const auto* begin = static_cast<const std::byte*>(from);
-    const auto* end = static_cast<const std::byte*>(to);
-    const auto distance = static_cast<std::size_t>(begin < end ? end - begin : begin - end);
-    if (distance < kHugePage) return from;
-    const std::size_t last = numberOf(end);
-    for (std::size_t number = numberOf(begin); number < last; ++number) {
-      const Block& block = blocks_[number];
-      discard(begin, block.bytes.get() + block.size);
-      begin = blocks_[number + 1].bytes.get();
+    const std::uintptr_t begin = addressOf(from);
+    const std::uintptr_t end = addressOf(to);
+    if ((begin < end ? end - begin : begin - end) < kHugePage) return from;
+    const std::size_t last = numberOf(to);
+    std::size_t number = numberOf(from);
+    std::byte* place = blocks_[number].bytes.get() + (begin - addressOf(blocks_[number].bytes.get()));
+    for (; number < last; ++number) {
+      discard(place, blocks_[number].bytes.get() + blocks_[number].size);
+      place = blocks_[number + 1].bytes.get();
     }
-    return discard(begin, end);
+    return discard(place, place + (end - addressOf(place)));
   }
 
   /// The text copied into the arena.
@@ -82,17 +82,23 @@ class Arena {
     capacity_ = size;
   }
 
-  [[nodiscard]] std::size_t numberOf(const std::byte* place) const {
-    return std::prev(numbers_.upper_bound(place))->second;
+  static std::uintptr_t addressOf(const void* place) noexcept {
+    return reinterpret_cast<std::uintptr_t>(place);
+  }
+
+  /// Of the block that a piece is in.
+  [[nodiscard]] std::size_t numberOf(const void* piece) const {
+    return std::prev(numbers_.upper_bound(static_cast<const std::byte*>(piece)))->second;
   }
 
   /// Gives back the whole huge pages there and returns what follows them. It is advice as well.
-  static const std::byte* discard(const std::byte* begin, const std::byte* end) {
-    const auto first = (reinterpret_cast<std::uintptr_t>(begin) + kHugePage - 1) & ~(kHugePage - 1);
-    const auto last = reinterpret_cast<std::uintptr_t>(end) & ~(kHugePage - 1);
-    if (first >= last) return begin;
-    madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
-    return reinterpret_cast<const std::byte*>(last);
+  static std::byte* discard(std::byte* begin, std::byte* end) {
+    const std::size_t size = addressOf(end) - addressOf(begin);
+    const std::size_t front = (kHugePage - addressOf(begin) % kHugePage) % kHugePage;
+    const std::size_t back = addressOf(end) % kHugePage;
+    if (front + back >= size) return begin;
+    madvise(begin + front, size - front - back, MADV_DONTNEED);
+    return end - back;
   }
 
   std::vector<Block> blocks_;

@@ -19,12 +19,11 @@
 class TAV_API TAVString {
  public:
   TAVString() = default;
-  TAVString(const char* text)  // NOLINT(google-explicit-constructor)
-      : TAVString(text ? std::string_view(text) : std::string_view()) {}
-  TAVString(std::string_view text)
-      : text_(tav::makeSizedText(text)) {}  // NOLINT(google-explicit-constructor)
-  TAVString(const std::string& text)
-      : TAVString(std::string_view(text)) {}  // NOLINT(google-explicit-constructor)
+  // NOLINTBEGIN(google-explicit-constructor): texts of all kinds are given as what they are
+  TAVString(const char* text) : TAVString(text ? std::string_view(text) : std::string_view()) {}
+  TAVString(std::string_view text) : text_(tav::makeSizedText(text)) {}
+  TAVString(const std::string& text) : TAVString(std::string_view(text)) {}
+  // NOLINTEND(google-explicit-constructor)
   explicit TAVString(char character) : TAVString(std::string_view(&character, 1)) {}
   TAVString(const TAVString& other) : TAVString(other.view()) {}
   TAVString(TAVString&& other) noexcept = default;
