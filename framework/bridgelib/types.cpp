@@ -76,7 +76,7 @@ TAVDerivedType& tav::fetchDerivedType(TAVModel& model, std::string_view typeName
   std::string name(typeName);
   if (length > 0) name.append("(").append(std::to_string(length)).append(")");
   if (auto* type = as<TAVDerivedType>(getType(model, name, TypeKind::derived))) return *type;
-  auto made = make<TAVDerivedType>(std::move(name));
+  auto made = make<TAVDerivedType>(name);
   made->dataType = typeName;
   made->nativeDataType = nativeDataType;
   made->length = length;

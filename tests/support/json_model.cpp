@@ -19,6 +19,7 @@ class JsonModelReader {
   SavedModel read(const Json& document) {
     if (document.at("format") != "tav-model/1") throw std::runtime_error("the format is not known");
     Owned<TAVObject> root = make(document.at("model"));
+    for (std::size_t i = 0; i < objects_.size(); ++i) addParts(*objects_[i].first, *objects_[i].second);
     for (const auto& [json, object] : objects_) refer(*json, *object);
     for (const auto& [json, object] : objects_) addProperties(*json, *object, *root);
     std::unique_ptr<Details> details;
@@ -27,7 +28,7 @@ class JsonModelReader {
   }
 
  private:
-  /// An object with all that it contains, one level for each level of the document.
+  /// An object without what it contains.
   Owned<TAVObject> make(const Json& json) {
     const ClassInfo* info = findClass(json.at("class").get<std::string>());
     if (!info || !info->create) throw std::runtime_error("no class " + json.at("class").dump());
@@ -37,12 +38,15 @@ class JsonModelReader {
       if (json.contains(row->name)) row->set(*object, valueOf(*row, json.at(std::string(row->name))));
     byId_.emplace(json.at("id").get<std::uint32_t>(), object.get());
     objects_.emplace_back(&json, object.get());
-    for (const auto& [name, value] : json.items()) {
-      const LinkInfo* link = findLink(*info, name, LinkKind::contained);
-      if (!link) continue;
-      for (const Json& part : value) linkObjects(link->number, *object, *make(part).release());
-    }
     return object;
+  }
+
+  void addParts(const Json& json, TAVObject& object) {
+    for (const auto& [name, value] : json.items()) {
+      const LinkInfo* link = findLink(classInfo(object.classId()), name, LinkKind::contained);
+      if (!link) continue;
+      for (const Json& part : value) linkObjects(link->number, object, *make(part).release());
+    }
   }
 
   static const LinkInfo* findLink(const ClassInfo& info, std::string_view name, LinkKind kind) {
@@ -84,13 +88,15 @@ class JsonModelReader {
 
   std::unique_ptr<Details> readDetails(const Json& json) {
     auto details = std::make_unique<Details>();
-    for (const Json& item : json.at("items"))
+    for (const Json& item : json.at("items")) {
       items_.emplace(item.at("id").get<std::uint32_t>(),
                      details->add(objectKindOf(text(item, "kind")).value(), kNoItem, text(item, "name"),
                                   text(item, "text"), text(item, "language")));
-    for (const Json& item : json.at("items"))
+    }
+    for (const Json& item : json.at("items")) {
       if (item.contains("owner"))
         details->setOwner(itemOf(*details, item, "id"), itemOf(*details, item, "owner"));
+    }
     for (const Json& relation : json.at("relations"))
       details->relate(relationKindOf(text(relation, "kind")).value(), itemOf(*details, relation, "from"),
                       itemOf(*details, relation, "to"), text(relation, "text"));
