@@ -79,7 +79,7 @@ class Scanner {
   std::unique_ptr<char[]> buffer_;
   std::size_t capacity_ = 0;
   Cursor here_;                // what has been scanned ends here
-  const char* end_ = nullptr;  // of what has been read; a NUL stands there
+  const char* end_ = nullptr;  // of what has been read; a word of NUL stands there
   bool isAtEnd_ = false;       // whether nothing is left to read
   bool hasBegun_ = false;
   std::uint64_t columnsBefore_ = 0;  // characters of the line that have left the buffer
