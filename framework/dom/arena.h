@@ -13,6 +13,18 @@
 #include <string_view>
 #include <vector>
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TAV_WATCHED_ARENA
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__)
+#define TAV_WATCHED_ARENA
+#endif
+#if defined(TAV_WATCHED_ARENA)
+#include <sanitizer/asan_interface.h>
+#endif
+
 namespace tav {
 
 /// Memory that is given out piece by piece and given back all at once, or from the front, for values that
@@ -32,20 +44,25 @@ class Arena {
     return block_ + start;
   }
 
-  /// Gives back the whole huge pages between `from` and the piece at `to`, which was given out later. Returns
-  /// what `from` is the next time: at the first time it is a piece.
-  const void* release(const void* from, const void* to) {
-    const std::uintptr_t begin = addressOf(from);
-    const std::uintptr_t end = addressOf(to);
-    if ((begin < end ? end - begin : begin - end) < kHugePage) return from;
-    const std::size_t last = numberOf(to);
-    std::size_t number = numberOf(from);
-    std::byte* place = blocks_[number].bytes.get() + (begin - addressOf(blocks_[number].bytes.get()));
-    for (; number < last; ++number) {
-      discard(place, blocks_[number].bytes.get() + blocks_[number].size);
-      place = blocks_[number + 1].bytes.get();
-    }
-    return discard(place, place + (end - addressOf(place)));
+  /// A place between two pieces.
+  struct Place {
+    std::size_t block = 0;
+    std::size_t offset = 0;
+  };
+  /// The place behind a piece of `size` bytes.
+  [[nodiscard]] Place placeBehind(const void* piece, std::size_t size) const {
+    const Place place = placeOf(piece);
+    return {place.block, place.offset + size};
+  }
+  /// Gives back the whole pages behind `from` and in front of the piece at `to`, which was given out later.
+  /// Returns where to go on.
+  Place release(Place from, const void* to) {
+    const Block& block = blocks_[from.block];
+    const std::size_t offset = addressOf(to) - addressOf(block.bytes.get());
+    if (offset < block.size && offset - from.offset < kGrain) return from;
+    const Place end = placeOf(to);
+    for (; from.block < end.block; from = {from.block + 1, 0}) discard(from, blocks_[from.block].size);
+    return {from.block, discard(from, end.offset)};
   }
 
   /// The text copied into the arena.
@@ -86,20 +103,34 @@ class Arena {
     return reinterpret_cast<std::uintptr_t>(place);
   }
 
-  /// Of the block that a piece is in.
-  [[nodiscard]] std::size_t numberOf(const void* piece) const {
-    return std::prev(numbers_.upper_bound(static_cast<const std::byte*>(piece)))->second;
+  [[nodiscard]] Place placeOf(const void* piece) const {
+    const auto block = std::prev(numbers_.upper_bound(static_cast<const std::byte*>(piece)));
+    return {block->second, addressOf(piece) - addressOf(block->first)};
   }
 
-  /// Gives back the whole huge pages there and returns what follows them. It is advice as well.
-  static std::byte* discard(std::byte* begin, std::byte* end) {
-    const std::size_t size = addressOf(end) - addressOf(begin);
-    const std::size_t front = (kHugePage - addressOf(begin) % kHugePage) % kHugePage;
-    const std::size_t back = addressOf(end) % kHugePage;
-    if (front + back >= size) return begin;
-    madvise(begin + front, size - front - back, MADV_DONTNEED);
+  /// Gives back the whole pages of a block from a place on; returns the offset behind them.
+  std::size_t discard(Place from, std::size_t end) {
+    std::byte* const bytes = blocks_[from.block].bytes.get();
+    const std::size_t front = (kGrain - addressOf(bytes + from.offset) % kGrain) % kGrain;
+    const std::size_t back = addressOf(bytes + end) % kGrain;
+    if (from.offset + front + back >= end) return from.offset;
+    giveBack(bytes + from.offset + front, end - back - front - from.offset);
     return end - back;
   }
+
+#if defined(TAV_WATCHED_ARENA)
+  // The sanitizer for addresses stops whoever looks there again.
+  static constexpr std::size_t kGrain = 8;
+  static void giveBack(std::byte* begin, std::size_t size) {
+    __asan_poison_memory_region(begin, size);
+  }
+#else
+  static constexpr std::size_t kGrain = kHugePage;
+  // It is advice as well.
+  static void giveBack(std::byte* begin, std::size_t size) {
+    madvise(begin, size, MADV_DONTNEED);
+  }
+#endif
 
   std::vector<Block> blocks_;
   std::map<const std::byte*, std::size_t, std::less<>> numbers_;  // of blocks, by where they lie

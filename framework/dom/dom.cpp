@@ -23,8 +23,16 @@ const TAVDOMElement* TAVDOM::parseFile(const TAVFile& file) {
   return tav::parseDocument(source, {*storage_, unkept_}, log_, path);
 }
 
+TAVDOM::Place TAVDOM::endOf(const TAVDOMElement& element) const {
+  const auto children = element.getElements();
+  const auto [block, offset] = storage_->elements.placeBehind(children.data(), children.size_bytes());
+  return {block, offset};
+}
+
 TAVDOM::Place TAVDOM::release(Place from, const TAVDOMElement& upTo) {
-  return storage_->elements.release(from, endOf(upTo));
+  const auto [block, offset] =
+      storage_->elements.release({from.block, from.offset}, upTo.getElements().data());
+  return {block, offset};
 }
 
 const TAVDOMElement* TAVDOM::parseText(std::string_view text, std::string_view name) {

@@ -54,9 +54,12 @@ class TAV_API TAVDOM {
   const TAVDOMElement* parseText(std::string_view text, std::string_view name);
 
   /// A place in a document that has been parsed, for release().
-  using Place = const void*;
+  struct Place {
+    std::size_t block;
+    std::size_t offset;
+  };
   /// Where an element ends that has child elements.
-  static Place endOf(const TAVDOMElement& element) noexcept { return element.getElements().data(); }
+  [[nodiscard]] Place endOf(const TAVDOMElement& element) const;
   /// Gives back memory of the lists of child elements that end behind `from` and before the list of `upTo`,
   /// which ends behind `from`, too. Nobody may look at the children of an element with such a list any more,
   /// nor at those of `upTo`; all that is said by the elements around them, names and texts of any element

@@ -129,14 +129,14 @@ void TreeBuilder::hold(TAVDOMElement& element, std::string_view text,
 std::span<const TAVDOMElement> TreeBuilder::placed(std::span<const TAVDOMElement> children) {
   if (!fits<std::int32_t>(children.size()))
     throw TreeLimit("an element has more than 2,147,483,647 children");
-  const bool indexed = children.size() >= kIndexedChildren;
-  const std::size_t front = indexed ? sizeof(ChildIndex::Front) : 0;
+  const bool isIndexed = children.size() >= kIndexedChildren;
+  const ChildIndex* index = isIndexed ? indexOf(children) : nullptr;
+  const std::size_t front = isIndexed ? sizeof(ChildIndex::Front) : 0;
   auto* place = static_cast<std::byte*>(
       storage_.elements.allocate(front + children.size_bytes(), alignof(TAVDOMElement)));
   auto* first = reinterpret_cast<TAVDOMElement*>(place + front);
   std::uninitialized_copy(children.begin(), children.end(), first);
-  if (indexed)
-    std::construct_at(reinterpret_cast<ChildIndex::Front*>(place), ChildIndex::Front{indexOf(children)});
+  if (isIndexed) std::construct_at(reinterpret_cast<ChildIndex::Front*>(place), ChildIndex::Front{index});
   return {first, children.size()};
 }
 

@@ -19,7 +19,8 @@ namespace tav {
 
 /// Where the trees of a TAVDOM lie.
 struct DomStorage {
-  Arena elements;  // lists of child elements: all lists in an element lie in front of its own
+  Arena elements;  // lists of child elements, each behind those of the elements in it, and its index in front
+                   // of it
   Arena lasting;   // what stays when lists are given back
   DomNames names{lasting};
   DomTexts texts{lasting};

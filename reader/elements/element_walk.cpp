@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -20,17 +21,17 @@ namespace {
 
 struct DatabasePart {
   const TAVDOMElement* element;
-  TAVDOM::Place begin;  ///< where the last part in front of it ends that has child elements; null without one
+  const TAVDOMElement* before;  ///< the last part in front of it that has child elements; null without one
 };
 
 /// The parts of a database in the order in which they refer to each other, as far as their names are needed
 /// at once: cubes to dimensions, mining structures to cubes.
 std::vector<DatabasePart> partsOf(const TAVDOMElement& database) {
   std::vector<DatabasePart> parts;
-  TAVDOM::Place begin = nullptr;
+  const TAVDOMElement* before = nullptr;
   for (const TAVDOMElement& element : database.getElements()) {
-    parts.push_back({&element, begin});
-    if (!isLeaf(element)) begin = TAVDOM::endOf(element);
+    parts.push_back({&element, before});
+    if (!isLeaf(element)) before = &element;
   }
   const auto rank = [](const DatabasePart& part) {
     const std::string_view tag = part.element->getLocalName();
@@ -70,10 +71,9 @@ class ElementWalk {
     root.isItem = true;
     items_.readOwn(root, reading_.run.model);
     values_.readAttributes(root);
-    for (const auto& [part, begin] : partsOf(database)) {
-      // Nobody looks at the elements of cubes again.
-      released_ = part->getLocalName() == kCubes ? begin : nullptr;
-      enter(*part, root, 0);
+    for (const DatabasePart& part : partsOf(database)) {
+      startRelease(part);
+      enter(*part.element, root, 0);
       while (!places_.empty()) step();
     }
   }
@@ -195,8 +195,15 @@ class ElementWalk {
       place.text = numberText(index);
   }
 
+  /// Nobody looks at the elements of cubes again.
+  void startRelease(const DatabasePart& part) {
+    released_.reset();
+    if (part.before && part.element->getLocalName() == kCubes)
+      released_ = reading_.run.document->endOf(*part.before);
+  }
+
   void release(const TAVDOMElement& element) {
-    if (released_) released_ = reading_.run.document->release(released_, element);
+    if (released_) released_ = reading_.run.document->release(*released_, element);
   }
 
   std::string_view numberText(std::int32_t index) {
@@ -233,8 +240,8 @@ class ElementWalk {
   ValueReader values_;
   std::unordered_map<ChildKey, RuleTree::Node, ChildHash> children_;
   std::deque<ElementPlace> places_;
-  std::deque<std::string> numbers_;   // texts of relations, from 1
-  TAVDOM::Place released_ = nullptr;  // elements are given back up to here; null where they stay
+  std::deque<std::string> numbers_;        // texts of relations, from 1
+  std::optional<TAVDOM::Place> released_;  // up to which elements are given back, where they are
 };
 
 }  // namespace
