@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 #include "bridge/import.h"
+#include "framework/modelbridge/host_observer.h"
 #include "framework/std/exception.h"
 #include "fuzz/require.h"
 #include "tests/support/model_laws.h"
@@ -41,6 +42,11 @@ class MemoryFile {
   int descriptor_;
 };
 
+class WithDetails : public tav::HostObserver {
+ public:
+  bool wantsDetails() override { return true; }
+};
+
 }  // namespace
 
 // libFuzzer gives the name.
@@ -48,9 +54,10 @@ class MemoryFile {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const MemoryFile file(data, size);
   NoLog log;
+  WithDetails observer;
   try {
     const tav::Owned<TAVStoreModel> model(execAsImport("fuzz", TAVFile(file.path()), &log, false));
-    const std::string broken = tav::test::brokenLaw(*model);
+    const std::string broken = tav::test::brokenLaw({*model, observer.details()});
     require(broken.empty(), broken.c_str());
   } catch (const TAVException& failure) {
     require(failure.getMessage().startsWith("[TAV", true) && failure.getMessage().find(file.path()) > 0,
