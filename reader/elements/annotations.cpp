@@ -21,12 +21,12 @@ bool isOfDrawing(std::string_view name) {
                      [&](std::string_view beginning) { return own.starts_with(beginning); });
 }
 
+/// Designers write the name first. Where it stands elsewhere the drawing is kept, and passed over all the
+/// same.
 bool isDrawing(const ElementsAround& around) {
-  if (around.parent.local != "Annotation" || around.grandparent.local != "Annotations") return false;
-  const auto name =
-      std::find_if(around.before.begin(), around.before.end(),
-                   [](const TAVDOMElement& element) { return element.getTagName() == xmla::kName; });
-  return name != around.before.end() && isOfDrawing(name->getValue());
+  return around.parent.local == "Annotation" && around.grandparent.local == "Annotations" &&
+         !around.before.empty() && around.before.front().getTagName() == xmla::kName &&
+         isOfDrawing(around.before.front().getValue());
 }
 
 }  // namespace

@@ -45,9 +45,10 @@ std::uint32_t IdReferences::wordsOf(const IdReference& reference) {
   return place->second;
 }
 
-IdReference IdReferences::whole(const Kept& kept) const {
-  const Words& words = words_[kept.words];
-  return {kept.item, kept.relation, kept.space, kept.scope, {kept.id, kept.idSize}, words.tag, words.text};
+IdReference IdReferences::whole(const Waiting& waiting) const {
+  const Words& words = words_[waiting.words];
+  return {waiting.item, waiting.relation, waiting.space, waiting.scope, {waiting.id, waiting.idSize},
+          words.tag,    words.text};
 }
 
 void IdReferences::resolve() {

@@ -60,17 +60,17 @@ class IdReferences {
   std::string nearestColumn(const ColumnReference& reference);
   std::string_view nearestTable(const ColumnReference& reference);
 
-  /// A reference until it is resolved: there are as many as anything.
-  struct Kept {
+  /// A reference while it waits, in half the room: a large definition has hundreds of thousands.
+  struct Waiting {
     const char* id;
     const IdScope* scope;
     std::uint32_t idSize;
     ItemId item;
-    std::uint32_t words;
+    std::uint32_t words;  // in words_
     RelationKind relation;
     IdSpace space;
   };
-  /// The tag and the text of many references.
+  /// A tag and a text that many references share.
   struct Words {
     std::string_view tag;
     std::string_view text;
@@ -81,14 +81,15 @@ class IdReferences {
     }
   };
   std::uint32_t wordsOf(const IdReference& reference);
-  [[nodiscard]] IdReference whole(const Kept& kept) const;
+  [[nodiscard]] IdReference whole(const Waiting& waiting) const;
 
   ImportRun& run_;
   IdRegistry ids_;
   // They go as they are resolved, while the relations that they become are added.
-  std::deque<Kept> references_;
+  std::deque<Waiting> references_;
   std::vector<Words> words_;
-  std::unordered_map<std::pair<const char*, const char*>, std::uint32_t, WordsHash> wordsByPlace_;
+  std::unordered_map<std::pair<const char*, const char*>, std::uint32_t, WordsHash>
+      wordsByPlace_;  // numbers, by where tag and text lie
   std::deque<ColumnReference> columns_;
   NumberSet known_;  // relations without a text
   std::set<std::pair<ItemId, std::string>> missing_;

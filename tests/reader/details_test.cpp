@@ -4,6 +4,7 @@
 #include "framework/modelbridge/host_observer.h"
 #include "tests/support/corpus.h"
 #include "tests/support/details_text.h"
+#include "tests/support/timing.h"
 
 namespace {
 
@@ -42,6 +43,17 @@ std::string showDetails(const std::string& parts) {
 
 TEST(Details, SayWhatTheModelLeavesOut) {
   tav::test::checkCorpus("reader/details.txt", showDetails);
+}
+
+TEST(Details, AnnotationsOfManyPartsCostWhatTheyAre) {
+  const auto import = [](std::size_t count) {
+    std::string parts = "<Annotations><Annotation>";
+    for (std::size_t i = 0; i < count; ++i) parts += "<a/>";
+    for (std::size_t i = 0; i < count; ++i) parts += "<Value/>";
+    const std::string document = "<Database>" + parts + "</Annotation></Annotations></Database>";
+    return [document] { return tav::test::secondsOf([&] { detailsOf(document); }); };
+  };
+  EXPECT_TRUE(tav::test::growsAtMost(import(10'000), import(40'000), 5.0));
 }
 
 }  // namespace
