@@ -8,6 +8,7 @@
 #include "framework/std/exception.h"
 #include "framework/std/mask.h"
 #include "host/command.h"
+#include "host/heap.h"
 #include "host/kind_option.h"
 #include "host/out_of_memory.h"
 #include "host/signals.h"
@@ -118,5 +119,6 @@ int runGuarded(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   host::handleSignals();
+  host::endAfterOneCommand();
   return host::runGuarded(argc, argv);
 }

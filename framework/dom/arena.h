@@ -78,25 +78,44 @@ class Arena {
   static constexpr std::size_t kLargestBlock = std::size_t{4} << 20;
   static constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
-  struct Free {
-    void operator()(std::byte* block) const noexcept { std::free(block); }  // NOLINT(*-no-malloc)
+  /// Large blocks lie outside of the heap, which would give few of them back.
+  struct GiveBack {
+    std::size_t size;
+    void operator()(std::byte* block) const noexcept {
+      if (size < kHugePage) return std::free(block);  // NOLINT(*-no-malloc)
+      lendAgain(block, size);
+      munmap(block, size);
+    }
   };
+  using Bytes = std::unique_ptr<std::byte[], GiveBack>;
 
   struct Block {
-    std::unique_ptr<std::byte[], Free> bytes;
+    Bytes bytes;
     std::size_t size;
   };
 
   void addBlock(std::size_t size) {
-    const std::size_t alignment = size >= kHugePage ? kHugePage : alignof(std::max_align_t);
-    size = (size + alignment - 1) & ~(alignment - 1);
-    std::unique_ptr<std::byte[], Free> block(static_cast<std::byte*>(std::aligned_alloc(alignment, size)));
+    if (size >= kHugePage) size = (size + kHugePage - 1) & ~(kHugePage - 1);
+    auto* place =
+        size >= kHugePage ? map(size) : static_cast<std::byte*>(std::malloc(size));  // NOLINT(*-no-malloc)
+    Bytes block(place, GiveBack{size});
     if (!block) throw std::bad_alloc();
-    // Pages of 4 KB cost 8% of the time of parsing 100 MB. It is advice only: nothing depends on it.
-    if (size >= kHugePage) madvise(block.get(), size, MADV_HUGEPAGE);
     numbers_.insert_or_assign(block.get(), blocks_.size());
     block_ = blocks_.emplace_back(Block{std::move(block), size}).bytes.get();
     capacity_ = size;
+  }
+
+  /// Huge pages, or null: those of 4 KB cost 8% of the time of parsing 100 MB. They are advice only.
+  static std::byte* map(std::size_t size) {
+    const std::size_t taken = size + kHugePage;
+    void* place = mmap(nullptr, taken, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (place == MAP_FAILED) return nullptr;
+    auto* start = static_cast<std::byte*>(place);
+    const std::size_t front = kHugePage - addressOf(start) % kHugePage;
+    munmap(start, front);
+    if (front < kHugePage) munmap(start + front + size, kHugePage - front);
+    madvise(start + front, size, MADV_HUGEPAGE);
+    return start + front;
   }
 
   static std::uintptr_t addressOf(const void* place) noexcept {
@@ -124,12 +143,16 @@ class Arena {
   static void giveBack(std::byte* begin, std::size_t size) {
     __asan_poison_memory_region(begin, size);
   }
+  static void lendAgain(std::byte* begin, std::size_t size) {
+    __asan_unpoison_memory_region(begin, size);
+  }
 #else
   static constexpr std::size_t kGrain = kHugePage;
   // It is advice as well.
   static void giveBack(std::byte* begin, std::size_t size) {
     madvise(begin, size, MADV_DONTNEED);
   }
+  static void lendAgain(std::byte* /*begin*/, std::size_t /*size*/) {}
 #endif
 
   std::vector<Block> blocks_;

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <charconv>
 #include <cstring>
 #include <span>
 
+#include "framework/dom/byte_runs.h"
 #include "framework/dom/document_encoding.h"
 #include "framework/std/string.h"
 #include "framework/std/utf8.h"
@@ -19,37 +19,27 @@ constexpr std::size_t kChunk = std::size_t{1} << 20;
 constexpr std::size_t kLongestToken = std::size_t{64} << 20;
 constexpr std::size_t kLongestReference = 12;
 constexpr std::string_view kDeclaration = "<?xml";
-/// What stands behind all that has been read: a word that no run goes on in.
-constexpr std::string_view kEnd("\0\0\0\0\0\0\0\0", sizeof(std::uint64_t));
+/// What stands behind all that has been read: no run goes on in it.
+constexpr std::array<char, kBytesAtOnce> kEnd{};
 
 enum : std::uint8_t {
   kNameStart = 1,
   kNamePart = 2,
   kBlank = 4,
-  kText = 8,       // stands for itself in text
-  kValue = 16,     // and in the value of an attribute
-  kVerbatim = 32,  // and in a comment, a section and an instruction
-  kEnding = 64,    // may begin the end of one of these
-  kSpace = 128     // a blank that ends no line
+  kEnding = 8  // may begin the end of a comment, a section or an instruction
 };
 
 constexpr std::array<std::uint8_t, 256> kClasses = [] {
   std::array<std::uint8_t, 256> classes{};
-  const auto isOneOf = [](int c, std::string_view characters) {
-    return characters.find(static_cast<char>(c)) != characters.npos;
+  const auto isOneOf = [](char c, std::string_view characters) {
+    return characters.find(c) != characters.npos;
   };
-  for (int c = 0; c < 0x80; ++c) {
-    const bool isLetter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-    const bool isPrintable = c >= 0x20 || c == '\t';
-    std::uint8_t& of = classes[static_cast<std::size_t>(c)];
-    if (isLetter || c == '_') of |= kNameStart;
-    if (isLetter || (c >= '0' && c <= '9') || isOneOf(c, "_-.:")) of |= kNamePart;
-    if (isOneOf(c, " \t\r\n")) of |= kBlank;
-    if (isOneOf(c, " \t")) of |= kSpace;
-    if (isPrintable && !isOneOf(c, "<&]")) of |= kText;
-    if (c >= 0x20 && !isOneOf(c, "<&\"'")) of |= kValue;
-    if (isPrintable && !isOneOf(c, "-]?")) of |= kVerbatim;
-    if (isOneOf(c, "-]?")) of |= kEnding;
+  for (std::size_t i = 0; i < 0x80; ++i) {
+    const char c = static_cast<char>(i);
+    if (isNamePart(c)) classes[i] |= kNamePart;
+    if (isNamePart(c) && !(c >= '0' && c <= '9') && !isOneOf(c, "-.:")) classes[i] |= kNameStart;
+    if (isOneOf(c, " \t\r\n")) classes[i] |= kBlank;
+    if (isOneOf(c, "-]?")) classes[i] |= kEnding;
   }
   return classes;
 }();
@@ -58,23 +48,21 @@ bool is(std::uint8_t kind, char c) noexcept {
   return (kClasses[static_cast<unsigned char>(c)] & kind) != 0;
 }
 
-const char* passAll(std::uint8_t kind, const char* at) noexcept {
-  while (is(kind, *at)) ++at;
-  return at;
+/// Behind the printable characters and tabs there, as far as none of them is a stop.
+template <char... stops> const char* passText(const char* at) noexcept {
+  for (;;) {
+    at = passPrintable<stops...>(at);
+    if (*at != '\t') return at;
+    ++at;
+  }
 }
 
-/// Behind the spaces and tabs there: spaces, of which most of a document's indentation is, by the word.
-const char* passSpaces(const char* at) noexcept {
-  if constexpr (std::endian::native == std::endian::little) {
-    constexpr std::uint64_t kSpaces = 0x2020202020202020;
-    std::uint64_t others = 0;  // its first byte that is not 0 is the first one that is no space
-    do {
-      std::memcpy(&others, at, sizeof others);
-      others ^= kSpaces;
-      at += others == 0 ? sizeof others : static_cast<std::size_t>(std::countr_zero(others)) / 8;
-    } while (others == 0);
+const char* passSpacesAndTabs(const char* at) noexcept {
+  for (;;) {
+    at = passSpaces(at);
+    if (*at != '\t') return at;
+    ++at;
   }
-  return passAll(kSpace, at);
 }
 
 bool isLineEnd(char c) noexcept {
@@ -157,7 +145,7 @@ bool Scanner::readMore() {
   isAtEnd_ = count < asked;
   here_.at = buffer_.get();
   end_ = here_.at + left.size() + count;
-  kEnd.copy(buffer_.get() + left.size() + count, kEnd.size());
+  std::copy(kEnd.begin(), kEnd.end(), buffer_.get() + left.size() + count);
   return count > 0;
 }
 
@@ -221,7 +209,7 @@ Scanner::Step Scanner::scanMarkup() {
 Scanner::Step Scanner::scanStartTag() {
   Cursor cursor{here_.at + 1, here_.line};
   if (!is(kNameStart, *cursor.at)) return cutOrForeign(cursor.at);
-  cursor.at = passAll(kNamePart, cursor.at);
+  cursor.at = passNameParts(cursor.at);
   const std::string_view name(here_.at + 1, cursor.at);
   attributes_.clear();
   if (const Step step = scanAttributes(cursor); step != Step::done) return step;
@@ -250,7 +238,7 @@ Scanner::Step Scanner::scanAttributes(Cursor& cursor) {
 Scanner::Step Scanner::scanAttribute(Cursor& cursor) {
   if (!is(kNameStart, *cursor.at)) return cutOrForeign(cursor.at);
   const char* name = cursor.at;
-  cursor.at = passAll(kNamePart, cursor.at);
+  cursor.at = passNameParts(cursor.at);
   TagAttribute attribute{{name, cursor.at}, {}};
   if (const Step step = passBlanks(cursor); step != Step::done) return step;
   if (*cursor.at != '=') return cutOrForeign(cursor.at);
@@ -267,7 +255,7 @@ Scanner::Step Scanner::scanValue(Cursor& cursor, TagAttribute& attribute) {
   const char* run = cursor.at;  // from here on the value is what is written
   text_.clear();
   for (;;) {
-    cursor.at = passAll(kValue, cursor.at);
+    cursor.at = passPrintable<'<', '&', '"', '\''>(cursor.at);
     const char c = *cursor.at;
     if (c == quote) break;
     Step step = Step::done;
@@ -310,7 +298,7 @@ void Scanner::scanIndentation() {
         ++run;
       }
     }
-    here_.at = passSpaces(here_.at);
+    here_.at = passSpacesAndTabs(here_.at);
     tree_.addBlanks({run, here_.at});
   }
 }
@@ -326,7 +314,7 @@ Scanner::Step Scanner::scanText() {
     here_ = cursor;
   };
   for (;;) {
-    cursor.at = passAll(kText, cursor.at);
+    cursor.at = passText<'<', '&', ']'>(cursor.at);
     Step step = Step::done;
     switch (*cursor.at) {
       case '\n':
@@ -400,7 +388,7 @@ Scanner::Step Scanner::scanSection() {
 Scanner::Step Scanner::scanInstruction() {
   Cursor cursor{here_.at + 2, here_.line};
   if (!is(kNameStart, *cursor.at)) return cutOrForeign(cursor.at);
-  cursor.at = passAll(kNamePart, cursor.at);
+  cursor.at = passNameParts(cursor.at);
   // In any letter case it belongs to the beginning of a document alone.
   if (foldCase({here_.at + 2, cursor.at}) == "xml") return Step::foreign;
   if (!is(kBlank, *cursor.at)) {
@@ -416,7 +404,7 @@ template <class Take>
 Scanner::Step Scanner::passTo(Cursor& cursor, std::string_view closing, Take take) const {
   for (;;) {
     const char* run = cursor.at;
-    cursor.at = passAll(kVerbatim, cursor.at);
+    cursor.at = passText<'-', ']', '?'>(cursor.at);
     take(std::string_view(run, cursor.at));
     run = cursor.at;
     if (isLineEnd(*cursor.at)) {

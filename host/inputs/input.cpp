@@ -11,6 +11,7 @@
 
 #include "framework/serialization/model_reader.h"
 #include "framework/std/file.h"
+#include "host/heap.h"
 #include "host/inputs/container.h"
 #include "host/inputs/content.h"
 #include "host/inputs/estate_model.h"
@@ -213,6 +214,7 @@ bool Input::isSavedModel() const {
 Input openInput(const std::string& argument, MessageLog& log) {
   Input input = recognise(argument, log);
   if (input.isInMemory()) log.callFile(input.path(), input.name());
+  prepareHeapFor(input.path());
   return input;
 }
 

@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <random>
 #include <sstream>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "tests/support/corpus.h"
@@ -86,6 +89,29 @@ TEST(Scanner, ReadsOverTheEndsOfChunksAsExpatDoes) {
     std::string document = front;
     document.append(filler).append(behind).append(part).append("</r>");
     expectAlike(document);
+  }
+}
+
+// Long runs are passed many bytes at once: each byte comes to stand at each of their places, in all that has
+// runs.
+TEST(Scanner, ReadsEachByteInALongRunAsExpatDoes) {
+  using Around = std::pair<std::string_view, std::string_view>;
+  constexpr std::array<Around, 7> kArounds{{{"<r>", "</r>"},
+                                            {"<r>\n", "<e/></r>"},
+                                            {"<r a=\"", "\"/>"},
+                                            {"<r", "/>"},
+                                            {"<r ", "=''/>"},
+                                            {"<r><!--", "--></r>"},
+                                            {"<r><![CDATA[", "]]></r>"}}};
+  constexpr std::size_t kLength = 18;
+  for (const auto& [front, behind] : kArounds) {
+    for (const char filler : {'n', ' '}) {
+      for (std::size_t i = 0; i < kLength * 256; ++i) {
+        std::string run(kLength, filler);
+        run[i / 256] = static_cast<char>(i % 256);
+        expectAlike(std::string(front).append(run).append(behind));
+      }
+    }
   }
 }
 
