@@ -43,10 +43,10 @@ template <class Find> const char* passUntil(const char* at, Find find) noexcept 
 }
 
 /// Behind the printable characters of ASCII there, as far as none of them is a stop.
-template <char... stops> const char* passPrintable(const char* at) noexcept {
+template <char... Stops> const char* passPrintable(const char* at) noexcept {
   return passUntil(at, [](Bytes bytes) {
     Bytes found = areBelow(bytes, ' ');
-    ((found = _mm_or_si128(found, are(bytes, stops))), ...);
+    ((found = _mm_or_si128(found, are(bytes, Stops))), ...);
     return found;
   });
 }
@@ -68,8 +68,8 @@ inline const char* passSpaces(const char* at) noexcept {
 
 #else
 
-template <char... stops> const char* passPrintable(const char* at) noexcept {
-  while (static_cast<signed char>(*at) >= ' ' && ((*at != stops) && ...)) ++at;
+template <char... Stops> const char* passPrintable(const char* at) noexcept {
+  while (static_cast<signed char>(*at) >= ' ' && ((*at != Stops) && ...)) ++at;
   return at;
 }
 

@@ -49,9 +49,9 @@ bool is(std::uint8_t kind, char c) noexcept {
 }
 
 /// Behind the printable characters and tabs there, as far as none of them is a stop.
-template <char... stops> const char* passText(const char* at) noexcept {
+template <char... Stops> const char* passText(const char* at) noexcept {
   for (;;) {
-    at = passPrintable<stops...>(at);
+    at = passPrintable<Stops...>(at);
     if (*at != '\t') return at;
     ++at;
   }
